@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace orbel::platform {
+
+/// The current user's home folder as the system names it, unresolved: `$HOME` when it is an absolute path, else the
+/// user's entry in the password database; empty when neither gives one.
+std::string homeFolder();
+
+} // namespace orbel::platform

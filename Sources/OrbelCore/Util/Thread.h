@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+
+#include <pthread.h>
+
+namespace orbel {
+
+/// A thread with a name and a stack size, which std::thread cannot be given. Joins when destroyed. Movable.
+class Thread {
+public:
+    static constexpr std::size_t defaultStackBytes = 0;
+
+    Thread() = default;
+
+    /// Starts a thread that runs `body` once. The name is cut to what the system takes (15 bytes on Linux).
+    /// Returns a thread for which `joinable()` is false when the system has none to give; `body` has then not run.
+    static Thread start(std::string name, std::size_t stackBytes, std::function<void()> body);
+
+    Thread(Thread&& other) noexcept;
+    Thread& operator=(Thread&& other) noexcept;
+    Thread(const Thread&) = delete;
+    Thread& operator=(const Thread&) = delete;
+    ~Thread();
+
+    bool joinable() const { return joinable_; }
+    void join();
+
+private:
+    pthread_t thread_{};
+    bool joinable_ = false;
+};
+
+} // namespace orbel

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace orbel {
+
+/// The screens in the order of the sidebar; where two screens are compared by position, this order counts.
+enum class Screen : std::uint8_t { overview, map, large, duplicates, uninstall, tidy, journal };
+
+/// The screen of that name, spelt exactly as the case; absent for any other text.
+std::optional<Screen> screenNamed(std::string_view name);
+
+} // namespace orbel
