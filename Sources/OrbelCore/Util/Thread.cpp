@@ -39,6 +39,14 @@ Thread Thread::start(std::string name, std::size_t stackBytes, std::function<voi
     return thread;
 }
 
+bool Thread::startDetached(std::string name, std::function<void()> body) {
+    Thread thread = start(std::move(name), defaultStackBytes, std::move(body));
+    if (!std::exchange(thread.joinable_, false))
+        return false;
+    pthread_detach(thread.thread_);
+    return true;
+}
+
 Thread::Thread(Thread&& other) noexcept
     : thread_(other.thread_), joinable_(std::exchange(other.joinable_, false)) {}
 
@@ -51,7 +59,9 @@ Thread& Thread::operator=(Thread&& other) noexcept {
     return *this;
 }
 
-Thread::~Thread() { join(); }
+Thread::~Thread() {
+    join();
+}
 
 void Thread::join() {
     if (std::exchange(joinable_, false))
