@@ -16,6 +16,10 @@ fail() {
     exit 1
 }
 
+# CMake writes down the folder it is called from as the caller named it, and builds all anew when that changes: it is
+# always called from the same one.
+inRoot() (cd -P "$root" && exec "$@")
+
 # Runs a command silently; shows what it said only when it fails.
 quietly() {
     local output status=0
@@ -23,6 +27,9 @@ quietly() {
     [ "$status" -eq 0 ] || printf '%s\n' "$output" >&2
     return "$status"
 }
+
+# Runs a command with all it says on standard error.
+loudly() { "$@" </dev/null >&2; }
 
 # The given packages that are not installed.
 missingPackages() {
@@ -97,7 +104,7 @@ testsConfigured() { grep -qx 'ORBEL_TESTS:BOOL=ON' "$releaseFolder/CMakeCache.tx
 configureRelease() {
     local fresh=()
     grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$releaseFolder/CMakeCache.txt" 2>/dev/null || fresh=(--fresh)
-    quietly cmake -S "$root" --preset release "${fresh[@]}" "$@" || fail "The build could not be configured."
+    quietly inRoot cmake --preset release "${fresh[@]}" "$@" || fail "The build could not be configured."
     touch "$releaseFolder/.configured"
 }
 
@@ -106,18 +113,13 @@ releaseIsConfigured() {
         grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$releaseFolder/CMakeCache.txt"
 }
 
-# Builds the given target of build/release. The first build takes a while, so on a terminal its progress shows;
-# afterwards only failures do.
+# Builds a target of build/release; `product` is the program that it is built for. The first build takes a while, so on a
+# terminal its progress shows; afterwards only failures do.
 buildRelease() {
-    local target=$1 product=$2
-    if [ -x "$releaseFolder/bin/$product" ]; then
-        quietly cmake --build "$releaseFolder" --target "$target" || fail "The build failed."
-        return
+    local target=$1 product=$2 show=quietly
+    if [ ! -x "$releaseFolder/bin/$product" ]; then
+        say "Building $product for the first time; this takes a few minutes"
+        [ ! -t 2 ] || show=loudly
     fi
-    say "Building $product for the first time; this takes a few minutes"
-    if [ -t 2 ]; then
-        cmake --build "$releaseFolder" --target "$target" </dev/null >&2 || fail "The build failed."
-    else
-        quietly cmake --build "$releaseFolder" --target "$target" || fail "The build failed."
-    fi
+    "$show" inRoot cmake --build --preset release --target "$target" || fail "The build failed."
 }
