@@ -29,8 +29,7 @@ Thread Thread::start(std::string name, std::size_t stackBytes, std::function<voi
     pthread_attr_t attributes;
     if (pthread_attr_init(&attributes) != 0)
         return {};
-    if (stackBytes != defaultStackBytes)
-        ORBEL_CHECK(pthread_attr_setstacksize(&attributes, stackBytes) == 0, "a stack size the system takes");
+    ORBEL_CHECK(pthread_attr_setstacksize(&attributes, stackBytes) == 0, "a stack size the system takes");
     Thread thread;
     thread.joinable_ = pthread_create(&thread.thread_, &attributes, runThread, start.get()) == 0;
     pthread_attr_destroy(&attributes);
