@@ -11,9 +11,18 @@ namespace {
 /// Ranges below this many nodes are not worth a thread.
 constexpr std::size_t parallelGrain = 64 * 1024;
 
+/// Whether a protected suffix ends in that byte. Most names are told apart by it without a comparison.
+constexpr auto endsASuffix = [] {
+    std::array<bool, 256> ends{};
+    for (const std::string_view suffix : FileTree::protectedSuffixes)
+        ends[static_cast<unsigned char>(suffix.back())] = true;
+    return ends;
+}();
+
 bool endsInProtectedSuffix(std::string_view name) {
-    return std::ranges::any_of(FileTree::protectedSuffixes,
-                               [name](std::string_view suffix) { return name.ends_with(suffix); });
+    return !name.empty() && endsASuffix[static_cast<unsigned char>(name.back())]
+           && std::ranges::any_of(FileTree::protectedSuffixes,
+                                  [name](std::string_view suffix) { return name.ends_with(suffix); });
 }
 
 struct SizedNode {
