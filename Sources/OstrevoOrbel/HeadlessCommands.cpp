@@ -7,10 +7,8 @@
 #include "Util/ParseNumber.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <nlohmann/json.hpp>
 
 namespace orbel {
@@ -30,7 +28,7 @@ std::size_t topIn(std::span<const std::string> arguments) {
     const bool written =
         std::fwrite(output.data(), 1, output.size(), stdout) == output.size() && std::fflush(stdout) == 0;
     if (!written)
-        std::fprintf(stderr, "orbel: could not write the result: %s\n", std::strerror(errno));
+        std::perror("orbel: could not write the result");
     std::_Exit(written ? EXIT_SUCCESS : EXIT_FAILURE);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <span>
 
 namespace orbel {
 
@@ -85,8 +86,7 @@ public:
     }
 
 private:
-    template <std::size_t count>
-    constexpr void addKind(const std::array<const char*, count>& extensions, FileKind kind) {
+    constexpr void addKind(std::span<const char* const> extensions, FileKind kind) {
         for (const string_view extension : extensions) {
             Listed& slot = slotOf(keyOf(extension));
             slot.kind = kind;

@@ -145,7 +145,7 @@ private:
     void assignHardLinkOwner(std::uint64_t inode, std::span<const NodeIndex> members);
     void markProtectedContainers();
     void buildChildLists();
-    std::optional<NodeIndex> childNamed(NodeIndex folder, std::string_view name) const;
+    std::optional<NodeIndex> childNamed(NodeIndex folder, std::string_view wanted) const;
 };
 
 } // namespace orbel

@@ -12,9 +12,10 @@ namespace orbel {
 template <class T>
 class UninitialisedAllocator : public std::allocator<T> {
 public:
+    // The names that every container asks an allocator for.
     template <class U>
-    struct rebind {
-        using other = UninitialisedAllocator<U>;
+    struct rebind {                              // NOLINT(readability-identifier-naming)
+        using other = UninitialisedAllocator<U>; // NOLINT(readability-identifier-naming)
     };
 
     template <class U>

@@ -4,14 +4,16 @@
 
 namespace orbel {
 
-using nlohmann::json;
-
-std::string prettyJson(const json& value) {
-    return value.dump(2, ' ', false, json::error_handler_t::replace);
+namespace {
+constexpr auto replaceBadUtf8 = nlohmann::json::error_handler_t::replace;
 }
 
-std::string compactJson(const json& value) {
-    return value.dump(-1, ' ', false, json::error_handler_t::replace);
+std::string prettyJson(const nlohmann::json& json) {
+    return json.dump(2, ' ', false, replaceBadUtf8);
+}
+
+std::string compactJson(const nlohmann::json& json) {
+    return json.dump(-1, ' ', false, replaceBadUtf8);
 }
 
 } // namespace orbel

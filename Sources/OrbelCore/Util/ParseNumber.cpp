@@ -14,8 +14,9 @@ std::optional<std::int64_t> parseInteger(std::string_view text) {
             return std::nullopt;
     }
     std::int64_t value = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    const char* const start = text.data(); // where it ends is told beside it
+    const char* const end = start + text.size();
+    const auto [stop, error] = std::from_chars(start, end, value);
     if (error != std::errc{} || stop != end)
         return std::nullopt;
     return value;
