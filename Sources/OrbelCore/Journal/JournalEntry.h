@@ -26,17 +26,18 @@ struct JournalEntry {
     DeletionModule module = DeletionModule::map;
     std::string title;
     std::string originalPath; ///< where the item was, and is to be put back
-    std::optional<std::string> originalParentRealPath;
-    std::optional<std::string> approvedRealPath;
+    std::optional<std::string> originalParentRealPath = std::nullopt;
+    std::optional<std::string> approvedRealPath = std::nullopt;
     AllowedRoot root = AllowedRoot::homeItem;
-    std::optional<std::uint64_t> bytes; ///< what the move was measured to free
+    std::optional<std::uint64_t> bytes = std::nullopt; ///< what the move was measured to free
     std::string mode = "trash";
-    std::optional<std::string> trashPath; ///< where the item lies in the Trash
-    std::optional<TrashedIdentity> trashedIdentity;
+    std::optional<std::string> trashPath = std::nullopt; ///< where the item lies in the Trash
+    std::optional<TrashedIdentity> trashedIdentity = std::nullopt;
     Result result = Result::trashed;
-    std::optional<std::string> reason; ///< why it was skipped or could not be put back, in the user's words
-    std::optional<std::string> note;
-    std::optional<std::string> refersTo; ///< on a put-back line, the id of the "trashed" line
+    std::optional<std::string> reason =
+        std::nullopt; ///< why it was skipped or could not be put back, in the user's words
+    std::optional<std::string> note = std::nullopt;
+    std::optional<std::string> refersTo = std::nullopt; ///< on a put-back line, the id of the "trashed" line
     std::string appVersion = orbel::appVersion();
 
     bool operator==(const JournalEntry&) const = default;

@@ -26,11 +26,11 @@ struct MoveIntent {
     /// The line to be written once the move succeeded, its `id` fixed. Several attempts at one item, each
     /// with a destination of its own, are several intents with the same id.
     JournalEntry entry;
-    std::string sourcePath;                                 ///< where the item is now
-    std::string destinationPath;                            ///< where this attempt moves it
-    FileStamp stamp;                                        ///< of the approved object
-    std::optional<platform::PersistentIdentity> persistent; ///< of the approved object
-    std::optional<InfoFile> infoFile;                       ///< for a move to a Trash that keeps such notes
+    std::string sourcePath;                                                ///< where the item is now
+    std::string destinationPath;                                           ///< where this attempt moves it
+    FileStamp stamp;                                                       ///< of the approved object
+    std::optional<platform::PersistentIdentity> persistent = std::nullopt; ///< of the approved object
+    std::optional<InfoFile> infoFile = std::nullopt; ///< for a move to a Trash that keeps such notes
 
     bool operator==(const MoveIntent&) const = default;
 };

@@ -18,7 +18,7 @@ struct TrashedIdentity {
     bool isDirectory = false;
     /// Recognises the object after its volume was mounted again under another device number. Absent where the
     /// system does not tell it.
-    std::optional<platform::PersistentIdentity> persistent;
+    std::optional<platform::PersistentIdentity> persistent = std::nullopt;
 
     /// That of what lies at `path`, never following a link; absent when it cannot be read.
     static std::optional<TrashedIdentity> of(const std::string& path);
