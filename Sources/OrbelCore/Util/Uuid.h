@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace orbel {
+
+/// A new random UUID (version 4) in its canonical upper-case form: "F81D4FAE-7DEC-41D0-A765-00A0C91E6BF6".
+/// Its 122 random bits are the system's; when the system gives none, the process stops.
+std::string newUuid();
+
+/// Whether the text is a UUID in that form, of whatever version.
+bool isUuid(std::string_view text);
+
+} // namespace orbel
