@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orbel {
+
+// Paths taken apart and put together as text: nothing here asks the file system, resolves "." or "..", or
+// changes the bytes of a name. Trailing slashes do not count, save the one of "/".
+
+/// The folder that holds `path`: "/a" for "/a/b" and "/a/b/", "/" for "/a" and for "/", empty for "a". It is
+/// a part of `path`, so it lives as long as that does.
+std::string_view parentPath(std::string_view path);
+
+/// The last name in `path`: "b" for "/a/b" and "/a/b/", "/" for "/", empty for "".
+std::string_view lastPathComponent(std::string_view path);
+
+/// `folder` and `name` with exactly one slash between them.
+std::string joinedPath(std::string_view folder, std::string_view name);
+
+/// The names in `path`, without the empty ones that repeated slashes leave; views into `path`.
+std::vector<std::string_view> pathComponents(std::string_view path);
+
+} // namespace orbel

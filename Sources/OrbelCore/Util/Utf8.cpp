@@ -1,0 +1,59 @@
+#include "Util/Utf8.h"
+
+#include <cstddef>
+
+namespace orbel {
+
+namespace {
+
+struct Sequence {
+    std::size_t length = 1; ///< bytes of the character, or of the ill-formed part
+    bool isValid = false;
+};
+
+/// Reads the character that `bytes`, which are not empty, begin with (Unicode, table 3-7).
+Sequence firstSequence(std::string_view bytes) {
+    const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+    const unsigned char lead = byteAt(0);
+    if (lead < 0x80)
+        return {.length = 1, .isValid = true};
+    if (lead < 0xC2 || lead > 0xF4)
+        return {};
+    const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    // Only the second byte has a narrower range: it is what rules out overlong forms, surrogates and what
+    // lies above U+10FFFF.
+    unsigned char lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    unsigned char highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    for (std::size_t i = 1; i < length; ++i) {
+        if (i >= bytes.size() || byteAt(i) < lowest || byteAt(i) > highest)
+            return {.length = i, .isValid = false};
+        lowest = 0x80;
+        highest = 0xBF;
+    }
+    return {.length = length, .isValid = true};
+}
+
+} // namespace
+
+bool isValidUtf8(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const Sequence next = firstSequence(bytes);
+        if (!next.isValid)
+            return false;
+        bytes.remove_prefix(next.length);
+    }
+    return true;
+}
+
+std::string lossyUtf8(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const Sequence next = firstSequence(bytes);
+        text += next.isValid ? bytes.substr(0, next.length) : std::string_view("\xEF\xBF\xBD");
+        bytes.remove_prefix(next.length);
+    }
+    return text;
+}
+
+} // namespace orbel
