@@ -1,8 +1,9 @@
-#include "Util/AppVersion.h"
+#include "CommandLine.h"
 
-#include <cstdio>
+#include <string>
+#include <vector>
 
-int main() {
-    std::printf("orbel %s\n", orbel::appVersion().c_str());
-    return 2;
+int main(int count, char** words) {
+    const std::vector<std::string> arguments(words, words + count);
+    return orbel::runCommandLine(arguments);
 }

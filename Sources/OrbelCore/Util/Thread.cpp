@@ -29,14 +29,21 @@ Thread Thread::start(std::string name, std::size_t stackBytes, std::function<voi
     pthread_attr_t attributes;
     if (pthread_attr_init(&attributes) != 0)
         return {};
-    if (stackBytes != defaultStackBytes)
-        ORBEL_CHECK(pthread_attr_setstacksize(&attributes, stackBytes) == 0, "a stack size the system takes");
+    ORBEL_CHECK(pthread_attr_setstacksize(&attributes, stackBytes) == 0, "a stack size the system takes");
     Thread thread;
     thread.joinable_ = pthread_create(&thread.thread_, &attributes, runThread, start.get()) == 0;
     pthread_attr_destroy(&attributes);
     if (thread.joinable_)
         static_cast<void>(start.release()); // the thread owns it now
     return thread;
+}
+
+bool Thread::startDetached(std::string name, std::function<void()> body) {
+    Thread thread = start(std::move(name), defaultStackBytes, std::move(body));
+    if (!std::exchange(thread.joinable_, false))
+        return false;
+    pthread_detach(thread.thread_);
+    return true;
 }
 
 Thread::Thread(Thread&& other) noexcept
@@ -51,7 +58,9 @@ Thread& Thread::operator=(Thread&& other) noexcept {
     return *this;
 }
 
-Thread::~Thread() { join(); }
+Thread::~Thread() {
+    join();
+}
 
 void Thread::join() {
     if (std::exchange(joinable_, false))

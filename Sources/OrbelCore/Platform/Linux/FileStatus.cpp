@@ -1,5 +1,7 @@
 #include "Platform/FileStatus.h"
 
+#include "Util/UnixTime.h"
+
 #include <algorithm>
 
 #include <fcntl.h>
@@ -23,14 +25,13 @@ FileType typeOf(mode_t mode) {
 }
 
 FileStatus statusOf(const struct stat& raw) {
-    constexpr std::int64_t nanosPerSecond = 1'000'000'000;
     constexpr std::uint64_t blockBytes = 512; // the unit of st_blocks on every file system
     return {.device = static_cast<std::uint32_t>(raw.st_dev),
             .inode = raw.st_ino,
             .type = typeOf(raw.st_mode),
             .size = static_cast<std::uint64_t>(std::max<off_t>(raw.st_size, 0)),
             .allocatedBytes = static_cast<std::uint64_t>(std::max<blkcnt_t>(raw.st_blocks, 0)) * blockBytes,
-            .modifiedNanos = raw.st_mtim.tv_sec * nanosPerSecond + raw.st_mtim.tv_nsec,
+            .modifiedNanos = nanosSince1970(raw.st_mtim.tv_sec, raw.st_mtim.tv_nsec),
             .linkCount = raw.st_nlink,
             .owner = raw.st_uid};
 }

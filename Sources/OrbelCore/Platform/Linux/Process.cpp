@@ -2,6 +2,7 @@
 
 #include "Util/ReadFile.h"
 
+#include <algorithm>
 #include <charconv>
 #include <string_view>
 
@@ -22,6 +23,17 @@ std::uint64_t peakFootprintBytes() {
     std::uint64_t kibibytes = 0;
     std::from_chars(status->data() + digits, status->data() + status->size(), kibibytes);
     return kibibytes * 1024;
+}
+
+std::vector<std::string> processArguments() {
+    std::vector<std::string> arguments;
+    const auto line = readFile("/proc/self/cmdline");
+    for (std::size_t start = 0; line && start < line->size();) {
+        const auto end = std::min(line->find('\0', start), line->size());
+        arguments.push_back(line->substr(start, end - start));
+        start = end + 1;
+    }
+    return arguments;
 }
 
 } // namespace orbel::platform

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Scan/FileTree.h"
+
+namespace orbel {
+
+/// Per node, whether it is a folder that holds nothing but empty folders and ".DS_Store" files, which only
+/// say how a folder is shown. A folder that is unreadable, not downloaded or on another volume is never
+/// empty, and neither is one that holds a link or anything that could not be read. Detached nodes count for
+/// nobody but themselves.
+std::vector<bool> emptyFolderMask(const FileTree& tree);
+
+} // namespace orbel

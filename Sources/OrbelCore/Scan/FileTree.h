@@ -1,0 +1,151 @@
+#pragma once
+
+#include "Scan/FileKind.h"
+#include "Scan/NodeFlags.h"
+#include "Util/Column.h"
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace orbel {
+
+class PathCanonicalizer;
+struct FileStamp;
+
+/// An index into a tree's columns. Node 0 is the scanned root.
+using NodeIndex = std::uint32_t;
+
+/// The result of one scan: every file and folder below a root, as one column per field.
+///
+/// Invariants, on which finalising and editing rely:
+///  1. Node 0 is the root; every other node's parent has a smaller index, so one pass from the last node to
+///  the first
+///     meets every child before its parent.
+///  2. All columns hold `count()` elements; `childStart` holds one more once the child lists are built.
+///  3. A node is attached when its chain of parents reaches node 0. Detached nodes keep their data and the
+///  links
+///     within their own subtree; they are in no child list and in no total of what is attached.
+///
+/// A plain value: built by one thread, then read from any number at once. A copy is a real copy, of some 70
+/// bytes a node. Every query takes an index below `count()`; any other stops the process. There is no input
+/// or output here.
+struct FileTree {
+    static constexpr NodeIndex noParent = 0xFFFFFFFF;
+
+    /// What a name may end in (raw bytes) that marks a photo library, a backup or a keychain.
+    static constexpr std::array<std::string_view, 5> protectedSuffixes{
+        ".photoslibrary", ".backupbundle", "Backups.backupdb", ".keychain-db", ".keychain"};
+
+    FileTree() = default;
+    /// An empty tree. Without a second path, what was asked for is what was walked.
+    explicit FileTree(std::string rootPath, std::optional<std::string> requestedRootPath = std::nullopt);
+
+    std::string rootPath;          ///< the path that was walked: real, without links
+    std::string requestedRootPath; ///< the path that was asked for
+
+    Column<char> names;               ///< the bytes of all names, one after another
+    Column<std::uint32_t> nameStart;  ///< per node: offset of its name in `names`
+    Column<std::uint16_t> nameLength; ///< per node: bytes of its name; 0 for the root
+    Column<NodeIndex> parentIndex;    ///< per node: `noParent` for the root and for detached nodes
+    Column<std::uint64_t>
+        allocatedBytes; ///< per node: bytes on disk; of a folder, what its attached children sum to
+    Column<std::uint64_t> logicalBytes;     ///< per node: content length in bytes; never summed
+    Column<std::int32_t> modifiedMinutes;   ///< per node: whole minutes since 1970 UTC, rounded down
+    Column<std::uint64_t> inodes;           ///< per node
+    Column<std::uint16_t> linkCounts;       ///< per node: hard links, capped at 65,535
+    Column<std::uint8_t> nodeFlags;         ///< per node: NodeFlags::rawValue
+    Column<std::uint8_t> kinds;             ///< per node: FileKind as a number
+    Column<std::uint32_t> descendantCounts; ///< per node: attached nodes below it
+    Column<std::uint32_t> childStart; ///< children of node i: childList[childStart[i] ..< childStart[i + 1]]
+    Column<NodeIndex> childList; ///< grouped by parent; in a group the largest first, equal ones by index
+
+    std::unordered_set<NodeIndex> protectedContainers; ///< nodes that are, or contain, protected data
+    std::unordered_set<NodeIndex> aliasNodes;          ///< alias files of the file manager
+    /// By inode: the bytes that a group of hard links occupies once, and its members in node order.
+    std::unordered_map<std::uint64_t, std::uint64_t> hardLinkSizes;
+    std::unordered_map<std::uint64_t, std::vector<NodeIndex>> hardLinkMembers;
+
+    /// Of every node that was detached itself: the folder that held it, so that its path can still be told.
+    std::unordered_map<NodeIndex, NodeIndex> detachedFrom;
+
+    std::uint64_t device = 0;           ///< device number of the scanned volume; 0 when unknown
+    std::uint64_t unreadableCount = 0;  ///< entries that could not be read
+    std::uint64_t datalessCount = 0;    ///< cloud files that are not on this disk
+    std::uint64_t otherVolumeCount = 0; ///< mount points of other volumes that were not entered
+
+    // Queries.
+
+    std::size_t count() const { return parentIndex.size(); }
+    /// The name as text, invalid UTF-8 replaced. The root is called by the last component of `rootPath`, or
+    /// "/".
+    std::string name(NodeIndex node) const;
+    /// The name's bytes as they are on disk; empty for the root. Valid until the tree changes.
+    std::string_view nameBytes(NodeIndex node) const;
+    std::optional<NodeIndex> parent(NodeIndex node) const;
+    /// Largest first. Empty when there are none or the child lists are not built. Valid until the tree
+    /// changes.
+    std::span<const NodeIndex> children(NodeIndex node) const;
+    std::uint64_t allocated(NodeIndex node) const;
+    std::uint64_t logical(NodeIndex node) const;
+    std::uint64_t inode(NodeIndex node) const;
+    std::uint16_t linkCount(NodeIndex node) const;
+    std::uint32_t descendantCount(NodeIndex node) const;
+    std::chrono::sys_seconds modified(NodeIndex node) const;
+    NodeFlags flags(NodeIndex node) const;
+    bool isFolder(NodeIndex node) const;
+    FileKind kind(NodeIndex node) const;
+    bool isAlias(NodeIndex node) const;
+    bool containsProtectedData(NodeIndex node) const;
+    bool isAttached(NodeIndex node) const;
+
+    /// The absolute path as it was walked, in raw bytes; of a detached node the path it had.
+    std::string walkedPath(NodeIndex node) const;
+    /// `walkedPath` as the user sees it.
+    std::string path(NodeIndex node, const PathCanonicalizer& canonicalizer) const;
+    /// The attached node of an absolute path, given in its visible form or its data-volume form. Absent when
+    /// it lies outside the root or a component is not in the tree. Names are compared byte for byte.
+    std::optional<NodeIndex> index(const std::string& ofPath, const PathCanonicalizer& canonicalizer) const;
+    /// Whether a fresh stamp still describes the node, to the minute: same object and time, for files the
+    /// same size.
+    bool matchesScan(NodeIndex node, const FileStamp& stamp) const;
+
+    // Building and editing.
+
+    struct HardLinkCandidate {
+        NodeIndex node;
+        std::uint64_t inode;
+    };
+
+    /// Completes the tree once all nodes are there: settles hard links, marks protected containers, sums up
+    /// and builds the child lists. `hardLinkCandidates` are the non-folders of two or more links, in node
+    /// order.
+    void finalize(std::span<const HardLinkCandidate> hardLinkCandidates);
+
+    /// Detaches nodes that are gone from the disk and brings hard links and totals up to date. Node 0, nodes
+    /// outside the tree and detached ones are passed over; when nothing is left, the tree stays as it is.
+    void remove(std::span<const NodeIndex> gone);
+
+    /// Sums folders up from their attached children, counts descendants and builds the child lists.
+    void recomputeTotals();
+
+private:
+    void requireNode(NodeIndex node) const;
+    NodeIndex holderOf(NodeIndex node) const;
+    void groupHardLinks(std::span<const HardLinkCandidate> candidates);
+    void assignHardLinkOwner(std::uint64_t inode, std::span<const NodeIndex> members);
+    void markProtectedContainers();
+    void buildChildLists();
+    std::optional<NodeIndex> childNamed(NodeIndex folder, std::string_view name) const;
+};
+
+} // namespace orbel

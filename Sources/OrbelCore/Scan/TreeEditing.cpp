@@ -1,0 +1,31 @@
+#include "Scan/FileTree.h"
+
+#include <algorithm>
+
+namespace orbel {
+
+void FileTree::remove(std::span<const NodeIndex> gone) {
+    bool detachedAny = false;
+    for (const NodeIndex node : gone) {
+        if (node == 0 || node >= count() || parentIndex[node] == noParent)
+            continue;
+        detachedFrom[node] = parentIndex[node];
+        parentIndex[node] = noParent;
+        detachedAny = true;
+    }
+    if (!detachedAny)
+        return;
+
+    // The bytes of a group whose owner left move to a link that stays.
+    std::vector<NodeIndex> attached;
+    for (const auto& [inode, members] : hardLinkMembers) {
+        attached.clear();
+        std::ranges::copy_if(members, std::back_inserter(attached),
+                             [this](NodeIndex member) { return isAttached(member); });
+        if (!attached.empty() && attached.size() < members.size())
+            assignHardLinkOwner(inode, attached);
+    }
+    recomputeTotals();
+}
+
+} // namespace orbel

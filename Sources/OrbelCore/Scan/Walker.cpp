@@ -1,0 +1,150 @@
+#include "Scan/Walker.h"
+
+#include "Platform/Conventions.h"
+#include "Platform/FileStatus.h"
+#include "Safety/RealPath.h"
+#include "Scan/WalkMerge.h"
+#include "Scan/WalkWorker.h"
+#include "Util/PathText.h"
+
+#include <algorithm>
+
+#include <sys/resource.h>
+
+namespace orbel {
+
+namespace {
+
+using namespace walk;
+using Clock = std::chrono::steady_clock;
+
+/// Half of the descriptors that this process may have: the other half is for the program around the walk.
+int openFolderLimit() {
+    constexpr rlim_t most = 4096;
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return 0;
+    return static_cast<int>(std::min(limit.rlim_cur, 2 * most) / 2);
+}
+
+void appendRoot(FileTree& tree, const platform::FileStatus& status) {
+    constexpr std::int64_t nanosPerSecond = 1'000'000'000;
+    const bool isFolder = status.type == platform::FileType::directory;
+    NodeFlags flags;
+    if (isFolder)
+        flags = NodeFlags::folder;
+    else if (status.type == platform::FileType::symbolicLink)
+        flags = NodeFlags::symlink;
+    const auto seconds =
+        std::chrono::floor<std::chrono::seconds>(std::chrono::nanoseconds(status.modifiedNanos));
+    static_assert(nanosPerSecond == std::chrono::nanoseconds(std::chrono::seconds(1)).count());
+
+    tree.nameStart.push_back(0);
+    tree.nameLength.push_back(0);
+    tree.parentIndex.push_back(FileTree::noParent);
+    tree.allocatedBytes.push_back(isFolder ? 0 : status.allocatedBytes);
+    tree.logicalBytes.push_back(status.size);
+    tree.modifiedMinutes.push_back(minutesOf(seconds.count()));
+    tree.inodes.push_back(status.inode);
+    tree.linkCounts.push_back(cappedLinks(status.linkCount));
+    tree.nodeFlags.push_back(flags.rawValue);
+    tree.kinds.push_back(
+        static_cast<std::uint8_t>(classify(lastPathComponent(tree.rootPath), isFolder, false)));
+    tree.device = status.device;
+}
+
+ScanProgress snapshot(WalkContext& context, std::span<const WorkerCounters> counters,
+                      Clock::time_point start) {
+    ScanProgress progress;
+    for (const WorkerCounters& worker : counters) {
+        progress.entries += worker.entries.load(std::memory_order_relaxed);
+        progress.bytes += worker.bytes.load(std::memory_order_relaxed);
+        progress.unreadable += worker.unreadable.load(std::memory_order_relaxed);
+    }
+    {
+        const std::scoped_lock lock(context.slotsMutex);
+        progress.topLevel.reserve(context.slots.size());
+        for (const Slot& slot : context.slots)
+            progress.topLevel.push_back({.name = slot.name,
+                                         .bytes = slot.bytes.load(std::memory_order_relaxed),
+                                         .isFolder = slot.isFolder});
+    }
+    std::ranges::stable_sort(progress.topLevel, std::greater{}, &ScanProgress::TopLevel::bytes);
+    progress.elapsed = std::chrono::duration<double>(Clock::now() - start).count();
+    return progress;
+}
+
+/// Lists everything below the root of `tree`, which is a folder, and merges it.
+void walkFolder(FileTree& tree, int workers, const ScanCancellation& cancellation,
+                std::chrono::duration<double> interval, const ScanProgressCallback& progress) {
+    const auto start = Clock::now();
+    PageArray<std::byte> buffer(platform::DirectoryReader::bufferBytes);
+    const auto root = platform::DirectoryReader::open(-1, tree.rootPath.c_str(), buffer.span());
+    platform::MountIdentity place{.device = tree.device, .mountId = 0};
+    if (root) {
+        if (const auto own = root->measure())
+            place = own->place;
+    }
+    WalkContext context{
+        .rootPath = tree.rootPath,
+        .rootDescriptor = root ? root->descriptor() : -1,
+        .place = place,
+        .boundary = MountBoundary(platform::mountTable(), tree.rootPath, place.mountId),
+        .cancellation = cancellation,
+        .openFolderLimit = openFolderLimit(),
+        .openFolders = 0,
+        .slotsMutex = {},
+        .slots = {},
+        .rootFlags = 0,
+    };
+
+    std::vector<WorkerStore> stores(static_cast<std::size_t>(workers));
+    std::vector<WorkerCounters> counters(static_cast<std::size_t>(workers));
+    WorkUnit rootUnit;
+    WalkQueue* queueOfWorkers = nullptr;
+    WalkQueue queue(workers, Walker::workerStackBytes, [&](int number) {
+        const auto i = static_cast<std::size_t>(number);
+        WalkWorker(context, *queueOfWorkers, stores[i], counters[i]).run();
+    });
+    queueOfWorkers = &queue;
+    queue.start(rootUnit);
+    while (!queue.waitFor(interval)) {
+        if (progress)
+            progress(snapshot(context, counters, start));
+    }
+    queue.join();
+    if (progress)
+        progress(snapshot(context, counters, start));
+
+    for (const WorkerCounters& worker : counters) {
+        tree.unreadableCount += worker.unreadable;
+        tree.datalessCount += worker.dataless;
+        tree.otherVolumeCount += worker.otherVolume;
+    }
+    const auto candidates = merge(rootUnit, stores, tree);
+    tree.nodeFlags[0] |= context.rootFlags;
+    tree.finalize(candidates);
+}
+
+} // namespace
+
+Walker::Result Walker::walk(const std::string& root, std::optional<int> workers,
+                            const ScanCancellation& cancellation,
+                            std::chrono::duration<double> progressInterval,
+                            const ScanProgressCallback& progress) {
+    Result result{.tree = FileTree(RealPath::resolve(root).value_or(root), root), .cancelled = false};
+    FileTree& tree = result.tree;
+    const auto status = platform::fileStatus(tree.rootPath);
+    if (status) {
+        appendRoot(tree, *status);
+        if (status->type == platform::FileType::directory)
+            walkFolder(tree, std::max(workers.value_or(platform::conventions().defaultWalkerWorkers), 1),
+                       cancellation, progressInterval, progress);
+        else
+            tree.finalize({});
+    }
+    result.cancelled = cancellation.isCancelled();
+    return result;
+}
+
+} // namespace orbel

@@ -1,0 +1,19 @@
+#include "Util/PageArray.h"
+
+#include "Util/Check.h"
+
+#include <sys/mman.h>
+
+namespace orbel::pages {
+
+void* map(std::size_t bytes) {
+    void* const address = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ORBEL_CHECK(address != MAP_FAILED, "memory for a page array");
+    return address;
+}
+
+void unmap(void* address, std::size_t bytes) noexcept {
+    ::munmap(address, bytes);
+}
+
+} // namespace orbel::pages

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace orbel {
+
+/// The commands that print a result and end the process, before any window or model exists.
+struct HeadlessCommands {
+    HeadlessCommands() = delete;
+
+    /// Runs the command that `arguments` ask for and ends the process, with status 0 when its result was
+    /// written and 1 when standard output did not take it. Returns when no such command is there. `arguments`
+    /// are all words of the command line, the program's own path first.
+    static void runIfRequested(std::span<const std::string> arguments);
+
+    /// The scan report of `root` as the text that is printed.
+    static std::string scanReportText(const std::string& root, std::span<const std::string> arguments);
+};
+
+} // namespace orbel

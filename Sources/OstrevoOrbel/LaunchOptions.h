@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Screen.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace orbel {
+
+/// The switches that script the window, read from the command line once. A plain value.
+///
+/// A switch's value is the word right after its first occurrence, whatever it looks like; a switch that is
+/// the last word has none and counts as absent. What is unknown is ignored.
+struct LaunchOptions {
+    LaunchOptions() = default;
+    /// `arguments`: all words of the command line, the program's own path first.
+    explicit LaunchOptions(std::span<const std::string> arguments);
+
+    /// The options of this process.
+    static const LaunchOptions& current();
+
+    std::optional<Screen> openScreen;           ///< --open SCREEN
+    std::optional<std::string> scanPath;        ///< --scan PATH; "volume" stands for the whole disk
+    bool quitAfterScan = false;                 ///< --quit-after-scan
+    std::optional<std::string> diagnosticsPath; ///< --diagnostics FILE
+    std::optional<std::string> snapshotPath;    ///< --snapshot FILE
+    std::optional<double> snapshotDelay;        ///< --snapshot-delay SECONDS
+    double scanDelay = 0;                       ///< --scan-delay SECONDS
+    std::int64_t simulatedHovers = 0;           ///< --simulate-hover COUNT
+    std::optional<std::string> selectApp;       ///< --select-app NAME
+    bool allowWithoutFullDiskAccess = false;    ///< no switch sets it
+};
+
+/// The word after the first `name` in a command line; absent when there is none.
+std::optional<std::string> valueAfter(std::span<const std::string> arguments, std::string_view name);
+
+/// Whether a command line holds that word.
+bool contains(std::span<const std::string> arguments, std::string_view name);
+
+} // namespace orbel

@@ -1,0 +1,126 @@
+#include "Scan/Coverage.h"
+#include "Scan/VolumeInfo.h"
+#include "ScanReport.h"
+#include "Support/RunProgram.h"
+#include "Support/TemporaryFolder.h"
+#include "Util/AppVersion.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace orbel {
+namespace {
+
+using nlohmann::json;
+using test::runOrbel;
+using test::TemporaryFolder;
+
+json reportOf(const std::vector<std::string>& words) {
+    const auto run = runOrbel(words);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.errors, "");
+    EXPECT_TRUE(run.output.ends_with("}\n"));
+    return json::parse(run.output);
+}
+
+std::vector<std::string> keysOf(const json& object) {
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : object.items())
+        keys.push_back(key);
+    return keys;
+}
+
+TEST(ScanReport, HoldsWhatWasMeasured) {
+    const TemporaryFolder home;
+    home.file("small/file", 10'000);
+    home.file("large/file", 100'000);
+    home.file("empty", 0);
+    const json report = reportOf({"--scan-json", home.path() + "/."});
+
+    EXPECT_EQ(keysOf(report),
+              (std::vector<std::string>{"allocatedBytes", "cancelled", "children", "cloudFilesNotDownloaded",
+                                        "durationSeconds", "entries", "firstProgressSeconds",
+                                        "notMeasuredBytes", "otherVolumesSkipped", "peakFootprintBytes",
+                                        "root", "unreadable", "volume"}));
+    EXPECT_EQ(report["root"], home.path() + "/.") << "as it was given";
+    EXPECT_EQ(report["entries"], 6);
+    EXPECT_EQ(report["cancelled"], false);
+    EXPECT_GT(report["peakFootprintBytes"], 1'000'000);
+    ASSERT_EQ(report["children"].size(), 3);
+    const json& first = report["children"][0];
+    EXPECT_EQ(first["path"], home.path("large"));
+    EXPECT_EQ(first["isFolder"], true);
+    EXPECT_EQ(first["hasHardLinks"], false);
+    const std::uint64_t small = report["children"][1]["allocatedBytes"];
+    EXPECT_EQ(report["allocatedBytes"], first["allocatedBytes"].get<std::uint64_t>() + small);
+    EXPECT_EQ(keysOf(report["volume"]),
+              (std::vector<std::string>{"availableForImportantUsage", "free", "otherVolumes", "purgeable",
+                                        "total", "used"}));
+    EXPECT_EQ(report["notMeasuredBytes"],
+              report["volume"]["used"].get<std::uint64_t>() - report["allocatedBytes"].get<std::uint64_t>());
+}
+
+TEST(ScanReport, ListsAsManyChildrenAsAskedFor) {
+    const TemporaryFolder home;
+    for (int i = 0; i < 25; ++i)
+        home.file("file" + std::to_string(i), 10);
+    const auto listed = [&](std::vector<std::string> words) {
+        words.insert(words.begin(), {"--scan-json", home.path()});
+        return reportOf(words)["children"].size();
+    };
+    EXPECT_EQ(listed({}), 20);
+    EXPECT_EQ(listed({"--top", "3"}), 3);
+    EXPECT_EQ(listed({"--top", "0"}), 0);
+    EXPECT_EQ(listed({"--top", "-1"}), 0);
+    EXPECT_EQ(listed({"--top", "100"}), 25);
+    EXPECT_EQ(listed({"--top", "many", "--unknown"}), 20);
+    EXPECT_EQ(listed({"--top"}), 20);
+}
+
+TEST(ScanReport, MarksChildrenThatShareHardLinks) {
+    const TemporaryFolder home;
+    home.file("a/inner/x", 5000);
+    home.hardLink("b/y", "a/inner/x");
+    home.file("c/one", 5000);
+    home.hardLink("c/deep/two", "c/one");
+    for (const auto& child : reportOf({"--scan-json", home.path()})["children"])
+        EXPECT_EQ(child["hasHardLinks"], child["path"] != home.path("c")) << child;
+}
+
+TEST(ScanReport, IsTrueOfRootsThatGiveNothing) {
+    const TemporaryFolder home;
+    const json empty = reportOf({"--scan-json", home.folder("empty")});
+    EXPECT_EQ(empty["allocatedBytes"], 0);
+    EXPECT_EQ(empty["entries"], 1);
+    EXPECT_EQ(empty["children"], json::array());
+    EXPECT_EQ(empty["firstProgressSeconds"], -1);
+
+    const json missing = reportOf({"--scan-json", home.path("missing")});
+    EXPECT_EQ(missing["entries"], 0);
+    EXPECT_EQ(missing["allocatedBytes"], 0);
+    EXPECT_FALSE(missing.contains("volume"));
+    EXPECT_FALSE(missing.contains("notMeasuredBytes"));
+
+    home.file("bad\xFFname", 1000);
+    const json odd = reportOf({"--scan-json", home.path()});
+    EXPECT_EQ(odd["children"][0]["path"], home.path("bad\uFFFDname"));
+}
+
+TEST(CommandLine, TellsItsUsageAndVersion) {
+    const auto nothing = runOrbel({});
+    EXPECT_EQ(nothing.status, 2);
+    EXPECT_EQ(nothing.output, "");
+    EXPECT_NE(nothing.errors.find("--scan-json"), std::string::npos);
+    EXPECT_EQ(runOrbel({"--scan-json"}).status, 2) << "a command without its value is none";
+    EXPECT_EQ(runOrbel({"--unknown"}).status, 2);
+
+    const auto help = runOrbel({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.output, nothing.errors);
+    const auto version = runOrbel({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.output, "orbel " + appVersion() + "\n");
+}
+
+} // namespace
+} // namespace orbel

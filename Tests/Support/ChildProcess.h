@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+
+namespace orbel::test {
+
+/// Runs `body` in a child process, for what must not outlive it: another user, mounts, limits. Expectations
+/// in it count as the test's own. False, with the failure recorded, when one failed or the child died.
+bool inChildProcess(const std::function<void()>& body);
+
+/// Whether this process may mount file systems and become another user. Tests that need it skip loudly
+/// without.
+bool isRoot();
+
+/// In a child process: gives up root for an ordinary user's rights, for good.
+void becomeOtherUser();
+
+/// In a child process: gets a mount table of its own, which nobody else sees and which goes with the process.
+void useOwnMountTable();
+
+/// In a child process with its own mount table: mounts a fresh tmpfs on `folder`.
+void mountTmpfs(const char* folder);
+/// The same for a second view of `source` on `target`.
+void bindMount(const char* source, const char* target);
+
+} // namespace orbel::test
