@@ -26,7 +26,7 @@ struct EntryAttributes {
 
 /// Where an object lives: the file system and the mount through which it was reached.
 struct MountIdentity {
-    std::uint64_t device = 0; ///< as FileStatus::device
+    std::uint64_t device = 0;  ///< as FileStatus::device
     std::uint64_t mountId = 0; ///< 0 where the system has no such number; then only the device tells
 
     bool operator==(const MountIdentity&) const = default;
@@ -35,8 +35,8 @@ struct MountIdentity {
 /// One entry of a listing.
 struct DirectoryEntry {
     std::string_view name; ///< raw bytes, valid until the next call of next() or refill()
-    /// False for a directory that is cheaper to measure on its own descriptor once it is open: `attributes` then
-    /// holds only the type and an inode, and DirectoryReader::measure() gives the rest.
+    /// False for a directory that is cheaper to measure on its own descriptor once it is open: `attributes`
+    /// then holds only the type and an inode, and DirectoryReader::measure() gives the rest.
     bool isMeasured = false;
     /// Where the entry lives, when listing told it; the same as the directory's for nearly all.
     std::optional<MountIdentity> place;
@@ -45,9 +45,9 @@ struct DirectoryEntry {
 
 /// Lists one directory without following links, into a buffer that the caller owns. One thread at a time.
 ///
-/// Use: refill() until it gives `end` or `failed`; after each `entries`, next() until it gives `done`. The descriptor
-/// stays open until the reader is destroyed or release() is called, so that what lies inside can be opened relative
-/// to it, however long the path from the root has become.
+/// Use: refill() until it gives `end` or `failed`; after each `entries`, next() until it gives `done`. The
+/// descriptor stays open until the reader is destroyed or release() is called, so that what lies inside can
+/// be opened relative to it, however long the path from the root has become.
 class DirectoryReader {
 public:
     enum class Refill : std::uint8_t { entries, end, failed };
@@ -57,11 +57,13 @@ public:
         done        ///< the buffer is used up
     };
 
-    /// A buffer of this size serves every directory; it must be aligned to 8 bytes and live as long as the reader.
+    /// A buffer of this size serves every directory; it must be aligned to 8 bytes and live as long as the
+    /// reader.
     static constexpr std::size_t bufferBytes = 256 * 1024;
 
-    /// Opens `name` inside the open directory `parent` (or, when `parent` is -1, the absolute path `name`), refusing
-    /// anything but a real directory. `name` must end in a zero byte. Absent on failure, with errno set.
+    /// Opens `name` inside the open directory `parent` (or, when `parent` is -1, the absolute path `name`),
+    /// refusing anything but a real directory. `name` must end in a zero byte. Absent on failure, with errno
+    /// set.
     static std::optional<DirectoryReader> open(int parent, const char* name, std::span<std::byte> buffer);
 
     /// The directory itself, asked of the descriptor; absent when that fails.
@@ -74,7 +76,8 @@ public:
     /// Takes the next batch of entries from the system.
     Refill refill();
 
-    /// The next entry of the batch. "." and ".." never appear; an entry that vanished meanwhile is passed over.
+    /// The next entry of the batch. "." and ".." never appear; an entry that vanished meanwhile is passed
+    /// over.
     Next next(DirectoryEntry& entry);
 
     int descriptor() const { return directory_.get(); }
@@ -88,12 +91,12 @@ private:
 
     FileDescriptor directory_;
     std::span<std::byte> buffer_;
-    std::size_t used_ = 0;      ///< Linux: bytes of the batch; macOS: records of the batch that are left
+    std::size_t used_ = 0;     ///< Linux: bytes of the batch; macOS: records of the batch that are left
     std::size_t position_ = 0; ///< offset of the next record in the buffer
 };
 
-/// Measures `name` inside the open directory `parent`, never following a link or triggering an automount: what the
-/// walker asks for a directory that could not be opened. Absent on failure.
+/// Measures `name` inside the open directory `parent`, never following a link or triggering an automount:
+/// what the walker asks for a directory that could not be opened. Absent on failure.
 std::optional<DirectoryReader::Own> measureEntry(int parent, const char* name);
 
 } // namespace orbel::platform

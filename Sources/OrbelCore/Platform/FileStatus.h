@@ -26,8 +26,8 @@ std::optional<FileStatus> fileStatus(const std::string& path);
 /// The same for an open descriptor.
 std::optional<FileStatus> fileStatus(int descriptor);
 
-/// Whether the system itself guards the object against change (immutable or append-only on Linux, the restricted
-/// flag on macOS). False when it cannot be asked.
+/// Whether the system itself guards the object against change (immutable or append-only on Linux, the
+/// restricted flag on macOS). False when it cannot be asked.
 bool isSystemRestricted(const std::string& path);
 
 } // namespace orbel::platform

@@ -7,8 +7,8 @@ namespace orbel::platform {
 /// Names the calling thread for debuggers and process viewers. Longer names are cut to what the system takes.
 void nameThisThread(const std::string& name);
 
-/// Forbids the file system to fetch cloud-only files from the network because this thread lists or reads them.
-/// Does nothing where the system has no such files.
+/// Forbids the file system to fetch cloud-only files from the network because this thread lists or reads
+/// them. Does nothing where the system has no such files.
 void forbidMaterialisationOnThisThread();
 
 /// The number of processors this process may run on, at least 1.

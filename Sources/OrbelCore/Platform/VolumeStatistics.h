@@ -17,11 +17,12 @@ struct VolumeStatistics {
 /// Absent when the file system cannot be asked.
 std::optional<VolumeStatistics> volumeStatistics(const std::string& path);
 
-/// The used bytes as the volume itself counts them (shared containers, snapshots); absent where the system has no
-/// such figure.
+/// The used bytes as the volume itself counts them (shared containers, snapshots); absent where the system
+/// has no such figure.
 std::optional<std::uint64_t> volumeSpaceUsed(const std::string& path);
 
-/// Free bytes plus what the system can free on its own for an important task; absent where it has no such figure.
+/// Free bytes plus what the system can free on its own for an important task; absent where it has no such
+/// figure.
 std::optional<std::uint64_t> volumeAvailableForImportantUsage(const std::string& path);
 
 /// The root of the volume that holds the user's data, which is what "the whole disk" means.

@@ -10,10 +10,10 @@ namespace orbel {
 
 } // namespace orbel
 
-/// Stops the process when `condition` is false, in release builds too. For broken invariants and programming errors
-/// only: what the environment can cause is a value that the caller handles.
-#define ORBEL_CHECK(condition, what)                                                                           \
-    do {                                                                                                       \
-        if (!(condition)) [[unlikely]]                                                                         \
-            ::orbel::checkFailed(what, __FILE__, __LINE__);                                                    \
+/// Stops the process when `condition` is false, in release builds too. For broken invariants and programming
+/// errors only: what the environment can cause is a value that the caller handles.
+#define ORBEL_CHECK(condition, what)                                                                         \
+    do {                                                                                                     \
+        if (!(condition)) [[unlikely]]                                                                       \
+            ::orbel::checkFailed(what, __FILE__, __LINE__);                                                  \
     } while (false)

@@ -7,8 +7,8 @@
 
 namespace orbel {
 
-/// An allocator whose `resize` leaves new elements of trivial types unset: a column of millions of values that is
-/// about to be filled is not written twice.
+/// An allocator whose `resize` leaves new elements of trivial types unset: a column of millions of values
+/// that is about to be filled is not written twice.
 template <class T>
 class UninitialisedAllocator : public std::allocator<T> {
 public:

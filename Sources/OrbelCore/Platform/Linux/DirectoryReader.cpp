@@ -46,7 +46,8 @@ void fill(EntryAttributes& attributes, const struct statx& raw) {
     attributes.type = typeOf(raw.stx_mode);
     attributes.allocatedBytes = raw.stx_blocks * 512;
     attributes.logicalBytes = raw.stx_size;
-    attributes.modifiedSeconds = raw.stx_mtime.tv_sec; // the nanoseconds are never negative, so this rounds down
+    attributes.modifiedSeconds =
+        raw.stx_mtime.tv_sec; // the nanoseconds are never negative, so this rounds down
     attributes.inode = raw.stx_ino;
     attributes.linkCount = raw.stx_nlink;
 }
@@ -107,8 +108,7 @@ DirectoryReader::Next DirectoryReader::next(DirectoryEntry& entry) {
             return Next::entry;
         }
         struct statx raw;
-        if (::statx(directory_.get(), name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
-                    neededAttributes, &raw)
+        if (::statx(directory_.get(), name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, neededAttributes, &raw)
             != 0) {
             if (errno == ENOENT)
                 continue;
@@ -124,7 +124,8 @@ DirectoryReader::Next DirectoryReader::next(DirectoryEntry& entry) {
 
 std::optional<DirectoryReader::Own> measureEntry(int parent, const char* name) {
     struct statx raw {};
-    if (::statx(parent < 0 ? AT_FDCWD : parent, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, neededAttributes, &raw)
+    if (::statx(parent < 0 ? AT_FDCWD : parent, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, neededAttributes,
+                &raw)
         != 0)
         return std::nullopt;
     DirectoryReader::Own own{.attributes = {}, .place = placeOf(raw)};

@@ -29,9 +29,13 @@ std::optional<VolumeStatistics> volumeStatistics(const std::string& path) {
                             .availableBlocks = raw.f_bavail};
 }
 
-std::optional<std::uint64_t> volumeSpaceUsed(const std::string&) { return std::nullopt; }
+std::optional<std::uint64_t> volumeSpaceUsed(const std::string&) {
+    return std::nullopt;
+}
 
-std::optional<std::uint64_t> volumeAvailableForImportantUsage(const std::string&) { return std::nullopt; }
+std::optional<std::uint64_t> volumeAvailableForImportantUsage(const std::string&) {
+    return std::nullopt;
+}
 
 std::string dataVolumePath() {
     const auto home = homeFolder();

@@ -1,8 +1,8 @@
 #include "Platform/Process.h"
 
 #include <algorithm>
-
 #include <crt_externs.h>
+
 #include <mach/mach.h>
 #include <mach/task_info.h>
 
