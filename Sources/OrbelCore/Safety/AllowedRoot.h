@@ -7,11 +7,11 @@
 
 namespace orbel {
 
-/// The place an item is expected to live in, which decides what is allowed for it.
+/// The place where an item is expected to live, which decides where it may be moved from and put back to.
 enum class AllowedRoot : std::uint8_t {
     homeItem,          ///< a file or folder inside the home folder
     applicationBundle, ///< an application bundle in an Applications folder
-    leftover           ///< what an application left behind, directly inside one of the leftover folders
+    leftover           ///< what an application left directly inside one of the leftover folders
 };
 
 template <>
