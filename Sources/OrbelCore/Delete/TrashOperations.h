@@ -13,8 +13,8 @@ struct PlannedMove {
     std::string trashPath; ///< where the item would lie; absolute
     /// The file that would tell where the item came from, and what it would hold; absent and empty where the
     /// system keeps that to itself.
-    std::optional<std::string> infoPath;
-    std::string infoContent;
+    std::optional<std::string> infoPath{};
+    std::string infoContent{};
 
     bool operator==(const PlannedMove&) const = default;
 };
