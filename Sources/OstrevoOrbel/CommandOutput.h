@@ -15,9 +15,9 @@ struct ExitStatus {
 /// A line of words for the user, on standard error.
 void say(std::string_view words);
 
-/// Prints the result of a command and ends the process with this status, or with `incomplete` when standard output
-/// does not take the result. The process ends without unwinding: freeing a tree of millions of nodes one by one would
-/// only cost time.
+/// Prints the result of a command and ends the process with this status, or with `incomplete` when standard
+/// output does not take the result. The process ends without unwinding: freeing a tree of millions of nodes
+/// one by one would only cost time.
 [[noreturn]] void finish(const std::string& output, int status = ExitStatus::done);
 
 /// Says what is wrong with the command line and ends the process.

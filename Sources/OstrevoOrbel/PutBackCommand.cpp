@@ -23,8 +23,8 @@ nlohmann::json resultJson(const PutBackResult& result) {
     return json;
 }
 
-/// The newest session with anything left in the Trash. A line that was missing may stand after those of a newer
-/// session, so the times decide; of equal ones, the later line.
+/// The newest session with anything left in the Trash. A line that was missing may stand after those of a
+/// newer session, so the times decide; of equal ones, the later line.
 std::optional<std::string> newestSession(const JournalStore& journal) {
     const auto restorable = journal.restorable();
     const JournalEntry* newest = nullptr;

@@ -71,8 +71,8 @@ DeletionItem refusedItem(std::string path, AllowedRoot root, std::string reason)
 DeletionItem itemNamed(const std::string& word, const SafetyPolicy& policy,
                        const ScanCancellation& cancellation) {
     const auto path = itemPath(word, policy);
-    const auto root =
-        DeletionItem::isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle : AllowedRoot::homeItem;
+    const auto root = DeletionItem::isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle
+                                                                      : AllowedRoot::homeItem;
     if (auto refusal = refusalOf(path, root, policy))
         return refusedItem(path, root, *std::move(refusal));
     const auto scanned = TreeScanner::scan(path, std::nullopt, cancellation, nullptr);

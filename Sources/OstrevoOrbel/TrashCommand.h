@@ -15,8 +15,9 @@ class ScanCancellation;
 [[noreturn]] void runTrashCommand(const ChangeRequest& request);
 
 /// The item that a word of the command line names: in the real path of its folder what is called by its last
-/// component, itself and never what a link leads to. What may not be moved is not measured; it is an item with its
-/// reason, and so is what does not exist.
-DeletionItem itemNamed(const std::string& word, const SafetyPolicy& policy, const ScanCancellation& cancellation);
+/// component, itself and never what a link leads to. What may not be moved is not measured; it is an item
+/// with its reason, and so is what does not exist.
+DeletionItem itemNamed(const std::string& word, const SafetyPolicy& policy,
+                       const ScanCancellation& cancellation);
 
 } // namespace orbel

@@ -8,8 +8,8 @@
 
 namespace orbel {
 
-/// What the commands that move something, or tell what was moved, work with: the user's home, its policy, its Trash
-/// and its journal.
+/// What the commands that move something, or tell what was moved, work with: the user's home, its policy, its
+/// Trash and its journal.
 class UserContext {
 public:
     UserContext();
@@ -20,8 +20,9 @@ public:
     /// The journal as the last run left it; what is beside it is not looked at.
     std::shared_ptr<JournalStore> journal() const;
 
-    /// The journal with all that earlier runs could not write to it. What could not be settled, and what remains
-    /// doubtful, is told on standard error. Must not be called when the policy has a reason against the home.
+    /// The journal with all that earlier runs could not write to it. What could not be settled, and what
+    /// remains doubtful, is told on standard error. Must not be called when the policy has a reason against
+    /// the home.
     std::shared_ptr<JournalStore> settledJournal() const;
 
 private:

@@ -41,15 +41,15 @@ std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeInd
     const auto stamp = FileStamp::of(path);
     if (!stamp)
         return std::nullopt;
-    DeletionItem item{
-        .id = std::string(rawValue(module)) + ":" + path,
-        .module = module,
-        .title = tree.name(index),
-        .detail = path,
-        .path = path,
-        .root = isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle : AllowedRoot::homeItem,
-        .scanStamp = *stamp,
-        .estimatedBytes = tree.allocated(index)};
+    DeletionItem item{.id = std::string(rawValue(module)) + ":" + path,
+                      .module = module,
+                      .title = tree.name(index),
+                      .detail = path,
+                      .path = path,
+                      .root = isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle
+                                                                : AllowedRoot::homeItem,
+                      .scanStamp = *stamp,
+                      .estimatedBytes = tree.allocated(index)};
     item.blockedReason = blockedReasonFor(tree, index, item, policy);
     item.note = noteFor(tree, index);
     return item;

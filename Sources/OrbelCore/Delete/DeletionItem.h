@@ -24,9 +24,9 @@ struct DeletionItem {
     std::string detail; ///< the path and what a list has to say besides
     std::string path;   ///< absolute, in visible form, as bytes; "url" in JSON
     AllowedRoot root = AllowedRoot::homeItem;
-    FileStamp scanStamp;                                    ///< captured when the item was built
-    std::uint64_t estimatedBytes = 0;                       ///< allocated bytes, as scanned
-    std::optional<KeptCopy> keep = std::nullopt;            ///< only of duplicates
+    FileStamp scanStamp;                                     ///< captured when the item was built
+    std::uint64_t estimatedBytes = 0;                        ///< allocated bytes, as scanned
+    std::optional<KeptCopy> keep = std::nullopt;             ///< only of duplicates
     std::optional<std::string> blockedReason = std::nullopt; ///< why it is shown but cannot be selected
     std::optional<std::string> note = std::nullopt;          ///< a warning that blocks nothing
     bool preselected = false; ///< whether a list ticks it at first; never stored

@@ -27,8 +27,8 @@ std::future<DeletionReport> DeletionSession::run(std::span<const std::string> id
         if (const auto found = items_.find(id); found != items_.end())
             approved.push_back(found->second);
     return BlockingWork::run("orbel.deletion",
-                             [trasher = trasher_, approved = std::move(approved), progress = std::move(progress),
-                              isCancelled = std::move(isCancelled)] {
+                             [trasher = trasher_, approved = std::move(approved),
+                              progress = std::move(progress), isCancelled = std::move(isCancelled)] {
                                  return trasher->run(approved, newUuid(), progress, isCancelled);
                              });
 }

@@ -14,7 +14,8 @@
 
 namespace orbel {
 
-/// The items that the user may approve, by id, and the runs over those that were approved. One caller at a time.
+/// The items that the user may approve, by id, and the runs over those that were approved. One caller at a
+/// time.
 class DeletionSession {
 public:
     explicit DeletionSession(Trasher trasher);
@@ -24,9 +25,10 @@ public:
 
     std::optional<DeletionItem> item(const std::string& id) const;
 
-    /// Moves the registered items of these ids, in this order, as one session with an id of its own; ids that are
-    /// unknown are left out. Returns at once: the moves happen on a thread "orbel.deletion", on which `progress` and
-    /// `isCancelled` are called too. The future does not wait for the moves when it is dropped.
+    /// Moves the registered items of these ids, in this order, as one session with an id of its own; ids that
+    /// are unknown are left out. Returns at once: the moves happen on a thread "orbel.deletion", on which
+    /// `progress` and `isCancelled` are called too. The future does not wait for the moves when it is
+    /// dropped.
     std::future<DeletionReport> run(std::span<const std::string> ids, Trasher::Progress progress,
                                     Trasher::IsCancelled isCancelled) const;
 

@@ -17,7 +17,8 @@ bool isKeptCopyThere(const KeptCopy& keep) {
     return current && keep.stamp.isUnchanged(*current);
 }
 
-std::optional<std::string> measuredReason(const DeletionItem& item, const TreeScanner::Measurement& measured) {
+std::optional<std::string> measuredReason(const DeletionItem& item,
+                                          const TreeScanner::Measurement& measured) {
     if (measured.protectedInside)
         return "Contains protected data: " + *measured.protectedInside;
     if (item.module == DeletionModule::emptyFolders && (!measured.isEmptyFolder || measured.unreadable > 0))
@@ -48,7 +49,8 @@ std::expected<ApprovedItem, std::string> ItemChecks::approve(const DeletionItem&
     if (allowance == nullptr)
         return std::unexpected(*decision.refusal());
     if (!held)
-        return std::unexpected("Could not move to the Trash: " + std::generic_category().message(held.error()));
+        return std::unexpected("Could not move to the Trash: "
+                               + std::generic_category().message(held.error()));
     const auto status = held->status();
     if (!status || !allowance->stamp.isUnchanged(FileStamp::of(*status)))
         return std::unexpected(changed);

@@ -13,8 +13,8 @@ namespace orbel {
 
 struct Trasher;
 
-/// An item that passed every check, and the object they were made of, which cannot be mistaken for another one as
-/// long as this lives.
+/// An item that passed every check, and the object they were made of, which cannot be mistaken for another
+/// one as long as this lives.
 struct ApprovedItem {
     std::string realPath; ///< in visible form
     FileStamp stamp;      ///< captured by the safety policy
@@ -28,8 +28,9 @@ struct ApprovedItem {
     bool isAt(const std::string& path) const;
 };
 
-/// The checks that every item must pass immediately before its move, in their order. Nothing here changes the disk.
-/// One for each run: which files the processes use is asked anew only when the last answer is older than 10 seconds.
+/// The checks that every item must pass immediately before its move, in their order. Nothing here changes the
+/// disk. One for each run: which files the processes use is asked anew only when the last answer is older
+/// than 10 seconds.
 class ItemChecks {
 public:
     /// The functions that are asked are those of `trasher`, which must live as long as this.

@@ -59,8 +59,8 @@ private:
     ItemChecks checks_;
     IntentLog intents_;
     DeletionReport report_;
-    /// Of the line that tells what became of the item in progress, whatever that is: its intent names the same one,
-    /// so that nobody who settles the intents later takes a known outcome for an unknown one.
+    /// Of the line that tells what became of the item in progress, whatever that is: its intent names the
+    /// same one, so that nobody who settles the intents later takes a known outcome for an unknown one.
     std::string lineID_;
     bool isEveryOutcomeKnown_ = true;
 };
@@ -99,8 +99,7 @@ Run::Next Run::handle(const DeletionItem& item) {
 Run::Next Run::move(const DeletionItem& item, const ApprovedItem& approved) {
     if (!trasher_.journal->preflight())
         return stopForJournal(item, journalUnwritable);
-    const auto persistent =
-        platform::persistentIdentity(approved.realPath, approved.stamp.identity.inode);
+    const auto persistent = platform::persistentIdentity(approved.realPath, approved.stamp.identity.inode);
     bool isIntentWritten = true;
     bool isInPlace = true;
     const auto aboutToMove = [&](const PlannedMove& plan) -> std::expected<void, std::string> {
@@ -116,8 +115,8 @@ Run::Next Run::move(const DeletionItem& item, const ApprovedItem& approved) {
             isIntentWritten = false;
             return std::unexpected(written.error().words);
         }
-        // Writing waits for the disk, long enough for something else to take the item's place; that stays. What
-        // slips into the moment that is left, the check after the move finds.
+        // Writing waits for the disk, long enough for something else to take the item's place; that stays.
+        // What slips into the moment that is left, the check after the move finds.
         isInPlace = approved.isInPlace();
         if (!isInPlace)
             return std::unexpected(changed);

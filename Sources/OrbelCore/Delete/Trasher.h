@@ -17,13 +17,13 @@
 
 namespace orbel {
 
-/// The only code that moves anything to the Trash. For each item every check is made again immediately before the
-/// move; the journal is proved writable and the intent written first, and afterwards it is verified that what landed
-/// in the Trash is the very object that was approved. What is doubtful is skipped with a reason, never forced, and
-/// what could make the record untrue ends the run. A stop never undoes a completed move.
+/// The only code that moves anything to the Trash. For each item every check is made again immediately before
+/// the move; the journal is proved writable and the intent written first, and afterwards it is verified that
+/// what landed in the Trash is the very object that was approved. What is doubtful is skipped with a reason,
+/// never forced, and what could make the record untrue ends the run. A stop never undoes a completed move.
 ///
-/// A process that ends at any point leaves each item at its place or in the Trash, and in the latter case either its
-/// line in the journal or the intent from which settleIntents() writes it.
+/// A process that ends at any point leaves each item at its place or in the Trash, and in the latter case
+/// either its line in the journal or the intent from which settleIntents() writes it.
 ///
 /// A value; its functions can be replaced one by one. run() blocks and is called from one thread at a time.
 struct Trasher {
@@ -44,13 +44,13 @@ struct Trasher {
     std::function<MappedFilesSnapshot()> takeMappedSnapshot;
     std::function<std::chrono::system_clock::time_point()> now;
 
-    /// Moves the items in the given order. `progress` and `isCancelled`, which may be empty, are called on this
-    /// thread, before each item; an item in progress is always finished.
-    DeletionReport run(std::span<const DeletionItem> items, const std::string& sessionID, const Progress& progress,
-                       const IsCancelled& isCancelled) const;
+    /// Moves the items in the given order. `progress` and `isCancelled`, which may be empty, are called on
+    /// this thread, before each item; an item in progress is always finished.
+    DeletionReport run(std::span<const DeletionItem> items, const std::string& sessionID,
+                       const Progress& progress, const IsCancelled& isCancelled) const;
 
-    /// Makes every check and moves nothing: `moved` tells what run() would have tried to move. Nothing is written
-    /// anywhere, so a journal or a Trash that cannot be written is not noticed.
+    /// Makes every check and moves nothing: `moved` tells what run() would have tried to move. Nothing is
+    /// written anywhere, so a journal or a Trash that cannot be written is not noticed.
     DeletionReport rehearse(std::span<const DeletionItem> items, const std::string& sessionID,
                             const Progress& progress, const IsCancelled& isCancelled) const;
 };

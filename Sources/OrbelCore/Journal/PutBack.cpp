@@ -42,8 +42,8 @@ struct TrashedObject {
 } // namespace
 
 PutBack::PutBack(SafetyPolicy policy, std::shared_ptr<JournalStore> journal,
-                 std::shared_ptr<RestoreOperations> restore, std::optional<std::vector<std::string>> trashFolders,
-                 Clock now)
+                 std::shared_ptr<RestoreOperations> restore,
+                 std::optional<std::vector<std::string>> trashFolders, Clock now)
     : policy_(std::move(policy)),
       journal_(std::move(journal)),
       restore_(std::move(restore)),
@@ -84,7 +84,8 @@ PutBackResult PutBack::putBack(const JournalEntry& entry) const {
     return result;
 }
 
-PutBackResult PutBack::putBack(const JournalEntry& entry, IntentLog& intents, bool& isEveryOutcomeKnown) const {
+PutBackResult PutBack::putBack(const JournalEntry& entry, IntentLog& intents,
+                               bool& isEveryOutcomeKnown) const {
     auto line = newLine(entry);
     if (auto reason = reasonNotToRestore(entry))
         return fail(std::move(line), *std::move(reason));
@@ -112,7 +113,8 @@ PutBackResult PutBack::putBack(const JournalEntry& entry, IntentLog& intents, bo
         return fail(std::move(line), "Could not put it back: " + moved.error());
     if (!object->isAt(entry.originalPath)) {
         isEveryOutcomeKnown = false;
-        return fail(std::move(line), "What was put back did not match the item in the Trash — check its folder");
+        return fail(std::move(line),
+                    "What was put back did not match the item in the Trash — check its folder");
     }
 
     line.time = std::chrono::floor<std::chrono::microseconds>(now_());
@@ -146,7 +148,8 @@ std::optional<std::string> PutBack::reasonNotToRestore(const JournalEntry& entry
 AllowedRoot PutBack::rootForDestination(const std::string& path) const {
     const auto folder = canonicalOrAsWritten(parentPath(path));
     const auto isApplicationFolder = [&](std::string_view candidate) {
-        return std::ranges::find(policy_.applicationFolders(), candidate) != policy_.applicationFolders().end();
+        return std::ranges::find(policy_.applicationFolders(), candidate)
+               != policy_.applicationFolders().end();
     };
     if (path.ends_with(".app") && (isApplicationFolder(folder) || isApplicationFolder(parentPath(folder))))
         return AllowedRoot::applicationBundle;

@@ -6,7 +6,8 @@
 
 namespace orbel {
 
-/// The "file://" URL of an absolute path: plain text whatever the path's bytes, since all but letters, digits and
+/// The "file://" URL of an absolute path: plain text whatever the path's bytes, since all but letters, digits
+/// and
 /// "-._~/" are escaped.
 std::string fileUrl(std::string_view path);
 
