@@ -12,7 +12,7 @@
 
 namespace orbel::test {
 
-ProgramRun runOrbel(const std::vector<std::string>& words) {
+ProgramRun runProgram(std::vector<std::string> words) {
     const TemporaryFolder folder;
     const auto output = folder.path("output");
     const auto errors = folder.path("errors");
@@ -21,20 +21,26 @@ ProgramRun runOrbel(const std::vector<std::string>& words) {
     posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, output.c_str(), O_CREAT | O_WRONLY, 0600);
     posix_spawn_file_actions_addopen(&files, STDERR_FILENO, errors.c_str(), O_CREAT | O_WRONLY, 0600);
 
-    std::vector<std::string> all{ORBEL_PROGRAM};
-    all.insert(all.end(), words.begin(), words.end());
     std::vector<char*> pointers;
-    for (auto& word : all)
+    for (auto& word : words)
         pointers.push_back(word.data());
     pointers.push_back(nullptr);
     pid_t child = 0;
-    EXPECT_EQ(::posix_spawn(&child, ORBEL_PROGRAM, &files, nullptr, pointers.data(), environ), 0);
+    const int error = ::posix_spawnp(&child, pointers.front(), &files, nullptr, pointers.data(), environ);
     posix_spawn_file_actions_destroy(&files);
+    if (error != 0)
+        return {.status = -1, .output = {}, .errors = words.front() + " could not be started"};
     int status = 0;
     EXPECT_EQ(::waitpid(child, &status, 0), child);
     return {.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1,
             .output = readFile(output).value_or(""),
             .errors = readFile(errors).value_or("")};
+}
+
+ProgramRun runOrbel(const std::vector<std::string>& words) {
+    std::vector<std::string> all{ORBEL_PROGRAM};
+    all.insert(all.end(), words.begin(), words.end());
+    return runProgram(std::move(all));
 }
 
 } // namespace orbel::test

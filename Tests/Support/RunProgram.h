@@ -12,6 +12,10 @@ struct ProgramRun {
     std::string errors;
 };
 
+/// Runs a program, found along PATH unless its name is a path, with the words after its name, and waits for
+/// it.
+ProgramRun runProgram(std::vector<std::string> words);
+
 /// Runs the built terminal program with these words after its name and waits for it.
 ProgramRun runOrbel(const std::vector<std::string>& words);
 
