@@ -284,10 +284,9 @@ TEST(LiveTrash, NeverCopiesToAnotherVolume) {
 }
 
 TEST(LiveTrash, LeavesNothingBehindWhenRightsAreMissing) {
-    if (!test::isRoot())
-        GTEST_SKIP() << "becoming another user needs root";
     test::inChildProcess([] {
-        test::becomeOtherUser();
+        if (test::isRoot()) // for whom none are missing
+            test::becomeOtherUser();
         const TrashHome home;
         ASSERT_TRUE(moveToTrash(home, home.file("first")));
         home.file("locked/file");

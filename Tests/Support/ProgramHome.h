@@ -14,6 +14,7 @@ namespace orbel::test {
 class ProgramHome : public TrashHome {
 public:
     ProgramStart start(std::vector<std::string> words) const {
+        words.insert(words.begin(), ORBEL_PROGRAM);
         return {.words = std::move(words), .environment = environmentOf(path()), .folder = path()};
     }
     ProgramRun run(std::vector<std::string> words) const {

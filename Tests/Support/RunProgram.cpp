@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <spawn.h>
 #include <string_view>
+#include <utility>
 
 #include <fcntl.h>
 #include <signal.h>
@@ -47,13 +48,12 @@ RunningProgram::RunningProgram(const ProgramStart& start) {
     posix_spawn_file_actions_addopen(&files, STDERR_FILENO, errors.c_str(), O_CREAT | O_WRONLY, 0600);
     if (!start.folder.empty())
         posix_spawn_file_actions_addchdir_np(&files, start.folder.c_str());
-    std::vector<std::string> words{start.program};
-    words.insert(words.end(), start.words.begin(), start.words.end());
+    auto words = start.words;
     auto environment = environmentWith(start.environment);
-    EXPECT_EQ(::posix_spawnp(&child_, start.program.c_str(), &files, nullptr, pointersTo(words).data(),
-                             pointersTo(environment).data()),
-              0)
-        << start.program;
+    hasEnded_ = ::posix_spawnp(&child_, words.front().c_str(), &files, nullptr, pointersTo(words).data(),
+                               pointersTo(environment).data())
+                != 0;
+    status_ = hasEnded_ ? SIGKILL : 0;
     posix_spawn_file_actions_destroy(&files);
 }
 
@@ -85,8 +85,14 @@ void RunningProgram::wait(int options) {
         hasEnded_ = ::waitpid(child_, &status_, options) == child_;
 }
 
+ProgramRun runProgram(std::vector<std::string> words) {
+    return RunningProgram({.words = std::move(words)}).finish();
+}
+
 ProgramRun runOrbel(const std::vector<std::string>& words) {
-    return RunningProgram({.words = words}).finish();
+    std::vector<std::string> all{ORBEL_PROGRAM};
+    all.insert(all.end(), words.begin(), words.end());
+    return runProgram(std::move(all));
 }
 
 std::vector<std::string> environmentOf(const std::string& home) {

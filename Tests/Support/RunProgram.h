@@ -47,6 +47,9 @@ private:
     int status_ = 0;
 };
 
+/// Runs a program, its name first, and waits for it. One that cannot be started has the status -1.
+ProgramRun runProgram(std::vector<std::string> words);
+
 /// Runs the built terminal program with these words after its name and waits for it.
 ProgramRun runOrbel(const std::vector<std::string>& words);
 

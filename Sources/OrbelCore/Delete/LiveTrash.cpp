@@ -12,6 +12,7 @@
 
 #include <cerrno>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace orbel {
@@ -61,7 +62,8 @@ Attempt attemptMove(const HeldFolder& source, const std::string& name, const Tra
     if (!info && info.error() == EEXIST)
         return std::nullopt;
     if (!info)
-        return std::unexpected("Its info file could not be written: " + moveFailureText(info.error()));
+        return std::unexpected("Its info file could not be written: "
+                               + std::generic_category().message(info.error()));
     const auto moved = moveEntry(source, name, trash.files, stored);
     if (!moved && moved.error() == EEXIST)
         return std::nullopt;

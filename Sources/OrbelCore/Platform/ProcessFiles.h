@@ -10,15 +10,15 @@ namespace orbel::platform {
 struct UsedFile {
     std::uint64_t device = 0; ///< as FileStatus::device
     std::uint64_t inode = 0;  ///< 0 when only the path is known
-    std::string path;         ///< absolute, in raw bytes; empty when it has no name any more
+    std::string path{};       ///< absolute, in raw bytes; empty when it has no name any more
 
     bool operator==(const UsedFile&) const = default;
 };
 
 struct ProcessInfo {
-    int pid = 0;      ///< 0 for what the system itself uses
-    std::string name; ///< of the program, raw bytes
-    std::vector<UsedFile> files;
+    int pid = 0;        ///< 0 for what the system itself uses
+    std::string name{}; ///< of the program, raw bytes
+    std::vector<UsedFile> files{};
 };
 
 struct ProcessFiles {
