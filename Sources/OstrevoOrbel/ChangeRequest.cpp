@@ -3,7 +3,6 @@
 #include "Util/PathText.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace orbel {
 
@@ -47,8 +46,7 @@ std::optional<std::string> wrongUsage(const ChangeRequest& request) {
 
 Outcome changeRequestIn(std::span<const std::string> arguments) {
     const auto words = arguments.subspan(arguments.empty() ? 0 : 1);
-    const auto end = std::ranges::find(words, "--");
-    const std::span switches(words.begin(), end);
+    const auto switches = switchesIn(words);
     const auto command = std::ranges::find_if(switches, isCommand);
     if (command == switches.end())
         return std::nullopt;
@@ -67,11 +65,17 @@ Outcome changeRequestIn(std::span<const std::string> arguments) {
         else
             request.operands.push_back(word);
     }
-    if (end != words.end())
-        request.operands.insert(request.operands.end(), end + 1, words.end());
+    if (switches.size() < words.size()) {
+        const auto rest = words.subspan(switches.size() + 1);
+        request.operands.insert(request.operands.end(), rest.begin(), rest.end());
+    }
     if (const auto wrong = wrongUsage(request))
         return std::unexpected(*wrong);
     return request;
+}
+
+std::span<const std::string> switchesIn(std::span<const std::string> arguments) {
+    return {arguments.begin(), std::ranges::find(arguments, "--")};
 }
 
 } // namespace orbel

@@ -27,4 +27,7 @@ struct ChangeRequest {
 std::expected<std::optional<ChangeRequest>, std::string>
 changeRequestIn(std::span<const std::string> arguments);
 
+/// The words before the first "--": only among these, a word that looks like a switch is one.
+std::span<const std::string> switchesIn(std::span<const std::string> arguments);
+
 } // namespace orbel

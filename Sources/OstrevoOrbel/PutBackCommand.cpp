@@ -47,23 +47,25 @@ void runPutBackCommand(const ChangeRequest& request) {
     const PutBack putBack(user.policy(), journal, std::make_shared<LiveRestore>());
 
     const auto& id = request.operands.front();
+    bool isStopped = false;
+    const auto isCancelled = [&] { return isStopped = cancellation.isCancelled(); };
     std::vector<PutBackResult> results;
     if (id == "last") {
         if (const auto session = newestSession(*journal))
-            results = putBack.putBackSession(*session, [&] { return cancellation.isCancelled(); });
+            results = putBack.putBackSession(*session, isCancelled);
     } else if (auto result = putBack.putBackEntry(id)) {
         results.push_back(*std::move(result));
     } else {
-        results = putBack.putBackSession(id, [&] { return cancellation.isCancelled(); });
+        results = putBack.putBackSession(id, isCancelled);
     }
 
     nlohmann::json json = nlohmann::json::array();
     for (const auto& result : results)
         json.push_back(resultJson(result));
-    if (results.empty() && !cancellation.isCancelled())
+    if (results.empty() && !isStopped)
         say("There is nothing to put back");
-    const bool allBack = !results.empty() && !cancellation.isCancelled()
-                         && std::ranges::all_of(results, &PutBackResult::restored);
+    const bool allBack =
+        !results.empty() && !isStopped && std::ranges::all_of(results, &PutBackResult::restored);
     finish(prettyJson(json) + "\n", allBack ? ExitStatus::done : ExitStatus::incomplete);
 }
 
