@@ -6,6 +6,7 @@
 
 #include <expected>
 #include <string>
+#include <string_view>
 
 namespace orbel {
 
@@ -17,6 +18,9 @@ namespace orbel {
 /// locked for as long as the log lives, so that others leave it alone. One thread at a time.
 class IntentLog {
 public:
+    static constexpr std::string_view folderName = "intents"; ///< beside the journal
+    static constexpr const char* fileSuffix = ".jsonl";
+
     /// A log beside the journal at this path. Creates nothing on disk until the first intent.
     explicit IntentLog(const std::string& journalPath);
 

@@ -42,7 +42,11 @@ public:
     std::expected<void, JournalError> preflight();
 
     /// Every readable entry in file order, oldest first. A line that cannot be read is left out; a file that
-    /// cannot be read has no entries.
+    /// is missing has no entries. An error when the file is there but cannot be read, or must not be
+    /// believed.
+    std::expected<std::vector<JournalEntry>, JournalError> read() const;
+
+    /// The same, with no entries in place of an error.
     std::vector<JournalEntry> entries() const;
 
     /// Those whose time is at or after `since`, in file order.

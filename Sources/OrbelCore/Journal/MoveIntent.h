@@ -14,7 +14,8 @@ namespace orbel {
 struct MoveIntent {
     enum class Kind : std::uint8_t { toTrash, putBack };
 
-    /// The Trash's own note of an item, as it is written for this attempt.
+    /// The Trash's own note of the item: the one that this attempt writes, or that goes once the item is
+    /// back.
     struct InfoFile {
         std::string path;
         std::string content; ///< all of it; valid UTF-8

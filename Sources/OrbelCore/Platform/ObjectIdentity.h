@@ -10,10 +10,10 @@ namespace orbel::platform {
 /// the same when the volume is mounted again, and unlike an inode alone it is not taken over by a later
 /// object.
 struct PersistentIdentity {
-    /// The file system's own UUID in lower case; where its inodes count within a part of it, as in the
+    /// The file system's own UUID; where its inodes count within a part of it, as in the
     /// subvolumes of btrfs, followed by "/" and the number of that part.
     std::string volume;
-    std::int64_t birthNanos = 0; ///< when the object was made, nanoseconds since 1970 UTC; nobody can set it
+    std::int64_t birthNanos = 0; ///< when the object was made, nanoseconds since 1970 UTC
 
     bool operator==(const PersistentIdentity&) const = default;
 };
