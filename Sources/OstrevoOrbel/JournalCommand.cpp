@@ -35,9 +35,14 @@ void runJournalCommandIfRequested(std::span<const std::string> arguments) {
         say(*reason);
         finish("", ExitStatus::incomplete);
     }
-    const auto journal = user.settledJournal();
-    const auto entries = since ? journal->entries(*since) : journal->entries();
-    finish(isJson ? ReportRenderer::json(entries) + "\n" : ReportRenderer::markdown(entries));
+    auto entries = user.settledJournal()->read();
+    if (!entries) {
+        say(entries.error().words);
+        finish("", ExitStatus::incomplete);
+    }
+    if (since)
+        std::erase_if(*entries, [&](const JournalEntry& entry) { return entry.time < *since; });
+    finish(isJson ? ReportRenderer::json(*entries) + "\n" : ReportRenderer::markdown(*entries));
 }
 
 } // namespace orbel

@@ -44,6 +44,10 @@ void runPutBackCommand(const ChangeRequest& request) {
         finish("[]\n", ExitStatus::incomplete);
     }
     const auto journal = user.settledJournal();
+    if (const auto readable = journal->read(); !readable) {
+        say(readable.error().words);
+        finish("[]\n", ExitStatus::incomplete);
+    }
     const PutBack putBack(user.policy(), journal, std::make_shared<LiveRestore>());
 
     const auto& id = request.operands.front();

@@ -1,10 +1,10 @@
 #include "TrashCommand.h"
 
 #include "CommandOutput.h"
+#include "Delete/DeletionReportJson.h"
 #include "Delete/DeletionSession.h"
 #include "Delete/LiveTrash.h"
 #include "Delete/ManageHint.h"
-#include "Export/ReportJson.h"
 #include "Interruption.h"
 #include "Safety/SafetyPolicy.h"
 #include "Scan/TreeScanner.h"

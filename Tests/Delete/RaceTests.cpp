@@ -4,7 +4,10 @@
 
 #include <atomic>
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
+#include <map>
+#include <optional>
 #include <thread>
 
 namespace orbel {
@@ -21,29 +24,47 @@ std::multimap<std::string, std::string> filesByContent(const std::string& folder
     return files;
 }
 
+/// Runs the body over and over on a thread of its own until the end of the scope.
+class Meanwhile {
+public:
+    explicit Meanwhile(std::function<void()> body)
+        : thread_([this, body = std::move(body)] {
+              while (!isOver_)
+                  body();
+          }) {}
+    ~Meanwhile() {
+        isOver_ = true;
+        thread_.join();
+    }
+    Meanwhile(const Meanwhile&) = delete;
+    Meanwhile& operator=(const Meanwhile&) = delete;
+
+private:
+    std::atomic<bool> isOver_ = false;
+    std::thread thread_;
+};
+
 /// Somebody who swaps a file with another one as fast as the system lets him: after every move nothing is
 /// lost, and what the Trash holds is what the journal says, or the user was told.
 TEST(Race, ASwapperNeverMakesTheRecordLie) {
     test::MoverHome home;
     home.trasher.trash = std::make_shared<LiveTrash>(home.trash());
     constexpr int rounds = 150;
-    std::atomic<bool> isOver = false;
     std::atomic<int> round = 0;
     for (int i = 0; i < rounds; ++i) {
         home.file("docs/" + std::to_string(i), "item " + std::to_string(i));
         home.file("swap/" + std::to_string(i), "swap " + std::to_string(i));
     }
-    std::thread swapper([&] {
-        while (!isOver) {
-            const auto name = std::to_string(round.load());
-            const auto item = home.path("docs/" + name);
-            const auto aside = home.path("aside");
-            std::error_code ignored; // the mover may have taken it from under our hands
-            fs::rename(item, aside, ignored);
-            fs::rename(home.path("swap/" + name), item, ignored);
-            fs::rename(aside, home.path("swap/" + name), ignored);
-        }
-    });
+    const auto swap = [&] {
+        const auto name = std::to_string(round.load());
+        const auto item = home.path("docs/" + name);
+        const auto aside = home.path("aside");
+        std::error_code ignored; // the mover may have taken it from under our hands
+        fs::rename(item, aside, ignored);
+        fs::rename(home.path("swap/" + name), item, ignored);
+        fs::rename(aside, home.path("swap/" + name), ignored);
+    };
+    auto swapper = std::make_optional<Meanwhile>(swap);
     int moved = 0;
     int mismatches = 0;
     for (int i = 0; i < rounds; ++i) {
@@ -69,8 +90,7 @@ TEST(Race, ASwapperNeverMakesTheRecordLie) {
             ASSERT_EQ(FileIdentity::of(*line.trashPath), stamp->identity) << "it is what was approved";
         }
     }
-    isOver = true;
-    swapper.join();
+    swapper.reset();
     RecordProperty("moved", moved);
     RecordProperty("mismatches", mismatches);
 
@@ -78,9 +98,11 @@ TEST(Race, ASwapperNeverMakesTheRecordLie) {
     for (int i = 0; i < rounds; ++i)
         for (const std::string kind : {"item ", "swap "})
             ASSERT_EQ(files.count(kind + std::to_string(i)), 1) << kind << i;
-    for (const auto& name : home.contents())
-        if (name.starts_with("files/"))
+    for (const auto& name : home.contents()) {
+        if (name.starts_with("files/")) {
             EXPECT_TRUE(fs::exists(home.infoOf(name.substr(6)))) << name;
+        }
+    }
 }
 
 } // namespace

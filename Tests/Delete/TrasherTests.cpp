@@ -115,7 +115,7 @@ TEST(Trasher, SkipsWhatIsDoubtfulAndGoesOn) {
 
     // What takes the item's place after the checks stays where it is as well.
     const auto swapped = home.item("a/swapped");
-    home.trash->beforeAsking = [&](const std::string& path) {
+    home.fakeTrash->beforeAsking = [&](const std::string& path) {
         if (path == swapped.path) {
             fs::rename(path, home.path("a/aside"));
             home.file("a/swapped", 10);
@@ -157,7 +157,7 @@ TEST(Trasher, AnEmptyFolderThatCannotBeReadIsNoLongerEmpty) {
 TEST(Trasher, AFailedMoveIsSkippedWithItsWords) {
     MoverHome home;
     const auto items = home.files({"a/one"});
-    home.trash->failure = "Disk on fire";
+    home.fakeTrash->failure = "Disk on fire";
     EXPECT_EQ(skipReason(home.run(items)), "Could not move to the Trash: Disk on fire");
     EXPECT_TRUE(fs::exists(items[0].path));
     EXPECT_TRUE(home.intentFiles().empty()) << "it is known to lie at its place";
@@ -189,7 +189,7 @@ TEST(Trasher, AsksAnewWhoUsesWhatAfterTenSeconds) {
                                     milliseconds(-60'000), milliseconds(0)};
     std::vector<int> snapshots;
     std::size_t next = 0;
-    home.trash->beforeMoving = [&](const std::string&) { snapshots.push_back(home.snapshots); };
+    home.fakeTrash->beforeMoving = [&](const std::string&) { snapshots.push_back(home.snapshots); };
     const auto report = home.trasher.run(
         items, "session", [&](std::size_t, const DeletionItem&) { home.now += waits[next++]; }, nullptr);
     EXPECT_EQ(report.moved.size(), 5);
@@ -228,14 +228,14 @@ TEST(Trasher, StopsBeforeAnythingMovesWithoutAJournal) {
         EXPECT_TRUE(report.journalFailed);
         EXPECT_TRUE(report.moved.empty());
         EXPECT_TRUE(home.contents().empty());
-        EXPECT_EQ(home.trash->asked.size(), isIntentTheProblem ? 1 : 0) << "the second is not attempted";
+        EXPECT_EQ(home.fakeTrash->asked.size(), isIntentTheProblem ? 1 : 0) << "the second is not attempted";
     }
 }
 
 TEST(Trasher, AMoveWithoutItsLineStandsInBothListsAndIsSettledLater) {
     MoverHome home;
     const auto items = home.files({"a/one", "a/two", "a/three"});
-    home.trash->afterMoving = [&](const std::string& trashPath) {
+    home.fakeTrash->afterMoving = [&](const std::string& trashPath) {
         if (trashPath.ends_with("two"))
             home.breakJournal();
     };
@@ -281,7 +281,7 @@ TEST(Trasher, StopsWhenSomethingElseArrivesInTheTrash) {
         SCOPED_TRACE(what);
         MoverHome home;
         auto items = home.files({"a/item", "c/next"});
-        home.trash->beforeMoving = [&](const std::string&) { swap(home); };
+        home.fakeTrash->beforeMoving = [&](const std::string&) { swap(home); };
         const auto report = home.run(items);
         EXPECT_EQ(skipReason(report), "The moved item did not match the approved item — check the Trash");
         EXPECT_TRUE(report.stoppedForMismatch);
@@ -301,7 +301,7 @@ TEST(Trasher, ANumberGivenAgainDoesNotPassForTheApprovedFile) {
     MoverHome home;
     const auto items = home.files({"a/item"});
     const auto time = fs::last_write_time(items[0].path);
-    home.trash->afterMoving = [&](const std::string& trashPath) {
+    home.fakeTrash->afterMoving = [&](const std::string& trashPath) {
         fs::remove(trashPath);
         home.file(trashPath.substr(home.path().size() + 1), "a/item");
         fs::last_write_time(trashPath, time);
@@ -310,7 +310,7 @@ TEST(Trasher, ANumberGivenAgainDoesNotPassForTheApprovedFile) {
     EXPECT_TRUE(report.stoppedForMismatch) << "same name, size and time, and maybe the same inode number";
 
     MoverHome other;
-    other.trash->afterMoving = [&](const std::string& trashPath) { fs::remove(trashPath); };
+    other.fakeTrash->afterMoving = [&](const std::string& trashPath) { fs::remove(trashPath); };
     EXPECT_TRUE(other.run(other.files({"a/item"})).stoppedForMismatch);
     EXPECT_EQ(other.entries()[0].trashedIdentity, std::nullopt) << "nothing was found there";
 }
@@ -319,7 +319,7 @@ TEST(Trasher, FinishesTheItemInProgressWhenItIsCancelled) {
     MoverHome home;
     const auto items = home.files({"a/1", "a/2", "a/3", "a/4", "a/5"});
     bool isCancelled = false;
-    home.trash->beforeMoving = [&](const std::string& path) { isCancelled = path.ends_with("3"); };
+    home.fakeTrash->beforeMoving = [&](const std::string& path) { isCancelled = path.ends_with("3"); };
     std::vector<std::size_t> begun;
     const auto report = home.trasher.run(
         items, "session", [&](std::size_t index, const DeletionItem&) { begun.push_back(index); },
@@ -340,7 +340,7 @@ TEST(Trasher, ARehearsalChecksAllAndWritesNothing) {
     EXPECT_EQ(titles(report.moved), (Names{"one", "two"}));
     EXPECT_GT(report.moved[0].bytes, 0);
     EXPECT_EQ(skipReason(report), "Changed since the scan — scan again");
-    EXPECT_TRUE(home.trash->asked.empty());
+    EXPECT_TRUE(home.fakeTrash->asked.empty());
     EXPECT_FALSE(fs::exists(home.path(".local"))) << "no journal, no intents, no Trash";
 }
 
@@ -348,7 +348,7 @@ TEST(Trasher, AHomeOfSomebodyElseGetsNoJournal) {
     MoverHome home;
     const auto items = home.files({"a/one"});
     auto options = test::linuxOptions();
-    const Trasher trasher(SafetyPolicy("/", options), home.journal, home.trash);
+    const Trasher trasher(SafetyPolicy("/", options), home.journal, home.fakeTrash);
     EXPECT_EQ(skipReason(trasher.run(items, "session", nullptr, nullptr)),
               "The home folder is the root folder, so nothing is moved or put back");
     EXPECT_FALSE(fs::exists(home.path(".local")));

@@ -3,6 +3,7 @@
 #include "Support/FakeMoves.h"
 #include "Support/Faults.h"
 #include "Support/MoverHome.h"
+#include "Util/PathText.h"
 #include "Util/ReadFile.h"
 
 #include <filesystem>

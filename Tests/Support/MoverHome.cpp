@@ -12,9 +12,9 @@ namespace fs = std::filesystem;
 MoverHome::MoverHome()
     : policy(path(), linuxOptions()),
       journal(std::make_shared<JournalStore>(path(".local/share/Ostrevo Orbel/journal.jsonl"))),
-      trash(std::make_shared<FakeTrash>(trashed(""))),
+      fakeTrash(std::make_shared<FakeTrash>(trashed(""))),
       now(std::chrono::sys_days{std::chrono::year{2025} / 1 / 31} + std::chrono::hours{9}),
-      trasher(policy, journal, trash) {
+      trasher(policy, journal, fakeTrash) {
     trasher.now = [this] { return now; };
     trasher.takeMappedSnapshot = [this] {
         ++snapshots;

@@ -35,8 +35,8 @@ public:
 
     const SafetyPolicy policy;
     const std::shared_ptr<JournalStore> journal;
-    const std::shared_ptr<FakeTrash> trash;
-    std::chrono::system_clock::time_point now;
+    const std::shared_ptr<FakeTrash> fakeTrash;
+    Date now;
     int snapshots = 0;   ///< how often the processes were looked at
     InUseReport inUse{}; ///< what the in-use check answers
     Trasher trasher;

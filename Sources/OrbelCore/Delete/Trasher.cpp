@@ -3,6 +3,7 @@
 #include "Delete/ItemChecks.h"
 #include "Journal/IntentLog.h"
 #include "Util/PathText.h"
+#include "Util/Utf8.h"
 #include "Util/Uuid.h"
 
 #include <optional>
@@ -50,7 +51,7 @@ private:
                               const std::optional<platform::PersistentIdentity>& persistent,
                               const std::string& trashPath) const;
     void reportSkipped(const DeletionItem& item, std::string reason);
-    void journalSkipped(JournalEntry line);
+    bool journalSkipped(JournalEntry line);
     Next skip(const DeletionItem& item, const std::string& reason);
     Next stopForJournal(const DeletionItem& item, std::string reason);
 
@@ -139,14 +140,20 @@ Run::Next Run::confirm(const DeletionItem& item, const ApprovedItem& approved,
         line.trashPath = trashPath;
         line.trashedIdentity = TrashedIdentity::of(trashPath);
         reportSkipped(item, *line.reason);
-        journalSkipped(std::move(line));
+        // With its line written there is nothing to settle: where the approved object went, nobody can find out
+        // that could not be found out now.
+        isEveryOutcomeKnown_ = journalSkipped(std::move(line));
         report_.stoppedForMismatch = true;
-        isEveryOutcomeKnown_ = false;
         return Next::stop;
     }
     report_.moved.push_back(
         {.title = item.title, .path = item.path, .bytes = approved.bytes, .note = approved.note});
-    if (!trasher_.journal->append(trashedEntry(item, approved, persistent, trashPath))) {
+    // Asked again where it could not be told before: a number that outlives a remount is worth the call.
+    auto line = trashedEntry(item, approved, persistent, trashPath);
+    if (!persistent)
+        line.trashedIdentity->persistent =
+            platform::persistentIdentity(trashPath, approved.stamp.identity.inode);
+    if (!trasher_.journal->append(line)) {
         isEveryOutcomeKnown_ = false;
         return stopForJournal(item, unjournalledMove());
     }
@@ -181,18 +188,22 @@ void Run::reportSkipped(const DeletionItem& item, std::string reason) {
     report_.skipped.push_back({.title = item.title, .path = item.path, .reason = std::move(reason)});
 }
 
-/// Whether it could be written does not matter: nothing of the item has changed on the disk.
-void Run::journalSkipped(JournalEntry line) {
+/// Whether it could be written matters only to what was moved; of any other item nothing has changed on the disk.
+bool Run::journalSkipped(JournalEntry line) {
     // A home that is not the user's own gets no journal either: its owner could not write to it any more.
-    if (kind_ == Kind::move && !trasher_.policy.homeReason())
-        static_cast<void>(trasher_.journal->append(line));
+    if (kind_ == Kind::rehearsal || trasher_.policy.homeReason())
+        return false;
+    // A path that is no text is refused for that, and written down as far as it can be read.
+    line.title = lossyUtf8(line.title);
+    line.originalPath = lossyUtf8(line.originalPath);
+    return trasher_.journal->append(line).has_value();
 }
 
 Run::Next Run::skip(const DeletionItem& item, const std::string& reason) {
     auto line = entry(item, JournalEntry::Result::skipped);
     line.reason = reason;
     reportSkipped(item, reason);
-    journalSkipped(std::move(line));
+    static_cast<void>(journalSkipped(std::move(line)));
     return Next::goOn;
 }
 
