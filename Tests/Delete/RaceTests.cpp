@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <optional>
+#include <random>
 #include <thread>
 
 namespace orbel {
@@ -55,7 +56,10 @@ TEST(Race, ASwapperNeverMakesTheRecordLie) {
         home.file("docs/" + std::to_string(i), "item " + std::to_string(i));
         home.file("swap/" + std::to_string(i), "swap " + std::to_string(i));
     }
+    std::minstd_rand random(1);
     const auto swap = [&] {
+        // Long enough for many checks to pass before the next swap.
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 8000));
         const auto name = std::to_string(round.load());
         const auto item = home.path("docs/" + name);
         const auto aside = home.path("aside");

@@ -140,8 +140,8 @@ Run::Next Run::confirm(const DeletionItem& item, const ApprovedItem& approved,
         line.trashPath = trashPath;
         line.trashedIdentity = TrashedIdentity::of(trashPath);
         reportSkipped(item, *line.reason);
-        // With its line written there is nothing to settle: where the approved object went, nobody can find out
-        // that could not be found out now.
+        // With its line written there is nothing to settle: where the approved object went, nobody can find
+        // out that could not be found out now.
         isEveryOutcomeKnown_ = journalSkipped(std::move(line));
         report_.stoppedForMismatch = true;
         return Next::stop;
@@ -188,7 +188,8 @@ void Run::reportSkipped(const DeletionItem& item, std::string reason) {
     report_.skipped.push_back({.title = item.title, .path = item.path, .reason = std::move(reason)});
 }
 
-/// Whether it could be written matters only to what was moved; of any other item nothing has changed on the disk.
+/// Whether it could be written matters only to what was moved; of any other item nothing has changed on the
+/// disk.
 bool Run::journalSkipped(JournalEntry line) {
     // A home that is not the user's own gets no journal either: its owner could not write to it any more.
     if (kind_ == Kind::rehearsal || trasher_.policy.homeReason())

@@ -4,6 +4,8 @@
 #include "Platform/HeldObject.h"
 #include "Safety/RealPath.h"
 #include "Util/PathText.h"
+#include "Util/ReadFile.h"
+#include "Util/Utf8.h"
 #include "Util/Uuid.h"
 
 #include <algorithm>
@@ -38,6 +40,24 @@ struct TrashedObject {
 
     bool isAt(const std::string& path) const { return FileIdentity::of(path) == stamp.identity; }
 };
+
+/// The Trash's own note of an item in its files/ folder, so that it can be removed later should a crash keep
+/// that from being done now; absent where there is none or it is not one of the usual kind.
+std::optional<MoveIntent::InfoFile> noteOf(const std::string& trashPath) {
+    constexpr std::uint64_t mostBytes = 64 * 1024;
+    const auto folder = parentPath(trashPath);
+    if (lastPathComponent(folder) != "files")
+        return std::nullopt;
+    auto path =
+        joinedPath(joinedPath(parentPath(folder), "info"), lastPathComponent(trashPath)) + ".trashinfo";
+    const auto status = platform::fileStatus(path);
+    if (!status || status->type != platform::FileType::regular || status->size > mostBytes)
+        return std::nullopt;
+    auto content = readFile(path);
+    if (!content || !isValidUtf8(*content))
+        return std::nullopt;
+    return MoveIntent::InfoFile{.path = std::move(path), .content = *std::move(content)};
+}
 
 } // namespace
 
@@ -101,7 +121,8 @@ PutBackResult PutBack::putBack(const JournalEntry& entry, IntentLog& intents,
                                                 .sourcePath = *entry.trashPath,
                                                 .destinationPath = entry.originalPath,
                                                 .stamp = object->stamp,
-                                                .persistent = object->persistent});
+                                                .persistent = object->persistent,
+                                                .infoFile = noteOf(*entry.trashPath)});
     if (!isRecordable) {
         result.reason = journalUnwritable;
         return result;
