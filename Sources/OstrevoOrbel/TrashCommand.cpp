@@ -50,7 +50,7 @@ std::string itemPath(std::string_view word, const SafetyPolicy& policy) {
 std::optional<std::string> refusalOf(const std::string& path, AllowedRoot root, const SafetyPolicy& policy) {
     const auto refusal = policy.check(path, root, std::nullopt).refusal();
     const auto status = platform::fileStatus(path);
-    if (!refusal || !status || status->type == platform::FileType::symbolicLink)
+    if (!refusal || policy.homeReason() || !status || status->type == platform::FileType::symbolicLink)
         return refusal;
     return ManageHint::explain(path, *refusal, policy.homePath());
 }
