@@ -48,6 +48,9 @@ std::expected<std::string, JournalError> journalLine(const JournalEntry& entry) 
 }
 
 std::optional<JournalEntry> entryInLine(std::string_view line) {
+    // The library takes a zero byte for the end of the text, and would not look at what follows.
+    if (line.find('\0') != line.npos)
+        return std::nullopt;
     EntryReader reader;
     LibraryEvents events{reader};
     if (!json::sax_parse(line.begin(), line.end(), &events))

@@ -15,8 +15,6 @@ namespace orbel {
 
 namespace {
 
-constexpr std::uint64_t pieceBytes = 1024 * 1024;
-
 /// A file that others may be appending to; what lies behind `length` is not looked at.
 class Source {
 public:
@@ -86,7 +84,8 @@ std::vector<JournalEntry> entriesIn(std::string_view lines) {
     return entries;
 }
 
-std::expected<std::vector<JournalEntry>, int> readEntries(int file, std::uint64_t length) {
+std::expected<std::vector<JournalEntry>, int> readEntries(int file, std::uint64_t length,
+                                                          std::uint64_t pieceBytes) {
     const Source source(file, length);
     std::vector<JournalEntry> all;
     // A few pieces at a time: were all of them parsed first and put together then, the entries would be in
