@@ -11,6 +11,7 @@
 #include "Util/Utf8.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -27,7 +28,10 @@ std::optional<std::string> reasonAgainst(const std::string& path, const std::str
     if (RealPath::isInside(trash, path))
         return "It contains the Trash";
     // Such a folder moves without complaint, and emptying the Trash then deletes what is mounted in it.
-    for (const auto& mount : platform::mountTable())
+    const auto mounts = platform::mountTable();
+    if (mounts.empty())
+        return "The system does not tell which volumes are mounted in it";
+    for (const auto& mount : mounts)
         if (RealPath::isInside(mount.path, path))
             return "Contains another volume: " + lossyUtf8(mount.path);
     return std::nullopt;
@@ -53,20 +57,20 @@ bool isTaken(const HeldFolder& folder, const std::string& name) {
     return found || found.error() != ENOENT;
 }
 
-/// An attempt ends in the item's path in the Trash, or without one when the name turned out to be taken.
-using Attempt = std::expected<std::optional<std::string>, std::string>;
+enum class Attempt : std::uint8_t { moved, nameTaken };
 
-Attempt attemptMove(const HeldFolder& source, const std::string& name, const TrashFolder& trash,
-                    const std::string& stored, const PlannedMove& plan) {
-    auto info = PendingTrashInfo::create(trash.info, stored + std::string(trashInfoSuffix), plan.infoContent);
+std::expected<Attempt, std::string> attemptMove(const HeldFolder& source, const std::string& name,
+                                                const TrashFolder& trash, const std::string& stored,
+                                                const std::string& infoContent) {
+    auto info = PendingTrashInfo::create(trash.info, stored + std::string(trashInfoSuffix), infoContent);
     if (!info && info.error() == EEXIST)
-        return std::nullopt;
+        return Attempt::nameTaken;
     if (!info)
         return std::unexpected("Its info file could not be written: "
                                + std::generic_category().message(info.error()));
     const auto moved = moveEntry(source, name, trash.files, stored);
     if (!moved && moved.error() == EEXIST)
-        return std::nullopt;
+        return Attempt::nameTaken;
     if (!moved)
         return std::unexpected(moveFailureText(moved.error()));
     info->keep();
@@ -74,7 +78,7 @@ Attempt attemptMove(const HeldFolder& source, const std::string& name, const Tra
     // well, because there are file systems on which the item would have both names after a power cut.
     static_cast<void>(trash.files.synchronise());
     static_cast<void>(source.synchronise());
-    return plan.trashPath;
+    return Attempt::moved;
 }
 
 } // namespace
@@ -118,11 +122,11 @@ std::expected<std::string, std::string> LiveTrash::moveToTrash(const std::string
                                .infoContent = infoContent};
         if (auto go = aboutToMove(plan); !go)
             return std::unexpected(std::move(go.error()));
-        auto moved = attemptMove(*source, name, *trash, stored, plan);
-        if (!moved)
-            return std::unexpected(std::move(moved.error()));
-        if (*moved)
-            return std::move(**moved);
+        const auto attempted = attemptMove(*source, name, *trash, stored, infoContent);
+        if (!attempted)
+            return std::unexpected(attempted.error());
+        if (*attempted == Attempt::moved)
+            return plan.trashPath;
     }
     return std::unexpected("The Trash holds too many items of this name");
 }

@@ -13,18 +13,17 @@ namespace orbel {
 ///
 /// What is promised there:
 ///  - Nothing is ever replaced or copied. A name that is taken, in files/ or in info/, makes the item go by
-///  another
-///    one; an item on another file system is refused.
-///  - No link is followed, neither on the way to the item nor on the way into the Trash. A folder on `path`
-///  that is a
-///    link is refused: it was put there after the real path was found. So is a Trash that is not the user's
-///    own.
+///    another one; an item on another file system is refused.
+///  - No link is followed on the way to the item: a folder on `path` that is a link was put there after the
+///    real path was found, and is refused. So is a Trash that is not wholly the user's own.
 ///  - The info file is complete and on the disk before the item moves, so that after a power cut the item
-///  lies either
-///    at its place or in the Trash with a whole info file. When the move fails, the info file is removed.
+///    lies either at its place or in the Trash with a whole info file. When the move fails, it is removed.
 ///  - A move that happened is reported as such, even when the disk could not be told to make it last: the
-///  item is in
-///    the Trash, and only what the caller then writes in its journal makes it findable.
+///    item is in the Trash, and only what the caller then writes in its journal makes it findable.
+///
+/// The sizes of folders that other programs may have noted in the Trash's file `directorysizes` are left
+/// alone: a noted size is void once its info file is not the one it was noted for, and whoever wants one that
+/// is not noted measures it.
 class LiveTrash final : public TrashOperations {
 public:
     using Clock = std::function<std::chrono::system_clock::time_point()>;

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <expected>
 #include <string>
+#include <string_view>
 
 namespace orbel {
 
@@ -24,6 +25,7 @@ struct TrashFolder {
     std::size_t longestName() const;
 };
 
+/// What the name of an info file adds to that of its item.
 inline constexpr std::string_view trashInfoSuffix = ".trashinfo";
 
 } // namespace orbel

@@ -21,7 +21,7 @@ struct PlannedMove {
 
 /// Asked before each attempt, before anything is created for it. More than one attempt is made when a name
 /// turns out to be taken; each plan takes the place of the one before. An error stops the move, with these
-/// words as its reason; nothing is then left behind.
+/// words as its reason; nothing is then left behind. Never empty.
 using AboutToMove = std::function<std::expected<void, std::string>(const PlannedMove&)>;
 
 /// Moves items to the Trash. One call at a time.

@@ -6,6 +6,7 @@
 #include <expected>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace orbel {
 

@@ -23,7 +23,9 @@ struct ProcessInfo {
 
 struct ProcessFiles {
     std::vector<ProcessInfo> processes; ///< by pid; those that use nothing are left out
-    int unchecked = 0;                  ///< processes that could not be looked at, in full or in part
+    /// Processes that could not be looked at, in full or in part. At least so many: where the system hides
+    /// the processes of others, all of those count as one.
+    int unchecked = 0;
 };
 
 /// The files that every other process uses. The kernel's own processes are left out, and counted nowhere. No
