@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <string>
 
 namespace orbel::test {
 
@@ -31,5 +32,8 @@ void useOwnMountTable();
 void mountTmpfs(const char* folder);
 /// The same for a second view of `source` on `target`.
 void bindMount(const char* source, const char* target);
+/// The same for what `upper` has over `lower`; both are folders, `work` an empty one beside `upper`.
+void mountOverlay(const std::string& lower, const std::string& upper, const std::string& work,
+                  const std::string& target);
 
 } // namespace orbel::test
