@@ -1,12 +1,15 @@
 #include "Delete/DeletionSession.h"
 #include "Delete/Trasher.h"
 #include "Journal/IntentSettling.h"
+#include "Support/ChildProcess.h"
 #include "Support/Faults.h"
 #include "Support/MoverHome.h"
 #include "Support/Policies.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
+
+#include <unistd.h>
 
 namespace orbel {
 namespace {
@@ -255,6 +258,21 @@ TEST(Trasher, AMoveWithoutItsLineStandsInBothListsAndIsSettledLater) {
     const auto settled = settleIntents(*home.journal);
     EXPECT_EQ(titles(settled.recorded), (Names{"two"}));
     EXPECT_EQ(titles(home.journal->restorable()), (Names{"one", "two"}));
+    EXPECT_TRUE(home.intentFiles().empty());
+}
+
+TEST(Trasher, WhatWasToldToBeSkippedIsNoDoubtAfterACrash) {
+    MoverHome home;
+    const auto items = home.files({"a/fails", "a/crashes"});
+    home.fakeTrash->beforeAsking = [&](const std::string& path) {
+        home.fakeTrash->failure = path == items[0].path ? std::optional("Disk on fire") : std::nullopt;
+    };
+    home.fakeTrash->beforeMoving = [](const std::string&) { ::_exit(0); };
+    test::inChildProcess([&] { home.run(items); });
+    EXPECT_EQ(home.intentFiles().size(), 1);
+    fs::remove(items[0].path);
+    EXPECT_EQ(settleIntents(*home.journal), Settlement());
+    EXPECT_EQ(titles(home.entries()), Names{"fails"});
     EXPECT_TRUE(home.intentFiles().empty());
 }
 
