@@ -83,7 +83,7 @@ public:
     void addFile(int folder, Theme theme, std::uint64_t ordinal) {
         const std::string name = fileName(random_, theme, ordinal);
         count(name);
-        if (random_.oneIn(250) && addLink(folder, name))
+        if (random_.oneIn(190) && addLink(folder, name))
             return;
         if (random_.oneIn(100)) {
             if (::symlinkat("../somewhere/else", folder, name.c_str()) != 0)
