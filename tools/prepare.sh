@@ -6,6 +6,7 @@
 buildPackages=(g++ cmake ninja-build nlohmann-json3-dev)
 testPackages=(libgtest-dev)
 checkPackages=(ccache clang-format-14 clang-tidy-19)
+benchmarkPackages=(libbenchmark-dev ncdu gdu bfs)
 
 releaseFolder="$root/build/release"
 
