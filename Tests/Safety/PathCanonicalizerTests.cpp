@@ -20,6 +20,17 @@ TEST(RealPath, ResolvesLinksAndDotsOrGivesNothing) {
         << "must not be cut off at the zero byte";
 }
 
+TEST(RealPath, ResolvesAsMuchAsExists) {
+    const test::TemporaryFolder home;
+    home.folder("real");
+    home.link("link", home.path("real"));
+    home.link("dangling", home.path("gone"));
+    EXPECT_EQ(RealPath::resolveExisting(home.path("link")), home.path("real"));
+    EXPECT_EQ(RealPath::resolveExisting(home.path("link/new/./deep/")), home.path("real/new/deep"));
+    EXPECT_EQ(RealPath::resolveExisting(home.path("dangling/x")), home.path("dangling/x"));
+    EXPECT_EQ(RealPath::resolveExisting("/no/such/place"), "/no/such/place");
+}
+
 TEST(RealPath, InsideMeansWholeComponents) {
     EXPECT_TRUE(RealPath::isInside("/a/b", "/a/b"));
     EXPECT_TRUE(RealPath::isInside("/a/b/c", "/a/b"));

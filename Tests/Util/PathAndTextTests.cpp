@@ -45,6 +45,24 @@ TEST(PathText, JoinsWithExactlyOneSlash) {
     EXPECT_EQ(joinedPath("/a", "b"), "/a/b");
     EXPECT_EQ(joinedPath("/a/", "/b"), "/a/b");
     EXPECT_EQ(joinedPath("/", "b"), "/b");
+    EXPECT_EQ(joinedPath("", "b"), "b") << "nothing must become the root folder";
+}
+
+TEST(PathText, StandardizesWithoutAskingTheDisk) {
+    struct Case {
+        const char *path, *standardized;
+    };
+    for (const auto& [path, standardized] :
+         {Case{"/a/./b//c/", "/a/b/c"}, Case{"/a/b/../c", "/a/c"}, Case{"/../..", "/"}, Case{"/", "/"},
+          Case{"../a/../..", "../.."}, Case{"a/..", ""}, Case{"", ""}})
+        EXPECT_EQ(standardizedPath(path), standardized) << path;
+}
+
+TEST(PathText, ShowsTheHomeAsATilde) {
+    EXPECT_EQ(tildePath("/home/ann", "/home/ann"), "~");
+    EXPECT_EQ(tildePath("/home/ann/x", "/home/ann"), "~/x");
+    EXPECT_EQ(tildePath("/home/anna/x", "/home/ann"), "/home/anna/x");
+    EXPECT_EQ(tildePath("/x\xFF", "/"), "/x\xEF\xBF\xBD");
 }
 
 } // namespace

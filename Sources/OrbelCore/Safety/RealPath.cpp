@@ -1,7 +1,10 @@
 #include "Safety/RealPath.h"
 
+#include "Util/PathText.h"
+
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 namespace orbel {
 
@@ -14,10 +17,18 @@ std::optional<std::string> RealPath::resolve(const std::string& path) {
     return std::string(resolved.get());
 }
 
+std::string RealPath::resolveExisting(const std::string& path) {
+    if (auto resolved = resolve(path))
+        return std::move(*resolved);
+    const std::string rest = standardizedPath(path);
+    const auto parent = parentPath(rest);
+    if (parent.empty() || parent == rest)
+        return rest;
+    return joinedPath(resolveExisting(std::string(parent)), lastPathComponent(rest));
+}
+
 bool RealPath::isInside(std::string_view path, std::string_view folder) {
-    if (!path.starts_with(folder))
-        return false;
-    return path.size() == folder.size() || folder.ends_with('/') || path[folder.size()] == '/';
+    return isPathInside(path, folder);
 }
 
 } // namespace orbel

@@ -1,5 +1,7 @@
 #include "Util/PathText.h"
 
+#include "Util/Utf8.h"
+
 #include <algorithm>
 
 namespace orbel {
@@ -31,7 +33,7 @@ std::string_view lastPathComponent(std::string_view path) {
 
 std::string joinedPath(std::string_view folder, std::string_view name) {
     std::string joined(withoutTrailingSlashes(folder));
-    if (!joined.ends_with('/'))
+    if (!joined.empty() && !joined.ends_with('/'))
         joined += '/';
     name.remove_prefix(std::min(name.find_first_not_of('/'), name.size()));
     joined += name;
@@ -47,6 +49,40 @@ std::vector<std::string_view> pathComponents(std::string_view path) {
         path.remove_prefix(std::min(end + 1, path.size()));
     }
     return components;
+}
+
+bool isPathInside(std::string_view path, std::string_view folder) {
+    if (!path.starts_with(folder))
+        return false;
+    return path.size() == folder.size() || folder.ends_with('/') || path[folder.size()] == '/';
+}
+
+std::string standardizedPath(std::string_view path) {
+    const bool isAbsolute = path.starts_with('/');
+    std::vector<std::string_view> kept;
+    for (const auto component : pathComponents(path)) {
+        if (component == "..") {
+            if (!kept.empty() && kept.back() != "..")
+                kept.pop_back();
+            else if (!isAbsolute)
+                kept.push_back(component);
+        } else if (component != ".") {
+            kept.push_back(component);
+        }
+    }
+    std::string standardized(isAbsolute ? "/" : "");
+    for (const auto component : kept) {
+        if (!standardized.empty() && standardized.back() != '/')
+            standardized += '/';
+        standardized += component;
+    }
+    return standardized;
+}
+
+std::string tildePath(std::string_view path, std::string_view home) {
+    if (home.empty() || home == "/" || !isPathInside(path, home))
+        return lossyUtf8(path);
+    return "~" + lossyUtf8(path.substr(home.size()));
 }
 
 } // namespace orbel

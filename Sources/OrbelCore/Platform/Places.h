@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace orbel::platform {
+
+/// A folder of programs' own data, whose contents stay where they are, save some.
+struct GuardedFolder {
+    std::string path;
+    /// Folders, relative to `path`, whose contents may be moved. A component "*" stands for any one name.
+    std::vector<std::string> movable;
+};
+
+/// Where a platform keeps things for one home folder. All paths are absolute and not resolved; those that say
+/// what may not be moved only ever add to what holds on every platform.
+struct Places {
+    std::vector<std::string> systemRoots;
+    std::vector<std::string> neverTouch;
+    std::vector<GuardedFolder> guardedFolders;
+    std::vector<std::string> cacheFolders; ///< what is inside may be moved, the folder itself not
+    std::vector<std::string> applicationFolders;
+    std::vector<std::string> leftoverFolders; ///< a component "*" stands for any one name
+    std::vector<std::string> trashFolders;    ///< the folders that directly hold what was moved to the Trash
+    std::string applicationSupport;           ///< where programs keep their data, each in a folder of its own
+};
+
+/// Those of the platform this was built for and of this process's environment. `home`: absolute; its real
+/// path where what is asked of it decides about a move.
+Places places(const std::string& home);
+
+} // namespace orbel::platform

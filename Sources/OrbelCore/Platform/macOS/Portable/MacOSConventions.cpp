@@ -1,0 +1,16 @@
+#include "Platform/macOS/Portable/MacOSConventions.h"
+
+#include <algorithm>
+
+namespace orbel::platform {
+
+Conventions macOSConventions(int activeProcessors) {
+    // Two processors are left to the window and to what else runs.
+    return {.defaultWalkerWorkers = std::max(activeProcessors - 2, 2),
+            .fileManager = "Finder",
+            .thisComputer = "this Mac",
+            .protectedBySystem = "Protected by macOS",
+            .hasFurtherRefusals = false};
+}
+
+} // namespace orbel::platform

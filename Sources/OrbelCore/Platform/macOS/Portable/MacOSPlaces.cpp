@@ -1,0 +1,15 @@
+#include "Platform/macOS/Portable/MacOSPlaces.h"
+
+#include "Util/PathText.h"
+
+namespace orbel::platform {
+
+Places macOSPlaces(const std::string& home) {
+    Places places;
+    places.applicationFolders = {"/Applications", joinedPath(home, "Applications")};
+    places.trashFolders = {joinedPath(home, ".Trash")};
+    places.applicationSupport = joinedPath(home, "Library/Application Support");
+    return places;
+}
+
+} // namespace orbel::platform

@@ -1,0 +1,102 @@
+#include "Safety/ProtectedPlaces.h"
+
+#include "Safety/NeverTouch.h"
+#include "Safety/RealPath.h"
+#include "Util/PathText.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orbel {
+
+ProtectedPlaces::ProtectedPlaces(std::string homePath, Lists lists, const PathCanonicalizer& canonicalizer)
+    : homePath_(std::move(homePath)),
+      systemRoots_(std::move(lists.systemRoots)),
+      protectedBySystem_(lists.protectedBySystem) {
+    for (const auto& root : lists.homeRoots)
+        neverTouchRoots_.push_back(canonicalizer.visiblePath(root));
+    for (const auto& place : lists.furtherRoots) {
+        auto root = canonicalizer.visiblePath(RealPath::resolveExisting(place));
+        // A link to the home folder, or to what holds it, would protect everything: such a place means
+        // nothing.
+        if (!RealPath::isInside(homePath_, root)
+            && std::ranges::find(neverTouchRoots_, root) == neverTouchRoots_.end())
+            neverTouchRoots_.push_back(std::move(root));
+    }
+    for (const auto& root : neverTouchRoots_)
+        noteIdentities(root);
+}
+
+void ProtectedPlaces::noteIdentities(const std::string& root) {
+    if (const auto identity = FileIdentity::of(root))
+        neverTouchIdentities_.emplace(*identity, root);
+    if (!RealPath::isInside(root, homePath_))
+        return;
+    std::string folder = root;
+    while (folder.resize(parentPath(folder).size()), folder.size() > homePath_.size())
+        if (const auto identity = FileIdentity::of(folder))
+            protectedAncestorIdentities_.emplace(*identity, root);
+}
+
+std::optional<std::string> ProtectedPlaces::reason(const std::string& real,
+                                                   const std::optional<FileIdentity>& identity) const {
+    if (auto reason = reasonByPath(real))
+        return reason;
+    if (identity)
+        if (auto reason = reasonByIdentity(*identity))
+            return reason;
+    if (auto reason = reasonByFoldersAbove(real))
+        return reason;
+    if (NeverTouch::hasProtectedComponent(real))
+        return "Protected library or backup";
+    if (NeverTouch::isAppleOwned(real, homePath_))
+        return "Protected: Apple app data";
+    if (platform::isSystemRestricted(real))
+        return std::string(protectedBySystem_);
+    return std::nullopt;
+}
+
+std::optional<std::string> ProtectedPlaces::reasonByPath(const std::string& real) const {
+    for (const auto& root : systemRoots_)
+        if (RealPath::isInside(real, root))
+            return "Protected: system location " + root;
+    for (const auto& root : neverTouchRoots_) {
+        if (RealPath::isInside(real, root))
+            return protectedRoot(root);
+        if (RealPath::isInside(root, real))
+            return containsRoot(root);
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> ProtectedPlaces::reasonByIdentity(const FileIdentity& identity) const {
+    if (const auto root = neverTouchIdentities_.find(identity); root != neverTouchIdentities_.end())
+        return protectedRoot(root->second);
+    if (const auto root = protectedAncestorIdentities_.find(identity);
+        root != protectedAncestorIdentities_.end())
+        return containsRoot(root->second);
+    return std::nullopt;
+}
+
+std::optional<std::string> ProtectedPlaces::reasonByFoldersAbove(std::string path) const {
+    while (!path.empty()) {
+        if (const auto identity = FileIdentity::of(path))
+            if (const auto root = neverTouchIdentities_.find(*identity); root != neverTouchIdentities_.end())
+                return protectedRoot(root->second);
+        const auto parentSize = parentPath(path).size();
+        if (parentSize == path.size())
+            break;
+        path.resize(parentSize);
+    }
+    return std::nullopt;
+}
+
+std::string ProtectedPlaces::protectedRoot(std::string_view root) const {
+    return "Protected: " + tildePath(root, homePath_);
+}
+
+std::string ProtectedPlaces::containsRoot(std::string_view root) const {
+    return "Contains protected data: " + tildePath(root, homePath_);
+}
+
+} // namespace orbel

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "Safety/FileIdentity.h"
+#include "Safety/PathCanonicalizer.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace orbel {
+
+/// What is protected by where or what it is, whatever kind of item it is taken for. All that it knows of the
+/// disk is read at construction; after that it is immutable and may be used by any thread.
+class ProtectedPlaces {
+public:
+    struct Lists {
+        std::vector<std::string> systemRoots;
+        std::vector<std::string>
+            homeRoots; ///< real paths where they exist, in the order in which they are tried
+        std::vector<std::string> furtherRoots; ///< tried after them; may name what does not exist yet
+        std::string_view
+            protectedBySystem; ///< the reason for what the system guards; lives as long as the program
+    };
+
+    /// `homePath`: the home's real path in visible form.
+    ProtectedPlaces(std::string homePath, Lists lists, const PathCanonicalizer& canonicalizer);
+
+    /// Why `real`, a real path in visible form, is protected; absent when it is not. `identity`: that of the
+    /// object, when there is one.
+    std::optional<std::string> reason(const std::string& real,
+                                      const std::optional<FileIdentity>& identity) const;
+
+    const std::vector<std::string>& systemRoots() const { return systemRoots_; }
+    const std::vector<std::string>& neverTouchRoots() const { return neverTouchRoots_; }
+
+private:
+    using IdentityMap = std::unordered_map<FileIdentity, std::string>;
+
+    void noteIdentities(const std::string& root);
+    std::optional<std::string> reasonByPath(const std::string& real) const;
+    std::optional<std::string> reasonByIdentity(const FileIdentity& identity) const;
+    /// The path itself included.
+    std::optional<std::string> reasonByFoldersAbove(std::string path) const;
+    std::string protectedRoot(std::string_view root) const;
+    std::string containsRoot(std::string_view root) const;
+
+    std::string homePath_;
+    std::vector<std::string> systemRoots_;
+    std::vector<std::string> neverTouchRoots_;
+    std::string_view protectedBySystem_;
+    /// A root, or a folder between the home and a root, may be reached through another name than its path: a
+    /// hard link, a bind mount, a file system that ignores case. Both map to the path of the root.
+    IdentityMap neverTouchIdentities_;
+    IdentityMap protectedAncestorIdentities_;
+};
+
+} // namespace orbel

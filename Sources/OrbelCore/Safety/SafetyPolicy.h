@@ -1,0 +1,103 @@
+#pragma once
+
+#include "Platform/Conventions.h"
+#include "Platform/FileStatus.h"
+#include "Platform/MountTable.h"
+#include "Platform/Places.h"
+#include "Safety/AllowedRoot.h"
+#include "Safety/FileStamp.h"
+#include "Safety/NeverTouch.h"
+#include "Safety/PathCanonicalizer.h"
+#include "Safety/PlaceRules.h"
+#include "Safety/ProtectedPlaces.h"
+#include "Safety/SafetyDecision.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orbel {
+
+/// The gate for every move to the Trash and every put back. It never follows a link, never writes and never
+/// throws: each failure of the file system becomes a refusal, in words that the user reads as they stand.
+///
+/// A value, built once for a home folder. What it knows of protected places is read at construction and then
+/// immutable; check() and the reasons only read the disk, and may be called by any thread at once.
+class SafetyPolicy {
+public:
+    static constexpr auto& leftoverFolders = PlaceRules::leftoverFolders;
+
+    struct Options {
+        /// Absent: the platform's.
+        std::optional<std::vector<std::string>> applicationFolders;
+        /// The platform adds its own.
+        std::vector<std::string> systemRoots{NeverTouch::defaultSystemRoots.begin(),
+                                             NeverTouch::defaultSystemRoots.end()};
+        PathCanonicalizer canonicalizer = PathCanonicalizer::shared();
+        /// Whether this process may write a path. Absent: asks the system. May be called by any thread.
+        std::function<bool(const std::string&)> isWritable;
+        platform::Conventions conventions = platform::conventions();
+        /// The platform's places for the real path of the home.
+        std::function<platform::Places(const std::string&)> places = platform::places;
+        /// Read anew at every check that needs it. May be called by any thread.
+        std::function<std::vector<platform::Mount>()> mountTable = platform::mountTable;
+    };
+
+    explicit SafetyPolicy(const std::string& home);
+    SafetyPolicy(const std::string& home, Options options);
+
+    /// Whether the item at `path` may be moved now. `expected` is the stamp recorded when it was scanned;
+    /// absent skips the comparison.
+    SafetyDecision check(const std::string& path, AllowedRoot root,
+                         const std::optional<FileStamp>& expected) const;
+
+    /// Why a real path in visible form is protected, or absent.
+    std::optional<std::string> protectionReason(const std::string& real,
+                                                const std::optional<FileIdentity>& identity) const;
+
+    /// Why a real path in visible form is outside the place allowed for its kind, or absent.
+    std::optional<std::string> rootReason(const std::string& real, AllowedRoot root, bool isDirectory) const;
+
+    /// Why an item may not be put back to where it came from, or absent.
+    std::optional<std::string> restoreDestinationReason(const std::string& path, AllowedRoot root) const;
+
+    /// Why nothing at all is moved or put back for this home folder, or absent.
+    const std::optional<std::string>& homeReason() const { return homeReason_; }
+
+    /// Whether leftovers lie directly in this folder (real path in visible form).
+    bool isLeftoverFolder(std::string_view folder) const { return placeRules_.isLeftoverFolder(folder); }
+
+    const std::string& homePath() const { return homePath_; }
+    const std::vector<std::string>& neverTouchRoots() const { return protectedPlaces_.neverTouchRoots(); }
+    const std::vector<std::string>& systemRoots() const { return protectedPlaces_.systemRoots(); }
+    const std::vector<std::string>& applicationFolders() const { return placeRules_.applicationFolders(); }
+    /// Folders whose contents are caches; not resolved again after construction.
+    const std::vector<std::string>& cacheFolders() const { return placeRules_.cacheFolders(); }
+    /// The folders that directly hold what was moved to the Trash; not resolved.
+    const std::vector<std::string>& trashFolders() const { return trashFolders_; }
+    const platform::Conventions& conventions() const { return conventions_; }
+    const PathCanonicalizer& canonicalizer() const { return canonicalizer_; }
+
+private:
+    struct Prepared;
+    explicit SafetyPolicy(Prepared prepared);
+
+    bool isOnAnotherVolume(const std::string& path, const platform::FileStatus& status) const;
+    std::optional<std::string> furtherReason(const std::string& path, const std::string& real,
+                                             bool isDirectory) const;
+    std::optional<std::string> mountReason(const std::string& real) const;
+
+    PathCanonicalizer canonicalizer_;
+    platform::Conventions conventions_;
+    std::string homePath_;
+    std::optional<std::string> homeReason_;
+    std::optional<std::uint64_t> volumeDevice_; ///< absent disables the comparison of devices
+    std::vector<std::string> trashFolders_;
+    ProtectedPlaces protectedPlaces_;
+    PlaceRules placeRules_;
+    std::function<std::vector<platform::Mount>()> mountTable_;
+};
+
+} // namespace orbel
