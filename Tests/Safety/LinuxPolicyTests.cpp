@@ -204,6 +204,36 @@ TEST_F(LinuxPolicyTest, MountsMadeLaterAreSeen) {
     });
 }
 
+TEST_F(LinuxPolicyTest, AFileOfAnotherLayerIsOnTheSameVolume) {
+    if (!test::isRoot())
+        GTEST_SKIP() << "mounting needs root";
+    for (const auto* folder : {"lower", "upper", "target"})
+        home.folder(folder);
+    test::inChildProcess([&] {
+        test::useOwnMountTable();
+        test::mountTmpfs(home.path("lower").c_str());
+        test::mountTmpfs(home.path("upper").c_str());
+        home.file("lower/Documents/old");
+        home.folder("upper/changes");
+        home.folder("upper/work");
+        test::mountOverlay(home.path("lower"), home.path("upper/changes"), home.path("upper/work"),
+                           home.path("target"));
+        home.file("target/Documents/new");
+        const SafetyPolicy overlaid(home.path("target"), test::linuxOptions());
+        const auto device = [&](const char* name) {
+            return FileIdentity::of(home.path(name)).value().device;
+        };
+        ASSERT_NE(device("target/Documents/old"), device("target/Documents")) << "what this test is about";
+        for (const auto* file : {"target/Documents/old", "target/Documents/new"})
+            EXPECT_EQ(overlaid.check(home.path(file), homeItem, {}).refusal(), std::nullopt) << file;
+        home.file("upper/other");
+        home.file("target/Documents/bound");
+        test::bindMount(home.path("upper/other").c_str(), home.path("target/Documents/bound").c_str());
+        EXPECT_EQ(overlaid.check(home.path("target/Documents/bound"), homeItem, {}).refusal(),
+                  "On another volume");
+    });
+}
+
 TEST_F(LinuxPolicyTest, AnUnusableHomeRefusesEverything) {
     const auto item = home.folder("Documents/x");
     const auto expectReason = [&](const std::string& homePath, const std::string& reason) {

@@ -64,4 +64,10 @@ void bindMount(const char* source, const char* target) {
     require(::mount(source, target, nullptr, MS_BIND, nullptr), "a bind mount");
 }
 
+void mountOverlay(const std::string& lower, const std::string& upper, const std::string& work,
+                  const std::string& target) {
+    const auto options = "lowerdir=" + lower + ",upperdir=" + upper + ",workdir=" + work;
+    require(::mount("overlay", target.c_str(), "overlay", 0, options.c_str()), "mounting an overlay");
+}
+
 } // namespace orbel::test

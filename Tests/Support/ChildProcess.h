@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 namespace orbel::test {
 
@@ -22,5 +23,8 @@ void useOwnMountTable();
 void mountTmpfs(const char* folder);
 /// The same for a second view of `source` on `target`.
 void bindMount(const char* source, const char* target);
+/// The same for what `upper` has over `lower`; both are folders, `work` an empty one beside `upper`.
+void mountOverlay(const std::string& lower, const std::string& upper, const std::string& work,
+                  const std::string& target);
 
 } // namespace orbel::test

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <functional>
+#include <utility>
 
 namespace orbel {
 
@@ -62,11 +64,13 @@ std::string systemTable() {
 } // namespace
 
 PathCanonicalizer::PathCanonicalizer(std::string_view firmlinksTable) {
+    const auto length = [](const Mapping& mapping) { return characterCount(mapping.dataRelative); };
     while (!firmlinksTable.empty())
-        if (auto mapping = parseLine(takeLine(firmlinksTable)))
-            mappings_.push_back(std::move(*mapping));
-    std::ranges::stable_sort(mappings_, std::ranges::greater(),
-                             [](const Mapping& mapping) { return characterCount(mapping.dataRelative); });
+        if (auto mapping = parseLine(takeLine(firmlinksTable))) {
+            const auto place =
+                std::ranges::upper_bound(mappings_, length(*mapping), std::ranges::greater(), length);
+            mappings_.insert(place, std::move(*mapping));
+        }
 }
 
 const PathCanonicalizer& PathCanonicalizer::shared() {

@@ -20,7 +20,7 @@ std::optional<std::string> RealPath::resolve(const std::string& path) {
 std::string RealPath::resolveExisting(const std::string& path) {
     if (auto resolved = resolve(path))
         return std::move(*resolved);
-    const std::string rest = standardizedPath(path);
+    std::string rest = standardizedPath(path);
     const auto parent = parentPath(rest);
     if (parent.empty() || parent == rest)
         return rest;

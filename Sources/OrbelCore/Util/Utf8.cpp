@@ -19,11 +19,23 @@ Sequence firstSequence(std::string_view bytes) {
         return {.length = 1, .isValid = true};
     if (lead < 0xC2 || lead > 0xF4)
         return {};
-    const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    std::size_t length = 4;
+    if (lead < 0xE0)
+        length = 2;
+    else if (lead < 0xF0)
+        length = 3;
     // Only the second byte has a narrower range: it is what rules out overlong forms, surrogates and what
     // lies above U+10FFFF.
-    unsigned char lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
-    unsigned char highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    unsigned char lowest = 0x80;
+    unsigned char highest = 0xBF;
+    if (lead == 0xE0)
+        lowest = 0xA0;
+    else if (lead == 0xED)
+        highest = 0x9F;
+    else if (lead == 0xF0)
+        lowest = 0x90;
+    else if (lead == 0xF4)
+        highest = 0x8F;
     for (std::size_t i = 1; i < length; ++i) {
         if (i >= bytes.size() || byteAt(i) < lowest || byteAt(i) > highest)
             return {.length = i, .isValid = false};
