@@ -1,11 +1,12 @@
 #include "CommandLine.h"
 
+#include "ChangeRequest.h"
+#include "CommandOutput.h"
 #include "HeadlessCommands.h"
 #include "LaunchOptions.h"
 #include "Util/AppVersion.h"
 
 #include <cstdio>
-#include <cstdlib>
 
 namespace orbel {
 
@@ -13,7 +14,8 @@ namespace {
 
 constexpr const char* usage = R"(Usage: orbel COMMAND
 
-Measures where the space on a disk went.
+Measures where the space on a disk went, moves what you name to the Trash, and
+puts it back. Nothing is ever deleted.
 
   --scan-json ROOT [--top N]
                 Measure ROOT, a folder or a file, and print a report as JSON:
@@ -21,28 +23,46 @@ Measures where the space on a disk went.
                 the N largest entries directly in ROOT (20 unless given).
                 Sizes are bytes on disk; a hard-linked file counts once, and
                 other volumes are not entered.
+  --trash PATH... [--dry-run]
+                Check each PATH, move it to the Trash and note that in the
+                journal; print what was moved and what was skipped, and why,
+                as JSON. With --dry-run everything is checked and nothing is
+                written anywhere. Ctrl+C stops after the item in progress.
+  --put-back ID
+                Move back what an entry or a session of the journal moved to
+                the Trash; "last" is the newest session with anything left.
+                Nothing is ever replaced. Prints the outcomes as JSON.
+  --journal-json [--since DATE]
+  --journal-markdown [--since DATE]
+                Print the journal of all moves, or what is in it from DATE on
+                (2025-01-31 or 2025-01-31T09:05:00Z, in UTC).
   --help        Print this text.
   --version     Print the version.
 
-Reports go to standard output, words to standard error. What cannot be read is
-counted in the report and is no failure: the status is 0 when the report was
-written, 1 when it could not be, 2 when no command was given.
+"--" ends the switches of --trash and --put-back, so that names may begin with
+"-". An unknown switch beside these two is an error, and nothing is touched.
+
+Results go to standard output, words to standard error. What cannot be read is
+counted in a report and is no failure. The status is 0 when all was done, 1 when
+something was skipped, not put back or not printed, 2 when the command was not
+understood.
 )";
 
 } // namespace
 
 int runCommandLine(std::span<const std::string> arguments) {
-    if (contains(arguments, "--help")) {
+    const auto switches = switchesIn(arguments);
+    if (contains(switches, "--help")) {
         std::fputs(usage, stdout);
-        return EXIT_SUCCESS;
+        return ExitStatus::done;
     }
-    if (contains(arguments, "--version")) {
+    if (contains(switches, "--version")) {
         std::printf("orbel %s\n", appVersion().c_str());
-        return EXIT_SUCCESS;
+        return ExitStatus::done;
     }
     HeadlessCommands::runIfRequested(arguments);
     std::fputs(usage, stderr);
-    return 2;
+    return ExitStatus::wrongUsage;
 }
 
 } // namespace orbel

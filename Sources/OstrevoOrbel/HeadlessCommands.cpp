@@ -1,14 +1,17 @@
 #include "HeadlessCommands.h"
 
+#include "ChangeRequest.h"
+#include "CommandOutput.h"
+#include "JournalCommand.h"
 #include "LaunchOptions.h"
+#include "PutBackCommand.h"
 #include "Scan/TreeScanner.h"
 #include "ScanReport.h"
+#include "TrashCommand.h"
 #include "Util/JsonText.h"
 #include "Util/ParseNumber.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 namespace orbel {
@@ -23,15 +26,6 @@ std::size_t topIn(std::span<const std::string> arguments) {
     return static_cast<std::size_t>(std::max<std::int64_t>(top.value_or(defaultTop), 0));
 }
 
-/// The process ends without unwinding: freeing a tree of millions of nodes one by one would only cost time.
-[[noreturn]] void finish(const std::string& output) {
-    const bool written =
-        std::fwrite(output.data(), 1, output.size(), stdout) == output.size() && std::fflush(stdout) == 0;
-    if (!written)
-        std::perror("orbel: could not write the result");
-    std::_Exit(written ? EXIT_SUCCESS : EXIT_FAILURE);
-}
-
 } // namespace
 
 std::string HeadlessCommands::scanReportText(const std::string& root,
@@ -42,8 +36,16 @@ std::string HeadlessCommands::scanReportText(const std::string& root,
 }
 
 void HeadlessCommands::runIfRequested(std::span<const std::string> arguments) {
+    const auto change = changeRequestIn(arguments);
+    if (!change)
+        finishWrongUsage(change.error());
+    if (*change && (*change)->kind == ChangeRequest::Kind::trash)
+        runTrashCommand(**change);
+    if (*change)
+        runPutBackCommand(**change);
     if (const auto root = valueAfter(arguments, "--scan-json"))
         finish(scanReportText(*root, arguments));
+    runJournalCommandIfRequested(arguments);
 }
 
 } // namespace orbel

@@ -9,9 +9,9 @@ namespace orbel {
 struct HeadlessCommands {
     HeadlessCommands() = delete;
 
-    /// Runs the command that `arguments` ask for and ends the process, with status 0 when its result was
-    /// written and 1 when standard output did not take it. Returns when no such command is there. `arguments`
-    /// are all words of the command line, the program's own path first.
+    /// Runs the command that `arguments` ask for and ends the process with one of the ExitStatus. Returns
+    /// when no such command is there. `arguments` are all words of the command line, the program's own path
+    /// first.
     static void runIfRequested(std::span<const std::string> arguments);
 
     /// The scan report of `root` as the text that is printed.

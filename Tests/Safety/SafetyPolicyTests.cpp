@@ -273,8 +273,8 @@ TEST_F(SafetyPolicyTest, WithoutAHomeNothingIsComparedWithItsVolume) {
 
 TEST(AllowedRoot, IsStoredUnderItsName) {
     for (const auto* name : {"homeItem", "applicationBundle", "leftover"})
-        EXPECT_EQ(rawValue(allowedRoot(name).value()), name);
-    EXPECT_EQ(allowedRoot("HomeItem"), std::nullopt);
+        EXPECT_EQ(rawValue(fromRawValue<AllowedRoot>(name).value()), name);
+    EXPECT_EQ(fromRawValue<AllowedRoot>("HomeItem"), std::nullopt);
 }
 
 TEST(FullDiskAccess, IsWhatTheProbesSayAndUnknownWithoutOne) {

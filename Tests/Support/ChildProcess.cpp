@@ -1,9 +1,11 @@
 #include "Support/ChildProcess.h"
 
+#include <csignal>
 #include <cstdio>
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <stdexcept>
+#include <vector>
 
 #include <sched.h>
 #include <sys/mount.h>
@@ -19,9 +21,31 @@ void require(int result, const char* what) {
         throw std::runtime_error(what);
 }
 
+bool hasPassed(pid_t child) {
+    int status = 0;
+    const bool ended = child > 0 && ::waitpid(child, &status, 0) == child;
+    const bool passed = ended && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    EXPECT_TRUE(passed) << "the child process failed or died; wait status " << status;
+    return passed;
+}
+
 } // namespace
 
 bool inChildProcess(const std::function<void()>& body) {
+    return hasPassed(startChildProcess(body));
+}
+
+bool inChildProcesses(std::size_t count, const std::function<void(std::size_t)>& body) {
+    std::vector<int> children;
+    for (std::size_t i = 0; i < count; ++i)
+        children.push_back(startChildProcess([&body, i] { body(i); }));
+    bool allPassed = true;
+    for (const int child : children)
+        allPassed = hasPassed(child) && allPassed;
+    return allPassed;
+}
+
+int startChildProcess(const std::function<void()>& body) {
     std::fflush(nullptr);
     const pid_t child = ::fork();
     if (child == 0) {
@@ -33,11 +57,13 @@ bool inChildProcess(const std::function<void()>& body) {
         std::fflush(nullptr);
         ::_exit(::testing::Test::HasFailure() ? 1 : 0);
     }
-    int status = 0;
-    const bool ended = child > 0 && ::waitpid(child, &status, 0) == child;
-    const bool passed = ended && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    EXPECT_TRUE(passed) << "the child process failed or died; wait status " << status;
-    return passed;
+    return child;
+}
+
+void killChildProcess(int process) {
+    ASSERT_GT(process, 0);
+    ASSERT_EQ(::kill(process, SIGKILL), 0);
+    ASSERT_EQ(::waitpid(process, nullptr, 0), process);
 }
 
 bool isRoot() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 
@@ -8,6 +9,14 @@ namespace orbel::test {
 /// Runs `body` in a child process, for what must not outlive it: another user, mounts, limits. Expectations
 /// in it count as the test's own. False, with the failure recorded, when one failed or the child died.
 bool inChildProcess(const std::function<void()>& body);
+
+/// The same in this many child processes at once, each told its number from 0.
+bool inChildProcesses(std::size_t count, const std::function<void(std::size_t)>& body);
+
+/// Runs `body` in a child process that goes on by itself until it is killed.
+int startChildProcess(const std::function<void()>& body);
+/// Ends such a child process with no chance to clean up, and waits for its end.
+void killChildProcess(int process);
 
 /// Whether this process may mount file systems and become another user. Tests that need it skip loudly
 /// without.

@@ -14,10 +14,14 @@ std::optional<std::string> readFile(const std::string& path) {
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file)
         return std::nullopt;
+    return readFile(file.get());
+}
+
+std::optional<std::string> readFile(int descriptor) {
     std::string content;
     std::array<char, 16384> buffer{};
     while (true) {
-        const auto count = ::read(file.get(), buffer.data(), buffer.size());
+        const auto count = ::read(descriptor, buffer.data(), buffer.size());
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)

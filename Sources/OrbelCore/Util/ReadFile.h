@@ -10,4 +10,7 @@ namespace orbel {
 /// own tables.
 std::optional<std::string> readFile(const std::string& path);
 
+/// The same for an open file, from where it stands.
+std::optional<std::string> readFile(int descriptor);
+
 } // namespace orbel

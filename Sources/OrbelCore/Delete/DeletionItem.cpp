@@ -1,0 +1,91 @@
+#include "Delete/DeletionItem.h"
+
+#include "Delete/ManageHint.h"
+#include "Safety/PathCanonicalizer.h"
+#include "Safety/SafetyPolicy.h"
+#include "Util/PathText.h"
+#include "Util/RawValue.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace orbel {
+
+namespace {
+
+std::optional<std::string> blockedReasonFor(const FileTree& tree, NodeIndex index, const DeletionItem& item,
+                                            const SafetyPolicy& policy) {
+    if (!tree.matchesScan(index, item.scanStamp))
+        return "Changed since the scan — scan again";
+    if (tree.containsProtectedData(index))
+        return "Contains protected data (a photo library, keychain or backup)";
+    if (const auto refusal = policy.check(item.path, item.root, item.scanStamp).refusal())
+        return ManageHint::explain(item.path, *refusal, policy.homePath());
+    return std::nullopt;
+}
+
+std::optional<std::string> noteFor(const FileTree& tree, NodeIndex index) {
+    if (tree.flags(index).contains(NodeFlags::mayShareBlocks))
+        return "May share storage; moving it may free less";
+    if (tree.linkCount(index) >= 2 && !tree.isFolder(index))
+        return "Frees nothing while other links exist";
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeIndex index,
+                                                   DeletionModule module, const SafetyPolicy& policy) {
+    auto path = tree.path(index, PathCanonicalizer::shared());
+    const auto stamp = FileStamp::of(path);
+    if (!stamp)
+        return std::nullopt;
+    DeletionItem item{.id = std::string(rawValue(module)) + ":" + path,
+                      .module = module,
+                      .title = tree.name(index),
+                      .detail = path,
+                      .path = path,
+                      .root = isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle
+                                                                : AllowedRoot::homeItem,
+                      .scanStamp = *stamp,
+                      .estimatedBytes = tree.allocated(index)};
+    item.blockedReason = blockedReasonFor(tree, index, item, policy);
+    item.note = noteFor(tree, index);
+    return item;
+}
+
+std::optional<DeletionItem> DeletionItem::emptyFolder(const FileTree& tree, NodeIndex index,
+                                                      std::size_t nestedCount, const SafetyPolicy& policy) {
+    auto item = fromTree(tree, index, DeletionModule::emptyFolders, policy);
+    if (item && nestedCount >= 2)
+        item->detail += " · holds " + std::to_string(nestedCount) + " empty folders";
+    return item;
+}
+
+std::optional<DeletionItem> DeletionItem::brokenShortcut(const FileTree& tree, NodeIndex index,
+                                                         const SafetyPolicy& policy,
+                                                         std::optional<std::string> blockedReason,
+                                                         std::optional<std::string> note,
+                                                         std::optional<std::string> lastPath) {
+    auto item = fromTree(tree, index, DeletionModule::brokenShortcuts, policy);
+    if (!item)
+        return std::nullopt;
+    if (lastPath)
+        item->detail += " → " + *lastPath;
+    if (blockedReason)
+        item->blockedReason = std::move(blockedReason);
+    if (note)
+        item->note = std::move(note);
+    return item;
+}
+
+bool DeletionItem::isApplicationBundle(const std::string& path, const SafetyPolicy& policy) {
+    const auto isPlace = [&](std::string_view folder) {
+        return std::ranges::find(policy.applicationFolders(), folder) != policy.applicationFolders().end();
+    };
+    const auto parent = parentPath(path);
+    return path.ends_with(".app") && (isPlace(parent) || isPlace(parentPath(parent)));
+}
+
+} // namespace orbel

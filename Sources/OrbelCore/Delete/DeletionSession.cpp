@@ -1,0 +1,36 @@
+#include "Delete/DeletionSession.h"
+
+#include "Util/BlockingWork.h"
+#include "Util/Uuid.h"
+
+#include <utility>
+
+namespace orbel {
+
+DeletionSession::DeletionSession(Trasher trasher)
+    : trasher_(std::make_shared<const Trasher>(std::move(trasher))) {}
+
+void DeletionSession::registerItems(std::span<const DeletionItem> items) {
+    for (const auto& item : items)
+        items_.insert_or_assign(item.id, item);
+}
+
+std::optional<DeletionItem> DeletionSession::item(const std::string& id) const {
+    const auto found = items_.find(id);
+    return found == items_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::future<DeletionReport> DeletionSession::run(std::span<const std::string> ids, Trasher::Progress progress,
+                                                 Trasher::IsCancelled isCancelled) const {
+    std::vector<DeletionItem> approved;
+    for (const auto& id : ids)
+        if (const auto found = items_.find(id); found != items_.end())
+            approved.push_back(found->second);
+    return BlockingWork::run("orbel.deletion",
+                             [trasher = trasher_, approved = std::move(approved),
+                              progress = std::move(progress), isCancelled = std::move(isCancelled)] {
+                                 return trasher->run(approved, newUuid(), progress, isCancelled);
+                             });
+}
+
+} // namespace orbel

@@ -1,0 +1,106 @@
+#include "Delete/InUse.h"
+
+#include "Safety/RealPath.h"
+#include "Scan/Walker.h"
+#include "Util/Utf8.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace orbel {
+
+namespace {
+
+FileIdentity identityOf(const platform::UsedFile& file) {
+    return {.device = file.device, .inode = file.inode};
+}
+
+/// What lies in a folder, to be asked for by identity, whatever name a process knows it by.
+class FolderContents {
+public:
+    explicit FolderContents(const std::string& folder) {
+        const ScanCancellation never;
+        tree_ = Walker::walk(folder, std::nullopt, never, std::chrono::hours(1), {}).tree;
+        nodes_.reserve(tree_.count());
+        for (NodeIndex node = 0; node < tree_.count(); ++node)
+            nodes_.emplace(tree_.inode(node), node);
+    }
+
+    bool contains(const FileIdentity& object) const {
+        // Numbers repeat on every device, and on some file systems not all in one folder shows the same
+        // device: a node that has the number is asked for its own.
+        const auto [first, last] = nodes_.equal_range(object.inode);
+        return std::any_of(first, last, [&](const auto& entry) {
+            return FileIdentity::of(tree_.walkedPath(entry.second)) == object;
+        });
+    }
+
+private:
+    FileTree tree_;
+    std::unordered_multimap<std::uint64_t, NodeIndex> nodes_;
+};
+
+/// Whether the process uses the item, as far as its path or its identity tells.
+bool usesItem(const platform::ProcessInfo& process, const std::string& path, const FileStamp& stamp) {
+    return std::ranges::any_of(process.files, [&](const platform::UsedFile& file) {
+        if (file.inode != 0 && identityOf(file) == stamp.identity)
+            return true;
+        return stamp.isDirectory ? RealPath::isInside(file.path, path) : file.path == path;
+    });
+}
+
+bool usesSomethingIn(const platform::ProcessInfo& process, const FolderContents& folder) {
+    return std::ranges::any_of(process.files, [&](const platform::UsedFile& file) {
+        return file.inode != 0 && folder.contains(identityOf(file));
+    });
+}
+
+std::string nameOf(const platform::ProcessInfo& process) {
+    std::string name = lossyUtf8(process.name);
+    // A program chooses its name freely: it must not break the line it is shown in.
+    std::ranges::replace_if(
+        name, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, ' ');
+    return name.empty() ? "process " + std::to_string(process.pid) : name;
+}
+
+std::optional<std::string> reasonFor(const std::vector<ProcessUser>& users) {
+    std::vector<std::string> names;
+    for (const auto& user : users)
+        if (std::ranges::find(names, user.name) == names.end())
+            names.push_back(user.name);
+    switch (names.size()) {
+    case 0:
+        return std::nullopt;
+    case 1:
+        return "In use by " + names[0];
+    case 2:
+        return "In use by " + names[0] + " and " + names[1];
+    case 3:
+        return "In use by " + names[0] + ", " + names[1] + " and " + names[2];
+    default:
+        return "In use by " + names[0] + ", " + names[1] + " and " + std::to_string(names.size() - 2)
+               + " more";
+    }
+}
+
+} // namespace
+
+MappedFilesSnapshot takeMappedSnapshot() {
+    const auto takenAt = std::chrono::system_clock::now();
+    return {.takenAt = takenAt, .processes = platform::processFiles()};
+}
+
+InUseReport inUse(const std::string& path, const FileStamp& stamp, const MappedFilesSnapshot& snapshot) {
+    std::optional<FolderContents> folder;
+    if (stamp.isDirectory)
+        folder.emplace(path);
+    InUseReport report;
+    for (const auto& process : snapshot.processes.processes)
+        if (usesItem(process, path, stamp) || (folder && usesSomethingIn(process, *folder)))
+            report.users.push_back({.pid = process.pid, .name = nameOf(process)});
+    report.uncheckedProcesses = snapshot.processes.unchecked;
+    report.reason = reasonFor(report.users);
+    return report;
+}
+
+} // namespace orbel

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Platform/ProcessFiles.h"
+#include "Safety/FileStamp.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orbel {
+
+/// Which files every process used at one moment.
+struct MappedFilesSnapshot {
+    std::chrono::system_clock::time_point takenAt; ///< before the first process was looked at
+    platform::ProcessFiles processes;
+};
+
+/// A process that uses an item.
+struct ProcessUser {
+    int pid = 0;      ///< 0 when the system itself uses it
+    std::string name; ///< as people know the program; valid UTF-8
+
+    bool operator==(const ProcessUser&) const = default;
+};
+
+/// Who uses an item, as far as that could be found out.
+struct InUseReport {
+    std::vector<ProcessUser> users; ///< by pid
+    int uncheckedProcesses = 0;     ///< processes that could not be looked at; they may use it too
+    /// Absent when nobody is known to use the item, else "In use by …" for the user to read: each program
+    /// once, in the order of its first process; beyond three programs their number.
+    std::optional<std::string> reason;
+};
+
+/// Looks at every process. This process and the kernel's own are left out.
+MappedFilesSnapshot takeMappedSnapshot();
+
+/// Whether a process of the snapshot has the item open or mapped, works in it or runs from it; of a folder,
+/// anything inside it, also by another name. `path` is the item's real path, `stamp` what was captured of it.
+/// Walks a folder.
+InUseReport inUse(const std::string& path, const FileStamp& stamp, const MappedFilesSnapshot& snapshot);
+
+} // namespace orbel

@@ -1,0 +1,83 @@
+#include "Delete/ItemChecks.h"
+
+#include "Delete/Trasher.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+namespace orbel {
+
+namespace {
+
+constexpr auto changed = "Changed since the scan — scan again";
+
+bool isKeptCopyThere(const KeptCopy& keep) {
+    const auto current = FileStamp::of(keep.path);
+    return current && keep.stamp.isUnchanged(*current);
+}
+
+std::optional<std::string> measuredReason(const DeletionItem& item,
+                                          const TreeScanner::Measurement& measured) {
+    if (measured.protectedInside)
+        return "Contains protected data: " + *measured.protectedInside;
+    if (item.module == DeletionModule::emptyFolders && (!measured.isEmptyFolder || measured.unreadable > 0))
+        return "No longer empty: scan again";
+    return std::nullopt;
+}
+
+} // namespace
+
+bool ApprovedItem::isAt(const std::string& path) const {
+    const auto current = FileStamp::of(path);
+    return current && stamp.isUnchanged(*current);
+}
+
+std::expected<ApprovedItem, std::string> ItemChecks::approve(const DeletionItem& item) {
+    if (item.blockedReason)
+        return std::unexpected(*item.blockedReason);
+    if (item.keep && !isKeptCopyThere(*item.keep))
+        return std::unexpected("The copy you are keeping changed or is gone");
+    const auto measured = trasher_.measure(item.path);
+    if (auto reason = measuredReason(item, measured))
+        return std::unexpected(*std::move(reason));
+
+    // Held before it is checked: from here on, what shows this inode number is the object that was looked at.
+    auto held = platform::HeldObject::hold(item.path);
+    const auto decision = trasher_.policy.check(item.path, item.root, item.scanStamp);
+    const auto* allowance = decision.allowance();
+    if (allowance == nullptr)
+        return std::unexpected(*decision.refusal());
+    if (!held)
+        return std::unexpected("Could not move to the Trash: "
+                               + std::generic_category().message(held.error()));
+    const auto status = held->status();
+    if (!status || !allowance->stamp.isUnchanged(FileStamp::of(*status)))
+        return std::unexpected(changed);
+
+    ApprovedItem approved{.realPath = allowance->realPath,
+                          .stamp = allowance->stamp,
+                          .bytes = measured.bytes,
+                          .note = item.note,
+                          .held = *std::move(held)};
+    if (status->type != platform::FileType::directory && status->linkCount > 1)
+        approved.note = "Frees nothing while other links exist";
+    if (auto reason = inUseReason(approved))
+        return std::unexpected(*std::move(reason));
+    return approved;
+}
+
+std::optional<std::string> ItemChecks::inUseReason(const ApprovedItem& item) {
+    constexpr std::chrono::seconds longestAge(10);
+    const auto now = trasher_.now();
+    // A clock that was set back must not make an old snapshot look new.
+    if (!snapshot_ || now - snapshot_->takenAt > longestAge || now < snapshot_->takenAt)
+        snapshot_ = trasher_.takeMappedSnapshot();
+    auto report = trasher_.inUse(item.realPath, item.stamp, *snapshot_);
+    if (!report.users.empty())
+        return report.reason.value_or("In use");
+    uncheckedProcesses_ = std::max(uncheckedProcesses_, report.uncheckedProcesses);
+    return std::nullopt;
+}
+
+} // namespace orbel

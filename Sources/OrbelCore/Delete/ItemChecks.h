@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Delete/DeletionItem.h"
+#include "Delete/InUse.h"
+#include "Platform/HeldObject.h"
+
+#include <cstdint>
+#include <expected>
+#include <optional>
+#include <string>
+
+namespace orbel {
+
+struct Trasher;
+
+/// An item that passed every check, and the object they were made of, which cannot be mistaken for another
+/// one as long as this lives.
+struct ApprovedItem {
+    std::string realPath; ///< in visible form
+    FileStamp stamp;      ///< captured by the safety policy
+    std::uint64_t bytes = 0;
+    std::optional<std::string> note;
+    platform::HeldObject held;
+
+    /// Whether that very object, unchanged, still lies at its path.
+    bool isInPlace() const { return isAt(realPath); }
+    /// Whether it lies, unchanged, at `path`.
+    bool isAt(const std::string& path) const;
+};
+
+/// The checks that every item must pass immediately before its move, in their order. Nothing here changes the
+/// disk. One for each run: which files the processes use is asked anew only when the last answer is older
+/// than 10 seconds.
+class ItemChecks {
+public:
+    /// The functions that are asked are those of `trasher`, which must live as long as this.
+    explicit ItemChecks(const Trasher& trasher) : trasher_(trasher) {}
+
+    /// An error is why the item stays where it is, in the user's words.
+    std::expected<ApprovedItem, std::string> approve(const DeletionItem& item);
+
+    /// The most processes that could not be looked at in a check so far.
+    int uncheckedProcesses() const { return uncheckedProcesses_; }
+
+private:
+    std::optional<std::string> inUseReason(const ApprovedItem& item);
+
+    const Trasher& trasher_;
+    std::optional<MappedFilesSnapshot> snapshot_;
+    int uncheckedProcesses_ = 0;
+};
+
+} // namespace orbel

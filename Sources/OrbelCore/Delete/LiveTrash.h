@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Delete/TrashOperations.h"
+
+#include <chrono>
+#include <functional>
+
+namespace orbel {
+
+/// The user's Trash. Where the system has a call of its own for the move, that is used; elsewhere the Trash
+/// folder is kept as the freedesktop.org Trash specification 1.0 has it: items in files/, and in info/ for
+/// each a file that tells where it came from.
+///
+/// What is promised there:
+///  - Nothing is ever replaced or copied. A name that is taken, in files/ or in info/, makes the item go by
+///    another one; an item on another file system is refused.
+///  - No link is followed on the way to the item: a folder on `path` that is a link was put there after the
+///    real path was found, and is refused. So is a Trash that is not wholly the user's own.
+///  - The info file is complete and on the disk before the item moves, so that after a power cut the item
+///    lies either at its place or in the Trash with a whole info file. When the move fails, it is removed.
+///  - A move that happened is reported as such, even when the disk could not be told to make it last: the
+///    item is in the Trash, and only what the caller then writes in its journal makes it findable.
+///
+/// The sizes of folders that other programs may have noted in the Trash's file `directorysizes` are left
+/// alone: a noted size is void once its info file is not the one it was noted for, and whoever wants one that
+/// is not noted measures it.
+class LiveTrash final : public TrashOperations {
+public:
+    using Clock = std::function<std::chrono::system_clock::time_point()>;
+
+    /// `trashFolder`: absolute path of the home Trash. It is made at the first move if it is missing, with
+    /// the folders above it, for the user alone. `now` gives the time that the info files tell.
+    explicit LiveTrash(std::string trashFolder, Clock now = std::chrono::system_clock::now);
+
+    std::expected<std::string, std::string> moveToTrash(const std::string& path,
+                                                        const AboutToMove& aboutToMove) override;
+
+private:
+    std::string trashFolder_;
+    Clock now_;
+};
+
+} // namespace orbel

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Journal/HeldFolder.h"
+
+#include <chrono>
+#include <expected>
+#include <string>
+#include <string_view>
+
+namespace orbel {
+
+/// What the info file of an item says that was at the absolute `path` and is moved to the Trash now: the path
+/// with all but the plainest bytes escaped as in URLs, and the time in the user's time zone.
+std::string trashInfoText(std::string_view path, std::chrono::system_clock::time_point now);
+
+/// An info file that stands for an item about to move. It is removed again unless it is told to stay.
+class PendingTrashInfo {
+public:
+    /// Makes the file `name` in the folder, for the user alone, and returns when it is whole and on the disk.
+    /// The error is an errno, EEXIST when the name is taken; there is then no new file. `folder` must live as
+    /// long as this.
+    static std::expected<PendingTrashInfo, int> create(const HeldFolder& folder, std::string name,
+                                                       std::string_view content);
+
+    PendingTrashInfo(PendingTrashInfo&& other) noexcept;
+    PendingTrashInfo& operator=(PendingTrashInfo&&) = delete;
+    ~PendingTrashInfo();
+
+    void keep() { folder_ = nullptr; }
+
+private:
+    PendingTrashInfo(const HeldFolder& folder, std::string name) : folder_(&folder), name_(std::move(name)) {}
+
+    const HeldFolder* folder_; ///< null once nothing is to be removed any more
+    std::string name_;
+};
+
+} // namespace orbel

@@ -1,0 +1,239 @@
+#include "Delete/Trasher.h"
+
+#include "Delete/ItemChecks.h"
+#include "Journal/IntentLog.h"
+#include "Util/PathText.h"
+#include "Util/Utf8.h"
+#include "Util/Uuid.h"
+
+#include <optional>
+#include <utility>
+
+namespace orbel {
+
+namespace {
+
+constexpr auto journalUnwritable = "Could not write the journal, so nothing was moved";
+constexpr auto changed = "Changed since the scan — scan again";
+
+std::string unjournalledMove() {
+    return "Moved to the Trash, but the journal could not be written. Put it back from the Trash in "
+           + std::string(platform::conventions().fileManager) + ".";
+}
+
+/// One run over one list of items.
+class Run {
+public:
+    enum class Kind : std::uint8_t { move, rehearsal };
+
+    Run(const Trasher& trasher, Kind kind, const std::string& sessionID)
+        : trasher_(trasher),
+          kind_(kind),
+          checks_(trasher),
+          intents_(trasher.journal->path()),
+          report_{.sessionID = sessionID, .startedAt = now(), .finishedAt = {}} {}
+
+    DeletionReport over(std::span<const DeletionItem> items, const Trasher::Progress& progress,
+                        const Trasher::IsCancelled& isCancelled);
+
+private:
+    enum class Next : std::uint8_t { goOn, stop };
+
+    Date now() const { return std::chrono::floor<std::chrono::microseconds>(trasher_.now()); }
+
+    Next handle(const DeletionItem& item);
+    Next move(const DeletionItem& item, const ApprovedItem& approved);
+    Next confirm(const DeletionItem& item, const ApprovedItem& approved,
+                 const std::optional<platform::PersistentIdentity>& persistent, const std::string& trashPath);
+
+    JournalEntry entry(const DeletionItem& item, JournalEntry::Result result) const;
+    JournalEntry trashedEntry(const DeletionItem& item, const ApprovedItem& approved,
+                              const std::optional<platform::PersistentIdentity>& persistent,
+                              const std::string& trashPath) const;
+    void reportSkipped(const DeletionItem& item, std::string reason);
+    bool journalSkipped(JournalEntry line);
+    Next skip(const DeletionItem& item, const std::string& reason);
+    Next stopForJournal(const DeletionItem& item, std::string reason);
+
+    const Trasher& trasher_;
+    Kind kind_;
+    ItemChecks checks_;
+    IntentLog intents_;
+    DeletionReport report_;
+    /// Of the line that tells what became of the item in progress, whatever that is: its intent names the
+    /// same one, so that nobody who settles the intents later takes a known outcome for an unknown one.
+    std::string lineID_;
+    bool isEveryOutcomeKnown_ = true;
+};
+
+DeletionReport Run::over(std::span<const DeletionItem> items, const Trasher::Progress& progress,
+                         const Trasher::IsCancelled& isCancelled) {
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (isCancelled && isCancelled()) {
+            report_.cancelled = true;
+            break;
+        }
+        if (progress)
+            progress(i, items[i]);
+        if (handle(items[i]) == Next::stop)
+            break;
+    }
+    report_.uncheckedProcesses = checks_.uncheckedProcesses();
+    if (isEveryOutcomeKnown_)
+        intents_.close();
+    report_.finishedAt = now();
+    return std::move(report_);
+}
+
+Run::Next Run::handle(const DeletionItem& item) {
+    lineID_ = newUuid();
+    const auto approved = checks_.approve(item);
+    if (!approved)
+        return skip(item, approved.error());
+    if (kind_ == Kind::move)
+        return move(item, *approved);
+    report_.moved.push_back(
+        {.title = item.title, .path = item.path, .bytes = approved->bytes, .note = approved->note});
+    return Next::goOn;
+}
+
+Run::Next Run::move(const DeletionItem& item, const ApprovedItem& approved) {
+    if (!trasher_.journal->preflight())
+        return stopForJournal(item, journalUnwritable);
+    const auto persistent = platform::persistentIdentity(approved.realPath, approved.stamp.identity.inode);
+    bool isIntentWritten = true;
+    bool isInPlace = true;
+    const auto aboutToMove = [&](const PlannedMove& plan) -> std::expected<void, std::string> {
+        MoveIntent intent{.kind = MoveIntent::Kind::toTrash,
+                          .entry = trashedEntry(item, approved, persistent, plan.trashPath),
+                          .sourcePath = approved.realPath,
+                          .destinationPath = plan.trashPath,
+                          .stamp = approved.stamp,
+                          .persistent = persistent};
+        if (plan.infoPath)
+            intent.infoFile = {.path = *plan.infoPath, .content = plan.infoContent};
+        if (const auto written = intents_.begin(intent); !written) {
+            isIntentWritten = false;
+            return std::unexpected(written.error().words);
+        }
+        // Writing waits for the disk, long enough for something else to take the item's place; that stays.
+        // What slips into the moment that is left, the check after the move finds.
+        isInPlace = approved.isInPlace();
+        if (!isInPlace)
+            return std::unexpected(changed);
+        return {};
+    };
+    const auto trashPath = trasher_.trash->moveToTrash(approved.realPath, aboutToMove);
+    if (trashPath)
+        return confirm(item, approved, persistent, *trashPath);
+    if (!isIntentWritten)
+        return stopForJournal(item, journalUnwritable);
+    return skip(item, isInPlace ? "Could not move to the Trash: " + trashPath.error() : changed);
+}
+
+Run::Next Run::confirm(const DeletionItem& item, const ApprovedItem& approved,
+                       const std::optional<platform::PersistentIdentity>& persistent,
+                       const std::string& trashPath) {
+    if (!approved.isAt(trashPath)) {
+        auto line = entry(item, JournalEntry::Result::skipped);
+        line.reason = "The moved item did not match the approved item — check the Trash";
+        line.trashPath = trashPath;
+        line.trashedIdentity = TrashedIdentity::of(trashPath);
+        reportSkipped(item, *line.reason);
+        // With its line written there is nothing to settle: where the approved object went, nobody can find
+        // out that could not be found out now.
+        isEveryOutcomeKnown_ = journalSkipped(std::move(line));
+        report_.stoppedForMismatch = true;
+        return Next::stop;
+    }
+    report_.moved.push_back(
+        {.title = item.title, .path = item.path, .bytes = approved.bytes, .note = approved.note});
+    // Asked again where it could not be told before: a number that outlives a remount is worth the call.
+    auto line = trashedEntry(item, approved, persistent, trashPath);
+    if (!persistent)
+        line.trashedIdentity->persistent =
+            platform::persistentIdentity(trashPath, approved.stamp.identity.inode);
+    if (!trasher_.journal->append(line)) {
+        isEveryOutcomeKnown_ = false;
+        return stopForJournal(item, unjournalledMove());
+    }
+    return Next::goOn;
+}
+
+JournalEntry Run::entry(const DeletionItem& item, JournalEntry::Result result) const {
+    return {.id = lineID_,
+            .sessionID = report_.sessionID,
+            .time = now(),
+            .module = item.module,
+            .title = item.title,
+            .originalPath = item.path,
+            .root = item.root,
+            .result = result};
+}
+
+JournalEntry Run::trashedEntry(const DeletionItem& item, const ApprovedItem& approved,
+                               const std::optional<platform::PersistentIdentity>& persistent,
+                               const std::string& trashPath) const {
+    auto line = entry(item, JournalEntry::Result::trashed);
+    line.originalParentRealPath = parentPath(approved.realPath);
+    line.approvedRealPath = approved.realPath;
+    line.bytes = approved.bytes;
+    line.trashPath = trashPath;
+    line.trashedIdentity = TrashedIdentity::of(approved.stamp, persistent);
+    line.note = approved.note;
+    return line;
+}
+
+void Run::reportSkipped(const DeletionItem& item, std::string reason) {
+    report_.skipped.push_back({.title = item.title, .path = item.path, .reason = std::move(reason)});
+}
+
+/// Whether it could be written matters only to what was moved; of any other item nothing has changed on the
+/// disk.
+bool Run::journalSkipped(JournalEntry line) {
+    // A home that is not the user's own gets no journal either: its owner could not write to it any more.
+    if (kind_ == Kind::rehearsal || trasher_.policy.homeReason())
+        return false;
+    // A path that is no text is refused for that, and written down as far as it can be read.
+    line.title = lossyUtf8(line.title);
+    line.originalPath = lossyUtf8(line.originalPath);
+    return trasher_.journal->append(line).has_value();
+}
+
+Run::Next Run::skip(const DeletionItem& item, const std::string& reason) {
+    auto line = entry(item, JournalEntry::Result::skipped);
+    line.reason = reason;
+    reportSkipped(item, reason);
+    static_cast<void>(journalSkipped(std::move(line)));
+    return Next::goOn;
+}
+
+Run::Next Run::stopForJournal(const DeletionItem& item, std::string reason) {
+    reportSkipped(item, std::move(reason));
+    report_.journalFailed = true;
+    return Next::stop;
+}
+
+} // namespace
+
+Trasher::Trasher(SafetyPolicy safetyPolicy, std::shared_ptr<JournalStore> journalStore,
+                 std::shared_ptr<TrashOperations> trashOperations)
+    : policy(std::move(safetyPolicy)),
+      journal(std::move(journalStore)),
+      trash(std::move(trashOperations)),
+      measure([](const std::string& path) { return TreeScanner::measure(path); }),
+      inUse(orbel::inUse),
+      takeMappedSnapshot(orbel::takeMappedSnapshot),
+      now(std::chrono::system_clock::now) {}
+
+DeletionReport Trasher::run(std::span<const DeletionItem> items, const std::string& sessionID,
+                            const Progress& progress, const IsCancelled& isCancelled) const {
+    return Run(*this, Run::Kind::move, sessionID).over(items, progress, isCancelled);
+}
+
+DeletionReport Trasher::rehearse(std::span<const DeletionItem> items, const std::string& sessionID,
+                                 const Progress& progress, const IsCancelled& isCancelled) const {
+    return Run(*this, Run::Kind::rehearsal, sessionID).over(items, progress, isCancelled);
+}
+
+} // namespace orbel

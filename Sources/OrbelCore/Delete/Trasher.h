@@ -1,0 +1,58 @@
+#pragma once
+
+#include "Delete/DeletionItem.h"
+#include "Delete/DeletionReport.h"
+#include "Delete/InUse.h"
+#include "Delete/TrashOperations.h"
+#include "Journal/JournalStore.h"
+#include "Safety/SafetyPolicy.h"
+#include "Scan/TreeScanner.h"
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace orbel {
+
+/// The only code that moves anything to the Trash. For each item every check is made again immediately before
+/// the move; the journal is proved writable and the intent written first, and afterwards it is verified that
+/// what landed in the Trash is the very object that was approved. What is doubtful is skipped with a reason,
+/// never forced, and what could make the record untrue ends the run. A stop never undoes a completed move.
+///
+/// A process that ends at any point leaves each item at its place or in the Trash, and in the latter case
+/// either its line in the journal or the intent from which settleIntents() writes it.
+///
+/// A value; its functions can be replaced one by one. run() blocks and is called from one thread at a time.
+struct Trasher {
+    using Progress = std::function<void(std::size_t index, const DeletionItem& item)>;
+    using IsCancelled = std::function<bool()>;
+
+    /// With the live measuring, in-use check and clock.
+    Trasher(SafetyPolicy safetyPolicy, std::shared_ptr<JournalStore> journalStore,
+            std::shared_ptr<TrashOperations> trashOperations);
+
+    SafetyPolicy policy;
+    std::shared_ptr<JournalStore> journal;
+    std::shared_ptr<TrashOperations> trash;
+    std::function<TreeScanner::Measurement(const std::string& path)> measure;
+    std::function<InUseReport(const std::string& path, const FileStamp& stamp,
+                              const MappedFilesSnapshot& snapshot)>
+        inUse;
+    std::function<MappedFilesSnapshot()> takeMappedSnapshot;
+    std::function<std::chrono::system_clock::time_point()> now;
+
+    /// Moves the items in the given order. `progress` and `isCancelled`, which may be empty, are called on
+    /// this thread, before each item; an item in progress is always finished.
+    DeletionReport run(std::span<const DeletionItem> items, const std::string& sessionID,
+                       const Progress& progress, const IsCancelled& isCancelled) const;
+
+    /// Makes every check and moves nothing: `moved` tells what run() would have tried to move. Nothing is
+    /// written anywhere, so a journal or a Trash that cannot be written is not noticed.
+    DeletionReport rehearse(std::span<const DeletionItem> items, const std::string& sessionID,
+                            const Progress& progress, const IsCancelled& isCancelled) const;
+};
+
+} // namespace orbel

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Journal/JournalError.h"
+#include "Journal/MoveIntent.h"
+#include "Util/FileDescriptor.h"
+
+#include <expected>
+#include <string>
+#include <string_view>
+
+namespace orbel {
+
+/// What one run is about to move, written beside the journal before each move, so that a crash or a power cut
+/// between a move and its line in the journal loses nothing: settleIntents() finds the item later and writes
+/// the line.
+///
+/// Each log is a file of its own, "intents/{uuid}.jsonl" in the journal's folder (docs/journal-format.md),
+/// locked for as long as the log lives, so that others leave it alone. One thread at a time.
+class IntentLog {
+public:
+    static constexpr std::string_view folderName = "intents"; ///< beside the journal
+    static constexpr const char* fileSuffix = ".jsonl";
+
+    /// A log beside the journal at this path. Creates nothing on disk until the first intent.
+    explicit IntentLog(const std::string& journalPath);
+
+    IntentLog(IntentLog&&) noexcept = default;
+    IntentLog& operator=(IntentLog&&) = delete;
+
+    /// Leaves the file for settleIntents(), unless close() removed it.
+    ~IntentLog() = default;
+
+    /// Writes an intent and brings it to stable storage. Only once this succeeded may the move begin; when it
+    /// failed nothing may be moved.
+    std::expected<void, JournalError> begin(const MoveIntent& intent);
+
+    /// The run ended and every outcome is known: removes the file. Call it only when each item that was moved
+    /// has its line in the journal; leave it out after a failed append or a move that went wrong. Nothing to
+    /// do when no intent was begun. Another run may then begin in the same log.
+    void close();
+
+private:
+    std::expected<void, JournalError> open();
+
+    std::string folder_;
+    std::string path_; ///< of the file, empty while there is none
+    FileDescriptor file_;
+};
+
+} // namespace orbel

@@ -1,0 +1,185 @@
+#include "Journal/IntentSettling.h"
+
+#include "Journal/IntentLog.h"
+#include "Journal/JournalJson.h"
+#include "Journal/PrivateFile.h"
+#include "Util/PathText.h"
+#include "Util/ReadFile.h"
+#include "Util/Uuid.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include <unistd.h>
+
+namespace orbel {
+
+namespace {
+
+/// All attempts at one move, in their order.
+using Attempts = std::vector<MoveIntent>;
+
+/// Whether the object that was to be moved lies at this path. It may have been written to since: where its
+/// birth is known its size does not matter.
+bool liesAt(const std::string& path, const MoveIntent& intent) {
+    const auto now = TrashedIdentity::of(path);
+    if (!now)
+        return false;
+    const auto then = TrashedIdentity::of(intent.stamp, intent.persistent);
+    if (then.persistent && now->persistent)
+        return then.persistent == now->persistent && then.inode == now->inode
+               && then.isDirectory == now->isDirectory;
+    return isSameObject(then, *now);
+}
+
+/// Removes the Trash's note of an attempt that left the item elsewhere, if it is the very note that we wrote.
+/// What else may lie under its name was there before the note was made and has none of its own.
+void removeStaleNote(const MoveIntent& intent) {
+    if (!intent.infoFile)
+        return;
+    const auto& [path, content] = *intent.infoFile;
+    const auto folder = openExistingFolder(std::string(parentPath(path)));
+    const std::string name(lastPathComponent(path));
+    const auto note = PrivateFile::open(folder.get(), name, PrivateFile::Access::read, path);
+    if (note && readFile(note->file.get()) == content && note->isStillAt(folder.get(), name))
+        static_cast<void>(::unlinkat(folder.get(), name.c_str(), 0));
+}
+
+/// The intents of one file whose process is gone, while this object holds its lock.
+class AbandonedFile {
+public:
+    AbandonedFile(FileDescriptor file, std::string path) : file_(std::move(file)), path_(std::move(path)) {}
+
+    /// Settles what is in it and removes it, unless that has to be tried again.
+    void settle(JournalStore& journal, Settlement& settlement) {
+        const auto failuresBefore = settlement.failures.size();
+        if (const auto moves = read(settlement); !moves.empty()) {
+            // Asked only now, under the lock: whoever settled this file before us may have been interrupted.
+            if (const auto recorded = journal.read())
+                for (const auto& attempts : moves)
+                    settle(attempts, isRecorded(attempts, *recorded), journal, settlement);
+            else
+                settlement.failures.push_back(recorded.error().words);
+        }
+        if (settlement.failures.size() == failuresBefore && ::unlink(path_.c_str()) != 0)
+            settlement.failures.push_back(systemErrorAt(path_).words);
+    }
+
+private:
+    std::vector<Attempts> read(Settlement& settlement) const {
+        const auto content = readFile(file_.get());
+        if (!content) {
+            settlement.failures.push_back(systemErrorAt(path_).words);
+            return {};
+        }
+        std::vector<Attempts> moves;
+        std::string_view rest = *content;
+        // A last line without its line feed was not written to its end, so its move had not begun.
+        for (auto end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
+            const auto line = rest.substr(0, end);
+            rest.remove_prefix(end + 1);
+            try {
+                add(nlohmann::json::parse(line).get<MoveIntent>(), moves);
+            } catch (const nlohmann::json::exception&) {
+                settlement.failures.push_back(errorAt(path_, "holds a line that cannot be read").words);
+            }
+        }
+        return moves;
+    }
+
+    static void add(MoveIntent intent, std::vector<Attempts>& moves) {
+        const auto same = std::ranges::find(
+            moves, intent.entry.id, [](const Attempts& attempts) { return attempts.front().entry.id; });
+        if (same == moves.end())
+            moves.push_back({std::move(intent)});
+        else
+            same->push_back(std::move(intent));
+    }
+
+    static bool isRecorded(const Attempts& attempts, const std::vector<JournalEntry>& entries) {
+        return std::ranges::find(entries, attempts.front().entry.id, &JournalEntry::id) != entries.end();
+    }
+
+    static void settle(const Attempts& attempts, bool isRecorded, JournalStore& journal,
+                       Settlement& settlement) {
+        const auto arrived = std::ranges::find_if(
+            attempts, [](const MoveIntent& intent) { return liesAt(intent.destinationPath, intent); });
+        const bool isThere = arrived != attempts.end();
+        const auto& intent = isThere ? *arrived : attempts.back();
+        const bool isStillHere = liesAt(intent.sourcePath, intent);
+        if (isThere == isStillHere) {
+            if (!isRecorded)
+                settlement.doubts.push_back({.entry = intent.entry, .words = doubt(intent, isThere)});
+            return;
+        }
+        if (isThere && !isRecorded) {
+            if (const auto appended = journal.append(intent.entry); !appended) {
+                settlement.failures.push_back(appended.error().words);
+                return;
+            }
+            settlement.recorded.push_back(intent.entry);
+        }
+        const bool isInTrash = isThere == (intent.kind == MoveIntent::Kind::toTrash);
+        for (const auto& attempt : attempts)
+            if (!isInTrash || &attempt != &intent)
+                removeStaleNote(attempt);
+    }
+
+    static std::string doubt(const MoveIntent& intent, bool isAtBoth) {
+        return "Moving \"" + intent.entry.title + "\" from " + intent.sourcePath + " to "
+               + intent.destinationPath + " was interrupted, and it is at "
+               + (isAtBoth ? "both places now" : "neither place any more");
+    }
+
+    FileDescriptor file_;
+    std::string path_;
+};
+
+std::vector<std::string> intentFileNames(const std::string& folder, Settlement& settlement) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error))
+        if (entry->path().extension() == IntentLog::fileSuffix && isUuid(entry->path().stem().native()))
+            names.push_back(entry->path().filename());
+    if (error && error != std::errc::no_such_file_or_directory)
+        settlement.failures.push_back(errorAt(folder, error.message()).words);
+    std::ranges::sort(names);
+    return names;
+}
+
+} // namespace
+
+Settlement settleIntents(JournalStore& journal) {
+    Settlement settlement;
+    const auto folderPath = joinedPath(parentPath(journal.path()), IntentLog::folderName);
+    const auto names = intentFileNames(folderPath, settlement);
+    const auto folder = openExistingFolder(folderPath);
+    for (const auto& name : names) {
+        const auto path = joinedPath(folderPath, name);
+        auto opened = PrivateFile::open(folder.get(), name, PrivateFile::Access::change, path);
+        if (!opened) {
+            if (platform::fileStatus(path)) // else its process, or another that settled it, removed it
+                settlement.failures.push_back(opened.error().words);
+            continue;
+        }
+        if (!tryLock(opened->file.get())) {
+            if (errno != EWOULDBLOCK) // else its process is alive
+                settlement.failures.push_back(systemErrorAt(path).words);
+            continue;
+        }
+        if (opened->isStillAt(folder.get(), name))
+            AbandonedFile(std::move(opened->file), path).settle(journal, settlement);
+    }
+    return settlement;
+}
+
+PreparedJournal prepareJournal(const std::string& path) {
+    auto store = std::make_shared<JournalStore>(path);
+    auto settlement = settleIntents(*store);
+    return {.store = std::move(store), .settlement = std::move(settlement)};
+}
+
+} // namespace orbel

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace orbel {
+
+struct JournalEntry;
+struct MoveIntent;
+struct TrashedIdentity;
+
+// Entries and intents as JSON objects: every key is the name of a field, absent fields are left out, dates
+// are as iso8601() writes them (docs/journal-format.md). Reading throws nlohmann::json::exception for
+// whatever does not fit, as entryInLine() is absent for it; the target may then be half filled.
+
+void to_json(nlohmann::json& json, const TrashedIdentity& identity);
+void to_json(nlohmann::json& json, const JournalEntry& entry);
+void from_json(const nlohmann::json& json, JournalEntry& entry);
+void to_json(nlohmann::json& json, const MoveIntent& intent);
+void from_json(const nlohmann::json& json, MoveIntent& intent);
+
+} // namespace orbel

@@ -1,0 +1,158 @@
+#include "Journal/JournalStore.h"
+
+#include "Journal/JournalLine.h"
+#include "Journal/JournalReading.h"
+#include "Journal/PrivateFile.h"
+#include "Platform/Synchronise.h"
+#include "Util/PathText.h"
+
+#include <cerrno>
+#include <system_error>
+#include <unordered_set>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orbel {
+
+namespace {
+
+/// The journal, open and locked, and its folder.
+struct OpenJournal {
+    FileDescriptor folder;
+    PrivateFile file;
+    std::uint64_t length = 0;
+};
+
+std::expected<OpenJournal, JournalError> openForAppending(const std::string& path) {
+    auto folder = openFolder(std::string(parentPath(path)));
+    if (!folder)
+        return std::unexpected(folder.error());
+    const std::string name(lastPathComponent(path));
+    // Whoever held the lock may have put another file there meanwhile; what is locked must be what is named.
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        auto file = PrivateFile::open(folder->get(), name, PrivateFile::Access::appendOrMake, path);
+        if (!file)
+            return std::unexpected(file.error());
+        if (!waitForLock(file->file.get()))
+            return std::unexpected(systemErrorAt(path));
+        struct stat status {};
+        if (!file->isStillAt(folder->get(), name) || ::fstat(file->file.get(), &status) != 0)
+            continue;
+        return OpenJournal{.folder = std::move(*folder),
+                           .file = std::move(*file),
+                           .length = static_cast<std::uint64_t>(status.st_size)};
+    }
+    return std::unexpected(errorAt(path, "is being replaced again and again"));
+}
+
+/// Whether the file ends within a line, as a crash or a full disk leaves it.
+bool endsWithinLine(const OpenJournal& journal) {
+    char last = '\n';
+    return journal.length > 0
+           && (::pread(journal.file.file.get(), &last, 1, static_cast<off_t>(journal.length - 1)) != 1
+               || last != '\n');
+}
+
+/// Brings the file, and its name if it is new, to stable storage.
+bool synchroniseAll(const OpenJournal& journal) {
+    return platform::synchronise(journal.file.file.get())
+           && (!journal.file.isNew || platform::synchronise(journal.folder.get()));
+}
+
+} // namespace
+
+JournalStore::JournalStore(std::string path) : path_(std::move(path)) {}
+
+std::string JournalStore::defaultPath(const std::string& applicationSupportFolder) {
+    return joinedPath(applicationSupportFolder, "Ostrevo Orbel/journal.jsonl");
+}
+
+std::expected<void, JournalError> JournalStore::append(const JournalEntry& entry) {
+    const auto encoded = journalLine(entry);
+    if (!encoded)
+        return std::unexpected(encoded.error());
+    const std::scoped_lock guard(lock_);
+    const auto journal = openForAppending(path_);
+    if (!journal)
+        return std::unexpected(journal.error());
+    // A torn last line must stay a line of its own, or it would take this one with it.
+    const std::string line = (endsWithinLine(*journal) ? "\n" : "") + *encoded + "\n";
+    if (const auto written = appendBytes(journal->file.file.get(), line); written < line.size()) {
+        auto error = systemErrorAt(path_);
+        error.mayBeRecorded = written + 1 == line.size(); // only the line feed is missing
+        return std::unexpected(error);
+    }
+    if (!synchroniseAll(*journal)) {
+        auto error = systemErrorAt(path_);
+        error.mayBeRecorded = true;
+        return std::unexpected(error);
+    }
+    return {};
+}
+
+std::expected<void, JournalError> JournalStore::preflight() {
+    // Room for the longest line that is to be expected: four paths of the longest kind with every byte
+    // escaped.
+    constexpr std::uint64_t roomForLine = 128 * 1024;
+    const std::scoped_lock guard(lock_);
+    const auto journal = openForAppending(path_);
+    if (!journal)
+        return std::unexpected(journal.error());
+    if (!platform::reserveSpace(journal->file.file.get(), journal->length, roomForLine)
+        || !synchroniseAll(*journal))
+        return std::unexpected(systemErrorAt(path_));
+    return {};
+}
+
+std::expected<std::vector<JournalEntry>, JournalError> JournalStore::read() const {
+    PrivateFile journal;
+    struct stat status {};
+    {
+        const std::scoped_lock guard(lock_);
+        const auto folder = openExistingFolder(std::string(parentPath(path_)));
+        const std::string name(lastPathComponent(path_));
+        const bool isThere =
+            folder && ::fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+        if (!isThere && errno == ENOENT)
+            return {};
+        if (!isThere)
+            return std::unexpected(systemErrorAt(path_));
+        auto opened = PrivateFile::open(folder.get(), name, PrivateFile::Access::read, path_);
+        if (!opened)
+            return std::unexpected(opened.error());
+        if (::fstat(opened->file.get(), &status) != 0)
+            return std::unexpected(systemErrorAt(path_));
+        journal = std::move(*opened);
+    }
+    // The file only grows, so what it held at that moment can be read without keeping writers waiting.
+    auto entries = readEntries(journal.file.get(), static_cast<std::uint64_t>(status.st_size));
+    if (!entries)
+        return std::unexpected(errorAt(path_, std::generic_category().message(entries.error())));
+    return *std::move(entries);
+}
+
+std::vector<JournalEntry> JournalStore::entries() const {
+    return read().value_or(std::vector<JournalEntry>{});
+}
+
+std::vector<JournalEntry> JournalStore::entries(Date since) const {
+    auto found = entries();
+    std::erase_if(found, [since](const JournalEntry& entry) { return entry.time < since; });
+    return found;
+}
+
+std::vector<JournalEntry> JournalStore::restorable() const {
+    auto found = entries();
+    std::unordered_set<std::string> restored;
+    for (const auto& entry : found)
+        if (entry.result == JournalEntry::Result::restored && entry.refersTo)
+            restored.insert(*entry.refersTo);
+    std::erase_if(found, [&restored](const JournalEntry& entry) {
+        return entry.result != JournalEntry::Result::trashed || restored.contains(entry.id);
+    });
+    return found;
+}
+
+} // namespace orbel

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Journal/JournalEntry.h"
+#include "Journal/JournalError.h"
+
+#include <expected>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace orbel {
+
+/// The journal's file: the permanent record of every move to the Trash and every attempt to put an item back,
+/// one line of JSON each, to which lines are only ever added (docs/journal-format.md). One instance is shared
+/// by all writers of a process; any thread may use it, and further processes may append to the same file at
+/// the same time.
+///
+/// The rule that keeps it truthful: preflight(), only then change the disk, then append() the outcome.
+///
+/// Whoever could put something else in the journal's place could make the record lie, so only a regular file
+/// of the user's own, with one name and reached through no symbolic link, is ever opened.
+class JournalStore {
+public:
+    /// A store on the file at this absolute path. Creates nothing on disk.
+    explicit JournalStore(std::string path);
+
+    JournalStore(const JournalStore&) = delete;
+    JournalStore& operator=(const JournalStore&) = delete;
+
+    /// The journal's place in the folder where applications keep their data.
+    static std::string defaultPath(const std::string& applicationSupportFolder);
+
+    const std::string& path() const { return path_; }
+
+    /// Adds one line and brings it to stable storage, making the folder and the file (mode 0600) when
+    /// missing. On failure the lines written before are untouched; what part of this one reached the file is
+    /// closed off by the next append and read by nobody, unless the error says that it may be recorded.
+    std::expected<void, JournalError> append(const JournalEntry& entry);
+
+    /// Proves, without changing the file's content, that a line could be appended right now, and reserves
+    /// room for it where the file system can.
+    std::expected<void, JournalError> preflight();
+
+    /// Every readable entry in file order, oldest first. A line that cannot be read is left out; a file that
+    /// is missing has no entries. An error when the file is there but cannot be read, or must not be
+    /// believed.
+    std::expected<std::vector<JournalEntry>, JournalError> read() const;
+
+    /// The same, with no entries in place of an error.
+    std::vector<JournalEntry> entries() const;
+
+    /// Those whose time is at or after `since`, in file order.
+    std::vector<JournalEntry> entries(Date since) const;
+
+    /// Those that can still be put back, in file order: `trashed`, and no `restored` line refers to them.
+    std::vector<JournalEntry> restorable() const;
+
+private:
+    std::string path_;
+    mutable std::mutex lock_;
+};
+
+} // namespace orbel

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Journal/JournalStore.h"
+#include "Journal/RestoreOperations.h"
+#include "Safety/SafetyPolicy.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orbel {
+
+class IntentLog;
+
+/// What became of one attempt to put an item back.
+struct PutBackResult {
+    std::string title;
+    std::string path;                                 ///< where the item was, and belongs
+    bool restored = false;                            ///< it is back there
+    std::optional<std::string> reason = std::nullopt; ///< why not, or a warning although it is
+
+    bool operator==(const PutBackResult&) const = default;
+};
+
+/// Moves items from the Trash back to where they were, one entry of the journal or a whole session. It trusts
+/// nothing that it did not check again: the item must still lie in a Trash folder and be the object that was
+/// moved, its old folder must be the same folder, nothing may stand in its place, and the safety policy must
+/// allow it there. Every attempt has its line in the journal, which is proved writable, and the intent
+/// written, before anything moves.
+///
+/// A value; nothing here throws, each failure is a result. Calls block and come from one thread at a time.
+class PutBack {
+public:
+    using Clock = std::function<std::chrono::system_clock::time_point()>;
+    using IsCancelled = std::function<bool()>;
+
+    /// `trashFolders`: the folders that directly hold what was moved to the Trash; absent means the policy's.
+    /// `now` gives the times of the lines.
+    PutBack(SafetyPolicy policy, std::shared_ptr<JournalStore> journal,
+            std::shared_ptr<RestoreOperations> restore,
+            std::optional<std::vector<std::string>> trashFolders = std::nullopt,
+            Clock now = std::chrono::system_clock::now);
+
+    /// Absent when no entry of that id can be put back: it is back already, was never moved or is unknown.
+    std::optional<PutBackResult> putBackEntry(const std::string& entryID) const;
+
+    /// All entries of the session that can be put back, the last one moved first; a failure does not stop the
+    /// others. `isCancelled`, which may be empty, is asked before each; those not reached have no result.
+    std::vector<PutBackResult> putBackSession(const std::string& sessionID,
+                                              const IsCancelled& isCancelled = nullptr) const;
+
+    PutBackResult putBack(const JournalEntry& entry) const;
+
+    /// Why the entry cannot be put back now, in the user's words; absent when it can.
+    std::optional<std::string> reasonNotToRestore(const JournalEntry& entry) const;
+
+    /// As what an item at this path is to be judged.
+    AllowedRoot rootForDestination(const std::string& path) const;
+
+private:
+    PutBackResult putBack(const JournalEntry& entry, IntentLog& intents, bool& isEveryOutcomeKnown) const;
+    PutBackResult fail(JournalEntry line, std::string reason) const;
+    JournalEntry newLine(const JournalEntry& entry) const;
+    bool isInTrashFolder(const std::string& path) const;
+    std::string canonicalOrAsWritten(std::string_view path) const;
+
+    SafetyPolicy policy_;
+    std::shared_ptr<JournalStore> journal_;
+    std::shared_ptr<RestoreOperations> restore_;
+    std::vector<std::string> trashFolders_;
+    Clock now_;
+};
+
+} // namespace orbel

@@ -1,0 +1,28 @@
+#include "Journal/TrashedIdentity.h"
+
+namespace orbel {
+
+std::optional<TrashedIdentity> TrashedIdentity::of(const std::string& path) {
+    const auto stamp = FileStamp::of(path);
+    if (!stamp)
+        return std::nullopt;
+    return of(*stamp, platform::persistentIdentity(path, stamp->identity.inode));
+}
+
+TrashedIdentity TrashedIdentity::of(const FileStamp& stamp,
+                                    std::optional<platform::PersistentIdentity> persistent) {
+    return {.device = stamp.identity.device,
+            .inode = stamp.identity.inode,
+            .size = stamp.size,
+            .isDirectory = stamp.isDirectory,
+            .persistent = std::move(persistent)};
+}
+
+bool isSameObject(const TrashedIdentity& then, const TrashedIdentity& now) {
+    const bool sameVolume =
+        then.device == now.device || (then.persistent && then.persistent == now.persistent);
+    return sameVolume && then.inode == now.inode && then.isDirectory == now.isDirectory
+           && (then.isDirectory || then.size == now.size);
+}
+
+} // namespace orbel

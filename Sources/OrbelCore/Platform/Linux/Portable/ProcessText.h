@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orbel::platform {
+
+/// What is needed of /proc/PID/stat.
+struct ProcessState {
+    std::string name; ///< as the program calls itself, cut to 15 bytes
+    bool isKernelThread = false;
+    bool isEnded = false; ///< waits only for its parent to ask how it ended
+};
+
+/// Absent when the text is not of its form.
+std::optional<ProcessState> parseProcessState(std::string_view text);
+
+/// One file in /proc/PID/maps.
+struct MappedFile {
+    std::string_view range{}; ///< its addresses, which name the mapping in map_files/
+    std::string_view
+        file{}; ///< device, inode and path as they stand there: equal for every mapping of one file
+    std::uint64_t device = 0; ///< of the file system, which is not that of its files where it has subvolumes
+    std::uint64_t inode = 0;
+    std::string_view
+        path{}; ///< as it stands there: a line feed in it is written \012, which a name may also contain
+};
+
+/// Calls `use` for every mapped file, once for mappings of the same file that stand in a row. What is mapped
+/// without a file, and lines of another form, are passed over.
+void forEachMappedFile(std::string_view maps, const std::function<void(const MappedFile&)>& use);
+
+} // namespace orbel::platform

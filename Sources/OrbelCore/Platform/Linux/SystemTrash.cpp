@@ -1,0 +1,9 @@
+#include "Platform/SystemTrash.h"
+
+namespace orbel::platform {
+
+SystemTrash systemTrash() {
+    return nullptr;
+}
+
+} // namespace orbel::platform

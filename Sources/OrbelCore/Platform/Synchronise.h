@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+
+namespace orbel::platform {
+
+/// Brings what was written to an open file, or the names in an open folder, to stable storage, the drive's
+/// own cache included. False with errno set when that failed: what had been written may then be lost although
+/// a second call succeeds, so a caller must never call again and believe it.
+[[nodiscard]] bool synchronise(int descriptor);
+
+/// Reserves room on the disk for `bytes` beyond the first `offset` bytes of an open file, without changing
+/// its length or content. False with errno set only when the room is not there; true also where a file system
+/// cannot reserve.
+[[nodiscard]] bool reserveSpace(int descriptor, std::uint64_t offset, std::uint64_t bytes);
+
+} // namespace orbel::platform

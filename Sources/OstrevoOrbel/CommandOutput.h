@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace orbel {
+
+/// Exit statuses, the same for every command.
+struct ExitStatus {
+    static constexpr int done = 0;
+    static constexpr int incomplete = 1; ///< something was not done, or the result could not be written
+    static constexpr int wrongUsage = 2;
+};
+
+/// A line of words for the user, on standard error.
+void say(std::string_view words);
+
+/// Prints the result of a command and ends the process with this status, or with `incomplete` when standard
+/// output does not take the result. The process ends without unwinding: freeing a tree of millions of nodes
+/// one by one would only cost time.
+[[noreturn]] void finish(const std::string& output, int status = ExitStatus::done);
+
+/// Says what is wrong with the command line and ends the process.
+[[noreturn]] void finishWrongUsage(std::string_view words);
+
+} // namespace orbel

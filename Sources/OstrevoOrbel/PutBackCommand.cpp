@@ -1,0 +1,76 @@
+#include "PutBackCommand.h"
+
+#include "CommandOutput.h"
+#include "Interruption.h"
+#include "Journal/LiveRestore.h"
+#include "Journal/PutBack.h"
+#include "UserContext.h"
+#include "Util/JsonText.h"
+
+#include <algorithm>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+namespace orbel {
+
+namespace {
+
+nlohmann::json resultJson(const PutBackResult& result) {
+    nlohmann::json json = {{"title", result.title}, {"path", result.path}, {"restored", result.restored}};
+    if (result.reason)
+        json["reason"] = *result.reason;
+    return json;
+}
+
+/// The newest session with anything left in the Trash. A line that was missing may stand after those of a
+/// newer session, so the times decide; of equal ones, the later line.
+std::optional<std::string> newestSession(const JournalStore& journal) {
+    const auto restorable = journal.restorable();
+    const JournalEntry* newest = nullptr;
+    for (const auto& entry : restorable)
+        if (newest == nullptr || entry.time >= newest->time)
+            newest = &entry;
+    return newest == nullptr ? std::nullopt : std::optional(newest->sessionID);
+}
+
+} // namespace
+
+void runPutBackCommand(const ChangeRequest& request) {
+    const auto& cancellation = stopAfterThisItemOnInterrupt();
+    const UserContext user;
+    if (const auto& reason = user.policy().homeReason()) {
+        say(*reason);
+        finish("[]\n", ExitStatus::incomplete);
+    }
+    const auto journal = user.settledJournal();
+    if (const auto readable = journal->read(); !readable) {
+        say(readable.error().words);
+        finish("[]\n", ExitStatus::incomplete);
+    }
+    const PutBack putBack(user.policy(), journal, std::make_shared<LiveRestore>());
+
+    const auto& id = request.operands.front();
+    bool isStopped = false;
+    const auto isCancelled = [&] { return isStopped = cancellation.isCancelled(); };
+    std::vector<PutBackResult> results;
+    if (id == "last") {
+        if (const auto session = newestSession(*journal))
+            results = putBack.putBackSession(*session, isCancelled);
+    } else if (auto result = putBack.putBackEntry(id)) {
+        results.push_back(*std::move(result));
+    } else {
+        results = putBack.putBackSession(id, isCancelled);
+    }
+
+    nlohmann::json json = nlohmann::json::array();
+    for (const auto& result : results)
+        json.push_back(resultJson(result));
+    if (results.empty() && !isStopped)
+        say("There is nothing to put back");
+    const bool allBack =
+        !results.empty() && !isStopped && std::ranges::all_of(results, &PutBackResult::restored);
+    finish(prettyJson(json) + "\n", allBack ? ExitStatus::done : ExitStatus::incomplete);
+}
+
+} // namespace orbel

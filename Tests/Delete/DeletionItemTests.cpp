@@ -1,0 +1,189 @@
+#include "Delete/DeletionItem.h"
+#include "Delete/DeletionItemJson.h"
+#include "Delete/ManageHint.h"
+#include "Safety/PathCanonicalizer.h"
+#include "Scan/TreeScanner.h"
+#include "Support/Policies.h"
+#include "Support/TemporaryFolder.h"
+#include "Util/FileUrl.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace orbel {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using test::TemporaryFolder;
+
+class DeletionItemTest : public ::testing::Test {
+protected:
+    SafetyPolicy policy() const { return {home.path(), test::linuxOptions()}; }
+
+    void scan() {
+        const ScanCancellation nobodyCancels;
+        tree = TreeScanner::scan(home.path(), 1, nobodyCancels, nullptr).tree;
+    }
+    NodeIndex node(std::string_view relative) const {
+        return tree.index(home.path(relative), PathCanonicalizer::shared()).value();
+    }
+    std::optional<DeletionItem> item(std::string_view relative) const {
+        return DeletionItem::fromTree(tree, node(relative), DeletionModule::largeOld, policy());
+    }
+
+    TemporaryFolder home;
+    FileTree tree;
+};
+
+TEST_F(DeletionItemTest, CarriesWhatTheMoveWillProve) {
+    home.file("docs/big", 100'000);
+    home.file("Applications/Tool.app/Contents/Info.plist");
+    home.file("Applications/More/Tool.app/Contents/Info.plist");
+    scan();
+    const auto big = item("docs/big").value();
+    EXPECT_EQ(big.id, "largeOld:" + home.path("docs/big"));
+    EXPECT_EQ(big.module, DeletionModule::largeOld);
+    EXPECT_EQ(big.title, "big");
+    EXPECT_EQ(big.detail, home.path("docs/big"));
+    EXPECT_EQ(big.path, home.path("docs/big"));
+    EXPECT_EQ(big.root, AllowedRoot::homeItem);
+    EXPECT_EQ(big.scanStamp, FileStamp::of(big.path));
+    EXPECT_EQ(big.estimatedBytes, tree.allocated(node("docs/big")));
+    EXPECT_EQ(big.keep, std::nullopt);
+    EXPECT_EQ(big.blockedReason, std::nullopt);
+    EXPECT_EQ(big.note, std::nullopt);
+    EXPECT_FALSE(big.preselected);
+    EXPECT_TRUE(big.isSelectable());
+
+    EXPECT_EQ(item("Applications/Tool.app")->root, AllowedRoot::applicationBundle);
+    EXPECT_EQ(item("Applications/More/Tool.app")->root, AllowedRoot::applicationBundle);
+    EXPECT_FALSE(DeletionItem::isApplicationBundle(home.path("docs/Tool.app"), policy()));
+    EXPECT_FALSE(DeletionItem::isApplicationBundle(home.path("Applications/Tool"), policy()));
+
+    fs::remove(home.path("docs/big"));
+    EXPECT_EQ(item("docs/big"), std::nullopt);
+}
+
+TEST_F(DeletionItemTest, WhatCannotBeMovedIsBlockedByTheFirstReason) {
+    home.file("docs/edited", 10);
+    home.file("docs/trip/All.photoslibrary/x");
+    home.file("docs/photos.photoslibrary/x");
+    home.file("Library/Developer/cache/x");
+    home.file("Library/Preferences/x");
+    home.file("loose", 10);
+    scan();
+    home.file("docs/edited", 11);
+    EXPECT_EQ(item("docs/edited")->blockedReason, "Changed since the scan — scan again");
+    EXPECT_FALSE(item("docs/edited")->isSelectable());
+    constexpr auto holdsLibrary = "Contains protected data (a photo library, keychain or backup)";
+    EXPECT_EQ(item("docs/trip")->blockedReason, holdsLibrary);
+    EXPECT_EQ(item("docs/photos.photoslibrary")->blockedReason, holdsLibrary) << "before the policy is asked";
+    EXPECT_EQ(item("Library/Developer/cache")->blockedReason, "Developer caches — use Ostrevo Fennick");
+    EXPECT_EQ(item("Library/Preferences/x")->blockedReason,
+              "Inside Library: only Caches and Logs can be moved from here");
+    EXPECT_EQ(item("loose")->blockedReason, "Too close to the home folder");
+}
+
+TEST_F(DeletionItemTest, WarnsWhereAMoveFreesLess) {
+    home.file("docs/linked", 10);
+    home.hardLink("docs/other", "docs/linked");
+    home.folder("docs/folder/inside");
+    scan();
+    EXPECT_EQ(item("docs/linked")->note, "Frees nothing while other links exist");
+    EXPECT_EQ(item("docs/folder")->note, std::nullopt);
+    tree.nodeFlags[node("docs/linked")] |= NodeFlags::mayShareBlocks.rawValue;
+    EXPECT_EQ(item("docs/linked")->note, "May share storage; moving it may free less");
+}
+
+TEST_F(DeletionItemTest, OfAnEmptyFolderTellsHowManyItHolds) {
+    home.folder("docs/a/b/c");
+    scan();
+    const auto detail = [&](std::size_t nested) {
+        const auto item = DeletionItem::emptyFolder(tree, node("docs/a"), nested, policy()).value();
+        EXPECT_EQ(item.module, DeletionModule::emptyFolders);
+        return item.detail;
+    };
+    EXPECT_EQ(detail(3), home.path("docs/a") + " · holds 3 empty folders");
+    EXPECT_EQ(detail(2), home.path("docs/a") + " · holds 2 empty folders");
+    EXPECT_EQ(detail(1), home.path("docs/a"));
+}
+
+TEST_F(DeletionItemTest, OfABrokenShortcutTellsWhereItPointed) {
+    home.file("docs/shortcut");
+    scan();
+    const auto item = [&](auto... given) {
+        return DeletionItem::brokenShortcut(tree, node("docs/shortcut"), policy(), given...).value();
+    };
+    const auto plain = item(std::nullopt, std::nullopt, std::nullopt);
+    EXPECT_EQ(plain.module, DeletionModule::brokenShortcuts);
+    EXPECT_EQ(plain.detail, home.path("docs/shortcut"));
+    EXPECT_EQ(plain.blockedReason, std::nullopt);
+    const auto told = item("Shown only", "Its target is on a disk that is not connected", "/media/disk/x");
+    EXPECT_EQ(told.detail, home.path("docs/shortcut") + " → /media/disk/x");
+    EXPECT_EQ(told.blockedReason, "Shown only");
+    EXPECT_EQ(told.note, "Its target is on a disk that is not connected");
+}
+
+TEST_F(DeletionItemTest, SurvivesBeingStored) {
+    home.file("docs/odd \xFF%name", 10);
+    scan();
+    auto item = this->item("docs/odd \xFF%name").value();
+    item.preselected = true;
+    item.keep = {.path = home.path("docs"), .stamp = *FileStamp::of(home.path("docs"))};
+    item.note = "A note";
+    EXPECT_EQ(json(item).at("url"), "file://" + home.path("docs/odd%20%FF%25name"));
+    const auto stored = json(item);
+    auto expected = item;
+    expected.preselected = false;
+    EXPECT_EQ(stored.get<DeletionItem>(), expected);
+    EXPECT_FALSE(stored.contains("preselected"));
+
+    DeletionItem bare = item;
+    bare.keep = std::nullopt;
+    bare.blockedReason = std::nullopt;
+    bare.note = std::nullopt;
+    for (const auto* absent : {"keep", "blockedReason", "note"})
+        EXPECT_FALSE(json(bare).contains(absent));
+    for (const auto& [key, wrong] : std::vector<std::pair<const char*, json>>{{"url", "/plain/path"},
+                                                                              {"url", "file://host/x"},
+                                                                              {"module", "Map"},
+                                                                              {"root", 1},
+                                                                              {"title", nullptr}}) {
+        auto bad = stored;
+        bad[key] = wrong;
+        EXPECT_THROW(static_cast<void>(bad.get<DeletionItem>()), json::exception) << key;
+    }
+}
+
+TEST(ManageHint, AdvisesWhereItKnowsBetter) {
+    const auto hint = [](std::string_view path) { return ManageHint::explain(path, "No", "/home/ann"); };
+    EXPECT_TRUE(hint("/home/ann/Library/Application Support/MobileSync/Backup/1")
+                    .starts_with("iPhone/iPad backup — manage in "));
+    constexpr auto docker = "Docker disk image — manage in Docker Desktop → Settings → Resources";
+    EXPECT_EQ(hint("/home/ann/x/Docker.raw"), docker);
+    EXPECT_EQ(hint("/home/ann/Library/Containers/com.docker.docker/Data"), docker);
+    EXPECT_EQ(hint("/home/ann/x/MyDocker.raw"), "No");
+    constexpr auto developer = "Developer caches — use Ostrevo Fennick";
+    EXPECT_EQ(hint("/home/ann/Library/Developer/Xcode"), developer);
+    EXPECT_EQ(hint("/opt/DerivedData/x"), developer);
+    constexpr auto system = "System-wide: needs an administrator; Vanto does not change it";
+    EXPECT_EQ(hint("/opt/x"), system);
+    EXPECT_EQ(hint("/home/anna/x"), system);
+    for (const auto* own : {"/home/ann", "/home/ann/x", "/Applications/X.app"})
+        EXPECT_EQ(hint(own), "No") << own;
+}
+
+TEST(FileUrl, CarriesEveryByte) {
+    std::string path = "/";
+    for (int byte = 1; byte < 256; ++byte)
+        path += static_cast<char>(byte);
+    EXPECT_EQ(pathOfFileUrl(fileUrl(path)), path);
+    EXPECT_EQ(pathOfFileUrl("file:///a%2fb"), "/a/b");
+    for (const auto* bad : {"", "/a", "http:///a", "file://a", "file:///%", "file:///%4", "file:///%4g"})
+        EXPECT_EQ(pathOfFileUrl(bad), std::nullopt) << bad;
+}
+
+} // namespace
+} // namespace orbel

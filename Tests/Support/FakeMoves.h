@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Delete/TrashOperations.h"
+#include "Journal/RestoreOperations.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orbel::test {
+
+/// A Trash that is a plain folder, with a hook at each point where the world may change.
+class FakeTrash : public TrashOperations {
+public:
+    /// `files`: the folder that holds what was moved; made when missing.
+    explicit FakeTrash(std::string files) : files_(std::move(files)) {}
+
+    std::expected<std::string, std::string> moveToTrash(const std::string& path,
+                                                        const AboutToMove& aboutToMove) override;
+
+    std::vector<std::string> asked; ///< every path it was to move, in order
+    std::function<void(const std::string&path)> beforeAsking, beforeMoving;
+    std::function<void(const std::string& trashPath)> afterMoving;
+    std::optional<std::string> failure; ///< the words with which a move fails
+
+private:
+    std::string files_;
+};
+
+/// Puts back by a rename that replaces nothing, with the same hooks.
+class FakeRestore : public RestoreOperations {
+public:
+    std::expected<void, std::string> move(const std::string& from, const std::string& to) override;
+
+    std::vector<std::string> asked; ///< every path it was to move to, in order
+    std::function<void(const std::string& from)> beforeMoving;
+    std::function<void(const std::string& to)> afterMoving;
+    std::optional<std::string> failure;
+};
+
+} // namespace orbel::test
