@@ -1,22 +1,22 @@
 #pragma once
 
-#include "Util/RawValue.h"
-
-#include <array>
 #include <cstdint>
+#include <optional>
+#include <string_view>
 
 namespace orbel {
 
-/// The place an item is expected to live in, which decides what is allowed for it.
+/// The place where an item is expected to live, which decides where it may be moved from and put back to.
 enum class AllowedRoot : std::uint8_t {
     homeItem,          ///< a file or folder inside the home folder
     applicationBundle, ///< an application bundle in an Applications folder
-    leftover           ///< what an application left behind, directly inside one of the leftover folders
+    leftover           ///< what an application left directly inside one of the leftover folders
 };
 
-template <>
-struct RawValues<AllowedRoot> {
-    static constexpr std::array<std::string_view, 3> names{"homeItem", "applicationBundle", "leftover"};
-};
+/// The text under which it is stored: "homeItem", "applicationBundle", "leftover".
+std::string_view rawValue(AllowedRoot root);
+
+/// The inverse; absent for any other text.
+std::optional<AllowedRoot> allowedRoot(std::string_view rawValue);
 
 } // namespace orbel
