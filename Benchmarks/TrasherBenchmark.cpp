@@ -14,7 +14,8 @@ namespace fs = std::filesystem;
 /// Accepts every move and moves nothing, so that the next round finds the items where they were.
 class NoTrash : public TrashOperations {
 public:
-    std::expected<std::string, std::string> moveToTrash(const std::string& path, const AboutToMove&) override {
+    std::expected<std::string, std::string> moveToTrash(const std::string& path,
+                                                        const AboutToMove&) override {
         return path;
     }
 };
@@ -62,9 +63,8 @@ void checksOfASession(benchmark::State& state) {
             state.SkipWithError(report.skipped.front().reason.c_str());
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
-    state.counters["perItem"] =
-        benchmark::Counter(static_cast<double>(state.iterations() * state.range(0)),
-                           benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["perItem"] = benchmark::Counter(static_cast<double>(state.iterations() * state.range(0)),
+                                                   benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(checksOfASession)->Arg(10'000)->Unit(benchmark::kMillisecond);
 
@@ -75,9 +75,8 @@ void journalOfASession(benchmark::State& state) {
                           std::make_shared<NoTrash>());
     for (auto _ : state)
         benchmark::DoNotOptimize(trasher.run(home.items(), "session", nullptr, nullptr));
-    state.counters["perItem"] =
-        benchmark::Counter(static_cast<double>(state.iterations() * state.range(0)),
-                           benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["perItem"] = benchmark::Counter(static_cast<double>(state.iterations() * state.range(0)),
+                                                   benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(journalOfASession)->Arg(500)->Unit(benchmark::kMillisecond);
 

@@ -132,6 +132,21 @@ TEST(IntentSettling, SomebodyElsesFilesAreNeitherBelievedNorRemoved) {
     }
 }
 
+TEST(IntentSettling, WhatWentToTheTrashInTheItemsPlaceIsToldAndKeepsItsNote) {
+    JournalScene scene;
+    const auto intent = scene.beginToTrash("film.mp4");
+    scene.leaveBehind({intent});
+    const auto aside = scene.home.path("aside");
+    fs::rename(intent.sourcePath, aside);
+    fs::rename(scene.home.file("another film"), intent.destinationPath);
+    fs::rename(aside, intent.sourcePath);
+    const auto settlement = settleIntents(scene.store);
+    ASSERT_EQ(settlement.doubts.size(), 1u);
+    EXPECT_TRUE(settlement.doubts[0].words.ends_with("something else went to the Trash in its place"));
+    EXPECT_TRUE(exists(intent.destinationPath) && exists(intent.infoFile->path));
+    EXPECT_TRUE(scene.store.entries().empty());
+}
+
 TEST(IntentSettling, AnObjectIsKnownByItsIdentityNotByItsNameOrState) {
     JournalScene scene;
     const auto intent = scene.beginToTrash("film.mp4");

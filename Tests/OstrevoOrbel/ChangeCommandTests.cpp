@@ -6,6 +6,7 @@
 #include "Util/ReadFile.h"
 
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 
 namespace orbel {
@@ -186,6 +187,19 @@ TEST(TrashCommand, AFolderThatHoldsAMountStays) {
                                                 {"mounted", "On another volume"}}));
     });
     EXPECT_TRUE(fs::exists(home.path("docs/folder/kept")));
+}
+
+TEST(TrashCommand, LeavesWhatIsOpen) {
+    const ProgramHome home;
+    const std::ifstream file(home.file("docs/file", 10));
+    const std::ifstream inside(home.file("docs/folder/deep/inside", 10));
+    home.file("docs/free", 10);
+    const auto report = home.json({"--trash", "docs/file", "docs/folder", "docs/free"}, 1);
+    const auto reasons = reasonsIn(report);
+    ASSERT_EQ(reasons.size(), 2);
+    EXPECT_TRUE(reasons.at("file").starts_with("In use by "));
+    EXPECT_EQ(reasons.at("folder"), reasons.at("file"));
+    EXPECT_EQ(namesIn(report["moved"]), Names{"free"});
 }
 
 TEST(TrashCommand, AnUnusableHomeGetsNeitherMovesNorAJournal) {

@@ -130,7 +130,7 @@ bool EntryReader::text(std::string_view value) {
         },
         [&](Date* target) { return set(target, parseIso8601(value)); },
         [&](DeletionModule* target) { return set(target, fromRawValue<DeletionModule>(value)); },
-        [&](AllowedRoot* target) { return set(target, allowedRoot(value)); },
+        [&](AllowedRoot* target) { return set(target, fromRawValue<AllowedRoot>(value)); },
         [&](JournalEntry::Result* target) { return set(target, fromRawValue<JournalEntry::Result>(value)); },
     });
 }

@@ -34,17 +34,36 @@ bool liesAt(const std::string& path, const MoveIntent& intent) {
     return isSameObject(then, *now);
 }
 
-/// Removes the Trash's note of an attempt that left the item elsewhere, if it is the very note that we wrote.
-/// What else may lie under its name was there before the note was made and has none of its own.
-void removeStaleNote(const MoveIntent& intent) {
-    if (!intent.infoFile)
-        return;
-    const auto& [path, content] = *intent.infoFile;
-    const auto folder = openExistingFolder(std::string(parentPath(path)));
-    const std::string name(lastPathComponent(path));
-    const auto note = PrivateFile::open(folder.get(), name, PrivateFile::Access::read, path);
-    if (note && readFile(note->file.get()) == content && note->isStillAt(folder.get(), name))
-        static_cast<void>(::unlinkat(folder.get(), name.c_str(), 0));
+/// The Trash's note of an attempt, in its open folder, if it is the very note that we wrote.
+class OwnNote {
+public:
+    explicit OwnNote(const MoveIntent& intent) {
+        if (!intent.infoFile)
+            return;
+        const auto& [path, content] = *intent.infoFile;
+        folder_ = openExistingFolder(std::string(parentPath(path)));
+        name_ = lastPathComponent(path);
+        const auto note = PrivateFile::open(folder_.get(), name_, PrivateFile::Access::read, path);
+        isThere_ = note && readFile(note->file.get()) == content && note->isStillAt(folder_.get(), name_);
+    }
+
+    bool isThere() const { return isThere_; }
+    void remove() const {
+        if (isThere_)
+            static_cast<void>(::unlinkat(folder_.get(), name_.c_str(), 0));
+    }
+
+private:
+    FileDescriptor folder_;
+    std::string name_;
+    bool isThere_ = false;
+};
+
+/// Whether something else went to the Trash in the item's place, which is still at its own: it lies there
+/// with the note that was made for the item. Without that note nobody would know any more where it came from.
+bool somethingElseWent(const MoveIntent& intent) {
+    return intent.kind == MoveIntent::Kind::toTrash && platform::fileStatus(intent.destinationPath)
+           && OwnNote(intent).isThere();
 }
 
 /// The intents of one file whose process is gone, while this object holds its lock.
@@ -111,7 +130,17 @@ private:
         const bool isStillHere = liesAt(intent.sourcePath, intent);
         if (isThere == isStillHere) {
             if (!isRecorded)
-                settlement.doubts.push_back({.entry = intent.entry, .words = doubt(intent, isThere)});
+                settlement.doubts.push_back(
+                    {.entry = intent.entry,
+                     .words = doubt(intent, isThere ? "it is at both places now"
+                                                    : "it is at neither place any more")});
+            return;
+        }
+        if (isStillHere && somethingElseWent(intent)) {
+            if (!isRecorded)
+                settlement.doubts.push_back(
+                    {.entry = intent.entry,
+                     .words = doubt(intent, "something else went to the Trash in its place")});
             return;
         }
         if (isThere && !isRecorded) {
@@ -124,13 +153,12 @@ private:
         const bool isInTrash = isThere == (intent.kind == MoveIntent::Kind::toTrash);
         for (const auto& attempt : attempts)
             if (!isInTrash || &attempt != &intent)
-                removeStaleNote(attempt);
+                OwnNote(attempt).remove();
     }
 
-    static std::string doubt(const MoveIntent& intent, bool isAtBoth) {
+    static std::string doubt(const MoveIntent& intent, std::string_view found) {
         return "Moving \"" + intent.entry.title + "\" from " + intent.sourcePath + " to "
-               + intent.destinationPath + " was interrupted, and it is at "
-               + (isAtBoth ? "both places now" : "neither place any more");
+               + intent.destinationPath + " was interrupted, and " + std::string(found);
     }
 
     FileDescriptor file_;

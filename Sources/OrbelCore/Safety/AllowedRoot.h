@@ -1,8 +1,9 @@
 #pragma once
 
+#include "Util/RawValue.h"
+
+#include <array>
 #include <cstdint>
-#include <optional>
-#include <string_view>
 
 namespace orbel {
 
@@ -13,10 +14,9 @@ enum class AllowedRoot : std::uint8_t {
     leftover           ///< what an application left directly inside one of the leftover folders
 };
 
-/// The text under which it is stored: "homeItem", "applicationBundle", "leftover".
-std::string_view rawValue(AllowedRoot root);
-
-/// The inverse; absent for any other text.
-std::optional<AllowedRoot> allowedRoot(std::string_view rawValue);
+template <>
+struct RawValues<AllowedRoot> {
+    static constexpr std::array<std::string_view, 3> names{"homeItem", "applicationBundle", "leftover"};
+};
 
 } // namespace orbel
