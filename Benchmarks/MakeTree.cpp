@@ -83,7 +83,7 @@ public:
     void addFile(int folder, Theme theme, std::uint64_t ordinal) {
         const std::string name = fileName(random_, theme, ordinal);
         count(name);
-        if (random_.oneIn(250) && addLink(folder, name))
+        if (random_.oneIn(190) && addLink(folder, name))
             return;
         if (random_.oneIn(100)) {
             if (::symlinkat("../somewhere/else", folder, name.c_str()) != 0)
@@ -217,8 +217,8 @@ private:
         std::uint64_t ordinal = 0;
         for (std::uint32_t child = firstChild_[index]; child != none; child = nextSibling_[child]) {
             Random& random = builder.random();
-            // What is below the top mostly holds what the folder above it holds.
-            const bool changes = index == 0 || random.oneIn(20);
+            // A folder mostly holds what the folder above it holds.
+            const bool changes = index == 0 || random.oneIn(4);
             const Theme below = changes ? static_cast<Theme>(random.below(themeCount)) : theme;
             const int opened = builder.enterFolder(folder, folderName(random, ordinal++));
             buildFolder(builder, opened, child, below);

@@ -29,20 +29,12 @@ struct Recount {
         ::lstat(root.c_str(), &entries[root]);
         device = entries[root].st_dev;
         list(root);
-        settleLinks();
+        sumUp(root);
     }
 
-    /// Bytes of an entry, or of a folder with all below it: every hard-linked file at its first path.
-    std::uint64_t total(const std::string& path) const {
-        std::uint64_t bytes = 0;
-        for (auto i = entries.lower_bound(path); i != entries.end(); ++i) {
-            if (i->first == path || i->first.starts_with(path + "/"))
-                bytes += own.at(i->first);
-        }
-        return bytes;
-    }
-
-    std::map<std::string, std::uint64_t> own;
+    /// Bytes of an entry, or of a folder with all below it, by path: every hard-linked file counts at its
+    /// first one.
+    std::map<std::string, std::uint64_t> totals;
 
 private:
     void list(const std::string& folder) {
@@ -70,12 +62,14 @@ private:
         ::closedir(open);
     }
 
-    void settleLinks() {
+    void sumUp(const std::string& root) {
         std::set<ino_t> seen;
         for (const auto& [path, status] : entries) { // a map goes through paths in byte order
-            const bool counts =
-                !S_ISDIR(status.st_mode) && (status.st_nlink < 2 || seen.insert(status.st_ino).second);
-            own[path] = counts ? static_cast<std::uint64_t>(status.st_blocks) * 512 : 0;
+            totals[path] += 0;
+            if (S_ISDIR(status.st_mode) || (status.st_nlink > 1 && !seen.insert(status.st_ino).second))
+                continue;
+            for (std::string holder = path; holder.size() >= root.size(); holder.resize(holder.rfind('/')))
+                totals[holder] += static_cast<std::uint64_t>(status.st_blocks) * 512;
         }
     }
 
@@ -162,7 +156,7 @@ void expectSame(const FileTree& tree, const Recount& recount) {
         EXPECT_EQ(tree.isFolder(i), S_ISDIR(status.st_mode));
         EXPECT_EQ(tree.flags(i).contains(NodeFlags::symlink), S_ISLNK(status.st_mode));
         EXPECT_EQ(tree.flags(i).contains(NodeFlags::unreadable), recount.unreadable.contains(path));
-        EXPECT_EQ(tree.allocated(i), recount.total(path));
+        EXPECT_EQ(tree.allocated(i), recount.totals.at(path));
         if (isElsewhere)
             continue; // what is mounted there is not touched
         EXPECT_EQ(tree.logical(i), static_cast<std::uint64_t>(status.st_size));

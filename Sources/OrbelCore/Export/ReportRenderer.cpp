@@ -10,6 +10,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace orbel {
@@ -52,7 +53,10 @@ std::vector<Session> sessionsOf(std::span<const JournalEntry> entries) {
             sessions.emplace_back();
         sessions[known->second].push_back(&entry);
     }
-    std::ranges::stable_sort(sessions, {}, [](const Session& session) { return session.front()->time; });
+    // Of two that began in the same second, the one that was given first.
+    std::ranges::sort(sessions, {}, [](const Session& session) {
+        return std::pair(session.front()->time, session.front());
+    });
     return sessions;
 }
 

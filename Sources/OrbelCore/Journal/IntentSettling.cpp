@@ -96,7 +96,7 @@ private:
         std::vector<Attempts> moves;
         std::string_view rest = *content;
         // A last line without its line feed was not written to its end, so its move had not begun.
-        for (auto end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
+        for (auto end = rest.find('\n'); end != std::string_view::npos; end = rest.find('\n')) {
             const auto line = rest.substr(0, end);
             rest.remove_prefix(end + 1);
             try {

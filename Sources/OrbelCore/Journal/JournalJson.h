@@ -12,10 +12,10 @@ struct TrashedIdentity;
 // are as iso8601() writes them (docs/journal-format.md). Reading throws nlohmann::json::exception for
 // whatever does not fit, as entryInLine() is absent for it; the target may then be half filled.
 
-void to_json(nlohmann::json& json, const TrashedIdentity& identity);
-void to_json(nlohmann::json& json, const JournalEntry& entry);
-void from_json(const nlohmann::json& json, JournalEntry& entry);
-void to_json(nlohmann::json& json, const MoveIntent& intent);
-void from_json(const nlohmann::json& json, MoveIntent& intent);
+void to_json(nlohmann::json& object, const TrashedIdentity& identity);
+void to_json(nlohmann::json& object, const JournalEntry& entry);
+void from_json(const nlohmann::json& object, JournalEntry& entry);
+void to_json(nlohmann::json& object, const MoveIntent& intent);
+void from_json(const nlohmann::json& object, MoveIntent& intent);
 
 } // namespace orbel

@@ -17,19 +17,21 @@ using nlohmann::json;
 struct LibraryEvents {
     EntryReader& reader;
 
+    // NOLINTBEGIN(readability-identifier-naming): the library calls them by these names
     bool null() const { return reader.null(); }
     bool boolean(bool value) const { return reader.truth(value); }
     bool number_integer(json::number_integer_t value) const { return reader.negativeNumber(value); }
     bool number_unsigned(json::number_unsigned_t value) const { return reader.number(value); }
     bool number_float(json::number_float_t, const std::string&) const { return reader.otherNumber(); }
     bool string(std::string& value) const { return reader.text(value); }
-    bool binary(json::binary_t&) const { return false; }
+    static bool binary(json::binary_t&) { return false; }
     bool start_object(std::size_t) const { return reader.beginObject(); }
     bool key(std::string& name) const { return reader.name(name); }
     bool end_object() const { return reader.endObject(); }
     bool start_array(std::size_t) const { return reader.beginArray(); }
     bool end_array() const { return reader.endArray(); }
-    bool parse_error(std::size_t, const std::string&, const json::exception&) const { return false; }
+    static bool parse_error(std::size_t, const std::string&, const json::exception&) { return false; }
+    // NOLINTEND(readability-identifier-naming)
 };
 
 bool canBeFoundAgain(const JournalEntry& entry) {
@@ -49,7 +51,7 @@ std::expected<std::string, JournalError> journalLine(const JournalEntry& entry) 
 
 std::optional<JournalEntry> entryInLine(std::string_view line) {
     // The library takes a zero byte for the end of the text, and would not look at what follows.
-    if (line.find('\0') != line.npos)
+    if (line.find('\0') != std::string_view::npos)
         return std::nullopt;
     EntryReader reader;
     LibraryEvents events{reader};

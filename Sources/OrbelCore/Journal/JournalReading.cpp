@@ -54,7 +54,7 @@ std::expected<std::string, int> linesOf(const Source& source, std::uint64_t begi
         return std::unexpected(errno);
     if (begin > 0) {
         const auto lineFeed = text.find('\n');
-        text.erase(0, lineFeed == text.npos ? text.size() : lineFeed + 1);
+        text.erase(0, lineFeed == std::string::npos ? text.size() : lineFeed + 1);
     }
     for (auto next = end; !text.empty() && text.back() != '\n' && next < source.length();) {
         constexpr std::uint64_t stepBytes = 4096;
@@ -63,7 +63,7 @@ std::expected<std::string, int> linesOf(const Source& source, std::uint64_t begi
         if (!source.read(next, stop, text))
             return std::unexpected(errno);
         const auto lineFeed = text.find('\n', before);
-        if (lineFeed != text.npos)
+        if (lineFeed != std::string::npos)
             text.resize(lineFeed + 1);
         next = stop;
     }

@@ -1,6 +1,7 @@
 #include "Scan/FileTree.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace orbel {
 

@@ -4,10 +4,11 @@
 #include "Util/Parallel.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <functional>
+#include <initializer_list>
 #include <limits>
+#include <numeric>
 
 namespace orbel::walk {
 
@@ -56,24 +57,24 @@ public:
     Merge(const Order& order, std::span<WorkerStore> stores, FileTree& tree, std::size_t nodes)
         : order_(order), stores_(stores), tree_(tree), nodes_(nodes) {}
 
+    /// Names come last, when nothing else is in memory twice: they are the widest column.
     void run() {
-        const std::array<std::function<void()>, 7> columns{
-            [this] { copyNames(); },
-            [this] { copy(&Chunk::inodes, tree_.inodes); },
-            [this] { copy(&Chunk::allocated, tree_.allocatedBytes); },
-            [this] { copy(&Chunk::logical, tree_.logicalBytes); },
-            [this] { copy(&Chunk::modified, tree_.modifiedMinutes); },
-            [this] { copy(&Chunk::links, tree_.linkCounts); },
-            [this] {
-                copy(&Chunk::flags, tree_.nodeFlags);
-                copy(&Chunk::kinds, tree_.kinds);
-                fillParents();
-            },
-        };
-        forEachTask(columns.size(), [&](std::size_t column) { columns[column](); });
+        inParallel({[this] { copy(&Chunk::inodes, tree_.inodes); },
+                    [this] { copy(&Chunk::allocated, tree_.allocatedBytes); },
+                    [this] { copy(&Chunk::logical, tree_.logicalBytes); },
+                    [this] { copy(&Chunk::modified, tree_.modifiedMinutes); },
+                    [this] { copy(&Chunk::links, tree_.linkCounts); },
+                    [this] { copy(&Chunk::nameLength, tree_.nameLength); },
+                    [this] { copy(&Chunk::flags, tree_.nodeFlags); },
+                    [this] { copy(&Chunk::kinds, tree_.kinds); }});
+        inParallel({[this] { copyNames(); }, [this] { fillParents(); }});
     }
 
 private:
+    static void inParallel(std::initializer_list<std::function<void()>> tasks) {
+        forEachTask(tasks.size(), [&](std::size_t task) { tasks.begin()[task](); });
+    }
+
     template <class T>
     void copy(PageArray<T> Chunk::*column, Column<T>& into) {
         into.resize(nodes_);
@@ -87,15 +88,10 @@ private:
         release(column);
     }
 
-    /// Names and their lengths and starts go together: where a run's names end follows from the lengths.
+    /// Needs the lengths in the tree: they tell where the names of a run end.
     void copyNames() {
-        tree_.nameLength.resize(nodes_);
         tree_.nameStart.resize(nodes_);
-        std::size_t bytes = 0;
-        for (const WorkerStore& store : stores_) {
-            for (const auto& chunk : store.chunks)
-                bytes += chunk->nameBytes;
-        }
+        const auto bytes = std::accumulate(tree_.nameLength.begin(), tree_.nameLength.end(), std::size_t{0});
         ORBEL_CHECK(bytes <= std::numeric_limits<std::uint32_t>::max(), "at most 4 GiB of names");
         tree_.names.resize(bytes);
         std::size_t node = 1;
@@ -103,17 +99,14 @@ private:
         for (const WorkUnit* const unit : order_) {
             forEachRun(*unit, [&](const Run& run) {
                 const std::uint32_t start = end;
-                for (std::uint32_t i = run.first; i < run.first + run.count; ++i, ++node) {
-                    const std::uint16_t length = run.chunk->nameLength[i];
+                for (const std::size_t endOfRun = node + run.count; node < endOfRun; ++node) {
                     tree_.nameStart[node] = end;
-                    tree_.nameLength[node] = length;
-                    end += length;
+                    end += tree_.nameLength[node];
                 }
                 std::memcpy(tree_.names.data() + start, run.chunk->names.data() + run.nameStart, end - start);
             });
         }
         release(&Chunk::names);
-        release(&Chunk::nameLength);
     }
 
     void fillParents() {

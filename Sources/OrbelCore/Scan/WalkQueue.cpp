@@ -58,6 +58,9 @@ WorkUnit* WalkQueue::next(std::vector<WorkUnit*>& own) {
         const auto batch = static_cast<std::ptrdiff_t>(batchOf(shared_.size(), workerCount_));
         own.insert(own.end(), shared_.end() - batch, shared_.end());
         shared_.erase(shared_.end() - batch, shared_.end());
+        // What is left would only wait: each worker that finds some starts the next one.
+        if (canStartMore_ && !shared_.empty())
+            startWorker();
         updateWanted();
     }
     WorkUnit* const unit = own.back();

@@ -12,17 +12,17 @@ namespace orbel {
 // is not, as the library's own conversions do (-1 for 2^64 - 1, true for 1, 1.5 for 1). A missing key,
 // another type or a number out of range throws nlohmann::json::exception.
 
-const std::string& textAt(const nlohmann::json& json, const char* key);
-std::uint64_t unsignedAt(const nlohmann::json& json, const char* key);
-std::int64_t signedAt(const nlohmann::json& json, const char* key);
-bool booleanAt(const nlohmann::json& json, const char* key);
+const std::string& textAt(const nlohmann::json& object, const char* key);
+std::uint64_t unsignedAt(const nlohmann::json& object, const char* key);
+std::int64_t signedAt(const nlohmann::json& object, const char* key);
+bool booleanAt(const nlohmann::json& object, const char* key);
 /// As iso8601() writes it.
-Date dateAt(const nlohmann::json& json, const char* key);
+Date dateAt(const nlohmann::json& object, const char* key);
 
 /// The member, or nullptr when it is missing or null.
-const nlohmann::json* optionalAt(const nlohmann::json& json, const char* key);
+const nlohmann::json* optionalAt(const nlohmann::json& object, const char* key);
 
 /// What the functions above throw for a member that has the wrong type.
-[[noreturn]] void rejectMember(const nlohmann::json& json, const char* key);
+[[noreturn]] void rejectMember(const nlohmann::json& object, const char* key);
 
 } // namespace orbel

@@ -50,7 +50,7 @@ std::string newUuid() {
 
 bool isUuid(std::string_view text) {
     return std::ranges::equal(text, form, [](char given, char wanted) {
-        return wanted == 'X' ? digits.find(given) != digits.npos : given == wanted;
+        return wanted == 'X' ? digits.find(given) != std::string_view::npos : given == wanted;
     });
 }
 

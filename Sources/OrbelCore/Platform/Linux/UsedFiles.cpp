@@ -8,6 +8,7 @@
 #include <climits>
 #include <expected>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include <dirent.h>

@@ -4,7 +4,7 @@
 #include "Platform/MountTable.h"
 #include "Platform/ProcessFiles.h"
 
-#include <optional>
+#include <cstdint>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -17,7 +17,7 @@ class UsedFiles {
 public:
     UsedFiles();
 
-    enum class Outcome {
+    enum class Outcome : std::uint8_t {
         checked,
         unreadable, ///< something of it may not be looked at; what could be is filled in
         gone        ///< it ended meanwhile, or is none of the processes that count

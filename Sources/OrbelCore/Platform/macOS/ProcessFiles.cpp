@@ -42,7 +42,7 @@ void add(const vnode_info_path& node, std::vector<UsedFile>& files) {
         files.push_back(std::move(file));
 }
 
-enum class Outcome { checked, unreadable, gone };
+enum class Outcome : std::uint8_t { checked, unreadable, gone };
 
 /// What a failed call says of a process: only that it is not there any more excuses from looking at it.
 Outcome outcomeOf(int error) {
