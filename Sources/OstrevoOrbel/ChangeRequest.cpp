@@ -51,7 +51,8 @@ Outcome changeRequestIn(std::span<const std::string> arguments) {
     if (command == switches.end())
         return std::nullopt;
 
-    ChangeRequest request{.kind = *commandNamed(*command), .operands = {}};
+    ChangeRequest request{.kind = commandNamed(*command).value_or(ChangeRequest::Kind::trash),
+                          .operands = {}};
     bool isAfterCommand = false;
     for (const auto& word : switches) {
         if (isCommand(word) && !isAfterCommand)

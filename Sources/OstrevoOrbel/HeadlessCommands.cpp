@@ -39,10 +39,11 @@ void HeadlessCommands::runIfRequested(std::span<const std::string> arguments) {
     const auto change = changeRequestIn(arguments);
     if (!change)
         finishWrongUsage(change.error());
-    if (*change && (*change)->kind == ChangeRequest::Kind::trash)
-        runTrashCommand(**change);
-    if (*change)
-        runPutBackCommand(**change);
+    if (const auto& request = *change) {
+        if (request->kind == ChangeRequest::Kind::trash)
+            runTrashCommand(*request);
+        runPutBackCommand(*request);
+    }
     if (const auto root = valueAfter(arguments, "--scan-json"))
         finish(scanReportText(*root, arguments));
     runJournalCommandIfRequested(arguments);

@@ -1,9 +1,9 @@
 #include "Interruption.h"
 
 #include <cerrno>
+#include <csignal>
 #include <string_view>
 
-#include <signal.h>
 #include <unistd.h>
 
 namespace orbel {
@@ -31,7 +31,7 @@ const ScanCancellation& stopAfterThisItemOnInterrupt() {
         action = {};
         action.sa_handler = onSignal;
         // The calls of the item in progress are to go on as if nothing had happened.
-        action.sa_flags = SA_RESTART | SA_RESETHAND;
+        action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
         ::sigemptyset(&action.sa_mask);
         ::sigaction(signal, &action, nullptr);
     }

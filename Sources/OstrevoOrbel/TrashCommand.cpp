@@ -48,14 +48,14 @@ std::string itemPath(std::string_view word, const SafetyPolicy& policy) {
 
 /// Why what lies at `path` stays there, as far as that can be told without looking into it.
 std::optional<std::string> refusalOf(const std::string& path, AllowedRoot root, const SafetyPolicy& policy) {
-    const auto refusal = policy.check(path, root, std::nullopt).refusal();
+    auto refusal = policy.check(path, root, std::nullopt).refusal();
     const auto status = platform::fileStatus(path);
     if (!refusal || policy.homeReason() || !status || status->type == platform::FileType::symbolicLink)
         return refusal;
     return ManageHint::explain(path, *refusal, policy.homePath());
 }
 
-DeletionItem refusedItem(std::string path, AllowedRoot root, std::string reason) {
+DeletionItem refusedItem(const std::string& path, AllowedRoot root, std::string reason) {
     return {.id = std::string(rawValue(DeletionModule::map)) + ":" + path,
             .module = DeletionModule::map,
             .title = lossyUtf8(lastPathComponent(path)),
@@ -102,6 +102,7 @@ void runTrashCommand(const ChangeRequest& request) {
         DeletionSession session(trasher);
         session.registerItems(items);
         std::vector<std::string> ids;
+        ids.reserve(items.size());
         for (const auto& item : items)
             ids.push_back(item.id);
         report = session.run(ids, nullptr, isCancelled).get();

@@ -12,9 +12,9 @@ struct KeptCopy;
 // is never ticked. Reading throws nlohmann::json::exception for whatever does not fit; the target may then be
 // half filled.
 
-void to_json(nlohmann::json& json, const KeptCopy& keep);
-void from_json(const nlohmann::json& json, KeptCopy& keep);
-void to_json(nlohmann::json& json, const DeletionItem& item);
-void from_json(const nlohmann::json& json, DeletionItem& item);
+void to_json(nlohmann::json& object, const KeptCopy& keep);
+void from_json(const nlohmann::json& object, KeptCopy& keep);
+void to_json(nlohmann::json& object, const DeletionItem& item);
+void from_json(const nlohmann::json& object, DeletionItem& item);
 
 } // namespace orbel

@@ -47,7 +47,7 @@ std::expected<ApprovedItem, std::string> ItemChecks::approve(const DeletionItem&
     const auto decision = trasher_.policy.check(item.path, item.root, item.scanStamp);
     const auto* allowance = decision.allowance();
     if (allowance == nullptr)
-        return std::unexpected(*decision.refusal());
+        return std::unexpected(decision.refusal().value_or(changed));
     if (!held)
         return std::unexpected("Could not move to the Trash: "
                                + std::generic_category().message(held.error()));

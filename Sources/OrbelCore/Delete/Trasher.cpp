@@ -148,12 +148,10 @@ Run::Next Run::confirm(const DeletionItem& item, const ApprovedItem& approved,
     }
     report_.moved.push_back(
         {.title = item.title, .path = item.path, .bytes = approved.bytes, .note = approved.note});
-    // Asked again where it could not be told before: a number that outlives a remount is worth the call.
-    auto line = trashedEntry(item, approved, persistent, trashPath);
-    if (!persistent)
-        line.trashedIdentity->persistent =
-            platform::persistentIdentity(trashPath, approved.stamp.identity.inode);
-    if (!trasher_.journal->append(line)) {
+    // Asked again where it could not be told before: what outlives a remount is worth the call.
+    const auto known =
+        persistent ? persistent : platform::persistentIdentity(trashPath, approved.stamp.identity.inode);
+    if (!trasher_.journal->append(trashedEntry(item, approved, known, trashPath))) {
         isEveryOutcomeKnown_ = false;
         return stopForJournal(item, unjournalledMove());
     }

@@ -109,7 +109,8 @@ PutBackResult PutBack::putBack(const JournalEntry& entry, IntentLog& intents,
     auto line = newLine(entry);
     if (auto reason = reasonNotToRestore(entry))
         return fail(std::move(line), *std::move(reason));
-    const auto object = TrashedObject::hold(*entry.trashPath, *entry.trashedIdentity);
+    const auto trashPath = entry.trashPath.value_or("");
+    const auto object = TrashedObject::hold(trashPath, entry.trashedIdentity.value_or(TrashedIdentity()));
     if (!object)
         return fail(std::move(line), differentFile);
 
@@ -118,19 +119,19 @@ PutBackResult PutBack::putBack(const JournalEntry& entry, IntentLog& intents,
     const bool isRecordable = journal_->preflight().has_value()
                               && intents.begin({.kind = MoveIntent::Kind::putBack,
                                                 .entry = line,
-                                                .sourcePath = *entry.trashPath,
+                                                .sourcePath = trashPath,
                                                 .destinationPath = entry.originalPath,
                                                 .stamp = object->stamp,
                                                 .persistent = object->persistent,
-                                                .infoFile = noteOf(*entry.trashPath)});
+                                                .infoFile = noteOf(trashPath)});
     if (!isRecordable) {
         result.reason = journalUnwritable;
         return result;
     }
     // Writing waits for the disk, long enough for something else to take the item's place.
-    if (!object->isAt(*entry.trashPath))
+    if (!object->isAt(trashPath))
         return fail(std::move(line), differentFile);
-    if (const auto moved = restore_->move(*entry.trashPath, entry.originalPath); !moved)
+    if (const auto moved = restore_->move(trashPath, entry.originalPath); !moved)
         return fail(std::move(line), "Could not put it back: " + moved.error());
     if (!object->isAt(entry.originalPath)) {
         isEveryOutcomeKnown = false;
@@ -211,7 +212,7 @@ bool PutBack::isInTrashFolder(const std::string& path) const {
 }
 
 std::string PutBack::canonicalOrAsWritten(std::string_view path) const {
-    std::string asWritten(path);
+    const std::string asWritten(path);
     return policy_.canonicalizer().canonical(asWritten).value_or(asWritten);
 }
 

@@ -18,7 +18,7 @@ std::optional<unsigned> digitValue(char digit) {
     if (digit >= 'a' && digit <= 'f')
         digit = static_cast<char>(digit - 'a' + 'A');
     const auto value = digits.find(digit);
-    return value == digits.npos ? std::nullopt : std::optional(static_cast<unsigned>(value));
+    return value == std::string_view::npos ? std::nullopt : std::optional(static_cast<unsigned>(value));
 }
 
 } // namespace
