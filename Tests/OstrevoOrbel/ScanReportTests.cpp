@@ -83,7 +83,8 @@ TEST(ScanReport, MarksChildrenThatShareHardLinks) {
     home.hardLink("b/y", "a/inner/x");
     home.file("c/one", 5000);
     home.hardLink("c/deep/two", "c/one");
-    for (const auto& child : reportOf({"--scan-json", home.path()})["children"])
+    const json report = reportOf({"--scan-json", home.path()});
+    for (const auto& child : report["children"])
         EXPECT_EQ(child["hasHardLinks"], child["path"] != home.path("c")) << child;
 }
 
