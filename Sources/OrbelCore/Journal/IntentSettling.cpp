@@ -11,6 +11,9 @@
 #include <cerrno>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 
 #include <unistd.h>
 
@@ -76,11 +79,13 @@ public:
         const auto failuresBefore = settlement.failures.size();
         if (const auto moves = read(settlement); !moves.empty()) {
             // Asked only now, under the lock: whoever settled this file before us may have been interrupted.
-            if (const auto recorded = journal.read())
+            if (const auto entries = journal.read()) {
+                const auto recorded = idsOf(*entries);
                 for (const auto& attempts : moves)
-                    settle(attempts, isRecorded(attempts, *recorded), journal, settlement);
-            else
-                settlement.failures.push_back(recorded.error().words);
+                    settle(attempts, recorded.contains(attempts.front().entry.id), journal, settlement);
+            } else {
+                settlement.failures.push_back(entries.error().words);
+            }
         }
         if (settlement.failures.size() == failuresBefore && ::unlink(path_.c_str()) != 0)
             settlement.failures.push_back(systemErrorAt(path_).words);
@@ -94,13 +99,18 @@ private:
             return {};
         }
         std::vector<Attempts> moves;
+        std::unordered_map<std::string, std::size_t> moveOf; // by the id of the entry
         std::string_view rest = *content;
         // A last line without its line feed was not written to its end, so its move had not begun.
         for (auto end = rest.find('\n'); end != std::string_view::npos; end = rest.find('\n')) {
             const auto line = rest.substr(0, end);
             rest.remove_prefix(end + 1);
             try {
-                add(nlohmann::json::parse(line).get<MoveIntent>(), moves);
+                auto intent = nlohmann::json::parse(line).get<MoveIntent>();
+                const auto [known, isNew] = moveOf.try_emplace(intent.entry.id, moves.size());
+                if (isNew)
+                    moves.emplace_back();
+                moves[known->second].push_back(std::move(intent));
             } catch (const nlohmann::json::exception&) {
                 settlement.failures.push_back(errorAt(path_, "holds a line that cannot be read").words);
             }
@@ -108,17 +118,11 @@ private:
         return moves;
     }
 
-    static void add(MoveIntent intent, std::vector<Attempts>& moves) {
-        const auto same = std::ranges::find(
-            moves, intent.entry.id, [](const Attempts& attempts) { return attempts.front().entry.id; });
-        if (same == moves.end())
-            moves.push_back({std::move(intent)});
-        else
-            same->push_back(std::move(intent));
-    }
-
-    static bool isRecorded(const Attempts& attempts, const std::vector<JournalEntry>& entries) {
-        return std::ranges::find(entries, attempts.front().entry.id, &JournalEntry::id) != entries.end();
+    static std::unordered_set<std::string_view> idsOf(const std::vector<JournalEntry>& entries) {
+        std::unordered_set<std::string_view> ids;
+        for (const auto& entry : entries)
+            ids.insert(entry.id);
+        return ids;
     }
 
     static void settle(const Attempts& attempts, bool isRecorded, JournalStore& journal,
