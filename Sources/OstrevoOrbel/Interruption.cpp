@@ -32,7 +32,7 @@ const ScanCancellation& stopAfterThisItemOnInterrupt() {
         action.sa_handler = onSignal;
         // The calls of the item in progress are to go on as if nothing had happened.
         action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
-        ::sigemptyset(&action.sa_mask);
+        static_cast<void>(sigemptyset(&action.sa_mask)); // a macro on some systems
         ::sigaction(signal, &action, nullptr);
     }
     return token;
