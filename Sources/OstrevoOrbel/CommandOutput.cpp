@@ -1,12 +1,19 @@
 #include "CommandOutput.h"
 
+#include "Util/Utf8.h"
+
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
 namespace orbel {
 
 void say(std::string_view words) {
-    std::fprintf(stderr, "orbel: %.*s\n", static_cast<int>(words.size()), words.data());
+    auto line = "orbel: " + lossyUtf8(words) + "\n";
+    // A name on the disk may hold what a terminal would obey, even break the line.
+    const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7F'; };
+    std::replace_if(line.begin(), line.end() - 1, isControl, '?');
+    std::fputs(line.c_str(), stderr);
 }
 
 void finish(const std::string& output, int status) {

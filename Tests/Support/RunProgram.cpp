@@ -65,7 +65,8 @@ RunningProgram::~RunningProgram() {
 }
 
 void RunningProgram::signal(int number) const {
-    ::kill(child_, number);
+    if (!hasEnded_) // its number may belong to another process by now
+        ::kill(child_, number);
 }
 
 bool RunningProgram::isRunning() {

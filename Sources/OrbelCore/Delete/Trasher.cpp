@@ -7,6 +7,7 @@
 #include "Util/Uuid.h"
 
 #include <optional>
+#include <string_view>
 #include <utility>
 
 namespace orbel {
@@ -16,9 +17,9 @@ namespace {
 constexpr auto journalUnwritable = "Could not write the journal, so nothing was moved";
 constexpr auto changed = "Changed since the scan — scan again";
 
-std::string unjournalledMove() {
+std::string unjournalledMove(std::string_view fileManager) {
     return "Moved to the Trash, but the journal could not be written. Put it back from the Trash in "
-           + std::string(platform::conventions().fileManager) + ".";
+           + std::string(fileManager) + ".";
 }
 
 /// One run over one list of items.
@@ -153,7 +154,7 @@ Run::Next Run::confirm(const DeletionItem& item, const ApprovedItem& approved,
         persistent ? persistent : platform::persistentIdentity(trashPath, approved.stamp.identity.inode);
     if (!trasher_.journal->append(trashedEntry(item, approved, known, trashPath))) {
         isEveryOutcomeKnown_ = false;
-        return stopForJournal(item, unjournalledMove());
+        return stopForJournal(item, unjournalledMove(trasher_.policy.conventions().fileManager));
     }
     return Next::goOn;
 }
