@@ -7,6 +7,7 @@ buildPackages=(g++ cmake ninja-build nlohmann-json3-dev)
 # The desktop's own tools for the Trash are what the moves are checked against.
 testPackages=(libgtest-dev strace dbus-daemon gvfs libglib2.0-bin trash-cli)
 checkPackages=(ccache clang-format-14 clang-tidy-19)
+fuzzPackages=(clang-19 libclang-rt-19-dev)
 benchmarkPackages=(libbenchmark-dev ncdu gdu bfs)
 
 releaseFolder="$root/build/release"
