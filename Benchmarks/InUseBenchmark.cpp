@@ -50,7 +50,7 @@ void takeSnapshot(benchmark::State& state) {
     state.counters["processes"] = static_cast<double>(processes);
     state.counters["files"] = static_cast<double>(files);
 }
-BENCHMARK(takeSnapshot)->Arg(0)->Arg(400)->Unit(benchmark::kMillisecond);
+BENCHMARK(takeSnapshot)->Arg(0)->Arg(400)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 /// One question about a file, then about a folder, /usr/include or what there is of it.
 void askAboutItem(benchmark::State& state, const std::string& path) {

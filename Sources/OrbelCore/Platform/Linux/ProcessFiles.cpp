@@ -1,10 +1,14 @@
 #include "Platform/ProcessFiles.h"
 
 #include "Platform/Linux/UsedFiles.h"
+#include "Util/Parallel.h"
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <memory>
+#include <mutex>
+#include <span>
 #include <string_view>
 
 #include <dirent.h>
@@ -34,19 +38,10 @@ std::vector<int> processNumbers() {
     return pids;
 }
 
-} // namespace
-
-ProcessFiles processFiles() {
+/// What these processes use; the own one is left out.
+ProcessFiles filesOf(std::span<const int> pids) {
     ProcessFiles found;
     UsedFiles used;
-    if (ProcessInfo system{.pid = 0, .name = "loop device", .files = used.ofLoopDevices()};
-        !system.files.empty())
-        found.processes.push_back(std::move(system));
-    const auto pids = processNumbers();
-    // The first process is always there. Where it does not show, /proc hides the processes of others, or all:
-    // how many there are cannot be known, but that there are some must not go unsaid.
-    if (!std::ranges::binary_search(pids, 1))
-        ++found.unchecked;
     for (const int pid : pids) {
         if (pid == ::getpid())
             continue;
@@ -57,6 +52,30 @@ ProcessFiles processFiles() {
         if (outcome != UsedFiles::Outcome::gone && !process.files.empty())
             found.processes.push_back(std::move(process));
     }
+    return found;
+}
+
+} // namespace
+
+ProcessFiles processFiles() {
+    ProcessFiles found;
+    if (ProcessInfo system{.pid = 0, .name = "loop device", .files = UsedFiles().ofLoopDevices()};
+        !system.files.empty())
+        found.processes.push_back(std::move(system));
+    const auto pids = processNumbers();
+    // The first process is always there. Where it does not show, /proc hides the processes of others, or all:
+    // how many there are cannot be known, but that there are some must not go unsaid.
+    if (!std::ranges::binary_search(pids, 1))
+        ++found.unchecked;
+
+    std::mutex merging;
+    forEachRange(pids.size(), 32, [&](std::size_t begin, std::size_t end) {
+        ProcessFiles part = filesOf(std::span(pids).subspan(begin, end - begin));
+        const std::scoped_lock lock(merging);
+        found.unchecked += part.unchecked;
+        std::ranges::move(part.processes, std::back_inserter(found.processes));
+    });
+    std::ranges::sort(found.processes, {}, &ProcessInfo::pid);
     return found;
 }
 
