@@ -1,0 +1,82 @@
+// The least that a search for duplicates has to read, with nothing around it: duplicate-limit [THREADS] reads
+// groups of paths from standard input, one path a line, an empty line after each group, and reads every file
+// of a group once from start to end, all files of the group side by side, comparing each chunk with that of
+// the group's first file. Prints how many files were equal to their first one. It finds no groups and parts
+// none.
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t chunkBytes = std::size_t{128} * 1024;
+using Group = std::vector<std::string>;
+
+std::vector<Group> readGroups() {
+    std::vector<Group> groups(1);
+    for (std::string line; std::getline(std::cin, line);) {
+        if (!line.empty())
+            groups.back().push_back(line);
+        else if (!groups.back().empty())
+            groups.emplace_back();
+    }
+    return groups;
+}
+
+std::size_t equalFiles(const Group& group, char* first, char* other) {
+    std::vector<int> files;
+    for (const std::string& path : group) {
+        files.push_back(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+        if (files.back() < 0) {
+            std::perror(path.c_str());
+            std::exit(1);
+        }
+    }
+    std::vector<bool> isEqual(files.size(), true);
+    for (ssize_t length = 1; length > 0;) {
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            const ssize_t got = ::read(files[i], i == 0 ? first : other, chunkBytes);
+            if (i == 0)
+                length = got;
+            else if (got != length
+                     || std::memcmp(first, other, static_cast<std::size_t>(std::max<ssize_t>(got, 0))) != 0)
+                isEqual[i] = false;
+        }
+    }
+    for (const int file : files)
+        ::close(file);
+    return static_cast<std::size_t>(std::ranges::count(isEqual, true));
+}
+
+} // namespace
+
+int main(int count, char** values) {
+    const int threads = count > 1 ? std::atoi(values[1]) : 2;
+    const auto groups = readGroups();
+    std::atomic<std::size_t> next = 0;
+    std::atomic<std::size_t> equal = 0;
+    const auto work = [&] {
+        const auto first = std::make_unique<char[]>(chunkBytes);
+        const auto other = std::make_unique<char[]>(chunkBytes);
+        for (auto i = next++; i < groups.size(); i = next++)
+            equal += equalFiles(groups[i], first.get(), other.get());
+    };
+    std::vector<std::thread> helpers;
+    for (int i = 1; i < threads; ++i)
+        helpers.emplace_back(work);
+    work();
+    for (auto& helper : helpers)
+        helper.join();
+    std::printf("%zu\n", equal.load());
+}
