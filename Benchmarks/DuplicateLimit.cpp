@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <iostream>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <thread>
@@ -23,9 +23,10 @@ namespace {
 constexpr std::size_t chunkBytes = std::size_t{128} * 1024;
 using Group = std::vector<std::string>;
 
-std::vector<Group> readGroups() {
+std::vector<Group> readGroups(const char* list) {
+    std::ifstream lines(list);
     std::vector<Group> groups(1);
-    for (std::string line; std::getline(std::cin, line);) {
+    for (std::string line; std::getline(lines, line);) {
         if (!line.empty())
             groups.back().push_back(line);
         else if (!groups.back().empty())
@@ -62,8 +63,12 @@ std::size_t equalFiles(const Group& group, char* first, char* other) {
 } // namespace
 
 int main(int count, char** values) {
-    const int threads = count > 1 ? std::atoi(values[1]) : 2;
-    const auto groups = readGroups();
+    if (count != 3) {
+        std::fputs("usage: duplicate-limit LIST THREADS\n", stderr);
+        return 2;
+    }
+    const auto groups = readGroups(values[1]);
+    const int threads = std::atoi(values[2]);
     std::atomic<std::size_t> next = 0;
     std::atomic<std::size_t> equal = 0;
     const auto work = [&] {

@@ -1,7 +1,7 @@
 #include "Find/ContentComparison.h"
 
 #include "Platform/FileContent.h"
-#include "Util/ReadFile.h"
+#include "Util/ReadAt.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 
 namespace orbel {
@@ -15,9 +12,5 @@ std::optional<std::string> readFile(const std::string& path);
 
 /// The same for an open file, from where it stands.
 std::optional<std::string> readFile(int descriptor);
-
-/// Fills `bytes` from `offset` of an open file on and returns how many there were: fewer only at its end.
-/// Absent when a read fails.
-std::optional<std::size_t> readAt(int descriptor, std::span<char> bytes, std::uint64_t offset);
 
 } // namespace orbel
