@@ -25,12 +25,14 @@ using Group = std::vector<std::string>;
 
 std::vector<Group> readGroups(const char* list) {
     std::ifstream lines(list);
-    std::vector<Group> groups(1);
-    for (std::string line; std::getline(lines, line);) {
-        if (!line.empty())
-            groups.back().push_back(line);
-        else if (!groups.back().empty())
+    std::vector<Group> groups;
+    bool isNew = true;
+    for (std::string line; std::getline(lines, line); isNew = line.empty()) {
+        if (line.empty())
+            continue;
+        if (isNew)
             groups.emplace_back();
+        groups.back().push_back(line);
     }
     return groups;
 }

@@ -23,6 +23,7 @@ public:
     /// The files of a cluster as their positions in what was given, in ascending order.
     using Cluster = std::vector<std::size_t>;
 
+    /// Two of them stay in a processor's own cache; with 1 MiB a warm comparison takes a tenth longer.
     static constexpr std::size_t chunkBytes = std::size_t{128} * 1024;
     /// So many different contents of one chunk are told apart at a time.
     static constexpr std::size_t mostVariants = 8;

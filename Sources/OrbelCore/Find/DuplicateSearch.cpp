@@ -15,8 +15,14 @@ namespace orbel {
 
 namespace {
 
-/// Beyond this a cold disk gains little, and it costs next to nothing on a warm one.
-constexpr std::size_t threadCount = 16;
+/// A sample is two small requests to a cold disk, which answers faster the more of them it has.
+constexpr std::size_t samplingThreads = 16;
+
+/// Cold, 8 threads read 1.4 times as fast as 2, and 16 no faster; warm, their number makes no difference from
+/// the number of processors on. Each has its buffers, which is what bounds it from above.
+std::size_t comparingThreads() {
+    return std::clamp<std::size_t>(static_cast<std::size_t>(platform::activeProcessorCount()), 8, 16);
+}
 
 } // namespace
 
@@ -46,7 +52,7 @@ void DuplicateSearch::keepSharedSizes(std::vector<NodeIndex> candidates) {
 std::vector<DuplicateGroup> DuplicateSearch::run() {
     if (report_)
         report_(progress_);
-    forEachTask(files_.size(), threadCount, [&](std::size_t file) {
+    forEachTask(files_.size(), samplingThreads, [&](std::size_t file) {
         if (!isCancelled())
             sample(files_[file]);
     });
@@ -94,7 +100,7 @@ void DuplicateSearch::compareAll() {
         const std::lock_guard lock(finishing_);
         reportFinishedSizes();
     }
-    const auto threads = std::min(threadCount, comparisons_.size());
+    const auto threads = std::min(comparingThreads(), comparisons_.size());
     std::atomic<std::size_t> next = 0;
     forEachTask(threads, threads, [&](std::size_t) {
         platform::forbidMaterialisationOnThisThread();
