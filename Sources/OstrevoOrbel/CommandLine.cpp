@@ -23,6 +23,10 @@ puts it back. Nothing is ever deleted.
                 the N largest entries directly in ROOT (20 unless given).
                 Sizes are bytes on disk; a hard-linked file counts once, and
                 other volumes are not entered.
+  --duplicates-json ROOT
+                Find the files of 1 MB and more below ROOT, as far as it lies in
+                your home folder, that are the same in every byte, and print
+                them in groups as JSON, the group that frees most first.
   --trash PATH... [--dry-run]
                 Check each PATH, move it to the Trash and note that in the
                 journal; print what was moved and what was skipped, and why,

@@ -2,6 +2,7 @@
 
 #include "ChangeRequest.h"
 #include "CommandOutput.h"
+#include "DuplicatesCommand.h"
 #include "JournalCommand.h"
 #include "LaunchOptions.h"
 #include "PutBackCommand.h"
@@ -44,6 +45,7 @@ void HeadlessCommands::runIfRequested(std::span<const std::string> arguments) {
             runTrashCommand(*request);
         runPutBackCommand(*request);
     }
+    runDuplicatesCommandIfRequested(arguments);
     if (const auto root = valueAfter(arguments, "--scan-json"))
         finish(scanReportText(*root, arguments));
     runJournalCommandIfRequested(arguments);

@@ -45,11 +45,6 @@ std::optional<PathCanonicalizer::Mapping> parseLine(std::string_view line) {
                                       .visible = std::string(line.substr(0, tab))};
 }
 
-std::ptrdiff_t characterCount(std::string_view text) {
-    return std::ranges::count_if(text,
-                                 [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; });
-}
-
 /// Unlike RealPath::isInside, a trailing slash of `folder` gets no special reading: the table's text stands
 /// as it is.
 bool isAtOrBelow(std::string_view path, std::string_view folder) {

@@ -10,14 +10,17 @@
 namespace orbel {
 
 void forEachTask(std::size_t tasks, const std::function<void(std::size_t)>& body) {
+    forEachTask(tasks, static_cast<std::size_t>(platform::activeProcessorCount()), body);
+}
+
+void forEachTask(std::size_t tasks, std::size_t threads, const std::function<void(std::size_t)>& body) {
     std::atomic<std::size_t> nextTask = 0;
     const auto work = [&] {
         for (auto task = nextTask.fetch_add(1); task < tasks; task = nextTask.fetch_add(1))
             body(task);
     };
-    const auto threads = std::min(tasks, static_cast<std::size_t>(platform::activeProcessorCount()));
     std::vector<Thread> helpers;
-    for (std::size_t i = 1; i < threads; ++i)
+    for (std::size_t i = 1; i < std::min(tasks, threads); ++i)
         helpers.push_back(Thread::start("orbel.parallel", Thread::defaultStackBytes, work));
     work();
 }

@@ -1,6 +1,6 @@
 #include "Util/Utf8.h"
 
-#include <cstddef>
+#include <algorithm>
 
 namespace orbel {
 
@@ -66,6 +66,11 @@ std::string lossyUtf8(std::string_view bytes) {
         bytes.remove_prefix(next.length);
     }
     return text;
+}
+
+std::size_t characterCount(std::string_view text) {
+    const auto isFirstByte = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; };
+    return static_cast<std::size_t>(std::ranges::count_if(text, isFirstByte));
 }
 
 } // namespace orbel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -11,5 +12,8 @@ bool isValidUtf8(std::string_view bytes);
 /// The bytes as text for people: every maximal ill-formed part is replaced by one U+FFFD, the rest is kept as
 /// it is. The result is always valid UTF-8. It is for showing only; it no longer names the file.
 std::string lossyUtf8(std::string_view bytes);
+
+/// How many characters (code points) the text has, which should be UTF-8.
+std::size_t characterCount(std::string_view text);
 
 } // namespace orbel
