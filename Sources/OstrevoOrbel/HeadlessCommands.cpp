@@ -3,10 +3,12 @@
 #include "ChangeRequest.h"
 #include "CommandOutput.h"
 #include "JournalCommand.h"
+#include "LargeCommand.h"
 #include "LaunchOptions.h"
 #include "PutBackCommand.h"
 #include "Scan/TreeScanner.h"
 #include "ScanReport.h"
+#include "TidyCommand.h"
 #include "TrashCommand.h"
 #include "Util/JsonText.h"
 #include "Util/ParseNumber.h"
@@ -46,6 +48,8 @@ void HeadlessCommands::runIfRequested(std::span<const std::string> arguments) {
     }
     if (const auto root = valueAfter(arguments, "--scan-json"))
         finish(scanReportText(*root, arguments));
+    runLargeCommandIfRequested(arguments);
+    runTidyCommandIfRequested(arguments);
     runJournalCommandIfRequested(arguments);
 }
 

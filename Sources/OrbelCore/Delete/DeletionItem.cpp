@@ -38,6 +38,14 @@ std::optional<std::string> noteFor(const FileTree& tree, NodeIndex index) {
 std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeIndex index,
                                                    DeletionModule module, const SafetyPolicy& policy) {
     auto path = tree.path(index, PathCanonicalizer::shared());
+    const auto root =
+        isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle : AllowedRoot::homeItem;
+    return fromTree(tree, index, module, policy, std::move(path), root);
+}
+
+std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeIndex index,
+                                                   DeletionModule module, const SafetyPolicy& policy,
+                                                   std::string path, AllowedRoot root) {
     const auto stamp = FileStamp::of(path);
     if (!stamp)
         return std::nullopt;
@@ -46,8 +54,7 @@ std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeInd
                       .title = tree.name(index),
                       .detail = path,
                       .path = path,
-                      .root = isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle
-                                                                : AllowedRoot::homeItem,
+                      .root = root,
                       .scanStamp = *stamp,
                       .estimatedBytes = tree.allocated(index)};
     item.blockedReason = blockedReasonFor(tree, index, item, policy);
@@ -68,7 +75,10 @@ std::optional<DeletionItem> DeletionItem::brokenShortcut(const FileTree& tree, N
                                                          std::optional<std::string> blockedReason,
                                                          std::optional<std::string> note,
                                                          std::optional<std::string> lastPath) {
-    auto item = fromTree(tree, index, DeletionModule::brokenShortcuts, policy);
+    auto path = tree.path(index, PathCanonicalizer::shared());
+    const bool isLeftover = path.ends_with(".desktop") && policy.isLeftoverFolder(parentPath(path));
+    auto item = fromTree(tree, index, DeletionModule::brokenShortcuts, policy, std::move(path),
+                         isLeftover ? AllowedRoot::leftover : AllowedRoot::homeItem);
     if (!item)
         return std::nullopt;
     if (lastPath)

@@ -91,6 +91,13 @@ std::optional<std::string> PlaceRules::reason(const std::string& real, AllowedRo
     return leftoverReason(real);
 }
 
+std::vector<std::string> PlaceRules::guardedFolders() const {
+    std::vector<std::string> folders;
+    for (const auto& guard : guards_)
+        folders.push_back(guard.path);
+    return folders;
+}
+
 std::optional<std::string> PlaceRules::homeItemReason(std::string_view real) const {
     if (!RealPath::isInside(real, homePath_))
         return "Outside the home folder";

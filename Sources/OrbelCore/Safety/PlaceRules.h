@@ -55,6 +55,7 @@ public:
 
     const std::vector<std::string>& applicationFolders() const { return applicationFolders_; }
     const std::vector<std::string>& cacheFolders() const { return cacheFolders_; }
+    std::vector<std::string> guardedFolders() const;
 
 private:
     struct Guard {

@@ -75,6 +75,8 @@ public:
     const std::vector<std::string>& applicationFolders() const { return placeRules_.applicationFolders(); }
     /// Folders whose contents are caches; not resolved again after construction.
     const std::vector<std::string>& cacheFolders() const { return placeRules_.cacheFolders(); }
+    /// Folders of programs' own data, ~/Library and what is like it; real paths in visible form.
+    std::vector<std::string> guardedFolders() const { return placeRules_.guardedFolders(); }
     /// The folders that directly hold what was moved to the Trash; not resolved.
     const std::vector<std::string>& trashFolders() const { return trashFolders_; }
     const platform::Conventions& conventions() const { return conventions_; }
