@@ -75,7 +75,7 @@ std::optional<DeletionItem> DeletionItem::brokenShortcut(const FileTree& tree, N
                                                          std::optional<std::string> note,
                                                          std::optional<std::string> lastPath) {
     auto path = tree.path(index, PathCanonicalizer::shared());
-    const bool isLeftover = path.ends_with(".desktop") && policy.isLeftoverFolder(parentPath(path));
+    const bool isLeftover = path.ends_with(".desktop") && policy.isLeftoverPlace(path);
     auto item = fromTree(tree, index, DeletionModule::brokenShortcuts, policy, std::move(path),
                          isLeftover ? AllowedRoot::leftover : AllowedRoot::homeItem);
     if (!item)

@@ -4,8 +4,10 @@
 #include "Find/PlaceMarks.h"
 #include "Find/ProgramLinks.h"
 #include "Platform/AliasFile.h"
+#include "Platform/Launchers.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Safety/SafetyPolicy.h"
+#include "Util/PathText.h"
 
 #include <algorithm>
 #include <chrono>
@@ -37,33 +39,75 @@ Finding finding(Kind kind, const TargetReport& report, std::string target) {
             .reason = "Not known whether its target is there: " + report.reason};
 }
 
-std::optional<Finding> brokenLink(const std::string& path, bool isManaged, LinkProber& prober) {
-    auto text = LinkProber::textOf(path);
-    if (!text)
-        return std::nullopt;
-    const auto report = prober.probe(path);
-    if (report.state == TargetState::present)
-        return std::nullopt;
-    if (isManaged || isProgramsOwnLink(path, *text))
-        return Finding{.state = State::intentional,
-                       .target = *std::move(text),
-                       .reason = "Made by a program on purpose"};
-    return finding(Kind::symbolicLink, report, *std::move(text));
-}
+/// Looks into one shortcut after another.
+class Inspector {
+public:
+    explicit Inspector(const std::string& home)
+        : home_(home), launcherFolders_(platform::userLauncherFolders(home)) {
+        launcherFolders_.push_back(joinedPath(home, "Desktop"));
+    }
 
-std::optional<Finding> brokenAlias(const std::string& path, LinkProber& prober) {
-    const auto alias = platform::aliasTarget(path);
-    if (alias && alias->isFound)
+    /// What is wrong with the node; absent when nothing is, or when it is no shortcut.
+    std::optional<Finding> lookInto(const FileTree& tree, NodeIndex node, PlaceMarks marks) {
+        const auto path = [&] { return tree.path(node, PathCanonicalizer::shared()); };
+        if (tree.flags(node).contains(NodeFlags::symlink))
+            return brokenLink(path(), marks.intersects(PlaceMarks::managed));
+        if (tree.isAlias(node))
+            return brokenAlias(path());
+        if (!tree.isFolder(node) && tree.nameBytes(node).ends_with(".desktop"))
+            return brokenLauncher(path());
         return std::nullopt;
-    if (!alias || !alias->lastPath)
-        return finding(Kind::alias, {.reason = "Could not be read"}, "");
-    auto report = prober.probePath(*alias->lastPath);
-    if (report.state == TargetState::present)
-        report = {.state = TargetState::unknown, .reason = "Another object is in its place"};
-    auto found = finding(Kind::alias, report, *alias->lastPath);
-    found.mayPreselect = true;
-    return found;
-}
+    }
+
+private:
+    std::optional<Finding> brokenLink(const std::string& path, bool isManaged) {
+        auto text = LinkProber::textOf(path);
+        if (!text)
+            return std::nullopt;
+        const auto report = prober_.probe(path);
+        if (report.state == TargetState::present)
+            return std::nullopt;
+        if (isManaged || isProgramsOwnLink(path, *text))
+            return Finding{.state = State::intentional,
+                           .target = *std::move(text),
+                           .reason = "Made by a program on purpose"};
+        return finding(Kind::symbolicLink, report, *std::move(text));
+    }
+
+    std::optional<Finding> brokenAlias(const std::string& path) {
+        const auto alias = platform::aliasTarget(path);
+        if (alias && alias->isFound)
+            return std::nullopt;
+        if (!alias || !alias->lastPath)
+            return finding(Kind::alias, {.reason = "could not be read"}, "");
+        auto report = prober_.probePath(*alias->lastPath, path);
+        if (report.state == TargetState::present)
+            report = {.state = TargetState::unknown, .reason = "another object is in its place"};
+        auto found = finding(Kind::alias, report, *alias->lastPath);
+        found.mayPreselect = true;
+        return found;
+    }
+
+    /// In doubt a launcher is not broken: it may start its program in a way that nothing is known of here.
+    std::optional<Finding> brokenLauncher(const std::string& path) const {
+        const auto holdsIt = [&](const std::string& folder) { return isPathInside(path, folder); };
+        if (std::ranges::none_of(launcherFolders_, holdsIt))
+            return std::nullopt;
+        auto target = platform::launcherTarget(path, home_);
+        if (!target || target->state != platform::LauncherTarget::State::missing)
+            return std::nullopt;
+        const bool isAutostart = lastPathComponent(parentPath(path)) == "autostart";
+        // A program that is known by its name alone may lie where nobody has looked.
+        const bool isPath = target->program.starts_with('/');
+        return Finding{.kind = isAutostart ? Kind::autostart : Kind::launcher,
+                       .target = std::move(target->program),
+                       .mayPreselect = isPath};
+    }
+
+    std::string home_;
+    std::vector<std::string> launcherFolders_;
+    LinkProber prober_;
+};
 
 } // namespace
 
@@ -72,21 +116,12 @@ std::vector<BrokenShortcutFinder::Row> BrokenShortcutFinder::run(const FileTree&
                                                                  const IsCancelled& isCancelled) const {
     constexpr PlaceMarks leftAlone = PlaceMarks::gone | PlaceMarks::whole | PlaceMarks::system;
     const auto marks = placeMarks(tree, policy);
-    LinkProber prober;
-    const auto lookInto = [&](NodeIndex node) -> std::optional<Finding> {
-        const auto path = [&] { return tree.path(node, PathCanonicalizer::shared()); };
-        if (tree.flags(node).contains(NodeFlags::symlink))
-            return brokenLink(path(), marks[node].intersects(PlaceMarks::managed), prober);
-        if (tree.isAlias(node))
-            return brokenAlias(path(), prober);
-        return std::nullopt;
-    };
-
+    Inspector inspector(policy.homePath());
     std::vector<Row> rows;
     for (NodeIndex i = 0; i < tree.count(); ++i) {
         if (marks[i].intersects(leftAlone))
             continue;
-        auto found = lookInto(i);
+        auto found = inspector.lookInto(tree, i, marks[i]);
         if (!found)
             continue;
         if (isCancelled && isCancelled())

@@ -1,6 +1,7 @@
 #include "Find/EmptyFolderFinder.h"
 
 #include "Find/PlaceMarks.h"
+#include "Safety/PathCanonicalizer.h"
 #include "Safety/SafetyPolicy.h"
 #include "Scan/EmptyFolderMask.h"
 
@@ -17,8 +18,9 @@ std::vector<std::uint32_t> emptyFolderCounts(const FileTree& tree, const SafetyP
     const auto isEmpty = emptyFolderMask(tree);
     const auto marks = placeMarks(tree, policy);
     std::vector<std::uint32_t> counts(tree.count(), 0);
+    const auto home = tree.index(policy.homePath(), PathCanonicalizer::shared());
     for (NodeIndex i = 1; i < tree.count(); ++i)
-        counts[i] = isEmpty[i] && marks[i].isNone() ? 1 : 0;
+        counts[i] = isEmpty[i] && marks[i].isNone() && tree.parent(i) != home ? 1 : 0;
     // Children come after their parents: seen from the end, each folder is settled before the one around it.
     for (auto i = static_cast<NodeIndex>(tree.count()); i-- > 1;) {
         const auto parent = tree.parentIndex[i];

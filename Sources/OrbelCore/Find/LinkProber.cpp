@@ -54,14 +54,14 @@ std::optional<std::string> LinkProber::textOf(const std::string& link) {
 }
 
 TargetReport LinkProber::probe(const std::string& link) {
-    return follow(std::string(parentPath(link)), std::string(lastPathComponent(link)));
+    return follow(std::string(parentPath(link)), std::string(lastPathComponent(link)), link);
 }
 
-TargetReport LinkProber::probePath(const std::string& path) {
-    return follow("/", path);
+TargetReport LinkProber::probePath(const std::string& path, const std::string& from) {
+    return follow("/", path, from);
 }
 
-TargetReport LinkProber::follow(std::string folder, std::string rest) {
+TargetReport LinkProber::follow(std::string folder, std::string rest, const std::string& from) {
     for (int links = 0;;) {
         const auto name = takeName(rest);
         if (name.empty())
@@ -74,7 +74,7 @@ TargetReport LinkProber::follow(std::string folder, std::string rest) {
         }
         auto path = joinedPath(folder, name);
         if (neverAsked_.contains(path))
-            return unknown("On a volume that is reached over a network or mounted on demand");
+            return unknown("on a volume that is reached over a network or mounted on demand");
         if (knownFolders_.contains(path)) {
             folder = std::move(path);
             continue;
@@ -82,8 +82,8 @@ TargetReport LinkProber::follow(std::string folder, std::string rest) {
         struct stat status {};
         if (::lstat(path.c_str(), &status) != 0) {
             if (errno == ENOENT || errno == ENOTDIR)
-                return missingAt(path);
-            return unknown(errno == EACCES ? "Not allowed to look there" : "Could not be read");
+                return missingAt(path, from);
+            return unknown(errno == EACCES ? "not allowed to look there" : "could not be read");
         }
         if (!S_ISLNK(status.st_mode)) {
             if (S_ISDIR(status.st_mode))
@@ -93,26 +93,27 @@ TargetReport LinkProber::follow(std::string folder, std::string rest) {
         }
         const auto text = textOf(path);
         if (!text || text->empty())
-            return unknown("Could not be read");
+            return unknown("could not be read");
         if (++links > mostLinks)
-            return unknown("Leads in a circle");
+            return unknown("leads in a circle");
         rest.insert(0, *text + "/");
         if (text->starts_with('/'))
             folder = "/";
     }
 }
 
-TargetReport LinkProber::missingAt(const std::string& path) const {
+TargetReport LinkProber::missingAt(const std::string& path, const std::string& from) const {
     if (isInAny(places_.volumes, path)) {
         // Where its volume is there, what is missing is missing.
         const bool isMounted = std::ranges::any_of(mounted_, [&](const std::string& mount) {
             return isPathInside(path, mount) && isInAny(places_.volumes, mount);
         });
         return isMounted ? TargetReport{.state = TargetState::missing}
-                         : unknown("On a volume that is not mounted");
+                         : unknown("on a volume that is not mounted");
     }
-    if (isInAny(places_.runtime, path))
-        return unknown("In a place that is filled only while a program runs");
+    // A shortcut that lies in such a place itself is as lasting as what it leads to.
+    if (isInAny(places_.runtime, path) && !isInAny(places_.runtime, from))
+        return unknown("in a place that is filled only while a program runs");
     return {.state = TargetState::missing};
 }
 

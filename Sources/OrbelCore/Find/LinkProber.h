@@ -17,7 +17,7 @@ enum class TargetState : std::uint8_t { present, missing, unknown };
 /// What was found out about where a shortcut leads.
 struct TargetReport {
     TargetState state = TargetState::unknown;
-    std::string reason{}; ///< why it is unknown, for people; else empty
+    std::string reason{}; ///< why it is unknown, to follow a colon; else empty
 
     bool operator==(const TargetReport&) const = default;
 };
@@ -36,12 +36,12 @@ public:
     /// Where the link at `link`, a path whose folder is a real one, ends.
     TargetReport probe(const std::string& link);
 
-    /// The same for any absolute path.
-    TargetReport probePath(const std::string& path);
+    /// The same for any absolute path, to which the shortcut at `from` leads.
+    TargetReport probePath(const std::string& path, const std::string& from);
 
 private:
-    TargetReport follow(std::string folder, std::string rest);
-    TargetReport missingAt(const std::string& path) const;
+    TargetReport follow(std::string folder, std::string rest, const std::string& from);
+    TargetReport missingAt(const std::string& path, const std::string& from) const;
 
     std::unordered_set<std::string> neverAsked_; ///< mount points of network volumes
     std::vector<std::string> mounted_;           ///< all mount points

@@ -3,7 +3,6 @@
 #include "Platform/Home.h"
 #include "Platform/Linux/Portable/RecentlyUsed.h"
 #include "Platform/Places.h"
-#include "Util/FileDescriptor.h"
 #include "Util/PathText.h"
 #include "Util/ReadFile.h"
 #include "Util/UnixTime.h"
@@ -19,24 +18,15 @@ namespace orbel::platform {
 
 namespace {
 
-/// The list as a text; empty when there is none. Anything may lie there by that name: what would block, or
-/// never end, is not read.
-std::string listOf(const std::string& home) {
-    constexpr off_t longest = 64 << 20;
-    const auto path = joinedPath(places(home).applicationSupport, "recently-used.xbel");
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    struct stat status {};
-    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > longest)
-        return {};
-    return readFile(file.get()).value_or("");
-}
+constexpr std::uint64_t longestList = 64 << 20;
 
 /// The list tells paths as programs were given them: a home folder that is reached through a link is named by
 /// the link.
 UseDates listedUses(const std::string& home) {
     UseDates uses;
     const auto namedHome = homeFolder();
-    for (auto& [path, date] : recentlyUsedIn(listOf(home)))
+    const auto list = joinedPath(places(home).applicationSupport, "recently-used.xbel");
+    for (auto& [path, date] : recentlyUsedIn(readRegularFile(list, longestList).value_or("")))
         uses.emplace(isPathInside(path, namedHome) ? joinedPath(home, path.substr(namedHome.size())) : path,
                      date);
     return uses;

@@ -103,7 +103,8 @@ std::optional<Date> dateIn(std::string_view value) {
     if (point == std::string_view::npos)
         return parseIso8601(value);
     const auto fraction = value.substr(point + 1);
-    if (fraction.find_first_not_of("0123456789") != fraction.size() - 1 || !fraction.ends_with('Z'))
+    if (fraction.size() < 2 || fraction.find_first_not_of("0123456789") != fraction.size() - 1
+        || !fraction.ends_with('Z'))
         return std::nullopt;
     return parseIso8601(std::string(value.substr(0, point)) + "Z");
 }
