@@ -84,14 +84,13 @@ TEST_F(EmptyFolderTest, NeverListsAMountPoint) {
     });
 }
 
-TEST_F(EmptyFolderTest, LeavesOutPlacesOfTheSystemUnlessAskedForThem) {
-    home.folder("root/system/empty");
-    home.folder("root/disk/empty");
-    auto options = test::linuxOptions();
-    options.systemRoots = {home.path("root/system")};
-    const SafetyPolicy guarded(home.folder("me"), options);
-    EXPECT_EQ(found(home.path("root"), guarded), (Counts{{"disk", 2}}));
-    EXPECT_EQ(found(home.path("root/system"), guarded), (Counts{{"empty", 1}}));
+TEST_F(EmptyFolderTest, LooksOnlyIntoTheHomeWhereTheRootHoldsIt) {
+    home.folder("root/.homes/me/docs/x/empty");
+    home.file("root/.homes/me/docs/file");
+    home.folder("root/other/empty");
+    const SafetyPolicy guarded(home.path("root/.homes/me"), test::linuxOptions());
+    EXPECT_EQ(found(home.path("root"), guarded), (Counts{{".homes/me/docs/x", 2}}));
+    EXPECT_EQ(found(home.path("root/other"), guarded), (Counts{{"empty", 1}})) << "asked for by name";
 }
 
 /// The answer by looking at the disk itself: how many folders go with this one, none when it has to stay.

@@ -77,5 +77,23 @@ TEST(TidyCommand, ListsBothKindsAndChangesNothing) {
     EXPECT_FALSE(fs::exists(home.path(".local"))) << "neither a journal nor a Trash is made";
 }
 
+TEST(TidyCommand, WhatItListsCanBeMovedByItsPathAndPutBack) {
+    const ProgramHome home;
+    const auto gone = home.file(".config/autostart/gone.desktop",
+                                "[Desktop Entry]\nType=Application\nName=x\nExec=/nowhere/x\n");
+    const auto fine =
+        home.file(".config/autostart/fine.desktop", "[Desktop Entry]\nType=Application\nName=x\nExec=sh\n");
+    const auto rows = home.json({"--tidy-json", home.path()}, 0)["brokenShortcuts"];
+    ASSERT_EQ(namesIn(rows), Names{"gone.desktop"});
+    EXPECT_FALSE(rows[0].contains("blockedReason"));
+    const auto report = home.json({"--trash", gone, fine}, 1);
+    EXPECT_EQ(namesIn(report["moved"]), Names{"gone.desktop"});
+    EXPECT_EQ(namesIn(report["skipped"]), Names{"fine.desktop"}) << "a launcher that works stays";
+    EXPECT_FALSE(fs::exists(gone));
+    EXPECT_EQ(home.entries().at(0).module, DeletionModule::brokenShortcuts);
+    home.json({"--put-back", "last"}, 0);
+    EXPECT_TRUE(fs::exists(gone));
+}
+
 } // namespace
 } // namespace orbel

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <chrono>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 namespace orbel {
@@ -54,7 +55,8 @@ public:
             return brokenLink(path(), marks.intersects(PlaceMarks::managed));
         if (tree.isAlias(node))
             return brokenAlias(path());
-        if (!tree.isFolder(node) && tree.nameBytes(node).ends_with(".desktop"))
+        const std::string_view name = node == 0 ? tree.rootPath : tree.nameBytes(node);
+        if (!tree.isFolder(node) && name.ends_with(".desktop"))
             return brokenLauncher(path());
         return std::nullopt;
     }
@@ -114,7 +116,7 @@ private:
 std::vector<BrokenShortcutFinder::Row> BrokenShortcutFinder::run(const FileTree& tree,
                                                                  const SafetyPolicy& policy, Date now,
                                                                  const IsCancelled& isCancelled) const {
-    constexpr PlaceMarks leftAlone = PlaceMarks::gone | PlaceMarks::whole | PlaceMarks::system;
+    constexpr PlaceMarks leftAlone = PlaceMarks::gone | PlaceMarks::whole | PlaceMarks::outsideHome;
     const auto marks = placeMarks(tree, policy);
     Inspector inspector(policy.homePath());
     std::vector<Row> rows;

@@ -17,7 +17,8 @@ class SafetyPolicy;
 
 /// Lists shortcuts that lead nowhere: symbolic links, the user's own launchers and autostart entries whose
 /// program is gone, and the file manager's alias files. Left alone is what is inside packages and
-/// version-control folders, and the places of the system (unless the root lies in one).
+/// version-control folders. Where the root holds the home folder, only that is looked into, since nothing
+/// else can be moved.
 struct BrokenShortcutFinder {
     enum class Kind : std::uint8_t { symbolicLink, alias, launcher, autostart };
     enum class State : std::uint8_t {

@@ -14,9 +14,9 @@ class SafetyPolicy;
 
 /// Lists the folders that hold nothing but empty folders and ".DS_Store" files: of those inside each other
 /// only the topmost. Left alone are the scanned root, what lies directly in the home folder, packages,
-/// version-control folders, hidden folders, node_modules and the like, the folders of programs' own data, the
-/// places of the system (unless the root lies in one), and every folder that holds one of these: an empty one
-/// of them is there for a purpose.
+/// version-control folders, hidden folders, node_modules and the like, the folders of programs' own data, and
+/// every folder that holds one of these: an empty one of them is there for a purpose. Where the root holds
+/// the home folder, only that is looked into, since nothing else can be moved.
 struct EmptyFolderFinder {
     /// Seconds: what was changed later than so long ago is listed but not preselected.
     double settledFor = 24.0 * 60 * 60;

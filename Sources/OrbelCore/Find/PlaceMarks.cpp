@@ -53,15 +53,16 @@ std::vector<PlaceMarks> placeMarks(const FileTree& tree, const SafetyPolicy& pol
     std::vector<PlaceMarks> marks(tree.count());
     if (marks.empty())
         return marks;
-    const auto markPaths = [&](const std::vector<std::string>& folders, PlaceMarks with) {
-        for (const auto& folder : folders)
-            if (const auto node = tree.index(folder, PathCanonicalizer::shared()); node && *node != 0)
-                marks[*node] = marks[*node] | with;
-    };
-    markPaths(policy.guardedFolders(), PlaceMarks::programData);
-    markPaths(policy.systemRoots(), PlaceMarks::system);
+    for (const auto& folder : policy.guardedFolders())
+        if (const auto node = tree.index(folder, PathCanonicalizer::shared()))
+            marks[*node] = PlaceMarks::programData;
+    const auto home = tree.index(policy.homePath(), PathCanonicalizer::shared());
     marks[0] = marksOfRoot(tree.path(0, PathCanonicalizer::shared()), policy);
+    if (home && *home != 0)
+        marks[0] = marks[0] | PlaceMarks::outsideHome;
     for (NodeIndex i = 1; i < tree.count(); ++i) { // parents come before their children
+        if (i == home)
+            continue; // what it is called, and where it lies, does not count
         const auto parent = tree.parentIndex[i];
         marks[i] = marks[i] | (parent == FileTree::noParent ? PlaceMarks::gone : marks[parent]);
         if (tree.isFolder(i))

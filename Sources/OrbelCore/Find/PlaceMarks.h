@@ -19,7 +19,7 @@ struct PlaceMarks {
     static const PlaceMarks managed;     ///< what a program fills and keeps in order, such as node_modules
     static const PlaceMarks hidden;      ///< a folder whose name begins with a dot
     static const PlaceMarks programData; ///< ~/Library and what is like it
-    static const PlaceMarks system;      ///< one of the policy's system roots
+    static const PlaceMarks outsideHome; ///< not in the home folder, although that lies in the scanned root
 
     constexpr bool intersects(PlaceMarks other) const { return (bits & other.bits) != 0; }
     constexpr bool isNone() const { return bits == 0; }
@@ -32,14 +32,15 @@ inline constexpr PlaceMarks PlaceMarks::whole{2};
 inline constexpr PlaceMarks PlaceMarks::managed{4};
 inline constexpr PlaceMarks PlaceMarks::hidden{8};
 inline constexpr PlaceMarks PlaceMarks::programData{16};
-inline constexpr PlaceMarks PlaceMarks::system{32};
+inline constexpr PlaceMarks PlaceMarks::outsideHome{32};
 
 constexpr PlaceMarks operator|(PlaceMarks left, PlaceMarks right) {
     return {static_cast<std::uint8_t>(left.bits | right.bits)};
 }
 
-/// Per node. A root in the home folder counts with all folders between the two, any other with all above it;
-/// only that a root itself lies in a place of the system does not count, for then that is what was asked for.
+/// Per node. Names count from the home folder on, for what is not in it from the top of the disk on, also
+/// those of folders above the root. Nothing outside the home can be moved: where the root holds the home, the
+/// rest is marked; a root elsewhere was asked for by name, so what is in it is not.
 std::vector<PlaceMarks> placeMarks(const FileTree& tree, const SafetyPolicy& policy);
 
 } // namespace orbel
