@@ -27,6 +27,16 @@ puts it back. Nothing is ever deleted.
                 Find the files of 1 MB and more below ROOT, as far as it lies in
                 your home folder, that are the same in every byte, and print
                 them in groups as JSON, the group that frees most first.
+  --large-json ROOT [--min-bytes N] [--unused-days N]
+                Print as JSON the files and packages in ROOT that take N bytes
+                or more on disk (100000000 unless given) and that nobody has
+                used for N days (365 unless given, 0 for any age): when each
+                was last used and how that is known, who has it open, and
+                whether it may be moved.
+  --tidy-json ROOT
+                Print as JSON the empty folders in ROOT, the topmost of those
+                inside each other, and the broken shortcuts: links, launchers
+                and autostart entries that lead nowhere.
   --trash PATH... [--dry-run]
                 Check each PATH, move it to the Trash and note that in the
                 journal; print what was moved and what was skipped, and why,

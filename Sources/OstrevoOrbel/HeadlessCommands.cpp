@@ -4,10 +4,12 @@
 #include "CommandOutput.h"
 #include "DuplicatesCommand.h"
 #include "JournalCommand.h"
+#include "LargeCommand.h"
 #include "LaunchOptions.h"
 #include "PutBackCommand.h"
 #include "Scan/TreeScanner.h"
 #include "ScanReport.h"
+#include "TidyCommand.h"
 #include "TrashCommand.h"
 #include "Util/JsonText.h"
 #include "Util/ParseNumber.h"
@@ -48,6 +50,8 @@ void HeadlessCommands::runIfRequested(std::span<const std::string> arguments) {
     runDuplicatesCommandIfRequested(arguments);
     if (const auto root = valueAfter(arguments, "--scan-json"))
         finish(scanReportText(*root, arguments));
+    runLargeCommandIfRequested(arguments);
+    runTidyCommandIfRequested(arguments);
     runJournalCommandIfRequested(arguments);
 }
 

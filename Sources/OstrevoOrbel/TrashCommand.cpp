@@ -5,6 +5,7 @@
 #include "Delete/DeletionSession.h"
 #include "Delete/LiveTrash.h"
 #include "Delete/ManageHint.h"
+#include "Find/BrokenShortcutFinder.h"
 #include "Interruption.h"
 #include "Safety/SafetyPolicy.h"
 #include "Scan/TreeScanner.h"
@@ -66,11 +67,25 @@ DeletionItem refusedItem(const std::string& path, AllowedRoot root, std::string 
             .blockedReason = std::move(reason)};
 }
 
+/// A launcher lies where nothing else may be moved from: only as what the search for broken ones finds there.
+std::optional<DeletionItem> brokenLauncher(const std::string& path, const SafetyPolicy& policy,
+                                           const ScanCancellation& cancellation) {
+    if (!path.ends_with(".desktop"))
+        return std::nullopt;
+    const auto tree = TreeScanner::scan(path, std::nullopt, cancellation, nullptr).tree;
+    for (auto& row : BrokenShortcutFinder().run(tree, policy, currentDate()))
+        if (row.index == 0 && row.item.root == AllowedRoot::leftover)
+            return std::move(row.item);
+    return std::nullopt;
+}
+
 } // namespace
 
 DeletionItem itemNamed(const std::string& word, const SafetyPolicy& policy,
                        const ScanCancellation& cancellation) {
     const auto path = itemPath(word, policy);
+    if (auto launcher = brokenLauncher(path, policy, cancellation))
+        return *std::move(launcher);
     const auto root = DeletionItem::isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle
                                                                       : AllowedRoot::homeItem;
     if (auto refusal = refusalOf(path, root, policy))

@@ -23,7 +23,7 @@ using test::keepMapped;
 using test::keepOpen;
 using test::OtherProcess;
 using test::TemporaryFolder;
-using Users = std::vector<ProcessUser>;
+using Users = std::vector<ProcessUse>;
 
 InUseReport inUseNow(const std::string& path) {
     return inUse(path, FileStamp::of(path).value(), takeMappedSnapshot());

@@ -6,7 +6,6 @@
 #include "Util/PathText.h"
 #include "Util/RawValue.h"
 
-#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -38,6 +37,14 @@ std::optional<std::string> noteFor(const FileTree& tree, NodeIndex index) {
 std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeIndex index,
                                                    DeletionModule module, const SafetyPolicy& policy) {
     auto path = tree.path(index, PathCanonicalizer::shared());
+    const auto root =
+        isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle : AllowedRoot::homeItem;
+    return fromTree(tree, index, module, policy, std::move(path), root);
+}
+
+std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeIndex index,
+                                                   DeletionModule module, const SafetyPolicy& policy,
+                                                   std::string path, AllowedRoot root) {
     const auto stamp = FileStamp::of(path);
     if (!stamp)
         return std::nullopt;
@@ -46,8 +53,7 @@ std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeInd
                       .title = tree.name(index),
                       .detail = path,
                       .path = path,
-                      .root = isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle
-                                                                : AllowedRoot::homeItem,
+                      .root = root,
                       .scanStamp = *stamp,
                       .estimatedBytes = tree.allocated(index)};
     item.blockedReason = blockedReasonFor(tree, index, item, policy);
@@ -68,7 +74,10 @@ std::optional<DeletionItem> DeletionItem::brokenShortcut(const FileTree& tree, N
                                                          std::optional<std::string> blockedReason,
                                                          std::optional<std::string> note,
                                                          std::optional<std::string> lastPath) {
-    auto item = fromTree(tree, index, DeletionModule::brokenShortcuts, policy);
+    auto path = tree.path(index, PathCanonicalizer::shared());
+    const bool isLeftover = path.ends_with(".desktop") && policy.isLeftoverPlace(path);
+    auto item = fromTree(tree, index, DeletionModule::brokenShortcuts, policy, std::move(path),
+                         isLeftover ? AllowedRoot::leftover : AllowedRoot::homeItem);
     if (!item)
         return std::nullopt;
     if (lastPath)
@@ -81,11 +90,7 @@ std::optional<DeletionItem> DeletionItem::brokenShortcut(const FileTree& tree, N
 }
 
 bool DeletionItem::isApplicationBundle(const std::string& path, const SafetyPolicy& policy) {
-    const auto isPlace = [&](std::string_view folder) {
-        return std::ranges::find(policy.applicationFolders(), folder) != policy.applicationFolders().end();
-    };
-    const auto parent = parentPath(path);
-    return path.ends_with(".app") && (isPlace(parent) || isPlace(parentPath(parent)));
+    return policy.isApplication(path);
 }
 
 } // namespace orbel

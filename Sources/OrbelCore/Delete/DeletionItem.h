@@ -46,7 +46,7 @@ struct DeletionItem {
                                                    std::size_t nestedCount, const SafetyPolicy& policy);
 
     /// `lastPath`: where the shortcut last pointed. A reason or note that is given takes the place of the one
-    /// found here.
+    /// found here. A launcher that lies directly in a leftover folder is a leftover of its program.
     static std::optional<DeletionItem> brokenShortcut(const FileTree& tree, NodeIndex index,
                                                       const SafetyPolicy& policy,
                                                       std::optional<std::string> blockedReason,
@@ -54,8 +54,13 @@ struct DeletionItem {
                                                       std::optional<std::string> lastPath);
 
     /// Whether a path is that of an application bundle in one of the policy's application folders or one
-    /// folder below.
+    /// folder below, or of a program where the policy lets programs be removed.
     static bool isApplicationBundle(const std::string& path, const SafetyPolicy& policy);
+
+private:
+    static std::optional<DeletionItem> fromTree(const FileTree& tree, NodeIndex index, DeletionModule module,
+                                                const SafetyPolicy& policy, std::string path,
+                                                AllowedRoot root);
 };
 
 } // namespace orbel

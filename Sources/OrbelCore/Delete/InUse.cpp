@@ -2,7 +2,6 @@
 
 #include "Safety/RealPath.h"
 #include "Scan/Walker.h"
-#include "Util/Utf8.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -55,15 +54,7 @@ bool usesSomethingIn(const platform::ProcessInfo& process, const FolderContents&
     });
 }
 
-std::string nameOf(const platform::ProcessInfo& process) {
-    std::string name = lossyUtf8(process.name);
-    // A program chooses its name freely: it must not break the line it is shown in.
-    std::ranges::replace_if(
-        name, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, ' ');
-    return name.empty() ? "process " + std::to_string(process.pid) : name;
-}
-
-std::optional<std::string> reasonFor(const std::vector<ProcessUser>& users) {
+std::optional<std::string> reasonFor(const std::vector<ProcessUse>& users) {
     std::vector<std::string> names;
     for (const auto& user : users)
         if (std::ranges::find(names, user.name) == names.end())
@@ -97,7 +88,7 @@ InUseReport inUse(const std::string& path, const FileStamp& stamp, const MappedF
     InUseReport report;
     for (const auto& process : snapshot.processes.processes)
         if (usesItem(process, path, stamp) || (folder && usesSomethingIn(process, *folder)))
-            report.users.push_back({.pid = process.pid, .name = nameOf(process)});
+            report.users.push_back(ProcessUse::of(process));
     report.uncheckedProcesses = snapshot.processes.unchecked;
     report.reason = reasonFor(report.users);
     return report;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Delete/ProcessUse.h"
 #include "Platform/ProcessFiles.h"
 #include "Safety/FileStamp.h"
 
@@ -16,18 +17,10 @@ struct MappedFilesSnapshot {
     platform::ProcessFiles processes;
 };
 
-/// A process that uses an item.
-struct ProcessUser {
-    int pid = 0;      ///< 0 when the system itself uses it
-    std::string name; ///< as people know the program; valid UTF-8
-
-    bool operator==(const ProcessUser&) const = default;
-};
-
 /// Who uses an item, as far as that could be found out.
 struct InUseReport {
-    std::vector<ProcessUser> users; ///< by pid
-    int uncheckedProcesses = 0;     ///< processes that could not be looked at; they may use it too
+    std::vector<ProcessUse> users; ///< by pid
+    int uncheckedProcesses = 0;    ///< processes that could not be looked at; they may use it too
     /// Absent when nobody is known to use the item, else "In use by …" for the user to read: each program
     /// once, in the order of its first process; beyond three programs their number.
     std::optional<std::string> reason;

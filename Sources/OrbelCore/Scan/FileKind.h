@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Util/RawValue.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -24,6 +26,12 @@ enum class FileKind : std::uint8_t {
 inline constexpr std::array<FileKind, 8> allFileKinds{
     FileKind::folder,   FileKind::video,       FileKind::diskImage,      FileKind::archive,
     FileKind::document, FileKind::application, FileKind::virtualMachine, FileKind::other};
+
+template <>
+struct RawValues<FileKind> {
+    static constexpr std::array<std::string_view, 8> names{
+        "folder", "video", "diskImage", "archive", "document", "application", "virtualMachine", "other"};
+};
 
 /// The kind's name in the plural, as lists and legends show it.
 std::string_view title(FileKind kind);

@@ -1,5 +1,7 @@
 #include "Platform/Linux/Portable/MountInfo.h"
 
+#include "Util/PathText.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -27,10 +29,19 @@ std::string unescaped(std::string_view field) {
     return plain;
 }
 
+template <class Action>
+void forEachLine(std::string_view text, Action&& action) {
+    while (!text.empty()) {
+        const auto end = std::min(text.find('\n'), text.size());
+        action(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+}
+
 std::vector<std::string_view> fieldsOf(std::string_view line) {
     std::vector<std::string_view> fields;
     while (!line.empty()) {
-        const auto end = std::min(line.find(' '), line.size());
+        const auto end = std::min(line.find_first_of(" \t"), line.size());
         if (end > 0)
             fields.push_back(line.substr(0, end));
         line.remove_prefix(std::min(end + 1, line.size()));
@@ -79,13 +90,25 @@ std::optional<Mount> parseLine(std::string_view line) {
 
 std::vector<Mount> parseMountInfo(std::string_view text) {
     std::vector<Mount> mounts;
-    while (!text.empty()) {
-        const auto end = std::min(text.find('\n'), text.size());
-        if (auto mount = parseLine(text.substr(0, end)))
+    forEachLine(text, [&](std::string_view line) {
+        if (auto mount = parseLine(line))
             mounts.push_back(std::move(*mount));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
+    });
     return mounts;
+}
+
+std::vector<std::string> mountPointsInFstab(std::string_view text) {
+    std::vector<std::string> paths;
+    forEachLine(text, [&](std::string_view line) {
+        // source path type options …
+        const auto fields = fieldsOf(line);
+        if (fields.size() < 2 || fields[0].starts_with('#'))
+            return;
+        auto path = standardizedPath(unescaped(fields[1]));
+        if (path.starts_with('/') && path != "/")
+            paths.push_back(std::move(path));
+    });
+    return paths;
 }
 
 } // namespace orbel::platform

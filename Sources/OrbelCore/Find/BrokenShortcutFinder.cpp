@@ -1,0 +1,149 @@
+#include "Find/BrokenShortcutFinder.h"
+
+#include "Find/LinkProber.h"
+#include "Find/PlaceMarks.h"
+#include "Find/ProgramLinks.h"
+#include "Platform/AliasFile.h"
+#include "Platform/Launchers.h"
+#include "Safety/PathCanonicalizer.h"
+#include "Safety/SafetyPolicy.h"
+#include "Util/PathText.h"
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace orbel {
+
+namespace {
+
+using Kind = BrokenShortcutFinder::Kind;
+using State = BrokenShortcutFinder::State;
+
+/// What was found out about one shortcut that does not lead anywhere.
+struct Finding {
+    Kind kind = Kind::symbolicLink;
+    State state = State::missing;
+    std::string target{};
+    std::string reason{};      ///< of a state other than missing: why it is blocked
+    bool mayPreselect = false; ///< the target is surely gone
+};
+
+Finding finding(Kind kind, const TargetReport& report, std::string target) {
+    if (report.state == TargetState::missing)
+        return {.kind = kind, .target = std::move(target)};
+    return {.kind = kind,
+            .state = State::unknown,
+            .target = std::move(target),
+            .reason = "Not known whether its target is there: " + report.reason};
+}
+
+/// Looks into one shortcut after another.
+class Inspector {
+public:
+    explicit Inspector(const std::string& home)
+        : home_(home), launcherFolders_(platform::userLauncherFolders(home)) {
+        launcherFolders_.push_back(joinedPath(home, "Desktop"));
+    }
+
+    /// What is wrong with the node; absent when nothing is, or when it is no shortcut.
+    std::optional<Finding> lookInto(const FileTree& tree, NodeIndex node, PlaceMarks marks) {
+        const auto path = [&] { return tree.path(node, PathCanonicalizer::shared()); };
+        if (tree.flags(node).contains(NodeFlags::symlink))
+            return brokenLink(path(), marks.intersects(PlaceMarks::managed));
+        if (tree.isAlias(node))
+            return brokenAlias(path());
+        const std::string_view name = node == 0 ? tree.rootPath : tree.nameBytes(node);
+        if (!tree.isFolder(node) && name.ends_with(".desktop"))
+            return brokenLauncher(path());
+        return std::nullopt;
+    }
+
+private:
+    std::optional<Finding> brokenLink(const std::string& path, bool isManaged) {
+        auto text = LinkProber::textOf(path);
+        if (!text)
+            return std::nullopt;
+        const auto report = prober_.probe(path);
+        if (report.state == TargetState::present)
+            return std::nullopt;
+        if (isManaged || isProgramsOwnLink(path, *text))
+            return Finding{.state = State::intentional,
+                           .target = *std::move(text),
+                           .reason = "Made by a program on purpose"};
+        return finding(Kind::symbolicLink, report, *std::move(text));
+    }
+
+    std::optional<Finding> brokenAlias(const std::string& path) {
+        const auto alias = platform::aliasTarget(path);
+        if (alias && alias->isFound)
+            return std::nullopt;
+        if (!alias || !alias->lastPath)
+            return finding(Kind::alias, {.reason = "could not be read"}, "");
+        auto report = prober_.probePath(*alias->lastPath, path);
+        if (report.state == TargetState::present)
+            report = {.state = TargetState::unknown, .reason = "another object is in its place"};
+        auto found = finding(Kind::alias, report, *alias->lastPath);
+        found.mayPreselect = true;
+        return found;
+    }
+
+    /// In doubt a launcher is not broken: it may start its program in a way that nothing is known of here.
+    std::optional<Finding> brokenLauncher(const std::string& path) const {
+        const auto holdsIt = [&](const std::string& folder) { return isPathInside(path, folder); };
+        if (std::ranges::none_of(launcherFolders_, holdsIt))
+            return std::nullopt;
+        auto target = platform::launcherTarget(path, home_);
+        if (!target || target->state != platform::LauncherTarget::State::missing)
+            return std::nullopt;
+        const bool isAutostart = lastPathComponent(parentPath(path)) == "autostart";
+        // A program that is known by its name alone may lie where nobody has looked.
+        const bool isPath = target->program.starts_with('/');
+        return Finding{.kind = isAutostart ? Kind::autostart : Kind::launcher,
+                       .target = std::move(target->program),
+                       .mayPreselect = isPath};
+    }
+
+    std::string home_;
+    std::vector<std::string> launcherFolders_;
+    LinkProber prober_;
+};
+
+} // namespace
+
+std::vector<BrokenShortcutFinder::Row> BrokenShortcutFinder::run(const FileTree& tree,
+                                                                 const SafetyPolicy& policy, Date now,
+                                                                 const IsCancelled& isCancelled) const {
+    constexpr PlaceMarks leftAlone = PlaceMarks::gone | PlaceMarks::whole | PlaceMarks::outsideHome;
+    const auto marks = placeMarks(tree, policy);
+    Inspector inspector(policy.homePath());
+    std::vector<Row> rows;
+    for (NodeIndex i = 0; i < tree.count(); ++i) {
+        if (marks[i].intersects(leftAlone))
+            continue;
+        auto found = inspector.lookInto(tree, i, marks[i]);
+        if (!found)
+            continue;
+        if (isCancelled && isCancelled())
+            break;
+        auto reason = found->state == State::missing ? std::nullopt : std::optional(std::move(found->reason));
+        auto lastPath = found->target.empty() ? std::nullopt : std::optional(found->target);
+        auto item = DeletionItem::brokenShortcut(tree, i, policy, std::move(reason), std::nullopt,
+                                                 std::move(lastPath));
+        if (!item)
+            continue;
+        const std::chrono::duration<double> age = now - Date(tree.modified(i));
+        item->preselected = found->mayPreselect && item->isSelectable() && age.count() >= settledFor;
+        rows.push_back({.index = i,
+                        .item = *std::move(item),
+                        .kind = found->kind,
+                        .state = found->state,
+                        .target = std::move(found->target)});
+    }
+    std::ranges::sort(rows, {}, [](const Row& row) -> const std::string& { return row.item.path; });
+    return rows;
+}
+
+} // namespace orbel

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Delete/DeletionItem.h"
+#include "Delete/InUseChecker.h"
+#include "Find/LastUsed.h"
+#include "Scan/FileTree.h"
+
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace orbel {
+
+class LastUsedReader;
+class SafetyPolicy;
+
+/// Lists the large files and packages that nobody has used for long. A plain value: the filter of the list.
+struct LargeOldQuery {
+    static constexpr std::uint64_t defaultMinimumBytes = 100'000'000;
+    static constexpr double defaultUnusedFor = 365.0 * 24 * 60 * 60;
+
+    std::uint64_t minimumBytes = defaultMinimumBytes;   ///< on disk, the smallest that is listed
+    std::optional<double> unusedFor = defaultUnusedFor; ///< seconds since the last use; absent: of any age
+    std::set<FileKind> kinds{};                         ///< empty: every kind
+
+    struct Row {
+        NodeIndex index = 0;     ///< in the tree that was asked
+        DeletionItem item;       ///< of the module largeOld; blocked when the policy refuses it
+        std::uint64_t bytes = 0; ///< on disk
+        FileKind kind = FileKind::other;
+        LastUsed lastUsed;
+        std::vector<ProcessUse> openBy; ///< who uses the file, or anything in the package
+
+        const std::string& id() const { return item.id; }
+
+        bool operator==(const Row&) const = default;
+    };
+
+    using IsCancelled = std::function<bool()>;
+
+    /// The largest first, equal ones in the order of the tree. Blocks: apart from the tree it asks the disk
+    /// for every candidate. Files that are gone have no row. Cancelled, which is asked before each candidate,
+    /// it returns the rows it has so far. Any thread.
+    std::vector<Row> run(const FileTree& tree, const SafetyPolicy& policy, Date now,
+                         const InUseChecker::OpenFiles& openFiles,
+                         const IsCancelled& isCancelled = nullptr) const;
+
+    /// The same with a reader of the caller's.
+    std::vector<Row> run(const FileTree& tree, const SafetyPolicy& policy, Date now,
+                         const InUseChecker::OpenFiles& openFiles, const IsCancelled& isCancelled,
+                         const LastUsedReader& reader) const;
+
+private:
+    std::vector<NodeIndex> candidates(const FileTree& tree) const;
+};
+
+} // namespace orbel
