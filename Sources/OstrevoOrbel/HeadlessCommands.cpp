@@ -1,9 +1,11 @@
 #include "HeadlessCommands.h"
 
+#include "AppsCommand.h"
 #include "ChangeRequest.h"
 #include "CommandOutput.h"
 #include "JournalCommand.h"
 #include "LaunchOptions.h"
+#include "LeftoversCommand.h"
 #include "PutBackCommand.h"
 #include "Scan/TreeScanner.h"
 #include "ScanReport.h"
@@ -44,6 +46,8 @@ void HeadlessCommands::runIfRequested(std::span<const std::string> arguments) {
             runTrashCommand(*request);
         runPutBackCommand(*request);
     }
+    runLeftoversCommandIfRequested(arguments);
+    runAppsCommandIfRequested(arguments);
     if (const auto root = valueAfter(arguments, "--scan-json"))
         finish(scanReportText(*root, arguments));
     runJournalCommandIfRequested(arguments);
