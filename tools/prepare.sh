@@ -5,7 +5,7 @@
 # What a build needs from Debian, and what each script needs besides.
 buildPackages=(g++ cmake ninja-build nlohmann-json3-dev)
 # The desktop's own tools for the Trash are what the moves are checked against.
-testPackages=(libgtest-dev strace dbus-daemon gvfs libglib2.0-bin trash-cli)
+testPackages=(libgtest-dev strace dbus-daemon gvfs libglib2.0-bin trash-cli libxml2-utils)
 checkPackages=(ccache clang-format-14 clang-tidy-19)
 benchmarkPackages=(libbenchmark-dev ncdu gdu bfs)
 

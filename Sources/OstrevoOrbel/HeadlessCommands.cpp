@@ -4,6 +4,7 @@
 #include "CommandOutput.h"
 #include "JournalCommand.h"
 #include "LaunchOptions.h"
+#include "MapCommand.h"
 #include "PutBackCommand.h"
 #include "Scan/TreeScanner.h"
 #include "ScanReport.h"
@@ -44,6 +45,7 @@ void HeadlessCommands::runIfRequested(std::span<const std::string> arguments) {
             runTrashCommand(*request);
         runPutBackCommand(*request);
     }
+    runMapCommandIfRequested(arguments);
     if (const auto root = valueAfter(arguments, "--scan-json"))
         finish(scanReportText(*root, arguments));
     runJournalCommandIfRequested(arguments);
