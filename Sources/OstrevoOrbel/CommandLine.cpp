@@ -55,10 +55,11 @@ understood.
 
 } // namespace
 
-int runCommandLine(std::span<const std::string> arguments) {
+std::optional<int> runCommandIfRequested(std::span<const std::string> arguments, std::string_view moreHelp) {
     const auto switches = switchesIn(arguments);
     if (contains(switches, "--help")) {
         std::fputs(usage, stdout);
+        std::fwrite(moreHelp.data(), 1, moreHelp.size(), stdout);
         return ExitStatus::done;
     }
     if (contains(switches, "--version")) {
@@ -66,6 +67,12 @@ int runCommandLine(std::span<const std::string> arguments) {
         return ExitStatus::done;
     }
     HeadlessCommands::runIfRequested(arguments);
+    return std::nullopt;
+}
+
+int runCommandLine(std::span<const std::string> arguments) {
+    if (const auto status = runCommandIfRequested(arguments, ""))
+        return *status;
     std::fputs(usage, stderr);
     return ExitStatus::wrongUsage;
 }
