@@ -1,5 +1,5 @@
-#include "Map/KindTotals.h"
 #include "Map/TreemapModel.h"
+#include "Scan/KindTotals.h"
 #include "TreeNames.h"
 
 #include <benchmark/benchmark.h>

@@ -1,7 +1,7 @@
-#include "Map/KindTotals.h"
 #include "Map/TileNavigation.h"
 #include "Map/TreemapLayout.h"
 #include "Map/TreemapModel.h"
+#include "Scan/KindTotals.h"
 #include "Support/TreeBuilder.h"
 
 #include <gtest/gtest.h>

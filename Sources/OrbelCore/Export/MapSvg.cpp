@@ -1,11 +1,11 @@
 #include "Export/MapSvg.h"
 
 #include "Export/SvgText.h"
-#include "Map/KindTotals.h"
 #include "Map/MapColors.h"
 #include "Map/TileFace.h"
 #include "Map/TreemapModel.h"
 #include "Safety/ByteFormat.h"
+#include "Scan/KindTotals.h"
 #include "Util/Utf8.h"
 
 #include <algorithm>
@@ -232,7 +232,7 @@ private:
     std::vector<LegendItem> legendItems() const {
         constexpr double gap = 24;
         std::vector<LegendItem> items;
-        const auto totals = kindTotals(picture_.tree, 0);
+        const auto totals = kindTotals(picture_.tree);
         double x = gap;
         int row = 0;
         for (const FileKind kind : allFileKinds) {

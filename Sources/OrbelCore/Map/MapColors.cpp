@@ -20,6 +20,8 @@ const MapColors& MapColors::light() {
         .hatchGround = 0xE6EBEB,
         .ink = 0x15211F,
         .secondInk = 0x465453,
+        .surface = 0xFFFFFF,
+        .tickMark = 0xFFFFFF,
     };
     return colors;
 }
@@ -42,6 +44,8 @@ const MapColors& MapColors::dark() {
         .hatchGround = 0x1C2324,
         .ink = 0xE7EDEC,
         .secondInk = 0xB0BCBB,
+        .surface = 0x1A2021,
+        .tickMark = 0x12191A,
     };
     return colors;
 }

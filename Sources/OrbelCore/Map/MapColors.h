@@ -28,6 +28,8 @@ struct MapColors {
     Rgb hatchGround;                             ///< below them, and ground of what was merged
     Rgb ink;
     Rgb secondInk;
+    Rgb surface;  ///< around a tick, whose box has the colour of ink
+    Rgb tickMark; ///< in it
 
     const Kind& of(FileKind kind) const { return kinds[static_cast<std::size_t>(kind)]; }
     Rgb frame(int depth) const { return frames[static_cast<std::size_t>(depth < 2 ? depth : 2)]; }
