@@ -40,6 +40,11 @@ puts it back. Nothing is ever deleted.
   --journal-markdown [--since DATE]
                 Print the journal of all moves, or what is in it from DATE on
                 (2025-01-31 or 2025-01-31T09:05:00Z, in UTC).
+  --apps-json   Print the applications that are installed as JSON: whether each
+                can be moved to the Trash, or else what removes it.
+  --leftovers-dry-run
+                Print for every application what would go with it: its files and
+                what it left in the home folder. Nothing is moved.
   --help        Print this text.
   --version     Print the version.
 
