@@ -6,6 +6,7 @@
 #include "JournalCommand.h"
 #include "LaunchOptions.h"
 #include "LeftoversCommand.h"
+#include "MapCommand.h"
 #include "PutBackCommand.h"
 #include "Scan/TreeScanner.h"
 #include "ScanReport.h"
@@ -46,6 +47,7 @@ void HeadlessCommands::runIfRequested(std::span<const std::string> arguments) {
             runTrashCommand(*request);
         runPutBackCommand(*request);
     }
+    runMapCommandIfRequested(arguments);
     runLeftoversCommandIfRequested(arguments);
     runAppsCommandIfRequested(arguments);
     if (const auto root = valueAfter(arguments, "--scan-json"))

@@ -177,7 +177,7 @@ TEST(WindowSettings, ApplyAtOnce) {
     scene.open();
     scene.press(Qt::Key_Comma, Qt::ControlModifier);
     const auto light = scene.picture().pixelColor(400, 5);
-    scene.click(QStringLiteral("settings.appearance.dark"));
+    scene.click(QStringLiteral("settings.appearance.2"));
     EXPECT_EQ(scene.app().appearance()->choice(), QStringLiteral("dark"));
     EXPECT_LT(scene.picture().pixelColor(400, 5).lightness(), 60);
     scene.press(Qt::Key_Left);

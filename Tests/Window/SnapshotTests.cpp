@@ -155,8 +155,8 @@ INSTANTIATE_TEST_SUITE_P(Sizes, WindowSnapshot,
                          testing::Values(Sized{"", 1440, 900, 1}, Sized{"-800x560", 800, 560, 1},
                                          Sized{"-1100x700", 1100, 700, 1}, Sized{"-1920x1080", 1920, 1080, 1},
                                          Sized{"-large-font", 1440, 900, 2}),
-                         [](const auto& info) {
-                             std::string name(info.param.suffix);
+                         [](const auto& size) {
+                             std::string name(size.param.suffix);
                              std::erase(name, '-');
                              return name.empty() ? "Usual" : name;
                          });

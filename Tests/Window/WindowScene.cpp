@@ -8,6 +8,7 @@
 #include <mutex>
 #include <QCoreApplication>
 #include <QQmlEngine>
+#include <QQmlExpression>
 #include <QtTest/QTest>
 
 namespace orbel::test {
@@ -152,7 +153,7 @@ bool WindowScene::isShown(const QString& name) {
 std::vector<QQuickItem*> WindowScene::texts() {
     std::vector<QQuickItem*> found;
     collect(*window_->contentItem(), found, [](const QQuickItem& item) {
-        return inheritsText(item) && !item.property("text").toString().isEmpty() && item.opacity() > 0;
+        return inheritsText(item) && !item.property("text").toString().trimmed().isEmpty() && item.opacity() > 0;
     });
     return found;
 }
@@ -188,10 +189,10 @@ void WindowScene::setAppearance(const QString& choice) {
 }
 
 void WindowScene::setFontScale(double scale) {
-    auto* const theme = engine_->singletonInstance<QObject*>(
-        qmlTypeId("OstrevoOrbel", 1, 0, "Theme"));
-    ORBEL_CHECK(theme != nullptr, "The theme is a singleton of the window's module");
-    theme->setProperty("fontScale", scale);
+    QQmlExpression expression(QQmlEngine::contextForObject(window_), window_,
+                              QStringLiteral("Theme.fontScale = %1").arg(scale));
+    expression.evaluate();
+    EXPECT_FALSE(expression.hasError()) << expression.error().toString().toStdString();
     settle();
 }
 

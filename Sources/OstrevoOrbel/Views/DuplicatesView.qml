@@ -21,8 +21,8 @@ ScreenFrame {
         height: implicitHeight
         iconPath: Theme.icons.duplicates
         objectName: "duplicates.empty"
-        sentence: qsTr("This screen will list files that are the same byte for byte, and keep one copy of each. A terminal lists them with")
-        statement: qsTr("Not in the window yet")
+        sentence: qsTr("This screen will list files that are the same in every byte, and keep one copy of each. In a terminal, this lists them now:")
+        statement: qsTr("Not in this window yet")
         width: parent.width - 2 * view.padding
     }
 }

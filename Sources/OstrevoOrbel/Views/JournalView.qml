@@ -21,8 +21,8 @@ ScreenFrame {
         height: implicitHeight
         iconPath: Theme.icons.journal
         objectName: "journal.empty"
-        sentence: qsTr("This screen will show every move to the Trash and put back what you choose. Every move is recorded already; a terminal shows the journal and puts the last batch back with")
-        statement: qsTr("Not in the window yet")
+        sentence: qsTr("This screen will list every move to the Trash and put back what you choose. Every move is recorded already. In a terminal, “orbel --put-back last” puts the last batch back, and this lists them all:")
+        statement: qsTr("Not in this window yet")
         width: parent.width - 2 * view.padding
     }
 }

@@ -21,8 +21,8 @@ ScreenFrame {
         height: implicitHeight
         iconPath: Theme.icons.large
         objectName: "large.empty"
-        sentence: qsTr("This screen will list large files that nobody has used for long, with their size on disk and when they were last used. The map already shows them by size; a terminal lists them with")
-        statement: qsTr("Not in the window yet")
+        sentence: qsTr("This screen will list large files that nobody has used for long, with their size on disk and when they were last used. In a terminal, this lists them now:")
+        statement: qsTr("Not in this window yet")
         width: parent.width - 2 * view.padding
     }
 }

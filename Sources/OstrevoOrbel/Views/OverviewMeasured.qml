@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import QtQuick.Templates as T
 import OstrevoOrbel
 
@@ -150,60 +149,69 @@ FocusScope {
 
         T.ScrollBar.vertical: ScrollThumb {}
 
-        ColumnLayout {
+        Column {
             id: column
 
-            height: Math.max(implicitHeight, page.height - 2 * measured.padding)
             spacing: Theme.cardGap
             width: page.cardWidth
             x: Math.round((page.width - width) / 2)
             y: measured.padding
 
             Banner {
-                Layout.fillWidth: true
+                id: partial
+
                 action: qsTr("Measure Again")
                 explanation: qsTr("Measuring stopped after %1. Everything below counts only what was measured.")
                     .arg(measured.app.figures.duration)
                 objectName: "overview.partial"
                 statement: qsTr("Scan cancelled — partial")
                 visible: measured.app.partial
+                width: parent.width
 
                 onTriggered: measured.app.measureAgain()
             }
             LedgerCard {
-                Layout.fillWidth: true
-                Layout.preferredHeight: implicitHeight
+                id: ledger
+
                 app: measured.app
                 objectName: "overview.ledgercard"
                 termColumns: measured.columns === 3 ? 5 : 3
                 visible: measured.app.ledger.known
+                width: parent.width
 
                 onUnreadableWanted: sheet.open()
             }
-            GridLayout {
+            Item {
                 id: cards
 
                 readonly property bool aside: measured.columns === 3
                 readonly property int headHeight: Theme.px(40)
+                readonly property int half: Math.floor((width - Theme.cardGap) / 2)
+                readonly property int rest: Math.floor((width - Theme.px(348) - 2 * Theme.cardGap) / 2)
+                /// What the other cards leave of the page.
+                readonly property int room: page.height - 2 * measured.padding - ways.height - Theme.cardGap
+                    - (partial.visible ? partial.height + Theme.cardGap : 0)
+                    - (ledger.visible ? ledger.height + Theme.cardGap : 0)
+                readonly property int kindsNeed: headHeight + kindCard.listHeight + facts.height + 24
+                readonly property int foldersNeed: headHeight + 14
+                    + Theme.compactRowHeight * Math.max(4, Math.min(10, folderList.model ? folderList.count : 0))
+                readonly property int growthNeed: headHeight + growth.implicitHeight + 48
+                readonly property int tallest: Math.max(kindsNeed, aside ? room : foldersNeed)
 
-                Layout.fillHeight: aside
-                Layout.fillWidth: true
-                columnSpacing: Theme.cardGap
-                columns: measured.columns
-                rowSpacing: Theme.cardGap
+                height: aside ? tallest
+                    : measured.columns === 2 ? tallest + Theme.cardGap + growthNeed
+                    : kindsNeed + foldersNeed + growthNeed + 2 * Theme.cardGap
+                width: parent.width
 
                 Card {
                     id: kindCard
 
                     readonly property int listHeight: kindList.count * Theme.compactRowHeight
 
-                    Layout.fillHeight: cards.aside
-                    Layout.fillWidth: !cards.aside
-                    Layout.minimumHeight: cards.headHeight + listHeight + facts.height + 24
-                    Layout.preferredWidth: cards.aside ? Theme.px(348) : 1
-                    Layout.alignment: Qt.AlignTop
+                    height: measured.columns === 1 ? cards.kindsNeed : cards.tallest
                     remark: qsTr("%1 measured").arg(measured.app.figures.measured.text)
                     title: qsTr("By kind")
+                    width: cards.aside ? Theme.px(348) : measured.columns === 2 ? cards.half : cards.width
 
                     RowList {
                         id: kindList
@@ -276,15 +284,12 @@ FocusScope {
                 Card {
                     id: folderCard
 
-                    Layout.alignment: Qt.AlignTop
-                    Layout.fillHeight: true
-                    Layout.fillWidth: true
-                    Layout.minimumHeight: cards.headHeight + 12
-                        + Math.max(4, Math.min(10, folderList.count)) * Theme.compactRowHeight
-                        * (cards.aside ? 0.7 : 1)
-                    Layout.preferredWidth: 1
+                    height: measured.columns === 1 ? cards.foldersNeed : cards.tallest
                     remark: qsTr("on disk")
                     title: qsTr("Largest folders")
+                    width: cards.aside ? cards.rest : kindCard.width
+                    x: measured.columns === 1 ? 0 : kindCard.width + Theme.cardGap
+                    y: measured.columns === 1 ? kindCard.height + Theme.cardGap : 0
 
                     RowList {
                         id: folderList
@@ -329,12 +334,11 @@ FocusScope {
                     }
                 }
                 Card {
-                    Layout.columnSpan: measured.columns === 2 ? 2 : 1
-                    Layout.fillHeight: cards.aside
-                    Layout.fillWidth: true
-                    Layout.minimumHeight: cards.headHeight + growth.implicitHeight + 40
-                    Layout.preferredWidth: 1
+                    height: cards.aside ? cards.tallest : cards.growthNeed
                     title: qsTr("Grew most")
+                    width: cards.aside ? cards.rest : cards.width
+                    x: cards.aside ? cards.width - width : 0
+                    y: cards.aside ? 0 : folderCard.y + folderCard.height + Theme.cardGap
 
                     EmptyState {
                         id: growth
@@ -349,20 +353,23 @@ FocusScope {
                 }
             }
             Card {
-                Layout.fillWidth: true
-                Layout.preferredHeight: ways.implicitHeight
+                id: ways
+
+                readonly property int cell: measured.columns === 1 ? width : Math.floor(width / 3)
+
+                height: waysGrid.implicitHeight
+                width: parent.width
 
                 Grid {
-                    id: ways
-
-                    readonly property int cell: columns === 1 ? width : Math.floor(width / 3)
+                    id: waysGrid
 
                     columns: measured.columns === 1 ? 1 : 3
-                    width: parent.width + 2
                     x: -1
                     y: -1
 
                     WayOn {
+                        id: large
+
                         first: true
                         iconPath: Theme.icons.large
                         objectName: "overview.large"
@@ -370,27 +377,31 @@ FocusScope {
                         text: qsTr("Large and Old")
                         width: ways.cell
 
-                        onActiveFocusChanged: if (activeFocus) page.reveal(this)
+                        onActiveFocusChanged: if (activeFocus) page.reveal(large)
                         onClicked: measured.app.screen = "large"
                     }
                     WayOn {
+                        id: duplicates
+
                         iconPath: Theme.icons.duplicates
                         objectName: "overview.duplicates"
                         remark: qsTr("not searched")
                         text: qsTr("Duplicates")
                         width: ways.cell
 
-                        onActiveFocusChanged: if (activeFocus) page.reveal(this)
+                        onActiveFocusChanged: if (activeFocus) page.reveal(duplicates)
                         onClicked: measured.app.screen = "duplicates"
                     }
                     WayOn {
+                        id: tidy
+
                         iconPath: Theme.icons.tidy
                         objectName: "overview.tidy"
                         remark: qsTr("not looked for")
                         text: qsTr("Tidy")
                         width: ways.cell
 
-                        onActiveFocusChanged: if (activeFocus) page.reveal(this)
+                        onActiveFocusChanged: if (activeFocus) page.reveal(tidy)
                         onClicked: measured.app.screen = "tidy"
                     }
                 }

@@ -19,7 +19,7 @@ ScreenFrame {
     // What had the focus is gone; the keyboard goes on with what there is now.
     onPhaseChanged: Qt.callLater(() => {
         if (view.visible)
-            view.takeFocus(Qt.TabFocusReason);
+            view.takeFocus(view.phase === "measured" ? Qt.OtherFocusReason : Qt.TabFocusReason);
     })
 
     actions: [

@@ -24,7 +24,7 @@ Rectangle {
         width: parent.width
 
         ThemedText {
-            id: title
+            id: heading
 
             Accessible.name: text
             Accessible.role: Accessible.Heading
@@ -36,7 +36,7 @@ Rectangle {
             width: Math.min(implicitWidth, parent.width - 2 * Theme.cardPadding)
         }
         ThemedText {
-            anchors.left: title.right
+            anchors.left: heading.right
             anchors.leftMargin: 12
             anchors.right: parent.right
             anchors.rightMargin: Theme.cardPadding

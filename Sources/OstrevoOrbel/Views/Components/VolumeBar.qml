@@ -8,7 +8,7 @@ Item {
     required property SegmentsModel segments
     /// Fills all of what was measured with one colour in place of those of the kinds.
     property bool plain: false
-    property int gap: 1
+    readonly property int gap: plain ? 0 : 1
 
     /// Where a part ends that takes this share of the whole.
     function edge(share: real): int {
