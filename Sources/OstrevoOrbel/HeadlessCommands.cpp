@@ -1,11 +1,14 @@
 #include "HeadlessCommands.h"
 
+#include "AppsCommand.h"
 #include "ChangeRequest.h"
 #include "CommandOutput.h"
 #include "DuplicatesCommand.h"
 #include "JournalCommand.h"
 #include "LargeCommand.h"
 #include "LaunchOptions.h"
+#include "LeftoversCommand.h"
+#include "MapCommand.h"
 #include "PutBackCommand.h"
 #include "Scan/TreeScanner.h"
 #include "ScanReport.h"
@@ -47,11 +50,14 @@ void HeadlessCommands::runIfRequested(std::span<const std::string> arguments) {
             runTrashCommand(*request);
         runPutBackCommand(*request);
     }
+    runLeftoversCommandIfRequested(arguments);
     runDuplicatesCommandIfRequested(arguments);
     if (const auto root = valueAfter(arguments, "--scan-json"))
         finish(scanReportText(*root, arguments));
     runLargeCommandIfRequested(arguments);
     runTidyCommandIfRequested(arguments);
+    runAppsCommandIfRequested(arguments);
+    runMapCommandIfRequested(arguments);
     runJournalCommandIfRequested(arguments);
 }
 

@@ -1,0 +1,46 @@
+#include "AppModel/AppEnvironment.h"
+
+#include "Journal/JournalStore.h"
+#include "Platform/Home.h"
+#include "Platform/HomeTrash.h"
+#include "Platform/Places.h"
+#include "Safety/FullDiskAccess.h"
+#include "Scan/TreeScanner.h"
+
+#include <unistd.h>
+
+namespace orbel {
+
+namespace {
+
+std::optional<std::uint64_t> bytesInTrash(const std::string& trashFolder) {
+    constexpr int workers = 2;
+    const auto items = platform::trashedItemsFolder(trashFolder);
+    if (::access(items.c_str(), R_OK) != 0)
+        return std::nullopt;
+    return TreeScanner::measure(items, workers).bytes;
+}
+
+} // namespace
+
+AppEnvironment AppEnvironment::ofThisUser() {
+    AppEnvironment environment;
+    environment.options = LaunchOptions::current();
+    environment.home = platform::homeFolder();
+    environment.dataVolumePath = VolumeInfo::dataVolumePath();
+    environment.trashFolder = platform::homeTrash(environment.home);
+    environment.journalPath =
+        JournalStore::defaultPath(platform::places(environment.home).applicationSupport);
+    environment.scan = [](const std::string& root, const ScanCancellation& cancellation,
+                          const ScanProgressCallback& progress) {
+        return TreeScanner::scan(root, std::nullopt, cancellation, progress);
+    };
+    environment.readVolume = VolumeInfo::read;
+    environment.mountTable = platform::mountTable;
+    environment.measureTrash = bytesInTrash;
+    environment.isFullDiskAccessGranted = FullDiskAccess::isGranted;
+    environment.now = std::chrono::system_clock::now;
+    return environment;
+}
+
+} // namespace orbel

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "LaunchOptions.h"
+#include "Platform/MountTable.h"
+#include "Scan/ScanCancellation.h"
+#include "Scan/ScanProgress.h"
+#include "Scan/ScanResult.h"
+#include "Scan/VolumeInfo.h"
+#include "Services/Desktop.h"
+#include "Services/Diagnostics.h"
+#include "Services/LoginItem.h"
+#include "Services/Notifier.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <QSettings>
+#include <string>
+#include <vector>
+
+namespace orbel {
+
+/// What the model stands on: where things are, and every question that it asks of the world. The application
+/// gives the live ones, a test its own. The functions may be called by any thread.
+struct AppEnvironment {
+    LaunchOptions options;
+    std::string home;
+    std::string dataVolumePath; ///< what "the whole disk" means
+    std::string trashFolder;
+    std::string journalPath;
+
+    /// Blocks until the scan is done. Progress comes on the thread that it is called on.
+    std::function<ScanResult(const std::string& root, const ScanCancellation&, const ScanProgressCallback&)>
+        scan;
+    std::function<std::optional<VolumeInfo>(const std::string& path)> readVolume;
+    std::function<std::vector<platform::Mount>()> mountTable;
+    /// Bytes of all that is in the Trash whose folder this is; absent when it cannot be read.
+    std::function<std::optional<std::uint64_t>(const std::string& trashFolder)> measureTrash;
+    std::function<std::optional<bool>(const std::string& home)> isFullDiskAccessGranted;
+    std::function<std::chrono::system_clock::time_point()> now;
+
+    std::shared_ptr<QSettings> settings;
+    std::shared_ptr<Desktop> desktop;
+    std::shared_ptr<Notifier> notifier;
+    std::shared_ptr<LoginItem> loginItem;
+    std::shared_ptr<Diagnostics> diagnostics; ///< absent unless a run is to be measured
+
+    /// The live one for everything but the services, which need the application that they serve.
+    static AppEnvironment ofThisUser();
+};
+
+} // namespace orbel

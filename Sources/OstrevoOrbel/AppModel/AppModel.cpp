@@ -1,0 +1,258 @@
+#include "AppModel/AppModel.h"
+
+#include "Delete/LiveTrash.h"
+#include "Journal/IntentSettling.h"
+#include "Journal/LiveRestore.h"
+#include "Models/Wording.h"
+#include "Platform/HomeTrash.h"
+#include "Safety/FullDiskAccess.h"
+#include "Util/AppVersion.h"
+#include "Util/FileUrl.h"
+#include "Util/PathText.h"
+
+#include <QTimer>
+
+namespace orbel {
+
+namespace {
+
+Trasher liveTrasher(const SafetyPolicy& policy, std::shared_ptr<JournalStore> journal,
+                    const std::string& trashFolder) {
+    return {policy, std::move(journal), std::make_shared<LiveTrash>(trashFolder)};
+}
+
+} // namespace
+
+AppModel::AppModel(AppEnvironment environment, QObject* parent)
+    : QObject(parent),
+      environment_(std::move(environment)),
+      policy_(environment_.home),
+      journal_(std::make_shared<JournalStore>(environment_.journalPath)),
+      session_(liveTrasher(policy_, journal_, environment_.trashFolder)),
+      putBackService_(policy_, journal_, std::make_shared<LiveRestore>()),
+      scanRoot_(environment_.dataVolumePath),
+      tree_(sharedTree(FileTree())),
+      appearance_(*environment_.settings),
+      lowDisk_(loadLowDiskSettings(*environment_.settings)) {
+    screen_ = options().openScreen.value_or(screen_);
+    alertTimer_.setInterval(LowDiskAlert::checkInterval);
+    connect(&alertTimer_, &QTimer::timeout, this, &AppModel::checkFreeSpace);
+    refreshVolume();
+    refreshVolumes();
+    refreshFullDiskAccess();
+    loadJournal();
+    restartAlertLoop();
+}
+
+AppModel::~AppModel() {
+    if (cancellation_)
+        cancellation_->cancel();
+}
+
+QString AppModel::screenName() const {
+    return textOf(screenNames.at(static_cast<std::size_t>(screen_)));
+}
+
+void AppModel::setScreenName(const QString& name) {
+    if (const auto screen = screenNamed(name.toStdString()))
+        setScreen(*screen);
+}
+
+void AppModel::setScreen(Screen screen) {
+    if (screen == screen_)
+        return;
+    screen_ = screen;
+    Q_EMIT screenChanged();
+}
+
+bool AppModel::needsFullDiskAccess() const {
+    return !options().allowWithoutFullDiskAccess && fullDiskAccess_ == false;
+}
+
+void AppModel::refreshFullDiskAccess() {
+    // A check that cannot decide must not lock the user out.
+    const bool isGranted = environment_.isFullDiskAccessGranted(home()).value_or(true);
+    if (fullDiskAccess_ == isGranted)
+        return;
+    fullDiskAccess_ = isGranted;
+    Q_EMIT fullDiskAccessChanged();
+    if (!isGranted || !options().scanPath || scanState_ != ScanState::idle)
+        return;
+    const auto delay = std::chrono::duration<double>(std::max(options().scanDelay, 0.0));
+    QTimer::singleShot(std::chrono::duration_cast<std::chrono::milliseconds>(delay), this,
+                       [this] { startScan(*options().scanPath); });
+}
+
+void AppModel::openPrivacySettings() {
+    environment_.desktop->openAddress(textOf(FullDiskAccess::settingsURL));
+}
+
+void AppModel::refreshVolume() {
+    if (auto volume = environment_.readVolume(environment_.dataVolumePath); volume != volume_) {
+        volume_ = volume;
+        updateLedgers();
+        Q_EMIT volumeChanged();
+    }
+    inbox_.runAside(
+        "orbel.trash-size",
+        [measure = environment_.measureTrash, trash = environment_.trashFolder] { return measure(trash); },
+        [this](std::optional<std::uint64_t> bytes) {
+            if (bytes == trashBytes_)
+                return;
+            trashBytes_ = bytes;
+            Q_EMIT trashBytesChanged();
+        });
+}
+
+void AppModel::refreshVolumes() {
+    struct Found {
+        std::vector<platform::Mount> mounts;
+        std::vector<MountedVolume> volumes;
+    };
+    inbox_.runAside(
+        "orbel.volumes",
+        [table = environment_.mountTable, read = environment_.readVolume] {
+            Found found{.mounts = table(), .volumes = {}};
+            found.volumes = mountedVolumes(found.mounts, read);
+            return found;
+        },
+        [this](Found found) {
+            mounts_ = std::move(found.mounts);
+            volumes_.setVolumes(std::move(found.volumes));
+            updateLedgers();
+        });
+}
+
+QString AppModel::trashSizeText() const {
+    return trashBytes_ ? ByteFigure(*trashBytes_).text() : QStringLiteral("—");
+}
+
+void AppModel::openTrash() {
+    environment_.desktop->openTrash(platform::trashedItemsFolder(environment_.trashFolder));
+}
+
+void AppModel::showJournalInFileManager() {
+    environment_.desktop->showInFileManager(journal_->path());
+}
+
+void AppModel::showAbout() {
+    Q_EMIT aboutWanted();
+}
+
+void AppModel::chooseFolderAndScan() {
+    Q_EMIT folderWanted(tr("Choose a folder to map."), QUrl(textOf(fileUrl(home()))));
+}
+
+void AppModel::copyText(const QString& text) {
+    environment_.desktop->copyText(text);
+}
+
+std::optional<std::string> AppModel::nodePath(quint32 node) const {
+    if (node >= tree_->count())
+        return std::nullopt;
+    return tree_->path(node, policy_.canonicalizer());
+}
+
+void AppModel::showOnMap(quint32 node) {
+    if (node >= tree_->count())
+        return;
+    setScreen(Screen::map);
+    Q_EMIT mapNodeWanted(node);
+}
+
+void AppModel::openNode(quint32 node) {
+    if (const auto path = nodePath(node))
+        environment_.desktop->open(*path);
+}
+
+void AppModel::showNodeInFileManager(quint32 node) {
+    if (const auto path = nodePath(node))
+        environment_.desktop->showInFileManager(*path);
+}
+
+void AppModel::copyNodePath(quint32 node) {
+    if (const auto path = nodePath(node))
+        environment_.desktop->copyText(textOf(*path));
+}
+
+void AppModel::noteTiles(int tiles) {
+    if (environment_.diagnostics)
+        environment_.diagnostics->setTiles(tiles);
+}
+
+void AppModel::mark(std::string_view name) {
+    if (environment_.diagnostics)
+        environment_.diagnostics->mark(name);
+}
+
+void AppModel::setNotice(const QString& words) {
+    if (words == notice_)
+        return;
+    notice_ = words;
+    Q_EMIT noticeChanged();
+}
+
+void AppModel::dismissNotice() {
+    setNotice({});
+}
+
+/// What an earlier process could not write is written first, which must not happen in a home where nothing
+/// may be changed.
+void AppModel::loadJournal() {
+    struct Loaded {
+        std::vector<JournalEntry> entries;
+        QString notice;
+    };
+    const bool maySettle = !policy_.homeReason();
+    inbox_.runAside(
+        "orbel.journal",
+        [journal = journal_, maySettle] {
+            Loaded loaded;
+            if (maySettle) {
+                const auto settlement = settleIntents(*journal);
+                QStringList words;
+                for (const auto& doubt : settlement.doubts)
+                    words << textOf(doubt.words);
+                for (const auto& failure : settlement.failures)
+                    words << textOf(failure);
+                loaded.notice = words.join(QLatin1Char('\n'));
+            }
+            if (auto entries = journal->read())
+                loaded.entries = *std::move(entries);
+            else
+                loaded.notice = textOf(entries.error().words);
+            return loaded;
+        },
+        [this](Loaded loaded) {
+            journalEntries_ = std::move(loaded.entries);
+            Q_EMIT journalEntriesChanged();
+            if (!loaded.notice.isEmpty())
+                setNotice(loaded.notice);
+        });
+}
+
+QString AppModel::journalPathText() const {
+    return textOf(tildePath(journal_->path(), home()));
+}
+
+QString AppModel::version() const {
+    return textOf(appVersion());
+}
+
+QString AppModel::motto() const {
+    return QStringLiteral("Measure first. Change safely. Always reversible.");
+}
+
+bool AppModel::opensAtLogin() const {
+    return environment_.loginItem->isEnabled();
+}
+
+void AppModel::setOpenAtLogin(bool opens) {
+    if (opens == opensAtLogin())
+        return;
+    if (!environment_.loginItem->setEnabled(opens))
+        setNotice(tr("The desktop’s list of what it starts at login could not be written."));
+    Q_EMIT openAtLoginChanged();
+}
+
+} // namespace orbel

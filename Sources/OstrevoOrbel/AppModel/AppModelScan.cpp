@@ -1,0 +1,222 @@
+#include "AppModel/AppModel.h"
+#include "Models/Wording.h"
+#include "Safety/PathCanonicalizer.h"
+#include "Util/FileUrl.h"
+#include "Util/PathText.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+namespace orbel {
+
+namespace {
+
+/// Far more than are shown, so that a row that is overtaken still gets its figures.
+constexpr std::size_t mostTopLevel = 200;
+
+QString whenText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now) {
+    const auto localTime = [](auto point) {
+        return QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(point));
+    };
+    const auto then = localTime(time);
+    const auto clock = then.toString(QStringLiteral("HH:mm"));
+    if (then.date() == localTime(now).date())
+        return AppModel::tr("today at %1").arg(clock);
+    const QLocale english(QLocale::English);
+    return AppModel::tr("on %1 at %2").arg(english.toString(then.date(), QStringLiteral("d MMMM")), clock);
+}
+
+} // namespace
+
+void AppModel::scanFolder(const QUrl& folder) {
+    if (const auto path = pathOfFileUrl(folder.toEncoded().toStdString()))
+        startScan(*path);
+}
+
+void AppModel::scanVolume(int row) {
+    if (const auto path = volumes_.pathOf(row))
+        startScan(*path);
+}
+
+void AppModel::scanDisk() {
+    startScan(environment_.dataVolumePath);
+}
+
+void AppModel::measureAgain() {
+    startScan(std::string(scanRoot_));
+}
+
+void AppModel::startScan(const std::string& root) {
+    if (scanState_ == ScanState::scanning)
+        return;
+    if (!options().allowWithoutFullDiskAccess && fullDiskAccess_ != true)
+        return;
+    if (cancellation_)
+        cancellation_->cancel();
+    cancellation_ = std::make_shared<ScanCancellation>();
+    scanRoot_ = root;
+    scanState_ = ScanState::scanning;
+    progress_.reset();
+    coverage_.reset();
+    scannedVolume_.reset();
+    kindTotals_.reset();
+    figures_.set({});
+    topLevel_.begin(scanRootText());
+    showTree(sharedTree(FileTree()));
+    kinds_.setTotals({});
+    largestFolders_.setFolders({});
+    unreadable_.setPaths({}, 0, home());
+    updateLedgers();
+    Q_EMIT scanRootChanged();
+    Q_EMIT scanStateChanged();
+    Q_EMIT measuredTextChanged();
+    mark("scanStarted");
+
+    // The deliveries own the token, so none made later can be at its address while they are under way.
+    const auto report = [this, token = cancellation_,
+                         inbox = inbox_.address()](const ScanProgress& progress) {
+        auto shown = progress;
+        shown.topLevel.resize(std::min(shown.topLevel.size(), mostTopLevel));
+        inbox.send([this, token, shown = std::move(shown)] { takeProgress(token.get(), shown); });
+    };
+    inbox_.runAside(
+        "orbel.scan",
+        [token = cancellation_, report, root, home = home(), scan = environment_.scan,
+         readVolume = environment_.readVolume] {
+            auto result = scan(root, *token, report);
+            return scanOutcome(std::move(result), readVolume(root), home);
+        },
+        [this, token = cancellation_](ScanOutcome outcome) { takeOutcome(token.get(), std::move(outcome)); });
+}
+
+void AppModel::stopScan() {
+    if (!isScanning() || isStopping())
+        return;
+    mark("stopRequested");
+    cancellation_->cancel();
+    Q_EMIT scanStateChanged();
+}
+
+void AppModel::takeProgress(const ScanCancellation* token, ScanProgress progress) {
+    if (cancellation_.get() != token || !isScanning())
+        return;
+    if (!progress_)
+        mark("firstProgress");
+    figures_.set(progress);
+    topLevel_.update(progress.topLevel, progress.elapsed);
+    progress_ = std::move(progress);
+    Q_EMIT measuredTextChanged();
+}
+
+void AppModel::takeOutcome(const ScanCancellation* token, ScanOutcome outcome) {
+    if (cancellation_.get() != token)
+        return;
+    const auto& tree = *outcome.tree;
+    const bool hasRoot = tree.count() > 0;
+    scannedAt_ = outcome.finishedAt;
+    scanSeconds_ = outcome.duration;
+    scannedVolume_ = outcome.volume;
+    if (isWholeDisk() && outcome.volume)
+        volume_ = outcome.volume;
+    if (isWholeDisk() && volume_ && hasRoot)
+        coverage_ = Coverage(volume_->used, tree);
+    kindTotals_ = outcome.kinds;
+    scanState_ = outcome.cancelled ? ScanState::cancelled : ScanState::done;
+    figures_.set({.entries = tree.count(),
+                  .bytes = hasRoot ? tree.allocated(0) : 0,
+                  .unreadable = tree.unreadableCount,
+                  .elapsed = outcome.duration,
+                  .topLevel = {}});
+    kinds_.setTotals(outcome.kinds);
+    largestFolders_.setFolders(std::move(outcome.largestFolders));
+    unreadable_.setPaths(std::move(outcome.unreadable), tree.unreadableCount, home());
+    showTree(std::move(outcome.tree));
+    updateLedgers();
+    Q_EMIT volumeChanged();
+    Q_EMIT scanStateChanged();
+    Q_EMIT measuredTextChanged();
+    mark("scanComplete");
+    Q_EMIT scanFinished();
+}
+
+void AppModel::showTree(std::shared_ptr<const FileTree> tree) {
+    tree_ = std::move(tree);
+    ++treeVersion_;
+    Q_EMIT treeChanged();
+}
+
+void AppModel::updateLedgers() {
+    const auto describe = [this](const platform::Mount* mount) {
+        return mount == nullptr ? QString() : mountDescription(mount->fileSystem, mount->path, mount->source);
+    };
+    const auto* const ownMount = mountHolding(mounts_, environment_.dataVolumePath);
+    const auto* const scannedMount = mountHolding(mounts_, scanRoot_);
+    const bool isSameVolume = isWholeDisk() || ownMount == scannedMount;
+    DiskLedger::Figures disk{.path = textOf(environment_.dataVolumePath),
+                             .description = describe(ownMount),
+                             .volume = volume_,
+                             .measured = isSameVolume ? kindTotals_ : std::nullopt};
+    ledger_.setFigures(isSameVolume
+                           ? disk
+                           : DiskLedger::Figures{.path = scannedMount == nullptr ? scanRootText()
+                                                                                 : textOf(scannedMount->path),
+                                                 .description = describe(scannedMount),
+                                                 .volume = scannedVolume_,
+                                                 .measured = kindTotals_});
+    disk_.setFigures(std::move(disk));
+}
+
+QString AppModel::scanStateName() const {
+    switch (scanState_) {
+    case ScanState::idle:
+        return QStringLiteral("idle");
+    case ScanState::scanning:
+        return QStringLiteral("scanning");
+    case ScanState::done:
+        return QStringLiteral("done");
+    case ScanState::cancelled:
+        break;
+    }
+    return QStringLiteral("cancelled");
+}
+
+bool AppModel::isStopping() const {
+    return isScanning() && cancellation_->isCancelled();
+}
+
+bool AppModel::isRootUnreadable() const {
+    const bool isOver = scanState_ == ScanState::done || scanState_ == ScanState::cancelled;
+    return isOver && (tree_->count() == 0 || NodeFlags{tree_->nodeFlags[0]}.contains(NodeFlags::unreadable));
+}
+
+QString AppModel::scanRootText() const {
+    return textOf(tildePath(policy_.canonicalizer().visiblePath(scanRoot_), home()));
+}
+
+QString AppModel::scopeText() const {
+    if (isScanning())
+        return tr("Measuring %1…").arg(scanRootText());
+    const auto what = isWholeDisk() ? tr("This disk") : scanRootText();
+    if (scanState_ == ScanState::idle)
+        return tr("%1 · not measured yet").arg(what);
+    const auto when = whenText(scannedAt_, environment_.now());
+    if (isPartial())
+        return tr("%1 · partly measured %2, stopped after %3").arg(what, when, durationText(scanSeconds_));
+    return tr("%1 · measured %2 in %3").arg(what, when, durationText(scanSeconds_));
+}
+
+QString AppModel::measuredText() const {
+    if (scanState_ == ScanState::idle)
+        return {};
+    const auto figures =
+        tr("%1 · %2 · %3").arg(figures_.measured().text(), figures_.entriesText(), figures_.duration());
+    if (isScanning())
+        return figures;
+    return (isPartial() ? tr("Partial · measured ") : tr("Measured ")) + figures;
+}
+
+QString AppModel::otherVolumesSkipped() const {
+    return countText(tree_->otherVolumeCount);
+}
+
+} // namespace orbel

@@ -1,0 +1,139 @@
+#include "AppModel/ScanOutcome.h"
+
+#include "Models/UnreadableModel.h"
+#include "Models/Wording.h"
+#include "Safety/PathCanonicalizer.h"
+#include "Util/PathText.h"
+#include "Util/Thread.h"
+
+#include <algorithm>
+#include <queue>
+
+namespace orbel {
+
+namespace {
+
+constexpr std::size_t mostLargestFolders = 10;
+
+std::string shownPath(const FileTree& tree, NodeIndex node) {
+    return tree.path(node, PathCanonicalizer::shared());
+}
+
+std::vector<std::string> unreadablePaths(const FileTree& tree) {
+    std::vector<std::string> paths;
+    for (NodeIndex node = 0; node < tree.count() && paths.size() < UnreadableModel::mostRows; ++node) {
+        if (NodeFlags{tree.nodeFlags[node]}.contains(NodeFlags::unreadable))
+            paths.push_back(shownPath(tree, node));
+    }
+    std::ranges::sort(paths);
+    return paths;
+}
+
+/// Of each of these folders the kind that most of its bytes are.
+std::vector<FileKind> mainKinds(const FileTree& tree, const std::vector<NodeIndex>& folders) {
+    constexpr std::uint8_t none = 0xFF;
+    std::vector<std::uint8_t> holder(tree.count(), none);
+    std::vector<KindTotals> totals(folders.size());
+    for (std::size_t i = 0; i < folders.size(); ++i)
+        holder[folders[i]] = static_cast<std::uint8_t>(i);
+    const auto kinds = countedKinds(tree);
+    for (NodeIndex node = 1; node < tree.count(); ++node) {
+        const auto parent = tree.parentIndex[node];
+        if (holder[node] == none && parent != FileTree::noParent)
+            holder[node] = holder[parent];
+        if (holder[node] != none && !tree.isFolder(node))
+            totals[holder[node]].at(kinds[node]) += tree.allocatedBytes[node];
+    }
+    std::vector<FileKind> main;
+    main.reserve(totals.size());
+    for (const auto& total : totals)
+        main.push_back(
+            fileKindFromRawValue(static_cast<std::uint8_t>(std::ranges::max_element(total) - total.begin())));
+    return main;
+}
+
+std::vector<SizedFoldersModel::Folder> largestFolders(const FileTree& tree, const std::string& home) {
+    const auto nodes = tellingFolders(tree, mostLargestFolders);
+    const auto kinds = mainKinds(tree, nodes);
+    std::vector<SizedFoldersModel::Folder> folders;
+    folders.reserve(nodes.size());
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+        folders.push_back({.node = nodes[i],
+                           .path = textOf(tildePath(shownPath(tree, nodes[i]), home)),
+                           .kind = static_cast<int>(kinds[i]),
+                           .bytes = tree.allocated(nodes[i])});
+    return folders;
+}
+
+/// Whether a few folders in it tell more than the folder itself: three quarters of it are in folders of a
+/// twentieth or more.
+bool isDivided(const FileTree& tree, NodeIndex folder) {
+    std::uint64_t inWeightyFolders = 0;
+    for (const NodeIndex child : tree.children(folder)) {
+        if (tree.isFolder(child) && tree.allocated(child) >= tree.allocated(folder) / 20)
+            inWeightyFolders += tree.allocated(child);
+    }
+    return inWeightyFolders >= tree.allocated(folder) / 4 * 3;
+}
+
+} // namespace
+
+ScanOutcome scanOutcome(ScanResult result, std::optional<VolumeInfo> volume, const std::string& home) {
+    ScanOutcome outcome;
+    outcome.cancelled = result.cancelled;
+    outcome.finishedAt = std::chrono::system_clock::now();
+    outcome.duration = result.duration;
+    outcome.volume = volume;
+    if (result.tree.count() > 0) {
+        outcome.kinds = kindTotals(result.tree);
+        outcome.largestFolders = largestFolders(result.tree, home);
+        outcome.unreadable = unreadablePaths(result.tree);
+    }
+    outcome.tree = sharedTree(std::move(result.tree));
+    return outcome;
+}
+
+std::shared_ptr<const FileTree> sharedTree(FileTree tree) {
+    // Giving back the memory of ten million nodes takes a tenth of a second: too long for the main thread.
+    constexpr std::size_t quicklyFreed = 100'000;
+    return {new FileTree(std::move(tree)), [](const FileTree* last) {
+                const auto dispose = [last] { delete last; };
+                if (last->count() <= quicklyFreed || !Thread::startDetached("orbel.free", dispose))
+                    dispose();
+            }};
+}
+
+std::vector<NodeIndex> tellingFolders(const FileTree& tree, std::size_t most) {
+    constexpr int deepestDivision = 3; // "/home/name/folder" is told, what is in that is for the map
+    struct Candidate {
+        std::uint64_t bytes;
+        NodeIndex node;
+        int depth;
+        bool operator<(const Candidate& other) const {
+            return bytes != other.bytes ? bytes < other.bytes : node > other.node;
+        }
+    };
+    std::vector<NodeIndex> telling;
+    if (tree.count() == 0 || !tree.isFolder(0))
+        return telling;
+    std::priority_queue<Candidate> open;
+    const auto addFoldersIn = [&](NodeIndex folder, int depth) {
+        for (const NodeIndex child : tree.children(folder)) {
+            if (tree.isFolder(child) && tree.allocated(child) > 0)
+                open.push({tree.allocated(child), child, depth});
+        }
+    };
+    addFoldersIn(0, 1);
+    while (!open.empty() && telling.size() < most) {
+        const auto [bytes, node, depth] = open.top();
+        open.pop();
+        const bool isPackage = tree.flags(node).contains(NodeFlags::package);
+        if (depth < deepestDivision && !isPackage && isDivided(tree, node))
+            addFoldersIn(node, depth + 1);
+        else
+            telling.push_back(node);
+    }
+    return telling;
+}
+
+} // namespace orbel

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Models/SizedFoldersModel.h"
+#include "Scan/KindTotals.h"
+#include "Scan/ScanResult.h"
+#include "Scan/VolumeInfo.h"
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orbel {
+
+/// All that the window shows of a finished scan and that needs a look at every node: derived before the
+/// result goes to the main thread, which must never wait for millions of nodes.
+struct ScanOutcome {
+    std::shared_ptr<const FileTree> tree;
+    bool cancelled = false;
+    std::chrono::system_clock::time_point finishedAt;
+    double duration = 0;              ///< seconds
+    std::optional<VolumeInfo> volume; ///< of the scanned root, read when the scan was done
+    KindTotals kinds{};
+    std::vector<SizedFoldersModel::Folder> largestFolders;
+    std::vector<std::string> unreadable; ///< visible paths of the first that could not be read
+};
+
+/// Takes the tree out of `result`. `home` is what "~" stands for.
+ScanOutcome scanOutcome(ScanResult result, std::optional<VolumeInfo> volume, const std::string& home);
+
+/// A tree to be shared. Whoever drops the last reference does not wait for its memory to be freed.
+std::shared_ptr<const FileTree> sharedTree(FileTree tree);
+
+/// The attached folders that tell most about where the space went, largest first: a folder stands for what is
+/// in it unless it is mostly in a few others, which then stand in its place.
+std::vector<NodeIndex> tellingFolders(const FileTree& tree, std::size_t most);
+
+} // namespace orbel

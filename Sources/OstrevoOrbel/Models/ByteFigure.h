@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+namespace orbel {
+
+/// A count of bytes as a screen binds to it: the number for lengths and comparisons, the words for people.
+/// "63.6 GB" is also given in two, for screens that set number and unit in different sizes.
+class ByteFigure {
+    Q_GADGET
+    QML_VALUE_TYPE(byteFigure)
+    Q_PROPERTY(quint64 bytes READ bytes)
+    Q_PROPERTY(QString text READ text)
+    Q_PROPERTY(QString value READ value)
+    Q_PROPERTY(QString unit READ unit)
+
+public:
+    ByteFigure() = default;
+    explicit ByteFigure(quint64 bytes) : bytes_(bytes) {}
+
+    quint64 bytes() const { return bytes_; }
+    QString text() const;
+    QString value() const;
+    QString unit() const;
+
+    bool operator==(const ByteFigure&) const = default;
+
+private:
+    quint64 bytes_ = 0;
+};
+
+} // namespace orbel

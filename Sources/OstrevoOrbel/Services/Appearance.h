@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+
+class QSettings;
+
+namespace orbel {
+
+/// Light or dark: what the user chose, else what the command line said, else what the desktop prefers.
+class Appearance final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the AppModel.")
+    /// "system", "light" or "dark"; kept.
+    Q_PROPERTY(QString choice READ choice WRITE setChoice NOTIFY choiceChanged)
+    /// What that comes to now.
+    Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
+
+public:
+    /// Keeps the choice in `settings`, which outlives this, under "appearance".
+    explicit Appearance(QSettings& settings, QObject* parent = nullptr);
+
+    QString choice() const { return choice_; }
+    void setChoice(const QString& choice);
+    bool isDark() const { return isDark_; }
+
+    /// For this run, whatever was chosen: the command line's --appearance. A choice made later wins.
+    void overrideWith(std::optional<std::string> word);
+    /// What the desktop prefers, as it becomes known or changes.
+    void setSystemDark(bool dark);
+
+Q_SIGNALS:
+    void choiceChanged();
+    void darkChanged();
+
+private:
+    void update();
+
+    QSettings& settings_;
+    QString choice_;
+    std::optional<bool> override_;
+    bool systemIsDark_ = false;
+    bool isDark_ = false;
+};
+
+} // namespace orbel

@@ -1,0 +1,215 @@
+import QtQuick
+import OstrevoOrbel
+
+/// What this is, what it promises, and its keys.
+ScreenFrame {
+    id: view
+
+    required property AppModel app
+
+    firstFocus: page
+    objectName: "help"
+    scope: qsTr("What Vanto promises, and its keys")
+    status: qsTr("Help")
+    title: qsTr("Help")
+
+    component Promise: Row {
+        property alias iconPath: icon.path
+        property alias statement: statement.text
+        property alias sentence: sentence.text
+
+        spacing: 14
+        width: parent.width
+
+        PathIcon {
+            id: icon
+
+            color: Theme.accent
+            height: Theme.icon
+            width: height
+            y: 1
+        }
+        Column {
+            width: parent.width - Theme.icon - parent.spacing
+
+            ThemedText {
+                id: statement
+
+                bold: true
+                width: parent.width
+                wrapMode: Text.Wrap
+            }
+            ThemedText {
+                id: sentence
+
+                color: Theme.text2
+                width: parent.width
+                wrapMode: Text.Wrap
+            }
+        }
+    }
+
+    ScrollPage {
+        id: page
+
+        anchors.fill: parent
+        columnWidth: Theme.settingsWidth
+        focus: true
+        padding: view.padding
+        spacing: Theme.cardGap
+
+        Card {
+            height: about.height + 40
+            width: parent.width
+
+            Column {
+                id: about
+
+                spacing: 16
+                width: parent.width - 40
+                x: 19
+                y: 19
+
+                Row {
+                    spacing: 16
+                    width: parent.width
+
+                    Mark {
+                        id: mark
+
+                        size: Theme.px(42)
+                    }
+                    Column {
+                        width: parent.width - mark.width - parent.spacing
+
+                        ThemedText {
+                            Accessible.name: text
+                            Accessible.role: Accessible.Heading
+                            bold: true
+                            role: ThemedText.Title
+                            text: qsTr("Ostrevo Vanto %1").arg(view.app.version)
+                            width: parent.width
+                        }
+                        ThemedText {
+                            color: Theme.text2
+                            objectName: "help.motto"
+                            text: view.app.motto
+                            width: parent.width
+                            wrapMode: Text.Wrap
+                        }
+                    }
+                }
+                Rectangle {
+                    color: Theme.lineSoft
+                    height: 1
+                    width: parent.width
+                }
+                Promise {
+                    iconPath: Theme.icons.large
+                    sentence: qsTr("Measuring reads names and sizes; it changes nothing. What is not measured is said, not guessed.")
+                    statement: qsTr("Measure first.")
+                }
+                Promise {
+                    iconPath: Theme.icons.check
+                    sentence: qsTr("Nothing is ever deleted. What you approve is checked again just before it moves to the Trash; anything that changed is skipped.")
+                    statement: qsTr("Change safely.")
+                }
+                Promise {
+                    iconPath: Theme.icons.putBack
+                    sentence: qsTr("Every move is in the journal and can be put back while it is in the Trash. Nothing is ever overwritten.")
+                    statement: qsTr("Always reversible.")
+                }
+            }
+        }
+        Card {
+            height: Theme.px(40) + keys.height + 14
+            title: qsTr("Keys")
+            width: parent.width
+
+            Column {
+                id: keys
+
+                width: parent.width
+                y: 6
+
+                Repeater {
+                    model: [
+                        { keys: "Ctrl 1 … 7", does: qsTr("Show a screen, in the order of the sidebar") },
+                        { keys: "Ctrl O", does: qsTr("Choose a folder and measure it") },
+                        { keys: "F5", does: qsTr("Measure again") },
+                        { keys: "Esc", does: qsTr("Stop measuring; close what is open") },
+                        { keys: "F6", does: qsTr("Go between the sidebar and the screen") },
+                        { keys: "Ctrl F", does: qsTr("Find, where a screen has a field for it") },
+                        { keys: "Enter, Backspace", does: qsTr("On the map: zoom in, go up") },
+                        { keys: "Alt ↑ ← → Home", does: qsTr("On the map: up, back, forward, to the top") },
+                        { keys: "Ctrl C", does: qsTr("On the map: copy the path") },
+                        { keys: "Ctrl ,", does: qsTr("Settings") },
+                        { keys: "F1", does: qsTr("This page") }
+                    ]
+
+                    Item {
+                        id: entry
+
+                        required property var modelData
+
+                        Accessible.name: modelData.keys + ": " + modelData.does
+                        Accessible.role: Accessible.StaticText
+                        height: Math.max(Theme.px(30), does.implicitHeight + 8)
+                        width: keys.width
+
+                        KeyCap {
+                            id: cap
+
+                            anchors.verticalCenter: parent.verticalCenter
+                            text: entry.modelData.keys
+                            x: Theme.cardPadding
+                        }
+                        ThemedText {
+                            id: does
+
+                            anchors.verticalCenter: parent.verticalCenter
+                            text: entry.modelData.does
+                            width: parent.width - x - Theme.cardPadding
+                            wrapMode: Text.Wrap
+                            x: Theme.px(170)
+                        }
+                    }
+                }
+            }
+        }
+        Card {
+            height: Theme.px(40) + terminal.height + 28
+            title: qsTr("In a terminal")
+            width: parent.width
+
+            Column {
+                id: terminal
+
+                spacing: 10
+                width: parent.width - 2 * Theme.cardPadding
+                x: Theme.cardPadding
+                y: 12
+
+                ThemedText {
+                    color: Theme.text2
+                    text: qsTr("The same engine without a window, for scripts and servers. Its results are JSON.")
+                    width: parent.width
+                    wrapMode: Text.Wrap
+                }
+                CommandLine {
+                    command: "orbel --help"
+                    maximumWidth: parent.width
+                    objectName: "help.command"
+                    width: implicitWidth
+                }
+            }
+        }
+        ThemedText {
+            color: Theme.text3
+            role: ThemedText.Small
+            text: qsTr("Built with Qt under the LGPL 3. The typeface is Noto Sans under the SIL Open Font License 1.1.")
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+    }
+}

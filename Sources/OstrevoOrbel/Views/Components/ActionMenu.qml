@@ -1,0 +1,70 @@
+import QtQuick
+import QtQuick.Templates as T
+import OstrevoOrbel
+
+/// A menu. What it acts on stands at its top, where there is such a thing, so that nobody acts on the wrong item.
+T.Menu {
+    id: menu
+
+    /// The item's name, and its kind and size.
+    property string itemName: ""
+    property string itemFacts: ""
+
+    cascade: false
+    implicitHeight: contentHeight + topPadding + bottomPadding
+    implicitWidth: Theme.menuWidth
+    margins: 8
+    modal: true
+    dim: false
+    bottomPadding: 5
+    leftPadding: 5
+    rightPadding: 5
+    topPadding: head.visible ? head.height + 5 : 5
+
+    background: Rectangle {
+        border.color: Theme.control
+        color: Theme.surface
+        radius: Theme.cardRadius
+
+        Column {
+            id: head
+
+            bottomPadding: 8
+            leftPadding: 15
+            rightPadding: 15
+            topPadding: 12
+            visible: menu.itemName !== ""
+            width: parent.width
+
+            ThemedText {
+                bold: true
+                elide: Text.ElideMiddle
+                text: menu.itemName
+                width: parent.width - 30
+            }
+            ThemedText {
+                color: Theme.text2
+                role: ThemedText.Small
+                text: menu.itemFacts
+                visible: text !== ""
+                width: parent.width - 30
+            }
+            Item {
+                height: 11
+                width: 1
+            }
+            Rectangle {
+                color: Theme.line
+                height: 1
+                width: parent.width - 30
+            }
+        }
+    }
+    contentItem: ListView {
+        clip: true
+        currentIndex: menu.currentIndex
+        implicitHeight: contentHeight
+        interactive: Window.window ? contentHeight > Window.window.height - 80 : false
+        model: menu.contentModel
+    }
+}

@@ -1,0 +1,49 @@
+import QtQuick
+import OstrevoOrbel
+
+/// A state in a few words.
+Rectangle {
+    id: badge
+
+    enum Tone { Plain, Accent, Ok, Warn, Error }
+
+    property int tone: Badge.Plain
+    property string iconPath: ""
+    property alias text: label.text
+
+    readonly property var texts: [Theme.text2, Theme.accent, Theme.ok, Theme.warn, Theme.error]
+    readonly property var grounds: ["transparent", Theme.accentSoft, Theme.okSoft, Theme.warnSoft, Theme.errorSoft]
+    readonly property var edges: [Theme.line, Theme.accentLine, Theme.okSoft, Theme.warnLine, Theme.errorLine]
+
+    Accessible.name: text
+    Accessible.role: Accessible.StaticText
+    border.color: badge.edges[badge.tone]
+    color: badge.grounds[badge.tone]
+    implicitHeight: Theme.badgeHeight
+    implicitWidth: label.implicitWidth + (icon.visible ? icon.width + 5 : 0) + 16
+    radius: 4
+
+    PathIcon {
+        id: icon
+
+        anchors.verticalCenter: parent.verticalCenter
+        color: badge.texts[badge.tone]
+        height: Theme.px(12)
+        path: badge.iconPath
+        stroke: 1.6
+        visible: badge.iconPath !== ""
+        width: height
+        x: 8
+    }
+    ThemedText {
+        id: label
+
+        anchors.left: icon.visible ? icon.right : parent.left
+        anchors.leftMargin: icon.visible ? 5 : 8
+        anchors.right: parent.right
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        color: badge.texts[badge.tone]
+        role: ThemedText.Tile
+    }
+}

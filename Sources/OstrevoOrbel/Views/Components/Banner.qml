@@ -1,0 +1,71 @@
+import QtQuick
+import QtQuick.Layouts
+import OstrevoOrbel
+
+/// A statement across the content, with an explanation and at most one button.
+Rectangle {
+    id: banner
+
+    enum Tone { Ok, Warn, Error }
+
+    property int tone: Banner.Warn
+    property string statement: ""
+    property string explanation: ""
+    property string action: ""
+
+    readonly property color foreground: [Theme.ok, Theme.warn, Theme.error][tone]
+
+    signal triggered()
+
+    Accessible.description: explanation
+    Accessible.name: statement
+    Accessible.role: Accessible.AlertMessage
+    border.color: [Theme.okSoft, Theme.warnLine, Theme.errorLine][tone]
+    color: [Theme.okSoft, Theme.warnSoft, Theme.errorSoft][tone]
+    implicitHeight: Math.max(Theme.bannerHeight, row.implicitHeight + 12)
+    implicitWidth: row.implicitWidth + 32
+    radius: Theme.controlRadius
+
+    RowLayout {
+        id: row
+
+        anchors.fill: parent
+        anchors.leftMargin: 16
+        anchors.rightMargin: 16
+        spacing: 12
+
+        PathIcon {
+            Layout.preferredHeight: Theme.icon
+            Layout.preferredWidth: Theme.icon
+            color: banner.foreground
+            path: banner.tone === Banner.Ok ? Theme.icons.check : Theme.icons.warn
+        }
+        Flow {
+            Layout.alignment: Qt.AlignVCenter
+            Layout.fillWidth: true
+            spacing: 4
+
+            ThemedText {
+                bold: true
+                text: banner.statement
+                width: Math.min(implicitWidth, parent.width)
+                wrapMode: Text.Wrap
+            }
+            ThemedText {
+                color: Theme.text2
+                text: banner.explanation
+                visible: text !== ""
+                width: Math.min(implicitWidth, parent.width)
+                wrapMode: Text.Wrap
+            }
+        }
+        PushButton {
+            controlHeight: Theme.smallButtonHeight
+            objectName: banner.objectName + ".action"
+            text: banner.action
+            visible: banner.action !== ""
+
+            onClicked: banner.triggered()
+        }
+    }
+}

@@ -1,0 +1,53 @@
+import QtQuick
+import OstrevoOrbel
+
+/// A command for a terminal, to read, select and copy.
+Rectangle {
+    id: line
+
+    property alias command: text.text
+    property real maximumWidth: Infinity
+
+    Accessible.name: command
+    Accessible.role: Accessible.StaticText
+    border.color: Theme.line
+    color: Theme.sunk
+    implicitHeight: text.implicitHeight + 10
+    implicitWidth: Math.min(maximumWidth, text.implicitWidth + 24 + copy.width)
+    radius: Theme.controlRadius
+
+    TextEdit {
+        id: text
+
+        anchors.left: parent.left
+        anchors.leftMargin: 12
+        anchors.right: copy.left
+        anchors.rightMargin: 6
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.ink
+        font.family: "monospace"
+        font.pixelSize: Theme.smallSize
+        readOnly: true
+        selectByMouse: true
+        selectedTextColor: Theme.accentText
+        selectionColor: Theme.accent
+        textFormat: TextEdit.PlainText
+        wrapMode: TextEdit.WrapAnywhere
+    }
+    IconButton {
+        id: copy
+
+        anchors.right: parent.right
+        anchors.rightMargin: 3
+        anchors.verticalCenter: parent.verticalCenter
+        iconPath: Theme.icons.copy
+        objectName: line.objectName + ".copy"
+        text: qsTr("Copy")
+
+        onClicked: {
+            text.selectAll();
+            text.copy();
+            text.deselect();
+        }
+    }
+}

@@ -1,0 +1,84 @@
+import QtQuick
+import QtQuick.Templates as T
+import OstrevoOrbel
+
+/// One choice of a few, in a list that opens.
+T.ComboBox {
+    id: box
+
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    implicitHeight: Theme.controlHeight
+    implicitWidth: Theme.px(120)
+    leftPadding: 12
+    rightPadding: 12 + Theme.icon
+
+    Keys.onEnterPressed: box.popup.open()
+    Keys.onReturnPressed: box.popup.open()
+
+    background: Rectangle {
+        border.color: box.enabled ? Theme.control : Theme.lineSoft
+        color: !box.enabled ? "transparent" : box.down ? Theme.pressed(Theme.hover)
+            : box.hovered ? Theme.hover : Theme.surface
+        radius: Theme.controlRadius
+
+        FocusRing {
+            visible: box.visualFocus
+        }
+    }
+    contentItem: ThemedText {
+        color: box.enabled ? Theme.ink : Theme.text3
+        text: box.displayText
+    }
+    delegate: T.ItemDelegate {
+        id: option
+
+        required property var model
+        required property int index
+
+        highlighted: box.highlightedIndex === index
+        implicitHeight: Theme.menuItemHeight
+        leftPadding: 10
+        rightPadding: 10
+        text: model[box.textRole]
+        width: ListView.view ? ListView.view.width : 0
+
+        background: Rectangle {
+            color: option.highlighted ? Theme.accentSoft : "transparent"
+            radius: Theme.menuItemRadius
+        }
+        contentItem: ThemedText {
+            bold: box.currentIndex === option.index
+            text: option.text
+        }
+    }
+    indicator: PathIcon {
+        color: box.enabled ? Theme.text2 : Theme.text3
+        height: Theme.px(12)
+        path: Theme.icons.down
+        stroke: 1.8
+        width: height
+        x: box.width - width - 10
+        y: Math.round((box.height - height) / 2)
+    }
+    popup: T.Popup {
+        implicitHeight: contentItem.implicitHeight + 10
+        margins: 8
+        padding: 5
+        width: box.width
+        y: box.height + 4
+
+        background: Rectangle {
+            border.color: Theme.control
+            color: Theme.surface
+            radius: Theme.cardRadius
+        }
+        contentItem: ListView {
+            clip: true
+            currentIndex: box.highlightedIndex
+            implicitHeight: contentHeight
+            interactive: false
+            model: box.popup.visible ? box.delegateModel : null
+        }
+    }
+}

@@ -1,0 +1,83 @@
+import QtQuick
+import QtQuick.Templates as T
+import OstrevoOrbel
+
+/// A field for a line of text: to find something, unless another icon is given.
+T.TextField {
+    id: field
+
+    property string iconPath: Theme.icons.search
+    /// The keys that lead here.
+    property string keys: ""
+    /// Whether the text cannot be used.
+    property bool wrong: false
+    property real fieldRadius: Theme.controlRadius
+
+    Accessible.name: placeholderText
+    color: Theme.ink
+    font.family: Theme.family
+    font.pixelSize: Theme.bodySize
+    hoverEnabled: true
+    implicitHeight: Theme.controlHeight
+    implicitWidth: Theme.px(240)
+    leftPadding: iconPath !== "" ? 12 + Theme.icon + 8 : 12
+    rightPadding: clear.visible ? clear.width + 4 : cap.visible ? cap.width + 14 : 12
+    selectByMouse: true
+    selectedTextColor: Theme.accentText
+    selectionColor: Theme.accent
+    verticalAlignment: TextInput.AlignVCenter
+
+    Keys.onEscapePressed: event => {
+        event.accepted = field.text !== "";
+        field.clear();
+    }
+
+    background: Rectangle {
+        border.color: field.wrong ? Theme.error : field.activeFocus ? Theme.accent : Theme.control
+        border.width: field.activeFocus ? 2 : 1
+        color: field.hovered && !field.activeFocus ? Theme.hover : Theme.surface
+        radius: field.fieldRadius
+    }
+
+    ThemedText {
+        anchors.left: parent.left
+        anchors.leftMargin: field.leftPadding
+        anchors.right: parent.right
+        anchors.rightMargin: field.rightPadding
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.text2
+        text: field.placeholderText
+        visible: field.length === 0 && field.preeditText === ""
+    }
+    PathIcon {
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.text2
+        height: Theme.icon
+        path: field.iconPath
+        visible: field.iconPath !== ""
+        width: height
+        x: 12
+    }
+    KeyCap {
+        id: cap
+
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        text: field.keys
+        visible: field.keys !== "" && field.length === 0
+    }
+    IconButton {
+        id: clear
+
+        anchors.right: parent.right
+        anchors.rightMargin: 2
+        anchors.verticalCenter: parent.verticalCenter
+        focusPolicy: Qt.NoFocus
+        iconPath: Theme.icons.close
+        text: qsTr("Clear")
+        visible: field.length > 0
+
+        onClicked: field.clear()
+    }
+}

@@ -1,0 +1,41 @@
+import QtQuick
+import QtQuick.Templates as T
+import OstrevoOrbel
+
+/// The head of a column. A click sorts by it where it can be sorted by.
+T.AbstractButton {
+    id: cell
+
+    enum Order { None, Ascending, Descending }
+
+    property int order: HeadCell.None
+    property bool sortable: true
+    property int alignment: Text.AlignLeft
+
+    Accessible.name: text
+    Accessible.role: Accessible.ColumnHeader
+    enabled: sortable
+    focusPolicy: sortable ? Qt.TabFocus : Qt.NoFocus
+    hoverEnabled: true
+    implicitHeight: Theme.tableHeadHeight
+    implicitWidth: contentItem.implicitWidth
+
+    Keys.onEnterPressed: cell.clicked()
+    Keys.onReturnPressed: cell.clicked()
+
+    background: Item {
+        FocusRing {
+            anchors.margins: 2
+            controlRadius: 2
+            visible: cell.visualFocus
+        }
+    }
+    contentItem: ThemedText {
+        bold: cell.order !== HeadCell.None
+        color: cell.order !== HeadCell.None || cell.hovered ? Theme.ink : Theme.text2
+        horizontalAlignment: cell.alignment
+        role: ThemedText.Small
+        text: cell.order === HeadCell.None ? cell.text
+            : cell.text + (cell.order === HeadCell.Ascending ? " ↑" : " ↓")
+    }
+}

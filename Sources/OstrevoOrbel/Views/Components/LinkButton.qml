@@ -1,0 +1,38 @@
+import QtQuick
+import QtQuick.Templates as T
+import OstrevoOrbel
+
+/// Words that lead somewhere.
+T.AbstractButton {
+    id: link
+
+    property int role: ThemedText.Small
+
+    Accessible.role: Accessible.Link
+    Accessible.name: text
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    implicitHeight: Theme.smallButtonHeight
+    implicitWidth: contentItem.implicitWidth
+
+    Keys.onEnterPressed: link.clicked()
+    Keys.onReturnPressed: link.clicked()
+
+    background: Item {
+        FocusRing {
+            anchors.margins: -3
+            controlRadius: 2
+            visible: link.visualFocus
+        }
+    }
+    contentItem: ThemedText {
+        color: link.hovered ? Theme.accentHover : Theme.accent
+        font.underline: link.hovered || link.visualFocus
+        role: link.role
+        text: link.text
+    }
+
+    HoverHandler {
+        cursorShape: Qt.PointingHandCursor
+    }
+}

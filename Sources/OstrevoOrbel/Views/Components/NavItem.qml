@@ -1,0 +1,80 @@
+import QtQuick
+import QtQuick.Templates as T
+import OstrevoOrbel
+
+/// A way to a screen in the sidebar; on the narrow rail only its icon shows.
+T.AbstractButton {
+    id: nav
+
+    property string iconPath: ""
+    property string count: ""
+    property bool current: false
+    property bool rail: false
+
+    Accessible.checkable: true
+    Accessible.checked: current
+    Accessible.name: text
+    Accessible.description: count
+    Accessible.role: Accessible.PageTab
+    focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+    implicitHeight: rail ? Theme.px(40) : Theme.navItemHeight
+    leftPadding: rail ? 0 : 8
+    rightPadding: rail ? 0 : 8
+
+    Keys.onEnterPressed: nav.clicked()
+    Keys.onReturnPressed: nav.clicked()
+
+    background: Rectangle {
+        border.color: nav.current ? Theme.line : "transparent"
+        color: nav.current ? Theme.surface : nav.down ? Theme.pressed(Theme.hover)
+            : nav.hovered ? Theme.hover : "transparent"
+        radius: Theme.controlRadius
+
+        FocusRing {
+            anchors.margins: -3
+            visible: nav.visualFocus
+        }
+    }
+    contentItem: Item {
+        PathIcon {
+            id: icon
+
+            anchors.horizontalCenter: nav.rail ? parent.horizontalCenter : undefined
+            anchors.verticalCenter: parent.verticalCenter
+            color: nav.current ? Theme.accent : Theme.text2
+            height: Theme.icon
+            path: nav.iconPath
+            width: height
+        }
+        ThemedText {
+            anchors.left: icon.right
+            anchors.leftMargin: 10
+            anchors.right: countText.left
+            anchors.rightMargin: 6
+            anchors.verticalCenter: parent.verticalCenter
+            bold: nav.current
+            color: nav.current ? Theme.ink : Theme.text2
+            text: nav.text
+            visible: !nav.rail
+        }
+        ThemedText {
+            id: countText
+
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            bold: nav.current
+            color: Theme.text3
+            role: ThemedText.Small
+            text: nav.count
+            visible: !nav.rail
+        }
+    }
+
+    Hint {
+        text: nav.text
+        visible: nav.rail && (nav.hovered || nav.visualFocus)
+        x: nav.width + 6
+        y: Math.round((nav.height - height) / 2)
+    }
+}

@@ -1,0 +1,105 @@
+import QtQuick
+import OstrevoOrbel
+
+/// What every screen has in common: a toolbar with title, scope line and actions, an optional bar below it, the content,
+/// and an optional foot, separated by lines. Tab goes through them in this order.
+FocusScope {
+    id: frame
+
+    property string title: ""
+    /// What the screen is about, in one line.
+    property string scope: ""
+    /// What the status line tells of this screen.
+    property string status: ""
+    /// Whether the window is too small for words on the toolbar's buttons.
+    readonly property bool narrow: Window.width > 0 && Window.width < Theme.narrowBelow
+    readonly property bool middling: Window.width > 0 && Window.width < Theme.middlingBelow
+    readonly property bool low: Window.height > 0 && Window.height < Theme.shortBelow
+    readonly property int padding: narrow ? Theme.pagePaddingNarrow : Theme.pagePadding
+
+    property alias actions: actionRow.data
+    /// The filter or breadcrumb bar, which brings its own height.
+    property alias bar: barSlot.data
+    property alias foot: footSlot.data
+    default property alias content: contentSlot.data
+    /// What gets the focus when the screen opens.
+    property Item firstFocus: contentSlot
+
+    function takeFocus(reason: int): void {
+        (firstFocus ?? contentSlot).forceActiveFocus(reason);
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.window
+    }
+    Item {
+        id: toolbar
+
+        height: Theme.toolbarHeight
+        width: parent.width
+
+        Column {
+            anchors.left: parent.left
+            anchors.leftMargin: frame.padding
+            anchors.right: actionRow.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+
+            ThemedText {
+                Accessible.name: text
+                Accessible.role: Accessible.Heading
+                bold: true
+                lineHeight: Theme.px(26)
+                role: ThemedText.Title
+                text: frame.title
+                width: parent.width
+            }
+            ThemedText {
+                Accessible.name: text
+                Accessible.role: Accessible.StaticText
+                color: Theme.text3
+                elide: Text.ElideMiddle
+                role: ThemedText.Small
+                text: frame.scope
+                width: parent.width
+            }
+        }
+        Row {
+            id: actionRow
+
+            anchors.right: parent.right
+            anchors.rightMargin: frame.padding
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 8
+        }
+        Rectangle {
+            anchors.bottom: parent.bottom
+            color: Theme.line
+            height: 1
+            width: parent.width
+        }
+    }
+    Item {
+        id: barSlot
+
+        anchors.top: toolbar.bottom
+        height: childrenRect.height
+        width: parent.width
+    }
+    FocusScope {
+        id: contentSlot
+
+        anchors.bottom: footSlot.top
+        anchors.top: barSlot.bottom
+        focus: true
+        width: parent.width
+    }
+    Item {
+        id: footSlot
+
+        anchors.bottom: parent.bottom
+        height: childrenRect.height
+        width: parent.width
+    }
+}

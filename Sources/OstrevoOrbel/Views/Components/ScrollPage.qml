@@ -1,0 +1,48 @@
+import QtQuick
+import QtQuick.Templates as T
+import OstrevoOrbel
+
+/// A column of content that scrolls where it does not fit, and keeps what has the focus in sight.
+FocusScope {
+    id: page
+
+    property int padding: Theme.pagePadding
+    property int columnWidth: Theme.contentWidth
+    /// Centred, or at the left.
+    property bool centred: false
+    property alias spacing: column.spacing
+    default property alias content: column.data
+
+    readonly property Item focused: Window.activeFocusItem
+
+    function reveal(item: Item): void {
+        if (!item || !page.activeFocus)
+            return;
+        const top = item.mapToItem(column, 0, 0).y + column.y;
+        if (top - 12 < view.contentY || top + item.height + 12 > view.contentY + view.height)
+            view.contentY = Math.max(0, Math.min(view.contentHeight - view.height,
+                top - Math.max(12, (view.height - item.height) / 2)));
+    }
+
+    onFocusedChanged: reveal(focused)
+
+    Flickable {
+        id: view
+
+        anchors.fill: parent
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        contentHeight: Math.max(height, column.height + 2 * page.padding)
+        interactive: contentHeight > height
+
+        T.ScrollBar.vertical: ScrollThumb {}
+
+        Column {
+            id: column
+
+            width: Math.min(view.width - 2 * page.padding, page.columnWidth)
+            x: page.centred ? Math.round((view.width - width) / 2) : page.padding
+            y: page.padding
+        }
+    }
+}

@@ -1,0 +1,54 @@
+import QtQuick
+import OstrevoOrbel
+
+/// A line of the settings: what it is about, an explanation below, and its control at the right.
+Item {
+    id: row
+
+    property string label: ""
+    property string explanation: ""
+    property bool last: false
+    property alias control: controlSlot.data
+
+    implicitHeight: Math.max(Theme.px(48), words.implicitHeight + 28, controlSlot.height + 28)
+
+    Column {
+        id: words
+
+        anchors.left: parent.left
+        anchors.leftMargin: 20
+        anchors.right: controlSlot.left
+        anchors.rightMargin: 20
+        anchors.verticalCenter: parent.verticalCenter
+
+        ThemedText {
+            text: row.label
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+        ThemedText {
+            color: Theme.text2
+            role: ThemedText.Small
+            text: row.explanation
+            visible: text !== ""
+            width: Math.min(parent.width, Theme.px(440))
+            wrapMode: Text.Wrap
+        }
+    }
+    Item {
+        id: controlSlot
+
+        anchors.right: parent.right
+        anchors.rightMargin: 20
+        anchors.verticalCenter: parent.verticalCenter
+        height: childrenRect.height
+        width: childrenRect.width
+    }
+    Rectangle {
+        anchors.bottom: parent.bottom
+        color: Theme.lineSoft
+        height: 1
+        visible: !row.last
+        width: parent.width
+    }
+}

@@ -1,0 +1,91 @@
+import QtQuick
+import QtQuick.Layouts
+import OstrevoOrbel
+
+/// What is ticked, and the way to review it. Nothing moves from here.
+Rectangle {
+    id: bar
+
+    property int count: 0
+    /// "3 items ticked", " · 26.7 GB", and what else there is to say.
+    property string statement: ""
+    property string sum: ""
+    property string remark: ""
+    property string reviewText: ""
+    property bool narrow: false
+
+    signal cleared()
+    signal reviewed()
+
+    Accessible.name: statement + sum
+    Accessible.role: Accessible.StatusBar
+    clip: true
+    color: Theme.surface
+    height: count > 0 ? Theme.tickBarHeight : 0
+    visible: height > 0
+
+    Behavior on height {
+        NumberAnimation {
+            duration: Theme.tickBarTime
+            easing.type: Theme.easing
+        }
+    }
+
+    Rectangle {
+        color: Theme.line
+        height: 1
+        width: parent.width
+    }
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: bar.narrow ? Theme.pagePaddingNarrow : Theme.pagePadding
+        anchors.rightMargin: anchors.leftMargin
+        spacing: 12
+
+        Rectangle {
+            Layout.preferredHeight: Theme.tick
+            Layout.preferredWidth: Theme.tick
+            color: Theme.commit
+            radius: Theme.tickRadius
+
+            PathIcon {
+                anchors.centerIn: parent
+                color: Theme.commitText
+                height: Theme.px(14)
+                path: Theme.icons.check
+                stroke: 2.2
+                width: height
+            }
+        }
+        Row {
+            ThemedText {
+                bold: true
+                text: bar.statement
+            }
+            ThemedText {
+                color: Theme.text2
+                text: bar.sum
+            }
+        }
+        ThemedText {
+            Layout.fillWidth: true
+            Layout.leftMargin: 8
+            color: Theme.text3
+            role: ThemedText.Small
+            text: bar.remark
+        }
+        PushButton {
+            objectName: bar.objectName + ".clear"
+            text: qsTr("Clear Ticks")
+
+            onClicked: bar.cleared()
+        }
+        PushButton {
+            objectName: bar.objectName + ".review"
+            text: bar.reviewText
+            variant: PushButton.Commit
+
+            onClicked: bar.reviewed()
+        }
+    }
+}

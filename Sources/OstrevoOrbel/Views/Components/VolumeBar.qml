@@ -1,0 +1,69 @@
+import QtQuick
+import OstrevoOrbel
+
+/// A volume as a bar whose parts add up to the whole. Each part is at least two wide, so that none is hidden.
+Item {
+    id: bar
+
+    required property SegmentsModel segments
+    /// Fills all of what was measured with one colour in place of those of the kinds.
+    property bool plain: false
+    readonly property int gap: plain ? 0 : 1
+
+    /// Where a part ends that takes this share of the whole.
+    function edge(share: real): int {
+        return Math.round(share * bar.width);
+    }
+
+    clip: true
+    implicitHeight: 40
+
+    Row {
+        spacing: bar.gap
+
+        Repeater {
+            id: parts
+
+            model: bar.segments
+
+            Item {
+                id: segment
+
+                required property int index
+                required property int part
+                required property int kind
+                required property string title
+                required property string size
+                required property real fraction
+
+                Accessible.ignored: true
+                height: bar.height
+                width: index === parts.count - 1 ? Math.max(2, bar.width - x)
+                    : Math.max(2, Math.round(fraction * (bar.width - (parts.count - 1) * bar.gap)))
+
+                Rectangle {
+                    anchors.fill: parent
+                    border.color: Theme.control
+                    border.width: segment.part === SegmentsModel.Free ? 1 : 0
+                    color: segment.part === SegmentsModel.Free ? "transparent"
+                        : segment.part === SegmentsModel.Reserved ? Theme.control
+                        : bar.plain || segment.kind < 0 ? Theme.accent : Theme.kindFills[segment.kind]
+                    visible: segment.part !== SegmentsModel.NotMeasured
+                }
+                Hatching {
+                    anchors.fill: parent
+                    ground: Theme.hatchGround
+                    lines: Theme.hatch
+                    visible: segment.part === SegmentsModel.NotMeasured
+                }
+                HoverHandler {
+                    id: pointer
+                }
+                Hint {
+                    text: segment.title + "  " + segment.size
+                    visible: pointer.hovered && bar.height >= 20
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,200 @@
+import QtQuick
+import OstrevoOrbel
+
+/// The volume as a bar and as a sum that adds up.
+Card {
+    id: card
+
+    required property AppModel app
+    property int termColumns: 5
+
+    readonly property DiskLedger ledger: app.ledger
+    readonly property real counted: Math.max(ledger.measured.bytes, ledger.used.bytes)
+    readonly property real usedShare: counted / Math.max(1, counted + ledger.reserved.bytes + ledger.free.bytes)
+    readonly property bool hasShared: ledger.shared.bytes > 0
+
+    signal unreadableWanted()
+
+    Accessible.name: ledger.summary
+    Accessible.role: Accessible.Grouping
+    implicitHeight: column.height + 40
+
+    component Swatch: Rectangle {
+        border.color: Theme.control
+        height: Theme.px(12)
+        radius: 3
+        width: height
+    }
+
+    Column {
+        id: column
+
+        spacing: 6
+        width: parent.width - 2 * x
+        x: Theme.ledgerPadding - 1
+        y: 19
+
+        FreeFigure {
+            app: card.app
+            width: parent.width
+        }
+        VolumeBar {
+            id: bar
+
+            Accessible.name: card.ledger.summary
+            Accessible.role: Accessible.Graphic
+            height: 40
+            objectName: "overview.ledger"
+            segments: card.ledger.segments
+            width: parent.width
+        }
+        Item {
+            height: Theme.smallLine + 10
+            width: parent.width
+
+            // The bracket over what is used.
+            Rectangle {
+                id: bracket
+
+                color: Theme.control
+                height: 1
+                width: bar.edge(card.usedShare)
+                y: 7
+            }
+            Rectangle {
+                color: Theme.control
+                height: 7
+                width: 1
+            }
+            Rectangle {
+                color: Theme.control
+                height: 7
+                width: 1
+                x: bracket.width - 1
+            }
+            Row {
+                id: words
+
+                x: Math.max(0, Math.min(parent.width - width, Math.round((bracket.width - width) / 2)))
+                y: 10
+
+                ThemedText {
+                    color: Theme.text2
+                    role: ThemedText.Small
+                    text: qsTr("Used, as the file system reports it: ")
+                    width: Math.min(implicitWidth, card.width - 2 * column.x - usedText.width)
+                }
+                ThemedText {
+                    id: usedText
+
+                    bold: true
+                    elide: Text.ElideNone
+                    role: ThemedText.Small
+                    text: card.ledger.used.text
+                }
+            }
+        }
+        Item {
+            height: 2
+            width: 1
+        }
+        Grid {
+            id: terms
+
+            // The last of a row needs no room for what would follow.
+            readonly property int cell: Math.floor((width + Theme.px(48)) / columns)
+
+            columns: card.termColumns
+            rowSpacing: 16
+            width: parent.width
+
+            LedgerTerm {
+                amount: card.ledger.measured.text
+                label: qsTr("Measured")
+                objectName: "overview.term.measured"
+                remark: card.app.figures.entriesText + (card.app.partial ? qsTr(", partial") : "")
+                width: terms.cell
+
+                swatch: Row {
+                    Repeater {
+                        model: [1, 6, 2, 3]
+
+                        Rectangle {
+                            required property int modelData
+
+                            color: Theme.kindFills[modelData]
+                            height: Theme.px(12)
+                            width: Theme.px(5)
+                        }
+                    }
+                }
+            }
+            LedgerTerm {
+                amount: card.hasShared ? card.ledger.shared.text : card.ledger.notMeasured.text
+                joint: card.hasShared ? "−" : "+"
+                label: card.hasShared ? qsTr("Shared") : qsTr("Not measured")
+                objectName: "overview.term.notmeasured"
+                remark: card.hasShared ? qsTr("counted at every file that shares it")
+                    : card.app.unreadable.total > 0 ? " "
+                    : card.app.partial ? qsTr("most of it not reached yet")
+                    : card.app.wholeDisk ? qsTr("not visible as files") : qsTr("outside of %1").arg(card.app.scanRoot)
+                width: terms.cell
+
+                swatch: Swatch {
+                    clip: true
+                    color: Theme.hatchGround
+
+                    Rectangle {
+                        anchors.centerIn: parent
+                        antialiasing: true
+                        color: Theme.control
+                        height: 1
+                        rotation: -45
+                        width: parent.width
+                    }
+                }
+
+                LinkButton {
+                    anchors.bottom: parent.bottom
+                    anchors.bottomMargin: -Math.round((height - Theme.smallLine) / 2)
+                    objectName: "overview.unreadable"
+                    text: card.app.unreadable.headline
+                    visible: card.app.unreadable.total > 0 && !card.hasShared
+                    width: Math.min(implicitWidth, parent.width - 24)
+
+                    onClicked: card.unreadableWanted()
+                }
+            }
+            LedgerTerm {
+                amount: card.ledger.reserved.text
+                joint: "+"
+                label: qsTr("Reserved")
+                remark: qsTr("kept by the file system")
+                width: terms.cell
+
+                swatch: Swatch {
+                    color: Theme.control
+                }
+            }
+            LedgerTerm {
+                amount: card.ledger.free.text
+                joint: "+"
+                label: qsTr("Free")
+                remark: qsTr("available to you now")
+                width: terms.cell
+
+                swatch: Swatch {
+                    color: "transparent"
+                }
+            }
+            LedgerTerm {
+                amount: card.ledger.total.text
+                joint: "="
+                label: card.ledger.path === card.app.disk.path ? qsTr("This disk") : card.ledger.path
+                objectName: "overview.term.total"
+                total: true
+                width: terms.cell
+            }
+        }
+    }
+}

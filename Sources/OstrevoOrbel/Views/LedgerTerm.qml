@@ -1,0 +1,83 @@
+import QtQuick
+import OstrevoOrbel
+
+/// One term of the ledger's sum.
+Item {
+    id: term
+
+    property string label: ""
+    property string amount: ""
+    property string remark: ""
+    /// What joins it to the term before it: "+", "−", "=".
+    property string joint: ""
+    property bool total: false
+    /// Drawn in front of the label.
+    property alias swatch: swatchSlot.data
+
+    implicitHeight: column.implicitHeight
+
+    ThemedText {
+        color: Theme.text3
+        role: ThemedText.Title
+        text: term.joint
+        x: -implicitWidth - 10
+        y: column.y + amountText.y
+    }
+    Column {
+        id: column
+
+        width: parent.width - 24
+
+        Row {
+            spacing: 8
+            width: parent.width
+
+            Item {
+                id: swatchSlot
+
+                anchors.verticalCenter: parent.verticalCenter
+                height: childrenRect.height
+                visible: childrenRect.width > 0
+                width: childrenRect.width
+            }
+            ThemedText {
+                color: Theme.text2
+                lineHeight: Theme.px(18)
+                role: ThemedText.Small
+                text: term.label
+                width: parent.width - (swatchSlot.visible ? swatchSlot.width + parent.spacing : 0)
+            }
+        }
+        ThemedText {
+            id: amountText
+
+            bold: true
+            elide: Text.ElideNone
+            role: ThemedText.Title
+            text: term.amount
+
+            // The double rule under a sum.
+            Rectangle {
+                color: Theme.text2
+                height: 1
+                visible: term.total
+                width: parent.implicitWidth
+                y: parent.height
+            }
+            Rectangle {
+                color: Theme.text2
+                height: 1
+                visible: term.total
+                width: parent.implicitWidth
+                y: parent.height + 2
+            }
+        }
+        ThemedText {
+            color: Theme.text3
+            role: ThemedText.Small
+            text: term.remark
+            visible: text !== ""
+            width: parent.width
+        }
+    }
+}

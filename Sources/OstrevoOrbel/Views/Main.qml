@@ -1,0 +1,282 @@
+import QtQuick
+import QtQuick.Dialogs
+import QtQuick.Templates as T
+import OstrevoOrbel
+
+/// The window: a sidebar beside the screen, a status line below both.
+T.ApplicationWindow {
+    id: window
+
+    required property AppModel app
+    /// The page that stands in place of a screen: "settings", "help", or none.
+    property string page: ""
+
+    readonly property bool narrow: width < Theme.narrowBelow
+    readonly property Item shownScreen: page === "settings" ? settings.item : page === "help" ? help.item
+        : screens.itemAt(app.screenIndex)?.item ?? null
+
+    function showScreen(screen: string, reason: int): void {
+        page = "";
+        app.screen = screen;
+        window.takeFocus(reason);
+    }
+    function showPage(name: string, reason: int): void {
+        page = name;
+        window.takeFocus(reason);
+    }
+    function takeFocus(reason: int): void {
+        if (shownScreen)
+            shownScreen.takeFocus(reason);
+    }
+
+    color: Theme.window
+    height: 900
+    minimumHeight: 560
+    minimumWidth: 800
+    objectName: "main"
+    title: "Ostrevo Vanto"
+    visible: true
+    width: 1440
+
+    Component.onCompleted: window.takeFocus(Qt.TabFocusReason)
+
+    Binding {
+        property: "dark"
+        target: Theme
+        value: window.app.appearance.dark
+    }
+
+    // The frame. What is declared first comes first for Tab: the screen, then the sidebar.
+    Item {
+        anchors.fill: parent
+        visible: !window.app.needsFullDiskAccess
+
+        FocusScope {
+            id: content
+
+            anchors.bottom: statusLine.top
+            anchors.left: sidebar.right
+            anchors.right: parent.right
+            anchors.top: parent.top
+            focus: true
+
+            Banner {
+                id: notice
+
+                action: qsTr("Close")
+                height: visible ? implicitHeight : 0
+                objectName: "notice"
+                radius: 0
+                statement: window.app.notice
+                visible: window.app.notice !== ""
+                width: parent.width
+
+                onTriggered: window.app.dismissNotice()
+            }
+            Repeater {
+                id: screens
+
+                model: [overview, map, large, duplicates, uninstall, tidy, journal]
+
+                // A screen is made when it is first shown, and kept.
+                Loader {
+                    required property int index
+                    required property Component modelData
+
+                    readonly property bool shown: window.page === "" && window.app.screenIndex === index
+                    property bool wanted: false
+
+                    active: wanted
+                    anchors.bottom: content.bottom
+                    anchors.left: content.left
+                    anchors.right: content.right
+                    anchors.top: notice.bottom
+                    sourceComponent: modelData
+                    visible: shown
+
+                    Component.onCompleted: wanted = shown
+                    onShownChanged: if (shown) wanted = true
+                }
+            }
+            Loader {
+                id: settings
+
+                active: window.page === "settings"
+                anchors.bottom: parent.bottom
+                anchors.top: notice.bottom
+                width: parent.width
+
+                sourceComponent: SettingsView {
+                    app: window.app
+                }
+            }
+            Loader {
+                id: help
+
+                active: window.page === "help"
+                anchors.bottom: parent.bottom
+                anchors.top: notice.bottom
+                width: parent.width
+
+                sourceComponent: AboutView {
+                    app: window.app
+                }
+            }
+        }
+        Sidebar {
+            id: sidebar
+
+            anchors.bottom: statusLine.top
+            anchors.top: parent.top
+            app: window.app
+            objectName: "sidebar"
+            page: window.page
+            rail: window.narrow
+            width: rail ? Theme.railWidth : Theme.sidebarWidth
+
+            onPageWanted: page => window.showPage(page, Qt.OtherFocusReason)
+            onScreenWanted: screen => window.showScreen(screen, Qt.OtherFocusReason)
+        }
+        StatusLine {
+            id: statusLine
+
+            anchors.bottom: parent.bottom
+            measured: window.app.measuredText !== "" ? window.app.measuredText : qsTr("Nothing measured yet")
+            words: window.shownScreen?.status || qsTr("Vanto never uploads anything. The journal stays on this computer.")
+            width: parent.width
+        }
+    }
+    Loader {
+        active: window.app.needsFullDiskAccess
+        anchors.fill: parent
+        focus: active
+
+        sourceComponent: OnboardingView {
+            app: window.app
+        }
+    }
+
+    Component {
+        id: overview
+
+        OverviewView {
+            app: window.app
+        }
+    }
+    Component {
+        id: map
+
+        MapView {
+            app: window.app
+        }
+    }
+    Component {
+        id: large
+
+        LargeView {
+            app: window.app
+        }
+    }
+    Component {
+        id: duplicates
+
+        DuplicatesView {
+            app: window.app
+        }
+    }
+    Component {
+        id: uninstall
+
+        UninstallView {
+            app: window.app
+        }
+    }
+    Component {
+        id: tidy
+
+        TidyView {
+            app: window.app
+        }
+    }
+    Component {
+        id: journal
+
+        JournalView {
+            app: window.app
+        }
+    }
+
+    FolderDialog {
+        id: folderDialog
+
+        onAccepted: window.app.scanFolder(selectedFolder)
+    }
+
+    Connections {
+        target: window.app
+
+        function onFolderWanted(prompt: string, startFolder: url): void {
+            folderDialog.title = prompt;
+            folderDialog.currentFolder = startFolder;
+            folderDialog.open();
+        }
+        function onAboutWanted(): void {
+            window.showPage("help", Qt.OtherFocusReason);
+        }
+        function onScreenChanged(): void {
+            window.page = "";
+        }
+    }
+
+    Instantiator {
+        model: ["overview", "map", "large", "duplicates", "uninstall", "tidy", "journal"]
+
+        Shortcut {
+            required property int index
+            required property string modelData
+
+            enabled: !window.app.needsFullDiskAccess
+            sequence: "Ctrl+" + (index + 1)
+
+            onActivated: window.showScreen(modelData, Qt.ShortcutFocusReason)
+        }
+    }
+    Shortcut {
+        enabled: !window.app.scanning && !window.app.needsFullDiskAccess
+        sequence: "Ctrl+O"
+
+        onActivated: window.app.chooseFolderAndScan()
+    }
+    Shortcut {
+        enabled: !window.app.scanning
+        sequence: "F5"
+
+        onActivated: window.app.measureAgain()
+    }
+    Shortcut {
+        enabled: window.app.scanning
+        sequence: "Esc"
+
+        onActivated: window.app.stopScan()
+    }
+    Shortcut {
+        sequence: "Ctrl+,"
+
+        onActivated: window.showPage("settings", Qt.ShortcutFocusReason)
+    }
+    Shortcut {
+        sequence: "F1"
+
+        onActivated: window.showPage("help", Qt.ShortcutFocusReason)
+    }
+    Shortcut {
+        sequences: ["F6", "Shift+F6"]
+
+        onActivated: {
+            if (content.activeFocus)
+                sidebar.takeFocus();
+            else
+                window.takeFocus(Qt.TabFocusReason);
+        }
+    }
+}

@@ -1,0 +1,191 @@
+import QtQuick
+import OstrevoOrbel
+
+/// Stands in place of everything while the permission to read the disk is missing, and closes by itself.
+FocusScope {
+    id: view
+
+    required property AppModel app
+
+    Accessible.name: headline.text
+    Accessible.role: Accessible.Pane
+    focus: true
+    objectName: "onboarding"
+
+    Component.onCompleted: open.forceActiveFocus(Qt.TabFocusReason)
+
+    component Advice: Item {
+        property alias iconPath: icon.path
+        property alias text: words.text
+
+        implicitHeight: words.implicitHeight + 32
+        width: parent.width
+
+        PathIcon {
+            id: icon
+
+            color: Theme.text2
+            height: Theme.icon
+            width: height
+            x: 20
+            y: 17
+        }
+        ThemedText {
+            id: words
+
+            color: Theme.text2
+            width: parent.width - x - 20
+            wrapMode: Text.Wrap
+            x: 20 + Theme.icon + 14
+            y: 16
+        }
+    }
+
+    Timer {
+        interval: 1000
+        repeat: true
+        running: true
+
+        onTriggered: view.app.refreshFullDiskAccess()
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.window
+    }
+    ScrollPage {
+        anchors.bottom: motto.top
+        anchors.bottomMargin: 8
+        anchors.top: parent.top
+        centred: true
+        columnWidth: Theme.px(560)
+        focus: true
+        padding: Math.max(24, Math.round((parent.height - Theme.px(460)) / 2) - 24)
+        width: parent.width
+
+        Mark {
+            size: Theme.px(42)
+        }
+        Item {
+            height: 28
+            width: 1
+        }
+        ThemedText {
+            id: headline
+
+            Accessible.name: text
+            Accessible.role: Accessible.Heading
+            bold: true
+            role: ThemedText.Figure
+            text: qsTr("Ostrevo Vanto needs Full Disk Access to measure your whole disk.")
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+        Item {
+            height: 12
+            width: 1
+        }
+        ThemedText {
+            color: Theme.text2
+            role: ThemedText.Lead
+            text: Qt.platform.os === "osx"
+                ? qsTr("Vanto reads your disk on this Mac and never uploads anything. Deletions go to the Trash.")
+                : qsTr("Vanto reads your disk on this computer and never uploads anything. Deletions go to the Trash.")
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+        Item {
+            height: 24
+            width: 1
+        }
+        Flow {
+            spacing: 16
+            width: parent.width
+
+            PushButton {
+                id: open
+
+                controlHeight: Theme.startButtonHeight
+                focus: true
+                objectName: "onboarding.open"
+                ringAlways: true
+                text: qsTr("Open Privacy Settings")
+                variant: PushButton.Primary
+
+                onClicked: view.app.openPrivacySettings()
+            }
+            Row {
+                height: open.height
+                spacing: 10
+
+                Rectangle {
+                    anchors.verticalCenter: parent.verticalCenter
+                    color: Theme.accent
+                    height: 8
+                    radius: 4
+                    width: 8
+
+                    SequentialAnimation on opacity {
+                        loops: Animation.Infinite
+                        running: Theme.pulseTime > 0
+
+                        NumberAnimation {
+                            duration: Theme.pulseTime / 2
+                            easing.type: Theme.easing
+                            to: 0.25
+                        }
+                        NumberAnimation {
+                            duration: Theme.pulseTime / 2
+                            easing.type: Theme.easing
+                            to: 1
+                        }
+                    }
+                }
+                ThemedText {
+                    anchors.verticalCenter: parent.verticalCenter
+                    color: Theme.text2
+                    text: qsTr("Waiting for access… this closes by itself.")
+                }
+            }
+        }
+        Item {
+            height: 40
+            width: 1
+        }
+        Card {
+            height: advice.height + 2
+            width: parent.width
+
+            Column {
+                id: advice
+
+                width: parent.width
+
+                Advice {
+                    iconPath: Theme.icons.plus
+                    text: qsTr("If Ostrevo Vanto is not in the list, click + and choose it from Applications, or drag it into the list.")
+                }
+                Rectangle {
+                    color: Theme.lineSoft
+                    height: 1
+                    width: parent.width
+                }
+                Advice {
+                    iconPath: Theme.icons.rescan
+                    text: qsTr("After an update, if the switch is on but Vanto still asks: remove Ostrevo Vanto from the list with −, then add it again.")
+                }
+            }
+        }
+    }
+    ThemedText {
+        id: motto
+
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 24
+        color: Theme.text3
+        horizontalAlignment: Text.AlignHCenter
+        role: ThemedText.Small
+        text: view.app.motto
+        width: parent.width
+    }
+}

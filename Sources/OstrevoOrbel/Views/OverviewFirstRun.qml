@@ -1,0 +1,137 @@
+import QtQuick
+import OstrevoOrbel
+
+/// Before anything is measured: what the file system says, and the way to begin.
+FocusScope {
+    id: first
+
+    required property AppModel app
+    property int padding: Theme.pagePadding
+
+    Card {
+        id: card
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        height: visible ? column.height + 40 : 0
+        visible: first.app.ledger.known
+        width: Math.min(parent.width - 2 * first.padding, Theme.contentWidth)
+        y: first.padding
+
+        Column {
+            id: column
+
+            spacing: 8
+            width: parent.width - 2 * x
+            x: Theme.ledgerPadding - 1
+            y: 20
+
+            FreeFigure {
+                app: first.app
+                width: parent.width
+            }
+            VolumeBar {
+                Accessible.name: first.app.ledger.summary
+                Accessible.role: Accessible.Graphic
+                height: 40
+                segments: first.app.ledger.segments
+                width: parent.width
+            }
+            Item {
+                height: Theme.smallLine
+                width: parent.width
+
+                ThemedText {
+                    anchors.left: parent.left
+                    anchors.right: total.left
+                    anchors.rightMargin: 12
+                    color: Theme.text2
+                    role: ThemedText.Small
+                    text: qsTr("%1 used, as the file system reports it. None of it measured yet.")
+                        .arg(first.app.ledger.used.text)
+                }
+                ThemedText {
+                    id: total
+
+                    anchors.right: parent.right
+                    color: Theme.text2
+                    elide: Text.ElideNone
+                    role: ThemedText.Small
+                    text: first.app.ledger.total.text
+                }
+            }
+        }
+    }
+    Column {
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: Math.min(parent.width - 2 * first.padding, Theme.px(640))
+        y: Math.max(card.y + card.height + 24,
+            Math.round(card.y + card.height + (parent.height - card.y - card.height - height) / 2))
+
+        ThemedText {
+            Accessible.name: text
+            Accessible.role: Accessible.Heading
+            bold: true
+            horizontalAlignment: Text.AlignHCenter
+            role: ThemedText.Title
+            text: first.app.ledger.known ? qsTr("See where %1 went").arg(first.app.ledger.used.text)
+                : qsTr("See where the space went")
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+        Item {
+            height: 6
+            width: 1
+        }
+        ThemedText {
+            color: Theme.text2
+            horizontalAlignment: Text.AlignHCenter
+            role: ThemedText.Lead
+            text: qsTr("Measuring reads names and sizes; it changes nothing.")
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+        Item {
+            height: 24
+            width: 1
+        }
+        Flow {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 12
+            width: Math.min(parent.width, disk.implicitWidth + spacing + folder.implicitWidth)
+
+            PushButton {
+                id: disk
+
+                controlHeight: Theme.startButtonHeight
+                focus: true
+                objectName: "overview.measure"
+                text: qsTr("Measure This Disk")
+                variant: PushButton.Primary
+
+                onClicked: first.app.scanDisk()
+            }
+            PushButton {
+                id: folder
+
+                controlHeight: Theme.startButtonHeight
+                keys: "Ctrl O"
+                objectName: "overview.folder"
+                text: qsTr("Choose Folder…")
+
+                onClicked: first.app.chooseFolderAndScan()
+            }
+        }
+        Item {
+            height: 32
+            width: 1
+        }
+        ThemedText {
+            color: Theme.text3
+            horizontalAlignment: Text.AlignHCenter
+            role: ThemedText.Small
+            text: first.app.motto
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+    }
+}

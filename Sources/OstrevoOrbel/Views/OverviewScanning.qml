@@ -1,0 +1,252 @@
+import QtQuick
+import OstrevoOrbel
+
+/// While measuring: the figures so far, and the top level as it grows. No percentage, because nobody knows it.
+Item {
+    id: scanning
+
+    required property AppModel app
+    property int padding: Theme.pagePadding
+
+    readonly property DiskLedger ledger: app.ledger
+    readonly property real whole: Math.max(1, ledger.total.bytes)
+    readonly property int contentWidth: Math.min(width - 2 * padding, Theme.contentWidth)
+
+    component Figure: Column {
+        property alias label: label.text
+        property alias value: value.text
+        property alias unit: unit.text
+
+        Accessible.name: label.text + " " + value.text + " " + unit.text
+        Accessible.role: Accessible.StaticText
+
+        ThemedText {
+            id: label
+
+            color: Theme.text2
+            role: ThemedText.Small
+            width: parent.width
+        }
+        Item {
+            height: Theme.figureLine
+            width: parent.width
+
+            ThemedText {
+                id: value
+
+                bold: true
+                elide: Text.ElideNone
+                role: ThemedText.Figure
+            }
+            ThemedText {
+                id: unit
+
+                anchors.baseline: value.baseline
+                anchors.left: value.right
+                anchors.leftMargin: 5
+                color: Theme.text2
+                elide: Text.ElideNone
+                role: ThemedText.Lead
+            }
+        }
+    }
+
+    Card {
+        id: card
+
+        height: column.height + 40
+        width: scanning.contentWidth
+        x: Math.round((parent.width - width) / 2)
+        y: scanning.padding
+
+        Column {
+            id: column
+
+            spacing: 12
+            width: parent.width - 2 * x
+            x: Theme.ledgerPadding - 1
+            y: 20
+
+            Grid {
+                id: figures
+
+                readonly property int cell: Math.floor(width / columns)
+
+                columns: width < Theme.px(640) ? 2 : 4
+                rowSpacing: 12
+                width: parent.width
+
+                Figure {
+                    label: qsTr("Measured so far")
+                    objectName: "overview.measured"
+                    unit: scanning.app.figures.measured.unit
+                    value: scanning.app.figures.measured.value
+                    width: figures.cell
+                }
+                Figure {
+                    label: qsTr("Entries")
+                    objectName: "overview.entries"
+                    value: scanning.app.figures.entries
+                    width: figures.cell
+                }
+                Figure {
+                    label: qsTr("Time")
+                    value: scanning.app.figures.duration
+                    width: figures.cell
+                }
+                Figure {
+                    label: qsTr("Could not be read")
+                    value: scanning.app.figures.unreadable
+                    width: figures.cell
+                }
+            }
+            Item {
+                id: bar
+
+                readonly property int usedEnd: Math.round(width * scanning.ledger.used.bytes / scanning.whole)
+                readonly property int measuredEnd: Math.min(width,
+                    Math.round(width * scanning.app.figures.measured.bytes / scanning.whole))
+
+                Accessible.name: scanning.app.measuredText
+                Accessible.role: Accessible.Graphic
+                height: 40
+                visible: scanning.ledger.known
+                width: parent.width
+
+                Hatching {
+                    ground: Theme.hatchGround
+                    height: parent.height
+                    lines: Theme.hatch
+                    width: bar.usedEnd
+                }
+                Rectangle {
+                    color: Theme.accent
+                    height: parent.height
+                    width: bar.measuredEnd
+                }
+                Rectangle {
+                    color: Theme.control
+                    height: parent.height
+                    width: 1
+                    x: bar.usedEnd
+                }
+                Rectangle {
+                    anchors.fill: parent
+                    border.color: Theme.control
+                    color: "transparent"
+                }
+            }
+            Item {
+                height: Theme.smallLine
+                visible: scanning.ledger.known
+                width: parent.width
+
+                ThemedText {
+                    id: soFar
+
+                    color: Theme.text2
+                    elide: Text.ElideNone
+                    role: ThemedText.Small
+                    text: qsTr("%1 measured").arg(scanning.app.figures.measured.text)
+                }
+                ThemedText {
+                    color: Theme.text2
+                    horizontalAlignment: Text.AlignRight
+                    role: ThemedText.Small
+                    text: qsTr("%1 used, as the file system reports it").arg(scanning.ledger.used.text)
+                    width: Math.min(implicitWidth, room)
+                    x: Math.max(soFar.width + 16, Math.min(bar.usedEnd, soFar.width + 16 + room) - width)
+
+                    readonly property real room: parent.width - soFar.width - total.width - 32
+                }
+                ThemedText {
+                    id: total
+
+                    anchors.right: parent.right
+                    color: Theme.text2
+                    elide: Text.ElideNone
+                    role: ThemedText.Small
+                    text: scanning.ledger.total.text
+                }
+            }
+            Rectangle {
+                color: Theme.lineSoft
+                height: 1
+                visible: remark.visible
+                width: parent.width
+            }
+            ThemedText {
+                id: remark
+
+                color: Theme.text3
+                role: ThemedText.Small
+                text: qsTr("Not all of the used space can be measured from this folder, so no percentage is shown.")
+                visible: !scanning.app.wholeDisk
+                width: parent.width
+                wrapMode: Text.Wrap
+            }
+        }
+    }
+    Card {
+        id: topLevel
+
+        readonly property int room: scanning.height - y - note.height - 12 - scanning.padding
+
+        height: Math.max(Theme.px(40) + 8 + 3 * Theme.compactRowHeight,
+            Math.min(room, Theme.px(40) + 16 + list.count * Theme.compactRowHeight))
+        remark: qsTr("on disk, still counting")
+        title: qsTr("Top level so far")
+        width: scanning.contentWidth
+        x: card.x
+        y: card.y + card.height + Theme.cardGap
+
+        RowList {
+            id: list
+
+            Accessible.name: topLevel.title
+            // Whole rows only.
+            height: Math.floor((topLevel.height - Theme.px(40) - 12) / Theme.compactRowHeight) * Theme.compactRowHeight
+            model: scanning.app.topLevel
+            objectName: "overview.toplevel"
+            width: parent.width
+            y: 6
+
+            delegate: BarRow {
+                required property int index
+                required property string path
+                required property bool isFolder
+                required property real fraction
+                required property string size
+
+                barWidth: Math.round(width * (width < Theme.px(700) ? 0.3 : 0.62))
+                focused: list.visualFocus && ListView.isCurrentItem
+                kind: isFolder ? 0 : 7
+                name: path
+                share: fraction
+                sizeWords: size
+                width: ListView.view.width
+            }
+        }
+    }
+    Row {
+        id: note
+
+        spacing: 12
+        x: card.x + 4
+        y: topLevel.y + topLevel.height + 12
+
+        PathIcon {
+            color: Theme.accent
+            path: Theme.icons.info
+            height: Theme.icon
+            width: height
+            y: 1
+        }
+        ThemedText {
+            color: Theme.text2
+            text: qsTr("Stopping keeps what has been measured, marked as partial. The map and the lists become available when measuring ends.")
+            width: scanning.contentWidth - 32
+            wrapMode: Text.Wrap
+        }
+    }
+}

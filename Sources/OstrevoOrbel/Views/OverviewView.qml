@@ -1,0 +1,109 @@
+import QtQuick
+import OstrevoOrbel
+
+/// Where the space of the disk went, in figures that add up.
+ScreenFrame {
+    id: view
+
+    required property AppModel app
+
+    readonly property string phase: app.scanning ? "scanning" : app.rootUnreadable ? "unreadable"
+        : app.measuredAny ? "measured" : "first"
+
+    firstFocus: phase === "scanning" ? stop : body.item
+    objectName: "overview"
+    scope: app.scopeText
+    status: app.scanning ? app.scopeText : ""
+    title: qsTr("Overview")
+
+    // What had the focus is gone; the keyboard goes on with what there is now.
+    onPhaseChanged: Qt.callLater(() => {
+        if (view.visible)
+            view.takeFocus(view.phase === "measured" ? Qt.OtherFocusReason : Qt.TabFocusReason);
+    })
+
+    actions: [
+        PushButton {
+            iconOnly: view.narrow
+            iconPath: view.narrow ? Theme.icons.folders : ""
+            objectName: "overview.choose"
+            text: qsTr("Choose Folder…")
+            visible: view.phase === "measured" || view.phase === "unreadable"
+
+            onClicked: view.app.chooseFolderAndScan()
+        },
+        PushButton {
+            Accessible.name: qsTr("Measure again")
+            iconOnly: view.narrow
+            iconPath: Theme.icons.rescan
+            objectName: "overview.again"
+            text: qsTr("Measure Again")
+            variant: PushButton.Primary
+            visible: view.phase === "measured" || view.phase === "unreadable"
+
+            onClicked: view.app.measureAgain()
+        },
+        PushButton {
+            id: stop
+
+            enabled: !view.app.stopping
+            iconPath: Theme.icons.stop
+            keys: "Esc"
+            objectName: "overview.stop"
+            ringAlways: true
+            text: view.app.stopping ? qsTr("Stopping…") : qsTr("Stop")
+            visible: view.phase === "scanning"
+
+            onClicked: view.app.stopScan()
+        }
+    ]
+
+    Loader {
+        id: body
+
+        anchors.fill: parent
+        focus: true
+        sourceComponent: view.phase === "scanning" ? scanning : view.phase === "measured" ? measured
+            : view.phase === "unreadable" ? unreadable : first
+    }
+
+    Component {
+        id: first
+
+        OverviewFirstRun {
+            app: view.app
+            padding: view.padding
+        }
+    }
+    Component {
+        id: scanning
+
+        OverviewScanning {
+            app: view.app
+            padding: view.padding
+        }
+    }
+    Component {
+        id: measured
+
+        OverviewMeasured {
+            app: view.app
+            columns: view.narrow ? 1 : view.middling ? 2 : 3
+            padding: view.padding
+        }
+    }
+    Component {
+        id: unreadable
+
+        EmptyState {
+            action: qsTr("Choose Folder…")
+            failed: true
+            iconPath: Theme.icons.warn
+            objectName: "overview.unreadable"
+            sentence: qsTr("It may be gone, or belong to somebody else. Nothing was changed.")
+            statement: qsTr("%1 could not be read").arg(view.app.scanRoot)
+
+            onTriggered: view.app.chooseFolderAndScan()
+        }
+    }
+}

@@ -1,0 +1,223 @@
+import QtQuick
+import OstrevoOrbel
+
+/// What can be chosen; a change applies at once.
+ScreenFrame {
+    id: view
+
+    required property AppModel app
+
+    readonly property var appearances: ["system", "light", "dark"]
+
+    firstFocus: page
+    objectName: "settings"
+    scope: qsTr("Changes apply at once")
+    status: qsTr("Settings")
+    title: qsTr("Settings")
+
+    component Heading: ThemedText {
+        Accessible.name: text
+        Accessible.role: Accessible.Heading
+        bold: true
+        width: parent.width
+    }
+    component Gap: Item {
+        height: 12
+        width: 1
+    }
+
+    ScrollPage {
+        id: page
+
+        anchors.fill: parent
+        columnWidth: Theme.settingsWidth
+        focus: true
+        padding: view.padding
+        spacing: 8
+
+        Heading {
+            text: qsTr("Appearance")
+        }
+        Card {
+            height: appearance.height + 2
+            width: parent.width
+
+            SettingRow {
+                id: appearance
+
+                explanation: qsTr("System follows the desktop’s setting.")
+                height: implicitHeight
+                label: qsTr("Light or dark")
+                last: true
+                width: parent.width
+
+                control: Segmented {
+                    current: view.appearances.indexOf(view.app.appearance.choice)
+                    focus: true
+                    height: implicitHeight
+                    name: qsTr("Light or dark")
+                    objectName: "settings.appearance"
+                    options: [qsTr("System"), qsTr("Light"), qsTr("Dark")]
+                    width: implicitWidth
+
+                    onChosen: index => view.app.appearance.choice = view.appearances[index]
+                }
+            }
+        }
+        Gap {}
+        Heading {
+            text: qsTr("Low-disk alert")
+        }
+        Card {
+            height: alert.height + 2
+            width: parent.width
+
+            Column {
+                id: alert
+
+                width: parent.width
+
+                SettingRow {
+                    explanation: qsTr("Checks every 5 minutes while Vanto is open, even with its window closed. It only informs; it never deletes anything.")
+                    height: implicitHeight
+                    label: qsTr("Notify me when free space is low")
+                    width: parent.width
+
+                    control: ToggleSwitch {
+                        Accessible.name: qsTr("Notify me when free space is low")
+                        checked: view.app.lowDiskEnabled
+                        objectName: "settings.alert"
+
+                        onToggled: view.app.lowDiskEnabled = checked
+                    }
+                }
+                SettingRow {
+                    height: implicitHeight
+                    label: qsTr("Below")
+                    width: parent.width
+
+                    control: DropDown {
+                        Accessible.name: qsTr("Below")
+                        currentIndex: view.app.lowDiskChoice
+                        enabled: view.app.lowDiskEnabled
+                        model: view.app.lowDiskThresholds
+                        objectName: "settings.threshold"
+
+                        onActivated: index => view.app.lowDiskChoice = index
+                    }
+                }
+                Item {
+                    height: sample.height + 28
+                    width: parent.width
+
+                    ThemedText {
+                        id: sampleLabel
+
+                        anchors.verticalCenter: parent.verticalCenter
+                        color: Theme.text3
+                        role: ThemedText.Small
+                        text: qsTr("What you will see")
+                        width: Math.min(Theme.px(120), parent.width * 0.3)
+                        wrapMode: Text.Wrap
+                        x: 20
+                    }
+                    Rectangle {
+                        id: sample
+
+                        anchors.left: sampleLabel.right
+                        anchors.leftMargin: 20
+                        anchors.right: parent.right
+                        anchors.rightMargin: 20
+                        anchors.verticalCenter: parent.verticalCenter
+                        border.color: Theme.line
+                        color: Theme.sunk
+                        height: words.height + 24
+                        radius: Theme.cardRadius
+
+                        PathIcon {
+                            color: Theme.accent
+                            height: Theme.icon
+                            path: Theme.icons.bell
+                            width: height
+                            x: 14
+                            y: 14
+                        }
+                        Column {
+                            id: words
+
+                            width: parent.width - x - 12
+                            x: 14 + Theme.icon + 12
+                            y: 12
+
+                            ThemedText {
+                                bold: true
+                                text: view.app.sampleTitle
+                                width: parent.width
+                                wrapMode: Text.Wrap
+                            }
+                            ThemedText {
+                                color: Theme.text2
+                                text: view.app.sampleBody
+                                width: parent.width
+                                wrapMode: Text.Wrap
+                            }
+                        }
+                    }
+                }
+            }
+        }
+        Gap {}
+        Heading {
+            text: qsTr("General")
+        }
+        Card {
+            height: general.height + 2
+            width: parent.width
+
+            Column {
+                id: general
+
+                width: parent.width
+
+                SettingRow {
+                    height: implicitHeight
+                    label: qsTr("Open Ostrevo Vanto at login")
+                    width: parent.width
+
+                    control: ToggleSwitch {
+                        Accessible.name: qsTr("Open Ostrevo Vanto at login")
+                        checked: view.app.openAtLogin
+                        objectName: "settings.login"
+
+                        onToggled: view.app.openAtLogin = checked
+                    }
+                }
+                SettingRow {
+                    explanation: qsTr("Vanto never uploads anything. The journal stays on this computer.")
+                        + "\n" + view.app.journalPath
+                    height: implicitHeight
+                    label: qsTr("Journal")
+                    last: true
+                    width: parent.width
+
+                    control: PushButton {
+                        iconOnly: view.narrow
+                        iconPath: view.narrow ? Theme.icons.folders : ""
+                        objectName: "settings.journal"
+                        text: qsTr("Show in File Manager")
+
+                        onClicked: view.app.showJournalInFileManager()
+                    }
+                }
+            }
+        }
+        Gap {}
+        ThemedText {
+            color: Theme.text3
+            role: ThemedText.Small
+            text: qsTr("Ostrevo Vanto %1 · %2").arg(view.app.version).arg(view.app.motto)
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+    }
+}

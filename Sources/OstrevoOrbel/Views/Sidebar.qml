@@ -1,0 +1,250 @@
+import QtQuick
+import QtQuick.Templates as T
+import OstrevoOrbel
+
+/// The way to the screens, and the disk in short. On the narrow rail only the icons show.
+Rectangle {
+    id: sidebar
+
+    required property AppModel app
+    property bool rail: false
+    /// The page that stands in place of a screen, or none: "settings", "help".
+    property string page: ""
+
+    signal screenWanted(string screen)
+    signal pageWanted(string page)
+
+    /// The item of the screen that is shown.
+    function takeFocus(): void {
+        const place = page === "" ? screens.itemAt(app.screenIndex) : page === "settings" ? settings : help;
+        place.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    readonly property int side: rail ? 8 : 12
+
+    color: Theme.side
+
+    Row {
+        id: head
+
+        spacing: 10
+        x: sidebar.rail ? Math.round((parent.width - width) / 2) : 20
+        y: 16
+
+        Mark {}
+        ThemedText {
+            anchors.verticalCenter: parent.verticalCenter
+            bold: true
+            role: ThemedText.Lead
+            font.pixelSize: Theme.px(14)
+            text: "Ostrevo Vanto"
+            visible: !sidebar.rail
+            width: Math.min(implicitWidth, sidebar.width - 62)
+        }
+    }
+    // What does not fit is scrolled to, which takes a large font in a low window.
+    Flickable {
+        id: list
+
+        anchors.bottom: disk.top
+        anchors.bottomMargin: 8
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: head.bottom
+        anchors.topMargin: 10
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        contentHeight: column.height + 8
+        interactive: contentHeight > height
+
+        function reveal(item: Item): void {
+            contentY = Math.max(Math.min(contentY, item.y), item.y + item.height + 8 - height);
+        }
+
+        Column {
+            id: column
+
+            spacing: 2
+            width: list.width - 2 * sidebar.side
+            x: sidebar.side
+            y: 4
+
+            Repeater {
+                id: screens
+
+                model: [
+                    { screen: "overview", title: qsTr("Overview"), icon: Theme.icons.overview },
+                    { screen: "map", title: qsTr("Map"), icon: Theme.icons.map },
+                    { screen: "large", title: qsTr("Large and Old"), icon: Theme.icons.large },
+                    { screen: "duplicates", title: qsTr("Duplicates"), icon: Theme.icons.duplicates },
+                    { screen: "uninstall", title: qsTr("Uninstall"), icon: Theme.icons.uninstall },
+                    { screen: "tidy", title: qsTr("Tidy"), icon: Theme.icons.tidy },
+                    { screen: "journal", title: qsTr("Journal"), icon: Theme.icons.journal }
+                ]
+
+                NavItem {
+                    id: item
+
+                    required property int index
+                    required property var modelData
+
+                    current: sidebar.page === "" && sidebar.app.screenIndex === index
+                    iconPath: modelData.icon
+                    objectName: "sidebar." + modelData.screen
+                    rail: sidebar.rail
+                    text: modelData.title
+                    width: column.width
+
+                    onActiveFocusChanged: if (activeFocus) list.reveal(item)
+                    onClicked: sidebar.screenWanted(modelData.screen)
+                }
+            }
+        }
+    }
+    Column {
+        id: disk
+
+        anchors.bottom: foot.top
+        anchors.bottomMargin: 12
+        anchors.left: parent.left
+        anchors.leftMargin: 20
+        anchors.right: parent.right
+        anchors.rightMargin: 20
+        spacing: 6
+        visible: !sidebar.rail && sidebar.app.disk.known
+        height: visible ? implicitHeight : 0
+
+        Row {
+            spacing: 5
+            width: parent.width
+
+            ThemedText {
+                id: free
+
+                bold: true
+                elide: Text.ElideNone
+                role: ThemedText.Small
+                text: sidebar.app.disk.free.text
+            }
+            ThemedText {
+                color: Theme.text2
+                role: ThemedText.Small
+                text: qsTr("free of %1").arg(sidebar.app.disk.total.text)
+                width: Math.min(implicitWidth, parent.width - free.width - parent.spacing)
+            }
+        }
+        VolumeBar {
+            Accessible.name: sidebar.app.disk.summary
+            Accessible.role: Accessible.Graphic
+            height: 8
+            plain: true
+            segments: sidebar.app.disk.segments
+            width: parent.width
+        }
+        T.AbstractButton {
+            id: trash
+
+            Accessible.name: qsTr("In the Trash: %1").arg(sidebar.app.trashSize)
+            Accessible.role: Accessible.Button
+            focusPolicy: Qt.TabFocus
+            height: Theme.smallButtonHeight
+            hoverEnabled: true
+            objectName: "sidebar.trash"
+            width: parent.width
+
+            Keys.onEnterPressed: trash.clicked()
+            Keys.onReturnPressed: trash.clicked()
+            onClicked: sidebar.app.openTrash()
+
+            background: Rectangle {
+                anchors.fill: parent
+                anchors.leftMargin: -8
+                anchors.rightMargin: -8
+                color: trash.down ? Theme.pressed(Theme.hover) : trash.hovered ? Theme.hover : "transparent"
+                radius: Theme.controlRadius
+
+                FocusRing {
+                    anchors.margins: -2
+                    visible: trash.visualFocus
+                }
+            }
+            contentItem: Item {
+                ThemedText {
+                    anchors.left: parent.left
+                    anchors.right: trashSize.left
+                    anchors.rightMargin: 6
+                    anchors.verticalCenter: parent.verticalCenter
+                    color: Theme.text2
+                    role: ThemedText.Small
+                    text: qsTr("In the Trash")
+                }
+                ThemedText {
+                    id: trashSize
+
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    color: Theme.text2
+                    elide: Text.ElideNone
+                    role: ThemedText.Small
+                    text: sidebar.app.trashSize
+                }
+            }
+
+            Hint {
+                text: qsTr("Open Trash")
+                visible: trash.hovered || trash.visualFocus
+                y: -height - 6
+            }
+        }
+    }
+    Column {
+        id: foot
+
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 12
+        spacing: 2
+        width: parent.width - 2 * sidebar.side
+        x: sidebar.side
+
+        Rectangle {
+            color: Theme.line
+            height: 1
+            width: parent.width - 16
+            x: 8
+        }
+        Item {
+            height: 8
+            width: 1
+        }
+        NavItem {
+            id: settings
+
+            current: sidebar.page === "settings"
+            iconPath: Theme.icons.settings
+            objectName: "sidebar.settings"
+            rail: sidebar.rail
+            text: qsTr("Settings")
+            width: parent.width
+
+            onClicked: sidebar.pageWanted("settings")
+        }
+        NavItem {
+            id: help
+
+            current: sidebar.page === "help"
+            iconPath: Theme.icons.help
+            objectName: "sidebar.help"
+            rail: sidebar.rail
+            text: qsTr("Help")
+            width: parent.width
+
+            onClicked: sidebar.pageWanted("help")
+        }
+    }
+    Rectangle {
+        anchors.right: parent.right
+        color: Theme.line
+        height: parent.height
+        width: 1
+    }
+}

@@ -1,0 +1,97 @@
+import QtQuick
+import QtQml.Models
+import QtQuick.Templates as T
+import OstrevoOrbel
+
+/// What is mounted where, and the other file systems that can be measured in its place.
+T.AbstractButton {
+    id: choice
+
+    required property AppModel app
+
+    Accessible.name: qsTr("File system: %1").arg(text)
+    Accessible.role: Accessible.ButtonMenu
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    implicitHeight: Theme.smallButtonHeight
+    implicitWidth: Math.ceil(words.implicitWidth) + chevron.width + 6 + leftPadding + rightPadding
+    leftPadding: 8
+    rightPadding: 8
+    text: app.ledger.description !== "" ? app.ledger.description : app.ledger.path
+
+    Keys.onDownPressed: choice.clicked()
+    Keys.onEnterPressed: choice.clicked()
+    Keys.onReturnPressed: choice.clicked()
+
+    onClicked: {
+        choice.app.refreshVolumes();
+        menu.open();
+    }
+
+    background: Rectangle {
+        color: choice.down || menu.visible ? Theme.pressed(Theme.hover) : choice.hovered ? Theme.hover : "transparent"
+        radius: Theme.controlRadius
+
+        FocusRing {
+            anchors.margins: -2
+            visible: choice.visualFocus
+        }
+    }
+    contentItem: Item {
+        ThemedText {
+            id: words
+
+            anchors.right: chevron.left
+            anchors.rightMargin: 6
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.text2
+            elide: Text.ElideMiddle
+            role: ThemedText.Small
+            text: choice.text
+            width: Math.min(implicitWidth, parent.width - chevron.width - 6)
+        }
+        PathIcon {
+            id: chevron
+
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.text2
+            height: Theme.px(12)
+            path: Theme.icons.down
+            stroke: 1.8
+            width: height
+        }
+    }
+
+    ActionMenu {
+        id: menu
+
+        implicitWidth: Theme.px(440)
+        itemFacts: qsTr("Measuring reads names and sizes; it changes nothing.")
+        itemName: qsTr("Measure another file system")
+        objectName: "overview.volumes"
+        x: choice.width - width
+        y: choice.height + 4
+
+        Instantiator {
+            model: choice.app.volumes
+
+            delegate: MenuEntry {
+                required property int index
+                required property string path
+                required property string figures
+
+                iconPath: Theme.icons.diskImages
+                implicitWidth: menu.width - 10
+                keys: figures
+                objectName: "overview.volume." + index
+                text: path
+
+                onTriggered: choice.app.scanVolume(index)
+            }
+
+            onObjectAdded: (index, object) => menu.insertItem(index, object)
+            onObjectRemoved: (index, object) => menu.removeItem(object)
+        }
+    }
+}

@@ -1,0 +1,16 @@
+#include "CommandLine.h"
+#include "Services/Application.h"
+
+#include <QtPlugin>
+#include <string>
+#include <vector>
+
+// The window's QML is a plugin in this very program.
+Q_IMPORT_PLUGIN(OstrevoOrbelPlugin)
+
+int main(int count, char** words) {
+    const std::vector<std::string> arguments(words, words + count);
+    if (const auto status = orbel::runCommandIfRequested(arguments, orbel::windowHelp))
+        return *status;
+    return orbel::runApplication(count, words);
+}

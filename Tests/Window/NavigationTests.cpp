@@ -1,0 +1,223 @@
+#include "WindowScene.h"
+
+#include "Scan/TreeScanner.h"
+
+#include <gtest/gtest.h>
+
+namespace orbel::test {
+
+namespace {
+
+const std::array screens{"overview", "map", "large", "duplicates", "uninstall", "tidy", "journal"};
+
+} // namespace
+
+TEST(WindowNavigation, MouseAndKeysReachEveryScreen) {
+    WindowScene scene;
+    scene.open();
+    for (const auto* screen : screens) {
+        scene.click(QStringLiteral("sidebar.") + QLatin1String(screen));
+        EXPECT_EQ(scene.app().screenName(), QLatin1String(screen));
+        EXPECT_TRUE(scene.isShown(QLatin1String(screen)));
+    }
+    for (int index = 0; index < static_cast<int>(screens.size()); ++index) {
+        scene.press(Qt::Key_1 + index, Qt::ControlModifier);
+        const QLatin1String screen(screens.at(static_cast<std::size_t>(index)));
+        EXPECT_EQ(scene.app().screenName(), screen);
+        EXPECT_TRUE(scene.isShown(screen));
+    }
+}
+
+TEST(WindowNavigation, SettingsAndHelpStandInPlaceOfAScreenUntilOneIsWanted) {
+    WindowScene scene;
+    scene.open();
+    scene.press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_TRUE(scene.isShown(QStringLiteral("settings")));
+    EXPECT_FALSE(scene.isShown(QStringLiteral("overview")));
+    scene.press(Qt::Key_F1);
+    EXPECT_TRUE(scene.isShown(QStringLiteral("help.motto")));
+    EXPECT_FALSE(scene.isShown(QStringLiteral("settings")));
+    scene.press(Qt::Key_1, Qt::ControlModifier);
+    EXPECT_TRUE(scene.isShown(QStringLiteral("overview")));
+
+    scene.click(QStringLiteral("sidebar.settings"));
+    EXPECT_TRUE(scene.isShown(QStringLiteral("settings")));
+    scene.app().setScreenName(QStringLiteral("journal"));
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("journal")); }));
+    EXPECT_FALSE(scene.isShown(QStringLiteral("settings")));
+}
+
+TEST(WindowNavigation, TabGoesThroughTheScreenThenTheSidebar) {
+    WindowScene scene;
+    scene.open();
+    EXPECT_EQ(scene.focus(), QStringLiteral("overview.measure"));
+    scene.press(Qt::Key_Tab);
+    EXPECT_EQ(scene.focus(), QStringLiteral("overview.folder"));
+    scene.press(Qt::Key_Tab);
+    EXPECT_EQ(scene.focus(), QStringLiteral("sidebar.overview"));
+    scene.press(Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_EQ(scene.focus(), QStringLiteral("overview.folder"));
+    scene.press(Qt::Key_F6);
+    EXPECT_EQ(scene.focus(), QStringLiteral("sidebar.overview"));
+    scene.press(Qt::Key_Tab);
+    scene.press(Qt::Key_Return);
+    EXPECT_EQ(scene.app().screenName(), QStringLiteral("map"));
+}
+
+TEST(WindowNavigation, TheSidebarFoldsToARailWhereTheWindowIsNarrow) {
+    WindowScene scene;
+    scene.open(800, 560);
+    EXPECT_LT(scene.item(QStringLiteral("sidebar"))->width(), 100);
+    EXPECT_FALSE(scene.says(QStringLiteral("Large and Old")));
+    scene.click(QStringLiteral("sidebar.tidy"));
+    EXPECT_EQ(scene.app().screenName(), QStringLiteral("tidy"));
+    scene.window().resize(1440, 900);
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("Large and Old")); }));
+}
+
+TEST(WindowScan, ShowsWhatAFolderHoldsFromTheFirstRunToTheEnd) {
+    WindowScene scene;
+    scene.environment.home = scene.folder();
+    scene.environment.dataVolumePath = scene.folder();
+    TemporaryFolder disk;
+    disk.file("films/long.mkv", std::size_t{3'000'000});
+    disk.file("notes/one.pdf", std::size_t{40'000});
+    scene.environment.dataVolumePath = disk.path();
+    scene.environment.scan = [](const std::string& root, const ScanCancellation& cancellation,
+                                const ScanProgressCallback& progress) {
+        return TreeScanner::scan(root, 1, cancellation, progress);
+    };
+    scene.open();
+    EXPECT_TRUE(scene.says(QStringLiteral("See where 421.8 GB went")));
+    scene.press(Qt::Key_Return);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+    scene.settle();
+    EXPECT_TRUE(scene.isShown(QStringLiteral("overview.kinds")));
+    EXPECT_TRUE(scene.says(QStringLiteral("Video")));
+    EXPECT_TRUE(scene.says(QStringLiteral("films")));
+    EXPECT_TRUE(scene.says(QStringLiteral("No comparison yet")));
+    EXPECT_FALSE(scene.isShown(QStringLiteral("overview.partial")));
+}
+
+TEST(WindowScan, StopsAndKeepsWhatWasMeasuredAsPartial) {
+    WindowScene scene;
+    scene.holdScans();
+    scene.open();
+    scene.click(QStringLiteral("overview.measure"));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("612,408")); }));
+    EXPECT_TRUE(scene.says(QStringLiteral("Top level so far")));
+    EXPECT_EQ(scene.focus(), QStringLiteral("overview.stop"));
+    scene.press(Qt::Key_Escape);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().isPartial(); }));
+    scene.settle();
+    EXPECT_TRUE(scene.says(QStringLiteral("Scan cancelled — partial")));
+
+    // It stays until the next scan is done, whatever is shown meanwhile.
+    scene.press(Qt::Key_2, Qt::ControlModifier);
+    scene.press(Qt::Key_1, Qt::ControlModifier);
+    EXPECT_TRUE(scene.isShown(QStringLiteral("overview.partial")));
+    scene.releaseScans();
+    scene.click(QStringLiteral("overview.partial.action"));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+    scene.settle();
+    EXPECT_FALSE(scene.isShown(QStringLiteral("overview.partial")));
+}
+
+TEST(WindowScan, MeasuringAgainAsksForTheSameRootByF5) {
+    WindowScene scene;
+    scene.open();
+    scene.press(Qt::Key_F5);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+    const auto version = scene.app().treeVersion();
+    scene.settle();
+    scene.click(QStringLiteral("overview.again"));
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.app().treeVersion() == version + 2; }));
+}
+
+TEST(WindowOverview, ListsWhatCouldNotBeReadWithItsCommand) {
+    WindowScene scene;
+    scene.open();
+    scene.press(Qt::Key_F5);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("overview.unreadable")); }));
+    scene.settle();
+    scene.click(QStringLiteral("overview.unreadable"));
+    EXPECT_EQ(scene.focus(), QStringLiteral("unreadable.close"));
+    scene.click(QStringLiteral("unreadable.copy.0"));
+    EXPECT_EQ(scene.requests().copied, QStringLiteral("sudo orbel --scan-json '/home/mira/it'\\''s closed'"));
+    scene.press(Qt::Key_Escape);
+    EXPECT_TRUE(scene.waitUntil([&] { return !scene.isShown(QStringLiteral("unreadable.close")); }));
+    EXPECT_EQ(scene.focus(), QStringLiteral("overview.unreadable"));
+}
+
+TEST(WindowOverview, OffersTheOtherFileSystems) {
+    WindowScene scene;
+    scene.open();
+    scene.click(QStringLiteral("overview.volume"));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("/media/mira/backup")); }));
+    scene.click(QStringLiteral("overview.volume.1"));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+    EXPECT_EQ(scene.app().scanRootPath(), "/media/mira/backup");
+}
+
+TEST(WindowOverview, ArrowsMoveWithinAListAndEnterOpensTheMap) {
+    WindowScene scene;
+    scene.open();
+    scene.press(Qt::Key_F5);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("overview.folders")); }));
+    scene.settle();
+    scene.item(QStringLiteral("overview.folders"))->forceActiveFocus(Qt::TabFocusReason);
+    scene.press(Qt::Key_Down);
+    EXPECT_EQ(scene.item(QStringLiteral("overview.folders"))->property("currentIndex").toInt(), 1);
+    scene.press(Qt::Key_Return);
+    EXPECT_EQ(scene.app().screenName(), QStringLiteral("map"));
+}
+
+TEST(WindowSettings, ApplyAtOnce) {
+    WindowScene scene;
+    scene.open();
+    scene.press(Qt::Key_Comma, Qt::ControlModifier);
+    const auto light = scene.picture().pixelColor(400, 5);
+    scene.click(QStringLiteral("settings.appearance.2"));
+    EXPECT_EQ(scene.app().appearance()->choice(), QStringLiteral("dark"));
+    EXPECT_LT(scene.picture().pixelColor(400, 5).lightness(), 60);
+    scene.press(Qt::Key_Left);
+    EXPECT_EQ(scene.app().appearance()->choice(), QStringLiteral("light"));
+    EXPECT_EQ(scene.picture().pixelColor(400, 5), light);
+
+    EXPECT_FALSE(scene.item(QStringLiteral("settings.threshold"))->isEnabled());
+    scene.click(QStringLiteral("settings.alert"));
+    EXPECT_TRUE(scene.app().isLowDiskEnabled());
+    EXPECT_TRUE(scene.item(QStringLiteral("settings.threshold"))->isEnabled());
+    scene.item(QStringLiteral("settings.threshold"))->forceActiveFocus(Qt::TabFocusReason);
+    scene.press(Qt::Key_Down);
+    EXPECT_EQ(scene.app().lowDiskThreshold(), 20'000'000'000U);
+    scene.click(QStringLiteral("settings.login"));
+    EXPECT_TRUE(scene.app().opensAtLogin());
+}
+
+TEST(WindowOnboarding, StandsAloneUntilAccessIsGranted) {
+    WindowScene scene;
+    auto isGranted = std::make_shared<std::atomic<bool>>(false);
+    scene.environment.isFullDiskAccessGranted = [isGranted](const std::string& /*home*/) {
+        return std::optional(isGranted->load());
+    };
+    scene.open();
+    EXPECT_TRUE(scene.isShown(QStringLiteral("onboarding")));
+    EXPECT_FALSE(scene.isShown(QStringLiteral("sidebar")));
+    EXPECT_EQ(scene.focus(), QStringLiteral("onboarding.open"));
+    scene.press(Qt::Key_F5);
+    EXPECT_EQ(scene.app().scanState(), AppModel::ScanState::idle);
+    isGranted->store(true);
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("overview.measure")); }));
+    EXPECT_FALSE(scene.isShown(QStringLiteral("onboarding")));
+}
+
+TEST(WindowFrame, OpensTheTrash) {
+    WindowScene scene;
+    scene.open();
+    EXPECT_TRUE(scene.says(QStringLiteral("5.8 GB")));
+    scene.click(QStringLiteral("sidebar.trash"));
+    EXPECT_EQ(scene.requests().openedTrash, scene.folder() + "/Trash/files");
+}
+
+} // namespace orbel::test

@@ -1,0 +1,102 @@
+#include "SampleDisk.h"
+
+#include "Support/TreeBuilder.h"
+
+#include <cmath>
+
+namespace orbel::test {
+
+namespace {
+
+constexpr double GB = 1e9;
+
+std::uint64_t bytes(double gigabytes) {
+    return static_cast<std::uint64_t>(std::llround(gigabytes * GB));
+}
+
+/// The share of each file that a scan has found which was stopped early.
+ScanResult sample(double share) {
+    TreeBuilder disk("/");
+    const auto homes = disk.folder(0, "home");
+    const auto home = disk.folder(homes, "mira");
+    const auto add = [&](NodeIndex folder, std::string_view name, double size) {
+        disk.file(folder, name, bytes(size * share));
+    };
+    const auto videos = disk.folder(home, "Videos");
+    add(videos, "KJ_A014_ridge.mov", 46.3);
+    add(videos, "harbour_master.mov", 41.5);
+    const auto machines = disk.folder(home, "virtual-machines");
+    add(machines, "win11-build.qcow2", 38.4);
+    add(machines, "fedora-test.qcow2", 35.1);
+    const auto downloads = disk.folder(home, "Downloads");
+    add(downloads, "raspios-full.img", 30.9);
+    add(downloads, "dataset-lidar-tampere.zip", 22.2);
+    const auto pictures = disk.folder(home, "Pictures");
+    add(pictures, "raw.arw", 32.6);
+    const auto projects = disk.folder(home, "Projects");
+    const auto viewer = disk.folder(projects, "lidar-viewer with a name that is longer than most columns are");
+    add(viewer, "target.bin", 32.3);
+    const auto share_ = disk.folder(disk.folder(home, ".local"), "share");
+    add(share_, "flatpak.bin", 29.2);
+    const auto documents = disk.folder(home, "Documents");
+    add(documents, "scans.pdf", 20.4);
+    const auto cache = disk.folder(home, ".cache");
+    add(cache, "yarn.tar.gz", 8.4);
+    const auto apps = disk.folder(home, "Apps");
+    add(disk.folder(apps, "DaVinci.app", NodeFlags::package), "resolve", 24.3);
+    const auto library = disk.folder(disk.folder(0, "var"), "lib");
+    add(library, "overlay2.bin", 22.8);
+    add(disk.folder(disk.folder(0, "usr"), "lib"), "libLLVM.so", 5.9);
+    disk.folder(library, "private", NodeFlags::unreadable);
+    disk.folder(home, "it's closed", NodeFlags::unreadable);
+
+    ScanResult result{.tree = disk.build(),
+                      .cancelled = share < 1,
+                      .startedAt = {},
+                      .firstProgress = {},
+                      .duration = share < 1 ? 3.9 : 8.4};
+    result.tree.unreadableCount = 2;
+    result.tree.otherVolumeCount = 3;
+    return result;
+}
+
+} // namespace
+
+VolumeInfo SampleDisk::volume() {
+    return {.total = bytes(511), .free = bytes(63.6), .used = bytes(421.8), .availableForImportantUsage = bytes(63.6)};
+}
+
+std::vector<platform::Mount> SampleDisk::mounts() {
+    return {{.id = 1, .parentId = 0, .path = "/", .fileSystem = "btrfs", .source = "/dev/nvme0n1p3", .isNetwork = false},
+            {.id = 2,
+             .parentId = 1,
+             .path = "/media/mira/backup",
+             .fileSystem = "ext4",
+             .source = "/dev/sda1",
+             .isNetwork = false}};
+}
+
+ScanResult SampleDisk::measured() {
+    return sample(1);
+}
+
+ScanResult SampleDisk::partlyMeasured() {
+    return sample(0.48);
+}
+
+ScanProgress SampleDisk::progress() {
+    return {.entries = 612'408,
+            .bytes = bytes(186.2),
+            .unreadable = 97,
+            .elapsed = 3.9,
+            .topLevel = {{.name = "virtual-machines", .bytes = bytes(57.4), .isFolder = true},
+                         {.name = "Videos", .bytes = bytes(52.5), .isFolder = true},
+                         {.name = "Downloads", .bytes = bytes(22.5), .isFolder = true},
+                         {.name = "Documents", .bytes = bytes(10), .isFolder = true},
+                         {.name = "Projects", .bytes = bytes(9.9), .isFolder = true},
+                         {.name = "swap.img", .bytes = bytes(9.8), .isFolder = false},
+                         {.name = "Pictures", .bytes = bytes(9.4), .isFolder = true},
+                         {.name = "Apps", .bytes = bytes(7.4), .isFolder = true}}};
+}
+
+} // namespace orbel::test

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Platform/MountTable.h"
+#include "Scan/ScanProgress.h"
+#include "Scan/ScanResult.h"
+#include "Scan/VolumeInfo.h"
+
+#include <string>
+#include <vector>
+
+namespace orbel::test {
+
+/// A disk as somebody's might be, with round figures that add up, for screens to show.
+struct SampleDisk {
+    static constexpr const char* home = "/home/mira";
+
+    static VolumeInfo volume();
+    static std::vector<platform::Mount> mounts();
+    /// What a scan of all of it finds, in 8.4 seconds.
+    static ScanResult measured();
+    /// What a scan has found that is stopped after 3.9 seconds.
+    static ScanResult partlyMeasured();
+    /// What that scan reported last.
+    static ScanProgress progress();
+};
+
+} // namespace orbel::test

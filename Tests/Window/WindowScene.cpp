@@ -1,0 +1,212 @@
+#include "WindowScene.h"
+
+#include "SampleDisk.h"
+#include "Util/Check.h"
+
+#include <condition_variable>
+#include <gtest/gtest.h>
+#include <mutex>
+#include <QCoreApplication>
+#include <QQmlEngine>
+#include <QQmlExpression>
+#include <QtTest/QTest>
+
+namespace orbel::test {
+
+namespace {
+
+constexpr int patience = 10'000; ///< milliseconds
+
+class NotedDesktop final : public Desktop {
+public:
+    explicit NotedDesktop(std::shared_ptr<WindowScene::Requests> requests) : requests_(std::move(requests)) {}
+
+    void open(const std::string& /*path*/) override {}
+    void showInFileManager(const std::string& /*path*/) override {}
+    void openTrash(const std::string& itemsFolder) override { requests_->openedTrash = itemsFolder; }
+    void openAddress(const QString& /*address*/) override {}
+    void copyText(const QString& text) override { requests_->copied = text; }
+
+private:
+    std::shared_ptr<WindowScene::Requests> requests_;
+};
+
+class SilentNotifier final : public Notifier {
+public:
+    void requestPermission(std::function<void(bool)> answer) override { answer(true); }
+    void post(const LowDiskAlert::Message& /*message*/) override {}
+};
+
+class RememberedLoginItem final : public LoginItem {
+public:
+    bool isEnabled() const override { return isEnabled_; }
+    bool setEnabled(bool enabled) override {
+        isEnabled_ = enabled;
+        return true;
+    }
+
+private:
+    bool isEnabled_ = false;
+};
+
+bool inheritsText(const QQuickItem& item) {
+    return item.inherits("QQuickText");
+}
+
+void collect(QQuickItem& item, std::vector<QQuickItem*>& found,
+             const std::function<bool(const QQuickItem&)>& wanted) {
+    if (!item.isVisible())
+        return;
+    if (wanted(item))
+        found.push_back(&item);
+    const auto children = item.childItems();
+    for (auto* child : children)
+        collect(*child, found, wanted);
+}
+
+} // namespace
+
+/// Holds scans back. Shared with their threads, which may outlive the scene.
+struct WindowScene::Gate {
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool isOpen = true;
+};
+
+WindowScene::WindowScene() : requests_(std::make_shared<Requests>()), gate_(std::make_shared<Gate>()) {
+    environment.home = SampleDisk::home;
+    environment.dataVolumePath = "/";
+    environment.trashFolder = folder_.path("Trash");
+    environment.journalPath = folder_.path("journal.jsonl");
+    environment.scan = [gate = gate_](const std::string& /*root*/, const ScanCancellation& cancellation,
+                                      const ScanProgressCallback& progress) {
+        progress(SampleDisk::progress());
+        std::unique_lock lock(gate->mutex);
+        while (!gate->isOpen && !cancellation.isCancelled())
+            gate->changed.wait_for(lock, std::chrono::milliseconds(5));
+        return cancellation.isCancelled() ? SampleDisk::partlyMeasured() : SampleDisk::measured();
+    };
+    environment.readVolume = [](const std::string& /*path*/) { return SampleDisk::volume(); };
+    environment.mountTable = SampleDisk::mounts;
+    environment.measureTrash = [](const std::string& /*trash*/) { return std::optional<std::uint64_t>(5'800'000'000); };
+    environment.isFullDiskAccessGranted = [](const std::string& /*home*/) { return std::optional(true); };
+    environment.now = std::chrono::system_clock::now;
+    environment.settings = std::make_shared<QSettings>(QString::fromStdString(folder_.path("settings.ini")),
+                                                       QSettings::IniFormat);
+    environment.desktop = std::make_shared<NotedDesktop>(requests_);
+    environment.notifier = std::make_shared<SilentNotifier>();
+    environment.loginItem = std::make_shared<RememberedLoginItem>();
+}
+
+WindowScene::~WindowScene() {
+    releaseScans();
+    engine_.reset();
+    app_.reset();
+}
+
+void WindowScene::open(int width, int height) {
+    app_ = std::make_unique<AppModel>(environment);
+    engine_ = std::make_unique<QQmlApplicationEngine>();
+    engine_->addImportPath(QStringLiteral(":/qt/qml"));
+    engine_->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(app_.get())},
+                                   {QStringLiteral("width"), width},
+                                   {QStringLiteral("height"), height}});
+    // A binding that fails is a fault even where the window looks right.
+    QObject::connect(engine_.get(), &QQmlEngine::warnings, [](const QList<QQmlError>& warnings) {
+        for (const auto& warning : warnings)
+            ADD_FAILURE() << warning.toString().toStdString();
+    });
+    engine_->load(QUrl(QStringLiteral("qrc:/qt/qml/OstrevoOrbel/Views/Main.qml")));
+    ORBEL_CHECK(!engine_->rootObjects().isEmpty(), "The window could not be loaded");
+    window_ = qobject_cast<QQuickWindow*>(engine_->rootObjects().constFirst());
+    window_->requestActivate();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window_, patience));
+    EXPECT_TRUE(waitUntil([this] { return app_->trashBytes().has_value(); }));
+    settle();
+}
+
+void WindowScene::holdScans() {
+    const std::lock_guard lock(gate_->mutex);
+    gate_->isOpen = false;
+}
+
+void WindowScene::releaseScans() {
+    const std::lock_guard lock(gate_->mutex);
+    gate_->isOpen = true;
+    gate_->changed.notify_all();
+}
+
+QQuickItem* WindowScene::item(const QString& name) {
+    std::vector<QQuickItem*> found;
+    collect(*window_->contentItem(), found, [&](const QQuickItem& item) { return item.objectName() == name; });
+    if (found.empty())
+        ADD_FAILURE() << "Not to be seen: " << name.toStdString();
+    return found.empty() ? nullptr : found.front();
+}
+
+bool WindowScene::isShown(const QString& name) {
+    std::vector<QQuickItem*> found;
+    collect(*window_->contentItem(), found, [&](const QQuickItem& item) { return item.objectName() == name; });
+    return !found.empty();
+}
+
+std::vector<QQuickItem*> WindowScene::texts() {
+    std::vector<QQuickItem*> found;
+    collect(*window_->contentItem(), found, [](const QQuickItem& item) {
+        return inheritsText(item) && !item.property("text").toString().trimmed().isEmpty() && item.opacity() > 0;
+    });
+    return found;
+}
+
+bool WindowScene::says(const QString& words) {
+    const auto all = texts();
+    return std::ranges::any_of(
+        all, [&](QQuickItem* text) { return text->property("text").toString().contains(words); });
+}
+
+void WindowScene::click(const QString& name) {
+    const auto* const target = item(name);
+    if (target == nullptr)
+        return;
+    const auto centre = target->mapToScene({target->width() / 2, target->height() / 2}).toPoint();
+    QTest::mouseClick(window_, Qt::LeftButton, Qt::NoModifier, centre);
+    settle();
+}
+
+void WindowScene::press(int key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(window_, static_cast<Qt::Key>(key), modifiers);
+    settle();
+}
+
+QString WindowScene::focus() {
+    const auto* const focused = window_->activeFocusItem();
+    return focused == nullptr ? QString() : focused->objectName();
+}
+
+void WindowScene::setAppearance(const QString& choice) {
+    app_->appearance()->setChoice(choice);
+    settle();
+}
+
+void WindowScene::setFontScale(double scale) {
+    QQmlExpression expression(QQmlEngine::contextForObject(window_), window_,
+                              QStringLiteral("Theme.fontScale = %1").arg(scale));
+    expression.evaluate();
+    EXPECT_FALSE(expression.hasError()) << expression.error().toString().toStdString();
+    settle();
+}
+
+bool WindowScene::waitUntil(const std::function<bool()>& met) {
+    return QTest::qWaitFor(met, patience);
+}
+
+void WindowScene::settle() {
+    // Polishing can make items that have to be polished, and colours fade in 80 ms.
+    QTest::qWait(150);
+}
+
+QImage WindowScene::picture() {
+    return window_->grabWindow();
+}
+
+} // namespace orbel::test

@@ -1,0 +1,17 @@
+#include <gtest/gtest.h>
+#include <QGuiApplication>
+#include <QtPlugin>
+
+// The window is a plugin in this very program.
+Q_IMPORT_PLUGIN(OstrevoOrbelPlugin)
+
+/// The tests need no display, and draw the same on every machine, unless the environment says otherwise.
+int main(int count, char** words) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
+        qputenv("QT_QUICK_BACKEND", "software");
+    QGuiApplication application(count, words);
+    testing::InitGoogleTest(&count, words);
+    return RUN_ALL_TESTS();
+}
