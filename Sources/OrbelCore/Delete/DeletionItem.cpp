@@ -36,15 +36,15 @@ std::optional<std::string> noteFor(const FileTree& tree, NodeIndex index) {
 
 std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeIndex index,
                                                    DeletionModule module, const SafetyPolicy& policy) {
-    auto path = tree.path(index, PathCanonicalizer::shared());
+    const auto path = tree.path(index, PathCanonicalizer::shared());
     const auto root =
         isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle : AllowedRoot::homeItem;
-    return fromTree(tree, index, module, policy, std::move(path), root);
+    return fromTree(tree, index, module, policy, path, root);
 }
 
 std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeIndex index,
                                                    DeletionModule module, const SafetyPolicy& policy,
-                                                   std::string path, AllowedRoot root) {
+                                                   const std::string& path, AllowedRoot root) {
     const auto stamp = FileStamp::of(path);
     if (!stamp)
         return std::nullopt;
@@ -74,9 +74,9 @@ std::optional<DeletionItem> DeletionItem::brokenShortcut(const FileTree& tree, N
                                                          std::optional<std::string> blockedReason,
                                                          std::optional<std::string> note,
                                                          std::optional<std::string> lastPath) {
-    auto path = tree.path(index, PathCanonicalizer::shared());
+    const auto path = tree.path(index, PathCanonicalizer::shared());
     const bool isLeftover = path.ends_with(".desktop") && policy.isLeftoverPlace(path);
-    auto item = fromTree(tree, index, DeletionModule::brokenShortcuts, policy, std::move(path),
+    auto item = fromTree(tree, index, DeletionModule::brokenShortcuts, policy, path,
                          isLeftover ? AllowedRoot::leftover : AllowedRoot::homeItem);
     if (!item)
         return std::nullopt;

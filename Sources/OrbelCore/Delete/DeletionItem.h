@@ -59,7 +59,7 @@ struct DeletionItem {
 
 private:
     static std::optional<DeletionItem> fromTree(const FileTree& tree, NodeIndex index, DeletionModule module,
-                                                const SafetyPolicy& policy, std::string path,
+                                                const SafetyPolicy& policy, const std::string& path,
                                                 AllowedRoot root);
 };
 

@@ -85,9 +85,7 @@ private:
         auto report = prober_.probePath(*alias->lastPath, path);
         if (report.state == TargetState::present)
             report = {.state = TargetState::unknown, .reason = "another object is in its place"};
-        auto found = finding(Kind::alias, report, *alias->lastPath);
-        found.mayPreselect = true;
-        return found;
+        return finding(Kind::alias, report, *alias->lastPath);
     }
 
     /// In doubt a launcher is not broken: it may start its program in a way that nothing is known of here.
