@@ -394,7 +394,6 @@ TEST(DuplicateFinder, CancelledItReturnsOnlyWhatItProved) {
         for (const auto& group : groups)
             EXPECT_TRUE(std::ranges::find(all, group) != all.end()) << moment;
         EXPECT_TRUE(groups.size() == all.size() || compared < 1'800'000) << moment;
-        EXPECT_LE(groups.empty() ? 0 : 1, moment > 5) << moment;
         most = std::max(most, groups.size());
     }
     EXPECT_EQ(most, 2);
