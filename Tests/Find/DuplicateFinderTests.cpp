@@ -86,6 +86,7 @@ TEST(DuplicateFinder, LooksOnlyWhereTheUserKeepsFiles) {
         return DuplicateFinder{100}.candidates(scanned(root), home.path()).size();
     };
     EXPECT_EQ(candidates(std::string(parentPath(home.path()))), 4);
+    EXPECT_EQ(candidates(home.path("docs")), 1);
     EXPECT_EQ(candidates(home.path("docs/Library")), 1);
     EXPECT_EQ(candidates(home.path("Libraryx")), 1);
     for (const auto* closed :
