@@ -86,6 +86,7 @@ TEST(DuplicateFinder, LooksOnlyWhereTheUserKeepsFiles) {
         return DuplicateFinder{100}.candidates(scanned(root), home.path()).size();
     };
     EXPECT_EQ(candidates(std::string(parentPath(home.path()))), 4);
+    EXPECT_EQ(candidates(home.path("docs")), 1);
     EXPECT_EQ(candidates(home.path("docs/Library")), 1);
     EXPECT_EQ(candidates(home.path("Libraryx")), 1);
     for (const auto* closed :
@@ -394,7 +395,6 @@ TEST(DuplicateFinder, CancelledItReturnsOnlyWhatItProved) {
         for (const auto& group : groups)
             EXPECT_TRUE(std::ranges::find(all, group) != all.end()) << moment;
         EXPECT_TRUE(groups.size() == all.size() || compared < 1'800'000) << moment;
-        EXPECT_LE(groups.empty() ? 0 : 1, moment > 5) << moment;
         most = std::max(most, groups.size());
     }
     EXPECT_EQ(most, 2);

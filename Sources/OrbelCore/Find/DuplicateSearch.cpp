@@ -80,9 +80,10 @@ void DuplicateSearch::planComparisons() {
         const auto first = comparisons_.size();
         std::unordered_map<std::size_t, std::size_t> bySample;
         for (std::size_t file = sizes_[i].begin; file < sizes_[i].end; ++file) {
-            if (!files_[file].sample)
+            const auto& hash = files_[file].sample;
+            if (!hash)
                 continue;
-            const auto [known, isNew] = bySample.try_emplace(*files_[file].sample, comparisons_.size());
+            const auto [known, isNew] = bySample.try_emplace(*hash, comparisons_.size());
             if (isNew)
                 comparisons_.push_back({.size = i, .files = {}});
             comparisons_[known->second].files.push_back(file);

@@ -9,6 +9,8 @@
 
 namespace orbel {
 
+class ContentComparison;
+
 /// One search among candidates of a tree, which must outlive it. Used once.
 ///
 /// First all files are sampled, then the sample groups are compared, the largest files first, both by more
@@ -48,7 +50,7 @@ private:
     void sample(File& file) const;
     void planComparisons();
     void compareAll();
-    void compare(Comparison& comparison, class ContentComparison& reader) const;
+    void compare(Comparison& comparison, ContentComparison& reader) const;
     void finish(const Comparison& comparison);
     void reportFinishedSizes();
     std::uint64_t totalBytes(const Size& size) const;

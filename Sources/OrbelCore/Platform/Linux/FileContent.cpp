@@ -66,7 +66,7 @@ bool sharesBlocks(const std::string& path) {
     std::uint64_t offset = 0;
     while (true) {
         ExtentMap room;
-        fiemap question{};
+        fiemap question{}; // NOLINT(clang-diagnostic-zero-length-array): how the system declares it
         question.fm_start = offset;
         question.fm_length = FIEMAP_MAX_OFFSET - offset;
         question.fm_extent_count = ExtentMap::extentCount;
