@@ -110,11 +110,15 @@ std::set<std::string> everyNameOf(const InstalledApp& app) {
     std::set<std::string> names;
     const auto add = [&](std::string_view name) {
         auto lower = lowerCase(name);
-        auto dashed = lower;
-        std::ranges::replace(dashed, ' ', '-');
-        auto joined = lower;
-        std::erase(joined, ' ');
-        names.insert({std::move(lower), std::move(dashed), std::move(joined)});
+        if (lower.contains(' ')) {
+            auto dashed = lower;
+            std::ranges::replace(dashed, ' ', '-');
+            names.insert(std::move(dashed));
+            auto joined = lower;
+            std::erase(joined, ' ');
+            names.insert(std::move(joined));
+        }
+        names.insert(std::move(lower));
     };
     add(app.name);
     for (const auto* list : {&app.identifiers, &app.names, &app.appGroups})
@@ -162,8 +166,8 @@ struct LeftoverMatcher::Names {
 };
 
 LeftoverMatcher::LeftoverMatcher(std::string home, std::string systemLibrary)
-    : LeftoverMatcher(home, std::move(systemLibrary), platform::places(home),
-                      [home](const std::string& name) { return platform::programNamed(name, home); }) {}
+    : LeftoverMatcher(home, std::move(systemLibrary), platform::places(home), platform::programFinder(home)) {
+}
 
 LeftoverMatcher::LeftoverMatcher(std::string home, std::string systemLibrary, const platform::Places& places,
                                  ProgramNamed programNamed)
@@ -201,6 +205,11 @@ LeftoverMatcher::LeftoverMatcher(std::string home, std::string systemLibrary, co
         list(folder, Kind::vendor, isCacheFolder(parentPath(folder)));
     for (const auto& folder : places.hiddenLeftoverFolders)
         list(folder, Kind::hidden, false);
+    // A folder that all programs, or all of one maker, share lies itself where leftovers may lie.
+    std::erase_if(candidates_, [&](const Candidate& candidate) {
+        const auto path = joinedPath(candidate.folder, candidate.name);
+        return isAny(places.leftoverFolders, path) || isAny(places.vendorFolders, path);
+    });
 }
 
 void LeftoverMatcher::list(const std::string& folder, Kind kind, bool isCache) {

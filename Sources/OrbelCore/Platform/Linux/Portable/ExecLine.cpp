@@ -128,8 +128,10 @@ std::optional<ExecCommand> execCommand(std::string_view exec) {
     if (name == words.end())
         return std::nullopt;
     const std::span<const std::string> rest(name + 1, words.end());
-    if (program == "snap")
-        return commandOf(ExecCommand::Kind::snap, name->substr(0, name->find('.')), rest);
+    if (program == "snap") {
+        const auto snap = name->substr(0, name->find('.'));
+        return snap.empty() ? std::nullopt : std::optional(commandOf(ExecCommand::Kind::snap, snap, rest));
+    }
     // An id has two dots at least; else it is the value of an option.
     constexpr std::size_t fewestDots = 2;
     const auto id = name->substr(0, name->find('/'));

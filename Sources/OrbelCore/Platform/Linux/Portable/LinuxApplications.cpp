@@ -58,6 +58,13 @@ std::string_view withoutAppImageEnding(std::string_view name) {
     return name;
 }
 
+/// Whether it runs a program of the name that its package, the first of its names, has.
+bool isCalledByPackage(const InstalledApp& app) {
+    return !app.names.empty() && std::ranges::any_of(app.executables, [&](const std::string& program) {
+        return lastPathComponent(program) == app.names.front();
+    });
+}
+
 class Inventory {
 public:
     explicit Inventory(const LinuxApplicationSearch& search) : search_(search) {}
@@ -125,6 +132,11 @@ private:
         if (!app.bundleID)
             app.bundleID = shownName(launcher.id);
         addOnce(app.identifiers, launcher.id);
+        // A script is started by its interpreter, and still needs its place.
+        if (launcher.command)
+            for (const auto& argument : launcher.command->arguments)
+                if (isPathInside(argument, search_.home) && argument.size() > search_.home.size())
+                    addOnce(app.executables, argument);
         addNames(launcher, app);
         if (app.status == Status::removable)
             addOwnFiles(launcher, app);
@@ -142,10 +154,12 @@ private:
             known = std::move(app);
             return place->second;
         }
-        // A launcher in the menu speaks for the application rather than one that is in none.
-        if (known.isHidden && !app.isHidden) {
+        // A launcher in the menu speaks for the application rather than one that is in none, and of those the
+        // one of the program that its package is called by.
+        if (!app.isHidden && (known.isHidden || (isCalledByPackage(app) && !isCalledByPackage(known)))) {
             known.name = app.name;
             known.bundleID = app.bundleID;
+            known.path = app.path;
             known.isHidden = false;
         }
         addAll(known.ownFiles, app.ownFiles);
@@ -340,6 +354,7 @@ private:
         const auto data = joinedPath(search_.home, ".local/share");
         if (parentPath(launcher.path) == joinedPath(data, "applications") && isUsersFile(launcher.path))
             addOnce(app.ownFiles, launcher.path);
+        addLinks(app);
         const auto icon = launcher.entry.text("Icon").value_or("");
         if (icon.empty() || iconUses_[icon] > 1)
             return;
@@ -361,6 +376,21 @@ private:
             for (const auto* ending : {".png", ".svg", ".xpm"})
                 if (auto path = joinedPath(folder, icon + ending); isUsersFile(path))
                     addOnce(app.ownFiles, std::move(path));
+    }
+
+    /// Commands in the user's folder of them that lead into the application. They are shown, not moved.
+    void addLinks(InstalledApp& app) const {
+        std::error_code error;
+        fs::directory_iterator entries(joinedPath(search_.home, ".local/bin"), error);
+        std::vector<std::string> links;
+        for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+            std::error_code gone;
+            if (entries->is_symlink(gone)
+                && isPathInside(fs::canonical(entries->path(), gone).string(), app.path))
+                links.push_back(entries->path().string());
+        }
+        std::ranges::sort(links);
+        addAll(app.ownFiles, links);
     }
 
     void addAppImages(const std::string& folder) {
@@ -425,7 +455,8 @@ std::vector<std::string> linuxApplicationFolders(const std::string& home, std::s
     addData("/var/lib/flatpak/exports/share");
     addData("/var/lib/snapd/desktop");
     for (const auto& folder : programFileFolders)
-        addOnce(folders, folder);
+        if (folder.starts_with('/'))
+            addOnce(folders, folder);
     return folders;
 }
 
