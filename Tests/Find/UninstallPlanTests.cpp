@@ -103,8 +103,7 @@ TEST_F(UninstallPlanTest, WhatAPackageManagerOwnsIsNotMovedHere) {
                      "ok .cache/org.example.Editor"}))
         << "nothing is ticked while it is installed";
     EXPECT_EQ(plan.items[0].note, "sudo apt remove editor");
-    EXPECT_EQ(plan.items[1].note,
-              "org.example.Editor is still installed. Remove it with the package manager");
+    EXPECT_EQ(plan.items[1].note, "org.example.Editor is still installed: sudo apt remove editor removes it");
     app.status = InstalledApp::Status::system;
     EXPECT_EQ(planOf(app).items.size(), 1);
 }

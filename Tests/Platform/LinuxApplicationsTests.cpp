@@ -65,8 +65,8 @@ TEST_F(LinuxApplicationsTest, TellsWhatCanBeDoneAboutEachKind) {
         {"game", Status::unsupported, "Remove it in Steam"},
         {"windows", Status::unsupported, "A Windows program: remove it with its own uninstaller"},
         {"mine", Status::unsupported,
-         "A launcher of " + home.path("usr/bin/editor") + ", which it is no installation of"},
-        {"doubtful", Status::unsupported, "A launcher of /media/nowhere/x, which it is no installation of"},
+         "Only starts " + home.path("usr/bin/editor") + " and is no installation of its own"},
+        {"doubtful", Status::unsupported, "Only starts /media/nowhere/x and is no installation of its own"},
     };
     for (const auto& [name, status, advice] : table)
         EXPECT_EQ(fate(name), std::pair(status, advice)) << name;

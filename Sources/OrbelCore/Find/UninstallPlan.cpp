@@ -79,7 +79,8 @@ public:
         if (!item.blockedReason)
             check(item);
         if (app_.status != Status::removable)
-            item.note = app_.name + " is still installed. " + app_.reason;
+            item.note = app_.name + " is still installed"
+                        + (app_.command.empty() ? "" : ": " + app_.command + " removes it");
         item.preselected = item.isSelectable() && app_.status == Status::removable && leftover.isCache
                            && leftover.certainty == Leftover::Certainty::certain;
         return item;

@@ -200,7 +200,7 @@ private:
             }
         app.source = "Launcher";
         app.reason =
-            "A launcher of " + shownName(launcher.target.program) + ", which it is no installation of";
+            "Only starts " + shownName(launcher.target.program) + " and is no installation of its own";
         return app;
     }
 
