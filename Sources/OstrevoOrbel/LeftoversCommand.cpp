@@ -77,7 +77,8 @@ void runLeftoversCommandIfRequested(std::span<const std::string> arguments) {
         std::vector<InstalledApp> others;
         std::ranges::copy_if(apps, std::back_inserter(others),
                              [&](const InstalledApp& other) { return other.path != app.path; });
-        text += linesOf(UninstallPlan::make(app, others, matcher, policy, measure, [&] { return programs; }));
+        text += linesOf(UninstallPlan::make(app, others, matcher, policy, measure,
+                                            [&] { return std::vector(programs); }));
     }
     finish(text);
 }

@@ -1,3 +1,4 @@
+#include "Find/CommonWords.h"
 #include "Find/LeftoverMatcher.h"
 #include "Support/AppHome.h"
 #include "Support/ChildProcess.h"
@@ -83,7 +84,7 @@ TEST_F(LeftoverMatcherTest, WhatCouldBeSomebodyElsesIsNeverOffered) {
     EXPECT_EQ(leftoversOf(app({"config"}, {"code", "Player", "abc", "", ".", "..", "/", "a/b"})), Words{})
         << "common, too short, or no name";
     for (const auto* word : {"code", "Player", "GTK-3.0", "systemd", "python3", "applications"})
-        EXPECT_TRUE(LeftoverMatcher::isCommonWord(word)) << word;
+        EXPECT_TRUE(isCommonWord(word)) << word;
 }
 
 TEST_F(LeftoverMatcherTest, LinksAndWhatProgramsLieInStay) {

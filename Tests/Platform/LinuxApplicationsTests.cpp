@@ -117,6 +117,12 @@ TEST_F(LinuxApplicationsTest, NothingIsRemovableThatIsAnothersOrHoldsMoreThanIsS
     EXPECT_EQ(home.app("linked").status, Status::unsupported);
     EXPECT_EQ(home.app("script").status, Status::unsupported) << "the folder holds more than this file";
     EXPECT_EQ(home.app("tool").status, Status::removable);
+    for (const std::string script : {"one", "two"}) {
+        home.file("opt/pair/" + script + ".js");
+        home.launcher(script, home.path("opt/pair/engine") + " " + home.path("opt/pair/" + script + ".js"));
+    }
+    home.program("opt/pair/engine");
+    EXPECT_EQ(home.app("one").status, Status::unsupported) << "one engine runs two applications";
     home.user += 1;
     EXPECT_EQ(fate("tool"), std::pair(Status::needsAdmin, std::string("Belongs to another user")));
 }

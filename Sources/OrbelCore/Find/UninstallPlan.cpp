@@ -87,7 +87,7 @@ public:
     }
 
 private:
-    DeletionItem itemAt(const std::string& path, const std::string& evidence) const {
+    static DeletionItem itemAt(const std::string& path, const std::string& evidence) {
         return {.id = std::string(rawValue(DeletionModule::uninstall)) + ":" + path,
                 .module = DeletionModule::uninstall,
                 .title = lossyUtf8(lastPathComponent(path)),

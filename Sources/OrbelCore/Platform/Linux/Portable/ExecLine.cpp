@@ -49,7 +49,7 @@ private:
 
     void takeQuoted(char quote) {
         isInWord_ = true; // quotes with nothing between them are a word too
-        while (++at_ < text_.size() && text_[at_] != quote) {
+        for (++at_; at_ < text_.size() && text_[at_] != quote; ++at_) {
             constexpr std::string_view escapable = "\"`$\\";
             const bool isEscape = quote == '"' && text_[at_] == '\\' && at_ + 1 < text_.size()
                                   && escapable.find(text_[at_ + 1]) != std::string_view::npos;
