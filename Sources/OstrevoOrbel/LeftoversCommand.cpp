@@ -16,9 +16,9 @@ namespace orbel {
 
 namespace {
 
-/// A path on one line, whatever its name holds.
-std::string shown(const std::string& path) {
-    auto line = lossyUtf8(path);
+/// Words on one line, whatever name from the disk they hold.
+std::string shown(const std::string& words) {
+    auto line = lossyUtf8(words);
     std::ranges::replace_if(
         line, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, '?');
     return line;
@@ -41,7 +41,7 @@ std::string linesOf(const UninstallPlan& plan) {
         lines += "\n";
     }
     for (const auto& item : plan.items)
-        lines += "   " + tagOf(item) + " " + shown(item.path) + (item.note ? "  — " + *item.note : "") + "\n";
+        lines += "   " + shown(tagOf(item) + " " + item.path + (item.note ? "  — " + *item.note : "")) + "\n";
     for (const auto& leftover : plan.systemLeftovers)
         lines += "   [needs admin, shown only] " + shown(leftover.path) + "\n";
     if (plan.items.size() < 2 && plan.systemLeftovers.empty())
@@ -77,7 +77,8 @@ void runLeftoversCommandIfRequested(std::span<const std::string> arguments) {
         std::vector<InstalledApp> others;
         std::ranges::copy_if(apps, std::back_inserter(others),
                              [&](const InstalledApp& other) { return other.path != app.path; });
-        text += linesOf(UninstallPlan::make(app, others, matcher, policy, measure, [&] { return programs; }));
+        text += linesOf(UninstallPlan::make(app, others, matcher, policy, measure,
+                                            [&] { return std::vector(programs); }));
     }
     finish(text);
 }

@@ -168,6 +168,18 @@ TEST(ManageHint, AdvisesWhereItKnowsBetter) {
     constexpr auto developer = "Developer caches — use Ostrevo Fennick";
     EXPECT_EQ(hint("/home/ann/Library/Developer/Xcode"), developer);
     EXPECT_EQ(hint("/opt/DerivedData/x"), developer);
+    for (const auto& [path, program] : std::vector<std::pair<std::string, std::string>>{
+             {"/home/ann/.local/share/containers", "podman"},
+             {"/home/ann/.local/share/containers/storage", "podman"},
+             {"/var/lib/docker/overlay2", "docker"},
+             {"/home/ann/.local/share/flatpak/app/x", "flatpak"},
+             {"/var/lib/snapd/snaps/x", "snap"},
+             {"/home/ann/.local/share/Steam/steamapps/common/x", "Steam"},
+             {"/home/ann/.local/share/gnome-boxes/images/x", "the program that runs it"},
+             {"/var/log/journal/x", "journalctl"},
+             {"/var/cache/apt/archives", "apt"}})
+        EXPECT_TRUE(hint(path).contains("manage ") && hint(path).contains(" " + program)) << hint(path);
+    EXPECT_EQ(hint("/home/ann/.local/share/containers2"), "No");
     constexpr auto system = "System-wide: needs an administrator; Vanto does not change it";
     EXPECT_EQ(hint("/opt/x"), system);
     EXPECT_EQ(hint("/home/anna/x"), system);

@@ -85,6 +85,7 @@ TEST(ExecLine, TellsWhatIsStarted) {
         {"snap run tool.sub", ExecCommand{snap, "tool", {}}},
         {"flatpak list", ExecCommand{program, "flatpak", {"list"}}},
         {"flatpak run", std::nullopt},
+        {"snap run .x", std::nullopt},
         {"flatpak run --branch stable org.example.App", std::nullopt},
         {"env PATH=/x app", std::nullopt},
         {"env -S app", std::nullopt},

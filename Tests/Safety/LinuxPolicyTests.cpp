@@ -141,6 +141,49 @@ TEST_F(LinuxPolicyTest, LeftoversMayBeTakenFromWhereProgramsLeaveThem) {
     EXPECT_EQ(refusalOf(".config/gh", leftover), "Protected: ~/.config/gh");
 }
 
+TEST_F(LinuxPolicyTest, ProgramsAreRemovedFromWhereUsersPutThem) {
+    constexpr std::string_view appImage("\x7F"
+                                        "ELF\x02\x01\x01\0AI\x02",
+                                        11);
+    const auto refusal = [&](const std::string& path) {
+        return policy().check(path, applicationBundle, {}).refusal().value_or("allowed");
+    };
+    for (const auto* place : {"Applications/X", ".local/opt/X", "opt/X"}) {
+        EXPECT_EQ(refusalOf(place, applicationBundle), "allowed") << place;
+        EXPECT_TRUE(policy().isApplication(home.path(place))) << place;
+    }
+    for (const auto* place : {".local/bin/x.AppImage", "bin/x", "AppImages/x", "Applications/y"}) {
+        EXPECT_EQ(refusal(home.file(place, appImage)), "allowed") << place;
+        EXPECT_EQ(policy().restoreDestinationReason(home.path(place), applicationBundle), std::nullopt)
+            << place;
+    }
+    for (const auto* other :
+         {"opt", ".local/opt", ".local/X", "opt/X/part", "opt/.hidden", "Documents/X", ".local/bin"}) {
+        EXPECT_EQ(refusalOf(other, applicationBundle), "Not an application bundle") << other;
+        EXPECT_FALSE(policy().isApplication(home.path(other))) << other;
+    }
+    EXPECT_EQ(refusal(home.file(".local/bin/script", std::string_view("#!/bin/sh, some text"))),
+              "Not an application bundle");
+    EXPECT_EQ(refusal(home.file("Documents/x.AppImage", appImage)), "Not an application bundle");
+    for (const auto* other : {"Documents/x", ".local/x", "x"})
+        EXPECT_EQ(policy().restoreDestinationReason(home.path(other), applicationBundle),
+                  "Cannot restore there: not an Applications folder")
+            << other;
+    if (test::isRoot()) {
+        ASSERT_EQ(::lchown(home.path("opt/X").c_str(), 65534, 65534), 0);
+        EXPECT_EQ(refusal(home.path("opt/X")), "Belongs to another user");
+    }
+}
+
+TEST_F(LinuxPolicyTest, OfAMakersFolderOnlyAProductsPartIsALeftoverAndOfTheHomeOnlyWhatIsHidden) {
+    for (const auto* left : {".config/JetBrains/Idea", ".cache/google/x", ".tool", "snap/tool"})
+        EXPECT_EQ(refusalOf(left, leftover), "allowed") << left;
+    for (const auto* other :
+         {".config/JetBrains", ".config/Other/x", "tool", "Documents", ".local", ".config", "snap"})
+        EXPECT_EQ(refusalOf(other, leftover).starts_with("allowed"), false) << other;
+    EXPECT_EQ(refusalOf(".ssh", leftover), "Protected: ~/.ssh");
+}
+
 TEST_F(LinuxPolicyTest, NamesThatAreNoTextStay) {
     const std::string_view name = "Documents/caf\xE9";
     EXPECT_EQ(refusalOf(name), "Its name is not valid text, so it could not be put back");

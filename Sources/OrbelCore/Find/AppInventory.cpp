@@ -1,11 +1,11 @@
 #include "Find/AppInventory.h"
 
+#include "Find/CommonWords.h"
 #include "Platform/Applications.h"
 #include "Platform/Home.h"
 #include "Safety/PathCanonicalizer.h"
 
 #include <algorithm>
-#include <cctype>
 #include <tuple>
 
 #include <unistd.h>
@@ -17,12 +17,6 @@ namespace {
 std::string realHome() {
     const auto home = platform::homeFolder();
     return PathCanonicalizer::shared().canonical(home).value_or(home);
-}
-
-std::string lowerCase(std::string text) {
-    std::ranges::transform(text, text.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
 }
 
 bool mayWrite(const std::string& path) {

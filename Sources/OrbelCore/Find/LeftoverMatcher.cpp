@@ -1,5 +1,6 @@
 #include "Find/LeftoverMatcher.h"
 
+#include "Find/CommonWords.h"
 #include "Platform/Applications.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Launchers.h"
@@ -25,52 +26,6 @@ namespace orbel {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// In lower case. Names of what many programs share, of the parts of a desktop, and words that any program
-/// could be called by.
-constexpr std::array commonWords = std::to_array<std::string_view>(
-    {"agent",      "android",     "apache",    "application",   "applications", "apps",          "archive",
-     "audio",      "autostart",   "backup",    "backups",       "base",         "bash",          "binary",
-     "bookmarks",  "browser",     "build",     "cache",         "caches",       "calculator",    "calendar",
-     "camera",     "cargo",       "chat",      "client",        "clock",        "cloud",         "code",
-     "color",      "common",      "config",    "configuration", "console",      "contacts",      "containers",
-     "cookies",    "core",        "crash",     "crashes",       "cups",         "daemon",        "data",
-     "database",   "dbus",        "dconf",     "debug",         "default",      "desktop",       "dictionary",
-     "docker",     "document",    "documents", "download",      "downloads",    "drive",         "editor",
-     "electron",   "emacs",       "email",     "engine",        "environment",  "evolution",     "extensions",
-     "fcitx",      "file",        "files",     "flatpak",       "folder",       "folders",       "font",
-     "fontconfig", "fonts",       "game",      "games",         "git",          "gnupg",         "google",
-     "graphics",   "gtk-2.0",     "gtk-3.0",   "gtk-4.0",       "gvfs",         "gvfs-metadata", "help",
-     "helper",     "history",     "home",      "ibus",          "icon",         "icons",         "image",
-     "images",     "index",       "info",      "install",       "installer",    "java",          "journal",
-     "kernel",     "keyring",     "keyrings",  "kube",          "launcher",     "library",       "local",
-     "locale",     "logs",        "mail",      "main",          "manager",      "maps",          "menu",
-     "menus",      "messages",    "messenger", "microsoft",     "mime",         "mozilla",       "music",
-     "nautilus",   "network",     "news",      "node",          "nodejs",       "notes",         "office",
-     "package",    "packages",    "paint",     "password",      "passwords",    "perl",          "phone",
-     "photo",      "photos",      "picture",   "pictures",      "pipewire",     "player",        "plugins",
-     "podman",     "preferences", "print",     "printer",       "private",      "profile",       "profiles",
-     "program",    "programs",    "project",   "projects",      "public",       "pulse",         "python",
-     "python3",    "radio",       "reader",    "recent",        "recorder",     "registry",      "remote",
-     "rename",     "ruby",        "runtime",   "rust",          "rustup",       "saved",         "screen",
-     "screenshot", "screenshots", "script",    "scripts",       "search",       "secrets",       "security",
-     "server",     "service",     "services",  "session",       "sessions",     "settings",      "setup",
-     "share",      "shared",      "shell",     "shortcuts",     "snap",         "software",      "sound",
-     "sounds",     "start",       "startup",   "state",         "status",       "storage",       "store",
-     "studio",     "support",     "sync",      "system",        "systemd",      "temp",          "template",
-     "templates",  "terminal",    "test",      "tests",         "text",         "theme",         "themes",
-     "thumbnails", "tools",       "trash",     "tray",          "update",       "updater",       "updates",
-     "user",       "users",       "utilities", "utility",       "vault",        "video",         "videos",
-     "viewer",     "wallet",      "wallpaper", "wallpapers",    "wayland",      "weather",       "wine",
-     "wine64",     "word",        "work",      "workspace",     "workspaces",   "writer",        "xorg",
-     "xournal"});
-
-std::string lowerCase(std::string_view text) {
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return lower;
-}
 
 /// "org.example.App": parts, of which the first ones name its maker.
 bool isReverseDns(std::string_view id) {
@@ -110,11 +65,15 @@ std::set<std::string> everyNameOf(const InstalledApp& app) {
     std::set<std::string> names;
     const auto add = [&](std::string_view name) {
         auto lower = lowerCase(name);
-        auto dashed = lower;
-        std::ranges::replace(dashed, ' ', '-');
-        auto joined = lower;
-        std::erase(joined, ' ');
-        names.insert({std::move(lower), std::move(dashed), std::move(joined)});
+        if (lower.contains(' ')) {
+            auto dashed = lower;
+            std::ranges::replace(dashed, ' ', '-');
+            names.insert(std::move(dashed));
+            auto joined = lower;
+            std::erase(joined, ' ');
+            names.insert(std::move(joined));
+        }
+        names.insert(std::move(lower));
     };
     add(app.name);
     for (const auto* list : {&app.identifiers, &app.names, &app.appGroups})
@@ -161,13 +120,12 @@ struct LeftoverMatcher::Names {
     std::span<const InstalledApp> others;
 };
 
-LeftoverMatcher::LeftoverMatcher(std::string home, std::string systemLibrary)
-    : LeftoverMatcher(home, std::move(systemLibrary), platform::places(home),
-                      [home](const std::string& name) { return platform::programNamed(name, home); }) {}
+LeftoverMatcher::LeftoverMatcher(const std::string& home, const std::string& systemLibrary)
+    : LeftoverMatcher(home, systemLibrary, platform::places(home), platform::programFinder(home)) {}
 
-LeftoverMatcher::LeftoverMatcher(std::string home, std::string systemLibrary, const platform::Places& places,
-                                 ProgramNamed programNamed)
-    : home_(std::move(home)), programNamed_(std::move(programNamed)) {
+LeftoverMatcher::LeftoverMatcher(const std::string& home, const std::string& systemLibrary,
+                                 const platform::Places& places, ProgramNamed programNamed)
+    : home_(home), programNamed_(std::move(programNamed)) {
     for (const auto name : PlaceRules::leftoverFolders)
         list(joinedPath(joinedPath(home_, "Library"), name), Kind::library,
              name == "Caches" || name == "Logs");
@@ -201,6 +159,11 @@ LeftoverMatcher::LeftoverMatcher(std::string home, std::string systemLibrary, co
         list(folder, Kind::vendor, isCacheFolder(parentPath(folder)));
     for (const auto& folder : places.hiddenLeftoverFolders)
         list(folder, Kind::hidden, false);
+    // A folder that all programs, or all of one maker, share lies itself where leftovers may lie.
+    std::erase_if(candidates_, [&](const Candidate& candidate) {
+        const auto path = joinedPath(candidate.folder, candidate.name);
+        return isAny(places.leftoverFolders, path) || isAny(places.vendorFolders, path);
+    });
 }
 
 void LeftoverMatcher::list(const std::string& folder, Kind kind, bool isCache) {
@@ -223,10 +186,6 @@ void LeftoverMatcher::list(const std::string& folder, Kind kind, bool isCache) {
                                .isDirectory = status->type == platform::FileType::directory,
                                .isCache = isCache});
     }
-}
-
-bool LeftoverMatcher::isCommonWord(std::string_view name) {
-    return isAny(commonWords, lowerCase(name));
 }
 
 std::vector<Leftover> LeftoverMatcher::leftovers(const InstalledApp& app,

@@ -42,8 +42,8 @@ public:
 
     /// `home`: real path. `systemLibrary`: where applications leave things for all users; those are shown
     /// only.
-    LeftoverMatcher(std::string home, std::string systemLibrary);
-    LeftoverMatcher(std::string home, std::string systemLibrary, const platform::Places& places,
+    LeftoverMatcher(const std::string& home, const std::string& systemLibrary);
+    LeftoverMatcher(const std::string& home, const std::string& systemLibrary, const platform::Places& places,
                     ProgramNamed programNamed);
 
     /// What `app` left, the certain ones first, then by path; its own files and what it is itself are not
@@ -53,9 +53,6 @@ public:
     /// What it left for all users, by path.
     std::vector<Leftover> systemLeftovers(const InstalledApp& app,
                                           std::span<const InstalledApp> others) const;
-
-    /// Whether a name says too little to tell to whom something belongs.
-    static bool isCommonWord(std::string_view name);
 
 private:
     /// What a folder is to programs, which decides on the rule.

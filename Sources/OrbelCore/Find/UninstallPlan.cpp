@@ -1,6 +1,7 @@
 #include "Find/UninstallPlan.h"
 
 #include "Delete/ManageHint.h"
+#include "Platform/FileStatus.h"
 #include "Safety/RealPath.h"
 #include "Safety/SafetyPolicy.h"
 #include "Util/PathText.h"
@@ -48,16 +49,25 @@ public:
                 item.note = app_.command;
             return item;
         }
-        if (!(item.blockedReason = quitReason()))
-            if (!(item.blockedReason = needReason(others)))
-                check(item);
+        if (item.scanStamp.isDirectory)
+            item.note = "The whole folder goes with it";
+        item.blockedReason = quitReason();
+        if (!item.blockedReason)
+            item.blockedReason = needReason(others);
+        if (!item.blockedReason)
+            check(item);
         return item;
     }
 
     DeletionItem ofOwnFile(const std::string& path) const {
-        auto item = itemAt(path, path.ends_with(".desktop") ? "Its launcher" : "Its icon");
+        const auto status = platform::fileStatus(path);
+        const bool isLink = status && status->type == platform::FileType::symbolicLink;
+        auto item = itemAt(path, isLink                       ? "A link into it"
+                                 : path.ends_with(".desktop") ? "Its launcher"
+                                                              : "Its icon");
         item.root = AllowedRoot::leftover;
-        if (!(item.blockedReason = quitReason()))
+        item.blockedReason = quitReason();
+        if (!item.blockedReason)
             check(item);
         return item;
     }
@@ -65,17 +75,19 @@ public:
     DeletionItem ofLeftover(const Leftover& leftover) const {
         auto item = itemAt(leftover.path, leftover.evidence);
         item.root = AllowedRoot::leftover;
-        if (!(item.blockedReason = quitReason()))
+        item.blockedReason = quitReason();
+        if (!item.blockedReason)
             check(item);
         if (app_.status != Status::removable)
-            item.note = app_.name + " is still installed. " + app_.reason;
+            item.note = app_.name + " is still installed"
+                        + (app_.command.empty() ? "" : ": " + app_.command + " removes it");
         item.preselected = item.isSelectable() && app_.status == Status::removable && leftover.isCache
                            && leftover.certainty == Leftover::Certainty::certain;
         return item;
     }
 
 private:
-    DeletionItem itemAt(const std::string& path, const std::string& evidence) const {
+    static DeletionItem itemAt(const std::string& path, const std::string& evidence) {
         return {.id = std::string(rawValue(DeletionModule::uninstall)) + ":" + path,
                 .module = DeletionModule::uninstall,
                 .title = lossyUtf8(lastPathComponent(path)),

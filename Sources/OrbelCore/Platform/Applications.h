@@ -18,7 +18,8 @@ std::vector<std::string> applicationSearchFolders(const std::string& home);
 std::vector<InstalledApp> installedApplications(const std::string& home, std::span<const std::string> folders,
                                                 const std::function<bool(const std::string&)>& isWritable);
 
-/// The real path of the program that starts under this name without a path; empty when there is none.
-std::string programNamed(const std::string& name, const std::string& home);
+/// Gives the real path of the program that starts under a name without a path; empty when there is none.
+using ProgramFinder = std::function<std::string(const std::string& name)>;
+ProgramFinder programFinder(const std::string& home);
 
 } // namespace orbel::platform

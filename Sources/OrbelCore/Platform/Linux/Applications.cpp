@@ -30,13 +30,15 @@ std::vector<InstalledApp> installedApplications(const std::string& home, std::sp
          .user = ::geteuid()});
 }
 
-std::string programNamed(const std::string& name, const std::string& home) {
-    const auto target = systemExecResolver(home).resolve(
-        ExecCommand{.kind = ExecCommand::Kind::program, .name = name, .arguments = {}});
-    std::error_code error;
-    return target.state == LauncherTarget::State::found
-               ? std::filesystem::canonical(target.program, error).string()
-               : std::string();
+ProgramFinder programFinder(const std::string& home) {
+    return [resolver = systemExecResolver(home)](const std::string& name) {
+        const auto target =
+            resolver.resolve(ExecCommand{.kind = ExecCommand::Kind::program, .name = name, .arguments = {}});
+        std::error_code error;
+        return target.state == LauncherTarget::State::found
+                   ? std::filesystem::canonical(target.program, error).string()
+                   : std::string();
+    };
 }
 
 } // namespace orbel::platform

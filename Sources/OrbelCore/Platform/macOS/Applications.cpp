@@ -84,8 +84,8 @@ std::vector<InstalledApp> installedApplications(const std::string& /*home*/,
     return apps;
 }
 
-std::string programNamed(const std::string& /*name*/, const std::string& /*home*/) {
-    return {};
+ProgramFinder programFinder(const std::string& /*home*/) {
+    return [](const std::string& /*name*/) { return std::string(); };
 }
 
 } // namespace orbel::platform

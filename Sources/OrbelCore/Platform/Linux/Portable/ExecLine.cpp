@@ -49,7 +49,7 @@ private:
 
     void takeQuoted(char quote) {
         isInWord_ = true; // quotes with nothing between them are a word too
-        while (++at_ < text_.size() && text_[at_] != quote) {
+        for (++at_; at_ < text_.size() && text_[at_] != quote; ++at_) {
             constexpr std::string_view escapable = "\"`$\\";
             const bool isEscape = quote == '"' && text_[at_] == '\\' && at_ + 1 < text_.size()
                                   && escapable.find(text_[at_ + 1]) != std::string_view::npos;
@@ -128,8 +128,10 @@ std::optional<ExecCommand> execCommand(std::string_view exec) {
     if (name == words.end())
         return std::nullopt;
     const std::span<const std::string> rest(name + 1, words.end());
-    if (program == "snap")
-        return commandOf(ExecCommand::Kind::snap, name->substr(0, name->find('.')), rest);
+    if (program == "snap") {
+        const auto snap = name->substr(0, name->find('.'));
+        return snap.empty() ? std::nullopt : std::optional(commandOf(ExecCommand::Kind::snap, snap, rest));
+    }
     // An id has two dots at least; else it is the value of an option.
     constexpr std::size_t fewestDots = 2;
     const auto id = name->substr(0, name->find('/'));

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -45,23 +46,27 @@ std::string idOf(std::string relative) {
 
 std::vector<LauncherFile> launcherFiles(std::span<const std::string> folders, const ExecResolver& resolver) {
     std::vector<LauncherFile> found;
-    std::map<std::string, std::optional<std::size_t>, std::less<>> known; // absent: hidden
+    std::map<std::string, std::size_t, std::less<>> known;
+    std::set<std::string, std::less<>> hidden;
     for (const auto& folder : folders)
         for (const auto& name : launchersIn(folder)) {
             const auto path = joinedPath(folder, name);
             const auto id = idOf(name);
+            if (hidden.contains(id))
+                continue;
             if (const auto first = known.find(id); first != known.end()) {
-                if (first->second)
-                    found[*first->second].shadowed.push_back(path);
+                found[first->second].shadowed.push_back(path);
                 continue;
             }
             auto entry = DesktopEntry::read(path);
             if (!entry)
                 continue;
             const auto target = resolver.resolve(*entry);
-            known.emplace(id, target ? std::optional(found.size()) : std::nullopt);
-            if (!target)
+            if (!target) {
+                hidden.insert(id);
                 continue;
+            }
+            known.emplace(id, found.size());
             std::error_code error;
             auto program = target->state == LauncherTarget::State::found
                                ? fs::canonical(target->program, error).string()

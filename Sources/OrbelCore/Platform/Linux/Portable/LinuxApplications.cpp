@@ -1,17 +1,13 @@
 #include "Platform/Linux/Portable/LinuxApplications.h"
 
-#include "Platform/FileStatus.h"
-#include "Platform/Linux/Portable/AppImage.h"
+#include "Platform/Linux/Portable/AppClassifier.h"
+#include "Platform/Linux/Portable/AppFiles.h"
 #include "Platform/Linux/Portable/LauncherFiles.h"
 #include "Util/PathText.h"
-#include "Util/Utf8.h"
 
 #include <algorithm>
-#include <array>
-#include <cctype>
 #include <filesystem>
 #include <iterator>
-#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -21,24 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Status = InstalledApp::Status;
-using Manager = PackageOwner::Manager;
-
-/// A name for people: valid text on one line.
-std::string shownName(std::string_view name) {
-    auto shown = lossyUtf8(name);
-    std::ranges::replace_if(
-        shown, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, ' ');
-    return shown;
-}
-
-/// Whether a word can stand in a command that is made to be pasted into a shell.
-bool isPlainWord(std::string_view word) {
-    const auto isPlain = [](unsigned char c) {
-        return std::isalnum(c) != 0 || c == '.' || c == '_' || c == '-';
-    };
-    return !word.empty() && !word.starts_with('-') && word != "." && word != ".."
-           && std::ranges::all_of(word, isPlain);
-}
 
 void addOnce(std::vector<std::string>& list, std::string value) {
     if (!value.empty() && std::ranges::find(list, value) == list.end())
@@ -58,20 +36,51 @@ std::string_view withoutAppImageEnding(std::string_view name) {
     return name;
 }
 
+/// Whether it runs a program of the name that its package, the first of its names, has.
+bool isCalledByPackage(const InstalledApp& app) {
+    return !app.names.empty() && std::ranges::any_of(app.executables, [&](const std::string& program) {
+        return lastPathComponent(program) == app.names.front();
+    });
+}
+
+bool isLauncherFolder(std::string_view folder) {
+    return lastPathComponent(folder) == "applications";
+}
+
+/// All launchers but those that start nothing.
+std::vector<LauncherFile> usefulLaunchers(const LinuxApplicationSearch& search) {
+    std::vector<std::string> folders;
+    std::ranges::copy_if(search.folders, std::back_inserter(folders), isLauncherFolder);
+    auto launchers = launcherFiles(folders, search.resolver);
+    std::erase_if(launchers, [](const LauncherFile& launcher) {
+        return launcher.target.state == LauncherTarget::State::missing;
+    });
+    return launchers;
+}
+
+std::map<std::string, PackageOwner> ownersOf(const std::vector<LauncherFile>& launchers,
+                                             const LinuxApplicationSearch& search) {
+    std::set<std::string> paths;
+    for (const auto& launcher : launchers) {
+        paths.insert(launcher.path);
+        paths.insert(launcher.shadowed.begin(), launcher.shadowed.end());
+        if (!launcher.program.empty())
+            paths.insert(launcher.program);
+    }
+    return search.owners ? search.owners(paths) : std::map<std::string, PackageOwner>();
+}
+
 class Inventory {
 public:
-    explicit Inventory(const LinuxApplicationSearch& search) : search_(search) {}
-
-    std::vector<InstalledApp> apps() {
-        std::vector<std::string> launcherFolders;
-        std::ranges::copy_if(search_.folders, std::back_inserter(launcherFolders), isLauncherFolder);
-        launchers_ = launcherFiles(launcherFolders, search_.resolver);
-        std::erase_if(launchers_, [](const LauncherFile& launcher) {
-            return launcher.target.state == LauncherTarget::State::missing;
-        });
-        askForOwners();
+    explicit Inventory(const LinuxApplicationSearch& search)
+        : search_(search),
+          launchers_(usefulLaunchers(search)),
+          classifier_(search, ownersOf(launchers_, search)) {
         for (const auto& launcher : launchers_)
             ++iconUses_[launcher.entry.text("Icon").value_or("")];
+    }
+
+    std::vector<InstalledApp> apps() {
         for (const auto& launcher : launchers_)
             add(launcher);
         for (const auto& folder : search_.folders)
@@ -87,234 +96,46 @@ private:
         std::vector<std::string> shownNames;
     };
 
-    static bool isLauncherFolder(std::string_view folder) {
-        return lastPathComponent(folder) == "applications";
-    }
-
-    void askForOwners() {
-        std::set<std::string> paths;
-        for (const auto& launcher : launchers_) {
-            paths.insert(launcher.path);
-            paths.insert(launcher.shadowed.begin(), launcher.shadowed.end());
-            if (!launcher.program.empty())
-                paths.insert(launcher.program);
-        }
-        if (search_.owners)
-            owners_ = search_.owners(paths);
-    }
-
-    const PackageOwner* ownerOf(const std::string& path) const {
-        const auto owner = owners_.find(path);
-        return owner == owners_.end() ? nullptr : &owner->second;
-    }
-
-    /// The package of a launcher that this one takes the place of.
-    const PackageOwner* shadowedOwner(const LauncherFile& launcher) const {
-        for (const auto& path : launcher.shadowed)
-            if (const auto* owner = ownerOf(path))
-                return owner;
-        return nullptr;
-    }
-
     void add(const LauncherFile& launcher) {
-        auto app = classified(launcher);
+        auto [key, app] = classifier_.of(launcher);
         const bool isHidden = launcher.entry.isTrue("NoDisplay");
-        const auto name = shownName(launcher.entry.text("Name").value_or(launcher.id));
-        app.name = name.empty() ? shownName(launcher.id) : name;
+        const auto name = shownName(launcher.entry.text("Name").value_or(""));
+        const auto shown = name.empty() ? shownName(launcher.id) : name;
+        app.name = shown;
         app.isHidden = isHidden;
         if (!app.bundleID)
             app.bundleID = shownName(launcher.id);
         addOnce(app.identifiers, launcher.id);
+        const auto scripts = scriptsOf(launcher);
+        addAll(app.executables, scripts);
         addNames(launcher, app);
-        if (app.status == Status::removable)
-            addOwnFiles(launcher, app);
-        auto& found = merge(std::move(app));
+        if (app.status == Status::removable) {
+            const bool hasOwnIcon = iconUses_[launcher.entry.text("Icon").value_or("")] == 1;
+            app.ownFiles = appFiles(app.path, launcher, hasOwnIcon, search_.home, search_.user);
+        }
+        auto& found = merge(key, std::move(app));
         if (!isHidden) {
-            addOnce(found.shownPrograms, launcher.program);
-            addOnce(found.shownNames, found.app.name == name ? found.app.name : name);
+            auto program = launcher.program;
+            for (const auto& script : scripts)
+                if (isPathInside(script, found.app.path))
+                    program += "\n" + script;
+            addOnce(found.shownPrograms, std::move(program));
+            addOnce(found.shownNames, shown);
         }
     }
 
-    Found& merge(InstalledApp app) {
-        const auto [place, isNew] = found_.try_emplace(keyOf_);
-        auto& known = place->second.app;
-        if (isNew) {
-            known = std::move(app);
-            return place->second;
-        }
-        // A launcher in the menu speaks for the application rather than one that is in none.
-        if (known.isHidden && !app.isHidden) {
-            known.name = app.name;
-            known.bundleID = app.bundleID;
-            known.isHidden = false;
-        }
-        addAll(known.ownFiles, app.ownFiles);
-        addAll(known.dataFolders, app.dataFolders);
-        addAll(known.executables, app.executables);
-        addAll(known.identifiers, app.identifiers);
-        addAll(known.names, app.names);
-        return place->second;
+    /// What is in the home among a command's arguments: a script is started by its interpreter, and still
+    /// needs its place.
+    std::vector<std::string> scriptsOf(const LauncherFile& launcher) const {
+        std::vector<std::string> scripts;
+        if (launcher.command)
+            for (const auto& argument : launcher.command->arguments)
+                if (isPathInside(argument, search_.home) && argument.size() > search_.home.size())
+                    addOnce(scripts, argument);
+        return scripts;
     }
 
-    /// What the application is and where it came from. Sets `keyOf_`, which launchers of one application
-    /// share.
-    InstalledApp classified(const LauncherFile& launcher) {
-        if (auto app = flatpak(launcher))
-            return *std::move(app);
-        if (auto app = snap(launcher))
-            return *std::move(app);
-        if (const auto* owner = ownerOf(launcher.path))
-            return package(launcher, *owner);
-        if (auto app = startedByAnother(launcher))
-            return *std::move(app);
-        if (auto app = appImage(launcher.program))
-            return *std::move(app);
-        if (auto app = unpacked(launcher.program))
-            return *std::move(app);
-        if (const auto* owner = shadowedOwner(launcher))
-            return package(launcher, *owner);
-        keyOf_ = "launcher:" + launcher.path;
-        InstalledApp app{.path = launcher.path, .name = {}};
-        for (const std::string_view folder : {"/opt", "/usr/local"})
-            if (isPathInside(launcher.program, folder)) {
-                app.status = Status::needsAdmin;
-                app.source = "Installed by hand";
-                app.reason = "Lies in " + std::string(folder)
-                             + " and belongs to no package: an administrator can remove it";
-                app.executables = {launcher.program};
-                return app;
-            }
-        app.source = "Launcher";
-        app.reason =
-            "A launcher of " + shownName(launcher.target.program) + ", which it is no installation of";
-        return app;
-    }
-
-    std::optional<InstalledApp> flatpak(const LauncherFile& launcher) {
-        auto id = launcher.entry.text("X-Flatpak").value_or("");
-        if (id.empty() && launcher.command && launcher.command->kind == ExecCommand::Kind::flatpak)
-            id = launcher.command->name;
-        if (!isPlainWord(id))
-            return std::nullopt;
-        const auto userInstallation = joinedPath(search_.home, ".local/share/flatpak");
-        const bool isUsers = isPathInside(launcher.path, userInstallation)
-                             || (!isPathInside(launcher.path, "/var/lib/flatpak")
-                                 && fileStatus(joinedPath(userInstallation, "app/" + id)).has_value());
-        keyOf_ = (isUsers ? "flatpak user:" : "flatpak system:") + id;
-        InstalledApp app{.path = launcher.path, .name = {}, .bundleID = id};
-        app.status = isUsers ? Status::unsupported : Status::needsAdmin;
-        app.source = isUsers ? "Flatpak (user)" : "Flatpak (system)";
-        app.reason = "Remove it with Flatpak";
-        app.command = (isUsers ? "flatpak uninstall --user " : "flatpak uninstall --system ") + id;
-        app.identifiers = {id};
-        app.dataFolders = {joinedPath(search_.home, ".var/app/" + id)};
-        return app;
-    }
-
-    std::optional<InstalledApp> snap(const LauncherFile& launcher) {
-        auto name = launcher.entry.text("X-SnapInstanceName").value_or("");
-        if (name.empty() && launcher.command && launcher.command->kind == ExecCommand::Kind::snap)
-            name = launcher.command->name;
-        if (!isPlainWord(name))
-            return std::nullopt;
-        keyOf_ = "snap:" + name;
-        InstalledApp app{.path = launcher.path, .name = {}, .status = Status::needsAdmin};
-        app.source = "Snap";
-        app.reason = "Remove it with Snap";
-        app.command = "sudo snap remove " + name;
-        app.dataFolders = {joinedPath(search_.home, "snap/" + name)};
-        return app;
-    }
-
-    InstalledApp package(const LauncherFile& launcher, const PackageOwner& owner) {
-        keyOf_ = "package:" + owner.name;
-        InstalledApp app{.path = launcher.path, .name = {}, .version = owner.version};
-        app.status = owner.isEssential ? Status::system : Status::needsAdmin;
-        app.source = owner.manager == Manager::dpkg  ? "Debian package"
-                     : owner.manager == Manager::rpm ? "RPM package"
-                                                     : "Arch package";
-        app.reason = owner.isEssential ? "A part of the system" : "Remove it with the package manager";
-        if (!owner.isEssential)
-            app.command = removalCommand(owner);
-        app.names = {owner.name.substr(0, owner.name.find(':'))};
-        if (const auto* programOwner = ownerOf(launcher.program);
-            programOwner != nullptr && programOwner->name == owner.name)
-            app.executables = {launcher.program};
-        return app;
-    }
-
-    /// Web pages, games and Windows programs: what starts them has to remove them.
-    std::optional<InstalledApp> startedByAnother(const LauncherFile& launcher) {
-        if (!launcher.command)
-            return std::nullopt;
-        const auto hasArgument = [&](std::string_view beginning) {
-            return std::ranges::any_of(launcher.command->arguments, [&](const std::string& argument) {
-                return argument.starts_with(beginning);
-            });
-        };
-        const auto program = lastPathComponent(launcher.command->name);
-        InstalledApp app{.path = launcher.path, .name = {}};
-        if (hasArgument("--app=") || hasArgument("--app-id=")) {
-            app.source = "Web app";
-            app.reason = "A web page with a window of its own: remove it in the browser";
-        } else if (hasArgument("steam://")) {
-            app.source = "Steam";
-            app.reason = "Remove it in Steam";
-        } else if (program.starts_with("wine")
-                   || launcher.entry.text("Exec").value_or("").contains("WINEPREFIX=")) {
-            app.source = "Wine";
-            app.reason = "A Windows program: remove it with its own uninstaller";
-        } else {
-            return std::nullopt;
-        }
-        keyOf_ = "launcher:" + launcher.path;
-        return app;
-    }
-
-    /// Sets the status of a program that lies in `path`, which may or may not be the user's.
-    void decide(InstalledApp& app) const {
-        const auto status = fileStatus(app.path);
-        if (!isPathInside(app.path, search_.home)) {
-            app.status = Status::needsAdmin;
-            app.reason = "Lies outside the home folder and belongs to no package";
-        } else if (!status || status->owner != search_.user) {
-            app.status = Status::needsAdmin;
-            app.reason = "Belongs to another user";
-        } else if (!search_.isWritable(app.path) || !search_.isWritable(std::string(parentPath(app.path)))) {
-            app.status = Status::needsAdmin;
-            app.reason = "Cannot be changed without an administrator";
-        } else {
-            app.status = Status::removable;
-        }
-    }
-
-    std::optional<InstalledApp> appImage(const std::string& program) {
-        if (program.empty() || !isAppImage(program))
-            return std::nullopt;
-        keyOf_ = "path:" + program;
-        InstalledApp app{.path = program, .name = {}, .source = "AppImage", .executables = {program}};
-        decide(app);
-        return app;
-    }
-
-    std::optional<InstalledApp> unpacked(const std::string& program) {
-        for (const auto& folder : search_.programFolders) {
-            if (!isPathInside(program, folder)
-                || pathComponents(program).size() < pathComponents(folder).size() + 2)
-                continue;
-            const auto own = program.substr(joinedPath(folder, "x").size() - 1);
-            InstalledApp app{.path = joinedPath(folder, own.substr(0, own.find('/'))),
-                             .name = {},
-                             .source = "Unpacked folder",
-                             .executables = {program}};
-            keyOf_ = "path:" + app.path;
-            decide(app);
-            return app;
-        }
-        return std::nullopt;
-    }
-
-    void addNames(const LauncherFile& launcher, InstalledApp& app) const {
+    static void addNames(const LauncherFile& launcher, InstalledApp& app) {
         const bool isSandboxed = !app.dataFolders.empty();
         if (isSandboxed)
             return;
@@ -331,49 +152,44 @@ private:
         app.version = app.version ? app.version : launcher.entry.text("X-AppImage-Version");
     }
 
-    bool isUsersFile(const std::string& path) const {
-        const auto status = fileStatus(path);
-        return status && status->type == FileType::regular && status->owner == search_.user;
-    }
-
-    void addOwnFiles(const LauncherFile& launcher, InstalledApp& app) {
-        const auto data = joinedPath(search_.home, ".local/share");
-        if (parentPath(launcher.path) == joinedPath(data, "applications") && isUsersFile(launcher.path))
-            addOnce(app.ownFiles, launcher.path);
-        const auto icon = launcher.entry.text("Icon").value_or("");
-        if (icon.empty() || iconUses_[icon] > 1)
-            return;
-        const auto icons = joinedPath(data, "icons");
-        if (icon.starts_with('/')) {
-            if (isPathInside(icon, icons) && isUsersFile(icon))
-                addOnce(app.ownFiles, icon);
-            return;
+    Found& merge(const std::string& key, InstalledApp app) {
+        const auto [place, isNew] = found_.try_emplace(key);
+        auto& known = place->second.app;
+        if (isNew) {
+            known = std::move(app);
+            return place->second;
         }
-        if (icon.contains('/'))
-            return;
-        std::vector<std::string> folders{icons};
-        std::error_code error;
-        fs::directory_iterator sizes(joinedPath(icons, "hicolor"), error);
-        for (; !error && sizes != fs::directory_iterator(); sizes.increment(error))
-            folders.push_back((sizes->path() / "apps").string());
-        std::ranges::sort(folders);
-        for (const auto& folder : folders)
-            for (const auto* ending : {".png", ".svg", ".xpm"})
-                if (auto path = joinedPath(folder, icon + ending); isUsersFile(path))
-                    addOnce(app.ownFiles, std::move(path));
+        // A launcher in the menu speaks for the application rather than one that is in none, and of those the
+        // one of the program that its package is called by.
+        if (!app.isHidden && (known.isHidden || (isCalledByPackage(app) && !isCalledByPackage(known)))) {
+            known.name = app.name;
+            known.bundleID = app.bundleID;
+            known.path = app.path;
+            known.isHidden = false;
+        }
+        addAll(known.ownFiles, app.ownFiles);
+        addAll(known.dataFolders, app.dataFolders);
+        addAll(known.executables, app.executables);
+        addAll(known.identifiers, app.identifiers);
+        addAll(known.names, app.names);
+        return place->second;
     }
 
     void addAppImages(const std::string& folder) {
         std::error_code error;
         fs::directory_iterator files(fs::canonical(folder, error), error);
         for (; !error && files != fs::directory_iterator(); files.increment(error)) {
-            auto app = appImage(files->path().string());
-            if (!app || found_.contains(keyOf_))
+            auto found = classifier_.ofAppImage(files->path().string());
+            if (!found)
                 continue;
-            const auto name = std::string(withoutAppImageEnding(lastPathComponent(app->path)));
-            app->name = shownName(name);
-            app->names = {name};
-            merge(*std::move(app));
+            if (const auto known = found_.find(found->key); known != found_.end()) {
+                known->second.app.isHidden = false; // for everybody sees the file
+                continue;
+            }
+            const auto name = std::string(withoutAppImageEnding(lastPathComponent(found->app.path)));
+            found->app.name = shownName(name);
+            found->app.names = {name};
+            merge(found->key, std::move(found->app));
         }
     }
 
@@ -396,9 +212,8 @@ private:
 
     const LinuxApplicationSearch& search_;
     std::vector<LauncherFile> launchers_;
-    std::map<std::string, PackageOwner> owners_;
+    AppClassifier classifier_;
     std::map<std::string, int> iconUses_; ///< in how many launchers
-    std::string keyOf_;                   ///< of the application that was classified last
     std::map<std::string, Found> found_;
 };
 
@@ -425,7 +240,8 @@ std::vector<std::string> linuxApplicationFolders(const std::string& home, std::s
     addData("/var/lib/flatpak/exports/share");
     addData("/var/lib/snapd/desktop");
     for (const auto& folder : programFileFolders)
-        addOnce(folders, folder);
+        if (folder.starts_with('/'))
+            addOnce(folders, folder);
     return folders;
 }
 

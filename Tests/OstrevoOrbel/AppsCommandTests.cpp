@@ -1,0 +1,72 @@
+#include "Support/ProgramHome.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace orbel {
+namespace {
+
+using nlohmann::json;
+
+/// The lines of one application in a dry run.
+std::string sectionOf(const std::string& text, const std::string& name) {
+    const auto start = text.find("\n## " + name + "  [");
+    const auto end = start == std::string::npos ? start : text.find("\n\n", start);
+    return start == std::string::npos ? ""
+                                      : text.substr(start + 1, end == std::string::npos ? end : end - start);
+}
+
+class AppsCommandTest : public ::testing::Test {
+protected:
+    AppsCommandTest() {
+        const auto program = home.file("opt/Orbelsample/run");
+        ::chmod(program.c_str(), 0755);
+        home.file(".local/share/applications/org.orbeltest.Sample.desktop",
+                  "[Desktop Entry]\nType=Application\nName=Sam\\sple\nExec=\"" + program + "\" %U\n");
+        home.file(".cache/org.orbeltest.Sample/x", 100);
+        home.file(".config/org.orbeltest.Sample/x", 100);
+    }
+    test::ProgramHome home;
+};
+
+TEST_F(AppsCommandTest, PrintsTheInventory) {
+    const auto apps = home.json({"--apps-json"}, 0).at("apps");
+    const auto found = std::ranges::find_if(apps, [](const json& app) { return app["name"] == "Sam ple"; });
+    ASSERT_NE(found, apps.end());
+    EXPECT_EQ(*found, (json{{"id", "org.orbeltest.Sample"},
+                            {"name", "Sam ple"},
+                            {"path", home.path("opt/Orbelsample")},
+                            {"source", "Unpacked folder"},
+                            {"status", "removable"}}));
+    EXPECT_EQ(home.json({"--apps-json"}, 0).at("apps"), apps) << "the order is stable";
+}
+
+TEST_F(AppsCommandTest, PrintsWhatWouldGoAndMovesNothing) {
+    const auto run = home.run({"--scan-json", "/nowhere", "--leftovers-dry-run", "--apps-json"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.errors, "");
+    const auto count = home.json({"--apps-json"}, 0).at("apps").size();
+    EXPECT_TRUE(run.output.starts_with(
+        "# Leftovers dry run (read-only) — " + std::to_string(count)
+        + " apps. [ok] = selectable; otherwise the gate's or the plan's reason.\n\n## "));
+    EXPECT_EQ(sectionOf(run.output, "Sam ple"),
+              "## Sam ple  [removable]  org.orbeltest.Sample\n"
+              "   [ok] "
+                  + home.path("opt/Orbelsample") + "  — The whole folder goes with it"
+                  + "\n"
+                    "   [ok] "
+                  + home.path(".local/share/applications/org.orbeltest.Sample.desktop")
+                  + "\n"
+                    "   [ok, pre-selected] "
+                  + home.path(".cache/org.orbeltest.Sample")
+                  + "\n"
+                    "   [ok] "
+                  + home.path(".config/org.orbeltest.Sample") + "\n");
+    EXPECT_TRUE(std::filesystem::exists(home.path("opt/Orbelsample/run")));
+    EXPECT_FALSE(std::filesystem::exists(home.trash()));
+}
+
+} // namespace
+} // namespace orbel

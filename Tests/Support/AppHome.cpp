@@ -1,0 +1,84 @@
+#include "Support/AppHome.h"
+
+#include "Platform/Linux/Portable/LinuxApplications.h"
+#include "Platform/Linux/Portable/LinuxPlaces.h"
+#include "Util/PathText.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orbel::test {
+
+AppHome::AppHome() : user(::geteuid()) {}
+
+std::string AppHome::appImage(std::string_view relative) const {
+    const auto path = file(relative, std::string_view("\x7F"
+                                                      "ELF\x02\x01\x01\0AI\x02 and the rest",
+                                                      24));
+    ::chmod(path.c_str(), 0755);
+    return path;
+}
+
+std::string AppHome::program(std::string_view relative) const {
+    const auto path = file(relative, std::string_view("#!/bin/sh\n"));
+    ::chmod(path.c_str(), 0755);
+    return path;
+}
+
+std::string AppHome::launcher(std::string_view id, const std::string& exec, std::string_view more) const {
+    return file(".local/share/applications/" + std::string(id) + ".desktop",
+                "[Desktop Entry]\nType=Application\nName=" + std::string(id) + "\nExec=" + exec + "\n"
+                    + std::string(more));
+}
+
+std::string AppHome::systemLauncher(std::string_view id, const std::string& exec,
+                                    std::string_view more) const {
+    return file("system/applications/" + std::string(id) + ".desktop",
+                "[Desktop Entry]\nType=Application\nName=" + std::string(id) + "\nExec=" + exec + "\n"
+                    + std::string(more));
+}
+
+std::vector<InstalledApp> AppHome::inventory() const {
+    const auto places = platform::linuxPlaces(path(), {});
+    auto apps = platform::linuxApplications(
+        {.home = path(),
+         .folders = {path(".local/share/applications"), path("system/applications"),
+                     path(".local/share/flatpak/exports/share/applications"), path("Applications"),
+                     path("bin")},
+         .programFolders = places.programFolders,
+         .resolver = {.searchPath = {path("usr/bin")},
+                      .flatpakInstallations = {path(".local/share/flatpak"), path("var/lib/flatpak")},
+                      .snapFolders = {path("snaps")},
+                      .outOfReach = {}},
+         .owners = [this](const std::set<std::string>&) { return owners; },
+         .isWritable = [](const std::string& place) { return ::access(place.c_str(), W_OK) == 0; },
+         .user = user});
+    std::ranges::sort(apps, {}, &InstalledApp::path);
+    return apps;
+}
+
+InstalledApp AppHome::app(std::string_view name) const {
+    const auto apps = inventory();
+    const auto found = std::ranges::find(apps, name, &InstalledApp::name);
+    EXPECT_NE(found, apps.end()) << name;
+    return found == apps.end() ? InstalledApp{.path = "/none", .name = "none"} : *found;
+}
+
+std::vector<InstalledApp> AppHome::othersThan(const InstalledApp& app) const {
+    auto apps = inventory();
+    std::erase_if(apps, [&](const InstalledApp& other) { return other.path == app.path; });
+    return apps;
+}
+
+LeftoverMatcher AppHome::matcher() const {
+    return {path(), path("systemLibrary"), platform::linuxPlaces(path(), {}),
+            [this](const std::string& name) {
+                const auto found = otherPrograms.find(name);
+                return found == otherPrograms.end() ? std::string() : found->second;
+            }};
+}
+
+} // namespace orbel::test

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Find/InstalledApp.h"
+#include "Find/LeftoverMatcher.h"
+#include "Platform/Linux/Portable/PackageOwners.h"
+#include "Support/MoverHome.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orbel::test {
+
+/// A home folder with applications as a Linux desktop has them.
+class AppHome : public MoverHome {
+public:
+    /// An AppImage that starts nothing, as far as its head goes.
+    std::string appImage(std::string_view relative) const;
+    /// An executable file.
+    std::string program(std::string_view relative) const;
+    /// A launcher in the user's menu, with further lines.
+    std::string launcher(std::string_view id, const std::string& exec, std::string_view more = "") const;
+    /// One in what stands for the system's menu.
+    std::string systemLauncher(std::string_view id, const std::string& exec,
+                               std::string_view more = "") const;
+
+    /// The inventory, in an order that does not depend on the disk. Packages own what `owners` says.
+    std::vector<InstalledApp> inventory() const;
+    /// The application of that name; fails the test when there is none.
+    InstalledApp app(std::string_view name) const;
+    /// All others.
+    std::vector<InstalledApp> othersThan(const InstalledApp& app) const;
+    LeftoverMatcher matcher() const;
+
+    std::map<std::string, platform::PackageOwner> owners;
+    std::map<std::string, std::string> otherPrograms; ///< by name, programs that are no applications
+    std::uint32_t user;
+
+    AppHome();
+};
+
+} // namespace orbel::test
