@@ -4,8 +4,13 @@
 
 # What a build needs from Debian, and what each script needs besides.
 buildPackages=(g++ cmake ninja-build nlohmann-json3-dev)
+# The window's build, and the QML modules that it loads when it runs: none of these brings another.
+windowPackages=(qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
+    qml6-module-{qtquick{,-window,-controls,-templates,-layouts,-shapes,-dialogs},qtqml{,-models,-workerscript}}
+    qml6-module-qt-labs-folderlistmodel libqt6svg6)
 # The desktop's own tools for the Trash are what the moves are checked against.
-testPackages=(libgtest-dev strace dbus-daemon gvfs libglib2.0-bin trash-cli)
+testPackages=(libgtest-dev strace dbus dbus-daemon gvfs libglib2.0-bin trash-cli libxml2-utils qml6-module-qttest
+    fonts-dejavu-core)
 checkPackages=(ccache clang-format-14 clang-tidy-19)
 benchmarkPackages=(libbenchmark-dev ncdu gdu bfs)
 
@@ -99,7 +104,9 @@ lockBuild() {
 # The program must not inherit the lock: it would hold it as long as it runs.
 releaseBuild() { exec {buildLock}>&-; }
 
-testsConfigured() { grep -qx 'ORBEL_TESTS:BOOL=ON' "$releaseFolder/CMakeCache.txt" 2>/dev/null; }
+# Whether build/release is configured with an option switched on, or off.
+isConfiguredWith() { grep -qx "$1:BOOL=ON" "$releaseFolder/CMakeCache.txt" 2>/dev/null; }
+isConfiguredWithout() { grep -qx "$1:BOOL=OFF" "$releaseFolder/CMakeCache.txt" 2>/dev/null; }
 
 # Configures build/release, giving CMake the arguments. Ninja does it again by itself when a CMakeLists.txt changes, but
 # knows nothing of the presets; a checkout that was moved has to start anew.

@@ -23,6 +23,10 @@ puts it back. Nothing is ever deleted.
                 the N largest entries directly in ROOT (20 unless given).
                 Sizes are bytes on disk; a hard-linked file counts once, and
                 other volumes are not entered.
+  --map-svg ROOT FILE [--size WxH]
+                Measure the folder ROOT and draw its map into FILE as an SVG
+                picture of W by H pixels (1440x900 unless given). An existing
+                FILE is replaced, and only by a complete one.
   --trash PATH... [--dry-run]
                 Check each PATH, move it to the Trash and note that in the
                 journal; print what was moved and what was skipped, and why,
@@ -36,11 +40,17 @@ puts it back. Nothing is ever deleted.
   --journal-markdown [--since DATE]
                 Print the journal of all moves, or what is in it from DATE on
                 (2025-01-31 or 2025-01-31T09:05:00Z, in UTC).
+  --apps-json   Print the applications that are installed as JSON: whether each
+                can be moved to the Trash, or else what removes it.
+  --leftovers-dry-run
+                Print for every application what would go with it: its files and
+                what it left in the home folder. Nothing is moved.
   --help        Print this text.
   --version     Print the version.
 
-"--" ends the switches of --trash and --put-back, so that names may begin with
-"-". An unknown switch beside these two is an error, and nothing is touched.
+"--" ends the switches of --trash, --put-back and --map-svg, so that names may
+begin with "-". An unknown switch beside these is an error, and nothing is
+touched.
 
 Results go to standard output, words to standard error. What cannot be read is
 counted in a report and is no failure. The status is 0 when all was done, 1 when

@@ -1,9 +1,12 @@
 #include "HeadlessCommands.h"
 
+#include "AppsCommand.h"
 #include "ChangeRequest.h"
 #include "CommandOutput.h"
 #include "JournalCommand.h"
 #include "LaunchOptions.h"
+#include "LeftoversCommand.h"
+#include "MapCommand.h"
 #include "PutBackCommand.h"
 #include "Scan/TreeScanner.h"
 #include "ScanReport.h"
@@ -44,6 +47,9 @@ void HeadlessCommands::runIfRequested(std::span<const std::string> arguments) {
             runTrashCommand(*request);
         runPutBackCommand(*request);
     }
+    runMapCommandIfRequested(arguments);
+    runLeftoversCommandIfRequested(arguments);
+    runAppsCommandIfRequested(arguments);
     if (const auto root = valueAfter(arguments, "--scan-json"))
         finish(scanReportText(*root, arguments));
     runJournalCommandIfRequested(arguments);

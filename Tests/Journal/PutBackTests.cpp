@@ -208,7 +208,8 @@ TEST_F(PutBackTest, JudgesADestinationByTheSamePlacesAsTheMove) {
     using enum AllowedRoot;
     EXPECT_EQ(root("Applications/X.app"), applicationBundle);
     EXPECT_EQ(root("Applications/Utilities/X.app"), applicationBundle);
-    EXPECT_EQ(root("Applications/X"), homeItem);
+    EXPECT_EQ(root("Applications/X"), applicationBundle);
+    EXPECT_EQ(root("Applications/Utilities/X"), homeItem);
     EXPECT_EQ(root("a/X.app"), homeItem);
     EXPECT_EQ(root("Library/Caches/org.example"), leftover);
     EXPECT_EQ(root(".config/example"), leftover);

@@ -225,7 +225,7 @@ TEST_F(SafetyPolicyTest, LeftoversLieDirectlyInALeftoverFolder) {
     for (const auto folder : SafetyPolicy::leftoverFolders) {
         const auto path = home.path("Library/" + std::string(folder));
         EXPECT_EQ(policy.rootReason(path + "/org.example.App", leftover, true), std::nullopt) << path;
-        EXPECT_TRUE(policy.isLeftoverFolder(path));
+        EXPECT_TRUE(policy.isLeftoverPlace(path + "/org.example.App"));
     }
     for (const auto* other :
          {"Library/x", "Library/Caches/org.example/x", "Documents/x", "Library/Preferences/Other/x"})

@@ -6,7 +6,6 @@
 #include "Util/PathText.h"
 #include "Util/RawValue.h"
 
-#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -81,11 +80,7 @@ std::optional<DeletionItem> DeletionItem::brokenShortcut(const FileTree& tree, N
 }
 
 bool DeletionItem::isApplicationBundle(const std::string& path, const SafetyPolicy& policy) {
-    const auto isPlace = [&](std::string_view folder) {
-        return std::ranges::find(policy.applicationFolders(), folder) != policy.applicationFolders().end();
-    };
-    const auto parent = parentPath(path);
-    return path.ends_with(".app") && (isPlace(parent) || isPlace(parentPath(parent)));
+    return policy.isApplication(path);
 }
 
 } // namespace orbel

@@ -54,7 +54,7 @@ struct DeletionItem {
                                                       std::optional<std::string> lastPath);
 
     /// Whether a path is that of an application bundle in one of the policy's application folders or one
-    /// folder below.
+    /// folder below, or of a program where the policy lets programs be removed.
     static bool isApplicationBundle(const std::string& path, const SafetyPolicy& policy);
 };
 

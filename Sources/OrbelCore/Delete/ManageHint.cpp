@@ -12,7 +12,7 @@ namespace {
 
 /// Applies to a path that holds one of the parts or has the ending; an empty one applies to none.
 struct Hint {
-    std::array<std::string_view, 2> parts;
+    std::array<std::string_view, 3> parts;
     std::string_view ending;
     std::string_view words; ///< "{fileManager}" stands for what the platform calls it
 
@@ -22,7 +22,7 @@ struct Hint {
     }
 };
 
-constexpr std::array<Hint, 3> hints{{
+constexpr auto hints = std::to_array<Hint>({
     {.parts = {"/MobileSync/Backup"},
      .ending = {},
      .words = "iPhone/iPad backup — manage in {fileManager} → your device → Manage Backups"},
@@ -32,7 +32,35 @@ constexpr std::array<Hint, 3> hints{{
     {.parts = {"/Library/Developer/", "/DerivedData"},
      .ending = {},
      .words = "Developer caches — use Ostrevo Fennick"},
-}};
+    {.parts = {"/.local/share/containers/", "/var/lib/containers/"},
+     .ending = "/.local/share/containers",
+     .words = "Container storage — manage with podman (podman system df, podman system prune)"},
+    {.parts = {"/.local/share/docker/", "/var/lib/docker/"},
+     .ending = "/var/lib/docker",
+     .words = "Docker storage — manage with docker (docker system df, docker system prune)"},
+    {.parts = {"/.local/share/flatpak/", "/var/lib/flatpak/"},
+     .ending = "/.local/share/flatpak",
+     .words = "Flatpak storage — manage with flatpak (flatpak list, flatpak uninstall --unused)"},
+    {.parts = {"/var/lib/snapd/"},
+     .ending = "/var/lib/snapd",
+     .words = "Snap packages — manage with snap (snap list --all, snap remove)"},
+    {.parts = {"/steamapps/"}, .ending = "/steamapps", .words = "Steam library — manage in Steam → Library"},
+    {.parts = {"/.local/share/libvirt/", "/.local/share/gnome-boxes/", "/var/lib/libvirt/"},
+     .ending = {},
+     .words = "Virtual machine — manage in the program that runs it"},
+    {.parts = {"/var/log/journal/"},
+     .ending = "/var/log/journal",
+     .words = "System journal — manage with journalctl (sudo journalctl --vacuum-size=500M)"},
+    {.parts = {"/var/cache/apt/"},
+     .ending = "/var/cache/apt",
+     .words = "Package cache — manage with apt (sudo apt clean)"},
+    {.parts = {"/var/cache/dnf/", "/var/cache/libdnf5/"},
+     .ending = "/var/cache/dnf",
+     .words = "Package cache — manage with dnf (sudo dnf clean packages)"},
+    {.parts = {"/var/cache/pacman/"},
+     .ending = "/var/cache/pacman",
+     .words = "Package cache — manage with pacman (sudo pacman -Sc)"},
+});
 
 std::string filledIn(std::string_view words) {
     constexpr std::string_view placeholder = "{fileManager}";

@@ -168,14 +168,10 @@ std::optional<std::string> PutBack::reasonNotToRestore(const JournalEntry& entry
 }
 
 AllowedRoot PutBack::rootForDestination(const std::string& path) const {
-    const auto folder = canonicalOrAsWritten(parentPath(path));
-    const auto isApplicationFolder = [&](std::string_view candidate) {
-        return std::ranges::find(policy_.applicationFolders(), candidate)
-               != policy_.applicationFolders().end();
-    };
-    if (path.ends_with(".app") && (isApplicationFolder(folder) || isApplicationFolder(parentPath(folder))))
+    const auto place = joinedPath(canonicalOrAsWritten(parentPath(path)), lastPathComponent(path));
+    if (policy_.isApplicationPlace(place))
         return AllowedRoot::applicationBundle;
-    return policy_.isLeftoverFolder(folder) ? AllowedRoot::leftover : AllowedRoot::homeItem;
+    return policy_.isLeftoverPlace(place) ? AllowedRoot::leftover : AllowedRoot::homeItem;
 }
 
 /// Whether it can be written does not matter: nothing of the item has changed on the disk.

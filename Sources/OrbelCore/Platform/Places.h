@@ -20,9 +20,15 @@ struct Places {
     std::vector<GuardedFolder> guardedFolders;
     std::vector<std::string> cacheFolders; ///< what is inside may be moved, the folder itself not
     std::vector<std::string> applicationFolders;
-    std::vector<std::string> leftoverFolders; ///< a component "*" stands for any one name
-    std::vector<std::string> trashFolders;    ///< the folders that directly hold what was moved to the Trash
-    std::string applicationSupport;           ///< where programs keep their data, each in a folder of its own
+    std::vector<std::string> programFolders;     ///< a program that is a folder lies directly in one of these
+    std::vector<std::string> programFileFolders; ///< one that is a single file, directly in one of these
+    std::vector<std::string> leftoverFolders;    ///< a component "*" stands for any one name
+    /// Leftover folders too, but of one maker each: what is in one may belong to any program of that maker.
+    std::vector<std::string> vendorFolders;
+    /// Leftovers directly in these are only what has a name that begins with a dot.
+    std::vector<std::string> hiddenLeftoverFolders;
+    std::vector<std::string> trashFolders; ///< the folders that directly hold what was moved to the Trash
+    std::string applicationSupport;        ///< where programs keep their data, each in a folder of its own
 };
 
 /// Those of the platform this was built for and of this process's environment. `home`: absolute; its real

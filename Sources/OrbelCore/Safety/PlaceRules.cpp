@@ -1,13 +1,18 @@
 #include "Safety/PlaceRules.h"
 
+#include "Platform/FileStatus.h"
+#include "Platform/ProgramFile.h"
 #include "Safety/RealPath.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 #include <utility>
+
+#include <unistd.h>
 
 namespace orbel {
 
@@ -32,6 +37,10 @@ bool overlap(std::string_view one, std::string_view other) {
     return RealPath::isInside(one, other) || RealPath::isInside(other, one);
 }
 
+bool isAnyOf(const std::vector<std::string>& folders, std::string_view folder) {
+    return std::ranges::find(folders, folder) != folders.end();
+}
+
 bool exists(const std::string& path) {
     std::error_code error;
     return std::filesystem::exists(path, error);
@@ -41,9 +50,13 @@ bool exists(const std::string& path) {
 
 PlaceRules::PlaceRules(std::string homePath, Setup setup, const PathCanonicalizer& canonicalizer)
     : homePath_(std::move(homePath)),
+      programFolders_(std::move(setup.places.programFolders)),
+      programFileFolders_(std::move(setup.places.programFileFolders)),
       furtherLeftoverFolders_(std::move(setup.places.leftoverFolders)),
+      hiddenLeftoverFolders_(std::move(setup.places.hiddenLeftoverFolders)),
       fileManager_(setup.fileManager),
       isWritable_(std::move(setup.isWritable)) {
+    std::ranges::move(setup.places.vendorFolders, std::back_inserter(furtherLeftoverFolders_));
     const auto inPlace = [&](const std::string& path) {
         return canonicalizer.visiblePath(RealPath::resolveExisting(path));
     };
@@ -84,7 +97,7 @@ std::optional<std::string> PlaceRules::reason(const std::string& real, AllowedRo
     case AllowedRoot::homeItem:
         return homeItemReason(real);
     case AllowedRoot::applicationBundle:
-        return bundleReason(real, isDirectory);
+        return applicationReason(real, isDirectory);
     case AllowedRoot::leftover:
         break;
     }
@@ -125,34 +138,67 @@ std::optional<std::string> PlaceRules::cacheReason(std::string_view real) const 
     return std::nullopt;
 }
 
-std::optional<std::string> PlaceRules::bundleReason(const std::string& real, bool isDirectory) const {
-    if (!isDirectory || !real.ends_with(".app"))
+std::optional<std::string> PlaceRules::applicationReason(const std::string& real, bool isDirectory) const {
+    if (isDirectory && real.ends_with(".app"))
+        return bundleReason(real);
+    if (!isProgram(real, isDirectory))
         return "Not an application bundle";
-    if (!isInApplicationPlace(real))
+    // Only its owner may take a folder along with all that is in it.
+    const auto status = platform::fileStatus(real);
+    if (!status || status->owner != ::geteuid())
+        return "Belongs to another user";
+    return needsAdminReason(real);
+}
+
+std::optional<std::string> PlaceRules::bundleReason(const std::string& real) const {
+    if (!isBundlePlace(real))
         return "Not in an Applications folder";
     if (!exists(joinedPath(real, "Contents/Info.plist")))
         return "Not a Mac app (remove it in " + std::string(fileManager_) + ")";
+    return needsAdminReason(real);
+}
+
+std::optional<std::string> PlaceRules::needsAdminReason(const std::string& real) const {
     if (!isWritable_(real) || !isWritable_(std::string(parentPath(real))))
         return "Needs admin: remove it in " + std::string(fileManager_);
     return std::nullopt;
 }
 
 std::optional<std::string> PlaceRules::leftoverReason(std::string_view real) const {
-    static constexpr std::string_view refusal = "Not in a leftover folder";
-    if (!isLeftoverFolder(parentPath(real)))
-        return std::string(refusal);
-    // A folder that all programs share is nobody's leftover, although it lies in another such folder.
-    const auto path = pathComponents(real);
-    const bool isShared = std::ranges::any_of(furtherLeftoverFolders_, [&](const std::string& folder) {
-        return beginsLike(path, pathComponents(folder), path.size());
-    });
-    return isShared ? std::optional(std::string(refusal)) : std::nullopt;
+    return isLeftoverPlace(real) ? std::nullopt : std::optional<std::string>("Not in a leftover folder");
 }
 
-bool PlaceRules::isInApplicationPlace(std::string_view path) const {
+bool PlaceRules::isApplicationPlace(std::string_view path) const {
+    const auto folder = parentPath(path);
+    return (path.ends_with(".app") && isBundlePlace(path)) || isAnyOf(programFolders_, folder)
+           || isAnyOf(programFileFolders_, folder);
+}
+
+bool PlaceRules::isApplication(const std::string& path) const {
+    if (path.ends_with(".app") && isBundlePlace(path))
+        return true;
+    const auto status = platform::fileStatus(path);
+    if (!status || status->type == platform::FileType::symbolicLink)
+        return false;
+    return isProgram(path, status->type == platform::FileType::directory);
+}
+
+bool PlaceRules::isBundlePlace(std::string_view path) const {
     const auto parent = parentPath(path);
-    return isApplicationFolder(parent)
-           || (!parent.ends_with(".app") && isApplicationFolder(parentPath(parent)));
+    return isAnyOf(applicationFolders_, parent)
+           || (!parent.ends_with(".app") && isAnyOf(applicationFolders_, parentPath(parent)));
+}
+
+bool PlaceRules::isProgram(const std::string& path, bool isDirectory) const {
+    if (isDirectory)
+        return isAnyOf(programFolders_, parentPath(path)) && !lastPathComponent(path).starts_with('.');
+    return isAnyOf(programFileFolders_, parentPath(path)) && platform::isSelfContainedProgram(path);
+}
+
+bool PlaceRules::isLeftoverPlace(std::string_view path) const {
+    const auto folder = parentPath(path);
+    const bool isHidden = isAnyOf(hiddenLeftoverFolders_, folder) && lastPathComponent(path).starts_with('.');
+    return (isHidden || isLeftoverFolder(folder)) && !isSharedByPrograms(path);
 }
 
 bool PlaceRules::isLeftoverFolder(std::string_view folder) const {
@@ -167,8 +213,12 @@ bool PlaceRules::isLeftoverFolder(std::string_view folder) const {
               });
 }
 
-bool PlaceRules::isApplicationFolder(std::string_view folder) const {
-    return std::ranges::find(applicationFolders_, folder) != applicationFolders_.end();
+/// A folder that all programs share is nobody's leftover, although it lies in another such folder.
+bool PlaceRules::isSharedByPrograms(std::string_view path) const {
+    const auto names = pathComponents(path);
+    return std::ranges::any_of(furtherLeftoverFolders_, [&](const std::string& folder) {
+        return beginsLike(names, pathComponents(folder), names.size());
+    });
 }
 
 } // namespace orbel

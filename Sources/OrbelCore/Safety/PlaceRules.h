@@ -17,7 +17,7 @@ namespace orbel {
 /// construction; after that it is immutable and may be used by any thread, as far as `isWritable` may.
 class PlaceRules {
 public:
-    /// Relative to the home's Library; `platform::Places::leftoverFolders` adds to them.
+    /// Relative to the home's Library; `platform::Places` adds to them.
     static constexpr std::array<std::string_view, 13> leftoverFolders{"Application Support",
                                                                       "Caches",
                                                                       "Preferences",
@@ -47,11 +47,16 @@ public:
     /// inside.
     std::optional<std::string> reason(const std::string& real, AllowedRoot root, bool isDirectory) const;
 
-    /// Whether a bundle of that path would lie where application bundles may be removed.
-    bool isInApplicationPlace(std::string_view path) const;
+    /// Whether an application of that path would lie where applications may be removed. What lies there does
+    /// not matter, if anything.
+    bool isApplicationPlace(std::string_view path) const;
 
-    /// Whether leftovers lie directly in this folder.
-    bool isLeftoverFolder(std::string_view folder) const;
+    /// Whether what lies at `path` is taken for an application: a bundle by its name and place; where
+    /// programs are plain folders and files, also by what it is.
+    bool isApplication(const std::string& path) const;
+
+    /// Whether a leftover may have this path.
+    bool isLeftoverPlace(std::string_view path) const;
 
     const std::vector<std::string>& applicationFolders() const { return applicationFolders_; }
     const std::vector<std::string>& cacheFolders() const { return cacheFolders_; }
@@ -66,15 +71,23 @@ private:
     std::optional<std::string> homeItemReason(std::string_view real) const;
     std::optional<std::string> guardReason(const Guard& guard, std::string_view real) const;
     std::optional<std::string> cacheReason(std::string_view real) const;
-    std::optional<std::string> bundleReason(const std::string& real, bool isDirectory) const;
+    std::optional<std::string> applicationReason(const std::string& real, bool isDirectory) const;
+    std::optional<std::string> bundleReason(const std::string& real) const;
+    std::optional<std::string> needsAdminReason(const std::string& real) const;
     std::optional<std::string> leftoverReason(std::string_view real) const;
-    bool isApplicationFolder(std::string_view folder) const;
+    bool isBundlePlace(std::string_view path) const;
+    bool isProgram(const std::string& path, bool isDirectory) const;
+    bool isLeftoverFolder(std::string_view folder) const;
+    bool isSharedByPrograms(std::string_view path) const;
 
     std::string homePath_;
     std::vector<std::string> applicationFolders_;
     std::vector<Guard> guards_;
     std::vector<std::string> cacheFolders_;
+    std::vector<std::string> programFolders_;
+    std::vector<std::string> programFileFolders_;
     std::vector<std::string> furtherLeftoverFolders_;
+    std::vector<std::string> hiddenLeftoverFolders_;
     std::string_view fileManager_;
     std::function<bool(const std::string&)> isWritable_;
 };

@@ -151,7 +151,7 @@ std::optional<std::string> SafetyPolicy::restoreDestinationReason(const std::str
     if (const auto reason = protectionReason(destination, std::nullopt))
         return "Cannot restore to a protected location (" + *reason + ")";
     if (root == AllowedRoot::applicationBundle) {
-        if (!destination.ends_with(".app") || !placeRules_.isInApplicationPlace(destination))
+        if (!placeRules_.isApplicationPlace(destination))
             return "Cannot restore there: not an Applications folder";
     } else if (const auto reason = rootReason(destination, root, false)) {
         return "Cannot restore there: " + *reason;

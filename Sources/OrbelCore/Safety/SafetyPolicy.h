@@ -66,8 +66,10 @@ public:
     /// Why nothing at all is moved or put back for this home folder, or absent.
     const std::optional<std::string>& homeReason() const { return homeReason_; }
 
-    /// Whether leftovers lie directly in this folder (real path in visible form).
-    bool isLeftoverFolder(std::string_view folder) const { return placeRules_.isLeftoverFolder(folder); }
+    // The same places as the checks above use, for real paths in visible form: see PlaceRules.
+    bool isApplication(const std::string& path) const { return placeRules_.isApplication(path); }
+    bool isApplicationPlace(std::string_view path) const { return placeRules_.isApplicationPlace(path); }
+    bool isLeftoverPlace(std::string_view path) const { return placeRules_.isLeftoverPlace(path); }
 
     const std::string& homePath() const { return homePath_; }
     const std::vector<std::string>& neverTouchRoots() const { return protectedPlaces_.neverTouchRoots(); }

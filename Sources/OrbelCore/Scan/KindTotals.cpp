@@ -31,4 +31,21 @@ KindTotals kindTotals(const FileTree& tree) {
     return totals;
 }
 
+KindTotals kindTotals(const FileTree& tree, NodeIndex folder) {
+    KindTotals totals{};
+    std::vector<NodeIndex> open{folder};
+    while (!open.empty()) {
+        const NodeIndex node = open.back();
+        open.pop_back();
+        const NodeFlags flags = tree.flags(node);
+        if (flags.contains(NodeFlags::folder) && !flags.contains(NodeFlags::package)) {
+            const auto children = tree.children(node);
+            open.insert(open.end(), children.begin(), children.end());
+        } else {
+            totals.at(static_cast<std::size_t>(tree.kind(node))) += tree.allocated(node);
+        }
+    }
+    return totals;
+}
+
 } // namespace orbel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -12,5 +13,9 @@ std::optional<std::string> readFile(const std::string& path);
 
 /// The same for an open file, from where it stands.
 std::optional<std::string> readFile(int descriptor);
+
+/// The content of a file that anybody may have put there: only of a regular file, or of one that a link leads
+/// to, and only when it has at most `limit` bytes. Never waits for the other end of a pipe.
+std::optional<std::string> readRegularFile(const std::string& path, std::uint64_t limit);
 
 } // namespace orbel

@@ -3,38 +3,55 @@
 #include "AppModel/AppModel.h"
 #include "CommandOutput.h"
 #include "LaunchOptions.h"
+#include "Platform/Process.h"
+#include "Services/AfterScan.h"
+#include "Services/AutostartLoginItem.h"
 #include "Services/LiveDesktop.h"
+#include "Services/LiveNotifier.h"
+#include "Services/SingleInstance.h"
+#include "Services/StallWatch.h"
+#include "Services/SystemAppearance.h"
+#include "Services/TrayItem.h"
 #include "Util/AppVersion.h"
 
-#include <QGuiApplication>
-#include <QQmlApplicationEngine>
-#include <QQuickStyle>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QQmlApplicationEngine>
+#include <QQuickStyle>
+#include <QQuickWindow>
+#include <QStandardPaths>
+#include <QTimer>
 
 namespace orbel {
 
 const std::string_view windowHelp = R"(
-Without a command the window opens. It takes these switches:
+ostrevo-orbel opens a window when no command is given. It takes these switches:
 
   --scan PATH   Measure PATH at once; "volume" is the whole disk.
+  --scan-delay SECONDS
+                Wait that long before the scan.
   --open SCREEN Show overview, map, large, duplicates, uninstall, tidy or
                 journal.
   --appearance light|dark
-  --scan-delay SECONDS
-                Wait that long before the scan.
   --snapshot FILE [--snapshot-delay SECONDS]
                 After the scan, write a picture of the window as PNG.
-  --diagnostics FILE
-                Write what the run took as JSON.
   --simulate-hover COUNT
-                After the scan, move the pointer over the window.
+                Before that, move the pointer over the window.
+  --diagnostics FILE
+                Write what the run took as JSON when it ends.
   --quit-after-scan
+                End when all of this is done.
 )";
 
 namespace {
 
-/// Qt ends the process when it finds no display, after many lines of its own. Instead of them the user gets one.
+const QString viewsUrl = QStringLiteral("qrc:/qt/qml/OstrevoOrbel/Views/");
+
+/// Qt ends the process when it finds no display, after many lines of its own. Instead of them the user gets
+/// one.
 void tellNoDisplay(QtMsgType type, const QMessageLogContext& /*where*/, const QString& /*words*/) {
     if (type != QtFatalMsg)
         return;
@@ -51,29 +68,157 @@ std::unique_ptr<QGuiApplication> makeQtApplication(int& count, char** words) {
     const auto before = qInstallMessageHandler(tellNoDisplay);
     auto application = std::make_unique<QGuiApplication>(count, words);
     qInstallMessageHandler(before);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/OstrevoOrbel/Views/Icons/tray.svg")));
     return application;
+}
+
+QString runtimeFolder() {
+    const auto folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::CacheLocation) : folder;
+}
+
+/// The model, its window, and what ties them to the desktop. Lives while the event loop runs.
+class RunningApplication final : public QObject {
+public:
+    RunningApplication(std::shared_ptr<Diagnostics> diagnostics, const QDBusConnection& bus)
+        : diagnostics_(std::move(diagnostics)),
+          notifier_(std::make_shared<LiveNotifier>(bus)),
+          systemAppearance_(bus),
+          tray_(bus),
+          model_(environment()) {}
+
+    /// False when the window could not be loaded.
+    bool open() {
+        connectAppearance();
+        engine_.addImportPath(QStringLiteral(":/qt/qml"));
+        engine_.setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&model_)}});
+        engine_.load(QUrl(viewsUrl + QStringLiteral("Main.qml")));
+        window_ = engine_.rootObjects().isEmpty()
+                      ? nullptr
+                      : qobject_cast<QQuickWindow*>(engine_.rootObjects().constFirst());
+        if (window_ == nullptr)
+            return false;
+        showTray();
+        connect(notifier_.get(), &LiveNotifier::opened, this, [this] { bringToFront(); });
+        connect(window_, &QWindow::activeChanged, this, [this] {
+            if (window_->isActive())
+                notifier_->clearBadge();
+        });
+        connect(qApp, &QGuiApplication::lastWindowClosed, this, [this] { lastWindowClosed(); });
+        afterScan_ = std::make_unique<AfterScan>(model_, *window_, QCoreApplication::exit);
+        if (diagnostics_)
+            watch();
+        return true;
+    }
+
+    void serve(SingleInstance& instance) {
+        connect(&instance, &SingleInstance::requested, this, [this](const InstanceRequest& request) {
+            bringToFront();
+            if (request.screen)
+                model_.setScreen(*request.screen);
+            if (request.scanPath)
+                model_.startScan(*request.scanPath);
+        });
+        connect(&instance, &SingleInstance::quitRequested, qApp, &QCoreApplication::quit);
+    }
+
+private:
+    AppEnvironment environment() const {
+        auto environment = AppEnvironment::ofThisUser();
+        environment.settings = std::make_shared<QSettings>();
+        environment.desktop = std::make_shared<LiveDesktop>();
+        environment.notifier = notifier_;
+        environment.loginItem = AutostartLoginItem::ofThisUser();
+        environment.diagnostics = diagnostics_;
+        return environment;
+    }
+
+    void connectAppearance() {
+        auto* const appearance = model_.appearance();
+        appearance->setSystemDark(systemAppearance_.isDark());
+        connect(&systemAppearance_, &SystemAppearance::darkChanged, appearance, &Appearance::setSystemDark);
+        appearance->overrideWith(valueAfter(platform::processArguments(), "--appearance"));
+    }
+
+    /// Shown while there is something to do without the window.
+    void showTray() {
+        connect(&tray_, &TrayItem::activated, this, [this] { bringToFront(); });
+        const auto update = [this] { tray_.setWanted(model_.isLowDiskEnabled()); };
+        connect(&model_, &AppModel::lowDiskChanged, this, update);
+        update();
+    }
+
+    void bringToFront() {
+        window_->show();
+        window_->raise();
+        window_->requestActivate();
+    }
+
+    /// The application goes on only where something shows that it does.
+    void lastWindowClosed() {
+        if (tray_.isShown())
+            return;
+        if (!model_.isLowDiskEnabled())
+            return QCoreApplication::quit();
+        notifier_->post({.title = "Ostrevo Vanto is closed",
+                         .body = "Free space is not checked until it is opened again."});
+        // Nobody sees the application any more; the message only has to leave it.
+        QTimer::singleShot(std::chrono::milliseconds(500), qApp, &QCoreApplication::quit);
+    }
+
+    /// What comes before the first frame is start-up, which has a mark of its own.
+    void watch() {
+        const auto begin = [this] {
+            diagnostics_->mark("windowShown");
+            stallWatch_ = std::make_unique<StallWatch>(diagnostics_);
+        };
+        connect(window_, &QQuickWindow::frameSwapped, this, begin,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    }
+
+    std::shared_ptr<Diagnostics> diagnostics_;
+    std::shared_ptr<LiveNotifier> notifier_;
+    SystemAppearance systemAppearance_;
+    TrayItem tray_;
+    AppModel model_;
+    QQmlApplicationEngine engine_;
+    QQuickWindow* window_ = nullptr; ///< the engine's
+    std::unique_ptr<AfterScan> afterScan_;
+    std::unique_ptr<StallWatch> stallWatch_;
+};
+
+int runWindow(const LaunchOptions& options, std::shared_ptr<Diagnostics> diagnostics) {
+    const auto bus = QDBusConnection::sessionBus();
+    SingleInstance instance(bus, bus.isConnected() ? QString() : runtimeFolder());
+    if (SingleInstance::appliesTo(options) && !instance.claim(InstanceRequest::of(options)))
+        return ExitStatus::done;
+    RunningApplication application(std::move(diagnostics), bus);
+    if (!application.open()) {
+        say("The window could not be loaded");
+        return ExitStatus::incomplete;
+    }
+    application.serve(instance);
+    return QGuiApplication::exec();
 }
 
 } // namespace
 
 int runApplication(int& count, char** words) {
+    const auto& options = LaunchOptions::current();
+    std::shared_ptr<Diagnostics> diagnostics;
+    if (options.diagnosticsPath)
+        diagnostics = std::make_shared<Diagnostics>(*options.diagnosticsPath);
     const auto application = makeQtApplication(count, words);
     QQuickStyle::setStyle(QStringLiteral("Basic"));
-
-    AppEnvironment environment = AppEnvironment::ofThisUser();
-    environment.settings = std::make_shared<QSettings>();
-    environment.desktop = std::make_shared<LiveDesktop>();
-    AppModel model(std::move(environment));
-
-    QQmlApplicationEngine engine;
-    engine.addImportPath(QStringLiteral(":/qt/qml"));
-    engine.setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&model)}});
-    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/OstrevoOrbel/Views/Main.qml")));
-    if (engine.rootObjects().isEmpty()) {
-        say("The window could not be loaded");
-        return ExitStatus::incomplete;
+    int status = runWindow(options, diagnostics);
+    if (diagnostics && !diagnostics->write()) {
+        say("The diagnostics could not be written to " + *options.diagnosticsPath);
+        status = ExitStatus::incomplete;
     }
-    return QGuiApplication::exec();
+    // A scan that was stopped may still be on its way out; it must not find what it uses torn down.
+    std::fflush(nullptr);
+    std::_Exit(status);
 }
 
 } // namespace orbel

@@ -1,11 +1,261 @@
 import QtQuick
+import QtQuick.Window
 import OstrevoOrbel
 
-/// What was measured, as a map.
+/// What was measured, as a map: every folder and file as large as the space that it takes.
 ScreenFrame {
-    required property AppModel app
+    id: screen
 
+    required property AppModel app
+    readonly property bool hasMap: !app.scanning && app.measuredAny && !app.rootUnreadable
+    readonly property bool wide: Window.width >= Theme.px(1920)
+    /// Whether the list lies over the map, where there is no room beside it.
+    property bool listOpen: false
+
+    function zoomTo(node: int, from: rect): void {
+        zoom.color = treemap.colorOf(node);
+        zoom.run(from, Qt.rect(0, 0, treemap.width, treemap.height), true);
+        map.show(node);
+    }
+    function goUp(): void {
+        if (!map.canGoUp || treemap.held)
+            return;
+        const left = map.focus;
+        map.goUp();
+        zoom.color = treemap.colorOf(left);
+        zoom.run(Qt.rect(0, 0, treemap.width, treemap.height), treemap.boxOf(left), false);
+    }
+    function openMenu(node: int, item: Item, x: real, y: real): void {
+        menu.facts = map.facts(node);
+        menu.popup(item, x, y);
+    }
+
+    firstFocus: hasMap ? treemap : placeholder
     objectName: "map"
     scope: app.scopeText
+    status: hasMap ? treemap.status : ""
     title: qsTr("Map")
+
+    actions: [
+        Chip {
+            closable: true
+            kind: map.filterKind
+            objectName: "map.filter"
+            set: true
+            text: map.filterText
+            visible: screen.hasMap && map.filterText !== ""
+
+            onClicked: map.clearFilter()
+        },
+        PushButton {
+            enabled: !screen.app.scanning
+            iconOnly: screen.narrow
+            iconPath: Theme.icons.rescan
+            objectName: "map.measure"
+            text: screen.app.scanState === "idle" ? qsTr("Measure This Disk") : qsTr("Measure Again")
+
+            onClicked: screen.app.measureAgain()
+        },
+        PushButton {
+            iconOnly: true
+            iconPath: Theme.icons.list
+            objectName: "map.showList"
+            text: screen.listOpen ? qsTr("Hide list") : qsTr("Show list")
+            visible: screen.narrow && screen.hasMap
+
+            onClicked: screen.listOpen = !screen.listOpen
+        }
+    ]
+
+    bar: MapBar {
+        height: visible ? Theme.breadcrumbBarHeight : 0
+        map: map
+        padding: screen.padding
+        visible: screen.hasMap
+        width: screen.width
+
+        onUpWanted: screen.goUp()
+    }
+
+    foot: MapLegend {
+        height: visible ? Theme.legendHeight : 0
+        legend: map.legend
+        narrow: screen.narrow
+        padding: screen.padding
+        visible: screen.hasMap
+        width: screen.width
+
+        onToggled: kind => map.toggleKind(kind)
+    }
+
+    MapModel {
+        id: map
+
+        app: screen.app
+    }
+
+    Rectangle {
+        id: ground
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: screen.narrow || !list.visible ? parent.right : list.left
+        anchors.top: parent.top
+        color: Theme.mapGround
+        visible: screen.hasMap
+
+        TreemapItem {
+            id: treemap
+
+            Accessible.focusable: true
+            Accessible.role: Accessible.List
+            anchors.fill: parent
+            anchors.margins: screen.narrow ? 8 : 12
+            dark: Theme.dark
+            family: Theme.family
+            focus: true
+            map: map
+            objectName: "map.view"
+            unit: Theme.fontScale
+
+            onCopyWanted: node => screen.app.copyNodePath(node)
+            onMenuWanted: (node, position) => screen.openMenu(node, treemap, position.x, position.y)
+            onUpWanted: screen.goUp()
+            onZoomWanted: (node, from) => screen.zoomTo(node, from)
+
+            MapMarks {
+                anchors.fill: parent
+                treemap: treemap
+            }
+            // A zoom: the tile grows over the old map until it is the new one, or the other way round.
+            Rectangle {
+                id: zoom
+
+                property rect from
+                property rect to
+                property real progress: 1
+
+                function run(start: rect, end: rect, holds: bool): void {
+                    if (Theme.zoomTime === 0 || start.width <= 0 || end.width <= 0)
+                        return;
+                    from = start;
+                    to = end;
+                    treemap.held = holds;
+                    zoomMotion.restart();
+                }
+
+                border.color: Theme.mapEdge
+                height: from.height + (to.height - from.height) * progress
+                objectName: "map.zoom"
+                visible: zoomMotion.running
+                width: from.width + (to.width - from.width) * progress
+                x: from.x + (to.x - from.x) * progress
+                y: from.y + (to.y - from.y) * progress
+
+                NumberAnimation {
+                    id: zoomMotion
+
+                    duration: Theme.zoomTime
+                    easing.type: Theme.easing
+                    from: 0
+                    property: "progress"
+                    target: zoom
+                    to: 1
+
+                    onStopped: treemap.held = false
+                }
+            }
+        }
+        ThemedText {
+            anchors.centerIn: parent
+            color: Theme.text2
+            text: qsTr("Nothing here takes up space on the disk.")
+            visible: treemap.tileCount === 0
+        }
+    }
+    MapListPane {
+        id: list
+
+        anchors.bottom: parent.bottom
+        anchors.right: parent.right
+        anchors.top: parent.top
+        map: map
+        visible: screen.hasMap && (!screen.narrow || screen.listOpen)
+        width: screen.narrow ? Theme.px(300) : screen.middling ? Theme.px(260) : screen.wide ? Theme.px(400)
+            : Theme.px(344)
+
+        onCopyWanted: node => screen.app.copyNodePath(node)
+        onMenuWanted: (node, item, x, y) => screen.openMenu(node, item, x, y)
+        onUpWanted: screen.goUp()
+        onZoomWanted: node => {
+            if (map.facts(node).zoomable)
+                screen.zoomTo(node, treemap.boxOf(node));
+        }
+    }
+    EmptyState {
+        id: placeholder
+
+        action: screen.app.scanning ? qsTr("Stop")
+            : screen.app.rootUnreadable ? qsTr("Choose Folder…") : qsTr("Measure This Disk")
+        anchors.fill: parent
+        failed: screen.app.rootUnreadable
+        iconPath: screen.app.rootUnreadable ? Theme.icons.warn : Theme.icons.map
+        objectName: "map.empty"
+        primary: !screen.app.scanning
+        sentence: screen.app.scanning ? qsTr("The map appears when everything has been measured.")
+            : screen.app.rootUnreadable ? qsTr("Nothing in it can be shown.")
+            : qsTr("Measure the disk to see where its space went.")
+        statement: screen.app.scanning ? screen.app.scopeText
+            : screen.app.rootUnreadable ? qsTr("%1 could not be read").arg(screen.app.scanRoot)
+            : qsTr("Not measured yet")
+        visible: !screen.hasMap
+
+        onTriggered: {
+            if (screen.app.scanning)
+                screen.app.stopScan();
+            else if (screen.app.rootUnreadable)
+                screen.app.chooseFolderAndScan();
+            else
+                screen.app.scanDisk();
+        }
+    }
+    MapMenu {
+        id: menu
+
+        onCopyWanted: node => screen.app.copyNodePath(node)
+        onOpenWanted: node => screen.app.openNode(node)
+        onShowWanted: node => screen.app.showNodeInFileManager(node)
+        onZoomWanted: node => screen.zoomTo(node, treemap.boxOf(node))
+    }
+
+    Shortcut {
+        enabled: screen.visible && screen.hasMap && map.canGoBack
+        sequence: "Alt+Left"
+
+        onActivated: map.goBack()
+    }
+    Shortcut {
+        enabled: screen.visible && screen.hasMap && map.canGoForward
+        sequence: "Alt+Right"
+
+        onActivated: map.goForward()
+    }
+    Shortcut {
+        enabled: screen.visible && screen.hasMap && map.canGoUp
+        sequence: "Alt+Up"
+
+        onActivated: screen.goUp()
+    }
+    Shortcut {
+        enabled: screen.visible && screen.hasMap && map.canGoUp
+        sequence: "Alt+Home"
+
+        onActivated: map.goToRoot()
+    }
+    Shortcut {
+        enabled: screen.visible && screen.narrow && screen.listOpen
+        sequence: "Esc"
+
+        onActivated: screen.listOpen = false
+    }
 }

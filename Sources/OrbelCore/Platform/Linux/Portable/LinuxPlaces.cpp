@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -44,14 +44,28 @@ constexpr std::array<std::string_view, 13> neverTouchInData{
     "gvfs-metadata", "containers", "libvirt",  "gnome-boxes", "flatpak", "Ostrevo Orbel"};
 
 /// Folders directly in which a program leaves something under its own name.
-constexpr std::array<std::string_view, 8> leftoverFolders{".config",
-                                                          ".config/autostart",
-                                                          ".cache",
-                                                          ".local/share",
-                                                          ".local/share/applications",
-                                                          ".local/state",
-                                                          ".var/app",
-                                                          ".local/share/icons/hicolor/*/apps"};
+constexpr std::array<std::string_view, 10> leftoverFolders{".config",
+                                                           ".config/autostart",
+                                                           ".cache",
+                                                           ".local/share",
+                                                           ".local/share/applications",
+                                                           ".local/share/icons",
+                                                           ".local/share/icons/hicolor/*/apps",
+                                                           ".local/state",
+                                                           ".var/app",
+                                                           "snap"};
+/// Makers whose programs share one folder, in each of the first list.
+constexpr std::array<std::string_view, 4> foldersWithVendors{".config", ".cache", ".local/share",
+                                                             ".local/state"};
+constexpr std::array<std::string_view, 11> vendors{"google",    "Google",   "JetBrains", "Microsoft",
+                                                   "microsoft", "Adobe",    "KDE",       "unity3d",
+                                                   "Unity",     "Autodesk", "EpicGames"};
+
+constexpr std::array<std::string_view, 3> programFolders{"Applications", ".local/opt", "opt"};
+constexpr std::array<std::string_view, 6> programFileFolders{"Applications", "AppImages",  ".local/bin",
+                                                             "bin",          ".local/opt", "opt"};
+
+constexpr std::uint64_t mostUserDirsBytes = 1024 * 1024;
 
 /// One of the base directories: its usual place first, then the one that the environment names, if another.
 std::vector<std::string> baseFolders(std::string usual, const Environment& environment,
@@ -74,17 +88,6 @@ void addJoined(std::vector<std::string>& paths, const std::string& folder,
         paths.push_back(joinedPath(folder, name));
 }
 
-/// The content of a file that the user may have replaced by anything: what could block or grow without end is
-/// not read.
-std::optional<std::string> smallFile(const std::string& path) {
-    constexpr std::uintmax_t limit = 1024 * 1024;
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error) || std::filesystem::file_size(path, error) > limit
-        || error)
-        return std::nullopt;
-    return readFile(path);
-}
-
 } // namespace
 
 Places linuxPlaces(const std::string& home, const Environment& environment) {
@@ -102,7 +105,7 @@ Places linuxPlaces(const std::string& home, const Environment& environment) {
     addJoined(places.neverTouch, home, neverTouchInHome);
     for (const auto& folder : config) {
         addJoined(places.neverTouch, folder, neverTouchInConfig);
-        if (const auto text = smallFile(joinedPath(folder, "user-dirs.dirs")))
+        if (const auto text = readRegularFile(joinedPath(folder, "user-dirs.dirs"), mostUserDirsBytes))
             if (auto pictures = pictureFolderIn(*text, home))
                 places.neverTouch.push_back(std::move(*pictures));
     }
@@ -119,7 +122,12 @@ Places linuxPlaces(const std::string& home, const Environment& environment) {
 
     places.cacheFolders = baseFolders(inHome(".cache"), environment, "XDG_CACHE_HOME");
     places.applicationFolders = {"/Applications", inHome("Applications")};
+    addJoined(places.programFolders, home, programFolders);
+    addJoined(places.programFileFolders, home, programFileFolders);
     addJoined(places.leftoverFolders, home, leftoverFolders);
+    for (const auto folder : foldersWithVendors)
+        addJoined(places.vendorFolders, inHome(folder), vendors);
+    places.hiddenLeftoverFolders = {home};
     places.trashFolders = {joinedPath(data.back(), "Trash/files")};
     places.applicationSupport = data.back();
     return places;

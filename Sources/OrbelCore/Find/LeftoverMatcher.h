@@ -1,0 +1,94 @@
+#pragma once
+
+#include "Find/InstalledApp.h"
+#include "Platform/Places.h"
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orbel {
+
+/// Something that an application left, and why it is taken for that.
+struct Leftover {
+    enum class Certainty : std::uint8_t {
+        certain, ///< its name is the application's whole id, or its sandbox is the application's own
+        likely   ///< its name is the application's name, and nobody else's that is known
+    };
+
+    std::string path;
+    std::string folder; ///< that holds it
+    bool needsAdmin = false;
+    bool isLaunchAgent = false; ///< it starts something at login
+    Certainty certainty = Certainty::likely;
+    bool isCache = false;   ///< a cache or a log: nothing that anybody would miss
+    std::string evidence{}; ///< the words of the rule that found it
+
+    bool operator==(const Leftover&) const = default;
+};
+
+/// Finds what applications left in a home. A name matches as a whole or not at all, and whatever could belong
+/// to somebody else does not match: names that another application bears as well, names of programs that are
+/// installed besides, names that are common words, and everything that is a link or belongs to another user.
+///
+/// What lies where leftovers may lie is listed once, at construction; after that it is immutable.
+class LeftoverMatcher {
+public:
+    /// The real path of the program of a name, empty when there is none.
+    using ProgramNamed = std::function<std::string(const std::string& name)>;
+
+    /// `home`: real path. `systemLibrary`: where applications leave things for all users; those are shown
+    /// only.
+    LeftoverMatcher(std::string home, std::string systemLibrary);
+    LeftoverMatcher(std::string home, std::string systemLibrary, const platform::Places& places,
+                    ProgramNamed programNamed);
+
+    /// What `app` left, the certain ones first, then by path; its own files and what it is itself are not
+    /// among them. `others`: all other applications, also hidden ones.
+    std::vector<Leftover> leftovers(const InstalledApp& app, std::span<const InstalledApp> others) const;
+
+    /// What it left for all users, by path.
+    std::vector<Leftover> systemLeftovers(const InstalledApp& app,
+                                          std::span<const InstalledApp> others) const;
+
+    /// Whether a name says too little to tell to whom something belongs.
+    static bool isCommonWord(std::string_view name);
+
+private:
+    /// What a folder is to programs, which decides on the rule.
+    enum class Kind : std::uint8_t {
+        data,
+        sandbox,
+        vendor,
+        hidden,
+        autostart,
+        launchers,
+        icons,
+        library,
+        systemLibrary
+    };
+
+    struct Candidate {
+        std::string folder;
+        std::string name;
+        Kind kind = Kind::data;
+        bool isDirectory = false;
+        bool isCache = false;
+    };
+
+    struct Names;
+
+    void list(const std::string& folder, Kind kind, bool isCache);
+    std::vector<Leftover> matches(const InstalledApp& app, std::span<const InstalledApp> others,
+                                  bool forAllUsers) const;
+    std::string evidenceFor(const Candidate& candidate, const Names& names, Leftover& leftover) const;
+
+    std::string home_;
+    ProgramNamed programNamed_;
+    std::vector<Candidate> candidates_;
+};
+
+} // namespace orbel

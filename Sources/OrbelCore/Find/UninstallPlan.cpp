@@ -1,0 +1,148 @@
+#include "Find/UninstallPlan.h"
+
+#include "Delete/ManageHint.h"
+#include "Safety/RealPath.h"
+#include "Safety/SafetyPolicy.h"
+#include "Util/PathText.h"
+#include "Util/Utf8.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace orbel {
+
+namespace {
+
+using Status = InstalledApp::Status;
+
+/// Whether the program is the application, or lies in it.
+bool isOf(const InstalledApp& app, const std::string& program) {
+    return RealPath::isInside(program, app.path)
+           || std::ranges::find(app.executables, program) != app.executables.end();
+}
+
+std::vector<platform::RunningProgram> runningOf(const InstalledApp& app,
+                                                const UninstallPlan::Running& running) {
+    auto programs = running ? running() : platform::runningPrograms();
+    std::erase_if(programs, [&](const platform::RunningProgram& program) {
+        return std::ranges::none_of(program.paths, [&](const std::string& path) { return isOf(app, path); });
+    });
+    return programs;
+}
+
+/// Makes the items of one application.
+class ItemBuilder {
+public:
+    ItemBuilder(const InstalledApp& app, const SafetyPolicy& policy, const UninstallPlan::Measure& measure,
+                bool isRunning)
+        : app_(app), policy_(policy), measure_(measure), isRunning_(isRunning) {}
+
+    DeletionItem ofApp(std::span<const InstalledApp> others) const {
+        auto item = itemAt(app_.path, {});
+        item.title = app_.name;
+        item.root = policy_.isApplication(app_.path) ? AllowedRoot::applicationBundle : AllowedRoot::homeItem;
+        if (app_.status != Status::removable) {
+            item.blockedReason = app_.reason.empty() ? "Cannot be removed from here" : app_.reason;
+            if (!app_.command.empty())
+                item.note = app_.command;
+            return item;
+        }
+        if (!(item.blockedReason = quitReason()))
+            if (!(item.blockedReason = needReason(others)))
+                check(item);
+        return item;
+    }
+
+    DeletionItem ofOwnFile(const std::string& path) const {
+        auto item = itemAt(path, path.ends_with(".desktop") ? "Its launcher" : "Its icon");
+        item.root = AllowedRoot::leftover;
+        if (!(item.blockedReason = quitReason()))
+            check(item);
+        return item;
+    }
+
+    DeletionItem ofLeftover(const Leftover& leftover) const {
+        auto item = itemAt(leftover.path, leftover.evidence);
+        item.root = AllowedRoot::leftover;
+        if (!(item.blockedReason = quitReason()))
+            check(item);
+        if (app_.status != Status::removable)
+            item.note = app_.name + " is still installed. " + app_.reason;
+        item.preselected = item.isSelectable() && app_.status == Status::removable && leftover.isCache
+                           && leftover.certainty == Leftover::Certainty::certain;
+        return item;
+    }
+
+private:
+    DeletionItem itemAt(const std::string& path, const std::string& evidence) const {
+        return {.id = std::string(rawValue(DeletionModule::uninstall)) + ":" + path,
+                .module = DeletionModule::uninstall,
+                .title = lossyUtf8(lastPathComponent(path)),
+                .detail = evidence.empty() ? path : path + " · " + evidence,
+                .path = path,
+                .scanStamp = FileStamp::of(path).value_or(FileStamp())};
+    }
+
+    std::optional<std::string> quitReason() const {
+        return isRunning_ ? std::optional(app_.name + " is running: quit it first") : std::nullopt;
+    }
+
+    /// Whether another application would lose what it runs.
+    std::optional<std::string> needReason(std::span<const InstalledApp> others) const {
+        for (const auto& other : others)
+            if (RealPath::isInside(other.path, app_.path)
+                || std::ranges::any_of(other.executables, [&](const std::string& program) {
+                       return RealPath::isInside(program, app_.path);
+                   }))
+                return "Holds what " + other.name + " runs";
+        return std::nullopt;
+    }
+
+    /// Measures it only when it may be moved at all.
+    void check(DeletionItem& item) const {
+        if (const auto refusal = policy_.check(item.path, item.root, item.scanStamp).refusal()) {
+            item.blockedReason = ManageHint::explain(item.path, *refusal, policy_.homePath());
+            return;
+        }
+        const auto measured = measure_ ? measure_(item.path) : TreeScanner::measure(item.path);
+        item.estimatedBytes = measured.bytes;
+        if (measured.protectedInside)
+            item.blockedReason =
+                "Contains protected data: " + tildePath(*measured.protectedInside, policy_.homePath());
+    }
+
+    const InstalledApp& app_;
+    const SafetyPolicy& policy_;
+    const UninstallPlan::Measure& measure_;
+    bool isRunning_;
+};
+
+} // namespace
+
+UninstallPlan UninstallPlan::make(const InstalledApp& app, std::span<const InstalledApp> others,
+                                  const LeftoverMatcher& matcher, const SafetyPolicy& policy,
+                                  const Measure& measure, const Running& running) {
+    UninstallPlan plan{
+        .app = app, .items = {}, .systemLeftovers = {}, .runningProcesses = runningOf(app, running)};
+    const ItemBuilder items(app, policy, measure, !plan.runningProcesses.empty());
+    plan.items.push_back(items.ofApp(others));
+    // What a part of the system keeps is no leftover as long as the system is there.
+    if (app.status == Status::system)
+        return plan;
+    const auto isShared = [&](const std::string& path) {
+        return std::ranges::any_of(others, [&](const InstalledApp& other) {
+            return std::ranges::find(other.ownFiles, path) != other.ownFiles.end();
+        });
+    };
+    for (const auto& path : app.ownFiles)
+        if (!isShared(path))
+            plan.items.push_back(items.ofOwnFile(path));
+    for (const auto& leftover : matcher.leftovers(app, others))
+        if (!isShared(leftover.path))
+            plan.items.push_back(items.ofLeftover(leftover));
+    plan.systemLeftovers = matcher.systemLeftovers(app, others);
+    return plan;
+}
+
+} // namespace orbel

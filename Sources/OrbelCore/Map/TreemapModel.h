@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Map/TreemapTile.h"
+#include "Scan/Coverage.h"
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace orbel {
+
+/// Turns the tree below a folder into the rectangles of its map, and finds the one under a point. Draws
+/// nothing. Every call only reads; any thread may make it. Not instantiable.
+struct TreemapModel {
+    TreemapModel() = delete;
+
+    static constexpr double minimumTileArea = 30; ///< square points; what is smaller is merged
+    static constexpr double headerHeight = 16;    ///< points at the top of a folder, for its name
+    static constexpr double padding = 2;          ///< points around the children of a folder
+
+    /// The tiles of what lies in `focus`, filling `area`: parents before the tiles inside them, so that they
+    /// can be drawn in this order. Folders down to `maxDepth` show their children where there is room;
+    /// packages never do. With a `coverage`, the root's map also has a tile for what was not measured. Takes
+    /// time in proportion to the tiles, however many children a folder has: `tree` is finished, so they are
+    /// sorted and summed up.
+    static std::vector<TreemapTile> tiles(const FileTree& tree, NodeIndex focus, const TreemapRect& area,
+                                          int maxDepth, const std::optional<Coverage>& coverage,
+                                          std::size_t tileLimit);
+
+    /// The innermost tile that contains the point; null when none does. It lives as long as `tiles`.
+    static const TreemapTile* hit(std::span<const TreemapTile> tiles, double x, double y);
+
+    /// The kind that colours a node: of a folder, the kind of what is found by going from largest child to
+    /// largest child.
+    static FileKind representativeKind(const FileTree& tree, NodeIndex node);
+
+    /// A folder that may show its children: any but a package.
+    static bool isPlainFolder(const FileTree& tree, NodeIndex node);
+};
+
+} // namespace orbel

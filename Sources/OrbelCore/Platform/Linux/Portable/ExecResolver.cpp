@@ -1,0 +1,164 @@
+#include "Platform/Linux/Portable/ExecResolver.h"
+
+#include "Util/PathText.h"
+#include "Util/ReadFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orbel::platform {
+
+namespace {
+
+namespace fs = std::filesystem;
+using enum LauncherTarget::State;
+
+/// Where volumes are mounted that are not always there.
+constexpr std::array<std::string_view, 6> removablePlaces{"/media",    "/mnt", "/run/media",
+                                                          "/run/user", "/net", "/Volumes"};
+
+constexpr std::array<std::string_view, 9> usualPrograms{"/usr/local/sbin",  "/usr/local/bin", "/usr/sbin",
+                                                        "/usr/bin",         "/sbin",          "/bin",
+                                                        "/usr/local/games", "/usr/games",     "/snap/bin"};
+
+bool isAnyInside(const auto& folders, std::string_view path) {
+    return std::ranges::any_of(folders, [&](std::string_view folder) { return isPathInside(path, folder); });
+}
+
+/// Flatpak's installations besides the user's and the system's.
+void addFurtherInstallations(std::vector<std::string>& installations) {
+    std::error_code error;
+    fs::directory_iterator files("/etc/flatpak/installations.d", error);
+    for (; !error && files != fs::directory_iterator(); files.increment(error)) {
+        const auto content = readRegularFile(files->path().string(), 1024 * 1024);
+        if (!content)
+            continue;
+        const auto list = DesktopEntry::parse(*content);
+        for (const auto& group : list.groups())
+            if (auto path = list.text("Path", group); path && path->starts_with('/'))
+                installations.push_back(*std::move(path));
+    }
+}
+
+} // namespace
+
+LauncherTarget ExecResolver::resolve(std::string_view exec) const {
+    const auto command = execCommand(exec);
+    return command ? resolve(*command) : LauncherTarget{.state = unknown, .program = std::string(exec)};
+}
+
+std::optional<LauncherTarget> ExecResolver::resolve(const DesktopEntry& entry) const {
+    const auto exec = entry.text("Exec");
+    if (!exec || entry.text("Type") != "Application" || entry.isTrue("Hidden"))
+        return std::nullopt;
+    auto target = resolve(*exec);
+    // It says itself when it is to be hidden: that is no fault.
+    if (target.state == missing && entry.text("TryExec"))
+        target.state = unknown;
+    return target;
+}
+
+LauncherTarget ExecResolver::resolve(const ExecCommand& command) const {
+    if (command.kind == ExecCommand::Kind::program) {
+        if (command.name.find('/') == std::string::npos)
+            return inSearchPath(command.name);
+        return {.state = command.name.starts_with('/') ? stateOf(command.name) : unknown,
+                .program = command.name};
+    }
+    const bool isFlatpak = command.kind == ExecCommand::Kind::flatpak;
+    LauncherTarget target{.state = missing, .program = command.name};
+    for (const auto& folder : isFlatpak ? flatpakInstallations : snapFolders) {
+        const auto path = joinedPath(folder, isFlatpak ? "app/" + command.name : command.name);
+        struct stat status {};
+        if (::stat(path.c_str(), &status) == 0)
+            return {.state = found, .program = path};
+        if (errno != ENOENT && errno != ENOTDIR)
+            target.state = unknown;
+    }
+    return target;
+}
+
+LauncherTarget ExecResolver::inSearchPath(const std::string& name) const {
+    LauncherTarget target{.state = missing, .program = name};
+    for (const auto& folder : searchPath) {
+        auto path = joinedPath(folder, name);
+        const auto state = stateOf(path);
+        if (state == found)
+            return {.state = found, .program = std::move(path)};
+        if (state == unknown)
+            target.state = unknown;
+    }
+    return target;
+}
+
+LauncherTarget::State ExecResolver::stateOf(const std::string& path) const {
+    if (isAnyInside(outOfReach, path))
+        return unknown;
+    struct stat status {};
+    if (::stat(path.c_str(), &status) == 0)
+        return S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0 ? found : unknown;
+    if (errno != ENOENT && errno != ENOTDIR)
+        return unknown;
+    return mayComeAndGo(path) ? unknown : missing;
+}
+
+bool ExecResolver::mayComeAndGo(std::string path) const {
+    constexpr int mostLinks = 40;
+    for (int links = 0; links < mostLinks; ++links) {
+        path = standardizedPath(path);
+        if (isAnyInside(removablePlaces, path) || isAnyInside(outOfReach, path))
+            return true;
+        // The first link on the way is followed, and all is asked again of where it leads.
+        std::string followed;
+        std::string above = "/";
+        for (const auto component : pathComponents(path)) {
+            auto here = joinedPath(above, component);
+            std::error_code error;
+            if (const auto target = fs::read_symlink(here, error); !error) {
+                const auto led =
+                    target.string().starts_with('/') ? target.string() : joinedPath(above, target.string());
+                followed = joinedPath(led, std::string_view(path).substr(here.size()));
+                break;
+            }
+            above = std::move(here);
+        }
+        if (followed.empty())
+            return false;
+        path = std::move(followed);
+    }
+    return true;
+}
+
+ExecResolver execResolver(const std::string& home, std::string_view path, std::string_view dataHome) {
+    ExecResolver resolver;
+    const auto addFolder = [&](std::string_view folder) {
+        if (folder.starts_with('/')
+            && std::ranges::find(resolver.searchPath, folder) == resolver.searchPath.end())
+            resolver.searchPath.emplace_back(folder);
+    };
+    while (!path.empty()) {
+        const auto end = std::min(path.find(':'), path.size());
+        addFolder(path.substr(0, end));
+        path.remove_prefix(std::min(end + 1, path.size()));
+    }
+    std::ranges::for_each(usualPrograms, addFolder);
+    for (const auto* inHome : {".local/bin", "bin"})
+        addFolder(joinedPath(home, inHome));
+    resolver.flatpakInstallations = {joinedPath(home, ".local/share/flatpak"), "/var/lib/flatpak"};
+    if (dataHome.starts_with('/'))
+        resolver.flatpakInstallations.push_back(joinedPath(dataHome, "flatpak"));
+    addFurtherInstallations(resolver.flatpakInstallations);
+    resolver.snapFolders = {"/snap", "/var/lib/snapd/snap"};
+    for (const auto& folder : {resolver.flatpakInstallations[0], resolver.flatpakInstallations[1]})
+        addFolder(joinedPath(folder, "exports/bin"));
+    return resolver;
+}
+
+} // namespace orbel::platform

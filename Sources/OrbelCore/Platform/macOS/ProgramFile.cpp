@@ -1,0 +1,10 @@
+#include "Platform/ProgramFile.h"
+
+namespace orbel::platform {
+
+// An application is a folder there.
+bool isSelfContainedProgram(const std::string& /*path*/) {
+    return false;
+}
+
+} // namespace orbel::platform

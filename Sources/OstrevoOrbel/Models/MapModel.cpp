@@ -1,0 +1,304 @@
+#include "Models/MapModel.h"
+
+#include "Delete/DeletionItem.h"
+#include "Map/TreemapModel.h"
+#include "Models/ByteFigure.h"
+#include "Models/Wording.h"
+#include "Util/PathText.h"
+
+#include <bit>
+
+namespace orbel {
+
+namespace {
+
+/// Up to this many nodes are summed up at once; more would hold up the main thread.
+constexpr std::uint32_t fewNodes = 20'000;
+
+} // namespace
+
+MapModel::MapModel(QObject* parent) : QObject(parent), tree_(std::make_shared<FileTree>()) {}
+
+void MapModel::setApp(AppModel* app) {
+    if (app == app_)
+        return;
+    if (app_ != nullptr)
+        disconnect(app_, nullptr, this, nullptr);
+    app_ = app;
+    policy_.reset();
+    if (app_ != nullptr) {
+        policy_ = std::make_shared<const SafetyPolicy>(app_->policy());
+        connect(app_, &AppModel::treeChanged, this, &MapModel::takeTree);
+        connect(app_, &AppModel::mapNodeWanted, this, &MapModel::show);
+        takeTree();
+    }
+    Q_EMIT appChanged();
+}
+
+void MapModel::takeTree() {
+    setTree(app_->tree(), app_->coverage());
+}
+
+void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage) {
+    const bool isSameScan = tree->count() == tree_->count() && tree->rootPath == tree_->rootPath;
+    tree_ = std::move(tree);
+    coverage_ = std::move(coverage);
+    if (isSameScan && tree_->count() > 0) {
+        const auto isGone = [this](NodeIndex node) { return !tree_->isAttached(node); };
+        std::erase_if(back_, isGone);
+        std::erase_if(forward_, isGone);
+        // What was detached knows what held it, however many levels of it went.
+        while (isGone(focus_))
+            focus_ = tree_->parent(focus_).value_or(
+                tree_->detachedFrom.contains(focus_) ? tree_->detachedFrom.at(focus_) : 0);
+        if (selected_ && isGone(*selected_))
+            selected_.reset();
+    } else {
+        back_.clear();
+        forward_.clear();
+        selected_.reset();
+        const auto again = focusPath_.empty() ? std::nullopt : tree_->index(focusPath_, canonicalizer());
+        focus_ = again && TreemapModel::isPlainFolder(*tree_, *again) ? *again : 0;
+    }
+    showFocus();
+    Q_EMIT selectionChanged();
+    updateSafety();
+}
+
+void MapModel::show(quint32 node) {
+    if (node >= tree_->count() || !tree_->isAttached(node))
+        return;
+    if (TreemapModel::isPlainFolder(*tree_, node)) {
+        setFocus(node);
+    } else {
+        setFocus(tree_->parent(node).value_or(0));
+        select(node);
+    }
+}
+
+void MapModel::goBack() {
+    if (back_.empty())
+        return;
+    const NodeIndex to = back_.back();
+    back_.pop_back();
+    forward_.push_back(focus_);
+    focus_ = to;
+    showFocus();
+}
+
+void MapModel::goForward() {
+    if (forward_.empty())
+        return;
+    const NodeIndex to = forward_.back();
+    forward_.pop_back();
+    back_.push_back(focus_);
+    focus_ = to;
+    showFocus();
+}
+
+void MapModel::goUp() {
+    if (!canGoUp())
+        return;
+    const NodeIndex left = focus_;
+    setFocus(tree_->parent(left).value_or(0));
+    select(left);
+}
+
+void MapModel::goToRoot() {
+    if (canGoUp())
+        setFocus(0);
+}
+
+void MapModel::setFocus(NodeIndex node) {
+    if (node == focus_)
+        return;
+    back_.push_back(focus_);
+    forward_.clear();
+    focus_ = node;
+    showFocus();
+}
+
+void MapModel::showFocus() {
+    if (tree_->count() > 0)
+        focusPath_ = tree_->walkedPath(focus_);
+    crumbs_.setFolder(*tree_, focus_, rootName());
+    list_.setFolder(tree_, focus_);
+    // A selection outside what is shown would be acted upon unseen.
+    if (selected_ && list_.rowOf(*selected_) < 0)
+        clearSelection();
+    updateLegend();
+    Q_EMIT focusChanged();
+    Q_EMIT selectionChanged();
+}
+
+void MapModel::select(quint32 node) {
+    if (node >= tree_->count() || selected_ == node)
+        return;
+    selected_ = node;
+    Q_EMIT selectionChanged();
+    updateSafety();
+}
+
+void MapModel::selectRow(int row) {
+    if (row >= 0 && row < list_.rowCount())
+        select(list_.nodeAt(row));
+}
+
+void MapModel::clearSelection() {
+    if (!selected_)
+        return;
+    selected_.reset();
+    Q_EMIT selectionChanged();
+    updateSafety();
+}
+
+void MapModel::toggleKind(int kind) {
+    legend_.setChosen(legend_.chosen() ^ 1U << static_cast<unsigned>(kind));
+    Q_EMIT legendChanged();
+}
+
+void MapModel::clearFilter() {
+    legend_.setChosen(0);
+    Q_EMIT legendChanged();
+}
+
+void MapModel::updateLegend() {
+    const int job = ++legendJob_;
+    const auto take = [this, job](const KindTotals& totals) {
+        if (job != legendJob_)
+            return;
+        legend_.setTotals(totals);
+        Q_EMIT legendChanged();
+    };
+    if (tree_->count() == 0)
+        take({});
+    else if (tree_->descendantCount(focus_) <= fewNodes)
+        take(kindTotals(*tree_, focus_));
+    else
+        inbox_.runAside(
+            "orbel.kinds", [tree = tree_, focus = focus_] { return kindTotals(*tree, focus); }, take);
+}
+
+/// Asking the policy asks the disk, which may be asleep.
+void MapModel::updateSafety() {
+    const int job = ++safetyJob_;
+    isMovable_ = false;
+    refusal_.clear();
+    Q_EMIT safetyChanged();
+    if (!selected_ || !policy_)
+        return;
+    inbox_.runAside(
+        "orbel.safety",
+        [tree = tree_, node = *selected_, policy = policy_] {
+            return DeletionItem::fromTree(*tree, node, DeletionModule::map, *policy);
+        },
+        [this, job](const std::optional<DeletionItem>& item) {
+            if (job != safetyJob_)
+                return;
+            isMovable_ = item && item->isSelectable();
+            refusal_ = !item                  ? tr("It is not there any more")
+                       : item->isSelectable() ? QString()
+                                              : textOf(*item->blockedReason);
+            Q_EMIT safetyChanged();
+        });
+}
+
+std::optional<NodeIndex> MapModel::zoomTarget(NodeIndex node) const {
+    while (!TreemapModel::isPlainFolder(*tree_, node)) {
+        const auto parent = tree_->parent(node);
+        if (!parent)
+            return std::nullopt;
+        node = *parent;
+    }
+    return node == focus_ ? std::nullopt : std::optional(node);
+}
+
+MapItemFacts MapModel::facts(quint32 node) const {
+    if (node >= tree_->count())
+        return {};
+    const auto path = tree_->path(node, canonicalizer());
+    const auto whole = focusBytes();
+    return {.valid = true,
+            .node = node,
+            .name = node == 0 ? rootName() : textOf(tree_->nameBytes(node)),
+            .kind = static_cast<int>(TreemapModel::representativeKind(*tree_, node)),
+            .kindName = kindText(*tree_, node),
+            .size = ByteFigure(tree_->allocated(node)).text(),
+            .path = textOf(tildePath(path, home())),
+            .folder = textOf(tildePath(parentPath(path), home())),
+            .changed = changedText(*tree_, node),
+            .share = tr("%1 of %2").arg(shareText(tree_->allocated(node), whole), focusName()),
+            .zoomable = zoomTarget(node).has_value()};
+}
+
+QString MapModel::focusName() const {
+    if (tree_->count() == 0)
+        return {};
+    return focus_ == 0 ? rootName() : textOf(tree_->nameBytes(focus_));
+}
+
+std::uint64_t MapModel::focusBytes() const {
+    if (tree_->count() == 0)
+        return 0;
+    return tree_->allocated(focus_) + (focus_ == 0 && coverage_ ? coverage_->notMeasured() : 0);
+}
+
+QString MapModel::rootName() const {
+    if (coverage_)
+        return tr("This disk");
+    return textOf(tildePath(tree_->rootPath, home()));
+}
+
+QString MapModel::listSummary() const {
+    auto summary = countOf(static_cast<std::uint64_t>(list_.rowCount()), tr("item"), tr("items"));
+    if (focus_ == 0 && coverage_ && coverage_->notMeasured() > 0)
+        summary += tr(", and %1 not measured").arg(ByteFigure(coverage_->notMeasured()).text());
+    return summary;
+}
+
+QString MapModel::share() const {
+    if (tree_->count() == 0)
+        return {};
+    QString words = ByteFigure(focusBytes()).text();
+    if (focus_ != 0)
+        words = tr("%1 · %2 of what was measured").arg(words, shareText(focusBytes(), tree_->allocated(0)));
+    else
+        words = coverage_ ? tr("%1 used").arg(words) : tr("%1 measured").arg(words);
+    if (chosenKinds() == 0)
+        return words;
+    std::uint64_t shown = 0;
+    for (const FileKind kind : allFileKinds) {
+        if ((chosenKinds() >> static_cast<unsigned>(kind) & 1U) != 0)
+            shown += legend_.totals().at(static_cast<std::size_t>(kind));
+    }
+    return tr("%1 · filtered to %2, %3").arg(words, filterText(), ByteFigure(shown).text());
+}
+
+QString MapModel::filterText() const {
+    const int count = std::popcount(chosenKinds());
+    if (count == 0)
+        return {};
+    return count == 1 ? textOf(title(static_cast<FileKind>(filterKind()))) : tr("%1 kinds").arg(count);
+}
+
+int MapModel::filterKind() const {
+    return std::has_single_bit(chosenKinds()) ? std::countr_zero(chosenKinds()) : -1;
+}
+
+MapItemFacts MapModel::selection() const {
+    return selected_ ? facts(*selected_) : MapItemFacts();
+}
+
+int MapModel::selectedRow() const {
+    return selected_ ? list_.rowOf(*selected_) : -1;
+}
+
+const PathCanonicalizer& MapModel::canonicalizer() const {
+    return policy_ ? policy_->canonicalizer() : PathCanonicalizer::shared();
+}
+
+std::string MapModel::home() const {
+    return app_ == nullptr ? std::string() : app_->home();
+}
+
+} // namespace orbel

@@ -1,0 +1,143 @@
+#pragma once
+
+#include "AppModel/AppModel.h"
+#include "Models/MapCrumbsModel.h"
+#include "Models/MapLegendModel.h"
+#include "Models/MapListModel.h"
+#include "Models/MapWords.h"
+
+#include <memory>
+#include <optional>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+#include <vector>
+
+namespace orbel {
+
+/// What the map screen is about: the folder that fills the map, the way there, what is selected in it, and
+/// the kinds that are shown. Lives on the main thread and follows the application's tree: after a new scan it
+/// shows the same folder again where there still is one, and after a removal the nearest folder that is left.
+class MapModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(orbel::AppModel* app READ app WRITE setApp NOTIFY appChanged)
+
+    /// The node whose children fill the map.
+    Q_PROPERTY(quint32 focus READ focus NOTIFY focusChanged)
+    Q_PROPERTY(QString focusName READ focusName NOTIFY focusChanged)
+    Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY focusChanged)
+    Q_PROPERTY(bool canGoForward READ canGoForward NOTIFY focusChanged)
+    Q_PROPERTY(bool canGoUp READ canGoUp NOTIFY focusChanged)
+    Q_PROPERTY(orbel::MapCrumbsModel* crumbs READ crumbs CONSTANT)
+    Q_PROPERTY(orbel::MapListModel* list READ list CONSTANT)
+    /// "9 items", "4 items, and 31.5 GB not measured"
+    Q_PROPERTY(QString listSummary READ listSummary NOTIFY focusChanged)
+    /// "345.2 GB · 88 % of what was measured"
+    Q_PROPERTY(QString share READ share NOTIFY legendChanged)
+
+    Q_PROPERTY(orbel::MapLegendModel* legend READ legend CONSTANT)
+    /// "Video", "2 kinds"; empty when all are shown.
+    Q_PROPERTY(QString filterText READ filterText NOTIFY legendChanged)
+    /// The kind when exactly one is chosen, else -1.
+    Q_PROPERTY(int filterKind READ filterKind NOTIFY legendChanged)
+
+    Q_PROPERTY(orbel::MapItemFacts selection READ selection NOTIFY selectionChanged)
+    /// The row of the list that is, or holds, what is selected; -1 for none.
+    Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectionChanged)
+    /// Why what is selected cannot be moved to the Trash; empty when it can, or when that is not known yet.
+    Q_PROPERTY(QString refusal READ refusal NOTIFY safetyChanged)
+    Q_PROPERTY(bool movable READ isMovable NOTIFY safetyChanged)
+
+public:
+    explicit MapModel(QObject* parent = nullptr);
+
+    // Intents.
+
+    /// Shows a folder; of anything else, the folder that it lies in, and selects it.
+    Q_INVOKABLE void show(quint32 node);
+    Q_INVOKABLE void goBack();
+    Q_INVOKABLE void goForward();
+    /// Shows the folder above and selects the one that was left.
+    Q_INVOKABLE void goUp();
+    Q_INVOKABLE void goToRoot();
+    Q_INVOKABLE void select(quint32 node);
+    Q_INVOKABLE void selectRow(int row);
+    Q_INVOKABLE void clearSelection();
+    /// Shows only this kind among those that are chosen, or no longer.
+    Q_INVOKABLE void toggleKind(int kind);
+    Q_INVOKABLE void clearFilter();
+    Q_INVOKABLE orbel::MapItemFacts facts(quint32 node) const;
+
+    /// Where zooming in on a node leads; absent when that is where the map is.
+    std::optional<NodeIndex> zoomTarget(NodeIndex node) const;
+
+    /// Shows a tree. With the application set, this happens by itself.
+    void setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage);
+
+    // State.
+
+    AppModel* app() const { return app_; }
+    void setApp(AppModel* app);
+    const FileTree& tree() const { return *tree_; }
+    const std::optional<Coverage>& coverage() const { return coverage_; }
+    quint32 focus() const { return focus_; }
+    QString focusName() const;
+    /// What the whole map stands for.
+    std::uint64_t focusBytes() const;
+    bool canGoBack() const { return !back_.empty(); }
+    bool canGoForward() const { return !forward_.empty(); }
+    bool canGoUp() const { return focus_ != 0; }
+    MapCrumbsModel* crumbs() { return &crumbs_; }
+    MapListModel* list() { return &list_; }
+    QString listSummary() const;
+    QString share() const;
+    MapLegendModel* legend() { return &legend_; }
+    unsigned chosenKinds() const { return legend_.chosen(); }
+    QString filterText() const;
+    int filterKind() const;
+    std::optional<NodeIndex> selectedNode() const { return selected_; }
+    MapItemFacts selection() const;
+    int selectedRow() const;
+    QString refusal() const { return refusal_; }
+    bool isMovable() const { return isMovable_; }
+
+Q_SIGNALS:
+    void appChanged();
+    /// Another tree, or another folder of it: the map is to be laid out again.
+    void focusChanged();
+    void legendChanged();
+    void selectionChanged();
+    void safetyChanged();
+
+private:
+    void takeTree();
+    void setFocus(NodeIndex node);
+    void showFocus();
+    void updateLegend();
+    void updateSafety();
+    QString rootName() const;
+    const PathCanonicalizer& canonicalizer() const;
+    std::string home() const;
+
+    AppModel* app_ = nullptr;
+    std::shared_ptr<const FileTree> tree_;
+    std::optional<Coverage> coverage_;
+    NodeIndex focus_ = 0;
+    std::string focusPath_; ///< where to return to in the next tree
+    std::vector<NodeIndex> back_;
+    std::vector<NodeIndex> forward_;
+    std::optional<NodeIndex> selected_;
+    MapCrumbsModel crumbs_;
+    MapListModel list_;
+    MapLegendModel legend_;
+    QString refusal_;
+    bool isMovable_ = false;
+    std::shared_ptr<const SafetyPolicy> policy_; ///< a copy, for threads that may outlive the application
+
+    int legendJob_ = 0; ///< what is under way for an older folder, or selection, is dropped
+    int safetyJob_ = 0;
+    Inbox inbox_;
+};
+
+} // namespace orbel

@@ -1,0 +1,25 @@
+#include "Models/MapWords.h"
+
+#include "Map/TreemapModel.h"
+#include "Models/Wording.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+namespace orbel {
+
+QString shareText(std::uint64_t bytes, std::uint64_t whole) {
+    const double percent = whole == 0 ? 0 : 100.0 * static_cast<double>(bytes) / static_cast<double>(whole);
+    return QString::number(percent, 'f', percent < 9.95 ? 1 : 0) + QStringLiteral(" %");
+}
+
+QString changedText(const FileTree& tree, NodeIndex node) {
+    const auto time = QDateTime::fromSecsSinceEpoch(tree.modified(node).time_since_epoch().count());
+    return QLocale(QLocale::English).toString(time, QStringLiteral("d MMMM yyyy 'at' HH:mm"));
+}
+
+QString kindText(const FileTree& tree, NodeIndex node) {
+    return TreemapModel::isPlainFolder(tree, node) ? QObject::tr("Folder") : textOf(title(tree.kind(node)));
+}
+
+} // namespace orbel

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "Map/TreemapTile.h"
+#include "Scan/FileTree.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+
+namespace orbel {
+
+/// "1.5 %" of a whole; whole numbers from 10 on.
+QString shareText(std::uint64_t bytes, std::uint64_t whole);
+
+/// "2 October 2025 at 17:40", in the local time of this computer.
+QString changedText(const FileTree& tree, NodeIndex node);
+
+/// "Folder", else the kind's name.
+QString kindText(const FileTree& tree, NodeIndex node);
+
+/// What the map's panes, its menu and the status line say of one file or folder. A plain value.
+class MapItemFacts {
+    Q_GADGET
+    QML_VALUE_TYPE(mapItemFacts)
+    /// Whether this says anything; everything else is empty when not.
+    Q_PROPERTY(bool valid MEMBER valid)
+    Q_PROPERTY(quint32 node MEMBER node)
+    Q_PROPERTY(QString name MEMBER name)
+    Q_PROPERTY(int kind MEMBER kind)
+    Q_PROPERTY(QString kindName MEMBER kindName)
+    Q_PROPERTY(QString size MEMBER size)
+    /// For people: with "~" in place of the home.
+    Q_PROPERTY(QString path MEMBER path)
+    Q_PROPERTY(QString folder MEMBER folder)
+    Q_PROPERTY(QString changed MEMBER changed)
+    /// "1.5 % of mira"
+    Q_PROPERTY(QString share MEMBER share)
+    /// Zooming in on it leads somewhere else.
+    Q_PROPERTY(bool zoomable MEMBER zoomable)
+
+public:
+    bool valid = false;
+    quint32 node = 0;
+    QString name;
+    int kind = 0;
+    QString kindName;
+    QString size;
+    QString path;
+    QString folder;
+    QString changed;
+    QString share;
+    bool zoomable = false;
+
+    bool operator==(const MapItemFacts&) const = default;
+};
+
+} // namespace orbel

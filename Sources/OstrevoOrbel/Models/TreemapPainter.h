@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Map/MapColors.h"
+#include "Map/TileFace.h"
+
+#include <array>
+#include <functional>
+#include <QFont>
+#include <QFontMetricsF>
+#include <QImage>
+#include <QPainter>
+#include <span>
+
+namespace orbel {
+
+/// Draws the tiles of a map, in device pixels. Made for one painting.
+class TreemapPainter {
+public:
+    struct Style {
+        bool isDark = false;
+        QString family;
+        double scale = 1;         ///< device pixels a point
+        unsigned chosenKinds = 0; ///< what is not among these is drawn pale; 0: everything is
+        std::function<bool(NodeIndex)> isTicked;
+    };
+
+    /// `painter` draws in device pixels; it and `style` must live as long as this.
+    TreemapPainter(QPainter& painter, const Style& style);
+
+    /// In the order of the list: children after their folder.
+    void draw(std::span<const TreemapTile> tiles);
+
+private:
+    void drawFolder(const TreemapTile& tile, const TileBox& box);
+    void drawGround(const TreemapTile& tile, const QRect& rect, bool isPale);
+    void drawWords(const TreemapTile& tile, const TileFace& face, const QRect& rect, bool isTicked);
+    void drawLine(const QString& words, const QFont& font, const QFontMetricsF& metrics, const QRectF& line,
+                  Qt::Alignment side, QRgb color);
+    void drawGlyph(FileKind kind, const QRect& rect, const TileFace& face);
+    void drawTick(const QRect& rect);
+
+    double px(double points) const { return points * style_.scale; }
+    const QFont& font(const TileFace& face, bool isBold) const;
+    const QFontMetricsF& metrics(const TileFace& face, bool isBold) const;
+
+    QPainter& painter_;
+    const Style& style_;
+    const MapColors& colors_;
+    // Small and medium, regular and bold.
+    std::array<QFont, 4> fonts_;
+    std::vector<QFontMetricsF> metrics_;
+    QBrush hatch_;
+    std::array<QImage, allFileKinds.size()> glyphs_;
+};
+
+} // namespace orbel

@@ -1,0 +1,73 @@
+#include "Services/AfterScan.h"
+
+#include "AppModel/AppModel.h"
+#include "CommandOutput.h"
+#include "Services/WindowSnapshot.h"
+
+#include <chrono>
+#include <QCoreApplication>
+#include <QMouseEvent>
+#include <QQuickWindow>
+#include <QTimer>
+#include <random>
+
+namespace orbel {
+
+namespace {
+
+constexpr double settlingSeconds = 1.5;
+
+} // namespace
+
+AfterScan::AfterScan(AppModel& model, QQuickWindow& window, Quit quit)
+    : model_(model), window_(window), quit_(std::move(quit)) {
+    const auto& options = model.options();
+    if (options.snapshotPath || options.quitAfterScan)
+        connect(&model, &AppModel::scanFinished, this, &AfterScan::begin);
+}
+
+void AfterScan::begin() {
+    const std::chrono::duration<double> delay(
+        std::max(model_.options().snapshotDelay.value_or(settlingSeconds), 0.0));
+    QTimer::singleShot(std::chrono::duration_cast<std::chrono::milliseconds>(delay), this,
+                       &AfterScan::finish);
+}
+
+void AfterScan::finish() {
+    int status = ExitStatus::done;
+    moveThePointer();
+    const auto& options = model_.options();
+    if (options.snapshotPath) {
+        if (!writeWindowSnapshot(window_, *options.snapshotPath)) {
+            say("The picture of the window could not be written to " + *options.snapshotPath);
+            status = ExitStatus::incomplete;
+        }
+        if (model_.diagnostics() != nullptr)
+            model_.diagnostics()->mark("snapshotTaken");
+    }
+    if (options.quitAfterScan)
+        quit_(status);
+}
+
+/// The same ways in every run, so that two runs can be compared.
+void AfterScan::moveThePointer() {
+    auto* const diagnostics = model_.diagnostics();
+    const auto hovers = model_.options().simulatedHovers;
+    if (hovers <= 0)
+        return;
+    if (diagnostics != nullptr)
+        diagnostics->mark("hoverStarted");
+    std::minstd_rand random(1); // NOLINT(bugprone-random-generator-seed,cert-msc51-cpp): see above
+    std::uniform_real_distribution<double> share(0, 1);
+    for (std::int64_t i = 0; i < hovers; ++i) {
+        const QPointF place(share(random) * window_.width(), share(random) * window_.height());
+        QMouseEvent move(QEvent::MouseMove, place, window_.mapToGlobal(place), Qt::NoButton, Qt::NoButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(&window_, &move);
+        QCoreApplication::processEvents();
+    }
+    if (diagnostics != nullptr)
+        diagnostics->mark("hoverEnded");
+}
+
+} // namespace orbel

@@ -1,0 +1,48 @@
+#include "Services/InstanceRequest.h"
+
+#include "Util/FileUrl.h"
+#include "Util/JsonText.h"
+#include "Util/PathText.h"
+#include "Util/StrictJson.h"
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <system_error>
+
+namespace orbel {
+
+InstanceRequest InstanceRequest::of(const LaunchOptions& options) {
+    InstanceRequest request{.scanPath = options.scanPath, .screen = options.openScreen};
+    if (request.scanPath && !request.scanPath->starts_with('/')) {
+        std::error_code error;
+        const auto here = std::filesystem::current_path(error);
+        request.scanPath = joinedPath(here.native(), *request.scanPath);
+    }
+    return request;
+}
+
+QByteArray InstanceRequest::text() const {
+    nlohmann::json json = nlohmann::json::object();
+    // A URL, because a path may be no text.
+    if (scanPath)
+        json["scan"] = fileUrl(*scanPath);
+    if (screen)
+        json["screen"] = screenNames.at(static_cast<std::size_t>(*screen));
+    return QByteArray::fromStdString(compactJson(json) + "\n");
+}
+
+InstanceRequest InstanceRequest::fromText(const QByteArray& text) {
+    InstanceRequest request;
+    try {
+        const auto json = nlohmann::json::parse(text.begin(), text.end());
+        if (json.contains("scan"))
+            request.scanPath = pathOfFileUrl(textAt(json, "scan"));
+        if (json.contains("screen"))
+            request.screen = screenNamed(textAt(json, "screen"));
+    } catch (const nlohmann::json::exception&) {
+        return {};
+    }
+    return request;
+}
+
+} // namespace orbel

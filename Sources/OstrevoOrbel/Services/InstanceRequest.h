@@ -1,0 +1,27 @@
+#pragma once
+
+#include "LaunchOptions.h"
+#include "Screen.h"
+
+#include <optional>
+#include <QByteArray>
+#include <string>
+
+namespace orbel {
+
+/// What a second start asks of the application that runs already, besides coming to the front.
+struct InstanceRequest {
+    std::optional<std::string> scanPath; ///< absolute
+    std::optional<Screen> screen;
+
+    /// A relative path is taken from the current folder of this process, which the other one does not have.
+    static InstanceRequest of(const LaunchOptions& options);
+
+    /// One line of JSON, and what it says; a text of another form asks for nothing.
+    QByteArray text() const;
+    static InstanceRequest fromText(const QByteArray& text);
+
+    bool operator==(const InstanceRequest&) const = default;
+};
+
+} // namespace orbel

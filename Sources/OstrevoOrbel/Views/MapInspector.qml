@@ -1,0 +1,129 @@
+import QtQuick
+import OstrevoOrbel
+
+/// The facts of what is selected on the map.
+Item {
+    id: inspector
+
+    required property MapModel map
+    readonly property mapItemFacts facts: map.selection
+
+    component Fact: Item {
+        property alias label: label.text
+        property alias value: value.text
+        property alias valueColor: value.color
+        property bool isPath: false
+
+        Accessible.name: label.text + ": " + value.text
+        Accessible.role: Accessible.StaticText
+        implicitHeight: Theme.px(22)
+        width: parent.width
+
+        ThemedText {
+            id: label
+
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.text2
+            role: ThemedText.Small
+            width: Theme.px(76)
+        }
+        ThemedText {
+            id: value
+
+            anchors.left: label.right
+            anchors.leftMargin: 8
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            elide: parent.isPath ? Text.ElideMiddle : Text.ElideRight
+            role: ThemedText.Small
+        }
+    }
+
+    implicitHeight: Math.max(Theme.px(72), inspector.facts.valid ? column.implicitHeight + 28 : 0)
+
+    Rectangle {
+        color: Theme.line
+        height: 1
+        width: parent.width
+    }
+    ThemedText {
+        anchors.centerIn: parent
+        color: Theme.text3
+        horizontalAlignment: Text.AlignHCenter
+        role: ThemedText.Small
+        text: qsTr("Select a tile or a row to see what it is.")
+        visible: !inspector.facts.valid
+        width: parent.width - 32
+        wrapMode: Text.Wrap
+    }
+    Column {
+        id: column
+
+        anchors.left: parent.left
+        anchors.leftMargin: 16
+        anchors.right: parent.right
+        anchors.rightMargin: 16
+        anchors.top: parent.top
+        anchors.topMargin: 16
+        visible: inspector.facts.valid
+
+        Item {
+            height: Theme.px(40)
+            width: parent.width
+
+            KindChip {
+                id: chip
+
+                anchors.top: parent.top
+                anchors.topMargin: 3
+                kind: inspector.facts.valid ? inspector.facts.kind : 7
+                size: Theme.px(28)
+            }
+            ThemedText {
+                id: name
+
+                Accessible.name: text
+                Accessible.role: Accessible.Heading
+                anchors.left: chip.right
+                anchors.leftMargin: 10
+                anchors.right: parent.right
+                bold: true
+                elide: Text.ElideMiddle
+                objectName: "map.selectedName"
+                text: inspector.facts.name
+            }
+            ThemedText {
+                anchors.left: name.left
+                anchors.right: parent.right
+                anchors.top: name.bottom
+                color: Theme.text2
+                role: ThemedText.Small
+                text: qsTr("%1 · %2 on disk").arg(inspector.facts.kindName).arg(inspector.facts.size)
+            }
+        }
+        Item {
+            height: 6
+            width: 1
+        }
+        Fact {
+            isPath: true
+            label: qsTr("Folder")
+            value: inspector.facts.folder
+        }
+        Fact {
+            label: qsTr("Changed")
+            value: inspector.facts.changed
+        }
+        Fact {
+            label: qsTr("Share")
+            value: inspector.facts.share
+        }
+        Fact {
+            isPath: true
+            label: qsTr("Safety")
+            objectName: "map.safety"
+            value: inspector.map.movable ? qsTr("Can be moved to the Trash") : inspector.map.refusal
+            valueColor: inspector.map.movable ? Theme.ok : Theme.ink
+        }
+    }
+}

@@ -1,0 +1,78 @@
+import QtQuick
+import OstrevoOrbel
+
+/// The marks over the map: what is hovered, selected and focused. Nothing of the map is painted again for them.
+Item {
+    id: marks
+
+    required property TreemapItem treemap
+
+    component Frame: Rectangle {
+        property rect box
+        property int inset: 0
+
+        border.width: 1
+        color: "transparent"
+        height: box.height - 2 * inset
+        visible: box.width > 2 * inset && box.height > 2 * inset
+        width: box.width - 2 * inset
+        x: box.x + inset
+        y: box.y + inset
+    }
+
+    Frame {
+        border.color: Theme.ink
+        border.width: 2
+        box: marks.treemap.hoverBox
+        objectName: "map.hover"
+    }
+    Frame {
+        border.color: Theme.accent
+        border.width: 3
+        box: marks.treemap.selectedBox
+        objectName: "map.selected"
+
+        Frame {
+            border.color: Theme.surface
+            box: Qt.rect(0, 0, parent.width, parent.height)
+            inset: 3
+        }
+    }
+    // Light, dark, light: seen on every colour.
+    Item {
+        id: ring
+
+        readonly property int inset: marks.treemap.selectedBox === marks.treemap.currentBox ? 4 : 0
+
+        objectName: "map.focus"
+        visible: marks.treemap.focusShown
+
+        Frame {
+            border.color: Theme.surface
+            box: marks.treemap.currentBox
+            inset: ring.inset
+        }
+        Frame {
+            border.color: Theme.ink
+            border.width: 2
+            box: marks.treemap.currentBox
+            inset: ring.inset + 1
+        }
+        Frame {
+            border.color: Theme.surface
+            box: marks.treemap.currentBox
+            inset: ring.inset + 3
+        }
+    }
+    Item {
+        height: marks.treemap.hoverBox.height
+        width: marks.treemap.hoverBox.width
+        x: marks.treemap.hoverBox.x
+        y: marks.treemap.hoverBox.y
+
+        Hint {
+            text: marks.treemap.hoverHint
+            visible: text !== ""
+        }
+    }
+}
