@@ -7,9 +7,9 @@
 
 namespace orbel {
 
-/// What both programs do before anything else. A headless command in `arguments` (all words, the program's own
-/// path first) ends the process itself; `--help`, which ends with `moreHelp`, and `--version` give a status;
-/// absent when no such word is there.
+/// What both programs do before anything else. A headless command in `arguments` (all words, the program's
+/// own path first) ends the process itself; `--help`, which ends with `moreHelp`, and `--version` give a
+/// status; absent when no such word is there.
 std::optional<int> runCommandIfRequested(std::span<const std::string> arguments, std::string_view moreHelp);
 
 /// The program that has no window. Runs what `arguments` (all words, the program's own path first) ask for: a

@@ -191,6 +191,11 @@ TEST(WindowSettings, ApplyAtOnce) {
     scene.item(QStringLiteral("settings.threshold"))->forceActiveFocus(Qt::TabFocusReason);
     scene.press(Qt::Key_Down);
     EXPECT_EQ(scene.app().lowDiskThreshold(), 20'000'000'000U);
+    scene.click(QStringLiteral("settings.threshold"));
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("50 GB")); }));
+    scene.press(Qt::Key_Down);
+    scene.press(Qt::Key_Return);
+    EXPECT_EQ(scene.app().lowDiskThreshold(), 50'000'000'000U);
     scene.click(QStringLiteral("settings.login"));
     EXPECT_TRUE(scene.app().opensAtLogin());
 }

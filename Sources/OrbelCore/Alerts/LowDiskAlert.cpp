@@ -4,7 +4,8 @@
 
 namespace orbel {
 
-std::optional<LowDiskAlert::Message> LowDiskAlert::evaluate(std::uint64_t free, const LowDiskSettings& settings,
+std::optional<LowDiskAlert::Message> LowDiskAlert::evaluate(std::uint64_t free,
+                                                            const LowDiskSettings& settings,
                                                             std::chrono::system_clock::time_point now) {
     if (!settings.enabled || free >= settings.threshold)
         return std::nullopt;

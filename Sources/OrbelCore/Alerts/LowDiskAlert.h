@@ -9,8 +9,8 @@
 
 namespace orbel {
 
-/// The rule by which the user is told that the disk is nearly full: while it is, once in half an hour. A plain
-/// value; what it remembers does not outlive the process.
+/// The rule by which the user is told that the disk is nearly full: while it is, once in half an hour. A
+/// plain value; what it remembers does not outlive the process.
 struct LowDiskAlert {
     static constexpr std::chrono::seconds cooldown{1800};     ///< between two messages
     static constexpr std::chrono::seconds checkInterval{300}; ///< between two checks

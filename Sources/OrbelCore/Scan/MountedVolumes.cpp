@@ -20,7 +20,8 @@ bool isOnDisk(const platform::Mount& mount) {
 
 } // namespace
 
-std::vector<MountedVolume> mountedVolumes(const std::vector<platform::Mount>& mounts, const ReadVolume& read) {
+std::vector<MountedVolume> mountedVolumes(const std::vector<platform::Mount>& mounts,
+                                          const ReadVolume& read) {
     std::vector<const platform::Mount*> candidates;
     for (const auto& mount : mounts) {
         if (isOnDisk(mount))

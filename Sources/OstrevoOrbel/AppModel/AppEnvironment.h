@@ -11,12 +11,12 @@
 #include "Services/LoginItem.h"
 #include "Services/Notifier.h"
 
-#include <QSettings>
 #include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <QSettings>
 #include <string>
 #include <vector>
 

@@ -22,17 +22,17 @@
 
 #include <QObject>
 #include <QTimer>
-#include <QUrl>
 #include <QtQml/qqmlregistration.h>
+#include <QUrl>
 
 namespace orbel {
 
 /// The one object behind every screen: it owns the services, holds all that the screens show, and runs what
 /// takes long on threads of its own, publishing the results on the main thread.
 ///
-/// Made, used and destroyed on the main thread. A result is taken only if it belongs to what was asked for last:
-/// each scan has a token, and what comes with another token is dropped. Screens get it as a property named `app`
-/// and call one of its intents for each action of the user.
+/// Made, used and destroyed on the main thread. A result is taken only if it belongs to what was asked for
+/// last: each scan has a token, and what comes with another token is dropped. Screens get it as a property
+/// named `app` and call one of its intents for each action of the user.
 class AppModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -40,7 +40,8 @@ class AppModel final : public QObject {
 
     // What is shown.
 
-    /// "overview", "map", "large", "duplicates", "uninstall", "tidy" or "journal"; other words change nothing.
+    /// "overview", "map", "large", "duplicates", "uninstall", "tidy" or "journal"; other words change
+    /// nothing.
     Q_PROPERTY(QString screen READ screenName WRITE setScreenName NOTIFY screenChanged)
     /// The same as a number, in the order of the sidebar.
     Q_PROPERTY(int screenIndex READ screenIndex NOTIFY screenChanged)
@@ -76,7 +77,8 @@ class AppModel final : public QObject {
 
     // The disk.
 
-    /// The volume of the user's data, and the one that was measured last (the same unless another was chosen).
+    /// The volume of the user's data, and the one that was measured last (the same unless another was
+    /// chosen).
     Q_PROPERTY(orbel::DiskLedger* disk READ disk CONSTANT)
     Q_PROPERTY(orbel::DiskLedger* ledger READ ledger CONSTANT)
     /// "5.8 GB", or "—" when it is not known.
@@ -167,8 +169,8 @@ public:
     const std::string& scanRootPath() const { return scanRoot_; }
     /// Of the running scan, the latest.
     const std::optional<ScanProgress>& progress() const { return progress_; }
-    /// Never null; empty before the first scan and while one runs. It never changes: an edited tree is another
-    /// one. Whoever works with it on another thread holds its own reference.
+    /// Never null; empty before the first scan and while one runs. It never changes: an edited tree is
+    /// another one. Whoever works with it on another thread holds its own reference.
     const std::shared_ptr<const FileTree>& tree() const { return tree_; }
     /// Only for a scan of the whole disk.
     const std::optional<Coverage>& coverage() const { return coverage_; }

@@ -1,5 +1,4 @@
 #include "AppModel/AppModel.h"
-
 #include "Models/Wording.h"
 
 #include <algorithm>
@@ -48,8 +47,8 @@ QStringList AppModel::lowDiskThresholds() const {
 }
 
 int AppModel::lowDiskChoice() const {
-    const auto found = std::ranges::find(LowDiskSettings::thresholds, lowDisk_.threshold,
-                                         &LowDiskSettings::Choice::bytes);
+    const auto found =
+        std::ranges::find(LowDiskSettings::thresholds, lowDisk_.threshold, &LowDiskSettings::Choice::bytes);
     return found == LowDiskSettings::thresholds.end()
                ? -1
                : static_cast<int>(found - LowDiskSettings::thresholds.begin());

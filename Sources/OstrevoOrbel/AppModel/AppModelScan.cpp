@@ -1,5 +1,4 @@
 #include "AppModel/AppModel.h"
-
 #include "Models/Wording.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Util/FileUrl.h"
@@ -74,7 +73,8 @@ void AppModel::startScan(const std::string& root) {
     mark("scanStarted");
 
     // The deliveries own the token, so none made later can be at its address while they are under way.
-    const auto report = [this, token = cancellation_, inbox = inbox_.address()](const ScanProgress& progress) {
+    const auto report = [this, token = cancellation_,
+                         inbox = inbox_.address()](const ScanProgress& progress) {
         auto shown = progress;
         shown.topLevel.resize(std::min(shown.topLevel.size(), mostTopLevel));
         inbox.send([this, token, shown = std::move(shown)] { takeProgress(token.get(), shown); });
@@ -158,9 +158,8 @@ void AppModel::updateLedgers() {
                              .measured = isSameVolume ? kindTotals_ : std::nullopt};
     ledger_.setFigures(isSameVolume
                            ? disk
-                           : DiskLedger::Figures{.path = scannedMount == nullptr
-                                                             ? scanRootText()
-                                                             : textOf(scannedMount->path),
+                           : DiskLedger::Figures{.path = scannedMount == nullptr ? scanRootText()
+                                                                                 : textOf(scannedMount->path),
                                                  .description = describe(scannedMount),
                                                  .volume = scannedVolume_,
                                                  .measured = kindTotals_});
@@ -209,8 +208,8 @@ QString AppModel::scopeText() const {
 QString AppModel::measuredText() const {
     if (scanState_ == ScanState::idle)
         return {};
-    const auto figures = tr("%1 · %2 · %3")
-                             .arg(figures_.measured().text(), figures_.entriesText(), figures_.duration());
+    const auto figures =
+        tr("%1 · %2 · %3").arg(figures_.measured().text(), figures_.entriesText(), figures_.duration());
     if (isScanning())
         return figures;
     return (isPartial() ? tr("Partial · measured ") : tr("Measured ")) + figures;

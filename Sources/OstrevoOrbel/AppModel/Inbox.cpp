@@ -1,8 +1,8 @@
 #include "AppModel/Inbox.h"
 
+#include <mutex>
 #include <QMetaObject>
 #include <QObject>
-#include <mutex>
 
 namespace orbel {
 

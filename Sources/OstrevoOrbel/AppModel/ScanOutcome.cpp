@@ -47,8 +47,8 @@ std::vector<FileKind> mainKinds(const FileTree& tree, const std::vector<NodeInde
     std::vector<FileKind> main;
     main.reserve(totals.size());
     for (const auto& total : totals)
-        main.push_back(fileKindFromRawValue(
-            static_cast<std::uint8_t>(std::ranges::max_element(total) - total.begin())));
+        main.push_back(
+            fileKindFromRawValue(static_cast<std::uint8_t>(std::ranges::max_element(total) - total.begin())));
     return main;
 }
 

@@ -13,8 +13,8 @@
 
 namespace orbel {
 
-/// All that the window shows of a finished scan and that needs a look at every node: derived before the result
-/// goes to the main thread, which must never wait for millions of nodes.
+/// All that the window shows of a finished scan and that needs a look at every node: derived before the
+/// result goes to the main thread, which must never wait for millions of nodes.
 struct ScanOutcome {
     std::shared_ptr<const FileTree> tree;
     bool cancelled = false;

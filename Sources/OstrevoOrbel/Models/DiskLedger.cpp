@@ -10,9 +10,9 @@ namespace orbel {
 namespace {
 
 /// The order of the bar. Folders occupy something only where a package has no kind of its own.
-constexpr std::array barOrder{FileKind::video,    FileKind::virtualMachine, FileKind::diskImage,
-                              FileKind::archive,  FileKind::document,       FileKind::application,
-                              FileKind::folder,   FileKind::other};
+constexpr std::array barOrder{FileKind::video,   FileKind::virtualMachine, FileKind::diskImage,
+                              FileKind::archive, FileKind::document,       FileKind::application,
+                              FileKind::folder,  FileKind::other};
 
 } // namespace
 

@@ -5,9 +5,9 @@
 #include "Scan/KindTotals.h"
 #include "Scan/VolumeInfo.h"
 
+#include <optional>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
-#include <optional>
 
 namespace orbel {
 

@@ -44,8 +44,11 @@ QVariant KindTotalsModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> KindTotalsModel::roleNames() const {
-    return {{KindRole, "kind"}, {TitleRole, "title"}, {BytesRole, "bytes"},
-            {SizeRole, "size"}, {FractionRole, "fraction"}};
+    return {{KindRole, "kind"},
+            {TitleRole, "title"},
+            {BytesRole, "bytes"},
+            {SizeRole, "size"},
+            {FractionRole, "fraction"}};
 }
 
 } // namespace orbel

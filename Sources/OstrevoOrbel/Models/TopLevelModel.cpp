@@ -32,7 +32,8 @@ void TopLevelModel::update(const std::vector<ScanProgress::TopLevel>& entries, d
     largest_ = entries.front().bytes;
     if (!sortedAt_ || elapsed - *sortedAt_ >= secondsBetweenSorts) {
         sortedAt_ = elapsed;
-        replaceRows({entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(std::min(entries.size(), mostRows))});
+        replaceRows({entries.begin(),
+                     entries.begin() + static_cast<std::ptrdiff_t>(std::min(entries.size(), mostRows))});
     } else {
         updateFigures(entries);
     }
@@ -43,8 +44,8 @@ void TopLevelModel::update(const std::vector<ScanProgress::TopLevel>& entries, d
 void TopLevelModel::replaceRows(const std::vector<ScanProgress::TopLevel>& entries) {
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const auto place = rows_.begin() + static_cast<std::ptrdiff_t>(i);
-        const auto found = std::find_if(place, rows_.end(),
-                                        [&](const auto& row) { return isSameEntry(row, entries[i]); });
+        const auto found =
+            std::find_if(place, rows_.end(), [&](const auto& row) { return isSameEntry(row, entries[i]); });
         const auto row = static_cast<int>(i);
         if (found == rows_.end()) {
             beginInsertRows({}, row, row);

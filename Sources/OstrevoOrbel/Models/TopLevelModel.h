@@ -2,15 +2,15 @@
 
 #include "Scan/ScanProgress.h"
 
+#include <optional>
 #include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
-#include <optional>
 #include <vector>
 
 namespace orbel {
 
-/// The largest entries directly under the root while a scan runs. Figures change with every report; rows change
-/// places at most once a second, so that they can be read.
+/// The largest entries directly under the root while a scan runs. Figures change with every report; rows
+/// change places at most once a second, so that they can be read.
 class TopLevelModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT

@@ -39,7 +39,8 @@ QVariant VolumesModel::data(const QModelIndex& index, int role) const {
     case DescriptionRole:
         return mountDescription(volume.fileSystem, volume.path, volume.source);
     case FiguresRole:
-        return tr("%1 free of %2").arg(ByteFigure(volume.info.free).text(), ByteFigure(volume.info.total).text());
+        return tr("%1 free of %2")
+            .arg(ByteFigure(volume.info.free).text(), ByteFigure(volume.info.total).text());
     case UsedFractionRole:
         return static_cast<double>(volume.info.used) / static_cast<double>(volume.info.total);
     default:

@@ -2,9 +2,9 @@
 
 #include "Scan/MountedVolumes.h"
 
+#include <optional>
 #include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
-#include <optional>
 #include <string>
 #include <vector>
 

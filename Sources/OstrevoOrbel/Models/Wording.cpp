@@ -2,8 +2,8 @@
 
 #include "Util/Utf8.h"
 
-#include <QLocale>
 #include <cmath>
+#include <QLocale>
 
 namespace orbel {
 

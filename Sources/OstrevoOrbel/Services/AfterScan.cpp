@@ -4,11 +4,11 @@
 #include "CommandOutput.h"
 #include "Services/WindowSnapshot.h"
 
+#include <chrono>
 #include <QCoreApplication>
 #include <QMouseEvent>
 #include <QQuickWindow>
 #include <QTimer>
-#include <chrono>
 #include <random>
 
 namespace orbel {
@@ -29,7 +29,8 @@ AfterScan::AfterScan(AppModel& model, QQuickWindow& window, Quit quit)
 void AfterScan::begin() {
     const std::chrono::duration<double> delay(
         std::max(model_.options().snapshotDelay.value_or(settlingSeconds), 0.0));
-    QTimer::singleShot(std::chrono::duration_cast<std::chrono::milliseconds>(delay), this, &AfterScan::finish);
+    QTimer::singleShot(std::chrono::duration_cast<std::chrono::milliseconds>(delay), this,
+                       &AfterScan::finish);
 }
 
 void AfterScan::finish() {

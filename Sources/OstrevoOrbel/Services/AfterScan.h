@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QObject>
 #include <functional>
+#include <QObject>
 
 class QQuickWindow;
 
@@ -9,8 +9,9 @@ namespace orbel {
 
 class AppModel;
 
-/// What a scripted run does when a scan is done: lets the screen settle, moves the pointer if asked to, takes a
-/// picture, writes the diagnostics and ends the application. Does nothing unless the command line asked for it.
+/// What a scripted run does when a scan is done: lets the screen settle, moves the pointer if asked to, takes
+/// a picture, writes the diagnostics and ends the application. Does nothing unless the command line asked for
+/// it.
 class AfterScan final : public QObject {
     Q_OBJECT
 

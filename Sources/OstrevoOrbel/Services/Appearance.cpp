@@ -44,8 +44,8 @@ void Appearance::setSystemDark(bool dark) {
 }
 
 void Appearance::update() {
-    const bool dark = override_.value_or(choice_ == QLatin1String("system") ? systemIsDark_
-                                                                            : choice_ == QLatin1String("dark"));
+    const bool dark = override_.value_or(
+        choice_ == QLatin1String("system") ? systemIsDark_ : choice_ == QLatin1String("dark"));
     if (dark == isDark_)
         return;
     isDark_ = dark;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QObject>
-#include <QtQml/qqmlregistration.h>
 #include <memory>
 #include <optional>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
 #include <string>
 
 class QSettings;

@@ -14,6 +14,9 @@
 #include "Services/TrayItem.h"
 #include "Util/AppVersion.h"
 
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QQmlApplicationEngine>
@@ -21,9 +24,6 @@
 #include <QQuickWindow>
 #include <QStandardPaths>
 #include <QTimer>
-#include <cstdio>
-#include <cstdlib>
-#include <memory>
 
 namespace orbel {
 
@@ -50,7 +50,8 @@ namespace {
 
 const QString viewsUrl = QStringLiteral("qrc:/qt/qml/OstrevoOrbel/Views/");
 
-/// Qt ends the process when it finds no display, after many lines of its own. Instead of them the user gets one.
+/// Qt ends the process when it finds no display, after many lines of its own. Instead of them the user gets
+/// one.
 void tellNoDisplay(QtMsgType type, const QMessageLogContext& /*where*/, const QString& /*words*/) {
     if (type != QtFatalMsg)
         return;

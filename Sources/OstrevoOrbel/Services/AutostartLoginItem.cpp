@@ -4,11 +4,11 @@
 #include "Util/PathText.h"
 #include "Util/ReadFile.h"
 
+#include <filesystem>
 #include <QCoreApplication>
 #include <QFile>
 #include <QSaveFile>
 #include <QStandardPaths>
-#include <filesystem>
 #include <system_error>
 #include <utility>
 

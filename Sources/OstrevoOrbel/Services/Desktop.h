@@ -5,8 +5,8 @@
 
 namespace orbel {
 
-/// What the window asks of the desktop around it. Called on the main thread; nothing here waits for an answer.
-/// Paths are as they are on the disk.
+/// What the window asks of the desktop around it. Called on the main thread; nothing here waits for an
+/// answer. Paths are as they are on the disk.
 class Desktop {
 public:
     Desktop() = default;

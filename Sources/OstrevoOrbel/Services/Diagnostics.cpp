@@ -39,10 +39,11 @@ nlohmann::json Diagnostics::json() const {
     auto marks = nlohmann::json::array();
     for (const auto& mark : marks_)
         marks.push_back({{"name", mark.name}, {"milliseconds", rounded(mark.milliseconds)}});
-    return {{"marks", marks},
-            {"longestStall", {{"milliseconds", rounded(longestStall_)}, {"endedAt", rounded(longestStallEnd_)}}},
-            {"tiles", tiles_},
-            {"peakFootprintBytes", platform::peakFootprintBytes()}};
+    return {
+        {"marks", marks},
+        {"longestStall", {{"milliseconds", rounded(longestStall_)}, {"endedAt", rounded(longestStallEnd_)}}},
+        {"tiles", tiles_},
+        {"peakFootprintBytes", platform::peakFootprintBytes()}};
 }
 
 bool Diagnostics::write() const {

@@ -3,8 +3,8 @@
 #include "LaunchOptions.h"
 #include "Screen.h"
 
-#include <QByteArray>
 #include <optional>
+#include <QByteArray>
 #include <string>
 
 namespace orbel {

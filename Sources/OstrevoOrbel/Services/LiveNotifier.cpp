@@ -2,12 +2,12 @@
 
 #include "Services/ApplicationId.h"
 
+#include <memory>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QGuiApplication>
 #include <QWindow>
-#include <memory>
 
 namespace orbel {
 

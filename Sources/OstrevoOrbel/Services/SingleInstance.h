@@ -2,12 +2,12 @@
 
 #include "Services/InstanceRequest.h"
 
+#include <memory>
 #include <QDBusConnection>
 #include <QLocalServer>
 #include <QLockFile>
 #include <QObject>
 #include <QVariantMap>
-#include <memory>
 
 namespace orbel {
 
@@ -60,9 +60,11 @@ public:
     explicit ApplicationInterface(SingleInstance& instance);
 
 public Q_SLOTS:
-    void Activate(const QVariantMap& platformData);                                // NOLINT(readability-identifier-naming)
-    void Open(const QStringList& uris, const QVariantMap& platformData);           // NOLINT(readability-identifier-naming)
-    void ActivateAction(const QString& action, const QVariantList& parameters,     // NOLINT(readability-identifier-naming)
+    void Activate(const QVariantMap& platformData); // NOLINT(readability-identifier-naming)
+    void Open(const QStringList& uris,
+              const QVariantMap& platformData); // NOLINT(readability-identifier-naming)
+    void ActivateAction(const QString& action,
+                        const QVariantList& parameters, // NOLINT(readability-identifier-naming)
                         const QVariantMap& platformData);
 
 private:

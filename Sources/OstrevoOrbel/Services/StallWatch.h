@@ -2,15 +2,15 @@
 
 #include "Services/Diagnostics.h"
 
+#include <memory>
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
-#include <memory>
 
 namespace orbel {
 
-/// Notes how long the main thread keeps its events waiting: a timer that should fire every few milliseconds tells
-/// by how much it was late, whatever kept it.
+/// Notes how long the main thread keeps its events waiting: a timer that should fire every few milliseconds
+/// tells by how much it was late, whatever kept it.
 class StallWatch final : public QObject {
     Q_OBJECT
 

@@ -45,7 +45,8 @@ SystemAppearance::SystemAppearance(QDBusConnection bus) : bus_(std::move(bus)), 
     });
 }
 
-void SystemAppearance::takeSetting(const QString& changedGroup, const QString& key, const QDBusVariant& value) {
+void SystemAppearance::takeSetting(const QString& changedGroup, const QString& key,
+                                   const QDBusVariant& value) {
     if (changedGroup == group && key == schemeKey)
         takeScheme(unwrapped(value.variant()).toUInt());
 }

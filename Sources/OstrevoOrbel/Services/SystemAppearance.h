@@ -7,8 +7,8 @@ class QDBusVariant;
 
 namespace orbel {
 
-/// Whether the desktop prefers dark windows: what its portal says and keeps saying, else how dark the palette is
-/// that the platform gave.
+/// Whether the desktop prefers dark windows: what its portal says and keeps saying, else how dark the palette
+/// is that the platform gave.
 class SystemAppearance final : public QObject {
     Q_OBJECT
 

@@ -5,8 +5,8 @@
 
 namespace orbel {
 
-/// The application's place among the desktop's status icons (org.kde.StatusNotifierItem, which panels of several
-/// desktops show). It is there while `setWanted(true)` holds and the desktop has a place for it.
+/// The application's place among the desktop's status icons (org.kde.StatusNotifierItem, which panels of
+/// several desktops show). It is there while `setWanted(true)` holds and the desktop has a place for it.
 class TrayItem final : public QObject {
     Q_OBJECT
 

@@ -21,7 +21,7 @@ ScreenFrame {
         height: implicitHeight
         iconPath: Theme.icons.duplicates
         objectName: "duplicates.empty"
-        sentence: qsTr("This screen will list files that are the same in every byte, and keep one copy of each. In a terminal, this lists them now:")
+        sentence: qsTr("This screen will list files that are the same in every byte, and keep one copy of each. A terminal lists them already:")
         statement: qsTr("Not in this window yet")
         width: parent.width - 2 * view.padding
     }

@@ -21,7 +21,7 @@ ScreenFrame {
         height: implicitHeight
         iconPath: Theme.icons.large
         objectName: "large.empty"
-        sentence: qsTr("This screen will list large files that nobody has used for long, with their size on disk and when they were last used. In a terminal, this lists them now:")
+        sentence: qsTr("This screen will list large files that nobody has used for long, with their size on disk and when they were last used. A terminal lists them already:")
         statement: qsTr("Not in this window yet")
         width: parent.width - 2 * view.padding
     }

@@ -38,6 +38,10 @@ Card {
             app: card.app
             width: parent.width
         }
+        Item {
+            height: 2
+            width: 1
+        }
         VolumeBar {
             id: bar
 
@@ -46,6 +50,7 @@ Card {
             height: 40
             objectName: "overview.ledger"
             segments: card.ledger.segments
+            usedShare: card.usedShare
             width: parent.width
         }
         Item {
@@ -102,7 +107,7 @@ Card {
             id: terms
 
             // The last of a row needs no room for what would follow.
-            readonly property int cell: Math.floor((width + Theme.px(48)) / columns)
+            readonly property int cell: Math.floor((width + Theme.px(columns > 3 ? 90 : 48)) / columns)
 
             columns: card.termColumns
             rowSpacing: 16

@@ -20,7 +20,7 @@ Item {
         color: Theme.text3
         role: ThemedText.Title
         text: term.joint
-        x: -implicitWidth - 10
+        x: -implicitWidth - 8
         y: column.y + amountText.y
     }
     Column {

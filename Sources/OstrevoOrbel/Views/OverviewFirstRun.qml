@@ -7,6 +7,7 @@ FocusScope {
 
     required property AppModel app
     property int padding: Theme.pagePadding
+    readonly property string status: qsTr("Ready")
 
     Card {
         id: card

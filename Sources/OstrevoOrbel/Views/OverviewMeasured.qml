@@ -9,6 +9,8 @@ FocusScope {
     required property AppModel app
     property int padding: Theme.pagePadding
     property int columns: 3
+    /// What the pointer is on.
+    property string status: ""
 
     component Fact: Item {
         property alias label: label.text
@@ -192,11 +194,16 @@ FocusScope {
                 readonly property int room: page.height - 2 * measured.padding - ways.height - Theme.cardGap
                     - (partial.visible ? partial.height + Theme.cardGap : 0)
                     - (ledger.visible ? ledger.height + Theme.cardGap : 0)
-                readonly property int kindsNeed: headHeight + kindCard.listHeight + facts.height + 24
+                readonly property int kindsNeed: headHeight + kindCard.listHeight + facts.height + 20
+                /// The last thing to stay where the page is low.
+                readonly property bool explains: !aside
+                    || room >= headHeight + kindCard.listHeight + factRows.height + explanation.implicitHeight + 31
                 readonly property int foldersNeed: headHeight + 14
                     + Theme.compactRowHeight * Math.max(4, Math.min(10, folderList.model ? folderList.count : 0))
                 readonly property int growthNeed: headHeight + growth.implicitHeight + 48
-                readonly property int tallest: Math.max(kindsNeed, aside ? room : foldersNeed)
+                readonly property int tallest: Math.max(kindsNeed,
+                    aside ? Math.min(room, Math.max(foldersNeed, Theme.px(440))) : foldersNeed)
+                readonly property int barWidth: measured.columns === 1 ? Math.round(width * 0.4) : Theme.px(84)
 
                 height: aside ? tallest
                     : measured.columns === 2 ? tallest + Theme.cardGap + growthNeed
@@ -231,6 +238,7 @@ FocusScope {
                             required property real fraction
                             required kind
 
+                            barWidth: cards.barWidth
                             focused: kindList.visualFocus && ListView.isCurrentItem
                             name: title
                             nameElide: Text.ElideRight
@@ -239,9 +247,10 @@ FocusScope {
                             width: ListView.view.width
 
                             onClicked: measured.app.screen = "map"
+                            onHoveredChanged: measured.status = hovered ? title + " · " + size : ""
                         }
 
-                        onActiveFocusChanged: if (activeFocus) page.reveal(kindList)
+                        onVisualFocusChanged: if (visualFocus) page.reveal(kindList)
                         onActivated: measured.app.screen = "map"
                     }
                     Column {
@@ -260,22 +269,31 @@ FocusScope {
                             height: 10
                             width: 1
                         }
-                        Fact {
-                            label: qsTr("Could not be read")
-                            value: measured.app.unreadable.total === 1 ? qsTr("1 entry")
-                                : qsTr("%1 entries").arg(measured.app.figures.unreadable)
+                        Column {
+                            id: factRows
+
                             width: parent.width
-                        }
-                        Fact {
-                            label: qsTr("Other volumes skipped")
-                            value: measured.app.otherVolumesSkipped
-                            width: parent.width
+
+                            Fact {
+                                label: qsTr("Could not be read")
+                                value: measured.app.unreadable.total === 1 ? qsTr("1 entry")
+                                    : qsTr("%1 entries").arg(measured.app.figures.unreadable)
+                                width: parent.width
+                            }
+                            Fact {
+                                label: qsTr("Other volumes skipped")
+                                value: measured.app.otherVolumesSkipped
+                                width: parent.width
+                            }
                         }
                         ThemedText {
+                            id: explanation
+
                             color: Theme.text3
                             role: ThemedText.Small
                             text: qsTr("Space on disk; a hard-linked file counts once.")
                             topPadding: 6
+                            visible: cards.explains
                             width: parent.width
                             wrapMode: Text.Wrap
                         }
@@ -312,6 +330,7 @@ FocusScope {
                             required property real fraction
                             required kind
 
+                            barWidth: cards.barWidth
                             focused: folderList.visualFocus && ListView.isCurrentItem
                             name: path
                             share: fraction
@@ -319,9 +338,10 @@ FocusScope {
                             width: ListView.view.width
 
                             onClicked: measured.app.showOnMap(node)
+                            onHoveredChanged: measured.status = hovered ? path + " · " + size : ""
                         }
 
-                        onActiveFocusChanged: if (activeFocus) page.reveal(folderList)
+                        onVisualFocusChanged: if (visualFocus) page.reveal(folderList)
                         onActivated: index => measured.app.showOnMap(folderList.itemAtIndex(index).node)
                     }
                     EmptyState {

@@ -1,8 +1,9 @@
 import QtQuick
+import QtQuick.Templates as T
 import OstrevoOrbel
 
 /// While measuring: the figures so far, and the top level as it grows. No percentage, because nobody knows it.
-Item {
+Flickable {
     id: scanning
 
     required property AppModel app
@@ -11,6 +12,13 @@ Item {
     readonly property DiskLedger ledger: app.ledger
     readonly property real whole: Math.max(1, ledger.total.bytes)
     readonly property int contentWidth: Math.min(width - 2 * padding, Theme.contentWidth)
+
+    boundsBehavior: Flickable.StopAtBounds
+    clip: true
+    contentHeight: Math.max(height, note.y + note.height + padding)
+    interactive: contentHeight > height
+
+    T.ScrollBar.vertical: ScrollThumb {}
 
     component Figure: Column {
         property alias label: label.text
@@ -56,7 +64,7 @@ Item {
 
         height: column.height + 40
         width: scanning.contentWidth
-        x: Math.round((parent.width - width) / 2)
+        x: Math.round((scanning.width - width) / 2)
         y: scanning.padding
 
         Column {

@@ -13,8 +13,14 @@ ScreenFrame {
     firstFocus: phase === "scanning" ? stop : body.item
     objectName: "overview"
     scope: app.scopeText
-    status: app.scanning ? app.scopeText : ""
+    status: app.scanning ? app.scopeText : body.item?.status ?? ""
     title: qsTr("Overview")
+
+    /// A measured disk is shown from its top, without a mark on the list that has the focus.
+    function takeFocus(reason: int): void {
+        const isQuiet = phase === "measured" && reason === Qt.ShortcutFocusReason;
+        firstFocus?.forceActiveFocus(isQuiet ? Qt.OtherFocusReason : reason);
+    }
 
     // What had the focus is gone; the keyboard goes on with what there is now.
     onPhaseChanged: Qt.callLater(() => {

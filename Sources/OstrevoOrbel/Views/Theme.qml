@@ -12,7 +12,7 @@ QtObject {
     property bool dark: false
     /// Whether everything happens at once.
     property bool reducedMotion: false
-    /// The desktop's font scale: 1 at 96 dots per inch.
+    /// The desktop’s font scale: 1 at 96 dots per inch, which macOS calls 72.
     property real fontScale: Math.round(100 * scaledProbe.height / plainProbe.height) / 100
 
     readonly property FontMetrics plainProbe: FontMetrics {
@@ -21,7 +21,7 @@ QtObject {
     }
     readonly property FontMetrics scaledProbe: FontMetrics {
         font.family: theme.family
-        font.pointSize: 75
+        font.pointSize: Qt.platform.os === "osx" ? 100 : 75
     }
 
     /// A length that holds text, at the font scale.

@@ -21,7 +21,7 @@ ScreenFrame {
         height: implicitHeight
         iconPath: Theme.icons.tidy
         objectName: "tidy.empty"
-        sentence: qsTr("This screen will list folders with nothing in them, and shortcuts that lead nowhere. In a terminal, this lists them now:")
+        sentence: qsTr("This screen will list folders with nothing in them, and shortcuts that lead nowhere. A terminal lists them already:")
         statement: qsTr("Not in this window yet")
         width: parent.width - 2 * view.padding
     }

@@ -21,7 +21,7 @@ ScreenFrame {
         height: implicitHeight
         iconPath: Theme.icons.uninstall
         objectName: "uninstall.empty"
-        sentence: qsTr("This screen will list the apps on this computer and what each would leave behind, with the evidence. In a terminal, this lists them now:")
+        sentence: qsTr("This screen will list the apps on this computer and what each would leave behind, with the evidence. A terminal lists it already:")
         statement: qsTr("Not in this window yet")
         width: parent.width - 2 * view.padding
     }

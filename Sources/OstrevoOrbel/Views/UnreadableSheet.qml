@@ -10,7 +10,7 @@ T.Popup {
 
     closePolicy: T.Popup.CloseOnEscape
     focus: true
-    height: Math.min(parent.height - 48, head.height + foot.height + Math.max(4, list.count) * rowHeight + 2)
+    height: Math.min(parent.height - 48, head.height + foot.height + Math.max(2, list.count) * rowHeight + 2)
     modal: true
     parent: T.Overlay.overlay
     width: Math.min(parent.width - 48, Theme.sheetWidth)
@@ -103,9 +103,9 @@ T.Popup {
                 ThemedText {
                     elide: Text.ElideMiddle
                     text: row.path
-                    width: parent.width - 48
+                    width: copy.x - 24 - 12
                     x: 24
-                    y: 8
+                    y: Theme.px(12)
                 }
                 ThemedText {
                     color: Theme.text2
@@ -115,15 +115,14 @@ T.Popup {
                     text: row.command
                     width: copy.x - 24 - 12
                     x: 24
-                    y: Theme.bodyLine + 14
+                    y: Theme.px(12) + Theme.bodyLine + 4
                 }
                 PushButton {
                     id: copy
 
-                    anchors.bottom: parent.bottom
-                    anchors.bottomMargin: 6
                     anchors.right: parent.right
                     anchors.rightMargin: 24
+                    anchors.verticalCenter: parent.verticalCenter
                     controlHeight: Theme.smallButtonHeight
                     focusPolicy: Qt.NoFocus
                     iconPath: Theme.icons.copy

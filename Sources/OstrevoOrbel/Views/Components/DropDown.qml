@@ -40,7 +40,7 @@ T.ComboBox {
         implicitHeight: Theme.menuItemHeight
         leftPadding: 10
         rightPadding: 10
-        text: model[box.textRole]
+        text: box.textRole === "" ? model.modelData : model[box.textRole]
         width: ListView.view ? ListView.view.width : 0
 
         background: Rectangle {

@@ -21,6 +21,8 @@ T.Control {
     signal activated(int index)
 
     function move(by: int): void {
+        // Who uses the keys wants to see where they are.
+        list.forceActiveFocus(Qt.TabFocusReason);
         if (view.count > 0)
             view.currentIndex = Math.max(0, Math.min(view.count - 1, view.currentIndex + by));
     }

@@ -8,6 +8,9 @@ Item {
     required property SegmentsModel segments
     /// Fills all of what was measured with one colour in place of those of the kinds.
     property bool plain: false
+    /// The share of the whole that is used, where something points at its edge; -1 where nothing does.
+    property real usedShare: -1
+
     readonly property int gap: plain ? 0 : 1
 
     /// Where a part ends that takes this share of the whole.
@@ -39,6 +42,8 @@ Item {
                 Accessible.ignored: true
                 height: bar.height
                 width: index === parts.count - 1 ? Math.max(2, bar.width - x)
+                    : bar.usedShare >= 0 && part === SegmentsModel.NotMeasured
+                    ? Math.max(2, bar.edge(bar.usedShare) - x)
                     : Math.max(2, Math.round(fraction * (bar.width - (parts.count - 1) * bar.gap)))
 
                 Rectangle {

@@ -1,0 +1,52 @@
+#include "ModelScene.h"
+
+#include <gtest/gtest.h>
+
+namespace orbel::test {
+namespace {
+
+const QString key = QStringLiteral("lowDiskAlert");
+
+TEST(AlertLoop, ChecksAtOnceWhenItIsSwitchedOnAndKeepsTheChoice) {
+    ModelScene scene;
+    auto& model = scene.model();
+    EXPECT_TRUE(scene.posted->messages.empty());
+    model.setLowDiskEnabled(true);
+    EXPECT_EQ(scene.posted->messages.size(), 1);
+    EXPECT_EQ(scene.posted->messages.front().body,
+              "300 B free. Open Ostrevo Vanto to see where the space went.");
+    EXPECT_EQ(scene.posted->permissionRequests, 1);
+    model.setLowDiskChoice(3);
+    EXPECT_EQ(scene.environment.settings->value(key).toString(),
+              QStringLiteral(R"({"enabled":true,"threshold":50000000000})"));
+
+    model.setLowDiskEnabled(false);
+    model.setLowDiskEnabled(true);
+    EXPECT_EQ(scene.posted->messages.size(), 1) << "the cooldown outlives the loop";
+    scene.world->now += LowDiskAlert::cooldown;
+    model.setLowDiskEnabled(false);
+    model.setLowDiskEnabled(true);
+    EXPECT_EQ(scene.posted->messages.size(), 2);
+}
+
+TEST(AlertLoop, StartsWithTheModelFromWhatWasKept) {
+    ModelScene scene;
+    scene.environment.settings->setValue(key, QStringLiteral(R"({"enabled":true,"threshold":20000000000})"));
+    EXPECT_EQ(scene.model().lowDiskChoice(), 2);
+    EXPECT_EQ(scene.posted->messages.size(), 1);
+    EXPECT_EQ(scene.posted->permissionRequests, 0) << "only asked for when it is switched on";
+}
+
+TEST(AlertLoop, PassesOverAVolumeThatCannotBeReadAndSettingsThatMakeNoSense) {
+    ModelScene scene;
+    scene.world->volume.reset();
+    scene.environment.settings->setValue(key, QStringLiteral("{\"enabled\":tr"));
+    auto& model = scene.model();
+    EXPECT_FALSE(model.isLowDiskEnabled());
+    EXPECT_EQ(model.lowDiskChoice(), 1);
+    model.setLowDiskEnabled(true);
+    EXPECT_TRUE(scene.posted->messages.empty());
+}
+
+} // namespace
+} // namespace orbel::test

@@ -1,0 +1,186 @@
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <memory>
+#include <QColor>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQmlExpression>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QtTest/QTest>
+
+namespace orbel::test {
+
+namespace {
+
+/// A window with a few components in it, and nothing else.
+class ComponentScene {
+public:
+    /// `body` is QML that stands in the window, with the module's names known.
+    explicit ComponentScene(const QByteArray& body) {
+        engine_.addImportPath(QStringLiteral(":/qt/qml"));
+        QQmlComponent component(&engine_);
+        component.setData("import QtQuick\nimport OstrevoOrbel\n"
+                          "Window { visible: true; width: 600; height: 400; property string told\n" +
+                              body + "\n}",
+                          QUrl());
+        window_.reset(qobject_cast<QQuickWindow*>(component.create()));
+        EXPECT_TRUE(window_ != nullptr) << component.errorString().toStdString();
+        window_->requestActivate();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+    }
+
+    QVariant value(const QString& expression) {
+        QQmlExpression asked(QQmlEngine::contextForObject(window_.get()), window_.get(), expression);
+        const auto answer = asked.evaluate();
+        EXPECT_FALSE(asked.hasError()) << asked.error().toString().toStdString();
+        return answer;
+    }
+
+    QString told() { return window_->property("told").toString(); }
+    void press(Qt::Key key) { QTest::keyClick(window_.get(), key); }
+
+    void click(const QString& id) {
+        auto* const item = value(id).value<QQuickItem*>();
+        const auto centre = item->mapToScene({item->width() / 2, item->height() / 2}).toPoint();
+        QTest::mouseClick(window_.get(), Qt::LeftButton, Qt::NoModifier, centre);
+    }
+
+private:
+    QQmlEngine engine_;
+    std::unique_ptr<QQuickWindow> window_;
+};
+
+/// The relative luminance of WCAG.
+double luminance(const QColor& color) {
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& one, const QColor& other) {
+    const auto [dark, light] = std::minmax(luminance(one), luminance(other));
+    return (light + 0.05) / (dark + 0.05);
+}
+
+} // namespace
+
+TEST(WindowTheme, TextCanBeReadOnEveryGround) {
+    ComponentScene scene("");
+    const auto color = [&](const QString& name) {
+        return scene.value(QStringLiteral("Theme.") + name).value<QColor>();
+    };
+    const auto expectReadable = [&](const QString& text, const QString& ground, double least) {
+        EXPECT_GE(contrast(color(text), color(ground)), least) << text.toStdString() << " on " << ground.toStdString();
+    };
+    for (const auto* dark : {"false", "true"}) {
+        scene.value(QStringLiteral("Theme.dark = ") + QLatin1String(dark));
+        SCOPED_TRACE(dark);
+        for (const auto* ground :
+             {"window", "side", "surface", "sunk", "hover", "accentSoft", "frame0", "frame1", "frame2"})
+            for (const auto* text : {"ink", "text2", "text3"})
+                expectReadable(QLatin1String(text), QLatin1String(ground), 4.6);
+        for (const auto& [text, ground] : {std::pair{"accentText", "accent"},
+                                           {"accentText", "accentHover"},
+                                           {"commitText", "commit"},
+                                           {"commitText", "commitHover"},
+                                           {"accent", "surface"},
+                                           {"accent", "accentSoft"},
+                                           {"warn", "warnSoft"},
+                                           {"error", "errorSoft"},
+                                           {"ok", "okSoft"},
+                                           {"surface", "ink"}})
+            expectReadable(QLatin1String(text), QLatin1String(ground), 4.5);
+        for (int kind = 0; kind < 8; ++kind)
+            expectReadable(QStringLiteral("kindLabels[%1]").arg(kind), QStringLiteral("kindFills[%1]").arg(kind), 4.5);
+        // Borders that tell where a control is.
+        expectReadable(QStringLiteral("control"), QStringLiteral("surface"), 3);
+    }
+}
+
+TEST(WindowTheme, EveryIconIsAPathThatDraws) {
+    ComponentScene scene("PathIcon { id: icon; width: 32; height: 32; color: 'black' }");
+    for (int kind = 0; kind < 8; ++kind) {
+        scene.value(QStringLiteral("icon.path = Theme.kindIcons[%1]").arg(kind));
+        EXPECT_FALSE(scene.value(QStringLiteral("icon.path")).toString().isEmpty());
+    }
+    scene.value(QStringLiteral("{ for (const name in Theme.icons) if (typeof Theme.icons[name] === 'string' && "
+                               "name !== 'objectName' && !Theme.icons[name].startsWith('M')) told += name; }"));
+    EXPECT_EQ(scene.told().toStdString(), "");
+}
+
+TEST(WindowComponents, ARefusedItemCannotBeTicked) {
+    ComponentScene scene("Tick { id: free; onToggled: told += 'free ' }"
+                         "Tick { id: refused; x: 100; refusal: 'Protected: ~/Pictures'; onToggled: told += 'refused ' }");
+    scene.click(QStringLiteral("free"));
+    scene.click(QStringLiteral("refused"));
+    EXPECT_EQ(scene.told(), QStringLiteral("free "));
+    EXPECT_TRUE(scene.value(QStringLiteral("free.checked")).toBool());
+    scene.value(QStringLiteral("refused.forceActiveFocus()"));
+    scene.press(Qt::Key_Space);
+    EXPECT_FALSE(scene.value(QStringLiteral("refused.checked")).toBool());
+}
+
+TEST(WindowComponents, ButtonsTakeTheMouseAndTheKeysUnlessDisabled) {
+    ComponentScene scene("PushButton { id: button; text: 'Go'; onClicked: told += 'x' }"
+                         "LinkButton { id: link; x: 200; text: 'There'; onClicked: told += 'l' }");
+    scene.click(QStringLiteral("button"));
+    scene.press(Qt::Key_Return);
+    scene.press(Qt::Key_Space);
+    EXPECT_EQ(scene.told(), QStringLiteral("xxx"));
+    scene.click(QStringLiteral("link"));
+    scene.press(Qt::Key_Enter);
+    EXPECT_EQ(scene.told(), QStringLiteral("xxxll"));
+    scene.value(QStringLiteral("button.enabled = false"));
+    scene.click(QStringLiteral("button"));
+    EXPECT_EQ(scene.told(), QStringLiteral("xxxll"));
+}
+
+TEST(WindowComponents, ListsAndChoicesMoveByArrows) {
+    ComponentScene scene(
+        "RowList { id: list; width: 200; height: 108; model: 20; onActivated: index => told += index + ' ';"
+        "  delegate: Item { required property int index; width: 200; height: 36 } }"
+        "Segmented { id: choice; y: 200; options: ['Newest', 'Oldest']; onChosen: index => current = index }");
+    scene.value(QStringLiteral("list.forceActiveFocus()"));
+    for (const auto& [key, row] : {std::pair{Qt::Key_Down, 1},
+                                   {Qt::Key_End, 19},
+                                   {Qt::Key_Down, 19},
+                                   {Qt::Key_PageUp, 17},
+                                   {Qt::Key_Home, 0},
+                                   {Qt::Key_Up, 0}}) {
+        scene.press(key);
+        EXPECT_EQ(scene.value(QStringLiteral("list.currentIndex")).toInt(), row);
+    }
+    scene.press(Qt::Key_Down);
+    scene.press(Qt::Key_Return);
+    EXPECT_EQ(scene.told(), QStringLiteral("1 "));
+    scene.press(Qt::Key_Tab);
+    EXPECT_TRUE(scene.value(QStringLiteral("choice.visualFocus")).toBool());
+    scene.press(Qt::Key_Right);
+    scene.press(Qt::Key_Right);
+    EXPECT_EQ(scene.value(QStringLiteral("choice.current")).toInt(), 1);
+}
+
+TEST(WindowComponents, EscapeEmptiesAFieldBeforeItDoesAnythingElse) {
+    ComponentScene scene("Item { focus: true; Keys.onEscapePressed: told += 'out ';"
+                         "  EntryField { id: field; placeholderText: 'Find'; focus: true } }");
+    scene.value(QStringLiteral("field.forceActiveFocus()"));
+    scene.press(Qt::Key_A);
+    EXPECT_EQ(scene.value(QStringLiteral("field.text")).toString(), QStringLiteral("a"));
+    scene.press(Qt::Key_Escape);
+    EXPECT_EQ(scene.value(QStringLiteral("field.text")).toString(), QString());
+    EXPECT_EQ(scene.told(), QString());
+    scene.press(Qt::Key_Escape);
+    EXPECT_EQ(scene.told(), QStringLiteral("out "));
+}
+
+TEST(WindowComponents, NamesFromTheDiskAreShownAsTheyAre) {
+    ComponentScene scene("ThemedText { id: text; text: '<b>bold</b>.txt' }");
+    const auto plain = scene.value(QStringLiteral("text.implicitWidth")).toDouble();
+    scene.value(QStringLiteral("text.text = 'bold.txt'"));
+    EXPECT_GT(plain, scene.value(QStringLiteral("text.implicitWidth")).toDouble());
+}
+
+} // namespace orbel::test

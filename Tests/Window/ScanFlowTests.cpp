@@ -1,0 +1,208 @@
+#include "ModelScene.h"
+#include "Support/TreeBuilder.h"
+
+#include <gtest/gtest.h>
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+
+namespace orbel::test {
+namespace {
+
+using State = AppModel::ScanState;
+
+TEST(ScanFlow, PublishesWhatAScanFinds) {
+    ModelScene scene;
+    auto& model = scene.model();
+    EXPECT_EQ(model.scopeText(), QStringLiteral("This disk · not measured yet"));
+    const int before = model.treeVersion();
+    model.scanDisk();
+    EXPECT_EQ(model.scanState(), State::scanning);
+    EXPECT_EQ(model.tree()->count(), 0) << "no tree while a scan runs";
+    scene.scan(0).progress({.entries = 3,
+                            .bytes = 120,
+                            .unreadable = 0,
+                            .elapsed = 0.25,
+                            .topLevel = {{.name = "films", .bytes = 120, .isFolder = true}}});
+    scene.waitUntil([&] { return model.progress().has_value(); });
+    EXPECT_EQ(model.measuredText(), QStringLiteral("120 B · 3 entries · 0.2 s"));
+    EXPECT_EQ(model.topLevel()->index(0).data(TopLevelModel::PathRole), QStringLiteral("/data/films"));
+
+    scene.endScan(0, sampleScan());
+    scene.waitUntil([&] { return model.scanState() == State::done; });
+    EXPECT_EQ(model.treeVersion(), before + 2);
+    EXPECT_EQ(model.measuredText(), QStringLiteral("Measured 170 B · 6 entries · 8.4 s"));
+    EXPECT_EQ(model.coverage(), (Coverage(600, *model.tree())));
+    EXPECT_EQ(model.unreadable()->headline(), QStringLiteral("1 entry could not be read"));
+    EXPECT_EQ(model.unreadable()->index(0).data(UnreadableModel::CommandRole),
+              QStringLiteral("sudo orbel --scan-json '/data/it'\\''s closed'"));
+    EXPECT_EQ(model.largestFolders()->index(0).data(SizedFoldersModel::PathRole),
+              QStringLiteral("/data/films"));
+    EXPECT_EQ(model.largestFolders()->index(0).data(SizedFoldersModel::KindRole),
+              static_cast<int>(FileKind::video));
+}
+
+TEST(ScanFlow, IgnoresASecondStartAndReplacesTheTreeLater) {
+    ModelScene scene;
+    auto& model = scene.model();
+    model.startScan("/data");
+    model.startScan("/other");
+    EXPECT_EQ(model.scanRootPath(), "/data");
+    scene.scan(0);
+    scene.endScan(0, sampleScan());
+    scene.waitUntil([&] { return !model.isScanning(); });
+    const auto first = model.tree();
+    scene.scanWith("/elsewhere", sampleScan());
+    EXPECT_EQ(scene.scan(1).root, "/elsewhere");
+    EXPECT_NE(model.tree(), first);
+    EXPECT_FALSE(model.coverage()) << "only of a whole disk";
+}
+
+TEST(ScanFlow, DropsWhatComesFromAnEarlierScan) {
+    ModelScene scene;
+    auto& model = scene.model();
+    scene.scanWith("/data", sampleScan());
+    const auto late = scene.scan(0).progress;
+    model.startScan("/data");
+    const auto current = scene.scan(1).progress;
+    late({.entries = 9999, .bytes = 0, .unreadable = 0, .elapsed = 0, .topLevel = {}});
+    current({.entries = 2, .bytes = 0, .unreadable = 0, .elapsed = 0, .topLevel = {}});
+    scene.waitUntil([&] { return model.progress().has_value(); });
+    EXPECT_EQ(model.progress()->entries, 2);
+    model.stopScan();
+    scene.waitUntil([&] { return !model.isScanning(); });
+    current({.entries = 7, .bytes = 0, .unreadable = 0, .elapsed = 0, .topLevel = {}});
+    QTest::qWait(20);
+    EXPECT_EQ(model.progress()->entries, 2) << "a scan that is over reports no more";
+}
+
+TEST(ScanFlow, StopsAndKeepsWhatWasFound) {
+    ModelScene scene;
+    auto& model = scene.model();
+    model.startScan("/data");
+    scene.scan(0);
+    model.stopScan();
+    EXPECT_TRUE(model.isStopping());
+    scene.waitUntil([&] { return model.scanState() == State::cancelled; });
+    EXPECT_TRUE(model.isPartial());
+    EXPECT_TRUE(model.hasTree());
+    EXPECT_EQ(model.measuredText(), QStringLiteral("Partial · measured 170 B · 6 entries · 8.4 s"));
+    scene.scanWith("/data", sampleScan());
+    EXPECT_FALSE(model.isPartial());
+}
+
+TEST(ScanFlow, WaitsForFullDiskAccessAndThenStartsTheScanOfTheCommandLine) {
+    ModelScene scene;
+    scene.world->permission = false;
+    scene.environment.options.scanPath = "/asked";
+    auto& model = scene.model();
+    EXPECT_TRUE(model.needsFullDiskAccess());
+    model.startScan("/data");
+    EXPECT_EQ(model.scanState(), State::idle);
+    scene.world->permission = std::nullopt; // cannot be told, which must not lock anybody out
+    model.refreshFullDiskAccess();
+    EXPECT_FALSE(model.needsFullDiskAccess());
+    EXPECT_EQ(scene.scan(0).root, "/asked");
+    model.stopScan();
+}
+
+TEST(ScanFlow, SaysSoWhenTheRootCannotBeRead) {
+    ModelScene scene;
+    ScanResult nothing;
+    nothing.tree = FileTree("/gone");
+    scene.scanWith("/gone", std::move(nothing));
+    EXPECT_TRUE(scene.model().isRootUnreadable());
+    EXPECT_FALSE(scene.model().hasTree());
+}
+
+TEST(ScanFlow, EndsWithTheModel) {
+    auto scene = std::make_unique<ModelScene>();
+    scene->model().startScan("/data");
+    const auto progress = scene->scan(0).progress;
+    scene.reset();
+    progress({}); // to nobody
+    QTest::qWait(20);
+}
+
+TEST(ScanFlow, LedgerAddsUpOnEveryVolume) {
+    ModelScene scene;
+    scene.scanWith("/data", sampleScan());
+    const auto& ledger = *scene.model().ledger();
+    EXPECT_EQ(ledger.measured().bytes() + ledger.notMeasured().bytes() + ledger.reserved().bytes()
+                  + ledger.free().bytes(),
+              ledger.total().bytes());
+    EXPECT_EQ(ledger.summary(), QStringLiteral("Measured 170 B, not measured 430 B, reserved 100 B, "
+                                               "free 300 B, total 1 KB"));
+    double whole = 0;
+    for (int row = 0; row < ledger.segments()->rowCount(); ++row)
+        whole += ledger.segments()->index(row).data(SegmentsModel::FractionRole).toDouble();
+    EXPECT_DOUBLE_EQ(whole, 1);
+
+    // Files that share blocks can add up to more than is used.
+    scene.world->volume =
+        VolumeInfo{.total = 1000, .free = 900, .used = 100, .availableForImportantUsage = 900};
+    scene.scanWith("/data", sampleScan());
+    EXPECT_EQ(ledger.shared().bytes(), 70);
+    EXPECT_EQ(ledger.notMeasured().bytes(), 0);
+}
+
+TEST(ListModels, KeepTheirPromisesToViews) {
+    ModelScene scene;
+    auto& model = scene.model();
+    std::vector<std::unique_ptr<QAbstractItemModelTester>> testers;
+    for (QAbstractItemModel* list :
+         {static_cast<QAbstractItemModel*>(model.topLevel()), static_cast<QAbstractItemModel*>(model.kinds()),
+          static_cast<QAbstractItemModel*>(model.unreadable()),
+          static_cast<QAbstractItemModel*>(model.volumes()),
+          static_cast<QAbstractItemModel*>(model.largestFolders()),
+          static_cast<QAbstractItemModel*>(model.ledger()->segments())})
+        testers.push_back(std::make_unique<QAbstractItemModelTester>(
+            list, QAbstractItemModelTester::FailureReportingMode::Fatal));
+    model.volumes()->setVolumes(
+        {{.path = "/", .fileSystem = "ext4", .source = "/dev/sda1", .info = *scene.world->volume}});
+    EXPECT_EQ(model.volumes()->index(0).data(VolumesModel::FiguresRole),
+              QStringLiteral("300 B free of 1 KB"));
+    scene.scanWith("/data", sampleScan());
+    scene.scanWith("/data", sampleScan(true));
+    EXPECT_EQ(model.kinds()->index(0).data(KindTotalsModel::TitleRole), QStringLiteral("Video"));
+    EXPECT_EQ(model.kinds()->rowCount(), 2);
+}
+
+TEST(TopLevelModel, RowsChangePlacesAtMostOnceASecond) {
+    TopLevelModel model;
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const QSignalSpy moves(&model, &TopLevelModel::rowsMoved);
+    const auto names = [&] {
+        QStringList all;
+        for (int row = 0; row < model.rowCount(); ++row)
+            all << model.index(row).data(TopLevelModel::NameRole).toString();
+        return all.join(QLatin1Char(' '));
+    };
+    model.begin(QStringLiteral("~"));
+    model.update({{"a", 30, true}, {"b", 20, true}, {"c", 10, false}}, 0.25);
+    model.update({{"b", 60, true}, {"a", 30, true}, {"d", 25, true}, {"c", 10, false}}, 0.5);
+    EXPECT_EQ(names(), QStringLiteral("a b c"));
+    EXPECT_EQ(model.index(1).data(TopLevelModel::BytesRole).toULongLong(), 60) << "figures go on";
+    EXPECT_EQ(model.index(0).data(TopLevelModel::FractionRole).toDouble(), 0.5);
+    model.update({{"b", 70, true}, {"d", 40, true}, {"a", 30, true}}, 1.25);
+    EXPECT_EQ(names(), QStringLiteral("b d a"));
+    EXPECT_EQ(moves.count(), 1);
+}
+
+TEST(ScanOutcome, TellsFoldersThatSayWhereTheSpaceWent) {
+    TreeBuilder builder("/");
+    const auto user = builder.folder(builder.folder(0, "home"), "mira");
+    builder.file(builder.folder(user, "Videos"), "a.mkv", 500);
+    builder.file(builder.folder(user, "Pictures"), "b.png", 400);
+    const auto system = builder.folder(0, "usr");
+    for (int i = 0; i < 30; ++i)
+        builder.file(builder.folder(system, "part" + std::to_string(i)), "file", 10);
+    const auto tree = builder.build();
+    std::vector<std::string> told;
+    for (const auto node : tellingFolders(tree, 10))
+        told.push_back(tree.walkedPath(node));
+    EXPECT_EQ(told, (std::vector<std::string>{"/home/mira/Videos", "/home/mira/Pictures", "/usr"}))
+        << "a home says less than what is in it; a folder of many small ones says more than they do";
+}
+
+} // namespace
+} // namespace orbel::test

@@ -1,0 +1,65 @@
+#include "PrivateBus.h"
+#include "Services/SingleInstance.h"
+
+#include <future>
+#include <gtest/gtest.h>
+#include <QTest>
+
+namespace orbel::test {
+namespace {
+
+/// A start beside the first one: on a thread of its own, as it waits for the first one to answer.
+bool startAnother(const QDBusConnection& bus, const QString& folder, const InstanceRequest& request) {
+    auto claimed = std::async(std::launch::async, [&] { return SingleInstance(bus, folder).claim(request); });
+    constexpr int patience = 10'000;
+    const auto isReady = [&] {
+        return claimed.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isReady, patience));
+    return claimed.get();
+}
+
+void handsOver(const std::function<QDBusConnection()>& connect, const QString& folder) {
+    const InstanceRequest request{.scanPath = "/not \xFF text", .screen = Screen::map};
+    std::vector<InstanceRequest> taken;
+    {
+        SingleInstance first(connect(), folder);
+        QObject::connect(&first, &SingleInstance::requested,
+                         [&](const InstanceRequest& asked) { taken.push_back(asked); });
+        EXPECT_TRUE(first.claim({}));
+        EXPECT_FALSE(startAnother(connect(), folder, request));
+        EXPECT_FALSE(startAnother(connect(), folder, {}));
+        QTest::qWait(20);
+    }
+    EXPECT_EQ(taken, (std::vector{request, InstanceRequest()}));
+    EXPECT_TRUE(startAnother(connect(), folder, {})) << "the first one is gone";
+}
+
+TEST(SingleInstance, HandsOverOnTheSessionBus) {
+    PrivateBus bus;
+    handsOver([&] { return bus.connect(); }, QString());
+}
+
+TEST(SingleInstance, HandsOverByALockFileWithoutABus) {
+    const TemporaryFolder folder;
+    handsOver([] { return QDBusConnection(QStringLiteral("none")); }, QString::fromStdString(folder.path()));
+}
+
+TEST(SingleInstance, IsNotForScriptedRuns) {
+    LaunchOptions options;
+    options.scanPath = "/data";
+    EXPECT_TRUE(SingleInstance::appliesTo(options));
+    options.quitAfterScan = true;
+    EXPECT_FALSE(SingleInstance::appliesTo(options));
+}
+
+TEST(InstanceRequest, TakesARelativePathFromHereAndNonsenseAsNothing) {
+    LaunchOptions options;
+    options.scanPath = "below";
+    EXPECT_EQ(InstanceRequest::of(options).scanPath, std::filesystem::current_path().string() + "/below");
+    for (const auto* text : {"", "[]", "{\"scan\":7}", "{\"scan\":\"http://x\",\"screen\":\"Map\"}"})
+        EXPECT_EQ(InstanceRequest::fromText(text), InstanceRequest()) << text;
+}
+
+} // namespace
+} // namespace orbel::test
