@@ -80,6 +80,7 @@ public:
     AppModel* app() const { return app_; }
     void setApp(AppModel* app);
     const FileTree& tree() const { return *tree_; }
+    const std::shared_ptr<const FileTree>& sharedTree() const { return tree_; }
     const std::optional<Coverage>& coverage() const { return coverage_; }
     quint32 focus() const { return focus_; }
     QString focusName() const;

@@ -120,7 +120,7 @@ void TreemapItem::layOut() {
     ++layouts_;
     forgetTileInterfaces(this);
     tiles_.clear();
-    // The gap at the right and below the last tiles falls outside.
+    shownTree_ = map_ == nullptr ? nullptr : map_->sharedTree();
     const TreemapRect area{.x = 0, .y = 0, .width = width() / unit_, .height = height() / unit_};
     if (map_ != nullptr && map_->tree().count() > 0)
         tiles_ = TreemapModel::tiles(map_->tree(), map_->focus(), area, deepest, map_->coverage(), mostTiles);
@@ -145,7 +145,7 @@ void TreemapItem::takeSelection() {
 }
 
 int TreemapItem::tileOf(NodeIndex node) const {
-    if (node >= map_->tree().count())
+    if (!isOfThisTree() || node >= map_->tree().count())
         return -1;
     const auto parent = map_->tree().parent(node);
     int merged = -1;
@@ -166,7 +166,7 @@ int TreemapItem::tileAt(QPointF position) const {
 }
 
 std::optional<NodeIndex> TreemapItem::nodeOf(int tile) const {
-    if (tile < 0)
+    if (tile < 0 || !isOfThisTree())
         return std::nullopt;
     const auto* node = std::get_if<TreemapTile::Node>(&tiles_[static_cast<std::size_t>(tile)].content);
     return node == nullptr ? std::nullopt : std::optional(node->index);
@@ -215,6 +215,8 @@ void TreemapItem::paint(QPainter* painter) {
 // Words.
 
 QString TreemapItem::tileName(int tile) const {
+    if (!isOfThisTree())
+        return {};
     const auto& shown = tiles_[static_cast<std::size_t>(tile)];
     QStringList words{QString::fromStdString(shown.label)};
     if (const auto node = nodeOf(tile))
@@ -225,6 +227,8 @@ QString TreemapItem::tileName(int tile) const {
 }
 
 QString TreemapItem::describe(int tile) const {
+    if (!isOfThisTree())
+        return {};
     const auto& shown = tiles_[static_cast<std::size_t>(tile)];
     const QString size = ByteFigure(shown.bytes).text();
     if (const auto node = nodeOf(tile)) {
@@ -293,7 +297,7 @@ void TreemapItem::choose(int tile) {
 }
 
 std::optional<NodeIndex> TreemapItem::zoomTargetOf(int tile) const {
-    if (tile < 0)
+    if (tile < 0 || !isOfThisTree())
         return std::nullopt;
     const auto& content = tiles_[static_cast<std::size_t>(tile)].content;
     if (const auto* smaller = std::get_if<TreemapTile::SmallerItems>(&content))
@@ -318,6 +322,7 @@ void TreemapItem::openMenu(int tile) {
 void TreemapItem::mousePressEvent(QMouseEvent* event) {
     if (isHeld_)
         return;
+    ensureLaidOut();
     isFocusShown_ = false;
     forceActiveFocus(Qt::MouseFocusReason);
     const int tile = tileAt(event->position());

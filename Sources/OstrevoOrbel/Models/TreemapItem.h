@@ -128,6 +128,8 @@ private:
     void setHovered(int tile);
     void move(TileNavigation::Direction direction);
     int tileOf(NodeIndex node) const;
+    /// The tiles are of the tree that the map has: their nodes may be looked up in it.
+    bool isOfThisTree() const { return map_ != nullptr && shownTree_ == map_->sharedTree(); }
     std::optional<NodeIndex> nodeOf(int tile) const;
     std::optional<NodeIndex> zoomTargetOf(int tile) const;
     QString describe(int tile) const;
@@ -141,6 +143,7 @@ private:
     std::unordered_set<NodeIndex> ticked_;
 
     std::vector<TreemapTile> tiles_; ///< in points, of which `unit_` pixels are one
+    std::shared_ptr<const FileTree> shownTree_; ///< that they were made of
     bool isStale_ = true;
     int layouts_ = 0;
     std::optional<QPointF> pointer_; ///< while it is over this item

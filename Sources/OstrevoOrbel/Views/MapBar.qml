@@ -116,13 +116,13 @@ FocusScope {
 
                     readonly property bool last: index === repeater.count - 1
                     readonly property real fullWidth: width
-
-                    opacity: index < way.hiddenParts ? 0 : 1
+                    readonly property int seen: index < way.hiddenParts ? 0 : 1
 
                     PathIcon {
                         anchors.verticalCenter: parent.verticalCenter
                         color: Theme.text3
                         height: Theme.px(12)
+                        opacity: crumb.seen
                         path: Theme.icons.right
                         visible: crumb.index > 0
                         width: height
@@ -162,12 +162,14 @@ FocusScope {
                             ThemedText {
                                 anchors.verticalCenter: parent.verticalCenter
                                 bold: crumb.last
+                                opacity: crumb.seen
                                 text: crumb.name
                                 width: Math.min(implicitWidth, Theme.px(280))
                             }
                             ThemedText {
                                 anchors.verticalCenter: parent.verticalCenter
                                 color: Theme.text2
+                                opacity: crumb.seen
                                 role: ThemedText.Small
                                 text: crumb.size
                                 visible: crumb.last || crumb.index === 0

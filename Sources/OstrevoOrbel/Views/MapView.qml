@@ -140,8 +140,8 @@ ScreenFrame {
                         return;
                     from = start;
                     to = end;
-                    treemap.held = holds;
                     zoomMotion.restart();
+                    treemap.held = holds;
                 }
 
                 border.color: Theme.mapEdge
@@ -253,7 +253,7 @@ ScreenFrame {
         onActivated: map.goToRoot()
     }
     Shortcut {
-        enabled: screen.visible && screen.narrow && screen.listOpen
+        enabled: screen.visible && screen.hasMap && screen.narrow && screen.listOpen
         sequence: "Esc"
 
         onActivated: screen.listOpen = false

@@ -1,0 +1,261 @@
+#include "WindowScene.h"
+
+#include "Models/TreemapItem.h"
+#include "Support/TreeBuilder.h"
+
+#include <gtest/gtest.h>
+#include <QAccessible>
+#include <QDir>
+#include <QGuiApplication>
+#include <QtTest/QTest>
+
+namespace orbel::test {
+
+namespace {
+
+constexpr std::uint64_t GB = 1'000'000'000;
+
+/// A home with folders in folders, and many files too small to be drawn.
+FileTree sampleTree() {
+    TreeBuilder disk("/");
+    const auto home = disk.folder(disk.folder(0, "home"), "mira");
+    const auto videos = disk.folder(home, "Videos");
+    disk.file(videos, "ridge.mov", 40 * GB);
+    disk.file(videos, "lake.mov", 20 * GB);
+    const auto machines = disk.folder(home, "virtual-machines");
+    disk.file(machines, "win11.qcow2", 30 * GB);
+    const auto cache = disk.folder(home, ".cache");
+    disk.file(cache, "wheels.zip", 5 * GB);
+    for (int i = 0; i < 300; ++i)
+        disk.file(cache, "object" + std::to_string(i), GB / 5000);
+    disk.file(disk.folder(0, "usr"), "libLLVM.so", 10 * GB);
+    return disk.build();
+}
+
+/// The window on the map of the sample.
+class MapScene : public WindowScene {
+public:
+    explicit MapScene(int width = 1440, int height = 900) {
+        environment.scan = [](const std::string&, const ScanCancellation&, const ScanProgressCallback&) {
+            return ScanResult{.tree = sampleTree(), .startedAt = {}, .firstProgress = {}, .duration = 1};
+        };
+        open(width, height);
+        app().scanDisk();
+        EXPECT_TRUE(waitUntil([this] { return app().scanState() == AppModel::ScanState::done; }));
+        app().setScreenName(QStringLiteral("map"));
+        settle();
+        view = qobject_cast<TreemapItem*>(item(QStringLiteral("map.view")));
+        view->forceActiveFocus(Qt::TabFocusReason);
+        settle();
+    }
+
+    int tile(std::string_view label) const {
+        const auto& tiles = view->tiles();
+        const auto found = std::ranges::find(tiles, label, &TreemapTile::label);
+        EXPECT_NE(found, tiles.end()) << label;
+        return found == tiles.end() ? 0 : found->id;
+    }
+    QString selected() const { return view->map()->selection().name; }
+    QString shown() const { return view->map()->focusName(); }
+
+    /// A point of the tile that belongs to none of its children.
+    QPoint pointIn(std::string_view label) const {
+        const QRectF box = view->boxAt(tile(label));
+        return view->mapToScene(box.topLeft() + QPointF(8, 8)).toPoint();
+    }
+    void clickTile(std::string_view label, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseClick(&window(), button, Qt::NoModifier, pointIn(label));
+        settle();
+    }
+    void hoverTile(std::string_view label) {
+        QTest::mouseMove(&window(), pointIn(label));
+        settle();
+    }
+    /// Waits for a zoom to end.
+    void show(const char* folder) {
+        EXPECT_TRUE(waitUntil([&] { return shown() == QLatin1String(folder) && !view->isHeld(); })) << folder;
+        settle();
+    }
+
+    TreemapItem* view = nullptr;
+};
+
+} // namespace
+
+TEST(WindowMap, ThePointerTellsAndLaysNothingOut) {
+    MapScene scene;
+    scene.clickTile("lake.mov");
+    const int layouts = scene.view->layouts();
+    for (const auto* label : {"ridge.mov", "Videos", "win11.qcow2", "libLLVM.so", "lake.mov"}) {
+        scene.hoverTile(label);
+        EXPECT_EQ(scene.view->hoverBox(), scene.view->boxAt(scene.tile(label)));
+        EXPECT_TRUE(scene.view->status().contains(QLatin1String(label))) << scene.view->status().toStdString();
+        EXPECT_EQ(scene.view->hoverHint(), QString());
+    }
+    const auto& tiles = scene.view->tiles();
+    const auto merged = std::ranges::find_if(
+        tiles, [](const TreemapTile& tile) { return tile.label.ends_with("smaller items"); });
+    ASSERT_NE(merged, tiles.end());
+    scene.hoverTile(merged->label);
+    EXPECT_NE(scene.view->hoverHint(), QString());
+    EXPECT_EQ(scene.view->layouts(), layouts);
+    EXPECT_EQ(scene.selected(), QStringLiteral("lake.mov"));
+}
+
+TEST(WindowMap, KeysWalkFromTileToTileAndFromFolderToFolder) {
+    MapScene scene;
+    EXPECT_EQ(scene.focus(), QStringLiteral("map.view"));
+    EXPECT_TRUE(scene.view->isFocusShown());
+    scene.press(Qt::Key_Home);
+    EXPECT_EQ(scene.selected(), QStringLiteral("home"));
+    scene.press(Qt::Key_Down);
+    EXPECT_EQ(scene.selected(), QStringLiteral("mira"));
+    scene.press(Qt::Key_Return);
+    scene.show("mira");
+    scene.press(Qt::Key_Left);
+    const auto first = scene.selected();
+    EXPECT_NE(first, QString());
+    scene.press(Qt::Key_Backspace);
+    scene.show("home");
+    EXPECT_EQ(scene.selected(), QStringLiteral("mira")) << "where one came from";
+    scene.press(Qt::Key_Left, Qt::AltModifier);
+    scene.show("mira");
+    scene.press(Qt::Key_Home, Qt::AltModifier);
+    EXPECT_EQ(scene.view->map()->focus(), 0U);
+    EXPECT_FALSE(scene.view->map()->canGoUp());
+    scene.clickTile("ridge.mov");
+    EXPECT_FALSE(scene.view->isFocusShown()) << "only where a keyboard is used";
+    scene.press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(scene.requests().copied, QStringLiteral("/home/mira/Videos/ridge.mov"));
+}
+
+TEST(WindowMap, ListAndMapShowTheSame) {
+    MapScene scene;
+    scene.view->map()->show(*scene.view->map()->tree().index("/home/mira", PathCanonicalizer::shared()));
+    scene.settle();
+    auto* const list = scene.item(QStringLiteral("map.list"));
+    list->forceActiveFocus(Qt::TabFocusReason);
+    scene.press(Qt::Key_End);
+    EXPECT_EQ(scene.selected(), QStringLiteral(".cache"));
+    EXPECT_EQ(scene.view->selectedTile(), scene.tile(".cache"));
+    scene.clickTile("win11.qcow2");
+    EXPECT_EQ(list->property("currentIndex").toInt(), 1) << "the row of what it lies in";
+    EXPECT_TRUE(scene.says(QStringLiteral("3 items")));
+
+    scene.click(QStringLiteral("map.kind.1"));
+    EXPECT_TRUE(scene.says(QStringLiteral("filtered to Video, 60.0 GB")));
+    EXPECT_TRUE(scene.isShown(QStringLiteral("map.filter")));
+    scene.click(QStringLiteral("map.filter"));
+    EXPECT_FALSE(scene.isShown(QStringLiteral("map.filter")));
+}
+
+TEST(WindowMap, AMenuKeepsToItsItem) {
+    MapScene scene;
+    scene.clickTile("ridge.mov", Qt::RightButton);
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("Video · 40.0 GB")); }));
+    QTest::mouseMove(&scene.window(), scene.pointIn("libLLVM.so"));
+    scene.settle();
+    scene.click(QStringLiteral("map.menu.copy"));
+    EXPECT_EQ(scene.requests().copied, QStringLiteral("/home/mira/Videos/ridge.mov"));
+}
+
+TEST(WindowMap, EveryMarkIsDrawn) {
+    MapScene scene(800, 560);
+    scene.clickTile("lake.mov");
+    scene.hoverTile("win11.qcow2");
+    scene.view->setTicked({*scene.view->map()->tree().index("/home/mira/Videos/ridge.mov", PathCanonicalizer::shared())});
+    scene.settle();
+    const auto picture = scene.picture();
+    ASSERT_TRUE(QDir().mkpath(QStringLiteral(ORBEL_SNAPSHOTS)));
+    EXPECT_TRUE(picture.save(QStringLiteral(ORBEL_SNAPSHOTS "/map-marks-800x560.png")));
+    const auto colourAt = [&](std::string_view label, QPointF fromUpperRight) {
+        const QRectF box = scene.view->boxAt(scene.tile(label));
+        const auto place = scene.view->mapToScene(box.topRight() + fromUpperRight) * qGuiApp->devicePixelRatio();
+        return picture.pixelColor(place.toPoint()).name();
+    };
+    const QPointF edge(-2, 1);
+    const QPointF within(-30, 8);
+    EXPECT_EQ(colourAt("lake.mov", edge), QStringLiteral("#0b6170")) << "selected";
+    EXPECT_EQ(colourAt("win11.qcow2", edge), QStringLiteral("#15211f")) << "hovered";
+    EXPECT_EQ(colourAt("ridge.mov", edge), QStringLiteral("#d5b4f9"));
+    EXPECT_EQ(colourAt("ridge.mov", {-18, 8}), QStringLiteral("#15211f")) << "ticked";
+    EXPECT_EQ(colourAt("libLLVM.so", edge), QStringLiteral("#aab1b2"));
+
+    scene.view->map()->toggleKind(static_cast<int>(FileKind::video));
+    scene.settle();
+    const auto filtered = scene.picture();
+    EXPECT_TRUE(filtered.save(QStringLiteral(ORBEL_SNAPSHOTS "/map-filtered-800x560.png")));
+    const auto pale = scene.view->mapToScene(scene.view->boxAt(scene.tile("libLLVM.so")).topRight() + within)
+                      * qGuiApp->devicePixelRatio();
+    EXPECT_GT(filtered.pixelColor(pale.toPoint()).lightness(), QColor(QStringLiteral("#aab1b2")).lightness() + 20);
+}
+
+TEST(WindowMap, AssistiveTechnologyReachesEveryTile) {
+    MapScene scene;
+    auto* const list = QAccessible::queryAccessibleInterface(scene.view);
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->role(), QAccessible::List);
+    EXPECT_EQ(list->text(QAccessible::Name), QStringLiteral("Map of This disk"));
+    ASSERT_EQ(list->childCount(), scene.view->tileCount());
+
+    // From the window down, as a screen reader goes.
+    const std::function<bool(QAccessibleInterface*)> holdsTheMap = [&](QAccessibleInterface* above) {
+        for (int i = 0; i < above->childCount(); ++i) {
+            auto* const child = above->child(i);
+            if (child != nullptr && (child->object() == scene.view || holdsTheMap(child)))
+                return true;
+        }
+        return false;
+    };
+    EXPECT_TRUE(holdsTheMap(QAccessible::queryAccessibleInterface(&scene.window())));
+
+    const int number = scene.tile("ridge.mov");
+    auto* const tile = list->child(number);
+    ASSERT_NE(tile, nullptr);
+    const auto share = shareText(40 * GB, scene.view->map()->focusBytes());
+    EXPECT_EQ(tile->text(QAccessible::Name), QStringLiteral("ridge.mov, Video, 40.0 GB, %1 of This disk").arg(share));
+    EXPECT_EQ(list->indexOfChild(tile), number);
+    EXPECT_EQ(tile->parent(), list);
+    EXPECT_EQ(list->childAt(tile->rect().center().x(), tile->rect().center().y()), tile);
+    EXPECT_FALSE(tile->state().selected);
+    tile->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(scene.selected(), QStringLiteral("ridge.mov"));
+    EXPECT_TRUE(tile->state().selected);
+    EXPECT_TRUE(tile->state().focused);
+    EXPECT_EQ(list->focusChild(), tile);
+
+    scene.view->map()->show(*scene.view->map()->tree().index("/usr", PathCanonicalizer::shared()));
+    scene.settle();
+    ASSERT_EQ(list->childCount(), 1) << "what was laid out anew";
+    EXPECT_TRUE(list->child(0)->text(QAccessible::Name).startsWith(QStringLiteral("libLLVM.so")));
+}
+
+TEST(WindowMap, FollowsTheTree) {
+    MapModel map;
+    const auto tree = std::make_shared<FileTree>(sampleTree());
+    const auto at = [&](const char* path) { return *map.tree().index(path, PathCanonicalizer::shared()); };
+    map.setTree(tree, std::nullopt);
+    map.show(at("/home/mira/Videos/lake.mov"));
+    EXPECT_EQ(map.focusName(), QStringLiteral("Videos"));
+    EXPECT_EQ(map.selection().name, QStringLiteral("lake.mov"));
+
+    auto removed = std::make_shared<FileTree>(*tree);
+    removed->remove(std::array{at("/home/mira/Videos/lake.mov")});
+    map.setTree(removed, std::nullopt);
+    EXPECT_EQ(map.focusName(), QStringLiteral("Videos"));
+    EXPECT_FALSE(map.selection().valid) << "it is gone";
+    auto more = std::make_shared<FileTree>(*removed);
+    more->remove(std::array{at("/home/mira")});
+    map.setTree(more, std::nullopt);
+    EXPECT_EQ(map.focusName(), QStringLiteral("home")) << "the nearest that is left";
+
+    map.setTree(tree, std::nullopt);
+    map.show(at("/home/mira/Videos"));
+    map.setTree(std::make_shared<FileTree>(), std::nullopt);
+    EXPECT_EQ(map.list()->rowCount(), 0);
+    map.setTree(std::make_shared<FileTree>(sampleTree()), std::nullopt);
+    EXPECT_EQ(map.focusName(), QStringLiteral("Videos")) << "measured again";
+    EXPECT_FALSE(map.canGoBack());
+}
+
+} // namespace orbel::test
