@@ -21,10 +21,10 @@ TEST(ScanFlow, PublishesWhatAScanFinds) {
     scene.scan(0).progress({.entries = 3,
                             .bytes = 120,
                             .unreadable = 0,
-                            .elapsed = 0.25,
+                            .elapsed = 0.5,
                             .topLevel = {{.name = "films", .bytes = 120, .isFolder = true}}});
     scene.waitUntil([&] { return model.progress().has_value(); });
-    EXPECT_EQ(model.measuredText(), QStringLiteral("120 B · 3 entries · 0.2 s"));
+    EXPECT_EQ(model.measuredText(), QStringLiteral("120 B · 3 entries · 0.5 s"));
     EXPECT_EQ(model.topLevel()->index(0).data(TopLevelModel::PathRole), QStringLiteral("/data/films"));
 
     scene.endScan(0, sampleScan());

@@ -10,13 +10,14 @@ namespace {
 
 /// A start beside the first one: on a thread of its own, as it waits for the first one to answer.
 bool startAnother(const QDBusConnection& bus, const QString& folder, const InstanceRequest& request) {
-    auto claimed = std::async(std::launch::async, [&] { return SingleInstance(bus, folder).claim(request); });
+    bool claimed = false;
+    const std::unique_ptr<QThread> start(
+        QThread::create([&] { claimed = SingleInstance(bus, folder).claim(request); }));
+    start->start();
     constexpr int patience = 10'000;
-    const auto isReady = [&] {
-        return claimed.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
-    };
-    EXPECT_TRUE(QTest::qWaitFor(isReady, patience));
-    return claimed.get();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return start->isFinished(); }, patience));
+    start->wait();
+    return claimed;
 }
 
 void handsOver(const std::function<QDBusConnection()>& connect, const QString& folder) {
