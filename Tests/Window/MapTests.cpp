@@ -1,7 +1,6 @@
-#include "WindowScene.h"
-
 #include "Models/TreemapItem.h"
 #include "Support/TreeBuilder.h"
+#include "WindowScene.h"
 
 #include <gtest/gtest.h>
 #include <QAccessible>
@@ -89,7 +88,8 @@ TEST(WindowMap, ThePointerTellsAndLaysNothingOut) {
     for (const auto* label : {"ridge.mov", "Videos", "win11.qcow2", "libLLVM.so", "lake.mov"}) {
         scene.hoverTile(label);
         EXPECT_EQ(scene.view->hoverBox(), scene.view->boxAt(scene.tile(label)));
-        EXPECT_TRUE(scene.view->status().contains(QLatin1String(label))) << scene.view->status().toStdString();
+        EXPECT_TRUE(scene.view->status().contains(QLatin1String(label)))
+            << scene.view->status().toStdString();
         EXPECT_EQ(scene.view->hoverHint(), QString());
     }
     const auto& tiles = scene.view->tiles();
@@ -163,14 +163,16 @@ TEST(WindowMap, EveryMarkIsDrawn) {
     MapScene scene(800, 560);
     scene.clickTile("lake.mov");
     scene.hoverTile("win11.qcow2");
-    scene.view->setTicked({*scene.view->map()->tree().index("/home/mira/Videos/ridge.mov", PathCanonicalizer::shared())});
+    scene.view->setTicked(
+        {*scene.view->map()->tree().index("/home/mira/Videos/ridge.mov", PathCanonicalizer::shared())});
     scene.settle();
     const auto picture = scene.picture();
     ASSERT_TRUE(QDir().mkpath(QStringLiteral(ORBEL_SNAPSHOTS)));
     EXPECT_TRUE(picture.save(QStringLiteral(ORBEL_SNAPSHOTS "/map-marks-800x560.png")));
     const auto colourAt = [&](std::string_view label, QPointF fromUpperRight) {
         const QRectF box = scene.view->boxAt(scene.tile(label));
-        const auto place = scene.view->mapToScene(box.topRight() + fromUpperRight) * qGuiApp->devicePixelRatio();
+        const auto place =
+            scene.view->mapToScene(box.topRight() + fromUpperRight) * qGuiApp->devicePixelRatio();
         return picture.pixelColor(place.toPoint()).name();
     };
     const QPointF edge(-2, 1);
@@ -187,7 +189,8 @@ TEST(WindowMap, EveryMarkIsDrawn) {
     EXPECT_TRUE(filtered.save(QStringLiteral(ORBEL_SNAPSHOTS "/map-filtered-800x560.png")));
     const auto pale = scene.view->mapToScene(scene.view->boxAt(scene.tile("libLLVM.so")).topRight() + within)
                       * qGuiApp->devicePixelRatio();
-    EXPECT_GT(filtered.pixelColor(pale.toPoint()).lightness(), QColor(QStringLiteral("#aab1b2")).lightness() + 20);
+    EXPECT_GT(filtered.pixelColor(pale.toPoint()).lightness(),
+              QColor(QStringLiteral("#aab1b2")).lightness() + 20);
 }
 
 TEST(WindowMap, AssistiveTechnologyReachesEveryTile) {
@@ -213,7 +216,8 @@ TEST(WindowMap, AssistiveTechnologyReachesEveryTile) {
     auto* const tile = list->child(number);
     ASSERT_NE(tile, nullptr);
     const auto share = shareText(40 * GB, scene.view->map()->focusBytes());
-    EXPECT_EQ(tile->text(QAccessible::Name), QStringLiteral("ridge.mov, Video, 40.0 GB, %1 of This disk").arg(share));
+    EXPECT_EQ(tile->text(QAccessible::Name),
+              QStringLiteral("ridge.mov, Video, 40.0 GB, %1 of This disk").arg(share));
     EXPECT_EQ(list->indexOfChild(tile), number);
     EXPECT_EQ(tile->parent(), list);
     EXPECT_EQ(list->childAt(tile->rect().center().x(), tile->rect().center().y()), tile);

@@ -142,7 +142,7 @@ private:
     bool isHeld_ = false;
     std::unordered_set<NodeIndex> ticked_;
 
-    std::vector<TreemapTile> tiles_; ///< in points, of which `unit_` pixels are one
+    std::vector<TreemapTile> tiles_;            ///< in points, of which `unit_` pixels are one
     std::shared_ptr<const FileTree> shownTree_; ///< that they were made of
     bool isStale_ = true;
     int layouts_ = 0;
