@@ -38,6 +38,10 @@ public:
         environment.scan = [](const std::string&, const ScanCancellation&, const ScanProgressCallback&) {
             return ScanResult{.tree = sampleTree(), .startedAt = {}, .firstProgress = {}, .duration = 1};
         };
+        // Little more in use than was measured, so that what was not is a small part of the map.
+        environment.readVolume = [](const std::string&) {
+            return std::optional(VolumeInfo{.total = 511 * GB, .free = 400 * GB, .used = 110 * GB});
+        };
         open(width, height);
         app().scanDisk();
         EXPECT_TRUE(waitUntil([this] { return app().scanState() == AppModel::ScanState::done; }));
