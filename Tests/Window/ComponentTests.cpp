@@ -22,8 +22,8 @@ public:
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
         QQmlComponent component(&engine_);
         component.setData("import QtQuick\nimport OstrevoOrbel\n"
-                          "Window { visible: true; width: 600; height: 400; property string told\n" +
-                              body + "\n}",
+                          "Window { visible: true; width: 600; height: 400; property string told\n"
+                              + body + "\n}",
                           QUrl());
         window_.reset(qobject_cast<QQuickWindow*>(component.create()));
         EXPECT_TRUE(window_ != nullptr) << component.errorString().toStdString();
@@ -61,7 +61,7 @@ double luminance(const QColor& color) {
 }
 
 double contrast(const QColor& one, const QColor& other) {
-    const auto [dark, light] = std::minmax(luminance(one), luminance(other));
+    const auto [dark, light] = std::minmax({luminance(one), luminance(other)});
     return (light + 0.05) / (dark + 0.05);
 }
 
@@ -73,7 +73,8 @@ TEST(WindowTheme, TextCanBeReadOnEveryGround) {
         return scene.value(QStringLiteral("Theme.") + name).value<QColor>();
     };
     const auto expectReadable = [&](const QString& text, const QString& ground, double least) {
-        EXPECT_GE(contrast(color(text), color(ground)), least) << text.toStdString() << " on " << ground.toStdString();
+        EXPECT_GE(contrast(color(text), color(ground)), least)
+            << text.toStdString() << " on " << ground.toStdString();
     };
     for (const auto* dark : {"false", "true"}) {
         scene.value(QStringLiteral("Theme.dark = ") + QLatin1String(dark));
@@ -94,7 +95,8 @@ TEST(WindowTheme, TextCanBeReadOnEveryGround) {
                                            {"surface", "ink"}})
             expectReadable(QLatin1String(text), QLatin1String(ground), 4.5);
         for (int kind = 0; kind < 8; ++kind)
-            expectReadable(QStringLiteral("kindLabels[%1]").arg(kind), QStringLiteral("kindFills[%1]").arg(kind), 4.5);
+            expectReadable(QStringLiteral("kindLabels[%1]").arg(kind),
+                           QStringLiteral("kindFills[%1]").arg(kind), 4.5);
         // Borders that tell where a control is.
         expectReadable(QStringLiteral("control"), QStringLiteral("surface"), 3);
     }
@@ -106,14 +108,16 @@ TEST(WindowTheme, EveryIconIsAPathThatDraws) {
         scene.value(QStringLiteral("icon.path = Theme.kindIcons[%1]").arg(kind));
         EXPECT_FALSE(scene.value(QStringLiteral("icon.path")).toString().isEmpty());
     }
-    scene.value(QStringLiteral("{ for (const name in Theme.icons) if (typeof Theme.icons[name] === 'string' && "
-                               "name !== 'objectName' && !Theme.icons[name].startsWith('M')) told += name; }"));
+    scene.value(
+        QStringLiteral("{ for (const name in Theme.icons) if (typeof Theme.icons[name] === 'string' && "
+                       "name !== 'objectName' && !Theme.icons[name].startsWith('M')) told += name; }"));
     EXPECT_EQ(scene.told().toStdString(), "");
 }
 
 TEST(WindowComponents, ARefusedItemCannotBeTicked) {
-    ComponentScene scene("Tick { id: free; onToggled: told += 'free ' }"
-                         "Tick { id: refused; x: 100; refusal: 'Protected: ~/Pictures'; onToggled: told += 'refused ' }");
+    ComponentScene scene(
+        "Tick { id: free; onToggled: told += 'free ' }"
+        "Tick { id: refused; x: 100; refusal: 'Protected: ~/Pictures'; onToggled: told += 'refused ' }");
     scene.click(QStringLiteral("free"));
     scene.click(QStringLiteral("refused"));
     EXPECT_EQ(scene.told(), QStringLiteral("free "));
@@ -142,7 +146,8 @@ TEST(WindowComponents, ListsAndChoicesMoveByArrows) {
     ComponentScene scene(
         "RowList { id: list; width: 200; height: 108; model: 20; onActivated: index => told += index + ' ';"
         "  delegate: Item { required property int index; width: 200; height: 36 } }"
-        "Segmented { id: choice; y: 200; options: ['Newest', 'Oldest']; onChosen: index => current = index }");
+        "Segmented { id: choice; y: 200; options: ['Newest', 'Oldest']; onChosen: index => current = index "
+        "}");
     scene.value(QStringLiteral("list.forceActiveFocus()"));
     for (const auto& [key, row] : {std::pair{Qt::Key_Down, 1},
                                    {Qt::Key_End, 19},

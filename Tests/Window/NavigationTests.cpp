@@ -1,6 +1,5 @@
-#include "WindowScene.h"
-
 #include "Scan/TreeScanner.h"
+#include "WindowScene.h"
 
 #include <gtest/gtest.h>
 

@@ -34,7 +34,8 @@ ScanResult sample(double share) {
     const auto pictures = disk.folder(home, "Pictures");
     add(pictures, "raw.arw", 32.6);
     const auto projects = disk.folder(home, "Projects");
-    const auto viewer = disk.folder(projects, "lidar-viewer with a name that is longer than most columns are");
+    const auto viewer =
+        disk.folder(projects, "lidar-viewer with a name that is longer than most columns are");
     add(viewer, "target.bin", 32.3);
     const auto share_ = disk.folder(disk.folder(home, ".local"), "share");
     add(share_, "flatpak.bin", 29.2);
@@ -63,11 +64,19 @@ ScanResult sample(double share) {
 } // namespace
 
 VolumeInfo SampleDisk::volume() {
-    return {.total = bytes(511), .free = bytes(63.6), .used = bytes(421.8), .availableForImportantUsage = bytes(63.6)};
+    return {.total = bytes(511),
+            .free = bytes(63.6),
+            .used = bytes(421.8),
+            .availableForImportantUsage = bytes(63.6)};
 }
 
 std::vector<platform::Mount> SampleDisk::mounts() {
-    return {{.id = 1, .parentId = 0, .path = "/", .fileSystem = "btrfs", .source = "/dev/nvme0n1p3", .isNetwork = false},
+    return {{.id = 1,
+             .parentId = 0,
+             .path = "/",
+             .fileSystem = "btrfs",
+             .source = "/dev/nvme0n1p3",
+             .isNetwork = false},
             {.id = 2,
              .parentId = 1,
              .path = "/media/mira/backup",

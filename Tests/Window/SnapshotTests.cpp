@@ -20,8 +20,8 @@ QRectF seenPart(const QQuickItem& item) {
 
 std::string described(const QQuickItem& text, const QRectF& rect) {
     std::ostringstream words;
-    words << '"' << text.property("text").toString().toStdString() << "\" at " << rect.x() << ',' << rect.y() << ' '
-          << rect.width() << 'x' << rect.height();
+    words << '"' << text.property("text").toString().toStdString() << "\" at " << rect.x() << ',' << rect.y()
+          << ' ' << rect.width() << 'x' << rect.height();
     return words.str();
 }
 
@@ -35,8 +35,10 @@ QRectF lettersOf(const QQuickItem& text) {
         x = text.width() - width;
     else if (alignment == Qt::AlignHCenter)
         x = (text.width() - width) / 2;
+    const bool isCentred = text.property("verticalAlignment").toInt() == Qt::AlignVCenter;
+    const double y = isCentred ? std::max(0.0, (text.height() - height) / 2) : 0;
     // Two pixels are what the letters leave free above and below in every line.
-    return text.mapRectToScene({x, 2, width, height - 4});
+    return text.mapRectToScene({x, y + 2, width, height - 4});
 }
 
 /// Fails for every text that does not fit: too wide for its box without saying so by "…", too high, over the
@@ -57,9 +59,10 @@ void expectTextsFit(WindowScene& scene) {
         }
         EXPECT_LE(text->property("contentHeight").toDouble(), text->height() + 1)
             << "Too high: " << described(*text, box);
-        EXPECT_TRUE(window.adjusted(-1, -1, 1, 1).contains(part)) << "Over the edge: " << described(*text, box);
-        EXPECT_FALSE(part.width() < 1.5 * text->property("font").value<QFont>().pixelSize() &&
-                     text->property("truncated").toBool())
+        EXPECT_TRUE(window.adjusted(-1, -1, 1, 1).contains(part))
+            << "Over the edge: " << described(*text, box);
+        EXPECT_FALSE(part.width() < 1.5 * text->property("font").value<QFont>().pixelSize()
+                     && text->property("truncated").toBool())
             << "Nothing left: " << described(*text, box);
         for (const auto& [other, taken] : seen) {
             const auto overlap = taken & letters;
@@ -92,7 +95,8 @@ void keep(WindowScene& scene, const QString& name) {
         expectDrawn(picture, name);
         const QDir folder(QStringLiteral(ORBEL_SNAPSHOTS));
         EXPECT_TRUE(folder.mkpath(QStringLiteral(".")));
-        EXPECT_TRUE(picture.save(folder.filePath(name + QLatin1Char('-') + appearance + scale + QLatin1String(".png"))));
+        EXPECT_TRUE(picture.save(
+            folder.filePath(name + QLatin1Char('-') + appearance + scale + QLatin1String(".png"))));
     }
     SCOPED_TRACE(name.toStdString());
     expectTextsFit(scene);
@@ -165,7 +169,9 @@ TEST(WindowSnapshotOf, Onboarding) {
     for (const auto& [suffix, width, height, fontScale] :
          {Sized{"", 1440, 900, 1}, Sized{"-800x560", 800, 560, 1}, Sized{"-large-font", 1440, 900, 2}}) {
         WindowScene scene;
-        scene.environment.isFullDiskAccessGranted = [](const std::string& /*home*/) { return std::optional(false); };
+        scene.environment.isFullDiskAccessGranted = [](const std::string& /*home*/) {
+            return std::optional(false);
+        };
         scene.open(width, height);
         scene.setFontScale(fontScale);
         keep(scene, QStringLiteral("onboarding") + QLatin1String(suffix));
@@ -187,7 +193,8 @@ TEST(WindowSnapshotOf, WhatOpensOverAScreen) {
     scene.click(QStringLiteral("overview.unreadable"));
     for (const auto& appearance : {QStringLiteral("light"), QStringLiteral("dark")}) {
         scene.setAppearance(appearance);
-        scene.picture().save(QStringLiteral(ORBEL_SNAPSHOTS "/unreadable-") + appearance + QLatin1String(".png"));
+        scene.picture().save(QStringLiteral(ORBEL_SNAPSHOTS "/unreadable-") + appearance
+                             + QLatin1String(".png"));
     }
     EXPECT_TRUE(scene.isShown(QStringLiteral("unreadable.list")));
 }

@@ -88,7 +88,9 @@ WindowScene::WindowScene() : requests_(std::make_shared<Requests>()), gate_(std:
     };
     environment.readVolume = [](const std::string& /*path*/) { return SampleDisk::volume(); };
     environment.mountTable = SampleDisk::mounts;
-    environment.measureTrash = [](const std::string& /*trash*/) { return std::optional<std::uint64_t>(5'800'000'000); };
+    environment.measureTrash = [](const std::string& /*trash*/) {
+        return std::optional<std::uint64_t>(5'800'000'000);
+    };
     environment.isFullDiskAccessGranted = [](const std::string& /*home*/) { return std::optional(true); };
     environment.now = std::chrono::system_clock::now;
     environment.settings = std::make_shared<QSettings>(QString::fromStdString(folder_.path("settings.ini")),
@@ -138,7 +140,8 @@ void WindowScene::releaseScans() {
 
 QQuickItem* WindowScene::item(const QString& name) {
     std::vector<QQuickItem*> found;
-    collect(*window_->contentItem(), found, [&](const QQuickItem& item) { return item.objectName() == name; });
+    collect(*window_->contentItem(), found,
+            [&](const QQuickItem& item) { return item.objectName() == name; });
     if (found.empty())
         ADD_FAILURE() << "Not to be seen: " << name.toStdString();
     return found.empty() ? nullptr : found.front();
@@ -146,14 +149,16 @@ QQuickItem* WindowScene::item(const QString& name) {
 
 bool WindowScene::isShown(const QString& name) {
     std::vector<QQuickItem*> found;
-    collect(*window_->contentItem(), found, [&](const QQuickItem& item) { return item.objectName() == name; });
+    collect(*window_->contentItem(), found,
+            [&](const QQuickItem& item) { return item.objectName() == name; });
     return !found.empty();
 }
 
 std::vector<QQuickItem*> WindowScene::texts() {
     std::vector<QQuickItem*> found;
     collect(*window_->contentItem(), found, [](const QQuickItem& item) {
-        return inheritsText(item) && !item.property("text").toString().trimmed().isEmpty() && item.opacity() > 0;
+        return inheritsText(item) && !item.property("text").toString().trimmed().isEmpty()
+               && item.opacity() > 0;
     });
     return found;
 }

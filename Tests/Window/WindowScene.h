@@ -3,18 +3,18 @@
 #include "AppModel/AppModel.h"
 #include "Support/TemporaryFolder.h"
 
+#include <functional>
+#include <memory>
 #include <QImage>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <functional>
-#include <memory>
 #include <string>
 
 namespace orbel::test {
 
-/// The whole window over a model whose world belongs to the test: a sample disk, a home in a temporary folder,
-/// no desktop. Mouse and keyboard act as a person's would: on what can be seen.
+/// The whole window over a model whose world belongs to the test: a sample disk, a home in a temporary
+/// folder, no desktop. Mouse and keyboard act as a person's would: on what can be seen.
 class WindowScene {
 public:
     /// What the model asks of the desktop, noted.

@@ -10,9 +10,10 @@ namespace {
 constexpr int viewSize = 16;
 
 QByteArray asSvg(const QString& path, const QColor& color, qreal stroke) {
-    return QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 %1 %1'><path d='%2' fill='none' "
-                          "stroke='%3' stroke-opacity='%4' stroke-width='%5' stroke-linecap='round' "
-                          "stroke-linejoin='round'/></svg>")
+    return QStringLiteral(
+               "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 %1 %1'><path d='%2' fill='none' "
+               "stroke='%3' stroke-opacity='%4' stroke-width='%5' stroke-linecap='round' "
+               "stroke-linejoin='round'/></svg>")
         .arg(QString::number(viewSize), path.toHtmlEscaped(), color.name(), QString::number(color.alphaF()),
              QString::number(stroke))
         .toUtf8();
