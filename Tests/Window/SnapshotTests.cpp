@@ -35,8 +35,10 @@ QRectF lettersOf(const QQuickItem& text) {
         x = text.width() - width;
     else if (alignment == Qt::AlignHCenter)
         x = (text.width() - width) / 2;
+    const bool isCentred = text.property("verticalAlignment").toInt() == Qt::AlignVCenter;
+    const double y = isCentred ? std::max(0.0, (text.height() - height) / 2) : 0;
     // Two pixels are what the letters leave free above and below in every line.
-    return text.mapRectToScene({x, 2, width, height - 4});
+    return text.mapRectToScene({x, y + 2, width, height - 4});
 }
 
 /// Fails for every text that does not fit: too wide for its box without saying so by "…", too high, over the

@@ -17,7 +17,7 @@ Card {
 
     Accessible.name: ledger.summary
     Accessible.role: Accessible.Grouping
-    implicitHeight: column.height + 40
+    implicitHeight: column.height + 36
 
     component Swatch: Rectangle {
         border.color: Theme.control

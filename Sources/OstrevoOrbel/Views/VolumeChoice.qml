@@ -8,6 +8,7 @@ T.AbstractButton {
     id: choice
 
     required property AppModel app
+    readonly property int menuWidth: Theme.px(440)
 
     Accessible.name: qsTr("File system: %1").arg(text)
     Accessible.role: Accessible.ButtonMenu
@@ -66,7 +67,7 @@ T.AbstractButton {
     ActionMenu {
         id: menu
 
-        implicitWidth: Theme.px(440)
+        implicitWidth: choice.menuWidth
         itemFacts: qsTr("Measuring reads names and sizes; it changes nothing.")
         itemName: qsTr("Measure another file system")
         objectName: "overview.volumes"
@@ -82,7 +83,8 @@ T.AbstractButton {
                 required property string figures
 
                 iconPath: Theme.icons.diskImages
-                implicitWidth: menu.width - 10
+                // Not the menu's own width: an entry can outlive the menu for a moment.
+                implicitWidth: choice.menuWidth - 10
                 keys: figures
                 objectName: "overview.volume." + index
                 text: path
