@@ -123,9 +123,9 @@ struct LeftoverMatcher::Names {
 LeftoverMatcher::LeftoverMatcher(const std::string& home, const std::string& systemLibrary)
     : LeftoverMatcher(home, systemLibrary, platform::places(home), platform::programFinder(home)) {}
 
-LeftoverMatcher::LeftoverMatcher(const std::string& home, const std::string& systemLibrary,
+LeftoverMatcher::LeftoverMatcher(std::string home, const std::string& systemLibrary,
                                  const platform::Places& places, ProgramNamed programNamed)
-    : home_(home), programNamed_(std::move(programNamed)) {
+    : home_(std::move(home)), programNamed_(std::move(programNamed)) {
     for (const auto name : PlaceRules::leftoverFolders)
         list(joinedPath(joinedPath(home_, "Library"), name), Kind::library,
              name == "Caches" || name == "Logs");

@@ -43,7 +43,7 @@ public:
     /// `home`: real path. `systemLibrary`: where applications leave things for all users; those are shown
     /// only.
     LeftoverMatcher(const std::string& home, const std::string& systemLibrary);
-    LeftoverMatcher(const std::string& home, const std::string& systemLibrary, const platform::Places& places,
+    LeftoverMatcher(std::string home, const std::string& systemLibrary, const platform::Places& places,
                     ProgramNamed programNamed);
 
     /// What `app` left, the certain ones first, then by path; its own files and what it is itself are not
