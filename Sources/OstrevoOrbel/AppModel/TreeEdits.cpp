@@ -47,10 +47,11 @@ void TreeEdits::startNext() {
     inbox_.runAside(
         "orbel.tree-edit",
         [tree = app_.tree(), home = app_.home(), edits = std::exchange(waiting_, {})] {
-            FileTree copy = *tree;
+            ScanResult edited;
+            edited.tree = *tree;
             for (const auto& edit : edits)
-                edit(copy);
-            return scanOutcome({.tree = std::move(copy)}, std::nullopt, home);
+                edit(edited.tree);
+            return scanOutcome(std::move(edited), std::nullopt, home);
         },
         [this, base = app_.tree()](ScanOutcome edited) {
             isBusy_ = false;
