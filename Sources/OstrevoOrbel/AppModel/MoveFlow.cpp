@@ -116,6 +116,7 @@ void MoveFlow::confirm() {
     inbox_.runAside(
         "orbel.moves", [batch = batch_] { return batch.get(); },
         [this, token = cancellation_](DeletionReport report) { takeReport(token.get(), std::move(report)); });
+    Q_EMIT deletingChanged();
     Q_EMIT changed();
 }
 
@@ -155,6 +156,7 @@ void MoveFlow::takeReport(const ScanCancellation* token, DeletionReport report) 
     report_.set(report, approved, origin_, app_.home(), app_.now());
     lastReport_ = std::move(report);
     isReporting_ = true;
+    Q_EMIT deletingChanged();
     items_.setItems({});
     clearTicks();
     Q_EMIT moved(gone);

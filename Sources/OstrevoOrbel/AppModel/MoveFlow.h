@@ -36,7 +36,7 @@ class MoveFlow final : public QObject {
     /// A confirmation is asked for.
     Q_PROPERTY(bool confirming READ isConfirming NOTIFY changed)
     /// A batch runs.
-    Q_PROPERTY(bool deleting READ isDeleting NOTIFY changed)
+    Q_PROPERTY(bool deleting READ isDeleting NOTIFY deletingChanged)
     /// Of the confirmation, and of the batch after it.
     Q_PROPERTY(orbel::MoveItemsModel* items READ items CONSTANT)
     /// "Move 3 items to the Trash?"
@@ -114,6 +114,7 @@ public:
 
 Q_SIGNALS:
     void changed();
+    void deletingChanged();
     /// These were moved just now: lists drop their rows at once, before the edited tree is there.
     void moved(const std::vector<orbel::DeletionItem>& items);
     /// What was at these paths is back there.

@@ -70,7 +70,7 @@ QVariant MoveItemsModel::data(const QModelIndex& index, int role) const {
 
 QHash<int, QByteArray> MoveItemsModel::roleNames() const {
     return {{PathRole, "path"}, {KindRole, "kind"}, {KindNameRole, "kindName"}, {EntriesRole, "entries"},
-            {SizeRole, "size"}, {NoteRole, "note"}, {StateRole, "state"}};
+            {SizeRole, "size"}, {NoteRole, "note"}, {StateRole, "stage"}};
 }
 
 } // namespace orbel

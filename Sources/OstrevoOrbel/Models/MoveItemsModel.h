@@ -18,7 +18,7 @@ class MoveItemsModel : public QAbstractListModel {
 public:
     enum class State { waiting, checking, moved, skipped };
 
-    /// `path` whole; `kind` of the chip; `entries` "1,284"; `size` "26.7 GB"; `state` "waiting", "checking",
+    /// `path` whole; `kind` of the chip; `entries` "1,284"; `size` "26.7 GB"; `stage` "waiting", "checking",
     /// "moved" or "skipped".
     enum Role { PathRole = Qt::UserRole, KindRole, KindNameRole, EntriesRole, SizeRole, NoteRole, StateRole };
 

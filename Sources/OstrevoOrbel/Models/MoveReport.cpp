@@ -57,7 +57,7 @@ QVariant ReportRowsModel::data(const QModelIndex& index, int role) const {
 
 QHash<int, QByteArray> ReportRowsModel::roleNames() const {
     return {{TitleRole, "title"}, {PathRole, "path"}, {KindRole, "kind"},
-            {SizeRole, "size"},   {NoteRole, "note"}, {StateRole, "state"}};
+            {SizeRole, "size"},   {NoteRole, "note"}, {StateRole, "stage"}};
 }
 
 MoveReport::MoveReport(QObject* parent) : QObject(parent) {}

@@ -107,6 +107,7 @@ Q_SIGNALS:
     void rootWanted();
     void menuWanted(quint32 node, const QPointF& position);
     void copyWanted(quint32 node);
+    void tickWanted(quint32 node);
 
 protected:
     void updatePolish() override;
@@ -128,6 +129,8 @@ private:
     void setHovered(int tile);
     void move(TileNavigation::Direction direction);
     int tileOf(NodeIndex node) const;
+    /// Whether the node or a folder that holds it is ticked.
+    bool moves(NodeIndex node) const;
     std::optional<NodeIndex> nodeOf(int tile) const;
     std::optional<NodeIndex> zoomTargetOf(int tile) const;
     QString describe(int tile) const;
