@@ -28,6 +28,8 @@ T.Popup {
     x: Math.round((parent.width - width) / 2)
     y: Math.round((parent.height - height) / 2)
 
+    // At once: nothing else must have the focus while the sheet appears.
+    onAboutToShow: cancel.focus = true
     onOpened: takeFocus()
 
     T.Overlay.modal: Rectangle {
