@@ -1,6 +1,6 @@
 #include "AppModel/MoveFlow.h"
 #include "AppModel/TreeEdits.h"
-#include "Delete/LiveTrash.h"
+#include "HookedTrash.h"
 #include "ModelScene.h"
 #include "Platform/HomeTrash.h"
 #include "Scan/TreeScanner.h"
@@ -14,24 +14,6 @@ namespace orbel::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// The live Trash, with a hook before each move, on the thread that moves.
-class HookedTrash final : public TrashOperations {
-public:
-    explicit HookedTrash(const std::string& folder) : trash_(folder) {}
-
-    std::expected<std::string, std::string> moveToTrash(const std::string& path,
-                                                        const AboutToMove& aboutToMove) override {
-        if (beforeMoving)
-            beforeMoving(path);
-        return trash_.moveToTrash(path, aboutToMove);
-    }
-
-    std::function<void(const std::string& path)> beforeMoving;
-
-private:
-    LiveTrash trash_;
-};
 
 /// A measured home with three films in it.
 struct MoveFlowOn : testing::Test {
@@ -170,6 +152,29 @@ TEST_F(MoveFlowOn, StoppingFinishesTheItemInProgressAndTakesNoOther) {
     EXPECT_EQ(std::ranges::count_if(films, [](const auto& film) { return fs::exists(film); }), 2);
     EXPECT_EQ(moves().report()->stops(), QStringList{QStringLiteral("Cancelled before all items ran.")});
     EXPECT_FALSE(startedScan) << "a scan beside a batch would see half of it";
+}
+
+TEST_F(MoveFlowOn, EachItemTellsWhatBecameOfItWhileTheOthersMove) {
+    measure();
+    QStringList seen;
+    trash->beforeMoving = [&](const std::string& path) {
+        if (path != films[2])
+            return;
+        QMetaObject::invokeMethod(
+            &moves(),
+            [&] {
+                for (int row = 0; row < moves().items()->rowCount(); ++row)
+                    seen << moves().items()->index(row).data(MoveItemsModel::StateRole).toString();
+                seen << moves().progressText() << moves().deletingTitle();
+            },
+            Qt::BlockingQueuedConnection);
+    };
+    review(films);
+    home.file("Videos/b.mkv", "another film");
+    confirm();
+    EXPECT_EQ(seen,
+              (QStringList{QStringLiteral("moved"), QStringLiteral("skipped"), QStringLiteral("checking"),
+                           QStringLiteral("Moving to the Trash: 3 of 3"), QStringLiteral("c.mkv")}));
 }
 
 TEST_F(MoveFlowOn, TheReportIsExportedInTheFormThatTheFileIsNamedFor) {

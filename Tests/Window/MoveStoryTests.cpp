@@ -1,5 +1,6 @@
 #include "AppModel/MoveFlow.h"
 #include "AppModel/TreeEdits.h"
+#include "HookedTrash.h"
 #include "Models/TreemapItem.h"
 #include "Platform/HomeTrash.h"
 #include "Scan/TreeScanner.h"
@@ -147,6 +148,39 @@ TEST_F(MovingInTheWindow, WhatMayNotMoveIsLockedAndSaysWhy) {
     scene.click(QStringLiteral("map.tickBar.clear"));
     EXPECT_EQ(ticked(), 0);
     EXPECT_TRUE(allThere());
+}
+
+TEST_F(MovingInTheWindow, TheSheetShowsEachItemUntilItIsToldToStop) {
+    const auto trash = std::make_shared<HookedTrash>(platform::homeTrash(scene.folder() + "/home"));
+    scene.environment.trash = trash;
+    open(800, 560);
+    trash->beforeMoving = [this](const std::string& path) {
+        if (path != films[1])
+            return;
+        QMetaObject::invokeMethod(
+            &scene.app(),
+            [this] {
+                scene.settle();
+                keep(QStringLiteral("moving-800x560"));
+                EXPECT_TRUE(scene.says(QStringLiteral("In the Trash")));
+                EXPECT_EQ(scene.focus(), QStringLiteral("confirm.stop"));
+                scene.press(Qt::Key_Return);
+            },
+            Qt::BlockingQueuedConnection);
+    };
+    for (int i = 0; i < 3; ++i) {
+        tick(films.at(static_cast<std::size_t>(i)));
+        scene.press(Qt::Key_Space);
+        ASSERT_TRUE(scene.waitUntil([&] { return ticked() == i + 1; }));
+    }
+    scene.press(Qt::Key_Delete);
+    scene.click(QStringLiteral("confirm.commit"));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("report.headline")); }));
+    EXPECT_TRUE(scene.says(QStringLiteral("Cancelled before all items ran.")));
+    EXPECT_FALSE(fs::exists(films[1]));
+    EXPECT_TRUE(fs::exists(films[2]));
+    scene.settle();
+    keep(QStringLiteral("report-800x560"));
 }
 
 TEST_F(MovingInTheWindow, TheWindowClosesOnlyAfterTheItemInProgress) {
