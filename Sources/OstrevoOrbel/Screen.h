@@ -14,6 +14,10 @@ enum class Screen : std::uint8_t { overview, map, large, duplicates, uninstall, 
 inline constexpr std::array<std::string_view, 7> screenNames{"overview",  "map",  "large",  "duplicates",
                                                              "uninstall", "tidy", "journal"};
 
+/// What people read, in the same order.
+inline constexpr std::array<std::string_view, 7> screenTitles{
+    "Overview", "Map", "Large and Old", "Duplicates", "Uninstall", "Tidy", "Journal"};
+
 /// The screen of that name, spelt exactly as the case; absent for any other text.
 std::optional<Screen> screenNamed(std::string_view name);
 

@@ -75,6 +75,28 @@ TEST(FileTree, CountsAHardLinkedFileOnceAtItsFirstPath) {
     EXPECT_EQ(tree.allocated(by), megabyte) << "what is gone keeps its size for the report";
 }
 
+TEST(FileTree, WhatIsRestoredIsAsItWasBefore) {
+    TreeBuilder builder;
+    const auto b = builder.folder(0, "b");
+    const auto a = builder.folder(0, "a");
+    builder.hardLink(b, "y", megabyte, 77);
+    const auto ax = builder.hardLink(a, "x", megabyte, 77);
+    builder.file(a, "film", 500);
+    const FileTree before = builder.build();
+
+    FileTree tree = before;
+    tree.remove(std::array{ax});
+    tree.remove(std::array{a});
+    tree.restore(std::array{a});
+    EXPECT_EQ(tree.allocated(a), 500) << "what was removed on its own stays away";
+    EXPECT_FALSE(tree.isAttached(ax));
+    tree.restore(std::array<NodeIndex, 3>{ax, b, 999});
+    EXPECT_TRUE(std::ranges::equal(tree.allocatedBytes, before.allocatedBytes));
+    EXPECT_TRUE(std::ranges::equal(tree.childList, before.childList));
+    EXPECT_TRUE(std::ranges::equal(tree.nodeFlags, before.nodeFlags));
+    EXPECT_TRUE(std::ranges::equal(tree.descendantCounts, before.descendantCounts));
+}
+
 TEST(FileTree, ComparesLinkPathsByBytesAndTakesTheLargestSizeMeasured) {
     TreeBuilder builder;
     const auto upper = builder.hardLink(0, "Z", 10, 5);

@@ -23,6 +23,9 @@ public:
     /// Adds the items; one with the id of an earlier item takes its place.
     void registerItems(std::span<const DeletionItem> items);
 
+    /// None can be run any more; a run that is under way has its own.
+    void forgetItems() { items_.clear(); }
+
     std::optional<DeletionItem> item(const std::string& id) const;
 
     /// Moves the registered items of these ids, in this order, as one session with an id of its own; ids that

@@ -135,6 +135,10 @@ struct FileTree {
     /// outside the tree and detached ones are passed over; when nothing is left, the tree stays as it is.
     void remove(std::span<const NodeIndex> gone);
 
+    /// Attaches detached nodes again where they were, and brings hard links and totals up to date. Any other
+    /// node is passed over.
+    void restore(std::span<const NodeIndex> back);
+
     /// Sums folders up from their attached children, counts descendants and builds the child lists.
     void recomputeTotals();
 
@@ -142,6 +146,7 @@ private:
     void requireNode(NodeIndex node) const;
     NodeIndex holderOf(NodeIndex node) const;
     void groupHardLinks(std::span<const HardLinkCandidate> candidates);
+    void settleHardLinks();
     void assignHardLinkOwner(std::uint64_t inode, std::span<const NodeIndex> members);
     void markProtectedContainers();
     void buildChildLists();

@@ -16,17 +16,36 @@ void FileTree::remove(std::span<const NodeIndex> gone) {
     }
     if (!detachedAny)
         return;
+    settleHardLinks();
+    recomputeTotals();
+}
 
-    // The bytes of a group whose owner left move to a link that stays.
+void FileTree::restore(std::span<const NodeIndex> back) {
+    bool attachedAny = false;
+    for (const NodeIndex node : back) {
+        const auto held = detachedFrom.find(node);
+        if (held == detachedFrom.end())
+            continue;
+        parentIndex[node] = held->second;
+        detachedFrom.erase(held);
+        attachedAny = true;
+    }
+    if (!attachedAny)
+        return;
+    settleHardLinks();
+    recomputeTotals();
+}
+
+/// The bytes of a group whose owner left move to a link that stays, and back when it returns.
+void FileTree::settleHardLinks() {
     std::vector<NodeIndex> attached;
     for (const auto& [inode, members] : hardLinkMembers) {
         attached.clear();
         std::ranges::copy_if(members, std::back_inserter(attached),
                              [this](NodeIndex member) { return isAttached(member); });
-        if (!attached.empty() && attached.size() < members.size())
+        if (!attached.empty())
             assignHardLinkOwner(inode, attached);
     }
-    recomputeTotals();
 }
 
 } // namespace orbel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Delete/TrashOperations.h"
 #include "LaunchOptions.h"
 #include "Platform/MountTable.h"
 #include "Scan/ScanCancellation.h"
@@ -41,6 +42,7 @@ struct AppEnvironment {
     std::function<std::optional<bool>(const std::string& home)> isFullDiskAccessGranted;
     std::function<std::chrono::system_clock::time_point()> now;
 
+    std::shared_ptr<TrashOperations> trash; ///< absent: the live one, over `trashFolder`
     std::shared_ptr<QSettings> settings;
     std::shared_ptr<Desktop> desktop;
     std::shared_ptr<Notifier> notifier;

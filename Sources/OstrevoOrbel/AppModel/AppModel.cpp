@@ -1,5 +1,8 @@
 #include "AppModel/AppModel.h"
 
+#include "AppModel/CountedTrash.h"
+#include "AppModel/MoveFlow.h"
+#include "AppModel/TreeEdits.h"
 #include "Delete/LiveTrash.h"
 #include "Journal/IntentSettling.h"
 #include "Journal/LiveRestore.h"
@@ -16,9 +19,9 @@ namespace orbel {
 
 namespace {
 
-Trasher liveTrasher(const SafetyPolicy& policy, std::shared_ptr<JournalStore> journal,
-                    const std::string& trashFolder) {
-    return {policy, std::move(journal), std::make_shared<LiveTrash>(trashFolder)};
+std::shared_ptr<CountedTrash> trashOf(const AppEnvironment& environment) {
+    return std::make_shared<CountedTrash>(
+        environment.trash ? environment.trash : std::make_shared<LiveTrash>(environment.trashFolder));
 }
 
 } // namespace
@@ -28,12 +31,15 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       environment_(std::move(environment)),
       policy_(environment_.home),
       journal_(std::make_shared<JournalStore>(environment_.journalPath)),
-      session_(liveTrasher(policy_, journal_, environment_.trashFolder)),
+      trash_(trashOf(environment_)),
+      session_(Trasher(policy_, journal_, trash_)),
       putBackService_(policy_, journal_, std::make_shared<LiveRestore>()),
       scanRoot_(environment_.dataVolumePath),
       tree_(sharedTree(FileTree())),
       appearance_(*environment_.settings),
-      lowDisk_(loadLowDiskSettings(*environment_.settings)) {
+      lowDisk_(loadLowDiskSettings(*environment_.settings)),
+      treeEdits_(std::make_unique<TreeEdits>(*this)),
+      moves_(std::make_unique<MoveFlow>(*this)) {
     screen_ = options().openScreen.value_or(screen_);
     alertTimer_.setInterval(LowDiskAlert::checkInterval);
     connect(&alertTimer_, &QTimer::timeout, this, &AppModel::checkFreeSpace);
@@ -51,6 +57,10 @@ AppModel::~AppModel() {
 
 QString AppModel::screenName() const {
     return textOf(screenNames.at(static_cast<std::size_t>(screen_)));
+}
+
+QString AppModel::screenTitle() const {
+    return textOf(screenTitles.at(static_cast<std::size_t>(screen_)));
 }
 
 void AppModel::setScreenName(const QString& name) {

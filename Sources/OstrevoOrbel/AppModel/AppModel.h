@@ -27,6 +27,10 @@
 
 namespace orbel {
 
+class CountedTrash;
+class MoveFlow;
+class TreeEdits;
+
 /// The one object behind every screen: it owns the services, holds all that the screens show, and runs what
 /// takes long on threads of its own, publishing the results on the main thread.
 ///
@@ -37,6 +41,7 @@ class AppModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("There is one, made by the application.")
+    Q_MOC_INCLUDE("AppModel/MoveFlow.h")
 
     // What is shown.
 
@@ -89,6 +94,10 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::UnreadableModel* unreadable READ unreadable CONSTANT)
     /// "3": mount points that were not entered.
     Q_PROPERTY(QString otherVolumesSkipped READ otherVolumesSkipped NOTIFY treeChanged)
+
+    // What moves to the Trash, and back.
+
+    Q_PROPERTY(orbel::MoveFlow* moves READ moves CONSTANT)
 
     // Settings; a change applies and is kept at once.
 
@@ -147,8 +156,16 @@ public:
     /// How many tiles the map shows, for the diagnostics.
     Q_INVOKABLE void noteTiles(int tiles);
 
-    /// Starts a scan of that path. Ignored while one runs and while Full Disk Access is missing.
+    /// Starts a scan of that path. Ignored while one runs, while something moves to the Trash or back, and
+    /// while Full Disk Access is missing.
     void startScan(const std::string& root);
+
+    /// Settles what an earlier process could not write, and reads the journal again.
+    void loadJournal();
+    /// An edited copy of the tree `base`; dropped unless that is still the tree that is shown.
+    void takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome edited);
+    /// Shows these words as the notice.
+    void tell(const QString& words) { setNotice(words); }
 
     // State.
 
@@ -157,9 +174,14 @@ public:
     const SafetyPolicy& policy() const { return policy_; }
     const std::shared_ptr<JournalStore>& journal() const { return journal_; }
     DeletionSession& session() { return session_; }
+    const std::shared_ptr<CountedTrash>& trash() const { return trash_; }
+    MoveFlow* moves() { return moves_.get(); }
+    TreeEdits& treeEdits() { return *treeEdits_; }
     const PutBack& putBackService() const { return putBackService_; }
     const std::vector<JournalEntry>& journalEntries() const { return journalEntries_; }
     Screen screen() const { return screen_; }
+    /// "Large and Old"
+    QString screenTitle() const;
     void setScreen(Screen screen);
     const std::optional<VolumeInfo>& volume() const { return volume_; }
     std::optional<std::uint64_t> trashBytes() const { return trashBytes_; }
@@ -176,6 +198,7 @@ public:
     const std::optional<Coverage>& coverage() const { return coverage_; }
     int treeVersion() const { return treeVersion_; }
     const LowDiskSettings& lowDisk() const { return lowDisk_; }
+    std::chrono::system_clock::time_point now() const { return environment_.now(); }
     /// The model's tie to the threads that work for it.
     const Inbox& inbox() const { return inbox_; }
     Diagnostics* diagnostics() const { return environment_.diagnostics.get(); }
@@ -259,11 +282,10 @@ private:
     void restartAlertLoop();
     void checkFreeSpace();
 
-    void loadJournal();
-
     AppEnvironment environment_;
     SafetyPolicy policy_;
     std::shared_ptr<JournalStore> journal_;
+    std::shared_ptr<CountedTrash> trash_;
     DeletionSession session_;
     PutBack putBackService_;
     std::vector<JournalEntry> journalEntries_;
@@ -300,6 +322,9 @@ private:
     LowDiskSettings lowDisk_;
     LowDiskAlert lowDiskAlert_;
     QTimer alertTimer_;
+
+    std::unique_ptr<TreeEdits> treeEdits_;
+    std::unique_ptr<MoveFlow> moves_;
 
     Inbox inbox_; ///< the last member: what it delivers finds all others alive
 };

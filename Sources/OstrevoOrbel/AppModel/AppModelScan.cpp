@@ -1,11 +1,9 @@
 #include "AppModel/AppModel.h"
+#include "AppModel/MoveFlow.h"
 #include "Models/Wording.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
-
-#include <QDateTime>
-#include <QLocale>
 
 namespace orbel {
 
@@ -13,18 +11,6 @@ namespace {
 
 /// Far more than are shown, so that a row that is overtaken still gets its figures.
 constexpr std::size_t mostTopLevel = 200;
-
-QString whenText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now) {
-    const auto localTime = [](auto point) {
-        return QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(point));
-    };
-    const auto then = localTime(time);
-    const auto clock = then.toString(QStringLiteral("HH:mm"));
-    if (then.date() == localTime(now).date())
-        return AppModel::tr("today at %1").arg(clock);
-    const QLocale english(QLocale::English);
-    return AppModel::tr("on %1 at %2").arg(english.toString(then.date(), QStringLiteral("d MMMM")), clock);
-}
 
 } // namespace
 
@@ -47,7 +33,7 @@ void AppModel::measureAgain() {
 }
 
 void AppModel::startScan(const std::string& root) {
-    if (scanState_ == ScanState::scanning)
+    if (scanState_ == ScanState::scanning || moves_->isDeleting() || moves_->isPuttingBack())
         return;
     if (!options().allowWithoutFullDiskAccess && fullDiskAccess_ != true)
         return;
@@ -137,6 +123,26 @@ void AppModel::takeOutcome(const ScanCancellation* token, ScanOutcome outcome) {
     Q_EMIT measuredTextChanged();
     mark("scanComplete");
     Q_EMIT scanFinished();
+}
+
+void AppModel::takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome edited) {
+    if (tree_ != base || isScanning() || base->count() == 0)
+        return;
+    const auto& tree = *edited.tree;
+    if (coverage_)
+        coverage_ = Coverage(coverage_->used, tree);
+    kindTotals_ = edited.kinds;
+    figures_.set({.entries = std::uint64_t{tree.descendantCount(0)} + 1,
+                  .bytes = tree.allocated(0),
+                  .unreadable = tree.unreadableCount,
+                  .elapsed = scanSeconds_,
+                  .topLevel = {}});
+    kinds_.setTotals(edited.kinds);
+    largestFolders_.setFolders(std::move(edited.largestFolders));
+    unreadable_.setPaths(std::move(edited.unreadable), tree.unreadableCount, home());
+    showTree(std::move(edited.tree));
+    updateLedgers();
+    Q_EMIT measuredTextChanged();
 }
 
 void AppModel::showTree(std::shared_ptr<const FileTree> tree) {

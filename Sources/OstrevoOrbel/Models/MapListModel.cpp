@@ -12,6 +12,17 @@ namespace orbel {
 MapListModel::MapListModel(QObject* parent)
     : QAbstractListModel(parent), tree_(std::make_shared<FileTree>()) {}
 
+void MapListModel::setTicking(std::function<Qt::CheckState(NodeIndex)> tickState,
+                              std::function<QString(NodeIndex)> refusal) {
+    tickState_ = std::move(tickState);
+    refusal_ = std::move(refusal);
+}
+
+void MapListModel::tellTicks() {
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TickRole, RefusalRole});
+}
+
 void MapListModel::setFolder(std::shared_ptr<const FileTree> tree, NodeIndex folder) {
     beginResetModel();
     tree_ = std::move(tree);
@@ -70,14 +81,19 @@ QVariant MapListModel::data(const QModelIndex& index, int role) const {
         return largest == 0 ? 0.0 : static_cast<double>(bytes) / static_cast<double>(largest);
     case ShareRole:
         return shareText(bytes, tree_->allocated(folder_));
+    case TickRole:
+        return static_cast<int>(tickState_ ? tickState_(node) : Qt::Unchecked);
+    case RefusalRole:
+        return refusal_ ? refusal_(node) : QString();
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> MapListModel::roleNames() const {
-    return {{NodeRole, "node"}, {NameRole, "name"},         {KindRole, "kind"},  {KindNameRole, "kindName"},
-            {SizeRole, "size"}, {FractionRole, "fraction"}, {ShareRole, "share"}};
+    return {{NodeRole, "node"},         {NameRole, "name"}, {KindRole, "kind"},
+            {KindNameRole, "kindName"}, {SizeRole, "size"}, {FractionRole, "fraction"},
+            {ShareRole, "share"},       {TickRole, "tick"}, {RefusalRole, "refusal"}};
 }
 
 } // namespace orbel

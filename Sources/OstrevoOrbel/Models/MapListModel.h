@@ -2,6 +2,7 @@
 
 #include "Scan/FileTree.h"
 
+#include <functional>
 #include <memory>
 #include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
@@ -24,10 +25,18 @@ public:
         KindNameRole,
         SizeRole,
         FractionRole,
-        ShareRole
+        ShareRole,
+        TickRole,   ///< Qt::CheckState
+        RefusalRole ///< why it cannot be ticked, as far as known
     };
 
     explicit MapListModel(QObject* parent = nullptr);
+
+    /// Both are asked whenever a row is drawn.
+    void setTicking(std::function<Qt::CheckState(NodeIndex)> tickState,
+                    std::function<QString(NodeIndex)> refusal);
+    /// Ticks or refusals have changed.
+    void tellTicks();
 
     void setFolder(std::shared_ptr<const FileTree> tree, NodeIndex folder);
 
@@ -44,6 +53,8 @@ private:
 
     std::shared_ptr<const FileTree> tree_;
     NodeIndex folder_ = 0;
+    std::function<Qt::CheckState(NodeIndex)> tickState_;
+    std::function<QString(NodeIndex)> refusal_;
 };
 
 } // namespace orbel

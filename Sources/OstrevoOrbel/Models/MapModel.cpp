@@ -1,11 +1,13 @@
 #include "Models/MapModel.h"
 
+#include "AppModel/MoveFlow.h"
 #include "Delete/DeletionItem.h"
 #include "Map/TreemapModel.h"
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace orbel {
@@ -17,7 +19,14 @@ constexpr std::uint32_t fewNodes = 20'000;
 
 } // namespace
 
-MapModel::MapModel(QObject* parent) : QObject(parent), tree_(std::make_shared<FileTree>()) {}
+MapModel::MapModel(QObject* parent) : QObject(parent), tree_(std::make_shared<FileTree>()) {
+    list_.setTicking([this](NodeIndex node) { return tickState(node); },
+                     [this](NodeIndex node) { return tickRefusal(node); });
+    connect(&ticks_, &Ticks::changed, this, [this] {
+        list_.tellTicks();
+        Q_EMIT ticksChanged();
+    });
+}
 
 void MapModel::setApp(AppModel* app) {
     if (app == app_)
@@ -30,6 +39,7 @@ void MapModel::setApp(AppModel* app) {
         policy_ = std::make_shared<const SafetyPolicy>(app_->policy());
         connect(app_, &AppModel::treeChanged, this, &MapModel::takeTree);
         connect(app_, &AppModel::mapNodeWanted, this, &MapModel::show);
+        app_->moves()->watch(ticks_);
         takeTree();
     }
     Q_EMIT appChanged();
@@ -43,6 +53,7 @@ void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Cover
     const bool isSameScan = tree->count() == tree_->count() && tree->rootPath == tree_->rootPath;
     tree_ = std::move(tree);
     coverage_ = std::move(coverage);
+    refusals_.clear();
     if (isSameScan && tree_->count() > 0) {
         const auto isGone = [this](NodeIndex node) { return !tree_->isAttached(node); };
         std::erase_if(back_, isGone);
@@ -63,6 +74,7 @@ void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Cover
     showFocus();
     Q_EMIT selectionChanged();
     updateSafety();
+    Q_EMIT ticksChanged();
 }
 
 void MapModel::show(quint32 node) {
@@ -127,6 +139,7 @@ void MapModel::showFocus() {
     if (selected_ && list_.rowOf(*selected_) < 0)
         clearSelection();
     updateLegend();
+    checkRows();
     Q_EMIT focusChanged();
     Q_EMIT selectionChanged();
 }
@@ -195,12 +208,107 @@ void MapModel::updateSafety() {
         [this, job](const std::optional<DeletionItem>& item) {
             if (job != safetyJob_)
                 return;
-            isMovable_ = item && item->isSelectable();
-            refusal_ = !item                  ? tr("It is not there any more")
-                       : item->isSelectable() ? QString()
-                                              : textOf(*item->blockedReason);
+            takeRefusal(*selected_, item);
+            refusal_ = tickRefusal(*selected_);
+            isMovable_ = refusal_.isEmpty();
             Q_EMIT safetyChanged();
         });
+}
+
+void MapModel::takeRefusal(NodeIndex node, const std::optional<DeletionItem>& item) {
+    const auto refusal = !item                  ? tr("It is not there any more")
+                         : item->isSelectable() ? QString()
+                                                : textOf(*item->blockedReason);
+    if (const auto [known, isNew] = refusals_.insert_or_assign(node, refusal); isNew || !refusal.isEmpty())
+        list_.tellTicks();
+}
+
+/// What the list shows first is locked where it has to be; of the rest, each row when it is wanted.
+void MapModel::checkRows() {
+    constexpr int mostAsked = 100;
+    if (!policy_ || tree_->count() == 0)
+        return;
+    std::vector<NodeIndex> asked;
+    for (int row = 0; row < std::min(list_.rowCount(), mostAsked); ++row) {
+        if (!refusals_.contains(list_.nodeAt(row)))
+            asked.push_back(list_.nodeAt(row));
+    }
+    using Answers = std::vector<std::pair<NodeIndex, std::optional<DeletionItem>>>;
+    inbox_.runAside(
+        "orbel.safety",
+        [tree = tree_, asked = std::move(asked), policy = policy_] {
+            Answers answers;
+            for (const NodeIndex node : asked)
+                answers.emplace_back(node, DeletionItem::fromTree(*tree, node, DeletionModule::map, *policy));
+            return answers;
+        },
+        [this, tree = tree_](const Answers& answers) {
+            if (tree != tree_)
+                return;
+            for (const auto& [node, item] : answers)
+                takeRefusal(node, item);
+        });
+}
+
+void MapModel::toggleTick(quint32 node) {
+    if (!policy_ || node >= tree_->count() || !tree_->isAttached(node))
+        return;
+    const auto path = tree_->path(node, canonicalizer());
+    if (const auto* over = ticks_.covering(path)) {
+        if (over->item.path == path)
+            ticks_.untick(std::string(over->item.id));
+        return;
+    }
+    using Answer = std::pair<std::optional<DeletionItem>, TickedItem>;
+    inbox_.runAside(
+        "orbel.tick",
+        [tree = tree_, node, policy = policy_] {
+            Answer answer{DeletionItem::fromTree(*tree, node, DeletionModule::map, *policy), {}};
+            if (answer.first)
+                answer.second = TickedItem::ofNode(*answer.first, *tree, node);
+            return answer;
+        },
+        [this, tree = tree_, node](Answer answer) {
+            if (tree != tree_)
+                return;
+            takeRefusal(node, answer.first);
+            if (answer.first)
+                ticks_.setTicked(std::move(answer.second), true);
+        });
+}
+
+bool MapModel::isTicked(quint32 node) const {
+    return node < tree_->count() && tickState(node) == Qt::Checked;
+}
+
+Qt::CheckState MapModel::tickState(NodeIndex node) const {
+    if (ticks_.count() == 0)
+        return Qt::Unchecked;
+    const auto path = tree_->path(node, canonicalizer());
+    if (ticks_.covering(path) != nullptr)
+        return Qt::Checked;
+    return ticks_.anyInside(path) ? Qt::PartiallyChecked : Qt::Unchecked;
+}
+
+QString MapModel::tickRefusal(quint32 node) const {
+    if (node >= tree_->count())
+        return {};
+    if (ticks_.count() > 0) {
+        const auto path = tree_->path(node, canonicalizer());
+        if (const auto* over = ticks_.covering(path); over != nullptr && over->item.path != path)
+            return tr("Moves with %1").arg(textOf(over->item.title));
+    }
+    const auto known = refusals_.find(node);
+    return known == refusals_.end() ? QString() : known->second;
+}
+
+QList<quint32> MapModel::tickedNodes() const {
+    QList<quint32> nodes;
+    for (const auto& ticked : ticks_.items()) {
+        if (const auto node = tree_->index(ticked.item.path, canonicalizer()))
+            nodes << *node;
+    }
+    return nodes;
 }
 
 std::optional<NodeIndex> MapModel::zoomTarget(NodeIndex node) const {

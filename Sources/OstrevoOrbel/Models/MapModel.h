@@ -5,12 +5,14 @@
 #include "Models/MapLegendModel.h"
 #include "Models/MapListModel.h"
 #include "Models/MapWords.h"
+#include "Models/Ticks.h"
 
 #include <memory>
 #include <optional>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace orbel {
@@ -49,6 +51,10 @@ class MapModel : public QObject {
     Q_PROPERTY(QString refusal READ refusal NOTIFY safetyChanged)
     Q_PROPERTY(bool movable READ isMovable NOTIFY safetyChanged)
 
+    Q_PROPERTY(orbel::Ticks* ticks READ ticks CONSTANT)
+    /// The nodes that are ticked.
+    Q_PROPERTY(QList<quint32> tickedNodes READ tickedNodes NOTIFY ticksChanged)
+
 public:
     explicit MapModel(QObject* parent = nullptr);
 
@@ -67,6 +73,12 @@ public:
     /// Shows only this kind among those that are chosen, or no longer.
     Q_INVOKABLE void toggleKind(int kind);
     Q_INVOKABLE void clearFilter();
+    /// Ticks an item that may be moved, once that has been asked, or unticks it. What lies inside a ticked
+    /// folder moves with it and has no tick of its own.
+    Q_INVOKABLE void toggleTick(quint32 node);
+    Q_INVOKABLE bool isTicked(quint32 node) const;
+    /// Why an item cannot be ticked, as far as that is known by now; empty when nothing is known against it.
+    Q_INVOKABLE QString tickRefusal(quint32 node) const;
     Q_INVOKABLE orbel::MapItemFacts facts(quint32 node) const;
 
     /// Where zooming in on a node leads; absent when that is where the map is.
@@ -102,6 +114,8 @@ public:
     int selectedRow() const;
     QString refusal() const { return refusal_; }
     bool isMovable() const { return isMovable_; }
+    Ticks* ticks() { return &ticks_; }
+    QList<quint32> tickedNodes() const;
 
 Q_SIGNALS:
     void appChanged();
@@ -110,6 +124,7 @@ Q_SIGNALS:
     void legendChanged();
     void selectionChanged();
     void safetyChanged();
+    void ticksChanged();
 
 private:
     void takeTree();
@@ -117,6 +132,9 @@ private:
     void showFocus();
     void updateLegend();
     void updateSafety();
+    void checkRows();
+    void takeRefusal(NodeIndex node, const std::optional<DeletionItem>& item);
+    Qt::CheckState tickState(NodeIndex node) const;
     QString rootName() const;
     const PathCanonicalizer& canonicalizer() const;
     std::string home() const;
@@ -135,6 +153,10 @@ private:
     QString refusal_;
     bool isMovable_ = false;
     std::shared_ptr<const SafetyPolicy> policy_; ///< a copy, for threads that may outlive the application
+
+    Ticks ticks_;
+    /// Of the nodes that were asked about, in this tree; empty words for what may be moved.
+    std::unordered_map<NodeIndex, QString> refusals_;
 
     int legendJob_ = 0; ///< what is under way for an older folder, or selection, is dropped
     int safetyJob_ = 0;

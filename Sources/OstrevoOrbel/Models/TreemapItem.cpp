@@ -207,9 +207,19 @@ void TreemapItem::paint(QPainter* painter) {
         .family = family_,
         .scale = scale(),
         .chosenKinds = map_ == nullptr ? 0 : map_->chosenKinds(),
-        .isTicked = [this](NodeIndex node) { return ticked_.contains(node); },
+        .isTicked = [this](NodeIndex node) { return moves(node); },
     };
     TreemapPainter(*painter, style).draw(tiles_);
+}
+
+bool TreemapItem::moves(NodeIndex node) const {
+    if (ticked_.empty() || node >= map_->tree().count())
+        return false;
+    for (std::optional<NodeIndex> at = node; at; at = map_->tree().parent(*at)) {
+        if (ticked_.contains(*at))
+            return true;
+    }
+    return false;
 }
 
 // Words.
@@ -267,8 +277,9 @@ QString TreemapItem::status() const {
         return describe(hovered_);
     if (current_ < 0 || !hasActiveFocus())
         return {};
-    return isFocusShown() ? describe(current_) + tr(" · arrows move, Enter zooms, Backspace goes up")
-                          : describe(current_);
+    return isFocusShown()
+               ? describe(current_) + tr(" · arrows move, Enter zooms, Space ticks, Backspace goes up")
+               : describe(current_);
 }
 
 // What the user does.
@@ -405,6 +416,12 @@ void TreemapItem::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
             zoomInto(current_);
+            break;
+        case Qt::Key_Space:
+            if (const auto node = nodeOf(current_)) {
+                choose(current_);
+                Q_EMIT tickWanted(*node);
+            }
             break;
         case Qt::Key_Backspace:
             Q_EMIT upWanted();

@@ -107,6 +107,7 @@ Q_SIGNALS:
     void rootWanted();
     void menuWanted(quint32 node, const QPointF& position);
     void copyWanted(quint32 node);
+    void tickWanted(quint32 node);
 
 protected:
     void updatePolish() override;
@@ -130,6 +131,8 @@ private:
     int tileOf(NodeIndex node) const;
     /// The tiles are of the tree that the map has: their nodes may be looked up in it.
     bool isOfThisTree() const { return map_ != nullptr && shownTree_ == map_->sharedTree(); }
+    /// Whether the node or a folder that holds it is ticked.
+    bool moves(NodeIndex node) const;
     std::optional<NodeIndex> nodeOf(int tile) const;
     std::optional<NodeIndex> zoomTargetOf(int tile) const;
     QString describe(int tile) const;

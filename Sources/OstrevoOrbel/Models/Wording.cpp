@@ -3,6 +3,7 @@
 #include "Util/Utf8.h"
 
 #include <cmath>
+#include <QDateTime>
 #include <QLocale>
 
 namespace orbel {
@@ -26,6 +27,18 @@ QString durationText(double seconds) {
         return QString::number(seconds, 'f', 1) + QStringLiteral(" s");
     const auto whole = static_cast<std::uint64_t>(std::floor(seconds));
     return QStringLiteral("%1 min %2 s").arg(countText(whole / 60)).arg(whole % 60);
+}
+
+QString whenText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now) {
+    const auto localTime = [](auto point) {
+        return QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(point));
+    };
+    const auto then = localTime(time);
+    const auto clock = then.toString(QStringLiteral("HH:mm"));
+    if (then.date() == localTime(now).date())
+        return QStringLiteral("today at %1").arg(clock);
+    const QLocale english(QLocale::English);
+    return QStringLiteral("on %1 at %2").arg(english.toString(then.date(), QStringLiteral("d MMMM")), clock);
 }
 
 } // namespace orbel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <QString>
 #include <string_view>
@@ -19,5 +20,8 @@ QString countOf(std::uint64_t count, const QString& one, const QString& many);
 
 /// "8.4 s", from a minute on "1 min 12 s".
 QString durationText(double seconds);
+
+/// "today at 09:12", "on 14 November at 17:40", in the local time of this computer.
+QString whenText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now);
 
 } // namespace orbel

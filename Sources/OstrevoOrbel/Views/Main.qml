@@ -13,10 +13,29 @@ T.ApplicationWindow {
 
     readonly property bool narrow: width < Theme.narrowBelow
     readonly property Item shownScreen: page === "settings" ? settings.item : page === "help" ? help.item
-        : screens.itemAt(app.screenIndex)?.item ?? null
+        : app.moves.reporting ? report.item : screens.itemAt(app.screenIndex)?.item ?? null
+
+    /// Wanted closed while something moves: closes as soon as it may.
+    property bool closeWanted: false
+    readonly property bool busy: app.moves.deleting || app.moves.puttingBack
+
+    onBusyChanged: {
+        if (busy || !closeWanted)
+            return;
+        closeWanted = false;
+        close();
+    }
+    onClosing: closing => {
+        if (!busy)
+            return;
+        closing.accepted = false;
+        closeWanted = true;
+        app.moves.stopAfterThisItem();
+    }
 
     function showScreen(screen: string, reason: int): void {
         page = "";
+        app.moves.closeReport();
         app.screen = screen;
         window.takeFocus(reason);
     }
@@ -83,7 +102,8 @@ T.ApplicationWindow {
                     required property int index
                     required property Component modelData
 
-                    readonly property bool shown: window.page === "" && window.app.screenIndex === index
+                    readonly property bool shown: window.page === "" && !window.app.moves.reporting
+                        && window.app.screenIndex === index
                     property bool wanted: false
 
                     active: wanted
@@ -97,6 +117,27 @@ T.ApplicationWindow {
                     Component.onCompleted: wanted = shown
                     onShownChanged: if (shown) wanted = true
                 }
+            }
+            Loader {
+                id: report
+
+                active: window.app.moves.reporting
+                anchors.bottom: parent.bottom
+                anchors.top: notice.bottom
+                visible: window.page === ""
+                width: parent.width
+
+                sourceComponent: ReportView {
+                    app: window.app
+
+                    onClosed: {
+                        window.app.moves.closeReport();
+                        window.takeFocus(Qt.OtherFocusReason);
+                    }
+                    onExportWanted: exportDialog.open()
+                }
+
+                onLoaded: item.takeFocus(Qt.OtherFocusReason)
             }
             Loader {
                 id: settings
@@ -142,7 +183,7 @@ T.ApplicationWindow {
 
             anchors.bottom: parent.bottom
             measured: window.app.measuredText !== "" ? window.app.measuredText : qsTr("Nothing measured yet")
-            words: window.shownScreen?.status || qsTr("Vanto never uploads anything. The journal stays on this computer.")
+            words: window.app.moves.progressText || window.shownScreen?.status || qsTr("Vanto never uploads anything. The journal stays on this computer.")
             width: parent.width
         }
     }
@@ -206,6 +247,18 @@ T.ApplicationWindow {
         }
     }
 
+    ConfirmSheet {
+        app: window.app
+    }
+    FileDialog {
+        id: exportDialog
+
+        fileMode: FileDialog.SaveFile
+        nameFilters: [qsTr("Markdown (*.md)"), qsTr("JSON (*.json)")]
+        title: qsTr("Export the report")
+
+        onAccepted: window.app.moves.exportReport(selectedFile)
+    }
     FolderDialog {
         id: folderDialog
 

@@ -11,6 +11,7 @@ FocusScope {
     signal upWanted()
     signal menuWanted(node: int, item: Item, x: real, y: real)
     signal copyWanted(node: int)
+    signal tickWanted(node: int)
 
     Rectangle {
         anchors.fill: parent
@@ -30,7 +31,7 @@ FocusScope {
 
         ThemedText {
             anchors.left: parent.left
-            anchors.leftMargin: 16 + Theme.px(20) + 10
+            anchors.leftMargin: 6 + Theme.tickCell + Theme.px(20) + 10
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.text2
             role: ThemedText.Small
@@ -96,6 +97,8 @@ FocusScope {
                 move(0);
             else if (event.key === Qt.Key_End)
                 move(count - 1);
+            else if (event.key === Qt.Key_Space && current)
+                pane.tickWanted(current.node);
             else if (event.key === Qt.Key_Backspace)
                 pane.upWanted();
             else if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && current)
@@ -121,6 +124,10 @@ FocusScope {
             }
             onMenuWanted: (x, y) => pane.menuWanted(node, this, x, y)
             onOpened: pane.zoomWanted(node)
+            onTickWanted: {
+                chosen();
+                pane.tickWanted(node);
+            }
         }
 
         ScrollThumb {

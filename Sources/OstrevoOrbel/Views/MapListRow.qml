@@ -12,15 +12,21 @@ Item {
     required property string size
     required property real fraction
     required property string share
+    required property int tick
+    required property string refusal
     property bool selected: false
     property bool focused: false
 
     signal chosen()
     signal opened()
     signal menuWanted(x: real, y: real)
+    signal tickWanted()
 
     Accessible.name: [name, kindName, size, share].join(", ")
     Accessible.role: Accessible.ListItem
+    Accessible.checkable: refusal === ""
+    Accessible.checked: tick === Qt.Checked
+    Accessible.description: refusal
     Accessible.selectable: true
     Accessible.selected: selected
     implicitHeight: Theme.px(37)
@@ -33,11 +39,28 @@ Item {
         hovered: pointer.containsMouse
         selected: row.selected
     }
+    Tick {
+        id: box
+
+        anchors.verticalCenter: parent.verticalCenter
+        checkState: row.tick
+        focusPolicy: Qt.NoFocus
+        height: parent.height
+        nextCheckState: () => row.tick
+        objectName: "map.tick." + row.name
+        refusal: row.refusal
+        x: 4
+        z: 1
+
+        Accessible.name: row.name
+
+        onClicked: row.tickWanted()
+    }
     KindChip {
         id: chip
 
-        anchors.left: parent.left
-        anchors.leftMargin: 16
+        anchors.left: box.right
+        anchors.leftMargin: 2
         anchors.verticalCenter: parent.verticalCenter
         kind: row.kind
     }

@@ -11,6 +11,11 @@ ActionMenu {
     signal showWanted(node: int)
     signal copyWanted(node: int)
     signal zoomWanted(node: int)
+    signal tickWanted(node: int)
+
+    property bool ticked: false
+    /// Why it cannot be ticked.
+    property string refusal: ""
 
     itemFacts: [facts.kindName, facts.size].join(" · ")
     itemName: facts.name
@@ -47,5 +52,15 @@ ActionMenu {
         visible: menu.facts.zoomable
 
         onTriggered: menu.zoomWanted(menu.facts.node)
+    }
+    MenuLine {}
+    MenuEntry {
+        iconPath: menu.ticked ? Theme.icons.check : ""
+        keys: qsTr("Space")
+        objectName: "map.menu.tick"
+        refusal: menu.refusal
+        text: menu.ticked ? qsTr("Untick") : qsTr("Tick")
+
+        onTriggered: menu.tickWanted(menu.facts.node)
     }
 }

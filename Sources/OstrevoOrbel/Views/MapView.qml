@@ -11,6 +11,7 @@ ScreenFrame {
     readonly property bool wide: Window.width >= Theme.px(1920)
     /// Whether the list lies over the map, where there is no room beside it.
     property bool listOpen: false
+    property bool menuTicked: false
 
     function zoomTo(node: int, from: rect): void {
         zoom.color = treemap.colorOf(node);
@@ -27,6 +28,7 @@ ScreenFrame {
     }
     function openMenu(node: int, item: Item, x: real, y: real): void {
         menu.facts = map.facts(node);
+        menuTicked = map.isTicked(node);
         menu.popup(item, x, y);
     }
 
@@ -77,15 +79,29 @@ ScreenFrame {
         onUpWanted: screen.goUp()
     }
 
-    foot: MapLegend {
-        height: visible ? Theme.legendHeight : 0
-        legend: map.legend
-        narrow: screen.narrow
-        padding: screen.padding
-        visible: screen.hasMap
+    foot: Column {
         width: screen.width
 
-        onToggled: kind => map.toggleKind(kind)
+        MapLegend {
+            height: visible ? Theme.legendHeight : 0
+            legend: map.legend
+            narrow: screen.narrow
+            padding: screen.padding
+            visible: screen.hasMap
+            width: screen.width
+
+            onToggled: kind => map.toggleKind(kind)
+        }
+        TickBar {
+            id: tickBar
+
+            narrow: screen.narrow
+            objectName: "map.tickBar"
+            ticks: map.ticks
+            width: screen.width
+
+            onReviewed: screen.app.moves.review(map.ticks)
+        }
     }
 
     MapModel {
@@ -116,9 +132,11 @@ ScreenFrame {
             focus: true
             map: map
             objectName: "map.view"
+            ticked: map.tickedNodes
             unit: Theme.fontScale
 
             onCopyWanted: node => screen.app.copyNodePath(node)
+            onTickWanted: node => map.toggleTick(node)
             onMenuWanted: (node, position) => screen.openMenu(node, treemap, position.x, position.y)
             onUpWanted: screen.goUp()
             onZoomWanted: (node, from) => screen.zoomTo(node, from)
@@ -185,6 +203,7 @@ ScreenFrame {
             : Theme.px(344)
 
         onCopyWanted: node => screen.app.copyNodePath(node)
+        onTickWanted: node => map.toggleTick(node)
         onMenuWanted: (node, item, x, y) => screen.openMenu(node, item, x, y)
         onUpWanted: screen.goUp()
         onZoomWanted: node => {
@@ -222,12 +241,23 @@ ScreenFrame {
     MapMenu {
         id: menu
 
+        // What a menu opens on is selected, and being asked about.
+        refusal: map.selection.valid && map.selection.node === facts.node ? map.refusal : ""
+        ticked: screen.menuTicked
+
         onCopyWanted: node => screen.app.copyNodePath(node)
         onOpenWanted: node => screen.app.openNode(node)
         onShowWanted: node => screen.app.showNodeInFileManager(node)
+        onTickWanted: node => map.toggleTick(node)
         onZoomWanted: node => screen.zoomTo(node, treemap.boxOf(node))
     }
 
+    Shortcut {
+        enabled: screen.visible && map.ticks.count > 0
+        sequence: "Del"
+
+        onActivated: screen.app.moves.review(map.ticks)
+    }
     Shortcut {
         enabled: screen.visible && screen.hasMap && map.canGoBack
         sequence: "Alt+Left"

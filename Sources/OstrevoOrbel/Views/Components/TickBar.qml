@@ -6,22 +6,18 @@ import OstrevoOrbel
 Rectangle {
     id: bar
 
-    property int count: 0
-    /// "3 items ticked", " · 26.7 GB", and what else there is to say.
-    property string statement: ""
-    property string sum: ""
-    property string remark: ""
-    property string reviewText: ""
+    required property Ticks ticks
     property bool narrow: false
 
-    signal cleared()
+    readonly property string sum: " · " + ticks.bytes.text
+
     signal reviewed()
 
-    Accessible.name: statement + sum
+    Accessible.name: ticks.statement + sum
     Accessible.role: Accessible.StatusBar
     clip: true
     color: Theme.surface
-    height: count > 0 ? Theme.tickBarHeight : 0
+    height: ticks.count > 0 ? Theme.tickBarHeight : 0
     visible: height > 0
 
     Behavior on height {
@@ -60,7 +56,7 @@ Rectangle {
         Row {
             ThemedText {
                 bold: true
-                text: bar.statement
+                text: bar.ticks.statement
             }
             ThemedText {
                 color: Theme.text2
@@ -72,17 +68,17 @@ Rectangle {
             Layout.leftMargin: 8
             color: Theme.text3
             role: ThemedText.Small
-            text: bar.remark
+            text: bar.ticks.remark
         }
         PushButton {
             objectName: bar.objectName + ".clear"
             text: qsTr("Clear Ticks")
 
-            onClicked: bar.cleared()
+            onClicked: bar.ticks.clear()
         }
         PushButton {
             objectName: bar.objectName + ".review"
-            text: bar.reviewText
+            text: bar.ticks.reviewText
             variant: PushButton.Commit
 
             onClicked: bar.reviewed()

@@ -1,0 +1,248 @@
+#include "AppModel/MoveFlow.h"
+
+#include "AppModel/AppModel.h"
+#include "AppModel/CountedTrash.h"
+#include "AppModel/TreeEdits.h"
+#include "Delete/DeletionSession.h"
+#include "Export/ReportRenderer.h"
+#include "Models/ByteFigure.h"
+#include "Models/Wording.h"
+#include "Util/BlockingWork.h"
+#include "Util/FileUrl.h"
+#include "Util/ReplaceFile.h"
+#include "Util/Uuid.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+namespace orbel {
+
+namespace {
+
+QString itemsText(std::size_t count) {
+    return countOf(count, MoveFlow::tr("item"), MoveFlow::tr("items"));
+}
+
+std::vector<DeletionItem> movedItems(const DeletionReport& report, const std::vector<TickedItem>& approved) {
+    std::unordered_set<std::string_view> paths;
+    for (const auto& moved : report.moved)
+        paths.insert(moved.path);
+    std::vector<DeletionItem> items;
+    for (const auto& ticked : approved) {
+        if (paths.contains(ticked.item.path))
+            items.push_back(ticked.item);
+    }
+    return items;
+}
+
+} // namespace
+
+MoveFlow::MoveFlow(AppModel& app) : app_(app) {
+    connect(&app, &AppModel::scanStateChanged, this, [this] {
+        if (!app_.isScanning())
+            return;
+        clearTicks();
+        // The items of a confirmation are of the tree that has just gone.
+        cancel();
+    });
+}
+
+MoveFlow::~MoveFlow() {
+    stopAfterThisItem();
+    if (batch_.valid())
+        batch_.wait();
+    if (putBack_.valid())
+        putBack_.wait();
+}
+
+void MoveFlow::watch(Ticks& ticks) {
+    watched_.emplace_back(&ticks);
+}
+
+void MoveFlow::clearTicks() {
+    std::erase_if(watched_, [](const QPointer<Ticks>& ticks) { return ticks.isNull(); });
+    for (const auto& ticks : watched_)
+        ticks->clear();
+}
+
+void MoveFlow::review(Ticks* ticks) {
+    if (ticks != nullptr)
+        ask(ticks->items());
+}
+
+void MoveFlow::ask(std::vector<TickedItem> items) {
+    std::erase_if(items, [](const TickedItem& ticked) { return !ticked.item.isSelectable(); });
+    if (items.empty() || isConfirming() || isDeleting() || isPuttingBack() || app_.isScanning())
+        return;
+    origin_ = app_.screenTitle();
+    items_.setItems(items);
+    request_ = {.id = newUuid(), .items = std::move(items)};
+    Q_EMIT changed();
+}
+
+void MoveFlow::cancel() {
+    if (!isConfirming())
+        return;
+    request_.reset();
+    items_.setItems({});
+    Q_EMIT changed();
+}
+
+void MoveFlow::confirm() {
+    if (!isConfirming() || isDeleting())
+        return;
+    request_.reset();
+    std::vector<DeletionItem> approved;
+    std::vector<std::string> ids;
+    for (const auto& ticked : items_.items()) {
+        approved.push_back(ticked.item);
+        ids.push_back(ticked.item.id);
+    }
+    isReporting_ = false;
+    atWork_ = 0;
+    cancellation_ = std::make_shared<ScanCancellation>();
+    const auto trash = app_.trash();
+    movesBeforeItem_ = trash->moves();
+    const auto progress = [this, trash, token = cancellation_,
+                           inbox = inbox_.address()](std::size_t index, const DeletionItem& /*item*/) {
+        inbox.send([this, token, index, moves = trash->moves()] { takeProgress(token.get(), index, moves); });
+    };
+    // The session knows only what this confirmation showed.
+    auto& session = app_.session();
+    session.forgetItems();
+    session.registerItems(approved);
+    batch_ = session.run(ids, progress, [token = cancellation_] { return token->isCancelled(); }).share();
+    inbox_.runAside(
+        "orbel.moves", [batch = batch_] { return batch.get(); },
+        [this, token = cancellation_](DeletionReport report) { takeReport(token.get(), std::move(report)); });
+    Q_EMIT deletingChanged();
+    Q_EMIT changed();
+}
+
+void MoveFlow::stopAfterThisItem() {
+    if (!isDeleting() || isStopping())
+        return;
+    cancellation_->cancel();
+    Q_EMIT changed();
+}
+
+bool MoveFlow::isStopping() const {
+    return isDeleting() && cancellation_->isCancelled();
+}
+
+void MoveFlow::takeProgress(const ScanCancellation* token, std::size_t index, std::uint64_t movesSoFar) {
+    if (cancellation_.get() != token)
+        return;
+    settleItemAtWork(index, movesSoFar);
+    items_.setState(index, MoveItemsModel::State::checking);
+    Q_EMIT changed();
+}
+
+void MoveFlow::settleItemAtWork(std::size_t next, std::uint64_t movesSoFar) {
+    if (next > atWork_)
+        items_.setState(atWork_, movesSoFar > movesBeforeItem_ ? MoveItemsModel::State::moved
+                                                               : MoveItemsModel::State::skipped);
+    atWork_ = next;
+    movesBeforeItem_ = movesSoFar;
+}
+
+void MoveFlow::takeReport(const ScanCancellation* token, DeletionReport report) {
+    if (cancellation_.get() != token)
+        return;
+    const auto approved = items_.items();
+    const auto gone = movedItems(report, approved);
+    cancellation_.reset();
+    report_.set(report, approved, origin_, app_.home(), app_.now());
+    lastReport_ = std::move(report);
+    isReporting_ = true;
+    Q_EMIT deletingChanged();
+    items_.setItems({});
+    clearTicks();
+    Q_EMIT moved(gone);
+    std::vector<std::string> paths;
+    paths.reserve(gone.size());
+    for (const auto& item : gone)
+        paths.push_back(item.path);
+    app_.treeEdits().remove(std::move(paths));
+    app_.refreshVolume();
+    app_.loadJournal();
+    Q_EMIT changed();
+    Q_EMIT finished();
+}
+
+void MoveFlow::closeReport() {
+    if (!isReporting_)
+        return;
+    isReporting_ = false;
+    Q_EMIT changed();
+}
+
+void MoveFlow::putBackAll() {
+    if (!lastReport_ || !report_.canPutBack() || isPuttingBack_ || isDeleting())
+        return;
+    isPuttingBack_ = true;
+    Q_EMIT changed();
+    putBack_ = BlockingWork::run("orbel.put-back", [service = app_.putBackService(),
+                                                    session = lastReport_->sessionID] {
+                   return service.putBackSession(session);
+               }).share();
+    inbox_.runAside(
+        "orbel.moves", [work = putBack_] { return work.get(); },
+        [this](const std::vector<PutBackResult>& results) { takePutBack(results); });
+}
+
+void MoveFlow::takePutBack(const std::vector<PutBackResult>& results) {
+    isPuttingBack_ = false;
+    report_.takePutBack(results);
+    std::vector<std::string> paths;
+    for (const auto& result : results) {
+        if (result.restored)
+            paths.push_back(result.path);
+    }
+    Q_EMIT restored(paths);
+    app_.treeEdits().restore(std::move(paths));
+    app_.refreshVolume();
+    app_.loadJournal();
+    Q_EMIT changed();
+}
+
+void MoveFlow::exportReport(const QUrl& file) {
+    const auto path = pathOfFileUrl(file.toEncoded().toStdString());
+    if (!path || !lastReport_)
+        return;
+    const auto text = path->ends_with(".json") ? ReportRenderer::json(*lastReport_) + "\n"
+                                               : ReportRenderer::markdown(*lastReport_);
+    if (const auto written = replaceFile(*path, text); !written)
+        app_.tell(tr("The report could not be written to %1.").arg(textOf(*path)));
+}
+
+QString MoveFlow::question() const {
+    return tr("Move %1 to the Trash?").arg(itemsText(items_.items().size()));
+}
+
+QString MoveFlow::sum() const {
+    return tr("%1, %2 on disk")
+        .arg(itemsText(items_.items().size()), ByteFigure(bytesOf(items_.items())).text());
+}
+
+QString MoveFlow::frees() const {
+    return freesText(items_.items());
+}
+
+QString MoveFlow::commitText() const {
+    return tr("Move %1 (%2) to Trash")
+        .arg(itemsText(items_.items().size()), ByteFigure(bytesOf(items_.items())).text());
+}
+
+QString MoveFlow::progressText() const {
+    if (!isDeleting())
+        return {};
+    return tr("Moving to the Trash: %1 of %2").arg(countText(atWork_ + 1), countText(items_.items().size()));
+}
+
+QString MoveFlow::deletingTitle() const {
+    return isDeleting() ? textOf(items_.items().at(atWork_).item.title) : QString();
+}
+
+} // namespace orbel

@@ -1,0 +1,65 @@
+#include "AppModel/TreeEdits.h"
+
+#include "AppModel/AppModel.h"
+
+#include <unordered_set>
+#include <utility>
+
+namespace orbel {
+
+TreeEdits::TreeEdits(AppModel& app) : app_(app) {
+    connect(&app, &AppModel::scanFinished, this, &TreeEdits::startNext);
+}
+
+void TreeEdits::remove(std::vector<std::string> paths) {
+    add([paths = std::move(paths), canonicalizer = app_.policy().canonicalizer()](FileTree& tree) {
+        std::vector<NodeIndex> gone;
+        for (const auto& path : paths) {
+            if (const auto node = tree.index(path, canonicalizer))
+                gone.push_back(*node);
+        }
+        tree.remove(gone);
+    });
+}
+
+void TreeEdits::restore(std::vector<std::string> paths) {
+    add([paths = std::unordered_set<std::string>(paths.begin(), paths.end()),
+         canonicalizer = app_.policy().canonicalizer()](FileTree& tree) {
+        std::vector<NodeIndex> back;
+        for (const auto& [node, holder] : tree.detachedFrom) {
+            if (paths.contains(tree.path(node, canonicalizer)))
+                back.push_back(node);
+        }
+        tree.restore(back);
+    });
+}
+
+void TreeEdits::add(Edit edit) {
+    waiting_.push_back(std::move(edit));
+    startNext();
+}
+
+void TreeEdits::startNext() {
+    // What waits for a scan is made in its tree: it may have looked before the disk changed.
+    if (isBusy_ || waiting_.empty() || app_.isScanning())
+        return;
+    isBusy_ = true;
+    inbox_.runAside(
+        "orbel.tree-edit",
+        [tree = app_.tree(), home = app_.home(), edits = std::exchange(waiting_, {})] {
+            ScanResult edited;
+            edited.tree = *tree;
+            for (const auto& edit : edits)
+                edit(edited.tree);
+            return scanOutcome(std::move(edited), std::nullopt, home);
+        },
+        [this, base = app_.tree()](ScanOutcome edited) {
+            isBusy_ = false;
+            app_.takeEdit(base, std::move(edited));
+            startNext();
+            if (!isBusy_)
+                Q_EMIT settled();
+        });
+}
+
+} // namespace orbel

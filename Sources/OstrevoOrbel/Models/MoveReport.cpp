@@ -1,0 +1,159 @@
+#include "Models/MoveReport.h"
+
+#include "Models/ByteFigure.h"
+#include "Models/Wording.h"
+#include "Util/PathText.h"
+
+#include <algorithm>
+#include <QDateTime>
+
+namespace orbel {
+
+namespace {
+
+QDateTime localTime(Date date) {
+    return QDateTime::fromSecsSinceEpoch(
+        std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count());
+}
+
+QString clockText(Date date) {
+    return localTime(date).toString(QStringLiteral("HH:mm:ss"));
+}
+
+} // namespace
+
+void ReportRowsModel::setRows(std::vector<Row> rows) {
+    beginResetModel();
+    rows_ = std::move(rows);
+    endResetModel();
+    Q_EMIT changed();
+}
+
+int ReportRowsModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QVariant ReportRowsModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const auto& row = rows_[static_cast<std::size_t>(index.row())];
+    switch (role) {
+    case TitleRole:
+        return row.title;
+    case PathRole:
+        return row.path;
+    case KindRole:
+        return row.kind;
+    case SizeRole:
+        return row.size;
+    case NoteRole:
+        return row.note;
+    case StateRole:
+        return row.state;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> ReportRowsModel::roleNames() const {
+    return {{TitleRole, "title"}, {PathRole, "path"}, {KindRole, "kind"},
+            {SizeRole, "size"},   {NoteRole, "note"}, {StateRole, "stage"}};
+}
+
+MoveReport::MoveReport(QObject* parent) : QObject(parent) {}
+
+void MoveReport::set(DeletionReport report, const std::vector<TickedItem>& items, const QString& origin,
+                     std::string home, std::chrono::system_clock::time_point now) {
+    report_ = std::move(report);
+    home_ = std::move(home);
+    scope_ = tr("%1 · %2").arg(origin, whenText(report_.finishedAt, now));
+    putBackWords_.clear();
+    putBackOf_.clear();
+    kindOf_.clear();
+    for (const auto& ticked : items)
+        kindOf_[ticked.item.path] = static_cast<int>(ticked.kind);
+    std::vector<ReportRowsModel::Row> rows;
+    for (const auto& item : report_.skipped)
+        rows.push_back({.title = textOf(item.title),
+                        .path = textOf(tildePath(item.path, home_)),
+                        .kind = kindOf_[item.path],
+                        .size = {},
+                        .note = textOf(item.reason),
+                        .state = QStringLiteral("skipped")});
+    skipped_.setRows(std::move(rows));
+    showMoved();
+    Q_EMIT changed();
+}
+
+void MoveReport::takePutBack(const std::vector<PutBackResult>& results) {
+    for (const auto& result : results)
+        putBackOf_[result.path] = result;
+    const auto restored =
+        static_cast<std::uint64_t>(std::ranges::count_if(results, &PutBackResult::restored));
+    putBackWords_ = restored == results.size()
+                        ? tr("%1 put back").arg(countOf(restored, tr("item"), tr("items")))
+                        : tr("%1 of %2 put back").arg(countText(restored), countText(results.size()));
+    showMoved();
+    Q_EMIT changed();
+}
+
+void MoveReport::showMoved() {
+    std::vector<ReportRowsModel::Row> rows;
+    for (const auto& item : report_.moved) {
+        const auto attempt = putBackOf_.find(item.path);
+        const bool isTried = attempt != putBackOf_.end();
+        const bool isBack = isTried && attempt->second.restored;
+        rows.push_back(
+            {.title = textOf(item.title),
+             .path = textOf(tildePath(item.path, home_)),
+             .kind = kindOf_[item.path],
+             .size = ByteFigure(item.bytes).text(),
+             .note = textOf((isTried ? attempt->second.reason : item.note).value_or(std::string())),
+             .state = isBack    ? QStringLiteral("putBack")
+                      : isTried ? QStringLiteral("notPutBack")
+                                : QStringLiteral("moved")});
+    }
+    moved_.setRows(std::move(rows));
+}
+
+bool MoveReport::canPutBack() const {
+    return std::ranges::any_of(report_.moved, [this](const DeletionReport::Moved& item) {
+        const auto attempt = putBackOf_.find(item.path);
+        return attempt == putBackOf_.end() || !attempt->second.restored;
+    });
+}
+
+QString MoveReport::headline() const {
+    return textOf(report_.headline());
+}
+
+QString MoveReport::trashNote() const {
+    return textOf(DeletionReport::trashNote);
+}
+
+QStringList MoveReport::stops() const {
+    QStringList stops;
+    if (report_.stoppedForMismatch)
+        stops << tr("Stopped: an item in the Trash did not match the approved item.");
+    if (report_.journalFailed)
+        stops << tr("Stopped: the journal could not be written.");
+    if (report_.cancelled)
+        stops << tr("Cancelled before all items ran.");
+    return stops;
+}
+
+QString MoveReport::movedSize() const {
+    return ByteFigure(report_.movedBytes()).text();
+}
+
+QString MoveReport::unchecked() const {
+    if (report_.uncheckedProcesses < 1)
+        return {};
+    return tr("Could not check %1 system processes for open files.").arg(report_.uncheckedProcesses);
+}
+
+QString MoveReport::times() const {
+    return tr("Session %1 – %2").arg(clockText(report_.startedAt), clockText(report_.finishedAt));
+}
+
+} // namespace orbel

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "Delete/DeletionReport.h"
+#include "Journal/PutBack.h"
+#include "Models/TickedItem.h"
+
+#include <chrono>
+#include <QAbstractListModel>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace orbel {
+
+/// One of the two lists of a report.
+class ReportRowsModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the MoveReport.")
+    Q_PROPERTY(int count READ rowCount NOTIFY changed)
+
+public:
+    struct Row {
+        QString title;
+        QString path; ///< for people: "~" in place of the home
+        int kind = 0;
+        QString size; ///< empty for what was skipped
+        QString note; ///< why it was skipped, a warning, or why it could not be put back
+        /// "moved", "putBack", "notPutBack" or "skipped"
+        QString state;
+    };
+
+    enum Role { TitleRole = Qt::UserRole, PathRole, KindRole, SizeRole, NoteRole, StateRole };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    void setRows(std::vector<Row> rows);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    std::vector<Row> rows_;
+};
+
+/// What the last batch did, as the report's screen binds to it.
+class MoveReport : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the MoveFlow.")
+    /// "Large and Old · today at 09:26"
+    Q_PROPERTY(QString scope READ scope NOTIFY changed)
+    /// "Moved to Trash: 20.8 GB (measured just now)."
+    Q_PROPERTY(QString headline READ headline NOTIFY changed)
+    Q_PROPERTY(QString trashNote READ trashNote CONSTANT)
+    /// Why the batch ended before all of it was dealt with, worst first; empty when it did not.
+    Q_PROPERTY(QStringList stops READ stops NOTIFY changed)
+    /// The batch stopped because what is recorded may not be true.
+    Q_PROPERTY(bool untrustworthy READ isUntrustworthy NOTIFY changed)
+    Q_PROPERTY(orbel::ReportRowsModel* moved READ moved CONSTANT)
+    Q_PROPERTY(orbel::ReportRowsModel* skipped READ skipped CONSTANT)
+    Q_PROPERTY(QString movedSize READ movedSize NOTIFY changed)
+    /// "Could not check 14 system processes for open files."; empty when all could be.
+    Q_PROPERTY(QString unchecked READ unchecked NOTIFY changed)
+    /// "Session 09:26:11 – 09:26:13"
+    Q_PROPERTY(QString times READ times NOTIFY changed)
+    /// Something of it is still in the Trash, as far as this report knows.
+    Q_PROPERTY(bool canPutBack READ canPutBack NOTIFY changed)
+    /// "3 items put back", "1 of 2 put back"; empty before.
+    Q_PROPERTY(QString putBackWords READ putBackWords NOTIFY changed)
+
+public:
+    explicit MoveReport(QObject* parent = nullptr);
+
+    /// `items`: those that were approved. `origin`: the screen that it began on.
+    void set(DeletionReport report, const std::vector<TickedItem>& items, const QString& origin,
+             std::string home, std::chrono::system_clock::time_point now);
+    void takePutBack(const std::vector<PutBackResult>& results);
+    const DeletionReport& report() const { return report_; }
+
+    QString scope() const { return scope_; }
+    QString headline() const;
+    QString trashNote() const;
+    QStringList stops() const;
+    bool isUntrustworthy() const { return report_.stoppedForMismatch || report_.journalFailed; }
+    ReportRowsModel* moved() { return &moved_; }
+    ReportRowsModel* skipped() { return &skipped_; }
+    QString movedSize() const;
+    QString unchecked() const;
+    QString times() const;
+    bool canPutBack() const;
+    QString putBackWords() const { return putBackWords_; }
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void showMoved();
+
+    DeletionReport report_;
+    std::string home_;
+    std::unordered_map<std::string, int> kindOf_;              ///< by path
+    std::unordered_map<std::string, PutBackResult> putBackOf_; ///< by path
+    QString scope_;
+    QString putBackWords_;
+    ReportRowsModel moved_;
+    ReportRowsModel skipped_;
+};
+
+} // namespace orbel

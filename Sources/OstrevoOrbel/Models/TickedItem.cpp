@@ -1,0 +1,92 @@
+#include "Models/TickedItem.h"
+
+#include "Map/TreemapModel.h"
+#include "Models/ByteFigure.h"
+#include "Models/MapWords.h"
+#include "Models/Wording.h"
+
+#include <algorithm>
+#include <limits>
+#include <QCoreApplication>
+#include <unordered_map>
+
+namespace orbel {
+
+namespace {
+
+std::uint64_t saturatingSum(std::uint64_t a, std::uint64_t b) {
+    return b > std::numeric_limits<std::uint64_t>::max() - a ? std::numeric_limits<std::uint64_t>::max()
+                                                             : a + b;
+}
+
+/// What is in it and on it alone: blocks that may be shared do not count, and a file with several names only
+/// when all of them are in it.
+std::uint64_t certainBytes(const FileTree& tree, NodeIndex top) {
+    struct Links {
+        std::uint64_t bytes = 0;
+        std::uint64_t found = 0;
+        std::uint64_t all = 0;
+    };
+    std::unordered_map<std::uint64_t, Links> linked;
+    std::uint64_t certain = 0;
+    std::vector<NodeIndex> open{top};
+    while (!open.empty()) {
+        const NodeIndex node = open.back();
+        open.pop_back();
+        if (tree.isFolder(node)) {
+            const auto children = tree.children(node);
+            open.insert(open.end(), children.begin(), children.end());
+        } else if (tree.flags(node).contains(NodeFlags::mayShareBlocks)) {
+            continue;
+        } else if (tree.linkCount(node) >= 2) {
+            auto& links = linked[tree.inode(node)];
+            links.all = tree.linkCount(node);
+            ++links.found;
+            links.bytes += tree.allocated(node);
+        } else {
+            certain += tree.allocated(node);
+        }
+    }
+    for (const auto& [inode, links] : linked)
+        certain += links.found >= links.all ? links.bytes : 0;
+    return std::min(certain, tree.allocated(top));
+}
+
+} // namespace
+
+TickedItem TickedItem::ofNode(DeletionItem item, const FileTree& tree, NodeIndex node) {
+    return {.item = std::move(item),
+            .kind = TreemapModel::representativeKind(tree, node),
+            .kindName = kindText(tree, node),
+            .count = std::uint64_t{tree.descendantCount(node)} + 1,
+            .leastFreed = certainBytes(tree, node)};
+}
+
+TickedItem TickedItem::alone(DeletionItem item, FileKind kind) {
+    const auto bytes = item.note ? 0 : item.estimatedBytes;
+    return {.item = std::move(item),
+            .kind = kind,
+            .kindName = kind == FileKind::folder ? QCoreApplication::translate("Ticks", "Folder")
+                                                 : textOf(title(kind)),
+            .count = 1,
+            .leastFreed = bytes};
+}
+
+std::uint64_t bytesOf(const std::vector<TickedItem>& items) {
+    std::uint64_t sum = 0;
+    for (const auto& ticked : items)
+        sum = saturatingSum(sum, ticked.item.estimatedBytes);
+    return sum;
+}
+
+QString freesText(const std::vector<TickedItem>& items) {
+    std::uint64_t least = 0;
+    for (const auto& ticked : items)
+        least = saturatingSum(least, ticked.leastFreed);
+    const auto most = ByteFigure(bytesOf(items)).text();
+    const auto from = ByteFigure(std::min(least, bytesOf(items))).text();
+    return from == most ? QCoreApplication::translate("Ticks", "Frees %1").arg(most)
+                        : QCoreApplication::translate("Ticks", "Frees %1 – %2").arg(from, most);
+}
+
+} // namespace orbel

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "Models/ByteFigure.h"
+#include "Models/TickedItem.h"
+
+#include <functional>
+#include <map>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace orbel {
+
+/// What is ticked on one screen. It keeps the items themselves, as they were when they were ticked, and is
+/// read only to ask for a confirmation, which keeps its own. Lives on the main thread; each screen's flow
+/// owns one and has the MoveFlow watch it, so that nothing stays ticked after a move or a new scan.
+///
+/// No ticked item lies inside another: ticking a folder takes the place of what was ticked in it, and nothing
+/// more can be ticked inside.
+class Ticks : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to a screen's model.")
+    Q_PROPERTY(int count READ count NOTIFY changed)
+    Q_PROPERTY(orbel::ByteFigure bytes READ bytes NOTIFY changed)
+    /// "3 items ticked"
+    Q_PROPERTY(QString statement READ statement NOTIFY changed)
+    /// "Frees 20.8 GB – 26.7 GB", one figure when that is certain
+    Q_PROPERTY(QString frees READ frees NOTIFY changed)
+    /// How many are ticked that the screen's filters hide.
+    Q_PROPERTY(int hiddenCount READ hiddenCount NOTIFY changed)
+    /// "2 of 3 hidden by filters", "all 3 visible with these filters"; empty without filters
+    Q_PROPERTY(QString remark READ remark NOTIFY changed)
+    /// "Review 3 Items…"
+    Q_PROPERTY(QString reviewText READ reviewText NOTIFY changed)
+
+public:
+    using IsShown = std::function<bool(const TickedItem& item)>;
+    using Position = std::function<std::size_t(const TickedItem& item)>;
+
+    using QObject::QObject;
+
+    /// Ticks or unticks one. False when nothing changed: it is refused, lies inside a ticked one, or was so.
+    bool setTicked(TickedItem item, bool ticked);
+    /// Several with a single signal.
+    void tickAll(std::vector<TickedItem> items);
+    bool untick(const std::string& id);
+    void untickAll(const std::vector<std::string>& ids);
+    Q_INVOKABLE void clear();
+
+    /// Tells which of them the screen shows; to be given again whenever the filters change. Null: there are
+    /// no filters.
+    void setFilter(IsShown isShown);
+    /// Tells where in the screen's list an item stands. Null: the largest first.
+    void setPosition(Position position) { position_ = std::move(position); }
+
+    bool contains(const std::string& id) const { return pathOf_.contains(id); }
+    /// The ticked item that is, or holds, what is at this path; null when there is none.
+    const TickedItem* covering(std::string_view path) const;
+    /// Whether something inside the folder at this path is ticked, the folder itself not counted.
+    bool anyInside(std::string_view path) const;
+
+    /// In the order of the screen's list, whatever the order of ticking.
+    std::vector<TickedItem> items() const;
+
+    int count() const { return static_cast<int>(byPath_.size()); }
+    ByteFigure bytes() const;
+    QString statement() const;
+    QString frees() const;
+    int hiddenCount() const { return hidden_; }
+    QString remark() const;
+    QString reviewText() const;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    bool put(TickedItem item);
+    bool take(const std::string& id);
+    void tell();
+
+    std::map<std::string, TickedItem, std::less<>> byPath_;
+    std::unordered_map<std::string, std::string> pathOf_; ///< by id
+    IsShown isShown_;
+    Position position_;
+    int hidden_ = 0;
+};
+
+} // namespace orbel

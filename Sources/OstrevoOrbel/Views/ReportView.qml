@@ -1,0 +1,206 @@
+import QtQuick
+import QtQuick.Window
+import OstrevoOrbel
+
+/// What the last batch did, in place of the screen that it began on.
+ScreenFrame {
+    id: screen
+
+    required property AppModel app
+    readonly property MoveReport report: app.moves.report
+    readonly property bool whole: !report.untrustworthy
+    readonly property bool nothingMoved: report.moved.count === 0
+
+    signal closed()
+    signal exportWanted()
+
+    firstFocus: done
+    objectName: "report"
+    scope: report.scope
+    status: report.times
+    title: qsTr("Report")
+
+    actions: [
+        PushButton {
+            iconOnly: screen.narrow
+            iconPath: Theme.icons.exporting
+            objectName: "report.export"
+            text: qsTr("Export…")
+
+            onClicked: screen.exportWanted()
+        },
+        PushButton {
+            id: done
+
+            objectName: "report.done"
+            ringAlways: true
+            text: qsTr("Done")
+            variant: PushButton.Primary
+
+            onClicked: screen.closed()
+        }
+    ]
+
+    component Rows: Card {
+        id: rows
+
+        property ReportRowsModel entries
+
+        visible: entries.count > 0
+        width: parent.width
+
+        Column {
+            width: parent.width
+
+            Repeater {
+                model: rows.entries
+
+                ReportRow {
+                    width: parent.width
+                }
+            }
+        }
+    }
+
+    ScrollPage {
+        anchors.fill: parent
+        centred: true
+        objectName: "report.page"
+        padding: screen.padding
+        spacing: Theme.cardGap
+
+        Repeater {
+            model: screen.report.stops
+
+            Banner {
+                required property string modelData
+
+                objectName: "report.stop"
+                statement: modelData
+                tone: screen.report.untrustworthy ? Banner.Error : Banner.Warn
+                width: parent.width
+            }
+        }
+        Card {
+            width: parent.width
+
+            Item {
+                implicitHeight: Math.max(words.height, glyph.height) + 48 + (screen.narrow ? buttons.height + 12 : 0)
+                width: parent.width
+
+                Rectangle {
+                    id: glyph
+
+                    color: screen.whole && !screen.nothingMoved ? Theme.okSoft : Theme.warnSoft
+                    height: Theme.px(44)
+                    radius: height / 2
+                    width: height
+                    x: 24
+                    y: 24
+
+                    PathIcon {
+                        anchors.centerIn: parent
+                        color: screen.whole && !screen.nothingMoved ? Theme.ok : Theme.warn
+                        height: Theme.px(20)
+                        path: screen.whole && !screen.nothingMoved ? Theme.icons.check : Theme.icons.warn
+                        width: height
+                    }
+                }
+                Column {
+                    id: words
+
+                    anchors.left: glyph.right
+                    anchors.leftMargin: 20
+                    anchors.right: screen.narrow ? parent.right : buttons.left
+                    anchors.rightMargin: 20
+                    y: 24
+
+                    ThemedText {
+                        Accessible.name: text
+                        Accessible.role: Accessible.Heading
+                        bold: true
+                        objectName: "report.headline"
+                        role: ThemedText.Title
+                        text: screen.report.headline
+                        width: parent.width
+                        wrapMode: Text.Wrap
+                    }
+                    ThemedText {
+                        color: Theme.text2
+                        text: screen.report.putBackWords !== ""
+                            ? screen.report.putBackWords : screen.report.trashNote
+                        objectName: "report.note"
+                        width: parent.width
+                        wrapMode: Text.Wrap
+                    }
+                }
+                Row {
+                    id: buttons
+
+                    anchors.right: parent.right
+                    anchors.rightMargin: 24
+                    spacing: 12
+                    y: screen.narrow ? parent.height - height - 16 : (parent.height - height) / 2
+
+                    PushButton {
+                        enabled: screen.report.canPutBack && !screen.app.moves.puttingBack
+                        iconPath: Theme.icons.putBack
+                        objectName: "report.putBack"
+                        text: qsTr("Put Back All")
+
+                        onClicked: screen.app.moves.putBackAll()
+                    }
+                    PushButton {
+                        iconPath: Theme.icons.trash
+                        objectName: "report.openTrash"
+                        text: qsTr("Open Trash")
+
+                        onClicked: screen.app.openTrash()
+                    }
+                }
+            }
+        }
+        Rows {
+            entries: screen.report.moved
+            objectName: "report.moved"
+            remark: screen.report.movedSize
+            title: qsTr("Moved to Trash (%1)").arg(entries.count)
+        }
+        Rows {
+            entries: screen.report.skipped
+            objectName: "report.skipped"
+            remark: screen.whole ? qsTr("left where it is") : ""
+            title: qsTr("Skipped (%1)").arg(entries.count)
+        }
+        Card {
+            visible: screen.report.unchecked !== ""
+            width: parent.width
+
+            Item {
+                implicitHeight: Theme.px(46)
+                width: parent.width
+
+                PathIcon {
+                    id: info
+
+                    anchors.verticalCenter: parent.verticalCenter
+                    color: Theme.text2
+                    height: Theme.icon
+                    path: Theme.icons.info
+                    width: height
+                    x: 16
+                }
+                ThemedText {
+                    anchors.left: info.right
+                    anchors.leftMargin: 12
+                    anchors.right: parent.right
+                    anchors.rightMargin: 16
+                    anchors.verticalCenter: parent.verticalCenter
+                    color: Theme.text2
+                    objectName: "report.unchecked"
+                    text: screen.report.unchecked
+                }
+            }
+        }
+    }
+}

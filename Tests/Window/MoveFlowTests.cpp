@@ -1,0 +1,242 @@
+#include "AppModel/MoveFlow.h"
+#include "AppModel/TreeEdits.h"
+#include "HookedTrash.h"
+#include "ModelScene.h"
+#include "Platform/HomeTrash.h"
+#include "Scan/TreeScanner.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <QSignalSpy>
+
+namespace orbel::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A measured home with three films in it.
+struct MoveFlowOn : testing::Test {
+    MoveFlowOn() {
+        scene.environment.home = home.path();
+        scene.environment.dataVolumePath = home.path();
+        scene.environment.trashFolder = platform::homeTrash(home.path());
+        scene.environment.journalPath = home.path("journal/journal.jsonl");
+        scene.environment.scan = [](const auto& root, const auto& token, const auto& progress) {
+            return TreeScanner::scan(root, std::nullopt, token, progress);
+        };
+        trash = std::make_shared<HookedTrash>(scene.environment.trashFolder);
+        scene.environment.trash = trash;
+        for (const auto* name : {"a.mkv", "b.mkv", "c.mkv"})
+            films.push_back(home.file(std::string("Videos/") + name, 20'000));
+    }
+
+    void measure() {
+        app().startScan(home.path());
+        scene.waitUntil([this] { return app().scanState() == AppModel::ScanState::done; });
+        app().moves()->watch(ticks);
+    }
+    AppModel& app() { return scene.model(); }
+    MoveFlow& moves() { return *app().moves(); }
+
+    TickedItem ticked(const std::string& path) {
+        const auto& tree = *app().tree();
+        const auto node = tree.index(path, app().policy().canonicalizer()).value();
+        return TickedItem::ofNode(
+            DeletionItem::fromTree(tree, node, DeletionModule::map, app().policy()).value(), tree, node);
+    }
+    bool isInTree(const std::string& path) {
+        return app().tree()->index(path, app().policy().canonicalizer()).has_value();
+    }
+    void review(const std::vector<std::string>& paths) {
+        for (const auto& path : paths)
+            ticks.setTicked(ticked(path), true);
+        moves().review(&ticks);
+        ASSERT_TRUE(moves().isConfirming());
+    }
+    void confirm() {
+        moves().confirm();
+        scene.waitUntil([this] { return moves().isReporting(); });
+        scene.waitUntil([this] { return !app().treeEdits().isBusy(); });
+    }
+
+    TemporaryFolder home;
+    std::vector<std::string> films;
+    std::shared_ptr<HookedTrash> trash;
+    ModelScene scene;
+    Ticks ticks;
+};
+
+} // namespace
+
+TEST_F(MoveFlowOn, WhatMovesIsWhatWasShownAndAllOfItComesBack) {
+    measure();
+    const auto before = app().tree();
+    const int version = app().treeVersion();
+    std::vector<DeletionItem> told;
+    QObject::connect(&moves(), &MoveFlow::moved, [&](const auto& items) { told = items; });
+    review({films[0], films[1]});
+    EXPECT_EQ(moves().question(), QStringLiteral("Move 2 items to the Trash?"));
+    const auto request = moves().confirmRequest()->id;
+    ticks.clear();
+    ticks.setTicked(ticked(films[2]), true);
+    confirm();
+
+    EXPECT_FALSE(fs::exists(films[0]) || fs::exists(films[1]));
+    EXPECT_TRUE(fs::exists(films[2])) << "it was ticked after the confirmation was shown";
+    EXPECT_EQ(told.size(), 2U);
+    EXPECT_EQ(ticks.count(), 0);
+    EXPECT_EQ(moves().report()->moved()->rowCount(), 2);
+    EXPECT_FALSE(isInTree(films[0]) || isInTree(films[1]));
+    EXPECT_EQ(app().treeVersion(), version + 1);
+    EXPECT_LT(app().tree()->allocated(0), before->allocated(0));
+    EXPECT_TRUE(before->index(films[0], app().policy().canonicalizer())) << "what others hold never changes";
+    scene.waitUntil([this] { return app().journalEntries().size() == 2; });
+
+    moves().putBackAll();
+    scene.waitUntil([this] { return !moves().isPuttingBack() && !app().treeEdits().isBusy(); });
+    EXPECT_TRUE(fs::exists(films[0]) && fs::exists(films[1]));
+    EXPECT_EQ(moves().report()->putBackWords(), QStringLiteral("2 items put back"));
+    EXPECT_FALSE(moves().report()->canPutBack());
+    EXPECT_EQ(app().tree()->allocated(0), before->allocated(0));
+    EXPECT_TRUE(isInTree(films[0]));
+
+    review({films[0]});
+    EXPECT_NE(moves().confirmRequest()->id, request);
+    moves().cancel();
+    EXPECT_FALSE(moves().isConfirming());
+    EXPECT_TRUE(fs::exists(films[0]));
+}
+
+TEST_F(MoveFlowOn, WhatChangedMeanwhileIsSkippedWithItsReason) {
+    measure();
+    review({films[0], films[1]});
+    home.file("Videos/a.mkv", "another film");
+    confirm();
+    EXPECT_TRUE(fs::exists(films[0]));
+    EXPECT_FALSE(fs::exists(films[1]));
+    const auto* skipped = moves().report()->skipped();
+    ASSERT_EQ(skipped->rowCount(), 1);
+    EXPECT_EQ(skipped->data(skipped->index(0), ReportRowsModel::NoteRole).toString(),
+              QStringLiteral("Changed since the scan — scan again"));
+    EXPECT_TRUE(isInTree(films[0]));
+}
+
+TEST_F(MoveFlowOn, NothingMovesWithoutAJournal) {
+    home.folder("journal/journal.jsonl");
+    measure();
+    review({films[0], films[1]});
+    confirm();
+    EXPECT_TRUE(fs::exists(films[0]) && fs::exists(films[1]));
+    EXPECT_TRUE(moves().report()->isUntrustworthy());
+    EXPECT_EQ(moves().report()->stops(),
+              QStringList{QStringLiteral("Stopped: the journal could not be written.")});
+}
+
+TEST_F(MoveFlowOn, StoppingFinishesTheItemInProgressAndTakesNoOther) {
+    measure();
+    bool startedScan = true;
+    trash->beforeMoving = [&](const std::string&) {
+        QMetaObject::invokeMethod(
+            &moves(),
+            [&] {
+                app().measureAgain();
+                startedScan = app().isScanning();
+                moves().stopAfterThisItem();
+            },
+            Qt::BlockingQueuedConnection);
+    };
+    review(films);
+    confirm();
+    EXPECT_EQ(moves().report()->moved()->rowCount(), 1);
+    EXPECT_EQ(std::ranges::count_if(films, [](const auto& film) { return fs::exists(film); }), 2);
+    EXPECT_EQ(moves().report()->stops(), QStringList{QStringLiteral("Cancelled before all items ran.")});
+    EXPECT_FALSE(startedScan) << "a scan beside a batch would see half of it";
+}
+
+TEST_F(MoveFlowOn, EachItemTellsWhatBecameOfItWhileTheOthersMove) {
+    measure();
+    QStringList seen;
+    trash->beforeMoving = [&](const std::string& path) {
+        if (path != films[2])
+            return;
+        QMetaObject::invokeMethod(
+            &moves(),
+            [&] {
+                for (int row = 0; row < moves().items()->rowCount(); ++row)
+                    seen << moves().items()->index(row).data(MoveItemsModel::StateRole).toString();
+                seen << moves().progressText() << moves().deletingTitle();
+            },
+            Qt::BlockingQueuedConnection);
+    };
+    review(films);
+    home.file("Videos/b.mkv", "another film");
+    confirm();
+    EXPECT_EQ(seen,
+              (QStringList{QStringLiteral("moved"), QStringLiteral("skipped"), QStringLiteral("checking"),
+                           QStringLiteral("Moving to the Trash: 3 of 3"), QStringLiteral("c.mkv")}));
+}
+
+TEST_F(MoveFlowOn, TheReportIsExportedInTheFormThatTheFileIsNamedFor) {
+    measure();
+    review({films[0]});
+    confirm();
+    const auto exported = [this](const char* name) {
+        moves().exportReport(QUrl::fromLocalFile(QString::fromStdString(home.path(name))));
+        QFile file(QString::fromStdString(home.path(name)));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    };
+    EXPECT_TRUE(exported("report.md").startsWith("# "));
+    EXPECT_TRUE(exported("report.json").startsWith("{"));
+    moves().exportReport(QUrl::fromLocalFile(QString::fromStdString(home.path("no/such/folder.md"))));
+    EXPECT_FALSE(app().notice().isEmpty());
+}
+
+TEST_F(MoveFlowOn, ANewScanEndsAConfirmationAndMakesEditsOfTheOldTreeVoid) {
+    measure();
+    const auto old = app().tree();
+    review({films[0]});
+    app().measureAgain();
+    EXPECT_FALSE(moves().isConfirming());
+    EXPECT_EQ(ticks.count(), 0);
+    moves().confirm();
+    EXPECT_FALSE(moves().isDeleting());
+    scene.waitUntil([this] { return app().scanState() == AppModel::ScanState::done; });
+
+    const auto now = app().tree();
+    ScanResult edited;
+    edited.tree = *old;
+    app().takeEdit(old, scanOutcome(std::move(edited), std::nullopt, home.path()));
+    EXPECT_EQ(app().tree(), now);
+}
+
+TEST_F(MoveFlowOn, TicksRefuseNestAndTellWhatTheyFree) {
+    home.hardLink("Videos/again.mkv", "Videos/a.mkv");
+    measure();
+    ticks.setTicked(ticked(films[1]), true);
+    EXPECT_EQ(ticks.frees(), QStringLiteral("Frees 20 KB"));
+    const auto folder = home.path("Videos");
+    auto all = ticked(folder);
+    all.item.blockedReason.reset();
+    ASSERT_TRUE(ticks.setTicked(all, true));
+    EXPECT_EQ(ticks.count(), 1) << "the folder stands for what was ticked in it";
+    EXPECT_EQ(ticks.frees(), QStringLiteral("Frees 61 KB")) << "both names of a.mkv are in it";
+    EXPECT_FALSE(ticks.setTicked(ticked(films[1]), true));
+    ticks.clear();
+
+    auto refused = ticked(films[2]);
+    refused.item.blockedReason = "No";
+    EXPECT_FALSE(ticks.setTicked(refused, true));
+    ticks.tickAll({ticked(films[0]), ticked(home.path("Videos/again.mkv")), ticked(films[1])});
+    EXPECT_EQ(ticks.frees(), QStringLiteral("Frees 20 KB – 41 KB")) << "neither name alone frees the file";
+    EXPECT_TRUE(ticks.anyInside(folder));
+    EXPECT_EQ(ticks.covering(folder), nullptr);
+    ticks.setFilter([&](const TickedItem& item) { return item.item.path == films[1]; });
+    EXPECT_EQ(ticks.remark(), QStringLiteral("2 of 3 hidden by filters"));
+    ticks.setPosition([&](const TickedItem& item) { return item.item.path == films[1] ? 0U : 1U; });
+    EXPECT_EQ(ticks.items().front().item.path, films[1]);
+    EXPECT_EQ(ticks.reviewText(), QStringLiteral("Review 3 Items…"));
+}
+
+} // namespace orbel::test

@@ -1,0 +1,199 @@
+#include "AppModel/MoveFlow.h"
+#include "AppModel/TreeEdits.h"
+#include "HookedTrash.h"
+#include "Models/TreemapItem.h"
+#include "Platform/HomeTrash.h"
+#include "Scan/TreeScanner.h"
+#include "WindowScene.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <QtTest/QTest>
+
+namespace orbel::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The map of a home with two films and something small.
+struct MovingInTheWindow : testing::Test {
+    void open(int width = 1440, int height = 900) {
+        const auto place = scene.folder() + "/home";
+        fs::create_directories(place + "/Videos/Travels with a name that goes on");
+        for (const auto& [name, bytes] :
+             {std::pair{"Videos/a.mkv", 600'000}, {"Videos/b.mkv", 500'000}, {"Videos/notes.txt", 90'000}}) {
+            films.push_back(place + '/' + name);
+            std::ofstream(films.back()) << std::string(static_cast<std::size_t>(bytes), 'x');
+        }
+        scene.environment.home = place;
+        scene.environment.trashFolder = platform::homeTrash(place);
+        scene.environment.scan = [](const auto& root, const auto& token, const auto& progress) {
+            return TreeScanner::scan(root, std::nullopt, token, progress);
+        };
+        scene.open(width, height);
+        scene.app().startScan(place);
+        ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+        scene.app().setScreen(Screen::map);
+        scene.settle();
+        map = qobject_cast<TreemapItem*>(scene.item(QStringLiteral("map.view")));
+        ASSERT_NE(map, nullptr);
+    }
+    QRectF box(const std::string& path) {
+        const auto node = scene.app().tree()->index(path, scene.app().policy().canonicalizer());
+        return node ? map->boxOf(*node) : QRectF();
+    }
+    void tick(const std::string& path, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseClick(&scene.window(), button, Qt::NoModifier,
+                          map->mapToScene(box(path).center()).toPoint());
+        scene.settle();
+    }
+    int ticked() { return static_cast<int>(map->ticked().size()); }
+    bool allThere() {
+        return std::ranges::all_of(films, [](const auto& film) { return fs::exists(film); });
+    }
+    void keep(const QString& name) {
+        for (const auto& appearance : {QStringLiteral("dark"), QStringLiteral("light")}) {
+            scene.setAppearance(appearance);
+            scene.picture().save(QStringLiteral(ORBEL_SNAPSHOTS "/") + name + QLatin1Char('-') + appearance
+                                 + QLatin1String(".png"));
+        }
+    }
+
+    WindowScene scene;
+    std::vector<std::string> films;
+    TreemapItem* map = nullptr;
+};
+
+} // namespace
+
+TEST_F(MovingInTheWindow, FromTwoTilesToTheTrashAndBackAgain) {
+    open();
+    const auto before = box(films[0]);
+    tick(films[0]);
+    scene.press(Qt::Key_Space);
+    ASSERT_TRUE(scene.waitUntil([&] { return ticked() == 1; }));
+    tick(films[1], Qt::RightButton);
+    scene.click(QStringLiteral("map.menu.tick"));
+    ASSERT_TRUE(scene.waitUntil([&] { return ticked() == 2; }));
+    EXPECT_TRUE(scene.says(QStringLiteral("2 items ticked")));
+    keep(QStringLiteral("map-ticked"));
+
+    scene.press(Qt::Key_Delete);
+    EXPECT_EQ(scene.focus(), QStringLiteral("confirm.cancel"));
+    EXPECT_TRUE(scene.says(QString::fromStdString(films[0]))) << "the whole path";
+    keep(QStringLiteral("confirmation"));
+    scene.press(Qt::Key_Return);
+    EXPECT_FALSE(scene.app().moves()->isConfirming());
+    EXPECT_EQ(scene.focus(), QStringLiteral("map.view"));
+    scene.press(Qt::Key_Delete);
+    scene.press(Qt::Key_Tab);
+    EXPECT_EQ(scene.focus(), QStringLiteral("confirm.commit"));
+    for (const int key : {Qt::Key_Enter, Qt::Key_Escape}) {
+        scene.press(key);
+        EXPECT_FALSE(scene.isShown(QStringLiteral("confirm.commit")));
+        scene.press(Qt::Key_Delete);
+        scene.press(Qt::Key_Tab);
+    }
+    EXPECT_TRUE(allThere());
+    scene.press(Qt::Key_Tab);
+    EXPECT_EQ(scene.focus(), QStringLiteral("confirm.table")) << "the focus stays in the sheet";
+    scene.press(Qt::Key_Tab);
+    scene.press(Qt::Key_Tab);
+
+    scene.press(Qt::Key_Space);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("report.headline")); }));
+    EXPECT_FALSE(fs::exists(films[0]) || fs::exists(films[1]));
+    EXPECT_TRUE(fs::exists(films[2]));
+    const auto trash = scene.environment.trashFolder;
+    EXPECT_TRUE(fs::exists(trash + "/files/a.mkv") && fs::exists(trash + "/info/b.mkv.trashinfo"));
+    scene.settle();
+    EXPECT_EQ(scene.focus(), QStringLiteral("report.done"));
+    keep(QStringLiteral("report"));
+    ASSERT_TRUE(scene.waitUntil([&] { return !scene.app().treeEdits().isBusy(); }));
+    EXPECT_TRUE(box(films[0]).isEmpty());
+
+    scene.click(QStringLiteral("report.putBack"));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("2 items put back")); }));
+    EXPECT_TRUE(allThere());
+    ASSERT_TRUE(scene.waitUntil([&] { return !scene.app().treeEdits().isBusy(); }));
+    keep(QStringLiteral("report-put-back"));
+    scene.click(QStringLiteral("report.done"));
+    EXPECT_TRUE(scene.isShown(QStringLiteral("map.view")));
+    EXPECT_EQ(box(films[0]), before);
+    EXPECT_EQ(ticked(), 0);
+}
+
+TEST_F(MovingInTheWindow, WhatMayNotMoveIsLockedAndSaysWhy) {
+    open(800, 560);
+    scene.click(QStringLiteral("map.showList"));
+    ASSERT_TRUE(scene.waitUntil([&] {
+        const auto* const box = scene.item(QStringLiteral("map.tick.Videos/"));
+        return box != nullptr && !box->property("refusal").toString().isEmpty();
+    }));
+    scene.click(QStringLiteral("map.tick.Videos/"));
+    scene.settle();
+    EXPECT_EQ(ticked(), 0);
+    keep(QStringLiteral("map-locked-800x560"));
+    scene.click(QStringLiteral("map.showList"));
+    tick(films[0]);
+    scene.press(Qt::Key_Space);
+    ASSERT_TRUE(scene.waitUntil([&] { return ticked() == 1; }));
+    scene.settle();
+    scene.click(QStringLiteral("map.tickBar.review"));
+    keep(QStringLiteral("confirmation-800x560"));
+    EXPECT_TRUE(scene.isShown(QStringLiteral("confirm.commit")));
+    scene.click(QStringLiteral("confirm.cancel"));
+    scene.click(QStringLiteral("map.tickBar.clear"));
+    EXPECT_EQ(ticked(), 0);
+    EXPECT_TRUE(allThere());
+}
+
+TEST_F(MovingInTheWindow, TheSheetShowsEachItemUntilItIsToldToStop) {
+    const auto trash = std::make_shared<HookedTrash>(platform::homeTrash(scene.folder() + "/home"));
+    scene.environment.trash = trash;
+    open(800, 560);
+    trash->beforeMoving = [this](const std::string& path) {
+        if (path != films[1])
+            return;
+        QMetaObject::invokeMethod(
+            &scene.app(),
+            [this] {
+                scene.settle();
+                keep(QStringLiteral("moving-800x560"));
+                EXPECT_TRUE(scene.says(QStringLiteral("In the Trash")));
+                EXPECT_EQ(scene.focus(), QStringLiteral("confirm.stop"));
+                scene.press(Qt::Key_Return);
+            },
+            Qt::BlockingQueuedConnection);
+    };
+    for (int i = 0; i < 3; ++i) {
+        tick(films.at(static_cast<std::size_t>(i)));
+        scene.press(Qt::Key_Space);
+        ASSERT_TRUE(scene.waitUntil([&] { return ticked() == i + 1; }));
+    }
+    scene.press(Qt::Key_Delete);
+    scene.click(QStringLiteral("confirm.commit"));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("report.headline")); }));
+    EXPECT_TRUE(scene.says(QStringLiteral("Cancelled before all items ran.")));
+    EXPECT_FALSE(fs::exists(films[1]));
+    EXPECT_TRUE(fs::exists(films[2]));
+    scene.settle();
+    keep(QStringLiteral("report-800x560"));
+}
+
+TEST_F(MovingInTheWindow, TheWindowClosesOnlyAfterTheItemInProgress) {
+    open();
+    tick(films[0]);
+    scene.press(Qt::Key_Space);
+    ASSERT_TRUE(scene.waitUntil([&] { return ticked() == 1; }));
+    scene.press(Qt::Key_Delete);
+    scene.app().moves()->confirm();
+    EXPECT_FALSE(scene.window().close());
+    EXPECT_TRUE(scene.window().isVisible());
+    ASSERT_TRUE(scene.waitUntil([&] { return !scene.window().isVisible(); }));
+    EXPECT_FALSE(scene.app().moves()->isDeleting());
+}
+
+} // namespace orbel::test
