@@ -70,7 +70,7 @@ Growth Growth::between(const ScanSummary& before, const ScanSummary& after) {
     for (std::size_t i = 0; i < folders.size(); ++i) {
         const auto& parent = all[folders[i].parent];
         all[i].isTelling =
-            i == 0 || (parent.isTelling && all[i].gross >= leastBytes && all[i].gross >= parent.gross / 10);
+            i == 0 || (parent.isTelling && all[i].gross >= leastBytes && all[i].gross >= parent.gross / 20);
     }
 
     Growth growth{.since = before.measuredAt, .folders = {}};

@@ -31,8 +31,8 @@ struct Growth {
 
     /// Compares two summaries of the same root.
     ///
-    /// Nothing counts twice. A folder is listed by itself when it makes up a tenth or more of what grew in
-    /// the one that holds it; that one is left with the rest, or left out when the rest is less than a tenth.
+    /// Nothing counts twice. A folder is listed by itself when it makes up a twentieth or more of what grew
+    /// in the one that holds it; that one is left with the rest, or left out when that is less than a tenth.
     /// What the earlier summary was too short to name is taken to have weighed as much then as it can have,
     /// so that no figure is larger than the truth.
     static Growth between(const ScanSummary& before, const ScanSummary& after);
