@@ -13,6 +13,8 @@ testPackages=(libgtest-dev strace dbus dbus-daemon gvfs libglib2.0-bin trash-cli
     qml6-module-qttest fonts-dejavu-core)
 checkPackages=(ccache clang-format-14 clang-tidy-19)
 fuzzPackages=(clang-19 libclang-rt-19-dev)
+# What makes the packages, looks them over, and tries them in a bare Debian.
+packagePackages=(dpkg-dev file lintian desktop-file-utils appstream mandoc groff-base zsh fish debootstrap xvfb)
 benchmarkPackages=(libbenchmark-dev ncdu gdu bfs jdupes rdfind rmlint)
 
 releaseFolder="$root/build/release"

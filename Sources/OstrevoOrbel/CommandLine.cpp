@@ -17,12 +17,14 @@ constexpr const char* usage = R"(Usage: orbel COMMAND
 Measures where the space on a disk went, moves what you name to the Trash, and
 puts it back. Nothing is ever deleted.
 
-  --scan-json ROOT [--top N]
+  --scan-json ROOT [--top N] [--growth]
                 Measure ROOT, a folder or a file, and print a report as JSON:
                 totals, what could not be read, the figures of the volume and
                 the N largest entries directly in ROOT (20 unless given).
                 Sizes are bytes on disk; a hard-linked file counts once, and
-                other volumes are not entered.
+                other volumes are not entered. With --growth, a summary of the
+                scan is kept for the next one, and the folders that grew most
+                since the last one of the same ROOT are added.
   --map-svg ROOT FILE [--size WxH]
                 Measure the folder ROOT and draw its map into FILE as an SVG
                 picture of W by H pixels (1440x900 unless given). An existing

@@ -4,6 +4,7 @@
 #include "ChangeRequest.h"
 #include "CommandOutput.h"
 #include "DuplicatesCommand.h"
+#include "GrowthReport.h"
 #include "JournalCommand.h"
 #include "LargeCommand.h"
 #include "LaunchOptions.h"
@@ -32,6 +33,17 @@ std::size_t topIn(std::span<const std::string> arguments) {
     return static_cast<std::size_t>(std::max<std::int64_t>(top.value_or(defaultTop), 0));
 }
 
+[[noreturn]] void finishReportWithGrowth(const std::string& root, std::span<const std::string> arguments) {
+    const ScanCancellation nobodyCancels;
+    const ScanResult result = TreeScanner::scan(root, std::nullopt, nobodyCancels, nullptr);
+    auto report = scanReport(root, result, topIn(arguments));
+    auto [growth, failure] = growthReport(result, UserContext());
+    report["growth"] = std::move(growth);
+    if (failure)
+        say("The scan could not be kept to be compared with: " + *failure);
+    finish(prettyJson(report) + "\n", failure ? ExitStatus::incomplete : ExitStatus::done);
+}
+
 } // namespace
 
 std::string HeadlessCommands::scanReportText(const std::string& root,
@@ -52,8 +64,11 @@ void HeadlessCommands::runIfRequested(std::span<const std::string> arguments) {
     }
     runLeftoversCommandIfRequested(arguments);
     runDuplicatesCommandIfRequested(arguments);
-    if (const auto root = valueAfter(arguments, "--scan-json"))
+    if (const auto root = valueAfter(arguments, "--scan-json")) {
+        if (contains(arguments, "--growth"))
+            finishReportWithGrowth(*root, arguments);
         finish(scanReportText(*root, arguments));
+    }
     runLargeCommandIfRequested(arguments);
     runTidyCommandIfRequested(arguments);
     runAppsCommandIfRequested(arguments);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Growth/GrowthStore.h"
 #include "Journal/JournalStore.h"
 #include "Safety/SafetyPolicy.h"
 
@@ -17,6 +18,9 @@ public:
     const SafetyPolicy& policy() const { return policy_; }
     const std::string& trashFolder() const { return trashFolder_; }
 
+    /// The earlier scans. Must not be written to when the policy has a reason against the home.
+    const GrowthStore& growthStore() const { return growthStore_; }
+
     /// The journal as the last run left it; what is beside it is not looked at.
     std::shared_ptr<JournalStore> journal() const;
 
@@ -29,6 +33,7 @@ private:
     SafetyPolicy policy_;
     std::string trashFolder_;
     std::string journalPath_;
+    GrowthStore growthStore_;
 };
 
 } // namespace orbel

@@ -1,3 +1,5 @@
+#include "Growth/GrowthStore.h"
+#include "SampleDisk.h"
 #include "WindowScene.h"
 
 #include <gtest/gtest.h>
@@ -148,6 +150,9 @@ class WindowSnapshot : public testing::TestWithParam<Sized> {};
 
 TEST_P(WindowSnapshot, IsNeitherBlankNorCutOff) {
     WindowScene scene;
+    scene.environment.growthFolder = scene.folder() + "/growth";
+    const auto lastWeek = currentDate() - std::chrono::days(7);
+    EXPECT_FALSE(GrowthStore(scene.environment.growthFolder).keep(SampleDisk::partlyMeasured().tree, lastWeek).failure);
     scene.open(GetParam().width, GetParam().height);
     scene.setFontScale(GetParam().fontScale);
     const QLatin1String suffix(GetParam().suffix);

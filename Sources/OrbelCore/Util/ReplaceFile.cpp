@@ -34,12 +34,12 @@ bool writeAll(int file, std::string_view bytes) {
 /// A file under a name that nothing else has, removed again unless it was given its final name.
 class PassingFile {
 public:
-    explicit PassingFile(const std::string& folder) {
+    PassingFile(const std::string& folder, mode_t mode) {
         // Short, so that it fits wherever the final name does.
         for (int attempt = 0; attempt < 100 && !file_; ++attempt) {
             path_ =
                 joinedPath(folder, ".orbel-" + std::to_string(::getpid()) + "-" + std::to_string(attempt));
-            file_ = FileDescriptor(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+            file_ = FileDescriptor(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
             if (!file_ && errno != EEXIST)
                 return;
         }
@@ -67,7 +67,8 @@ private:
 
 } // namespace
 
-std::expected<void, std::string> replaceFile(const std::string& path, std::string_view content) {
+std::expected<void, std::string> replaceFile(const std::string& path, std::string_view content,
+                                             FileAccess access) {
     struct stat existing {};
     const bool exists = ::lstat(path.c_str(), &existing) == 0;
     if (!exists && errno != ENOENT)
@@ -80,11 +81,12 @@ std::expected<void, std::string> replaceFile(const std::string& path, std::strin
         return failure(EISDIR);
 
     const std::string folder(parentPath(path));
-    PassingFile file(folder.empty() ? "." : folder);
+    const bool isPrivate = access == FileAccess::ownerOnly;
+    PassingFile file(folder.empty() ? "." : folder, isPrivate ? 0600 : 0666);
     if (!file)
         return failure();
     if (!writeAll(file.descriptor(), content)
-        || (exists && ::fchmod(file.descriptor(), existing.st_mode & 07777) != 0)
+        || (exists && !isPrivate && ::fchmod(file.descriptor(), existing.st_mode & 07777) != 0)
         || !platform::synchronise(file.descriptor()) || !file.place(path))
         return failure();
     return {};

@@ -1,10 +1,12 @@
 #include "AppModel/AppEnvironment.h"
 
+#include "Growth/GrowthStore.h"
 #include "Journal/JournalStore.h"
 #include "Platform/Home.h"
 #include "Platform/HomeTrash.h"
 #include "Platform/Places.h"
 #include "Safety/FullDiskAccess.h"
+#include "Safety/SafetyPolicy.h"
 #include "Scan/TreeScanner.h"
 
 #include <unistd.h>
@@ -29,8 +31,11 @@ AppEnvironment AppEnvironment::ofThisUser() {
     environment.home = platform::homeFolder();
     environment.dataVolumePath = VolumeInfo::dataVolumePath();
     environment.trashFolder = platform::homeTrash(environment.home);
-    environment.journalPath =
-        JournalStore::defaultPath(platform::places(environment.home).applicationSupport);
+    const auto applicationSupport = platform::places(environment.home).applicationSupport;
+    environment.journalPath = JournalStore::defaultPath(applicationSupport);
+    // In another user's home, nothing is to be left.
+    if (!SafetyPolicy(environment.home).homeReason())
+        environment.growthFolder = GrowthStore::defaultFolder(applicationSupport);
     environment.scan = [](const std::string& root, const ScanCancellation& cancellation,
                           const ScanProgressCallback& progress) {
         return TreeScanner::scan(root, std::nullopt, cancellation, progress);

@@ -31,6 +31,7 @@ struct AppEnvironment {
     std::string dataVolumePath; ///< what "the whole disk" means
     std::string trashFolder;
     std::string journalPath;
+    std::string growthFolder; ///< of the summaries of earlier scans; empty when none are to be kept
 
     /// Blocks until the scan is done. Progress comes on the thread that it is called on.
     std::function<ScanResult(const std::string& root, const ScanCancellation&, const ScanProgressCallback&)>

@@ -9,6 +9,7 @@
 #include "Journal/JournalStore.h"
 #include "Journal/PutBack.h"
 #include "Models/DiskLedger.h"
+#include "Models/GrowthModel.h"
 #include "Models/KindTotalsModel.h"
 #include "Models/ScanFigures.h"
 #include "Models/SizedFoldersModel.h"
@@ -91,6 +92,8 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::VolumesModel* volumes READ volumes CONSTANT)
     Q_PROPERTY(orbel::KindTotalsModel* kinds READ kinds CONSTANT)
     Q_PROPERTY(orbel::SizedFoldersModel* largestFolders READ largestFolders CONSTANT)
+    /// What grew since the scan before, once a complete one is done.
+    Q_PROPERTY(orbel::GrowthModel* growth READ growth CONSTANT)
     Q_PROPERTY(orbel::UnreadableModel* unreadable READ unreadable CONSTANT)
     /// "3": mount points that were not entered.
     Q_PROPERTY(QString otherVolumesSkipped READ otherVolumesSkipped NOTIFY treeChanged)
@@ -225,6 +228,7 @@ public:
     VolumesModel* volumes() { return &volumes_; }
     KindTotalsModel* kinds() { return &kinds_; }
     SizedFoldersModel* largestFolders() { return &largestFolders_; }
+    GrowthModel* growth() { return &growth_; }
     UnreadableModel* unreadable() { return &unreadable_; }
     QString otherVolumesSkipped() const;
     Appearance* appearance() { return &appearance_; }
@@ -316,6 +320,7 @@ private:
     VolumesModel volumes_;
     KindTotalsModel kinds_;
     SizedFoldersModel largestFolders_;
+    GrowthModel growth_;
     UnreadableModel unreadable_;
     Appearance appearance_;
 

@@ -1,5 +1,6 @@
 #include "AppModel/AppModel.h"
 #include "AppModel/MoveFlow.h"
+#include "AppModel/ScanGrowth.h"
 #include "Models/Wording.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Util/FileUrl.h"
@@ -51,6 +52,7 @@ void AppModel::startScan(const std::string& root) {
     showTree(sharedTree(FileTree()));
     kinds_.setTotals({});
     largestFolders_.setFolders({});
+    growth_.clear();
     unreadable_.setPaths({}, 0, home());
     updateLedgers();
     Q_EMIT scanRootChanged();
@@ -68,9 +70,11 @@ void AppModel::startScan(const std::string& root) {
     inbox_.runAside(
         "orbel.scan",
         [token = cancellation_, report, root, home = home(), scan = environment_.scan,
-         readVolume = environment_.readVolume] {
+         readVolume = environment_.readVolume, growthFolder = environment_.growthFolder] {
             auto result = scan(root, *token, report);
-            return scanOutcome(std::move(result), readVolume(root), home);
+            auto outcome = scanOutcome(std::move(result), readVolume(root), home);
+            outcome.growth = scanGrowth(outcome, growthFolder, home);
+            return outcome;
         },
         [this, token = cancellation_](ScanOutcome outcome) { takeOutcome(token.get(), std::move(outcome)); });
 }
@@ -115,6 +119,9 @@ void AppModel::takeOutcome(const ScanCancellation* token, ScanOutcome outcome) {
                   .topLevel = {}});
     kinds_.setTotals(outcome.kinds);
     largestFolders_.setFolders(std::move(outcome.largestFolders));
+    growth_.set(std::move(outcome.growth), environment_.now());
+    if (!growth_.failure().isEmpty())
+        setNotice(tr("This scan could not be kept to compare the next one with: %1").arg(growth_.failure()));
     unreadable_.setPaths(std::move(outcome.unreadable), tree.unreadableCount, home());
     showTree(std::move(outcome.tree));
     updateLedgers();

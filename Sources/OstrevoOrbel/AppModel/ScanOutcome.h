@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Models/GrowthModel.h"
 #include "Models/SizedFoldersModel.h"
 #include "Scan/KindTotals.h"
 #include "Scan/ScanResult.h"
@@ -23,6 +24,7 @@ struct ScanOutcome {
     std::optional<VolumeInfo> volume; ///< of the scanned root, read when the scan was done
     KindTotals kinds{};
     std::vector<SizedFoldersModel::Folder> largestFolders;
+    GrowthModel::Content growth;         ///< what scanGrowth() makes of it
     std::vector<std::string> unreadable; ///< visible paths of the first that could not be read
 };
 

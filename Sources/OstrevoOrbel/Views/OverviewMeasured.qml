@@ -200,7 +200,9 @@ FocusScope {
                     || room >= headHeight + kindCard.listHeight + factRows.height + explanation.implicitHeight + 31
                 readonly property int foldersNeed: headHeight + 14
                     + Theme.compactRowHeight * Math.max(4, Math.min(10, folderList.model ? folderList.count : 0))
-                readonly property int growthNeed: headHeight + growth.implicitHeight + 48
+                readonly property int growthNeed: growthList.count > 0
+                    ? headHeight + 14 + Theme.compactRowHeight * growthList.count
+                    : headHeight + noGrowth.implicitHeight + 48
                 readonly property int tallest: Math.max(kindsNeed,
                     aside ? Math.min(room, Math.max(foldersNeed, Theme.px(440))) : foldersNeed)
                 readonly property int barWidth: measured.columns === 1 ? Math.round(width * 0.4) : Theme.px(84)
@@ -354,21 +356,56 @@ FocusScope {
                     }
                 }
                 Card {
+                    id: growthCard
+
                     height: cards.aside ? cards.tallest : cards.growthNeed
+                    remark: measured.app.growth.since
                     title: qsTr("Grew most")
                     width: cards.aside ? cards.rest : cards.width
                     x: cards.aside ? cards.width - width : 0
                     y: cards.aside ? 0 : folderCard.y + folderCard.height + Theme.cardGap
 
+                    RowList {
+                        id: growthList
+
+                        Accessible.name: growthCard.title + " " + growthCard.remark
+                        // Whole rows only.
+                        height: Theme.compactRowHeight * Math.min(count,
+                            Math.floor((growthCard.height - cards.headHeight - 10) / Theme.compactRowHeight))
+                        model: measured.app.growth
+                        objectName: "overview.growth"
+                        visible: count > 0
+                        width: parent.width
+                        y: 6
+
+                        delegate: GrowthRow {
+                            required property int index
+                            required property int node
+                            required property string path
+                            required property string size
+                            required kind
+
+                            focused: growthList.visualFocus && ListView.isCurrentItem
+                            name: path
+                            sizeWords: size
+                            width: ListView.view.width
+
+                            onClicked: measured.app.showOnMap(node)
+                        }
+
+                        onActiveFocusChanged: if (activeFocus) page.reveal(growthList)
+                        onActivated: index => measured.app.showOnMap(growthList.itemAtIndex(index).node)
+                    }
                     EmptyState {
-                        id: growth
+                        id: noGrowth
 
                         anchors.fill: parent
                         anchors.margins: Theme.cardPadding
                         iconPath: Theme.icons.up
-                        objectName: "overview.growth"
-                        sentence: qsTr("Growth compares two complete scans of the same folder.")
-                        statement: qsTr("No comparison yet")
+                        objectName: "overview.nogrowth"
+                        sentence: measured.app.growth.sentence
+                        statement: measured.app.growth.statement
+                        visible: growthList.count === 0
                     }
                 }
             }

@@ -1,0 +1,73 @@
+# Completion of orbel and ostrevo-orbel for bash.
+
+_orbel() {
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} word command=
+    local commands="--scan-json --map-svg --duplicates-json --large-json --tidy-json --trash --put-back --journal-json
+        --journal-markdown --apps-json --leftovers-dry-run --help --version"
+    local window="--scan --scan-delay --open --appearance --snapshot --snapshot-delay --simulate-hover --diagnostics
+        --quit-after-scan"
+    COMPREPLY=()
+
+    for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+        if [ "$word" = -- ]; then # behind it are names
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            return
+        fi
+        [ -n "$command" ] || [[ " "${commands//$'\n'/ }" " != *" $word "* ]] || command=$word
+    done
+
+    case $previous in
+        --scan-json | --duplicates-json | --large-json | --tidy-json | --map-svg | --scan)
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -d -- "$current")
+            [ "$previous" != --scan ] || mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -W volume -- "$current")
+            return
+            ;;
+        --snapshot | --diagnostics)
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            return
+            ;;
+        --open)
+            mapfile -t COMPREPLY < <(compgen -W "overview map large duplicates uninstall tidy journal" -- "$current")
+            return
+            ;;
+        --appearance)
+            mapfile -t COMPREPLY < <(compgen -W "light dark" -- "$current")
+            return
+            ;;
+        --put-back)
+            mapfile -t COMPREPLY < <(compgen -W last -- "$current")
+            return
+            ;;
+        --top | --size | --min-bytes | --unused-days | --since | --scan-delay | --snapshot-delay | --simulate-hover)
+            return
+            ;;
+    esac
+
+    local more=
+    case $command in
+        --scan-json) more="--top --growth" ;;
+        --map-svg) more=--size ;;
+        --large-json) more="--min-bytes --unused-days" ;;
+        --trash) more=--dry-run ;;
+        --journal-json | --journal-markdown) more=--since ;;
+        "")
+            more=$commands
+            [ "${COMP_WORDS[0]##*/}" != ostrevo-orbel ] || more+=" $window"
+            ;;
+    esac
+    case $command in
+        --trash | --map-svg)
+            if [[ $current != -* ]]; then
+                compopt -o filenames 2>/dev/null
+                mapfile -t COMPREPLY < <(compgen -f -- "$current")
+                return
+            fi
+            ;;
+    esac
+    mapfile -t COMPREPLY < <(compgen -W "$more" -- "$current")
+}
+
+complete -F _orbel orbel ostrevo-orbel

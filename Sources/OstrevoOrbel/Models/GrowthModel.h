@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Util/Iso8601.h"
+
+#include <chrono>
+#include <optional>
+#include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
+#include <vector>
+
+namespace orbel {
+
+/// The folders that grew most since the scan of the same root before, and since when; or why there is nothing
+/// to compare.
+class GrowthModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the AppModel.")
+
+    /// "since 14 November"; empty when there is no comparison.
+    Q_PROPERTY(QString since READ since NOTIFY changed)
+    /// What stands in place of the rows when there are none.
+    Q_PROPERTY(QString statement READ statement NOTIFY changed)
+    Q_PROPERTY(QString sentence READ sentence NOTIFY changed)
+
+public:
+    struct Folder {
+        quint32 node = 0;  ///< in the tree of this version
+        QString path;      ///< for people: "~" in place of the home
+        int kind = 0;      ///< FileKind's raw value: the kind that most of it is
+        quint64 bytes = 0; ///< by how much it grew
+    };
+    struct Content {
+        std::optional<Date> since; ///< absent: there is nothing to compare with
+        std::vector<Folder> folders;
+        QString failure; ///< why the scan could not be kept for the next one; empty when it was
+    };
+
+    enum Role { NodeRole = Qt::UserRole, PathRole, KindRole, BytesRole, SizeRole };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    /// `now` decides how the date is written.
+    void set(Content content, std::chrono::system_clock::time_point now);
+    void clear() { set({}, {}); }
+
+    const QString& failure() const { return content_.failure; }
+    QString since() const { return since_; }
+    QString statement() const;
+    QString sentence() const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    Content content_;
+    QString since_;
+};
+
+} // namespace orbel

@@ -1,0 +1,61 @@
+#include "ModelScene.h"
+#include "Support/TreeBuilder.h"
+
+#include <gtest/gtest.h>
+#include <QAbstractItemModelTester>
+
+namespace orbel::test {
+namespace {
+
+constexpr std::uint64_t MB = 1'000'000;
+
+ScanResult scanOf(std::uint64_t films, bool cancelled = false) {
+    TreeBuilder builder("/data");
+    builder.file(builder.folder(builder.folder(0, "home"), "films"), "a.mkv", films * MB);
+    builder.file(builder.folder(0, "notes"), "a.pdf", 7 * MB);
+    ScanResult result;
+    result.tree = builder.build();
+    result.cancelled = cancelled;
+    return result;
+}
+
+TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
+    ModelScene scene;
+    const TemporaryFolder folder;
+    scene.environment.growthFolder = folder.path("growth");
+    scene.world->now = std::chrono::system_clock::now();
+    auto& growth = *scene.model().growth();
+    const QAbstractItemModelTester tester(&growth);
+    scene.scanWith("/data", scanOf(10));
+    EXPECT_EQ(growth.statement(), QStringLiteral("No comparison yet"));
+    EXPECT_EQ(growth.since(), QString());
+    scene.scanWith("/data", scanOf(99, true));
+    EXPECT_EQ(growth.statement(), QStringLiteral("No comparison yet"));
+    scene.scanWith("/data", scanOf(10));
+    EXPECT_EQ(growth.statement(), QStringLiteral("Nothing grew")) << "what was stopped is not compared with";
+
+    scene.world->now += std::chrono::hours(24 * 400);
+    scene.scanWith("/data", scanOf(52));
+    ASSERT_EQ(growth.rowCount(), 1);
+    EXPECT_EQ(growth.index(0).data(GrowthModel::PathRole), QStringLiteral("/data/home/films"));
+    EXPECT_EQ(growth.index(0).data(GrowthModel::SizeRole), QStringLiteral("42 MB"));
+    EXPECT_EQ(growth.index(0).data(GrowthModel::KindRole), static_cast<int>(FileKind::video));
+    const auto node = growth.index(0).data(GrowthModel::NodeRole).toUInt();
+    EXPECT_EQ(scene.model().tree()->walkedPath(node), "/data/home/films");
+    EXPECT_TRUE(growth.since().startsWith(QStringLiteral("since "))
+                && growth.since().contains(QStringLiteral(" 20")))
+        << "of another year: " << growth.since().toStdString();
+    scene.model().startScan("/data");
+    EXPECT_EQ(growth.rowCount(), 0) << "of the scan before, and its nodes are gone";
+}
+
+TEST(WindowGrowth, TellsWhenAScanCannotBeKept) {
+    ModelScene scene;
+    const TemporaryFolder folder;
+    scene.environment.growthFolder = folder.file("growth");
+    scene.scanWith("/data", scanOf(10));
+    EXPECT_TRUE(scene.model().notice().contains(QStringLiteral("could not be kept")));
+}
+
+} // namespace
+} // namespace orbel::test
