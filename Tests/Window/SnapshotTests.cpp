@@ -152,7 +152,9 @@ TEST_P(WindowSnapshot, IsNeitherBlankNorCutOff) {
     WindowScene scene;
     scene.environment.growthFolder = scene.folder() + "/growth";
     const auto lastWeek = currentDate() - std::chrono::days(7);
-    EXPECT_FALSE(GrowthStore(scene.environment.growthFolder).keep(SampleDisk::partlyMeasured().tree, lastWeek).failure);
+    EXPECT_FALSE(GrowthStore(scene.environment.growthFolder)
+                     .keep(SampleDisk::partlyMeasured().tree, lastWeek)
+                     .failure);
     scene.open(GetParam().width, GetParam().height);
     scene.setFontScale(GetParam().fontScale);
     const QLatin1String suffix(GetParam().suffix);
