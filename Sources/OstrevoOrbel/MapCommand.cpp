@@ -23,11 +23,13 @@ std::optional<MapSvg::Size> sizeIn(const std::string& text) {
         return std::nullopt;
     const auto width = parseInteger(std::string_view(text).substr(0, cross));
     const auto height = parseInteger(std::string_view(text).substr(cross + 1));
-    const auto isWithin = [](const auto& side, int least, int most) {
-        return side && *side >= least && *side <= most;
+    if (!width || !height)
+        return std::nullopt;
+    const auto isWithin = [](std::int64_t side, int least, int most) {
+        return side >= least && side <= most;
     };
-    if (!isWithin(width, MapSvg::smallest.width, MapSvg::largest.width)
-        || !isWithin(height, MapSvg::smallest.height, MapSvg::largest.height))
+    if (!isWithin(*width, MapSvg::smallest.width, MapSvg::largest.width)
+        || !isWithin(*height, MapSvg::smallest.height, MapSvg::largest.height))
         return std::nullopt;
     return MapSvg::Size{.width = static_cast<int>(*width), .height = static_cast<int>(*height)};
 }

@@ -131,7 +131,7 @@ TEST(SystemAppearance, FollowsThePortal) {
     auto desktop = bus.connect();
     serve(desktop, QStringLiteral("org.freedesktop.portal.Desktop"),
           QStringLiteral("/org/freedesktop/portal/desktop"), portal);
-    const SystemAppearance appearance(bus.connect());
+    SystemAppearance appearance(bus.connect()); // not const: what the bus tells changes it
     EXPECT_TRUE(QTest::qWaitFor([&] { return appearance.isDark(); }, patience));
     Q_EMIT portal.SettingChanged(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"),
                                  QDBusVariant(2U));

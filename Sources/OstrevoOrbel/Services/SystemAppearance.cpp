@@ -32,6 +32,8 @@ QVariant unwrapped(QVariant value) {
 } // namespace
 
 SystemAppearance::SystemAppearance(QDBusConnection bus) : bus_(std::move(bus)), isDark_(isPaletteDark()) {
+    // Qt finds a slot's types by their names, and this one's is unknown to it until somebody has used it.
+    qRegisterMetaType<QDBusVariant>();
     bus_.connect(portal, portalPath, settings, QStringLiteral("SettingChanged"), this,
                  SLOT(takeSetting(QString, QString, QDBusVariant)));
     auto call = QDBusMessage::createMethodCall(portal, portalPath, settings, QStringLiteral("Read"));
