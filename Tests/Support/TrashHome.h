@@ -20,8 +20,8 @@ public:
     /// What is in the Trash, sorted: "files/name" and "info/name.trashinfo"; nothing when there is no Trash.
     std::vector<std::string> contents() const;
 
-    /// Puts a file into the Trash as a program that keeps to the specification would have, as if it came from
-    /// `from`.
+    /// Puts a file into the Trash as a program that keeps to the desktop's rules would have, as if it came
+    /// from `from`.
     void putIntoTrash(std::string_view name, const std::string& from, std::string_view content = "x") const;
 };
 

@@ -86,19 +86,19 @@ private:
                "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\""
                + width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + " " + height
                + "\" role=\"img\">\n<title>" + xmlText(picture_.title) + "</title>\n<style>\n"
-               + "text{font:11px \"Noto Sans\",\"Open Sans\",sans-serif;fill:" + hex(colors_.ink) + "}\n"
+               + R"(text{font:11px "Noto Sans","Open Sans",sans-serif;fill:)" + hex(colors_.ink) + "}\n"
                + ".m{font-size:12px}.b{font-weight:bold}.h{font-size:20px;font-weight:bold}\n"
                + ".s{fill:" + hex(colors_.secondInk) + "}.e{text-anchor:end}\n"
                + ".g{fill:none;stroke-width:1.4;stroke-linecap:round;stroke-linejoin:round}\n";
         for (const FileKind kind : allFileKinds) {
             const auto& color = colors_.of(kind);
             const auto number = std::to_string(static_cast<int>(kind));
-            out_ += ".k" + number + "{fill:" + hex(color.fill) + "}.l" + number + "{fill:" + hex(color.label)
-                    + "}\n";
+            out_.append(".k").append(number).append("{fill:").append(hex(color.fill));
+            out_.append("}.l").append(number).append("{fill:").append(hex(color.label)).append("}\n");
         }
         out_ += "</style>\n<defs><pattern id=\"hatch\" width=\"10\" height=\"10\" "
                 "patternUnits=\"userSpaceOnUse\"><rect width=\"10\" height=\"10\" fill=\""
-                + hex(colors_.hatchGround) + "\"/><path d=\"M-1 1L1-1M0 10L10 0M9 11L11 9\" stroke=\""
+                + hex(colors_.hatchGround) + R"("/><path d="M-1 1L1-1M0 10L10 0M9 11L11 9" stroke=")"
                 + hex(colors_.hatch) + "\"/></pattern></defs>\n";
     }
 
@@ -204,7 +204,7 @@ private:
     }
 
     void addGlyph(FileKind kind, double x, double y, double side) {
-        out_ += "<path class=\"g\" transform=\"translate(" + pixels(x) + " " + pixels(y) + ")scale("
+        out_ += R"(<path class="g" transform="translate()" + pixels(x) + " " + pixels(y) + ")scale("
                 + (side > 12 ? ".875" : ".75") + ")\" stroke=\"" + hex(colors_.of(kind).label) + "\" d=\""
                 + std::string(glyphPath(kind)) + "\"/>";
     }
@@ -256,11 +256,11 @@ private:
 
     void addLegendItem(const LegendItem& item, double top) {
         const double y = top + (legendRowHeight - 18) / 2.0;
-        out_ += "<rect" + at(item.x, y) + sized(18, 18) + " rx=\"4\" class=\"k"
+        out_ += "<rect" + at(item.x, y) + sized(18, 18) + R"( rx="4" class="k)"
                 + std::to_string(static_cast<int>(item.kind)) + "\"/>";
         addGlyph(item.kind, item.x + 3, y + 3, 12);
-        out_ += "<text class=\"m\"" + at(item.x + 26, y + 13) + ">" + item.words
-                + "<tspan class=\"s\" dx=\"6\">" + item.size + "</tspan></text>\n";
+        out_ += R"(<text class="m")" + at(item.x + 26, y + 13) + ">" + item.words
+                + R"(<tspan class="s" dx="6">)" + item.size + "</tspan></text>\n";
     }
 
     static constexpr TextFont legendFont{.size = 12, .isBold = false};

@@ -35,7 +35,8 @@ std::expected<Place, std::string> placeOf(const std::string& path) {
 }
 
 /// Removes the info file of an item that has just left the Trash. It belongs to that item and to nothing
-/// newer: as long as it is there, nobody who keeps to the specification gives the item's name away again.
+/// newer: as long as it is there, nobody who keeps to the rules of the desktop's Trash gives the item's name
+/// away again.
 void removeInfoFile(const Place& left) {
     if (lastPathComponent(left.folderPath) != "files")
         return;

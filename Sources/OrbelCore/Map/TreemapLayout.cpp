@@ -72,7 +72,8 @@ std::vector<TreemapRect> TreemapLayout::squarify(std::span<const double> sizes, 
             total += sizes[i];
         }
     }
-    if (!(total > 0 && area.area() > 0))
+    const bool hasRoom = total > 0 && area.area() > 0;
+    if (!hasRoom)
         return rectangles;
     for (Item& item : items)
         item.area = item.area * area.area() / total;

@@ -106,6 +106,7 @@ std::optional<std::string> PlaceRules::reason(const std::string& real, AllowedRo
 
 std::vector<std::string> PlaceRules::guardedFolders() const {
     std::vector<std::string> folders;
+    folders.reserve(guards_.size());
     for (const auto& guard : guards_)
         folders.push_back(guard.path);
     return folders;

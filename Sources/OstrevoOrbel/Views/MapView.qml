@@ -32,7 +32,7 @@ ScreenFrame {
         menu.popup(item, x, y);
     }
 
-    firstFocus: hasMap ? treemap : placeholder
+    firstFocus: hasMap ? treemap : nothingToShow
     objectName: "map"
     scope: app.scopeText
     status: hasMap ? treemap.status : ""
@@ -212,7 +212,7 @@ ScreenFrame {
         }
     }
     EmptyState {
-        id: placeholder
+        id: nothingToShow
 
         action: screen.app.scanning ? qsTr("Stop")
             : screen.app.rootUnreadable ? qsTr("Choose Folder…") : qsTr("Measure This Disk")
