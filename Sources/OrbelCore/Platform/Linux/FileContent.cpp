@@ -66,7 +66,10 @@ bool sharesBlocks(const std::string& path) {
     std::uint64_t offset = 0;
     while (true) {
         ExtentMap room;
-        fiemap question{}; // NOLINT(clang-diagnostic-zero-length-array): how the system declares it
+        // Taken from the zeroed room: the system's declaration ends in an array of no length, which no
+        // initializer may name.
+        fiemap question;
+        std::memcpy(&question, room.bytes.data(), sizeof question);
         question.fm_start = offset;
         question.fm_length = FIEMAP_MAX_OFFSET - offset;
         question.fm_extent_count = ExtentMap::extentCount;
