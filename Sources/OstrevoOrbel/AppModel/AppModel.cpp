@@ -1,7 +1,12 @@
 #include "AppModel/AppModel.h"
 
+#include "AppModel/AppsFlow.h"
 #include "AppModel/CountedTrash.h"
+#include "AppModel/DuplicatesFlow.h"
+#include "AppModel/JournalFlow.h"
+#include "AppModel/LargeOldFlow.h"
 #include "AppModel/MoveFlow.h"
+#include "AppModel/TidyFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "Delete/LiveTrash.h"
 #include "Journal/IntentSettling.h"
@@ -39,7 +44,12 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       appearance_(*environment_.settings),
       lowDisk_(loadLowDiskSettings(*environment_.settings)),
       treeEdits_(std::make_unique<TreeEdits>(*this)),
-      moves_(std::make_unique<MoveFlow>(*this)) {
+      moves_(std::make_unique<MoveFlow>(*this)),
+      journalFlow_(std::make_unique<JournalFlow>(*this)),
+      largeOld_(std::make_unique<LargeOldFlow>(*this)),
+      duplicates_(std::make_unique<DuplicatesFlow>(*this)),
+      tidy_(std::make_unique<TidyFlow>(*this)),
+      apps_(std::make_unique<AppsFlow>(*this)) {
     screen_ = options().openScreen.value_or(screen_);
     alertTimer_.setInterval(LowDiskAlert::checkInterval);
     connect(&alertTimer_, &QTimer::timeout, this, &AppModel::checkFreeSpace);

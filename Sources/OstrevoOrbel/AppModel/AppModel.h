@@ -28,8 +28,13 @@
 
 namespace orbel {
 
+class AppsFlow;
 class CountedTrash;
+class DuplicatesFlow;
+class JournalFlow;
+class LargeOldFlow;
 class MoveFlow;
+class TidyFlow;
 class TreeEdits;
 
 /// The one object behind every screen: it owns the services, holds all that the screens show, and runs what
@@ -42,7 +47,12 @@ class AppModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("There is one, made by the application.")
+    Q_MOC_INCLUDE("AppModel/AppsFlow.h")
+    Q_MOC_INCLUDE("AppModel/DuplicatesFlow.h")
+    Q_MOC_INCLUDE("AppModel/JournalFlow.h")
+    Q_MOC_INCLUDE("AppModel/LargeOldFlow.h")
     Q_MOC_INCLUDE("AppModel/MoveFlow.h")
+    Q_MOC_INCLUDE("AppModel/TidyFlow.h")
 
     // What is shown.
 
@@ -101,6 +111,14 @@ class AppModel final : public QObject {
     // What moves to the Trash, and back.
 
     Q_PROPERTY(orbel::MoveFlow* moves READ moves CONSTANT)
+    Q_PROPERTY(orbel::JournalFlow* journalFlow READ journalFlow CONSTANT)
+
+    // The lists beside the map.
+
+    Q_PROPERTY(orbel::LargeOldFlow* largeOld READ largeOld CONSTANT)
+    Q_PROPERTY(orbel::DuplicatesFlow* duplicates READ duplicates CONSTANT)
+    Q_PROPERTY(orbel::TidyFlow* tidy READ tidy CONSTANT)
+    Q_PROPERTY(orbel::AppsFlow* apps READ apps CONSTANT)
 
     // Settings; a change applies and is kept at once.
 
@@ -179,6 +197,11 @@ public:
     DeletionSession& session() { return session_; }
     const std::shared_ptr<CountedTrash>& trash() const { return trash_; }
     MoveFlow* moves() { return moves_.get(); }
+    JournalFlow* journalFlow() { return journalFlow_.get(); }
+    LargeOldFlow* largeOld() { return largeOld_.get(); }
+    DuplicatesFlow* duplicates() { return duplicates_.get(); }
+    TidyFlow* tidy() { return tidy_.get(); }
+    AppsFlow* apps() { return apps_.get(); }
     TreeEdits& treeEdits() { return *treeEdits_; }
     const PutBack& putBackService() const { return putBackService_; }
     const std::vector<JournalEntry>& journalEntries() const { return journalEntries_; }
@@ -330,6 +353,11 @@ private:
 
     std::unique_ptr<TreeEdits> treeEdits_;
     std::unique_ptr<MoveFlow> moves_;
+    std::unique_ptr<JournalFlow> journalFlow_;
+    std::unique_ptr<LargeOldFlow> largeOld_;
+    std::unique_ptr<DuplicatesFlow> duplicates_;
+    std::unique_ptr<TidyFlow> tidy_;
+    std::unique_ptr<AppsFlow> apps_;
 
     Inbox inbox_; ///< the last member: what it delivers finds all others alive
 };

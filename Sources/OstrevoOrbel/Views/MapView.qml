@@ -11,7 +11,6 @@ ScreenFrame {
     readonly property bool wide: Window.width >= Theme.px(1920)
     /// Whether the list lies over the map, where there is no room beside it.
     property bool listOpen: false
-    property bool menuTicked: false
 
     function zoomTo(node: int, from: rect): void {
         zoom.color = treemap.colorOf(node);
@@ -27,8 +26,12 @@ ScreenFrame {
         zoom.run(Qt.rect(0, 0, treemap.width, treemap.height), treemap.boxOf(left), false);
     }
     function openMenu(node: int, item: Item, x: real, y: real): void {
-        menu.facts = map.facts(node);
-        menuTicked = map.isTicked(node);
+        const facts = map.facts(node);
+        menu.item = node;
+        menu.itemName = facts.name;
+        menu.itemFacts = [facts.kindName, facts.size].join(" · ");
+        menu.zoomable = facts.zoomable;
+        menu.ticked = map.isTicked(node);
         menu.popup(item, x, y);
     }
 
@@ -238,12 +241,12 @@ ScreenFrame {
                 screen.app.scanDisk();
         }
     }
-    MapMenu {
+    ItemMenu {
         id: menu
 
+        objectName: "map.menu"
         // What a menu opens on is selected, and being asked about.
-        refusal: map.selection.valid && map.selection.node === facts.node ? map.refusal : ""
-        ticked: screen.menuTicked
+        refusal: map.selection.valid && map.selection.node === item ? map.refusal : ""
 
         onCopyWanted: node => screen.app.copyNodePath(node)
         onOpenWanted: node => screen.app.openNode(node)
