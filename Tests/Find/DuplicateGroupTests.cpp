@@ -67,6 +67,18 @@ TEST_F(DuplicateGroupTest, ACopyThatChangedIsNeitherMovedNorReliedOn) {
     EXPECT_TRUE(items({"docs/c"})->empty()) << "gone";
 }
 
+TEST_F(DuplicateGroupTest, NothingTakesThePlaceOfTheCopyThatWasChosenToStay) {
+    const SafetyPolicy policy(home.path(), test::linuxOptions());
+    const auto keeping = [&](const char* kept) {
+        return group.deletionItems({home.path("docs/b")}, policy, home.path(kept));
+    };
+    EXPECT_EQ(keeping("docs/c")->at(0).keep->path, home.path("docs/c"));
+    EXPECT_EQ(keeping("docs/b"), std::nullopt) << "it is ticked";
+    EXPECT_EQ(keeping("docs/d"), std::nullopt) << "it is not in the group";
+    home.file("docs/c", 10'001);
+    EXPECT_EQ(keeping("docs/c")->at(0).blockedReason, "The copy you are keeping changed or is gone");
+}
+
 TEST_F(DuplicateGroupTest, TellsWhatStandsAgainstAMoveAndWhatItFrees) {
     home.hardLink("docs/other name", "docs/b");
     EXPECT_EQ(item("docs/b").note, "Frees nothing while other links exist");

@@ -60,7 +60,9 @@ std::optional<std::string> noteFor(const DuplicateFile& file, const platform::Fi
     return std::nullopt;
 }
 
-std::optional<DeletionItem> itemFor(const DuplicateFile& file, const SafetyPolicy& policy) {
+} // namespace
+
+std::optional<DeletionItem> DuplicateGroup::itemOf(const DuplicateFile& file, const SafetyPolicy& policy) {
     const auto status = platform::fileStatus(file.path);
     if (!status)
         return std::nullopt;
@@ -79,14 +81,13 @@ std::optional<DeletionItem> itemFor(const DuplicateFile& file, const SafetyPolic
     return item;
 }
 
-} // namespace
-
 std::optional<std::vector<DeletionItem>>
-DuplicateGroup::deletionItems(const std::unordered_set<std::string>& ticked,
-                              const SafetyPolicy& policy) const {
+DuplicateGroup::deletionItems(const std::unordered_set<std::string>& ticked, const SafetyPolicy& policy,
+                              const std::optional<std::string>& keep) const {
     std::vector<DuplicateFile> keepable;
-    std::ranges::remove_copy_if(files, std::back_inserter(keepable),
-                                [&](const DuplicateFile& file) { return ticked.contains(file.path); });
+    std::ranges::remove_copy_if(files, std::back_inserter(keepable), [&](const DuplicateFile& file) {
+        return ticked.contains(file.path) || (keep && file.path != *keep);
+    });
     if (keepable.empty())
         return std::nullopt;
     const DuplicateFile& kept = copyToKeep(keepable, suggestedKeep);
@@ -96,7 +97,7 @@ DuplicateGroup::deletionItems(const std::unordered_set<std::string>& ticked,
     for (const DuplicateFile& file : files) {
         if (!ticked.contains(file.path))
             continue;
-        auto item = itemFor(file, policy);
+        auto item = itemOf(file, policy);
         if (!item)
             continue;
         item->keep = {.path = kept.path, .stamp = kept.stamp};

@@ -41,8 +41,16 @@ struct DuplicateGroup {
     /// The copy that stays is the suggested one unless that is ticked; one that has changed since the group
     /// was found gives way to another unticked copy that has not. Where there is none, every item is blocked.
     /// Asks the disk about each ticked copy.
-    std::optional<std::vector<DeletionItem>> deletionItems(const std::unordered_set<std::string>& ticked,
-                                                           const SafetyPolicy& policy) const;
+    ///
+    /// With `keep`, the path of the copy that somebody chose to stay, no other takes its place: absent too
+    /// when it is ticked or not in the group, and every item is blocked when it has changed.
+    std::optional<std::vector<DeletionItem>>
+    deletionItems(const std::unordered_set<std::string>& ticked, const SafetyPolicy& policy,
+                  const std::optional<std::string>& keep = std::nullopt) const;
+
+    /// One copy as an item that names no copy that stays: what stands against moving it, and a note on what
+    /// that frees. Absent when it is gone. Asks the disk.
+    static std::optional<DeletionItem> itemOf(const DuplicateFile& file, const SafetyPolicy& policy);
 
     bool operator==(const DuplicateGroup&) const = default;
 };

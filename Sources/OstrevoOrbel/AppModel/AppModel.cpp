@@ -155,6 +155,10 @@ void AppModel::showJournalInFileManager() {
     environment_.desktop->showInFileManager(journal_->path());
 }
 
+void AppModel::showPathInFileManager(const std::string& path) {
+    environment_.desktop->showInFileManager(path);
+}
+
 void AppModel::showAbout() {
     Q_EMIT aboutWanted();
 }

@@ -183,8 +183,10 @@ public:
 
     /// Settles what an earlier process could not write, and reads the journal again.
     void loadJournal();
+    void showPathInFileManager(const std::string& path);
     /// An edited copy of the tree `base`; dropped unless that is still the tree that is shown.
     void takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome edited);
+    void openPath(const std::string& path) { environment_.desktop->open(path); }
     /// Shows these words as the notice.
     void tell(const QString& words) { setNotice(words); }
 

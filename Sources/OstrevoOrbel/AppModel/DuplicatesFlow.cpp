@@ -1,17 +1,499 @@
 #include "AppModel/DuplicatesFlow.h"
 
 #include "AppModel/AppModel.h"
+#include "AppModel/MoveFlow.h"
+#include "Models/ByteFigure.h"
+#include "Models/Wording.h"
+#include "Util/Check.h"
+#include "Util/FileUrl.h"
+#include "Util/PathText.h"
+
+#include <algorithm>
+#include <array>
+#include <mutex>
+#include <utility>
 
 namespace orbel {
 
-DuplicatesFlow::DuplicatesFlow(AppModel& app) : app_(app) {}
+namespace {
+
+constexpr std::array<std::uint64_t, 4> minimums{100'000, 1'000'000, 10'000'000, 100'000'000};
+
+constexpr auto betweenLooks = std::chrono::milliseconds(100);
+
+/// The groups that are asked about before an answer is given.
+constexpr std::size_t groupsInABatch = 500;
+
+DuplicateGroupsModel::Answers answersFor(const DuplicateGroup& group, const SafetyPolicy& policy) {
+    DuplicateGroupsModel::Answers answers;
+    for (const auto& file : group.files)
+        answers.push_back(DuplicateGroup::itemOf(file, policy));
+    return answers;
+}
+
+} // namespace
+
+/// Of the running search, written by its threads.
+struct DuplicatesFlow::LatestProgress {
+    std::mutex lock;
+    std::optional<DuplicateProgress> value;
+
+    void set(const DuplicateProgress& progress) {
+        const std::scoped_lock held(lock);
+        value = progress;
+    }
+    std::optional<DuplicateProgress> get() {
+        const std::scoped_lock held(lock);
+        return value;
+    }
+};
+
+DuplicatesFlow::DuplicatesFlow(AppModel& app)
+    : app_(app), policy_(std::make_shared<const SafetyPolicy>(app.policy())) {
+    progressTimer_.setInterval(betweenLooks);
+    connect(&progressTimer_, &QTimer::timeout, this, &DuplicatesFlow::lookAtProgress);
+    connect(&groups_, &DuplicateGroupsModel::changed, this, &DuplicatesFlow::changed);
+    connect(&app, &AppModel::treeChanged, this, &DuplicatesFlow::takeTree);
+    connect(app.moves(), &MoveFlow::moved, this, [this](const std::vector<DeletionItem>& items) {
+        std::vector<std::string> paths;
+        paths.reserve(items.size());
+        for (const auto& item : items)
+            paths.push_back(item.path);
+        groups_.setGone(paths, true);
+        clearTicks();
+    });
+    // Their stamps are still those of the search, and are proved again before any move.
+    connect(app.moves(), &MoveFlow::restored, this,
+            [this](const std::vector<std::string>& paths) { check(groups_.setGone(paths, false)); });
+}
+
+DuplicatesFlow::~DuplicatesFlow() {
+    if (duplicateCancellation_)
+        duplicateCancellation_->cancel();
+    if (checking_)
+        checking_->cancel();
+}
+
+void DuplicatesFlow::search() {
+    if (duplicatesRunning() || !app_.hasTree())
+        return;
+    if (checking_)
+        checking_->cancel();
+    ++search_;
+    noteChoice();
+    groups_.setGroups({}, {});
+    duplicatesSearched_ = isPartial_ = isStale_ = false;
+    duplicateProgress_.reset();
+    searchedMinimum_ = duplicateMinimumBytes_;
+    searchedNodes_ = app_.tree()->count();
+    searchedRoot_ = app_.tree()->rootPath;
+    duplicateCancellation_ = std::make_shared<ScanCancellation>();
+    latestProgress_ = std::make_shared<LatestProgress>();
+    progressTimer_.start();
+    const auto token = duplicateCancellation_;
+    inbox_.runAside(
+        "orbel.duplicates",
+        [token, tree = app_.tree(), home = policy_->homePath(), minimum = duplicateMinimumBytes_,
+         latest = latestProgress_] {
+            auto groups = DuplicateFinder{minimum}.run(
+                *tree, home, [&](const DuplicateProgress& progress) { latest->set(progress); },
+                [&] { return token->isCancelled(); });
+            Found found{.groups = {}, .progress = latest->get().value_or(DuplicateProgress())};
+            found.groups.reserve(groups.size());
+            for (auto& group : groups)
+                found.groups.emplace_back(std::move(group), *tree, home);
+            return found;
+        },
+        [this, token](Found found) { takeGroups(token.get(), std::move(found)); });
+    Q_EMIT progressChanged();
+    Q_EMIT changed();
+}
+
+void DuplicatesFlow::stop() {
+    if (!duplicatesRunning() || isStopping())
+        return;
+    duplicateCancellation_->cancel();
+    Q_EMIT changed();
+}
+
+void DuplicatesFlow::lookAtProgress() {
+    const auto latest = latestProgress_->get();
+    if (latest == duplicateProgress_)
+        return;
+    duplicateProgress_ = latest;
+    Q_EMIT progressChanged();
+}
+
+void DuplicatesFlow::endSearch() {
+    duplicateCancellation_.reset();
+    progressTimer_.stop();
+}
+
+void DuplicatesFlow::takeGroups(const ScanCancellation* token, Found found) {
+    if (duplicateCancellation_.get() != token)
+        return;
+    isPartial_ = isStopping() && found.progress.bytesCompared < found.progress.bytesToCompare;
+    endSearch();
+    duplicateProgress_ = found.progress;
+    duplicatesSearched_ = true;
+    searchedAt_ = app_.now();
+    groups_.setGroups(std::move(found.groups), policy_->homePath());
+    if (rule_ != KeepRule::newest)
+        groups_.setRule(rule_, ruleFolder_);
+    std::vector<std::size_t> all(duplicateGroups().size());
+    for (std::size_t i = 0; i < all.size(); ++i)
+        all[i] = i;
+    check(all);
+    Q_EMIT progressChanged();
+    Q_EMIT changed();
+}
+
+void DuplicatesFlow::takeTree() {
+    if (duplicatesRunning() && app_.isScanning()) {
+        // Its tree is no longer the one that is shown.
+        duplicateCancellation_->cancel();
+        endSearch();
+    }
+    if (app_.isScanning())
+        clearTicks();
+    // An edited tree has the nodes of the one that it was made from.
+    if (duplicatesSearched_
+        && (app_.tree()->count() != searchedNodes_ || app_.tree()->rootPath != searchedRoot_
+            || app_.isScanning()))
+        isStale_ = true;
+    Q_EMIT changed();
+}
+
+/// What stands against moving a copy is told as soon as it is known, group after group: the policy asks the
+/// disk about each copy.
+void DuplicatesFlow::check(const std::vector<std::size_t>& groups) {
+    if (groups.empty())
+        return;
+    if (!checking_ || checking_->isCancelled())
+        checking_ = std::make_shared<ScanCancellation>();
+    std::vector<std::pair<std::size_t, DuplicateGroup>> asked;
+    asked.reserve(groups.size());
+    for (const auto number : groups)
+        asked.emplace_back(number, duplicateGroups()[number].group());
+    inbox_.runAside(
+        "orbel.duplicates",
+        [this, asked = std::move(asked), token = checking_, search = search_, policy = policy_,
+         address = inbox_.address()] {
+            std::vector<DuplicateGroupsModel::Answered> batch;
+            const auto deliver = [&] {
+                address.send([this, search, answers = std::exchange(batch, {})] {
+                    if (search == search_)
+                        groups_.setAnswers(answers);
+                });
+            };
+            for (const auto& [number, group] : asked) {
+                if (token->isCancelled())
+                    return false;
+                batch.emplace_back(number, answersFor(group, *policy));
+                if (batch.size() >= groupsInABatch)
+                    deliver();
+            }
+            deliver();
+            return true;
+        },
+        [](bool) {});
+}
+
+void DuplicatesFlow::noteChoice() {
+    ++choice_;
+}
+
+void DuplicatesFlow::toggleTick(int row) {
+    if (!groups_.isRow(row))
+        return;
+    noteChoice();
+    groups_.toggleTick(row);
+}
+
+void DuplicatesFlow::tickAllOthers() {
+    noteChoice();
+    groups_.tickAllOthers();
+}
+
+void DuplicatesFlow::clearTicks() {
+    noteChoice();
+    groups_.clearTicks();
+}
+
+void DuplicatesFlow::keep(int row) {
+    if (!groups_.isRow(row))
+        return;
+    noteChoice();
+    groups_.keep(row);
+}
+
+void DuplicatesFlow::keepNewest() {
+    setRule(KeepRule::newest, {});
+}
+
+void DuplicatesFlow::keepOldest() {
+    setRule(KeepRule::oldest, {});
+}
+
+void DuplicatesFlow::keepFolderFirst(const QUrl& folder) {
+    const auto path = pathOfFileUrl(folder.toEncoded().toStdString());
+    if (!path)
+        return;
+    const auto& canonicalizer = policy_->canonicalizer();
+    setRule(KeepRule::folderFirst, canonicalizer.visiblePath(canonicalizer.canonical(*path).value_or(*path)));
+}
+
+void DuplicatesFlow::setRule(KeepRule rule, std::string folder) {
+    noteChoice();
+    rule_ = rule;
+    ruleFolder_ = std::move(folder);
+    groups_.setRule(rule_, ruleFolder_);
+}
+
+void DuplicatesFlow::setFolded(int row, bool folded) {
+    if (groups_.isRow(row))
+        groups_.setFolded(row, folded);
+}
+
+void DuplicatesFlow::setAllFolded(bool folded) {
+    groups_.setAllFolded(folded);
+}
+
+bool DuplicatesFlow::isFolded(int row) const {
+    return groups_.isRow(row) && groups_.groupAt(row).isFolded;
+}
+
+bool DuplicatesFlow::isHead(int row) const {
+    return groups_.isRow(row) && groups_.isHead(row);
+}
+
+int DuplicatesFlow::headOf(int row) const {
+    return groups_.isRow(row) ? groups_.headOf(row) : -1;
+}
+
+int DuplicatesFlow::find(const QString& text, int row) const {
+    return groups_.find(text, row);
+}
+
+QString DuplicatesFlow::statusOf(int row) const {
+    if (!groups_.isRow(row))
+        return duplicatesRunning() ? tr("Searching for duplicates…") : QString();
+    const auto& group = groups_.groupAt(row);
+    const auto& file = groups_.fileAt(row);
+    const auto path = textOf(tildePath(file.path, policy_->homePath()));
+    if (groups_.isHead(row) || file.path == group.keptFile().path)
+        return tr("%1  ·  the copy that is kept").arg(path);
+    return tr("%1  ·  identical to the kept copy, byte for byte").arg(path);
+}
+
+void DuplicatesFlow::open(int row) {
+    if (groups_.isRow(row))
+        app_.openPath(groups_.fileAt(row).path);
+}
+
+void DuplicatesFlow::showInFileManager(int row) {
+    if (groups_.isRow(row))
+        app_.showPathInFileManager(groups_.fileAt(row).path);
+}
+
+void DuplicatesFlow::copyPath(int row) {
+    if (groups_.isRow(row))
+        app_.copyText(textOf(groups_.fileAt(row).path));
+}
+
+void DuplicatesFlow::showOnMap(int row) {
+    if (!groups_.isRow(row))
+        return;
+    if (const auto node = app_.tree()->index(groups_.fileAt(row).path, policy_->canonicalizer()))
+        app_.showOnMap(*node);
+}
+
+void DuplicatesFlow::review() {
+    if (tickedCount() == 0 || isReviewing_ || app_.isScanning())
+        return;
+    struct Asked {
+        std::size_t number;
+        DuplicateGroup group;
+        std::unordered_set<std::string> ticked;
+        std::string kept;
+        FileKind kind;
+    };
+    std::vector<Asked> asked;
+    for (std::size_t i = 0; i < duplicateGroups().size(); ++i) {
+        const auto& group = duplicateGroups()[i];
+        if (group.figures().ticked > 0)
+            asked.push_back({i, group.group(), group.tickedPaths(), group.keptFile().path, group.kind()});
+    }
+    isReviewing_ = true;
+    inbox_.runAside(
+        "orbel.tick",
+        [asked = std::move(asked), policy = policy_] {
+            Reviewed reviewed;
+            for (const auto& [number, group, ticked, kept, kind] : asked) {
+                auto left = ticked;
+                auto items = group.deletionItems(ticked, *policy, kept);
+                ORBEL_CHECK(items.has_value(), "the kept copy was ticked");
+                for (auto& item : *items) {
+                    left.erase(item.path);
+                    if (item.isSelectable())
+                        reviewed.items.push_back(TickedItem::alone(std::move(item), kind));
+                    else
+                        reviewed.refused.push_back({number, item.path, item});
+                }
+                for (const auto& gone : left)
+                    reviewed.refused.push_back({number, gone, std::nullopt});
+            }
+            return reviewed;
+        },
+        [this, search = search_, choice = choice_](Reviewed reviewed) {
+            takeReviewed(search, choice, std::move(reviewed));
+        });
+    Q_EMIT changed();
+}
+
+void DuplicatesFlow::takeReviewed(int search, int choice, Reviewed reviewed) {
+    isReviewing_ = false;
+    Q_EMIT changed();
+    if (search != search_ || app_.screen() != Screen::duplicates)
+        return;
+    // What is shown for approval is what is ticked now.
+    if (choice != choice_) {
+        review();
+        return;
+    }
+    if (!reviewed.refused.empty()) {
+        const auto& why = reviewed.refused.front().item;
+        app_.tell(tr("%1 can no longer be moved: %2")
+                      .arg(countOf(reviewed.refused.size(), tr("ticked copy"), tr("ticked copies")),
+                           why ? textOf(*why->blockedReason) : tr("It is not there any more")));
+        for (const auto& [group, path, item] : reviewed.refused)
+            groups_.setAnswer(group, path, item);
+    }
+    app_.moves()->ask(std::move(reviewed.items));
+}
+
+void DuplicatesFlow::setDuplicateMinimumBytes(std::uint64_t bytes) {
+    if (bytes == duplicateMinimumBytes_)
+        return;
+    duplicateMinimumBytes_ = bytes;
+    groups_.setFilter(filter_, bytes);
+}
+
+QStringList DuplicatesFlow::minimumChoices() const {
+    QStringList choices;
+    for (const auto bytes : minimums)
+        choices << tr("%1 or more").arg(ByteFigure(bytes).text());
+    return choices;
+}
+
+int DuplicatesFlow::minimumChoice() const {
+    const auto found = std::ranges::find(minimums, duplicateMinimumBytes_);
+    return found == minimums.end() ? -1 : static_cast<int>(found - minimums.begin());
+}
+
+void DuplicatesFlow::setMinimumChoice(int choice) {
+    if (choice >= 0 && choice < static_cast<int>(minimums.size()))
+        setDuplicateMinimumBytes(minimums.at(static_cast<std::size_t>(choice)));
+}
+
+QString DuplicatesFlow::minimumText() const {
+    return ByteFigure(duplicateMinimumBytes_).text();
+}
+
+void DuplicatesFlow::setFilter(const QString& text) {
+    if (text == filter_)
+        return;
+    filter_ = text;
+    groups_.setFilter(filter_, duplicateMinimumBytes_);
+}
+
+QString DuplicatesFlow::ruleFolderText() const {
+    return rule_ == KeepRule::folderFirst ? textOf(tildePath(ruleFolder_, policy_->homePath())) : QString();
+}
 
 QString DuplicatesFlow::countText() const {
-    return {};
+    return duplicatesSearched_ ? orbel::countText(groups_.totals().groups) : QString();
+}
+
+QString DuplicatesFlow::groupsText() const {
+    if (!duplicatesSearched_)
+        return {};
+    const auto& totals = groups_.totals();
+    const auto all = countOf(totals.groups, tr("group"), tr("groups"));
+    return totals.shownGroups == totals.groups
+               ? all
+               : tr("%1 of %2").arg(orbel::countText(totals.shownGroups), all);
+}
+
+QString DuplicatesFlow::potentialText() const {
+    return duplicatesSearched_ ? tr("up to %1").arg(ByteFigure(groups_.totals().most).text()) : QString();
 }
 
 QString DuplicatesFlow::summary() const {
-    return {};
+    return duplicatesSearched_ ? tr("%1 · %2").arg(groupsText(), potentialText()) : QString();
+}
+
+bool DuplicatesFlow::isOutsideHome() const {
+    const auto root = policy_->canonicalizer().visiblePath(app_.tree()->rootPath);
+    return app_.hasTree() && !isPathInside(root, policy_->homePath())
+           && !isPathInside(policy_->homePath(), root);
+}
+
+QString DuplicatesFlow::scopeText() const {
+    if (duplicatesRunning())
+        return tr("Home folder · comparing every byte");
+    if (!duplicatesSearched_)
+        return tr("Home folder · every byte compared");
+    const auto when = whenText(searchedAt_, app_.now());
+    return isPartial_ ? tr("Home folder · partly searched %1").arg(when)
+                      : tr("Home folder · every byte compared · searched %1").arg(when);
+}
+
+double DuplicatesFlow::share() const {
+    if (!duplicateProgress_ || duplicateProgress_->bytesToCompare == 0)
+        return 0;
+    return static_cast<double>(duplicateProgress_->bytesCompared)
+           / static_cast<double>(duplicateProgress_->bytesToCompare);
+}
+
+QString DuplicatesFlow::comparedText() const {
+    if (!duplicateProgress_)
+        return tr("Looking for files of equal size");
+    return tr("%1 of %2 compared")
+        .arg(ByteFigure(duplicateProgress_->bytesCompared).text(),
+             ByteFigure(duplicateProgress_->bytesToCompare).text());
+}
+
+QString DuplicatesFlow::foundCount() const {
+    const auto found = duplicateProgress_ ? duplicateProgress_->groupsFound : 0;
+    return orbel::countText(static_cast<std::uint64_t>(found));
+}
+
+QString DuplicatesFlow::foundNoun() const {
+    return duplicateProgress_ && duplicateProgress_->groupsFound == 1 ? tr("group found")
+                                                                      : tr("groups found");
+}
+
+QString DuplicatesFlow::tickedText() const {
+    return countOf(groups_.totals().ticked, tr("copy ticked"), tr("copies ticked"));
+}
+
+QString DuplicatesFlow::tickedFrees() const {
+    return tr("frees %1").arg(rangeText(groups_.totals().tickedLeast, groups_.totals().tickedMost));
+}
+
+QString DuplicatesFlow::tickedRemark() const {
+    const auto& totals = groups_.totals();
+    if (totals.hiddenTicked > 0)
+        return tr("%1 of %2 hidden by filters")
+            .arg(orbel::countText(totals.hiddenTicked), orbel::countText(totals.ticked));
+    return totals.tickedGroups == 1 ? tr("in 1 group; its kept copy is checked again before the move")
+                                    : tr("in %1 groups; each kept copy is checked again before the move")
+                                          .arg(orbel::countText(totals.tickedGroups));
+}
+
+QString DuplicatesFlow::reviewText() const {
+    return tr("Review %1…").arg(countOf(groups_.totals().ticked, tr("Item"), tr("Items")));
 }
 
 } // namespace orbel

@@ -14,8 +14,12 @@ QString shareText(std::uint64_t bytes, std::uint64_t whole) {
 }
 
 QString changedText(const FileTree& tree, NodeIndex node) {
-    const auto time = QDateTime::fromSecsSinceEpoch(tree.modified(node).time_since_epoch().count());
-    return QLocale(QLocale::English).toString(time, QStringLiteral("d MMMM yyyy 'at' HH:mm"));
+    return changedText(tree.modified(node));
+}
+
+QString changedText(std::chrono::sys_seconds time) {
+    const auto local = QDateTime::fromSecsSinceEpoch(time.time_since_epoch().count());
+    return QLocale(QLocale::English).toString(local, QStringLiteral("d MMMM yyyy 'at' HH:mm"));
 }
 
 QString kindText(const FileTree& tree, NodeIndex node) {

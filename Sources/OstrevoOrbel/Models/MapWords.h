@@ -3,6 +3,7 @@
 #include "Map/TreemapTile.h"
 #include "Scan/FileTree.h"
 
+#include <chrono>
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
@@ -15,6 +16,7 @@ QString shareText(std::uint64_t bytes, std::uint64_t whole);
 
 /// "2 October 2025 at 17:40", in the local time of this computer.
 QString changedText(const FileTree& tree, NodeIndex node);
+QString changedText(std::chrono::sys_seconds time);
 
 /// "Folder", else the kind's name.
 QString kindText(const FileTree& tree, NodeIndex node);

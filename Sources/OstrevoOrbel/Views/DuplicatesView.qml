@@ -1,28 +1,337 @@
 import QtQuick
+import QtQuick.Dialogs
 import OstrevoOrbel
 
-/// Files that are the same byte for byte.
+/// Files that are the same byte for byte, in groups: which copy of each stays, and which go.
 ScreenFrame {
-    id: view
+    id: screen
 
     required property AppModel app
+    readonly property DuplicatesFlow flow: app.duplicates
+    readonly property bool hasList: flow.searched && !flow.running && table.count > 0
+    /// The row that the pointer is on; -1 for none.
+    property int hoveredRow: -1
 
-    firstFocus: state
+    // What had the focus is no longer to be seen.
+    onFirstFocusChanged: if (activeFocus && !field.activeFocus) Qt.callLater(takeFocus, Qt.TabFocusReason)
+
+    firstFocus: flow.running ? stop : hasList ? table : nothingToShow
     objectName: "duplicates"
-    scope: qsTr("Home folder · every byte compared")
+    scope: flow.scopeText
+    status: flow.running ? flow.statusOf(-1)
+        : hasList ? flow.statusOf(hoveredRow >= 0 ? hoveredRow : table.currentRow) : ""
     title: qsTr("Duplicates")
 
-    EmptyState {
-        id: state
+    actions: [
+        EntryField {
+            id: field
 
+            keys: screen.narrow ? "" : qsTr("Ctrl F")
+            objectName: "duplicates.find"
+            placeholderText: qsTr("Name or folder contains")
+            visible: screen.flow.searched && !screen.flow.running
+            width: screen.narrow ? Theme.px(180) : Theme.px(260)
+
+            Keys.onDownPressed: table.forceActiveFocus(Qt.TabFocusReason)
+            onTextChanged: screen.flow.filter = text
+        },
+        PushButton {
+            hint: qsTr("Ticks every copy in every group shown, but the one that is kept")
+            iconOnly: screen.narrow
+            iconPath: Theme.icons.check
+            objectName: "duplicates.tickOthers"
+            text: qsTr("Tick All but the Kept")
+            visible: screen.hasList
+
+            onClicked: screen.flow.tickAllOthers()
+        },
+        PushButton {
+            iconOnly: screen.narrow
+            iconPath: Theme.icons.rescan
+            objectName: "duplicates.search"
+            text: qsTr("Search Again")
+            visible: screen.flow.searched && !screen.flow.running && screen.app.measuredAny
+
+            onClicked: screen.flow.search()
+        },
+        PushButton {
+            id: stop
+
+            enabled: !screen.flow.stopping
+            iconPath: Theme.icons.stop
+            keys: qsTr("Esc")
+            objectName: "duplicates.stop"
+            ringAlways: true
+            text: screen.flow.stopping ? qsTr("Stopping…") : qsTr("Stop")
+            visible: screen.flow.running
+
+            onClicked: screen.flow.stop()
+        }
+    ]
+
+    bar: Column {
+        width: screen.width
+
+        DuplicatesBar {
+            flow: screen.flow
+            height: visible ? implicitHeight : 0
+            middling: screen.middling
+            narrow: screen.narrow
+            padding: screen.padding
+            visible: screen.app.measuredAny && !screen.flow.running || screen.hasList
+            width: parent.width
+
+            onFolderWanted: folderDialog.open()
+        }
+        Banner {
+            readonly property bool stale: screen.flow.stale
+            readonly property bool partial: screen.flow.partial
+
+            action: screen.app.measuredAny ? qsTr("Search Again") : ""
+            explanation: stale ? qsTr("Each copy is proved again before it moves, but newer files are missing here.")
+                : partial ? qsTr("Every group that is listed was compared to the last byte; there may be more.")
+                : qsTr("Search again to find those of %1 or more.").arg(screen.flow.minimumText)
+            height: visible ? implicitHeight : 0
+            objectName: "duplicates.banner"
+            radius: 0
+            statement: stale ? qsTr("Measured again since this search.") : partial ? qsTr("Search stopped — partial.")
+                : qsTr("The search began with larger files.")
+            visible: screen.flow.searched && !screen.flow.running && (stale || partial || screen.flow.tooFew)
+            width: parent.width
+
+            onTriggered: screen.flow.search()
+        }
+    }
+
+    foot: TickBar {
+        count: screen.flow.tickedCount
+        narrow: screen.narrow
+        objectName: "duplicates.tickBar"
+        remark: screen.narrow ? "" : screen.flow.tickedRemark
+        reviewText: screen.flow.reviewText
+        reviewable: !screen.flow.reviewing && !screen.app.scanning
+        statement: screen.flow.tickedText
+        sum: screen.flow.tickedFrees
+        width: screen.width
+
+        onCleared: screen.flow.clearTicks()
+        onReviewed: screen.flow.review()
+    }
+
+    RowTable {
+        id: table
+
+        /// Which of a copy's two controls the keys act on: its tick, or the mark that keeps it.
+        property bool onKeep: false
+
+        function act(row: int): void {
+            const copy = itemAt(row) as DuplicateRow;
+            if (copy && !copy.head && (onKeep || copy.kept))
+                screen.flow.keep(row);
+            else
+                screen.flow.toggleTick(row);
+        }
+        function openMenu(row: int, item: Item, x: real, y: real): void {
+            const copy = itemAt(row) as DuplicateRow;
+            if (!copy)
+                return;
+            const chosen = copy.head ? groupMenu : copyMenu;
+            chosen.item = row;
+            chosen.itemName = copy.name;
+            chosen.itemFacts = copy.head ? copy.copies : [copy.path, copy.size].join(" · ");
+            chosen.ticked = copy.ticked;
+            chosen.folded = copy.folded;
+            chosen.kept = copy.kept;
+            chosen.refusal = copy.head ? "" : copy.kept ? qsTr("This copy stays") : copy.refusal;
+            chosen.popup(item, x, y);
+        }
+
+        Accessible.name: qsTr("Groups of identical files")
+        anchors.fill: parent
+        find: (text, row) => screen.flow.find(text, row)
+        model: screen.flow.groups
+        objectName: "duplicates.table"
+        visible: screen.hasList
+
+        delegate: DuplicateRow {
+            closing: index === table.count - 1
+            focused: table.showsFocus && ListView.isCurrentItem
+            narrow: screen.narrow
+            onKeep: table.onKeep
+            padding: screen.padding
+            selected: table.selectedRow === index
+            width: ListView.view.width
+
+            onChosen: table.choose(index)
+            onFoldWanted: screen.flow.setFolded(index, !folded)
+            onHoveredChanged: {
+                if (hovered)
+                    screen.hoveredRow = index;
+                else if (screen.hoveredRow === index)
+                    screen.hoveredRow = -1;
+            }
+            onKeepWanted: {
+                chosen();
+                table.onKeep = true;
+                screen.flow.keep(index);
+            }
+            onMenuWanted: (x, y) => table.openMenu(index, this, x, y)
+            onTickWanted: {
+                chosen();
+                table.onKeep = false;
+                screen.flow.toggleTick(index);
+            }
+        }
+
+        onActivated: row => {
+            if (screen.flow.isHead(row))
+                screen.flow.setFolded(row, !screen.flow.isFolded(row));
+            else
+                screen.flow.showOnMap(row);
+        }
+        onCopyWanted: row => screen.flow.copyPath(row)
+        onMenuWanted: (row, item, x, y) => openMenu(row, item, x, y)
+        onTickWanted: row => act(row)
+        onTurned: (row, right) => {
+            if (screen.flow.isHead(row))
+                screen.flow.setFolded(row, !right);
+            else if (right || onKeep && !(itemAt(row) as DuplicateRow)?.kept)
+                onKeep = right;
+            else
+                currentRow = selectedRow = screen.flow.headOf(row);
+        }
+    }
+    DuplicatesSearching {
         anchors.centerIn: parent
-        command: "orbel --duplicates-json ~"
-        focus: true
-        height: implicitHeight
+        flow: screen.flow
+        visible: screen.flow.running
+        width: Math.min(Theme.px(520), parent.width - 2 * screen.padding)
+    }
+    EmptyState {
+        id: nothingToShow
+
+        readonly property bool unmeasured: !screen.app.measuredAny
+        readonly property bool filtered: screen.flow.searched && screen.flow.countText !== "0"
+
+        action: screen.app.scanning ? "" : unmeasured ? qsTr("Measure This Disk")
+            : screen.flow.outsideHome ? "" : !screen.flow.searched ? qsTr("Find Duplicates")
+            : filtered && screen.flow.filter !== "" ? qsTr("Show All Groups") : ""
+        anchors.fill: parent
         iconPath: Theme.icons.duplicates
         objectName: "duplicates.empty"
-        sentence: qsTr("This screen will list files that are the same in every byte, and keep one copy of each. A terminal lists them already:")
-        statement: qsTr("Not in this window yet")
-        width: parent.width - 2 * view.padding
+        primary: !filtered
+        sentence: screen.app.scanning ? qsTr("Duplicates can be searched when everything has been measured.")
+            : unmeasured ? qsTr("Files of equal size are known once the disk is measured.")
+            : screen.flow.outsideHome ? qsTr("%1 is not in the home folder, and duplicates are searched only there.").arg(screen.app.scanRoot)
+            : !screen.flow.searched ? qsTr("Files of equal size in the home folder are read and compared to the last byte. That can take a while, and changes nothing.")
+            : filtered ? qsTr("No group has a copy with such a name or folder, and files of %1 or more.").arg(screen.flow.minimumText)
+            : qsTr("No two files of %1 or more in the home folder are the same in every byte.").arg(screen.flow.minimumText)
+        statement: screen.app.scanning ? screen.app.scopeText : unmeasured ? qsTr("Not measured yet")
+            : screen.flow.outsideHome ? qsTr("Nothing to search here")
+            : !screen.flow.searched ? qsTr("Not searched yet") : filtered ? qsTr("No group matches")
+            : qsTr("No duplicates found")
+        visible: !screen.flow.running && !screen.hasList
+
+        onTriggered: {
+            if (unmeasured)
+                screen.app.scanDisk();
+            else if (filtered)
+                field.clear();
+            else
+                screen.flow.search();
+        }
+    }
+
+    component RowMenu: ItemMenu {
+        property bool folded: false
+        property bool kept: false
+    }
+
+    RowMenu {
+        id: copyMenu
+
+        objectName: "duplicates.menu"
+        zoomText: qsTr("Show on Map")
+
+        onCopyWanted: row => screen.flow.copyPath(row)
+        onOpenWanted: row => screen.flow.open(row)
+        onShowWanted: row => screen.flow.showInFileManager(row)
+        onTickWanted: row => screen.flow.toggleTick(row)
+        onZoomWanted: row => screen.flow.showOnMap(row)
+
+        MenuEntry {
+            iconPath: copyMenu.kept ? Theme.icons.check : ""
+            objectName: "duplicates.menu.keep"
+            text: qsTr("Keep This Copy")
+
+            onTriggered: screen.flow.keep(copyMenu.item)
+        }
+    }
+    ActionMenu {
+        id: groupMenu
+
+        property int item: -1
+        property bool ticked: false
+        property bool folded: false
+        property bool kept: false
+        property string refusal: ""
+
+        objectName: "duplicates.groupMenu"
+
+        MenuEntry {
+            keys: groupMenu.folded ? "→" : "←"
+            objectName: "duplicates.groupMenu.fold"
+            text: groupMenu.folded ? qsTr("Unfold") : qsTr("Fold")
+
+            onTriggered: screen.flow.setFolded(groupMenu.item, !groupMenu.folded)
+        }
+        MenuEntry {
+            objectName: "duplicates.groupMenu.foldAll"
+            text: qsTr("Fold All Groups")
+
+            onTriggered: screen.flow.setAllFolded(true)
+        }
+        MenuEntry {
+            objectName: "duplicates.groupMenu.unfoldAll"
+            text: qsTr("Unfold All Groups")
+
+            onTriggered: screen.flow.setAllFolded(false)
+        }
+        MenuLine {
+        }
+        MenuEntry {
+            iconPath: groupMenu.ticked ? Theme.icons.check : ""
+            keys: qsTr("Space")
+            objectName: "duplicates.groupMenu.tick"
+            text: groupMenu.ticked ? qsTr("Untick This Group") : qsTr("Tick All but the Kept")
+
+            onTriggered: screen.flow.toggleTick(groupMenu.item)
+        }
+    }
+    FolderDialog {
+        id: folderDialog
+
+        title: qsTr("Keep copies in this folder first")
+
+        onAccepted: screen.flow.keepFolderFirst(selectedFolder)
+    }
+
+    Shortcut {
+        enabled: screen.visible && screen.flow.tickedCount > 0
+        sequence: "Del"
+
+        onActivated: screen.flow.review()
+    }
+    Shortcut {
+        enabled: screen.visible && field.visible
+        sequence: "Ctrl+F"
+
+        onActivated: field.forceActiveFocus(Qt.ShortcutFocusReason)
+    }
+    Shortcut {
+        enabled: screen.visible && screen.flow.running
+        sequence: "Esc"
+
+        onActivated: screen.flow.stop()
     }
 }

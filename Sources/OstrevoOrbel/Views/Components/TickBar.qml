@@ -6,18 +6,24 @@ import OstrevoOrbel
 Rectangle {
     id: bar
 
-    required property Ticks ticks
+    /// What the words below are taken from; a screen without them gives its own words.
+    property Ticks ticks: null
+    property int count: ticks?.count ?? 0
+    property string statement: ticks?.statement ?? ""
+    property string sum: ticks?.bytes.text ?? ""
+    property string remark: ticks?.remark ?? ""
+    property string reviewText: ticks?.reviewText ?? ""
+    property bool reviewable: true
     property bool narrow: false
 
-    readonly property string sum: " · " + ticks.bytes.text
-
     signal reviewed()
+    signal cleared()
 
-    Accessible.name: ticks.statement + sum
+    Accessible.name: [statement, sum].join(" · ")
     Accessible.role: Accessible.StatusBar
     clip: true
     color: Theme.surface
-    height: ticks.count > 0 ? Theme.tickBarHeight : 0
+    height: count > 0 ? Theme.tickBarHeight : 0
     visible: height > 0
 
     Behavior on height {
@@ -56,11 +62,11 @@ Rectangle {
         Row {
             ThemedText {
                 bold: true
-                text: bar.ticks.statement
+                text: bar.statement
             }
             ThemedText {
                 color: Theme.text2
-                text: bar.sum
+                text: " · " + bar.sum
             }
         }
         ThemedText {
@@ -68,17 +74,21 @@ Rectangle {
             Layout.leftMargin: 8
             color: Theme.text3
             role: ThemedText.Small
-            text: bar.ticks.remark
+            text: bar.remark
         }
         PushButton {
             objectName: bar.objectName + ".clear"
             text: qsTr("Clear Ticks")
 
-            onClicked: bar.ticks.clear()
+            onClicked: {
+                bar.cleared();
+                bar.ticks?.clear();
+            }
         }
         PushButton {
+            enabled: bar.reviewable
             objectName: bar.objectName + ".review"
-            text: bar.ticks.reviewText
+            text: bar.reviewText
             variant: PushButton.Commit
 
             onClicked: bar.reviewed()

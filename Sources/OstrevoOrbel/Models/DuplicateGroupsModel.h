@@ -1,0 +1,129 @@
+#pragma once
+
+#include "Models/CopyGroup.h"
+
+#include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+#include <vector>
+
+namespace orbel {
+
+/// Groups of copies as the rows of one list: the head of a group, and below it its copies unless it is
+/// folded. What a row shows is made when it is asked for; folding, filtering and ticking cost no more than a
+/// look at every group.
+class DuplicateGroupsModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the DuplicatesFlow.")
+
+public:
+    enum Role {
+        HeadRole = Qt::UserRole + 1,
+        NameRole,
+        KindRole,
+        /// "3 copies · 14.6 GB each"
+        CopiesRole,
+        FreesRole,
+        FoldedRole,
+        PathRole, ///< for people
+        ChangedRole,
+        SizeRole,
+        TickedRole,
+        KeptRole,
+        RefusalRole,
+        NoteRole,
+        LastRole, ///< of its group
+        WordsRole ///< for assistive technology
+    };
+    /// Over all groups that are there.
+    struct Totals {
+        std::size_t groups = 0;
+        std::size_t shownGroups = 0; ///< what the filters leave of them
+        std::uint64_t most = 0;      ///< what may be freed, at most
+        std::size_t ticked = 0;      ///< copies
+        std::size_t hiddenTicked = 0;
+        std::size_t tickedGroups = 0;
+        std::uint64_t tickedMost = 0;
+        std::uint64_t tickedLeast = 0;
+    };
+    /// What was found out about each copy of a group, in its order.
+    using Answers = std::vector<std::optional<DeletionItem>>;
+    /// A group and its answers.
+    using Answered = std::pair<std::size_t, Answers>;
+
+    using QAbstractListModel::QAbstractListModel;
+
+    void setGroups(std::vector<CopyGroup> groups, std::string home);
+    const std::vector<CopyGroup>& groups() const { return groups_; }
+    const Totals& totals() const { return totals_; }
+
+    /// Shows the groups with a path that holds this text and at least this many bytes a copy.
+    void setFilter(const QString& text, std::uint64_t minimumBytes);
+    void setFolded(int row, bool folded);
+    void setAllFolded(bool folded);
+    /// Of a head: all copies of the group but the one that is kept.
+    void toggleTick(int row);
+    /// Ticks all copies that are shown, in folded groups too, but those that are kept.
+    void tickAllOthers();
+    void clearTicks();
+    void keep(int row);
+    void setRule(KeepRule rule, const std::string& folder);
+    /// What is at these paths or inside them is gone, or back. Gives the groups that have a copy there.
+    std::vector<std::size_t> setGone(const std::vector<std::string>& paths, bool gone);
+    void setAnswers(const std::vector<Answered>& answers);
+    void setAnswer(std::size_t group, const std::string& path, const std::optional<DeletionItem>& item);
+
+    bool isHead(int row) const { return rows_[at(row)].copy < 0; }
+    const CopyGroup& groupAt(int row) const { return groups_[rows_[at(row)].group]; }
+    /// The copy of a row; of a head the one that is kept.
+    const DuplicateFile& fileAt(int row) const;
+    /// The row of the head of the group that this row belongs to.
+    int headOf(int row) const { return headRows_[rows_[at(row)].group]; }
+    /// The first row after `row`, going round, whose name begins with `text`; -1 when there is none.
+    int find(const QString& text, int row) const;
+    bool isRow(int row) const { return row >= 0 && row < rowCount(); }
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    /// Of the totals.
+    void changed();
+
+private:
+    /// By group, then by copy: every list of rows is in this order.
+    struct Row {
+        std::uint32_t group = 0;
+        std::int32_t copy = -1; ///< -1: the head
+        auto operator<=>(const Row&) const = default;
+    };
+
+    /// The rows of a group, which are shown or not.
+    void appendRows(std::vector<Row>& rows, std::size_t group) const;
+    static std::size_t at(int row) { return static_cast<std::size_t>(row); }
+    bool passes(const CopyGroup& group) const;
+    void showRows();
+    void tellGroup(std::size_t group);
+    void tellAll();
+    void countTotals();
+    QVariant headData(const CopyGroup& group, int role) const;
+    QVariant copyData(const CopyGroup& group, std::size_t copy, int role) const;
+    QString pathText(const DuplicateFile& file) const;
+
+    std::vector<CopyGroup> groups_;
+    std::vector<Row> rows_;
+    std::vector<int> headRows_; ///< of each group; -1 when it is not shown
+    std::string home_;
+    std::string filter_; ///< folded
+    std::uint64_t minimumBytes_ = 0;
+    KeepRule rule_ = KeepRule::newest;
+    std::string ruleFolder_;
+    Totals totals_;
+};
+
+/// "29.2 GB", or "0 B – 29.2 GB" where it is not certain.
+QString rangeText(std::uint64_t least, std::uint64_t most);
+
+} // namespace orbel
