@@ -23,17 +23,6 @@ nlohmann::json resultJson(const PutBackResult& result) {
     return json;
 }
 
-/// The newest session with anything left in the Trash. A line that was missing may stand after those of a
-/// newer session, so the times decide; of equal ones, the later line.
-std::optional<std::string> newestSession(const JournalStore& journal) {
-    const auto restorable = journal.restorable();
-    const JournalEntry* newest = nullptr;
-    for (const auto& entry : restorable)
-        if (newest == nullptr || entry.time >= newest->time)
-            newest = &entry;
-    return newest == nullptr ? std::nullopt : std::optional(newest->sessionID);
-}
-
 } // namespace
 
 void runPutBackCommand(const ChangeRequest& request) {
@@ -55,7 +44,7 @@ void runPutBackCommand(const ChangeRequest& request) {
     const auto isCancelled = [&] { return isStopped = cancellation.isCancelled(); };
     std::vector<PutBackResult> results;
     if (id == "last") {
-        if (const auto session = newestSession(*journal))
+        if (const auto session = putBack.newestSession(PutBack::Extent::notYetBack))
             results = putBack.putBackSession(*session, isCancelled);
     } else if (auto result = putBack.putBackEntry(id)) {
         results.push_back(*std::move(result));

@@ -22,7 +22,7 @@ public:
     explicit NotedDesktop(std::shared_ptr<WindowScene::Requests> requests) : requests_(std::move(requests)) {}
 
     void open(const std::string& /*path*/) override {}
-    void showInFileManager(const std::string& /*path*/) override {}
+    void showInFileManager(const std::string& path) override { requests_->shown = path; }
     void openTrash(const std::string& itemsFolder) override { requests_->openedTrash = itemsFolder; }
     void openAddress(const QString& /*address*/) override {}
     void copyText(const QString& text) override { requests_->copied = text; }

@@ -20,6 +20,7 @@ public:
     /// What the model asks of the desktop, noted.
     struct Requests {
         std::string openedTrash;
+        std::string shown; ///< in the file manager
         QString copied;
     };
 

@@ -79,7 +79,7 @@ std::optional<PutBackResult> PutBack::putBackEntry(const std::string& entryID) c
 }
 
 std::vector<PutBackResult> PutBack::putBackSession(const std::string& sessionID,
-                                                   const IsCancelled& isCancelled) const {
+                                                   const IsCancelled& isCancelled, Extent extent) const {
     IntentLog intents(journal_->path());
     bool isEveryOutcomeKnown = true;
     std::vector<PutBackResult> results;
@@ -88,11 +88,25 @@ std::vector<PutBackResult> PutBack::putBackSession(const std::string& sessionID,
             continue;
         if (isCancelled && isCancelled())
             break;
+        if (extent == Extent::possibleNow && reasonNotToRestore(entry))
+            continue;
         results.push_back(putBack(entry, intents, isEveryOutcomeKnown));
     }
     if (isEveryOutcomeKnown)
         intents.close();
     return results;
+}
+
+/// A line that was missing may stand after those of a newer session, so the times decide; of equal ones, the
+/// later line.
+std::optional<std::string> PutBack::newestSession(Extent extent) const {
+    auto restorable = journal_->restorable();
+    std::ranges::reverse(restorable);
+    std::ranges::stable_sort(restorable, std::ranges::greater(), &JournalEntry::time);
+    const auto newest = std::ranges::find_if(restorable, [&](const JournalEntry& entry) {
+        return extent == Extent::notYetBack || !reasonNotToRestore(entry);
+    });
+    return newest == restorable.end() ? std::nullopt : std::optional(newest->sessionID);
 }
 
 PutBackResult PutBack::putBack(const JournalEntry& entry) const {
@@ -149,22 +163,30 @@ PutBackResult PutBack::putBack(const JournalEntry& entry, IntentLog& intents,
 }
 
 std::optional<std::string> PutBack::reasonNotToRestore(const JournalEntry& entry) const {
+    return outlook(entry).reason;
+}
+
+PutBackOutlook PutBack::outlook(const JournalEntry& entry) const {
+    using Kind = PutBackOutlook::Kind;
     if (entry.result != JournalEntry::Result::trashed || !entry.trashPath || !entry.trashedIdentity)
-        return "Nothing to put back";
+        return {.kind = Kind::refused, .reason = "Nothing to put back"};
     const auto identity = TrashedIdentity::of(*entry.trashPath);
     if (!identity)
-        return "No longer in the Trash (emptied or moved)";
+        return {.kind = Kind::gone, .reason = "No longer in the Trash (emptied or moved)"};
     if (!isSameObject(*entry.trashedIdentity, *identity))
-        return differentFile;
+        return {.kind = Kind::gone, .reason = differentFile};
     if (!isInTrashFolder(*entry.trashPath))
-        return "Not in a Trash folder";
+        return {.kind = Kind::gone, .reason = "Not in a Trash folder"};
     // A link that leads nowhere is something too.
     if (platform::fileStatus(entry.originalPath))
-        return "Something already exists at the original location";
+        return {.kind = Kind::occupied, .reason = "Something already exists at the original location"};
     const auto folder = policy_.canonicalizer().canonical(std::string(parentPath(entry.originalPath)));
     if (!folder || folder != entry.originalParentRealPath)
-        return "The original folder no longer exists or moved";
-    return policy_.restoreDestinationReason(entry.originalPath, rootForDestination(entry.originalPath));
+        return {.kind = Kind::refused, .reason = "The original folder no longer exists or moved"};
+    if (auto reason =
+            policy_.restoreDestinationReason(entry.originalPath, rootForDestination(entry.originalPath)))
+        return {.kind = Kind::refused, .reason = std::move(reason)};
+    return {};
 }
 
 AllowedRoot PutBack::rootForDestination(const std::string& path) const {

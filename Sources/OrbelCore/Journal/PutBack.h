@@ -5,6 +5,7 @@
 #include "Safety/SafetyPolicy.h"
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -26,6 +27,21 @@ struct PutBackResult {
     bool operator==(const PutBackResult&) const = default;
 };
 
+/// What putting an item back would come to now.
+struct PutBackOutlook {
+    enum class Kind : std::uint8_t {
+        possible, ///< it lies in the Trash and may go back
+        gone,     ///< it is not in the Trash any more
+        occupied, ///< something stands where it was
+        refused   ///< it lies in the Trash and may not go back for another reason
+    };
+
+    Kind kind = Kind::possible;
+    std::optional<std::string> reason = std::nullopt; ///< why not, in the user's words; none when possible
+
+    bool operator==(const PutBackOutlook&) const = default;
+};
+
 /// Moves items from the Trash back to where they were, one entry of the journal or a whole session. It trusts
 /// nothing that it did not check again: the item must still lie in a Trash folder and be the object that was
 /// moved, its old folder must be the same folder, nothing may stand in its place, and the safety policy must
@@ -38,6 +54,10 @@ public:
     using Clock = std::function<std::chrono::system_clock::time_point()>;
     using IsCancelled = std::function<bool()>;
 
+    /// Which of a session's entries are meant: all that are not back yet, each failure with its line in the
+    /// journal, or only those that can be put back as things are now.
+    enum class Extent : std::uint8_t { notYetBack, possibleNow };
+
     /// `trashFolders`: the folders that directly hold what was moved to the Trash; absent means the policy's.
     /// `now` gives the times of the lines.
     PutBack(SafetyPolicy policy, std::shared_ptr<JournalStore> journal,
@@ -48,15 +68,20 @@ public:
     /// Absent when no entry of that id can be put back: it is back already, was never moved or is unknown.
     std::optional<PutBackResult> putBackEntry(const std::string& entryID) const;
 
-    /// All entries of the session that can be put back, the last one moved first; a failure does not stop the
-    /// others. `isCancelled`, which may be empty, is asked before each; those not reached have no result.
+    /// The entries of the session, the last one moved first; a failure does not stop the others.
+    /// `isCancelled`, which may be empty, is asked before each; those not reached have no result.
     std::vector<PutBackResult> putBackSession(const std::string& sessionID,
-                                              const IsCancelled& isCancelled = nullptr) const;
+                                              const IsCancelled& isCancelled = nullptr,
+                                              Extent extent = Extent::notYetBack) const;
+
+    /// The session of the newest such entry, by its time; absent when there is none.
+    std::optional<std::string> newestSession(Extent extent) const;
 
     PutBackResult putBack(const JournalEntry& entry) const;
 
     /// Why the entry cannot be put back now, in the user's words; absent when it can.
     std::optional<std::string> reasonNotToRestore(const JournalEntry& entry) const;
+    PutBackOutlook outlook(const JournalEntry& entry) const;
 
     /// As what an item at this path is to be judged.
     AllowedRoot rootForDestination(const std::string& path) const;

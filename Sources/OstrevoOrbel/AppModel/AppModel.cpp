@@ -6,6 +6,7 @@
 #include "AppModel/JournalFlow.h"
 #include "AppModel/LargeOldFlow.h"
 #include "AppModel/MoveFlow.h"
+#include "AppModel/PutBackFlow.h"
 #include "AppModel/TidyFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "Delete/LiveTrash.h"
@@ -17,6 +18,7 @@
 #include "Util/AppVersion.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
+#include "Util/Thread.h"
 
 #include <QTimer>
 
@@ -29,6 +31,16 @@ std::shared_ptr<CountedTrash> trashOf(const AppEnvironment& environment) {
         environment.trash ? environment.trash : std::make_shared<LiveTrash>(environment.trashFolder));
 }
 
+/// To give back the memory of a long journal takes longer than the main thread may stand still.
+std::shared_ptr<const JournalHistory> sharedHistory(std::vector<JournalEntry> entries) {
+    return {new JournalHistory(std::move(entries)), [](const JournalHistory* last) {
+                const auto dispose = [last] { delete last; };
+                constexpr std::size_t quicklyFreed = 1'000;
+                if (last->entries().size() <= quicklyFreed || !Thread::startDetached("orbel.free", dispose))
+                    dispose();
+            }};
+}
+
 } // namespace
 
 AppModel::AppModel(AppEnvironment environment, QObject* parent)
@@ -39,11 +51,13 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       trash_(trashOf(environment_)),
       session_(Trasher(policy_, journal_, trash_)),
       putBackService_(policy_, journal_, std::make_shared<LiveRestore>()),
+      journalHistory_(std::make_shared<JournalHistory>()),
       scanRoot_(environment_.dataVolumePath),
       tree_(sharedTree(FileTree())),
       appearance_(*environment_.settings),
       lowDisk_(loadLowDiskSettings(*environment_.settings)),
       treeEdits_(std::make_unique<TreeEdits>(*this)),
+      putBack_(std::make_unique<PutBackFlow>(*this)),
       moves_(std::make_unique<MoveFlow>(*this)),
       journalFlow_(std::make_unique<JournalFlow>(*this)),
       largeOld_(std::make_unique<LargeOldFlow>(*this)),
@@ -224,13 +238,15 @@ void AppModel::dismissNotice() {
 /// may be changed.
 void AppModel::loadJournal() {
     struct Loaded {
-        std::vector<JournalEntry> entries;
+        std::shared_ptr<const JournalHistory> history;
+        std::optional<FileStamp> stamp;
+        QString failure;
         QString notice;
     };
     const bool maySettle = !policy_.homeReason();
     inbox_.runAside(
         "orbel.journal",
-        [journal = journal_, maySettle] {
+        [journal = journal_, maySettle, known = journalHistory_, knownStamp = journalStamp_] {
             Loaded loaded;
             if (maySettle) {
                 const auto settlement = settleIntents(*journal);
@@ -241,17 +257,33 @@ void AppModel::loadJournal() {
                     words << textOf(failure);
                 loaded.notice = words.join(QLatin1Char('\n'));
             }
-            if (auto entries = journal->read())
-                loaded.entries = *std::move(entries);
-            else
-                loaded.notice = textOf(entries.error().words);
+            // Lines are only ever added, so a file of the same length holds the same lines.
+            loaded.stamp = FileStamp::of(journal->path());
+            if (loaded.stamp && loaded.stamp == knownStamp) {
+                loaded.history = known;
+                return loaded;
+            }
+            auto entries = journal->read();
+            if (!entries) {
+                loaded.failure = textOf(entries.error().words);
+                loaded.stamp.reset();
+            }
+            loaded.history = sharedHistory(entries ? *std::move(entries) : std::vector<JournalEntry>());
             return loaded;
         },
-        [this](Loaded loaded) {
-            journalEntries_ = std::move(loaded.entries);
-            Q_EMIT journalEntriesChanged();
+        [this, job = ++journalJob_](Loaded loaded) {
+            // What is told once is told even when a later reading is under way.
             if (!loaded.notice.isEmpty())
                 setNotice(loaded.notice);
+            if (job != journalJob_)
+                return;
+            if (!loaded.failure.isEmpty() && loaded.failure != journalFailure_)
+                setNotice(loaded.failure);
+            journalFailure_ = loaded.failure;
+            journalStamp_ = loaded.stamp;
+            isJournalRead_ = true;
+            journalHistory_ = std::move(loaded.history);
+            Q_EMIT journalEntriesChanged();
         });
 }
 

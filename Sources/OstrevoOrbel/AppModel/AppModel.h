@@ -10,12 +10,14 @@
 #include "Journal/PutBack.h"
 #include "Models/DiskLedger.h"
 #include "Models/GrowthModel.h"
+#include "Models/JournalHistory.h"
 #include "Models/KindTotalsModel.h"
 #include "Models/ScanFigures.h"
 #include "Models/SizedFoldersModel.h"
 #include "Models/TopLevelModel.h"
 #include "Models/UnreadableModel.h"
 #include "Models/VolumesModel.h"
+#include "Safety/FileStamp.h"
 #include "Safety/SafetyPolicy.h"
 #include "Scan/Coverage.h"
 #include "Screen.h"
@@ -34,6 +36,7 @@ class DuplicatesFlow;
 class JournalFlow;
 class LargeOldFlow;
 class MoveFlow;
+class PutBackFlow;
 class TidyFlow;
 class TreeEdits;
 
@@ -52,6 +55,7 @@ class AppModel final : public QObject {
     Q_MOC_INCLUDE("AppModel/JournalFlow.h")
     Q_MOC_INCLUDE("AppModel/LargeOldFlow.h")
     Q_MOC_INCLUDE("AppModel/MoveFlow.h")
+    Q_MOC_INCLUDE("AppModel/PutBackFlow.h")
     Q_MOC_INCLUDE("AppModel/TidyFlow.h")
 
     // What is shown.
@@ -111,6 +115,7 @@ class AppModel final : public QObject {
     // What moves to the Trash, and back.
 
     Q_PROPERTY(orbel::MoveFlow* moves READ moves CONSTANT)
+    Q_PROPERTY(orbel::PutBackFlow* putBack READ putBack CONSTANT)
     Q_PROPERTY(orbel::JournalFlow* journalFlow READ journalFlow CONSTANT)
 
     // The lists beside the map.
@@ -199,6 +204,7 @@ public:
     DeletionSession& session() { return session_; }
     const std::shared_ptr<CountedTrash>& trash() const { return trash_; }
     MoveFlow* moves() { return moves_.get(); }
+    PutBackFlow* putBack() { return putBack_.get(); }
     JournalFlow* journalFlow() { return journalFlow_.get(); }
     LargeOldFlow* largeOld() { return largeOld_.get(); }
     DuplicatesFlow* duplicates() { return duplicates_.get(); }
@@ -206,7 +212,13 @@ public:
     AppsFlow* apps() { return apps_.get(); }
     TreeEdits& treeEdits() { return *treeEdits_; }
     const PutBack& putBackService() const { return putBackService_; }
-    const std::vector<JournalEntry>& journalEntries() const { return journalEntries_; }
+    const std::vector<JournalEntry>& journalEntries() const { return journalHistory_->entries(); }
+    /// Never null; empty until the journal has been read, and while it cannot be.
+    const std::shared_ptr<const JournalHistory>& journalHistory() const { return journalHistory_; }
+    /// The journal has been read, or could not be.
+    bool isJournalRead() const { return isJournalRead_; }
+    /// Why the journal could not be read, or must not be believed; empty when it could.
+    QString journalFailure() const { return journalFailure_; }
     Screen screen() const { return screen_; }
     /// "Large and Old"
     QString screenTitle() const;
@@ -317,7 +329,11 @@ private:
     std::shared_ptr<CountedTrash> trash_;
     DeletionSession session_;
     PutBack putBackService_;
-    std::vector<JournalEntry> journalEntries_;
+    std::shared_ptr<const JournalHistory> journalHistory_;
+    bool isJournalRead_ = false;
+    QString journalFailure_;
+    std::optional<FileStamp> journalStamp_; ///< of the file when it was read
+    int journalJob_ = 0; ///< of several readings, only the one that was asked for last counts
 
     Screen screen_ = Screen::overview;
     std::optional<VolumeInfo> volume_;
@@ -354,6 +370,7 @@ private:
     QTimer alertTimer_;
 
     std::unique_ptr<TreeEdits> treeEdits_;
+    std::unique_ptr<PutBackFlow> putBack_;
     std::unique_ptr<MoveFlow> moves_;
     std::unique_ptr<JournalFlow> journalFlow_;
     std::unique_ptr<LargeOldFlow> largeOld_;

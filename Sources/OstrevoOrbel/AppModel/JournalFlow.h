@@ -1,16 +1,25 @@
 #pragma once
 
 #include "AppModel/Inbox.h"
+#include "Journal/PutBack.h"
+#include "Models/JournalModel.h"
 
+#include <deque>
+#include <memory>
+#include <optional>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
+#include <QUrl>
+#include <utility>
+#include <vector>
 
 namespace orbel {
 
 class AppModel;
 
-/// The journal by sessions, what has become of each item, and the way back from the Trash. Belongs to
-/// the AppModel; used on the main thread, while what takes long runs on threads of its own.
+/// The journal by sessions, and what has become of each item. Belongs to the AppModel; used on the main
+/// thread. The journal is read, searched and exported, and the disk asked where the items are, on threads of
+/// their own; of a long journal, only what is in sight is asked about.
 class JournalFlow final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -20,17 +29,73 @@ class JournalFlow final : public QObject {
     /// "7 sessions"; empty until known.
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
 
+    Q_PROPERTY(orbel::JournalModel* list READ list CONSTANT)
+    /// "loading", "failed", "empty", "noMatch" or "filled".
+    Q_PROPERTY(QString state READ state NOTIFY changed)
+    /// Why the journal cannot be shown, in the words of the error.
+    Q_PROPERTY(QString failure READ failure NOTIFY changed)
+    /// "3 sessions · 9 items"
+    Q_PROPERTY(QString status READ status NOTIFY changed)
+    /// What is looked for in titles and paths; empty for everything.
+    Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
+
 public:
     explicit JournalFlow(AppModel& app);
 
+    // Intents.
+
+    /// Reads the journal again, and asks the disk again about what is in sight. Ignored while something
+    /// moves to the Trash or back, after which this happens anyway.
+    Q_INVOKABLE void refresh();
+    void setSearch(const QString& words);
+    Q_INVOKABLE void setFolded(int row, bool folded);
+    /// Puts back the item of the row; of a head, all of the session that can be put back.
+    Q_INVOKABLE void putBack(int row);
+    /// Shows where the item of the row is now: in the Trash, else where it was.
+    Q_INVOKABLE void showInFileManager(int row);
+    /// The path that the item of the row had.
+    Q_INVOKABLE void copyPath(int row);
+    Q_INVOKABLE int find(const QString& letters, int row) const;
+    /// What the menu of the row is to know: "title", "detail", "item", "possible".
+    Q_INVOKABLE QVariantMap facts(int row) const;
+    /// As JSON when the file's name ends in ".json", else as Markdown.
+    Q_INVOKABLE void exportJournal(const QUrl& file);
+
+    // State.
+
     QString countText() const;
     QString summary() const;
+    JournalModel* list() { return &list_; }
+    QString state() const;
+    QString failure() const;
+    QString status() const;
+    QString search() const { return search_; }
 
 Q_SIGNALS:
     void changed();
+    void searchChanged();
 
 private:
+    using Line = JournalHistory::Line;
+
+    void takeHistory();
+    void look();
+    void askLine(Line line);
+    void askSession(std::size_t session);
+    void askNext();
+    std::vector<Line> nextLines();
+
     AppModel& app_;
+    JournalModel list_;
+    QString search_;
+    int searchJob_ = 0;
+
+    std::shared_ptr<const JournalHistory> history_; ///< the one that the rows are of
+    std::deque<Line> inSight_;                      ///< asked about next, the latest first
+    /// Sessions that are asked about as a whole after that, each from this item on.
+    std::deque<std::pair<std::size_t, std::size_t>> wholeSessions_;
+    bool isAsking_ = false;
+    bool isAskingPlanned_ = false;
 
     Inbox inbox_; ///< the last member: what it delivers finds all others alive
 };

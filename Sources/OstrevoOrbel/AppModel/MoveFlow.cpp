@@ -2,12 +2,12 @@
 
 #include "AppModel/AppModel.h"
 #include "AppModel/CountedTrash.h"
+#include "AppModel/PutBackFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "Delete/DeletionSession.h"
 #include "Export/ReportRenderer.h"
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
-#include "Util/BlockingWork.h"
 #include "Util/FileUrl.h"
 #include "Util/ReplaceFile.h"
 #include "Util/Uuid.h"
@@ -46,14 +46,17 @@ MoveFlow::MoveFlow(AppModel& app) : app_(app) {
         // The items of a confirmation are of the tree that has just gone.
         cancel();
     });
+    auto* const putBack = app.putBack();
+    connect(this, &MoveFlow::deletingChanged, putBack, &PutBackFlow::changed);
+    connect(putBack, &PutBackFlow::changed, this, &MoveFlow::changed);
+    connect(putBack, &PutBackFlow::finished, this, &MoveFlow::takePutBack);
+    connect(putBack, &PutBackFlow::restored, this, &MoveFlow::restored);
 }
 
 MoveFlow::~MoveFlow() {
     stopAfterThisItem();
     if (batch_.valid())
         batch_.wait();
-    if (putBack_.valid())
-        putBack_.wait();
 }
 
 void MoveFlow::watch(Ticks& ticks) {
@@ -179,32 +182,21 @@ void MoveFlow::closeReport() {
 }
 
 void MoveFlow::putBackAll() {
-    if (!lastReport_ || !report_.canPutBack() || isPuttingBack_ || isDeleting())
-        return;
-    isPuttingBack_ = true;
-    Q_EMIT changed();
-    putBack_ = BlockingWork::run("orbel.put-back", [service = app_.putBackService(),
-                                                    session = lastReport_->sessionID] {
-                   return service.putBackSession(session);
-               }).share();
-    inbox_.runAside(
-        "orbel.moves", [work = putBack_] { return work.get(); },
-        [this](const std::vector<PutBackResult>& results) { takePutBack(results); });
+    if (lastReport_ && report_.canPutBack())
+        app_.putBack()->putBackSession(lastReport_->sessionID, PutBack::Extent::notYetBack);
 }
 
-void MoveFlow::takePutBack(const std::vector<PutBackResult>& results) {
-    isPuttingBack_ = false;
+bool MoveFlow::isPuttingBack() const {
+    return app_.putBack()->isRunning();
+}
+
+void MoveFlow::takePutBack(const std::string& sessionID, const std::vector<PutBackResult>& results) {
+    if (!lastReport_ || lastReport_->sessionID != sessionID)
+        return;
     report_.takePutBack(results);
-    std::vector<std::string> paths;
-    for (const auto& result : results) {
-        if (result.restored)
-            paths.push_back(result.path);
-    }
-    Q_EMIT restored(paths);
-    app_.treeEdits().restore(std::move(paths));
-    app_.refreshVolume();
-    app_.loadJournal();
-    Q_EMIT changed();
+    // The report that is in sight tells it, item by item.
+    if (isReporting_)
+        app_.putBack()->closeMessage();
 }
 
 void MoveFlow::exportReport(const QUrl& file) {

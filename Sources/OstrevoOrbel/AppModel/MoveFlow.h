@@ -110,14 +110,14 @@ public:
     bool isStopping() const;
     bool isReporting() const { return isReporting_; }
     MoveReport* report() { return &report_; }
-    bool isPuttingBack() const { return isPuttingBack_; }
+    bool isPuttingBack() const;
 
 Q_SIGNALS:
     void changed();
     void deletingChanged();
     /// These were moved just now: lists drop their rows at once, before the edited tree is there.
     void moved(const std::vector<orbel::DeletionItem>& items);
-    /// What was at these paths is back there.
+    /// What was at these paths is back there, whichever way it was put back.
     void restored(const std::vector<std::string>& paths);
     /// A batch has ended and its report is there.
     void finished();
@@ -127,7 +127,7 @@ private:
     void takeProgress(const ScanCancellation* token, std::size_t index, std::uint64_t movesSoFar);
     void settleItemAtWork(std::size_t next, std::uint64_t movesSoFar);
     void takeReport(const ScanCancellation* token, DeletionReport report);
-    void takePutBack(const std::vector<PutBackResult>& results);
+    void takePutBack(const std::string& sessionID, const std::vector<PutBackResult>& results);
 
     AppModel& app_;
     std::vector<QPointer<Ticks>> watched_;
@@ -135,14 +135,12 @@ private:
     MoveItemsModel items_;
     std::shared_ptr<ScanCancellation> cancellation_; ///< of the batch that runs
     std::shared_future<DeletionReport> batch_;
-    std::shared_future<std::vector<PutBackResult>> putBack_;
     std::size_t atWork_ = 0; ///< the row of the item in progress
     std::uint64_t movesBeforeItem_ = 0;
     QString origin_;
     std::optional<DeletionReport> lastReport_;
     MoveReport report_;
     bool isReporting_ = false;
-    bool isPuttingBack_ = false;
 
     Inbox inbox_; ///< the last member: what it delivers finds all others alive
 };

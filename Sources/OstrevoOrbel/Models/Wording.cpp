@@ -29,16 +29,31 @@ QString durationText(double seconds) {
     return QStringLiteral("%1 min %2 s").arg(countText(whole / 60)).arg(whole % 60);
 }
 
-QString whenText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now) {
-    const auto localTime = [](auto point) {
-        return QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(point));
-    };
+namespace {
+
+QDateTime localTime(std::chrono::system_clock::time_point time) {
+    return QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(time));
+}
+
+/// "today at 09:12", or the day in that format and "at 09:12".
+QString dayAndClock(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now,
+                    const QString& dayFormat) {
     const auto then = localTime(time);
     const auto clock = then.toString(QStringLiteral("HH:mm"));
     if (then.date() == localTime(now).date())
         return QStringLiteral("today at %1").arg(clock);
     const QLocale english(QLocale::English);
-    return QStringLiteral("on %1 at %2").arg(english.toString(then.date(), QStringLiteral("d MMMM")), clock);
+    return QStringLiteral("%1 at %2").arg(english.toString(then.date(), dayFormat), clock);
+}
+
+} // namespace
+
+QString whenText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now) {
+    return dayAndClock(time, now, QStringLiteral("'on' d MMMM"));
+}
+
+QString dateText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now) {
+    return dayAndClock(time, now, QStringLiteral("d MMMM yyyy"));
 }
 
 } // namespace orbel

@@ -24,4 +24,7 @@ QString durationText(double seconds);
 /// "today at 09:12", "on 14 November at 17:40", in the local time of this computer.
 QString whenText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now);
 
+/// "today at 09:26", "18 November 2026 at 21:04", in the local time of this computer.
+QString dateText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now);
+
 } // namespace orbel

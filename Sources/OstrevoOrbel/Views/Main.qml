@@ -31,6 +31,7 @@ T.ApplicationWindow {
         closing.accepted = false;
         closeWanted = true;
         app.moves.stopAfterThisItem();
+        app.putBack.stopAfterThisItem();
     }
 
     function showScreen(screen: string, reason: int): void {
@@ -92,6 +93,18 @@ T.ApplicationWindow {
 
                 onTriggered: window.app.dismissNotice()
             }
+            // The journal's screen shows it in its own place.
+            PutBackStrip {
+                id: putBackStrip
+
+                anchors.top: notice.bottom
+                height: visible ? implicitHeight : 0
+                objectName: "putBack.strip"
+                putBack: window.app.putBack
+                visible: putBack.statement !== "" && (window.page !== "" || window.app.moves.reporting
+                    || window.app.screen !== "journal")
+                width: parent.width
+            }
             Repeater {
                 id: screens
 
@@ -110,7 +123,7 @@ T.ApplicationWindow {
                     anchors.bottom: content.bottom
                     anchors.left: content.left
                     anchors.right: content.right
-                    anchors.top: notice.bottom
+                    anchors.top: putBackStrip.bottom
                     sourceComponent: modelData
                     visible: shown
 
@@ -123,7 +136,7 @@ T.ApplicationWindow {
 
                 active: window.app.moves.reporting
                 anchors.bottom: parent.bottom
-                anchors.top: notice.bottom
+                anchors.top: putBackStrip.bottom
                 visible: window.page === ""
                 width: parent.width
 
@@ -144,7 +157,7 @@ T.ApplicationWindow {
 
                 active: window.page === "settings"
                 anchors.bottom: parent.bottom
-                anchors.top: notice.bottom
+                anchors.top: putBackStrip.bottom
                 width: parent.width
 
                 sourceComponent: SettingsView {
@@ -156,7 +169,7 @@ T.ApplicationWindow {
 
                 active: window.page === "help"
                 anchors.bottom: parent.bottom
-                anchors.top: notice.bottom
+                anchors.top: putBackStrip.bottom
                 width: parent.width
 
                 sourceComponent: AboutView {
@@ -183,7 +196,8 @@ T.ApplicationWindow {
 
             anchors.bottom: parent.bottom
             measured: window.app.measuredText !== "" ? window.app.measuredText : qsTr("Nothing measured yet")
-            words: window.app.moves.progressText || window.shownScreen?.status || qsTr("Vanto never uploads anything. The journal stays on this computer.")
+            words: window.app.moves.progressText || (window.app.putBack.running ? qsTr("Putting back…") : "")
+                || window.shownScreen?.status || qsTr("Vanto never uploads anything. The journal stays on this computer.")
             width: parent.width
         }
     }
@@ -311,6 +325,12 @@ T.ApplicationWindow {
         sequence: "Esc"
 
         onActivated: window.app.stopScan()
+    }
+    Shortcut {
+        enabled: window.app.putBack.ready && !window.app.moves.confirming && !window.app.needsFullDiskAccess
+        sequence: "Ctrl+Z"
+
+        onActivated: window.app.putBack.putBackLast()
     }
     Shortcut {
         sequence: "Ctrl+,"

@@ -143,7 +143,7 @@ ScreenFrame {
                     y: screen.narrow ? parent.height - height - 16 : (parent.height - height) / 2
 
                     PushButton {
-                        enabled: screen.report.canPutBack && !screen.app.moves.puttingBack
+                        enabled: screen.report.canPutBack && screen.app.putBack.ready
                         iconPath: Theme.icons.putBack
                         objectName: "report.putBack"
                         text: qsTr("Put Back All")

@@ -10,6 +10,7 @@ FocusScope {
     property alias model: view.model
     property alias delegate: view.delegate
     property alias section: view.section
+    property alias footer: view.footer
     /// The row that has the focus.
     property alias currentRow: view.currentIndex
     /// The row that is selected; -1 for none.

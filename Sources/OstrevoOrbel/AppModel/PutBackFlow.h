@@ -1,0 +1,97 @@
+#pragma once
+
+#include "AppModel/Inbox.h"
+#include "Journal/PutBack.h"
+#include "Scan/ScanCancellation.h"
+
+#include <functional>
+#include <future>
+#include <memory>
+#include <optional>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+#include <vector>
+
+namespace orbel {
+
+class AppModel;
+
+/// The one way in which the window puts something back, whatever screen asks for it: one at a time, on a
+/// thread of its own, and never beside a scan or a batch of moves. What came back is then brought into the
+/// tree, the Trash is measured and the journal read again. Belongs to the AppModel; used on the main thread.
+class PutBackFlow final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the AppModel.")
+
+    Q_PROPERTY(bool running READ isRunning NOTIFY changed)
+    /// Nothing keeps a put back from beginning now.
+    Q_PROPERTY(bool ready READ isReady NOTIFY changed)
+
+    // What the last one came to, until it is closed.
+
+    /// "Put back “lecture_03.mkv” to ~/Downloads"; empty when there is nothing to tell.
+    Q_PROPERTY(QString putBackMessage READ putBackMessage NOTIFY changed)
+    /// The same in two: what was done, and where to or why not.
+    Q_PROPERTY(QString statement READ statement NOTIFY changed)
+    Q_PROPERTY(QString explanation READ explanation NOTIFY changed)
+    /// Not all that was asked for was done.
+    Q_PROPERTY(bool failed READ isFailed NOTIFY changed)
+    /// Something came back that can be shown.
+    Q_PROPERTY(bool showable READ isShowable NOTIFY changed)
+
+public:
+    explicit PutBackFlow(AppModel& app);
+    /// Stops after the item in progress, and waits for it.
+    ~PutBackFlow() override;
+
+    // Intents, each ignored while none can begin.
+
+    void putBackEntry(const std::string& entryID);
+    void putBackSession(const std::string& sessionID, PutBack::Extent extent);
+    /// The newest session of which anything can be put back now.
+    Q_INVOKABLE void putBackLast();
+    Q_INVOKABLE void stopAfterThisItem();
+    Q_INVOKABLE void closeMessage();
+    /// Shows what came back in the file manager.
+    Q_INVOKABLE void showRestored();
+
+    // State.
+
+    bool isRunning() const { return cancellation_ != nullptr; }
+    bool isReady() const;
+    QString putBackMessage() const;
+    QString statement() const { return statement_; }
+    QString explanation() const { return explanation_; }
+    bool isFailed() const { return isFailed_; }
+    bool isShowable() const { return restoredPath_.has_value(); }
+
+Q_SIGNALS:
+    void changed();
+    /// What was at these paths is back there.
+    void restored(const std::vector<std::string>& paths);
+    void finished(const std::string& sessionID, const std::vector<orbel::PutBackResult>& results);
+
+private:
+    struct Outcome {
+        std::string sessionID; ///< empty when that of a single entry was not asked for
+        std::vector<PutBackResult> results;
+    };
+
+    void start(std::function<Outcome(const PutBack&, const ScanCancellation&)> work);
+    void take(const Outcome& outcome);
+    void tell(const std::vector<PutBackResult>& results);
+
+    AppModel& app_;
+    std::shared_ptr<ScanCancellation> cancellation_; ///< of the one that runs
+    std::shared_future<Outcome> work_;
+    QString statement_;
+    QString explanation_;
+    bool isFailed_ = false;
+    std::optional<std::string> restoredPath_;
+
+    Inbox inbox_; ///< the last member: what it delivers finds all others alive
+};
+
+} // namespace orbel
