@@ -26,6 +26,8 @@ public:
 
     QString countText() const;
     QString summary() const;
+    bool isBusy() const { return false; }
+    void search() {}
 
 Q_SIGNALS:
     void changed();

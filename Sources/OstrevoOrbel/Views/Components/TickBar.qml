@@ -8,6 +8,7 @@ Rectangle {
 
     required property Ticks ticks
     property bool narrow: false
+    property string remark: ticks.remark
 
     readonly property string sum: " · " + ticks.bytes.text
 
@@ -68,7 +69,7 @@ Rectangle {
             Layout.leftMargin: 8
             color: Theme.text3
             role: ThemedText.Small
-            text: bar.ticks.remark
+            text: bar.remark
         }
         PushButton {
             objectName: bar.objectName + ".clear"
