@@ -171,13 +171,16 @@ TEST(PackageOwners, AreReadFromTheDatabases) {
     folder.file(
         "dpkg/status",
         std::string_view("Package: editor\nStatus: install ok installed\nPriority: optional\nVersion: 1:2-3\n"
+                         "Installed-Size: 300\n"
                          "Description: x\n Essential: yes\n\n"
                          "Package: multi\nStatus: install ok installed\nArchitecture: amd64\nVersion: 1\n\n"
-                         "Package: multi\nStatus: install ok installed\nArchitecture: i386\nVersion: 2\n\n"
+                         "Package: multi\nStatus: install ok installed\nArchitecture: i386\nVersion: 2\n"
+                         "Installed-Size: many\n\n"
                          "Package: removed\nStatus: deinstall ok config-files\nVersion: 1\n\n"
                          "Package: shell\nEssential: yes\nStatus: install ok installed\n\n"
                          "Package: base\nPriority: required\nStatus: install ok installed"));
     folder.file("pacman/arch-tool-1.2-3/files", std::string_view("%FILES%\nusr/\nusr/bin/tool\n"));
+    folder.file("pacman/arch-tool-1.2-3/desc", std::string_view("%NAME%\narch-tool\n\n%SIZE%\n5000\n"));
     folder.file("pacman/odd/files", std::string_view("usr/bin/odd\n"));
     const PackageDatabases databases{.dpkg = folder.path("dpkg"), .pacman = folder.path("pacman"), .rpm = {}};
     const auto owners = packageOwners(
@@ -188,13 +191,15 @@ TEST(PackageOwners, AreReadFromTheDatabases) {
         return owners.contains(path) && owners.at(path) == owner;
     };
     EXPECT_EQ(owners.size(), 6);
-    EXPECT_TRUE(is("/usr/bin/editor",
-                   {.manager = PackageOwner::Manager::dpkg, .name = "editor", .version = "1:2-3"}));
+    EXPECT_TRUE(
+        is("/usr/bin/editor",
+           {.manager = PackageOwner::Manager::dpkg, .name = "editor", .version = "1:2-3", .bytes = 307'200}));
     EXPECT_TRUE(
         is("/usr/bin/multi", {.manager = PackageOwner::Manager::dpkg, .name = "multi:i386", .version = "2"}));
     EXPECT_TRUE(owners.at("/usr/bin/base").isEssential && owners.at("/usr/bin/shell").isEssential);
-    EXPECT_TRUE(is("/usr/bin/tool",
-                   {.manager = PackageOwner::Manager::pacman, .name = "arch-tool", .version = "1.2-3"}));
+    EXPECT_TRUE(is(
+        "/usr/bin/tool",
+        {.manager = PackageOwner::Manager::pacman, .name = "arch-tool", .version = "1.2-3", .bytes = 5'000}));
 }
 
 TEST(PackageOwners, AreAskedOfRpmInOneGo) {

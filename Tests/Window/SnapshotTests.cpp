@@ -1,8 +1,11 @@
+#include "AppModel/AppsFlow.h"
 #include "Growth/GrowthStore.h"
+#include "SampleApps.h"
 #include "SampleDisk.h"
 #include "Snapshots.h"
 #include "WindowScene.h"
 
+#include <atomic>
 #include <gtest/gtest.h>
 
 namespace orbel::test {
@@ -87,6 +90,43 @@ TEST(WindowSnapshotOf, Onboarding) {
         scene.open(width, height);
         scene.setFontScale(fontScale);
         keepPicture(scene, QStringLiteral("onboarding") + QLatin1String(suffix));
+    }
+}
+
+TEST(WindowSnapshotOf, AppsAndWhatTheyLeave) {
+    for (const auto& [suffix, width, height, fontScale] :
+         {Sized{"", 1440, 900, 1}, Sized{"-800x560", 800, 560, 1}, Sized{"-large-font", 1440, 900, 2}}) {
+        const SampleApps sample;
+        WindowScene scene;
+        scene.environment.home = sample.home.path();
+        scene.environment.installedApps = [apps = sample.inventory] { return apps; };
+        const auto isRunning = std::make_shared<std::atomic<bool>>(false);
+        scene.environment.runningPrograms = [isRunning, aster = sample.runningAster()] {
+            return *isRunning ? std::vector{aster} : std::vector<platform::RunningProgram>();
+        };
+        scene.environment.options.openScreen = Screen::uninstall;
+        scene.environment.options.selectApp = "Birch";
+        scene.open(width, height);
+        scene.setFontScale(fontScale);
+        const auto& flow = *scene.app().apps();
+        const auto rest = [&] {
+            ASSERT_TRUE(scene.waitUntil([&] { return flow.isLoaded() && !flow.isBusy(); }));
+            scene.settle();
+        };
+        const auto name = QStringLiteral("uninstall-") + QLatin1String("%1") + QLatin1String(suffix);
+        rest();
+        keep(scene, name.arg(QStringLiteral("package")));
+        scene.press(Qt::Key_Home);
+        scene.press(Qt::Key_Return);
+        rest();
+        keep(scene, name.arg(QStringLiteral("own")));
+        if (scene.isShown(QStringLiteral("uninstall.back")))
+            continue;
+        *isRunning = true;
+        scene.press(Qt::Key_Down);
+        scene.press(Qt::Key_Up);
+        rest();
+        keep(scene, name.arg(QStringLiteral("running")));
     }
 }
 

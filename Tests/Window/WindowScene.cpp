@@ -1,6 +1,7 @@
 #include "WindowScene.h"
 
 #include "SampleDisk.h"
+#include "Services/AppIcons.h"
 #include "Util/Check.h"
 
 #include <condition_variable>
@@ -93,6 +94,10 @@ WindowScene::WindowScene() : requests_(std::make_shared<Requests>()), gate_(std:
     };
     environment.isFullDiskAccessGranted = [](const std::string& /*home*/) { return std::optional(true); };
     environment.now = std::chrono::system_clock::now;
+    environment.installedApps = [] { return std::vector<InstalledApp>(); };
+    environment.runningPrograms = [] { return std::vector<platform::RunningProgram>(); };
+    environment.askToQuit = [](const std::vector<platform::RunningProgram>& /*running*/) { return false; };
+    environment.findIcon = [](const std::string& icon, int /*size*/) { return icon; };
     environment.settings = std::make_shared<QSettings>(QString::fromStdString(folder_.path("settings.ini")),
                                                        QSettings::IniFormat);
     environment.desktop = std::make_shared<NotedDesktop>(requests_);
@@ -110,6 +115,7 @@ void WindowScene::open(int width, int height) {
     app_ = std::make_unique<AppModel>(environment);
     engine_ = std::make_unique<QQmlApplicationEngine>();
     engine_->addImportPath(QStringLiteral(":/qt/qml"));
+    engine_->addImageProvider(AppIcons::name, new AppIcons); // the engine owns it
     engine_->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(app_.get())},
                                    {QStringLiteral("width"), width},
                                    {QStringLiteral("height"), height}});

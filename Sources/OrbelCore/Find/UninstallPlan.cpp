@@ -23,15 +23,6 @@ bool isOf(const InstalledApp& app, const std::string& program) {
            || std::ranges::find(app.executables, program) != app.executables.end();
 }
 
-std::vector<platform::RunningProgram> runningOf(const InstalledApp& app,
-                                                const UninstallPlan::Running& running) {
-    auto programs = running ? running() : platform::runningPrograms();
-    std::erase_if(programs, [&](const platform::RunningProgram& program) {
-        return std::ranges::none_of(program.paths, [&](const std::string& path) { return isOf(app, path); });
-    });
-    return programs;
-}
-
 /// Makes the items of one application.
 class ItemBuilder {
 public:
@@ -132,11 +123,22 @@ private:
 
 } // namespace
 
+std::vector<platform::RunningProgram>
+UninstallPlan::runningOf(const InstalledApp& app, std::vector<platform::RunningProgram> programs) {
+    std::erase_if(programs, [&](const platform::RunningProgram& program) {
+        return std::ranges::none_of(program.paths, [&](const std::string& path) { return isOf(app, path); });
+    });
+    return programs;
+}
+
 UninstallPlan UninstallPlan::make(const InstalledApp& app, std::span<const InstalledApp> others,
                                   const LeftoverMatcher& matcher, const SafetyPolicy& policy,
                                   const Measure& measure, const Running& running) {
-    UninstallPlan plan{
-        .app = app, .items = {}, .systemLeftovers = {}, .runningProcesses = runningOf(app, running)};
+    UninstallPlan plan{.app = app,
+                       .items = {},
+                       .ownItems = 1,
+                       .systemLeftovers = {},
+                       .runningProcesses = runningOf(app, running ? running() : platform::runningPrograms())};
     const ItemBuilder items(app, policy, measure, !plan.runningProcesses.empty());
     plan.items.push_back(items.ofApp(others));
     // What a part of the system keeps is no leftover as long as the system is there.
@@ -150,6 +152,7 @@ UninstallPlan UninstallPlan::make(const InstalledApp& app, std::span<const Insta
     for (const auto& path : app.ownFiles)
         if (!isShared(path))
             plan.items.push_back(items.ofOwnFile(path));
+    plan.ownItems = plan.items.size();
     for (const auto& leftover : matcher.leftovers(app, others))
         if (!isShared(leftover.path))
             plan.items.push_back(items.ofLeftover(leftover));

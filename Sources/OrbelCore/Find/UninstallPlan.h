@@ -6,6 +6,7 @@
 #include "Platform/RunningPrograms.h"
 #include "Scan/TreeScanner.h"
 
+#include <cstddef>
 #include <functional>
 #include <span>
 #include <string>
@@ -26,6 +27,7 @@ struct UninstallPlan {
     /// certain ones first. `detail` holds the path and, after " · ", why it belongs to the application. Only
     /// caches and logs are ever preselected, and only certain ones.
     std::vector<DeletionItem> items;
+    std::size_t ownItems = 0; ///< how many of them, from the first, are the application and its own files
     std::vector<Leftover> systemLeftovers; ///< shown only: an administrator would have to remove them
     std::vector<platform::RunningProgram> runningProcesses;
 
@@ -34,6 +36,10 @@ struct UninstallPlan {
     static UninstallPlan make(const InstalledApp& app, std::span<const InstalledApp> others,
                               const LeftoverMatcher& matcher, const SafetyPolicy& policy,
                               const Measure& measure, const Running& running = {});
+
+    /// Those of the programs that are the application, or lie in it.
+    static std::vector<platform::RunningProgram> runningOf(const InstalledApp& app,
+                                                           std::vector<platform::RunningProgram> programs);
 };
 
 } // namespace orbel

@@ -29,6 +29,10 @@ struct InstalledApp {
     std::string source{};  ///< how it was installed, in words for people
     std::string reason{};  ///< why it is not removable, in words; empty when it is
     std::string command{}; ///< what removes it, for the user to run; empty when not known
+    std::string icon{};    ///< a file, or a name in the desktop's icon themes; empty when it has none
+    /// What its package takes on the disk, as the package says.
+    std::optional<std::uint64_t> packageBytes{};
+    std::string programFolder{}; ///< what to measure for its size when that is not `path`; never to be moved
     std::vector<std::string> appGroups{};
     bool isHidden = false; ///< in no menu: it only says to whom leftovers may belong
 

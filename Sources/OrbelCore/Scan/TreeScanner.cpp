@@ -22,17 +22,6 @@ std::optional<std::string> firstProtectedPath(const FileTree& tree) {
     return std::nullopt;
 }
 
-TreeScanner::Measurement measureFolder(const std::string& path, std::optional<int> workers) {
-    const ScanCancellation nobodyCancels;
-    const FileTree tree = Walker::walk(path, workers, nobodyCancels, progressInterval, nullptr).tree;
-    if (tree.count() == 0) // it vanished after it was looked at
-        return {.unreadable = 1};
-    return {.bytes = tree.allocated(0),
-            .unreadable = tree.unreadableCount,
-            .protectedInside = firstProtectedPath(tree),
-            .isEmptyFolder = tree.unreadableCount == 0 && emptyFolderMask(tree)[0]};
-}
-
 } // namespace
 
 std::future<ScanResult> TreeScanner::scanInBackground(std::string root, std::optional<int> workers,
@@ -66,12 +55,23 @@ TreeScanner::Measurement TreeScanner::measure(const std::string& path, std::opti
     const auto status = platform::fileStatus(path);
     if (!status)
         return {.unreadable = 1};
-    if (status->type == platform::FileType::directory)
-        return measureFolder(path, workers);
+    if (status->type == platform::FileType::directory) {
+        const ScanCancellation nobodyCancels;
+        return measurement(Walker::walk(path, workers, nobodyCancels, progressInterval, nullptr).tree);
+    }
     Measurement measurement{.bytes = status->allocatedBytes};
     if (NeverTouch::hasProtectedComponent(lastPathComponent(path)))
         measurement.protectedInside = path;
     return measurement;
+}
+
+TreeScanner::Measurement TreeScanner::measurement(const FileTree& tree) {
+    if (tree.count() == 0) // it vanished after it was looked at
+        return {.unreadable = 1};
+    return {.bytes = tree.allocated(0),
+            .unreadable = tree.unreadableCount,
+            .protectedInside = firstProtectedPath(tree),
+            .isEmptyFolder = tree.unreadableCount == 0 && emptyFolderMask(tree)[0]};
 }
 
 } // namespace orbel

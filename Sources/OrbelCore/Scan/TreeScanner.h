@@ -39,6 +39,9 @@ public:
 
     /// Measures one file or folder, a symbolic link as the link itself. Blocks.
     static Measurement measure(const std::string& path, std::optional<int> workers = std::nullopt);
+
+    /// The same, told from what a scan of the folder gave.
+    static Measurement measurement(const FileTree& tree);
 };
 
 } // namespace orbel

@@ -1,5 +1,6 @@
 #include "AppModel/AppEnvironment.h"
 
+#include "Find/AppInventory.h"
 #include "Growth/GrowthStore.h"
 #include "Journal/JournalStore.h"
 #include "Platform/Home.h"
@@ -45,6 +46,8 @@ AppEnvironment AppEnvironment::ofThisUser() {
     environment.measureTrash = bytesInTrash;
     environment.isFullDiskAccessGranted = FullDiskAccess::isGranted;
     environment.now = std::chrono::system_clock::now;
+    environment.installedApps = [] { return AppInventory::scan(AppInventory::defaultFolders()); };
+    environment.runningPrograms = platform::runningPrograms;
     return environment;
 }
 

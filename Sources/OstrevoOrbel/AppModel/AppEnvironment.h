@@ -1,8 +1,11 @@
 #pragma once
 
 #include "Delete/TrashOperations.h"
+#include "Find/InstalledApp.h"
 #include "LaunchOptions.h"
+#include "Platform/IconFinder.h"
 #include "Platform/MountTable.h"
+#include "Platform/RunningPrograms.h"
 #include "Scan/ScanCancellation.h"
 #include "Scan/ScanProgress.h"
 #include "Scan/ScanResult.h"
@@ -42,6 +45,12 @@ struct AppEnvironment {
     std::function<std::optional<std::uint64_t>(const std::string& trashFolder)> measureTrash;
     std::function<std::optional<bool>(const std::string& home)> isFullDiskAccessGranted;
     std::function<std::chrono::system_clock::time_point()> now;
+    /// The applications that are installed, those that show themselves first. Blocks.
+    std::function<std::vector<InstalledApp>()> installedApps;
+    std::function<std::vector<platform::RunningProgram>()> runningPrograms;
+    /// Asks these to quit, as their own menus would; false when none of them can be asked. Blocks.
+    std::function<bool(const std::vector<platform::RunningProgram>&)> askToQuit;
+    platform::IconFinder findIcon; ///< absent: applications show no icons
 
     std::shared_ptr<TrashOperations> trash; ///< absent: the live one, over `trashFolder`
     std::shared_ptr<QSettings> settings;

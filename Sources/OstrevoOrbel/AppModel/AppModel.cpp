@@ -64,7 +64,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       duplicates_(std::make_unique<DuplicatesFlow>(*this)),
       tidy_(std::make_unique<TidyFlow>(*this)),
       apps_(std::make_unique<AppsFlow>(*this)) {
-    screen_ = options().openScreen.value_or(screen_);
+    screen_ = options().openScreen.value_or(options().selectApp ? Screen::uninstall : screen_);
     alertTimer_.setInterval(LowDiskAlert::checkInterval);
     connect(&alertTimer_, &QTimer::timeout, this, &AppModel::checkFreeSpace);
     refreshVolume();
@@ -97,6 +97,25 @@ void AppModel::setScreen(Screen screen) {
         return;
     screen_ = screen;
     Q_EMIT screenChanged();
+}
+
+bool AppModel::isShownScreenBusy() const {
+    switch (screen_) {
+    case Screen::large:
+        return largeOld_->isBusy();
+    case Screen::duplicates:
+        return duplicates_->isBusy();
+    case Screen::uninstall:
+        return apps_->isBusy();
+    case Screen::tidy:
+        return tidy_->isBusy();
+    case Screen::journal:
+        return journalFlow_->isBusy();
+    case Screen::overview:
+    case Screen::map:
+        break;
+    }
+    return false;
 }
 
 bool AppModel::needsFullDiskAccess() const {

@@ -242,6 +242,10 @@ public:
     /// The model's tie to the threads that work for it.
     const Inbox& inbox() const { return inbox_; }
     Diagnostics* diagnostics() const { return environment_.diagnostics.get(); }
+    Desktop& desktop() const { return *environment_.desktop; }
+    const AppEnvironment& environment() const { return environment_; }
+    /// Whether what the shown screen lists is still being found.
+    bool isShownScreenBusy() const;
 
     QString screenName() const;
     void setScreenName(const QString& name);

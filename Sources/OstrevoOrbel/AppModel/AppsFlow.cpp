@@ -1,17 +1,421 @@
 #include "AppModel/AppsFlow.h"
 
 #include "AppModel/AppModel.h"
+#include "AppModel/MoveFlow.h"
+#include "Find/CommonWords.h"
+#include "Models/Wording.h"
+#include "Services/AppIcons.h"
+#include "Services/AppQuitter.h"
+#include "Util/PathText.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace orbel {
 
-AppsFlow::AppsFlow(AppModel& app) : app_(app) {}
+namespace {
+
+using Status = InstalledApp::Status;
+
+/// Long enough that walking down the list makes no plan for every row on the way.
+constexpr std::chrono::milliseconds planDelay(120);
+constexpr std::chrono::milliseconds runningInterval(1500);
+/// The larger of the two sizes in which an icon is shown, on a dense display.
+constexpr int iconPixels = 112;
+
+/// What is measured for the size of an application; empty when its package tells.
+std::string measuredPlace(const InstalledApp& app) {
+    if (app.packageBytes)
+        return {};
+    return app.status == Status::removable ? app.path : app.programFolder;
+}
+
+/// "Remove the app with Flatpak first." where something can be named that removes it.
+QString whatRemoves(const InstalledApp& app) {
+    constexpr std::string_view with = "Remove it with ";
+    if (!app.reason.starts_with(with))
+        return textOf(app.reason) + QLatin1Char('.');
+    return AppsFlow::tr("Remove the app with %1 first.").arg(textOf(app.reason.substr(with.size())));
+}
+
+bool isCalled(const InstalledApp& app, const std::string& name) {
+    const auto wanted = lowerCase(name);
+    return app.path == name || lowerCase(app.name) == wanted
+           || lowerCase(app.bundleID.value_or("")) == wanted;
+}
+
+} // namespace
+
+AppsFlow::AppsFlow(AppModel& app)
+    : app_(app), list_(app.home()), leftovers_(app.home(), ticks_), wanted_(app.options().selectApp) {
+    app.moves()->watch(ticks_);
+    ticks_.setPosition([this](const TickedItem& ticked) { return leftovers_.positionOf(ticked.item.path); });
+    planDelay_.setSingleShot(true);
+    planDelay_.setInterval(planDelay);
+    connect(&planDelay_, &QTimer::timeout, this, &AppsFlow::makePlan);
+    runningPoll_.setInterval(runningInterval);
+    connect(&runningPoll_, &QTimer::timeout, this, &AppsFlow::watchRunning);
+    connect(app.moves(), &MoveFlow::moved, this, [this](const std::vector<DeletionItem>& items) {
+        if (!isLoaded())
+            return;
+        leftovers_.remove(items);
+        for (const auto& item : items)
+            list_.remove(item.path);
+        read();
+    });
+    connect(app.moves(), &MoveFlow::restored, this, [this] {
+        if (isLoaded())
+            read();
+    });
+}
+
+AppsFlow::~AppsFlow() {
+    for (const auto& token : {loading_, planning_, sizing_})
+        if (token)
+            token->cancel();
+}
+
+void AppsFlow::open() {
+    if (!isLoaded() && !isLoading())
+        read();
+}
+
+void AppsFlow::readAgain() {
+    read();
+}
+
+void AppsFlow::read() {
+    if (loading_)
+        loading_->cancel();
+    loading_ = std::make_shared<ScanCancellation>();
+    const auto home = app_.policy().canonicalizer().canonical(app_.home()).value_or(app_.home());
+    inbox_.runAside(
+        "orbel.apps",
+        [home, installed = app_.environment().installedApps, findIcon = app_.environment().findIcon] {
+            Inventory read{.apps = std::make_shared<const std::vector<InstalledApp>>(installed()),
+                           .matcher = std::make_shared<const LeftoverMatcher>(home, "/Library"),
+                           .entries = {}};
+            for (const auto& app : *read.apps)
+                if (!app.isHidden)
+                    read.entries.push_back({.app = app,
+                                            .icon = AppIcons::addressOf(findIcon && !app.icon.empty()
+                                                                            ? findIcon(app.icon, iconPixels)
+                                                                            : std::string()),
+                                            .bytes = app.packageBytes});
+            return read;
+        },
+        [this, token = loading_](Inventory inventory) { takeInventory(token.get(), std::move(inventory)); });
+    Q_EMIT changed();
+}
+
+void AppsFlow::takeInventory(const ScanCancellation* token, Inventory inventory) {
+    if (loading_.get() != token)
+        return;
+    loading_.reset();
+    inventory_ = std::move(inventory.apps);
+    matcher_ = std::move(inventory.matcher);
+    // What was measured before stays until it is measured again.
+    for (auto& entry : inventory.entries)
+        if (const auto* known = list_.find(entry.app.path); known != nullptr && !entry.bytes)
+            entry.bytes = known->bytes;
+    list_.setEntries(std::move(inventory.entries));
+    measure();
+    selectWanted();
+    if (list_.find(selectedPath_) != nullptr)
+        makePlan();
+    else
+        clearSelection();
+    Q_EMIT changed();
+}
+
+/// One after another, so that the disk is left to whoever waits for something.
+void AppsFlow::measure() {
+    if (sizing_)
+        sizing_->cancel();
+    sizing_ = std::make_shared<ScanCancellation>();
+    std::vector<std::pair<std::string, std::string>> places;
+    for (const auto& entry : list_.entries())
+        if (auto place = measuredPlace(entry.app); !place.empty())
+            places.emplace_back(entry.app.path, std::move(place));
+    unmeasured_ = places.size();
+    if (places.empty())
+        return;
+    const auto address = inbox_.address();
+    inbox_.runAside(
+        "orbel.app-sizes",
+        [this, places = std::move(places), token = sizing_, address] {
+            for (const auto& [path, place] : places) {
+                std::optional<std::uint64_t> bytes;
+                if (const auto status = platform::fileStatus(place);
+                    status && status->type == platform::FileType::directory) {
+                    const auto tree = TreeScanner::scan(place, 2, *token, nullptr).tree;
+                    if (tree.count() > 0)
+                        bytes = tree.allocated(0);
+                } else if (status) {
+                    bytes = status->allocatedBytes;
+                }
+                if (token->isCancelled())
+                    return 0;
+                address.send([this, path = path, bytes, token] {
+                    if (sizing_ == token)
+                        list_.setBytes(path, bytes);
+                });
+            }
+            return 0;
+        },
+        [this, token = sizing_](int) {
+            if (sizing_ != token)
+                return;
+            unmeasured_ = 0;
+            Q_EMIT changed();
+        });
+}
+
+void AppsFlow::selectWanted() {
+    if (!wanted_)
+        return;
+    const auto name = *std::exchange(wanted_, std::nullopt);
+    const auto& entries = list_.entries();
+    const auto found = std::ranges::find_if(
+        entries, [&](const AppsModel::Entry& entry) { return isCalled(entry.app, name); });
+    if (found == entries.end())
+        app_.tell(tr("No app called “%1” was found.").arg(textOf(name)));
+    else
+        selectPath(found->app.path);
+}
+
+void AppsFlow::select(int row) {
+    if (const auto* entry = list_.at(row))
+        selectPath(entry->app.path);
+}
+
+void AppsFlow::selectPath(const std::string& path) {
+    if (path == selectedPath_)
+        return;
+    clearSelection();
+    selectedPath_ = path;
+    preselects_ = true;
+    planning_ = std::make_shared<ScanCancellation>();
+    planDelay_.start();
+    Q_EMIT changed();
+}
+
+void AppsFlow::clearSelection() {
+    selectedPath_.clear();
+    plan_.reset();
+    quitting_ = Quitting::notAsked;
+    planDelay_.stop();
+    runningPoll_.stop();
+    if (planning_)
+        planning_->cancel();
+    planning_.reset();
+    ticks_.clear();
+    leftovers_.set({}, 0, {}, {});
+    Q_EMIT changed();
+}
+
+void AppsFlow::makePlan() {
+    const auto* const entry = list_.find(selectedPath_);
+    if (entry == nullptr)
+        return;
+    planDelay_.stop();
+    if (planning_)
+        planning_->cancel();
+    planning_ = std::make_shared<ScanCancellation>();
+    inbox_.runAside(
+        "orbel.app-plan",
+        [app = entry->app, inventory = inventory_, matcher = matcher_, policy = app_.policy(),
+         running = app_.environment().runningPrograms,
+         token = planning_] { return AppPlan::make(app, *inventory, *matcher, policy, running, *token); },
+        [this, token = planning_](AppPlan plan) { takePlan(token.get(), std::move(plan)); });
+    Q_EMIT changed();
+}
+
+void AppsFlow::takePlan(const ScanCancellation* token, AppPlan made) {
+    if (planning_.get() != token)
+        return;
+    planning_.reset();
+    const bool isFirst = std::exchange(preselects_, false);
+    std::vector<TickedItem> ticked;
+    for (const auto& item : made.items)
+        if (isFirst ? item.item.preselected : ticks_.contains(item.item.id))
+            ticked.push_back(item);
+    if (made.plan.runningProcesses.empty())
+        quitting_ = Quitting::notAsked;
+    // What may not be moved from here is not measured for the plan, but may be known.
+    const auto* const entry = list_.find(made.plan.app.path);
+    if (auto& app = made.items.front().item; !app.isSelectable() && entry != nullptr)
+        app.estimatedBytes = entry->bytes.value_or(0);
+    plan_ = std::move(made.plan);
+    const auto noneText = plan_->app.status == Status::system
+                              ? tr("A part of the system: what it keeps belongs to the system")
+                              : tr("Nothing was found that is only this app’s");
+    leftovers_.set(std::move(made.items), plan_->ownItems, plan_->systemLeftovers, noneText);
+    ticks_.clear();
+    ticks_.tickAll(std::move(ticked));
+    if (plan_->runningProcesses.empty())
+        runningPoll_.stop();
+    else
+        runningPoll_.start();
+    Q_EMIT changed();
+}
+
+/// While it runs, nothing of it can be ticked: the plan is made anew as soon as it has quit.
+void AppsFlow::watchRunning() {
+    if (isPolling_ || isPlanning() || !plan_ || app_.screen() != Screen::uninstall)
+        return;
+    isPolling_ = true;
+    inbox_.runAside(
+        "orbel.running",
+        [app = plan_->app, running = app_.environment().runningPrograms] {
+            return std::pair(app.path, UninstallPlan::runningOf(app, running()).empty());
+        },
+        [this](const std::pair<std::string, bool>& answer) {
+            isPolling_ = false;
+            if (answer.first == selectedPath_ && answer.second && !isPlanning()) {
+                preselects_ = ticks_.count() == 0;
+                makePlan();
+            }
+        });
+}
+
+void AppsFlow::askToQuit() {
+    if (!plan_ || plan_->runningProcesses.empty() || quitting_ == Quitting::asked)
+        return;
+    quitting_ = Quitting::asked;
+    inbox_.runAside(
+        "orbel.quit",
+        [ask = app_.environment().askToQuit, running = plan_->runningProcesses] { return ask(running); },
+        [this, path = selectedPath_](bool isAsked) {
+            if (path != selectedPath_ || quitting_ != Quitting::asked || isAsked)
+                return;
+            quitting_ = Quitting::refused;
+            Q_EMIT changed();
+        });
+    Q_EMIT changed();
+}
+
+void AppsFlow::toggleTick(int leftoverRow) {
+    if (const auto* const ticked = leftovers_.itemAt(leftoverRow))
+        ticks_.setTicked(*ticked, !ticks_.contains(ticked->item.id));
+}
+
+bool AppsFlow::isTicked(int leftoverRow) const {
+    const auto* const ticked = leftovers_.itemAt(leftoverRow);
+    return ticked != nullptr && ticks_.contains(ticked->item.id);
+}
+
+QString AppsFlow::shownPath(int leftoverRow) const {
+    return textOf(tildePath(leftovers_.pathAt(leftoverRow), app_.home()));
+}
+
+void AppsFlow::openLeftover(int row) {
+    if (const auto path = leftovers_.pathAt(row); !path.empty())
+        app_.desktop().open(path);
+}
+
+void AppsFlow::showLeftover(int row) {
+    if (const auto path = leftovers_.pathAt(row); !path.empty())
+        app_.desktop().showInFileManager(path);
+}
+
+void AppsFlow::copyLeftover(int row) {
+    if (const auto path = leftovers_.pathAt(row); !path.empty())
+        app_.copyText(textOf(path));
+}
+
+void AppsFlow::showApp(int row) {
+    if (const auto* const entry = list_.at(row))
+        app_.desktop().showInFileManager(entry->app.path);
+}
+
+void AppsFlow::copyApp(int row) {
+    if (const auto* const entry = list_.at(row))
+        app_.copyText(textOf(entry->app.path));
+}
+
+void AppsFlow::setFindText(const QString& text) {
+    if (text == findText_)
+        return;
+    findText_ = text;
+    list_.setFilter(text);
+    Q_EMIT changed();
+}
+
+void AppsFlow::sortBy(bool size) {
+    // The largest are looked for first, and names from their beginning.
+    list_.sortBy(size, size == list_.isBySize() ? !list_.isDescending() : size);
+    Q_EMIT changed();
+}
 
 QString AppsFlow::countText() const {
-    return {};
+    return isLoaded() ? orbel::countText(list_.entries().size()) : QString();
 }
 
 QString AppsFlow::summary() const {
-    return {};
+    return isLoaded() ? countOf(list_.entries().size(), tr("app"), tr("apps")) : QString();
+}
+
+QString AppsFlow::shownText() const {
+    const auto shown = static_cast<std::size_t>(list_.rowCount());
+    return !isLoaded() || shown == list_.entries().size()
+               ? summary()
+               : tr("%1 of %2").arg(orbel::countText(shown), summary());
+}
+
+AppFacts AppsFlow::selected() const {
+    const auto* const entry = list_.find(selectedPath_);
+    if (entry == nullptr)
+        return {};
+    const auto& app = entry->app;
+    AppFacts facts;
+    facts.valid = true;
+    facts.name = textOf(app.name);
+    facts.icon = entry->icon;
+    facts.initial = entry->initial();
+    facts.version = textOf(app.version.value_or(""));
+    facts.source = textOf(app.source);
+    if (!plan_)
+        return facts;
+
+    const auto& running = plan_->runningProcesses;
+    facts.runningText = running.empty() ? tr("not running")
+                        : running.size() == 1
+                            ? tr("running")
+                            : tr("running, %1 processes").arg(orbel::countText(running.size()));
+    std::uint64_t appBytes = 0;
+    std::uint64_t leftoverBytes = 0;
+    for (std::size_t i = 0; i < plan_->items.size(); ++i)
+        (i < plan_->ownItems ? appBytes : leftoverBytes) += plan_->items[i].estimatedBytes;
+    // What may not be moved from here is not in the plan's figures.
+    const bool isAppKnown = appBytes > 0 || entry->bytes;
+    if (appBytes == 0)
+        appBytes = entry->bytes.value_or(0);
+    const auto leftoverText = ByteFigure(leftoverBytes).text();
+    facts.total = isAppKnown || leftoverBytes > 0 ? ByteFigure(appBytes + leftoverBytes).text() : QString();
+    facts.parts = isAppKnown ? tr("app %1, leftovers %2").arg(ByteFigure(appBytes).text(), leftoverText)
+                             : tr("leftovers %1, the app itself is not measured").arg(leftoverText);
+    if (!running.empty()) {
+        facts.warning = tr("%1 is running.").arg(facts.name);
+        facts.canAskToQuit = quitting_ == Quitting::notAsked;
+        facts.explanation = quitting_ == Quitting::notAsked ? textOf(AppQuitter::explanation)
+                            : quitting_ == Quitting::asked
+                                ? tr("It was asked to quit. This list changes as soon as it has.")
+                                : tr("It could not be asked from here. Quit it in the app itself.");
+    } else if (app.status == Status::system) {
+        facts.warning = tr("%1 is a part of the system.").arg(facts.name);
+        facts.explanation = tr("Nothing of it can be moved from here.");
+    } else if (app.status != Status::removable) {
+        facts.warning = whatRemoves(app);
+        facts.command = textOf(app.command);
+        const bool hasLeftovers = plan_->items.size() > plan_->ownItems;
+        if (!app.command.empty())
+            facts.explanation = tr("Vanto does not run package managers.");
+        if (hasLeftovers)
+            facts.explanation += (facts.explanation.isEmpty() ? QString() : QStringLiteral(" "))
+                                 + tr("Its leftovers below can be moved to the Trash afterwards.");
+    }
+    return facts;
 }
 
 } // namespace orbel

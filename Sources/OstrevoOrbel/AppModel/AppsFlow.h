@@ -1,9 +1,19 @@
 #pragma once
 
+#include "AppModel/AppPlan.h"
 #include "AppModel/Inbox.h"
+#include "Models/AppFacts.h"
+#include "Models/AppsModel.h"
+#include "Models/LeftoversModel.h"
+#include "Models/Ticks.h"
 
+#include <memory>
+#include <optional>
 #include <QObject>
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
+#include <string>
+#include <vector>
 
 namespace orbel {
 
@@ -11,6 +21,10 @@ class AppModel;
 
 /// The applications that are installed, and what would go with the one that is selected. Belongs to
 /// the AppModel; used on the main thread, while what takes long runs on threads of its own.
+///
+/// The inventory is read when the screen is first shown, on request, and after moves to the Trash and back. A
+/// plan is made for the application that is selected; one that was made for another selection, or from an
+/// older inventory, is dropped. Only the first plan after a selection ticks anything.
 class AppsFlow final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -19,18 +33,112 @@ class AppsFlow final : public QObject {
     Q_PROPERTY(QString countText READ countText NOTIFY changed)
     /// "34 apps"; empty until known.
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
+    /// "34 apps", "3 of 34 apps" when only those are shown; empty until known.
+    Q_PROPERTY(QString shownText READ shownText NOTIFY changed)
+
+    Q_PROPERTY(orbel::AppsModel* list READ list CONSTANT)
+    Q_PROPERTY(orbel::LeftoversModel* leftovers READ leftovers CONSTANT)
+    Q_PROPERTY(orbel::Ticks* ticks READ ticks CONSTANT)
+    /// The inventory is being read.
+    Q_PROPERTY(bool loading READ isLoading NOTIFY changed)
+    /// It has been read at least once.
+    Q_PROPERTY(bool loaded READ isLoaded NOTIFY changed)
+    Q_PROPERTY(bool anyShown READ isAnyShown NOTIFY changed)
+    Q_PROPERTY(QString findText READ findText WRITE setFindText NOTIFY changed)
+    /// -1 when none is selected, or the selected one is not shown.
+    Q_PROPERTY(int selectedRow READ selectedRow NOTIFY changed)
+    Q_PROPERTY(orbel::AppFacts selected READ selected NOTIFY changed)
+    /// A plan of the selected one is being made.
+    Q_PROPERTY(bool planning READ isPlanning NOTIFY changed)
 
 public:
     explicit AppsFlow(AppModel& app);
+    ~AppsFlow() override;
+
+    // Intents.
+
+    /// The screen is shown: reads the inventory, the first time.
+    Q_INVOKABLE void open();
+    Q_INVOKABLE void readAgain();
+    Q_INVOKABLE void select(int row);
+    /// The other way round when the list is sorted by that already.
+    Q_INVOKABLE void sortBy(bool size);
+    Q_INVOKABLE void askToQuit();
+    Q_INVOKABLE void toggleTick(int leftoverRow);
+    Q_INVOKABLE bool isTicked(int leftoverRow) const;
+    /// With "~" in place of the home.
+    Q_INVOKABLE QString shownPath(int leftoverRow) const;
+    // What the menus of the two lists offer.
+    Q_INVOKABLE void openLeftover(int row);
+    Q_INVOKABLE void showLeftover(int row);
+    Q_INVOKABLE void copyLeftover(int row);
+    Q_INVOKABLE void showApp(int row);
+    Q_INVOKABLE void copyApp(int row);
+
+    // State.
 
     QString countText() const;
     QString summary() const;
+    QString shownText() const;
+    /// Something is still being read, measured or planned.
+    bool isBusy() const { return isLoading() || isPlanning() || unmeasured_ > 0; }
+    AppsModel* list() { return &list_; }
+    LeftoversModel* leftovers() { return &leftovers_; }
+    Ticks* ticks() { return &ticks_; }
+    bool isLoading() const { return loading_ != nullptr; }
+    bool isLoaded() const { return inventory_ != nullptr; }
+    bool isAnyShown() const { return list_.rowCount() > 0; }
+    const QString& findText() const { return findText_; }
+    void setFindText(const QString& text);
+    int selectedRow() const { return list_.rowOf(selectedPath_); }
+    AppFacts selected() const;
+    bool isPlanning() const { return planning_ != nullptr; }
+    /// All applications, hidden ones as well; null until read.
+    const std::shared_ptr<const std::vector<InstalledApp>>& apps() const { return inventory_; }
+    /// Of the selected application; absent until made.
+    const std::optional<UninstallPlan>& uninstallPlan() const { return plan_; }
 
 Q_SIGNALS:
     void changed();
 
 private:
+    /// What one reading of the inventory gives.
+    struct Inventory {
+        std::shared_ptr<const std::vector<InstalledApp>> apps;
+        std::shared_ptr<const LeftoverMatcher> matcher;
+        std::vector<AppsModel::Entry> entries;
+    };
+    enum class Quitting { notAsked, asked, refused };
+
+    void read();
+    void takeInventory(const ScanCancellation* token, Inventory inventory);
+    void measure();
+    void selectPath(const std::string& path);
+    void clearSelection();
+    void makePlan();
+    void takePlan(const ScanCancellation* token, AppPlan plan);
+    void watchRunning();
+    void selectWanted();
+
     AppModel& app_;
+    std::shared_ptr<const std::vector<InstalledApp>> inventory_;
+    std::shared_ptr<const LeftoverMatcher> matcher_;
+    std::shared_ptr<ScanCancellation> loading_;  ///< of the reading that runs
+    std::shared_ptr<ScanCancellation> planning_; ///< of the plan that is waited for
+    std::shared_ptr<ScanCancellation> sizing_;   ///< of the sizes that are being measured
+    std::size_t unmeasured_ = 0;
+    AppsModel list_;
+    Ticks ticks_;
+    LeftoversModel leftovers_;
+    std::string selectedPath_; ///< empty: none
+    std::optional<UninstallPlan> plan_;
+    bool preselects_ = false; ///< the next plan is the first one of its selection
+    Quitting quitting_ = Quitting::notAsked;
+    QString findText_;
+    std::optional<std::string> wanted_; ///< what the command line asked to select
+    QTimer planDelay_;
+    QTimer runningPoll_;
+    bool isPolling_ = false;
 
     Inbox inbox_; ///< the last member: what it delivers finds all others alive
 };

@@ -160,6 +160,7 @@ public:
     QString tickedRemark() const;
     QString reviewText() const;
     bool isReviewing() const { return isReviewing_; }
+    bool isBusy() const { return duplicatesRunning(); }
 
 Q_SIGNALS:
     void changed();

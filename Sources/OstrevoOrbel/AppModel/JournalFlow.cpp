@@ -230,6 +230,10 @@ QString JournalFlow::summary() const {
     return countOf(app_.journalHistory()->sessions().size(), tr("session"), tr("sessions"));
 }
 
+bool JournalFlow::isBusy() const {
+    return !app_.isJournalRead() || isAsking_ || isAskingPlanned_;
+}
+
 QString JournalFlow::state() const {
     if (!app_.isJournalRead())
         return QStringLiteral("loading");

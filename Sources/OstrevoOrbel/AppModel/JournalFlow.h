@@ -70,6 +70,8 @@ public:
     QString failure() const;
     QString status() const;
     QString search() const { return search_; }
+    /// The journal is being read, or the disk asked about what is in it.
+    bool isBusy() const;
 
 Q_SIGNALS:
     void changed();

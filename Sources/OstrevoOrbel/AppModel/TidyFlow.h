@@ -25,6 +25,7 @@ public:
 
     QString countText() const;
     QString summary() const;
+    bool isBusy() const { return false; }
 
 Q_SIGNALS:
     void changed();

@@ -1,6 +1,7 @@
 #include "Services/AfterScan.h"
 
 #include "AppModel/AppModel.h"
+#include "AppModel/DuplicatesFlow.h"
 #include "CommandOutput.h"
 #include "Services/WindowSnapshot.h"
 
@@ -16,6 +17,7 @@ namespace orbel {
 namespace {
 
 constexpr double settlingSeconds = 1.5;
+constexpr std::chrono::milliseconds restInterval(200);
 
 } // namespace
 
@@ -27,6 +29,17 @@ AfterScan::AfterScan(AppModel& model, QQuickWindow& window, Quit quit)
 }
 
 void AfterScan::begin() {
+    if (model_.screen() == Screen::duplicates)
+        model_.duplicates()->search(); // the other lists are found without being asked for
+    // What the scan's end makes the screens do begins with its other receivers.
+    QTimer::singleShot(0, this, &AfterScan::awaitRest);
+}
+
+void AfterScan::awaitRest() {
+    if (model_.isShownScreenBusy()) {
+        QTimer::singleShot(restInterval, this, &AfterScan::awaitRest);
+        return;
+    }
     const std::chrono::duration<double> delay(
         std::max(model_.options().snapshotDelay.value_or(settlingSeconds), 0.0));
     QTimer::singleShot(std::chrono::duration_cast<std::chrono::milliseconds>(delay), this,

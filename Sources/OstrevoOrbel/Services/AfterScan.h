@@ -9,9 +9,9 @@ namespace orbel {
 
 class AppModel;
 
-/// What a scripted run does when a scan is done: lets the screen settle, moves the pointer if asked to, takes
-/// a picture, writes the diagnostics and ends the application. Does nothing unless the command line asked for
-/// it.
+/// What a scripted run does when a scan is done: waits until what the shown screen lists is found, lets the
+/// screen settle, moves the pointer if asked to, takes a picture, writes the diagnostics and ends the
+/// application. Does nothing unless the command line asked for it.
 class AfterScan final : public QObject {
     Q_OBJECT
 
@@ -24,6 +24,7 @@ public:
 
 private:
     void begin();
+    void awaitRest();
     void finish();
     void moveThePointer();
 

@@ -79,7 +79,10 @@ std::vector<platform::RunningProgram> AppQuitter::runningApplications(const std:
 }
 
 bool AppQuitter::quit(const std::string& bundlePath, const QDBusConnection& bus) {
-    const auto running = runningApplications(bundlePath);
+    return quit(runningApplications(bundlePath), bus);
+}
+
+bool AppQuitter::quit(const std::vector<platform::RunningProgram>& running, const QDBusConnection& bus) {
     if (running.empty() || !bus.isConnected())
         return false;
     std::vector<uint> asked;

@@ -24,6 +24,7 @@ struct AppQuitter {
     /// Asks each of them that can be asked on this bus: by the "quit" action of its menu, as KDE's programs
     /// are asked, or as a media player. True when at least one took the request.
     static bool quit(const std::string& bundlePath, const QDBusConnection& bus);
+    static bool quit(const std::vector<platform::RunningProgram>& running, const QDBusConnection& bus);
 };
 
 } // namespace orbel

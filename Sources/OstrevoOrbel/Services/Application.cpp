@@ -5,6 +5,8 @@
 #include "LaunchOptions.h"
 #include "Platform/Process.h"
 #include "Services/AfterScan.h"
+#include "Services/AppIcons.h"
+#include "Services/AppQuitter.h"
 #include "Services/AutostartLoginItem.h"
 #include "Services/LiveDesktop.h"
 #include "Services/LiveNotifier.h"
@@ -33,6 +35,8 @@ ostrevo-orbel opens a window when no command is given. It takes these switches:
   --scan PATH   Measure PATH at once; "volume" is the whole disk.
   --scan-delay SECONDS
                 Wait that long before the scan.
+  --select-app NAME
+                Show Uninstall with that app: its name, id or path.
   --open SCREEN Show overview, map, large, duplicates, uninstall, tidy or
                 journal.
   --appearance light|dark
@@ -92,6 +96,7 @@ public:
     bool open() {
         connectAppearance();
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
+        engine_.addImageProvider(AppIcons::name, new AppIcons); // the engine owns it
         engine_.setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&model_)}});
         engine_.load(QUrl(viewsUrl + QStringLiteral("Main.qml")));
         window_ = engine_.rootObjects().isEmpty()
@@ -131,6 +136,10 @@ private:
         environment.notifier = notifier_;
         environment.loginItem = AutostartLoginItem::ofThisUser();
         environment.diagnostics = diagnostics_;
+        environment.askToQuit = [](const std::vector<platform::RunningProgram>& running) {
+            return AppQuitter::quit(running, QDBusConnection::sessionBus());
+        };
+        environment.findIcon = platform::iconFinder(environment.home, QIcon::themeName().toStdString());
         return environment;
     }
 

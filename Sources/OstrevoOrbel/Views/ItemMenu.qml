@@ -11,6 +11,7 @@ ActionMenu {
     /// Whether the item can be ticked here at all, and why not now.
     property bool tickable: true
     property string refusal: ""
+    property bool openable: true
     property bool zoomable: true
     property string zoomText: qsTr("Zoom")
     property string zoomKeys: qsTr("Enter")
@@ -22,6 +23,8 @@ ActionMenu {
     signal tickWanted(item: int)
 
     MenuEntry {
+        height: visible ? implicitHeight : 0
+        visible: menu.openable
         iconPath: Theme.icons.open
         objectName: menu.objectName + ".open"
         text: qsTr("Open")

@@ -128,6 +128,9 @@ T.ApplicationWindow {
                     visible: shown
 
                     Component.onCompleted: wanted = shown
+                    // At the start nothing else has the focus yet.
+                    onLoaded: if (shown && [null, content, window.contentItem].includes(window.activeFocusItem))
+                        window.takeFocus(Qt.TabFocusReason)
                     onShownChanged: if (shown) wanted = true
                 }
             }

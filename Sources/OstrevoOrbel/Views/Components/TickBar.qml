@@ -15,6 +15,7 @@ Rectangle {
     property string reviewText: ticks?.reviewText ?? ""
     property bool reviewable: true
     property bool narrow: false
+    property string remark: ticks.remark
 
     signal reviewed()
     signal cleared()

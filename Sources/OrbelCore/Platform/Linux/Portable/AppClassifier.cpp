@@ -82,6 +82,7 @@ std::optional<ClassifiedApp> AppClassifier::flatpak(const LauncherFile& launcher
     app.command = (isUsers ? "flatpak uninstall --user " : "flatpak uninstall --system ") + id;
     app.identifiers = {id};
     app.dataFolders = {joinedPath(search_.home, ".var/app/" + id)};
+    app.programFolder = joinedPath(isUsers ? userInstallation : "/var/lib/flatpak", "app/" + id);
     return ClassifiedApp{.key = std::move(key), .app = std::move(app)};
 }
 
@@ -110,6 +111,7 @@ ClassifiedApp AppClassifier::package(const LauncherFile& launcher, const Package
     app.reason = owner.isEssential ? "A part of the system" : "Remove it with the package manager";
     if (!owner.isEssential)
         app.command = removalCommand(owner);
+    app.packageBytes = owner.bytes;
     app.names = {owner.name.substr(0, owner.name.find(':'))};
     if (const auto* programOwner = ownerOf(launcher.program);
         programOwner != nullptr && programOwner->name == owner.name)

@@ -103,6 +103,7 @@ private:
         const auto shown = name.empty() ? shownName(launcher.id) : name;
         app.name = shown;
         app.isHidden = isHidden;
+        app.icon = launcher.entry.text("Icon").value_or("");
         if (!app.bundleID)
             app.bundleID = shownName(launcher.id);
         addOnce(app.identifiers, launcher.id);
@@ -165,6 +166,7 @@ private:
             known.name = app.name;
             known.bundleID = app.bundleID;
             known.path = app.path;
+            known.icon = app.icon;
             known.isHidden = false;
         }
         addAll(known.ownFiles, app.ownFiles);

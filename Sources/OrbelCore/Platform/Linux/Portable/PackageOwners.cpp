@@ -1,5 +1,6 @@
 #include "Platform/Linux/Portable/PackageOwners.h"
 
+#include "Util/ParseNumber.h"
 #include "Util/PathText.h"
 #include "Util/ReadFile.h"
 
@@ -42,7 +43,17 @@ struct DpkgStanza {
     std::string_view name, architecture, version;
     bool isEssential = false;
     bool isInstalled = false;
+    std::optional<std::uint64_t> bytes;
 };
+
+/// What a package says that it takes; absent when that is no number.
+std::optional<std::uint64_t> sizeOf(std::string_view text, std::uint64_t unit) {
+    const auto count = parseInteger(text);
+    constexpr std::int64_t most = std::int64_t{1} << 50;
+    if (!count || *count < 0 || *count > most)
+        return std::nullopt;
+    return static_cast<std::uint64_t>(*count) * unit;
+}
 
 void forEachStanza(std::string_view status, const auto& use) {
     DpkgStanza stanza;
@@ -60,6 +71,8 @@ void forEachStanza(std::string_view status, const auto& use) {
             stanza.architecture = architecture;
         else if (const auto version = valueOf(line, "Version"); !version.empty())
             stanza.version = version;
+        else if (const auto size = valueOf(line, "Installed-Size"); !size.empty())
+            stanza.bytes = sizeOf(size, 1024);
         else if (const auto state = valueOf(line, "Status"); !state.empty())
             stanza.isInstalled = state.ends_with(" installed");
         else if (const auto priority = valueOf(line, "Priority"); !priority.empty())
@@ -94,9 +107,22 @@ void addDpkgOwners(const Wanted& wanted, const std::string& folder, Owners& owne
                 owners.emplace(entry->second, PackageOwner{.manager = PackageOwner::Manager::dpkg,
                                                            .name = list,
                                                            .version = std::string(stanza.version),
-                                                           .isEssential = stanza.isEssential});
+                                                           .isEssential = stanza.isEssential,
+                                                           .bytes = stanza.bytes});
         }
     });
+}
+
+std::optional<std::uint64_t> pacmanSize(const std::string& description) {
+    const auto content = readRegularFile(description, mostListBytes);
+    std::optional<std::uint64_t> size;
+    bool isNext = false;
+    forEachLine(content ? std::string_view(*content) : std::string_view(), [&](std::string_view line) {
+        if (isNext)
+            size = sizeOf(line, 1);
+        isNext = line == "%SIZE%";
+    });
+    return size;
 }
 
 void addPacmanOwners(const Wanted& wanted, const std::string& folder, Owners& owners) {
@@ -118,10 +144,12 @@ void addPacmanOwners(const Wanted& wanted, const std::string& folder, Owners& ow
             release == std::string::npos || release == 0 ? std::string::npos : called.rfind('-', release - 1);
         if (version == std::string::npos)
             continue;
+        const auto size = pacmanSize((packages->path() / "desc").string());
         for (const auto path : found)
             owners.emplace(path, PackageOwner{.manager = PackageOwner::Manager::pacman,
                                               .name = called.substr(0, version),
-                                              .version = called.substr(version + 1)});
+                                              .version = called.substr(version + 1),
+                                              .bytes = size});
     }
 }
 

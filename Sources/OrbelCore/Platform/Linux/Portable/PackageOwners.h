@@ -18,7 +18,8 @@ struct PackageOwner {
     Manager manager = Manager::dpkg;
     std::string name;
     std::string version{};
-    bool isEssential = false; ///< the system does not work without it
+    bool isEssential = false;             ///< the system does not work without it
+    std::optional<std::uint64_t> bytes{}; ///< on the disk, as the package says
 
     bool operator==(const PackageOwner&) const = default;
 };

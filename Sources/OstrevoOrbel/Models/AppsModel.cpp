@@ -1,0 +1,175 @@
+#include "Models/AppsModel.h"
+
+#include "Models/ByteFigure.h"
+#include "Models/Wording.h"
+#include "Util/PathText.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+namespace orbel {
+
+QString AppsModel::Entry::id(const std::string& home) const {
+    if (app.status == InstalledApp::Status::removable || !app.bundleID)
+        return textOf(tildePath(app.path, home));
+    return textOf(*app.bundleID);
+}
+
+QString AppsModel::Entry::initial() const {
+    const auto letters = textOf(app.name).toUcs4();
+    const auto letter = std::ranges::find_if(letters, [](uint c) { return QChar::isLetterOrNumber(c); });
+    if (letter == letters.end())
+        return QStringLiteral("?");
+    const char32_t upper = QChar::toUpper(*letter);
+    return QString::fromUcs4(&upper, 1);
+}
+
+QString AppsModel::Entry::size() const {
+    return bytes ? ByteFigure(*bytes).text() : QStringLiteral("—");
+}
+
+AppsModel::AppsModel(std::string home, QObject* parent)
+    : QAbstractListModel(parent), home_(std::move(home)) {}
+
+void AppsModel::setEntries(std::vector<Entry> entries) {
+    beginResetModel();
+    entries_ = std::move(entries);
+    arrange();
+    endResetModel();
+}
+
+void AppsModel::setBytes(const std::string& path, std::optional<std::uint64_t> bytes) {
+    const auto entry = std::ranges::find(entries_, path, [](const Entry& each) { return each.app.path; });
+    if (entry == entries_.end() || entry->bytes == bytes)
+        return;
+    entry->bytes = bytes;
+    const int row = rowOf(path);
+    if (!bySize_) {
+        if (row >= 0)
+            Q_EMIT dataChanged(index(row), index(row), {SizeRole});
+        return;
+    }
+    beginResetModel();
+    arrange();
+    endResetModel();
+}
+
+void AppsModel::remove(const std::string& path) {
+    const auto entry = std::ranges::find(entries_, path, [](const Entry& each) { return each.app.path; });
+    if (entry == entries_.end())
+        return;
+    const auto number = static_cast<std::size_t>(entry - entries_.begin());
+    const int row = rowOf(path);
+    if (row >= 0)
+        beginRemoveRows({}, row, row);
+    entries_.erase(entry);
+    std::erase(rows_, number);
+    for (auto& each : rows_)
+        each -= each > number ? 1 : 0;
+    if (row >= 0)
+        endRemoveRows();
+}
+
+void AppsModel::setFilter(const QString& text) {
+    const auto wanted = text.trimmed();
+    if (wanted == filter_)
+        return;
+    beginResetModel();
+    filter_ = wanted;
+    arrange();
+    endResetModel();
+}
+
+void AppsModel::sortBy(bool size, bool descending) {
+    if (size == bySize_ && descending == descending_)
+        return;
+    beginResetModel();
+    bySize_ = size;
+    descending_ = descending;
+    arrange();
+    endResetModel();
+    Q_EMIT orderChanged();
+}
+
+/// The entries come in the order of their names, which settles what is of one size.
+void AppsModel::arrange() {
+    rows_.resize(entries_.size());
+    std::iota(rows_.begin(), rows_.end(), 0);
+    if (!filter_.isEmpty())
+        std::erase_if(rows_, [this](std::size_t number) {
+            const auto& entry = entries_[number];
+            return !textOf(entry.app.name).contains(filter_, Qt::CaseInsensitive)
+                   && !entry.id(home_).contains(filter_, Qt::CaseInsensitive)
+                   && !textOf(entry.app.source).contains(filter_, Qt::CaseInsensitive);
+        });
+    if (!bySize_) {
+        if (descending_)
+            std::ranges::reverse(rows_);
+        return;
+    }
+    // What is not known comes last either way.
+    const auto rank = [this](std::size_t number) {
+        const auto& bytes = entries_[number].bytes;
+        return std::pair(!bytes, descending_ ? ~bytes.value_or(0) : bytes.value_or(0));
+    };
+    std::ranges::stable_sort(rows_, {}, rank);
+}
+
+const AppsModel::Entry* AppsModel::find(const std::string& path) const {
+    const auto entry = std::ranges::find(entries_, path, [](const Entry& each) { return each.app.path; });
+    return entry == entries_.end() ? nullptr : &*entry;
+}
+
+const AppsModel::Entry* AppsModel::at(int row) const {
+    return row >= 0 && row < rowCount() ? &entries_[rows_[static_cast<std::size_t>(row)]] : nullptr;
+}
+
+int AppsModel::rowOf(const std::string& path) const {
+    const auto row =
+        std::ranges::find(rows_, path, [this](std::size_t number) { return entries_[number].app.path; });
+    return row == rows_.end() ? -1 : static_cast<int>(row - rows_.begin());
+}
+
+int AppsModel::findFrom(const QString& text, int row) const {
+    const int count = rowCount();
+    for (int step = 1; step <= count; ++step) {
+        const int next = (std::max(row, -1) + step) % count;
+        if (textOf(at(next)->app.name).startsWith(text, Qt::CaseInsensitive))
+            return next;
+    }
+    return -1;
+}
+
+int AppsModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QVariant AppsModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const auto& entry = *at(index.row());
+    switch (role) {
+    case NameRole:
+        return textOf(entry.app.name);
+    case IdRole:
+        return entry.id(home_);
+    case IconRole:
+        return entry.icon;
+    case InitialRole:
+        return entry.initial();
+    case SourceRole:
+        return textOf(entry.app.source);
+    case SizeRole:
+        return entry.size();
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> AppsModel::roleNames() const {
+    return {{NameRole, "name"},       {IdRole, "identity"},   {IconRole, "picture"},
+            {InitialRole, "initial"}, {SourceRole, "source"}, {SizeRole, "size"}};
+}
+
+} // namespace orbel

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "Find/InstalledApp.h"
+
+#include <cstdint>
+#include <optional>
+#include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+#include <vector>
+
+namespace orbel {
+
+/// The applications as a list: found by a text, sorted by name or by size. Used on the main thread.
+class AppsModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the AppsFlow.")
+    /// The column that the rows are sorted by, and how.
+    Q_PROPERTY(bool bySize READ isBySize NOTIFY orderChanged)
+    Q_PROPERTY(bool descending READ isDescending NOTIFY orderChanged)
+
+public:
+    /// One application, as it is shown. A plain value.
+    struct Entry {
+        InstalledApp app;
+        QString icon; ///< address of a picture; empty when there is none
+        std::optional<std::uint64_t> bytes;
+
+        /// What tells it from others of its name: its place where that is the application, else its id.
+        QString id(const std::string& home) const;
+        QString initial() const;
+        QString size() const; ///< "—" while not known
+    };
+
+    /// `size` is "—" while it is not known.
+    enum Role { NameRole = Qt::UserRole, IdRole, IconRole, InitialRole, SourceRole, SizeRole };
+
+    explicit AppsModel(std::string home, QObject* parent = nullptr);
+
+    void setEntries(std::vector<Entry> entries);
+    /// Absent: nothing is known of its size.
+    void setBytes(const std::string& path, std::optional<std::uint64_t> bytes);
+    void remove(const std::string& path);
+    /// Shows those whose name, id or source holds the text, whatever its case.
+    void setFilter(const QString& text);
+    void sortBy(bool size, bool descending);
+
+    /// All, shown or not.
+    const std::vector<Entry>& entries() const { return entries_; }
+    const Entry* find(const std::string& path) const;
+    const Entry* at(int row) const;
+    /// -1 for one that is not shown.
+    int rowOf(const std::string& path) const;
+
+    bool isBySize() const { return bySize_; }
+    bool isDescending() const { return descending_; }
+
+    /// The first row after `row`, going round, whose name begins with the text; -1 when there is none.
+    Q_INVOKABLE int findFrom(const QString& text, int row) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void orderChanged();
+
+private:
+    void arrange();
+
+    std::string home_;
+    std::vector<Entry> entries_;
+    std::vector<std::size_t> rows_;
+    QString filter_;
+    bool bySize_ = false;
+    bool descending_ = false;
+};
+
+} // namespace orbel

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Find/LeftoverMatcher.h"
+#include "Models/Ticks.h"
+
+#include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+#include <vector>
+
+namespace orbel {
+
+/// What goes with the selected application, in sections: the application with its own files, its leftovers,
+/// and what only an administrator can remove. Where there are no leftovers, a row of that section says so.
+class LeftoversModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the AppsFlow.")
+
+public:
+    enum Role {
+        SectionRole = Qt::UserRole, ///< "app", "leftovers", "shared"
+        TitleRole,                  ///< the application's name, else the path
+        DetailRole,                 ///< the path of the application, else why it belongs to it
+        KindRole,
+        SizeRole,
+        TickRole,    ///< Qt::CheckState
+        RefusalRole, ///< why it cannot be ticked; empty when it can
+        NoteRole,
+        ListedRole ///< whether it is an item, and not words in place of one
+    };
+
+    /// `ticks` outlives this.
+    LeftoversModel(std::string home, const Ticks& ticks, QObject* parent = nullptr);
+
+    /// `items`: the application and its own files, as many as `ownItems`, then its leftovers. `noneText`: for
+    /// when there are none of those.
+    void set(std::vector<TickedItem> items, std::size_t ownItems,
+             const std::vector<Leftover>& forAdministrators, const QString& noneText);
+    void remove(const std::vector<DeletionItem>& items);
+
+    /// Null for a row that stands for nothing that could be ticked.
+    const TickedItem* itemAt(int row) const;
+    /// Of an item, or of what an administrator would have to remove; empty for words.
+    std::string pathAt(int row) const;
+    std::size_t positionOf(const std::string& path) const;
+    Q_INVOKABLE int findFrom(const QString& text, int row) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+private:
+    enum class Section { app, leftovers, shared };
+
+    struct Row {
+        Section section = Section::app;
+        TickedItem ticked;
+        QString words; ///< in place of an item
+    };
+
+    static QString sectionName(Section section);
+    QString titleOf(const Row& row) const;
+    QString detailOf(const Row& row) const;
+    static FileKind kindOf(const Row& row, int number);
+    static QString refusalOf(const Row& row);
+
+    std::string home_;
+    const Ticks& ticks_;
+    std::vector<Row> rows_;
+};
+
+} // namespace orbel

@@ -1,0 +1,205 @@
+#include "AppModel/AppsFlow.h"
+#include "AppModel/MoveFlow.h"
+#include "ModelScene.h"
+#include "Platform/HomeTrash.h"
+#include "SampleApps.h"
+
+#include <atomic>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <QAbstractItemModelTester>
+
+namespace orbel::test {
+
+namespace {
+
+struct AppsFlowOn : testing::Test {
+    /// What the model's threads are told; they may outlive the scene.
+    struct World {
+        std::mutex mutex;
+        std::vector<InstalledApp> apps;
+        std::vector<platform::RunningProgram> running;
+        std::atomic<int> readings = 0;
+        std::atomic<int> plans = 0;
+        std::atomic<bool> isHeld = false; ///< the next reading or plan waits until this is false
+        bool mayBeAsked = false;
+    };
+
+    AppsFlowOn() {
+        scene.environment.home = sample.home.path();
+        scene.environment.trashFolder = platform::homeTrash(sample.home.path());
+        scene.environment.journalPath = sample.home.path("journal/journal.jsonl");
+        world->apps = sample.inventory;
+        const auto waitIfFirst = [](World& told, int number) {
+            while (told.isHeld && number == 0)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        };
+        scene.environment.installedApps = [told = world, waitIfFirst] {
+            std::vector<InstalledApp> apps;
+            {
+                const std::scoped_lock lock(told->mutex);
+                apps = told->apps;
+            }
+            waitIfFirst(*told, told->readings++);
+            return apps;
+        };
+        scene.environment.runningPrograms = [told = world, waitIfFirst] {
+            waitIfFirst(*told, told->plans++);
+            const std::scoped_lock lock(told->mutex);
+            return told->running;
+        };
+        scene.environment.askToQuit = [told = world](const auto& /*running*/) { return told->mayBeAsked; };
+    }
+    ~AppsFlowOn() override { world->isHeld = false; }
+
+    AppsFlow& flow() { return *scene.model().apps(); }
+    MoveFlow& moves() { return *scene.model().moves(); }
+    void read() {
+        flow().open();
+        scene.waitUntil([this] { return flow().isLoaded() && !flow().isBusy(); });
+    }
+    void select(const std::string& name) {
+        flow().select(flow().list()->rowOf(sample.app(name).path));
+        scene.waitUntil([this] { return !flow().isBusy(); });
+    }
+    int rowOf(const QString& title) {
+        return flow()
+            .leftovers()
+            ->match(flow().leftovers()->index(0), LeftoversModel::TitleRole, title, 1, Qt::MatchExactly)
+            .value(0)
+            .row();
+    }
+    QString told(int row, int role) { return flow().leftovers()->index(row).data(role).toString(); }
+
+    SampleApps sample;
+    std::shared_ptr<World> world = std::make_shared<World>();
+    ModelScene scene;
+};
+
+} // namespace
+
+TEST_F(AppsFlowOn, TellsWhatGoesWithAnAppAndTicksOnlyItsOwnCaches) {
+    const QAbstractItemModelTester rows(flow().leftovers());
+    read();
+    EXPECT_EQ(flow().summary(), QStringLiteral("13 apps")) << "the hidden one is nobody's choice";
+    select("Aster");
+    ASSERT_TRUE(flow().uninstallPlan());
+    EXPECT_EQ(flow().ticks()->count(), 1);
+    EXPECT_TRUE(flow().isTicked(rowOf(QStringLiteral("~/.cache/org.example.Aster"))));
+    EXPECT_EQ(flow().ticks()->items().front().count, 3U) << "a folder with two files";
+    const int settings = rowOf(QStringLiteral("~/.config/org.example.Aster"));
+    EXPECT_TRUE(told(settings, LeftoversModel::DetailRole).contains(QStringLiteral("whole id")));
+    flow().toggleTick(settings);
+    flow().toggleTick(0);
+    EXPECT_EQ(flow().ticks()->statement(), QStringLiteral("3 items ticked"));
+    EXPECT_EQ(flow().selected().total, QStringLiteral("528 KB"));
+
+    select("Birch");
+    EXPECT_EQ(flow().ticks()->count(), 0);
+    EXPECT_EQ(flow().selected().warning, QStringLiteral("Remove the app with the package manager first."));
+    EXPECT_EQ(flow().selected().command, QStringLiteral("sudo apt remove birch"));
+    flow().toggleTick(0);
+    EXPECT_EQ(flow().ticks()->count(), 0) << "only its package manager removes it";
+    flow().toggleTick(rowOf(QStringLiteral("~/.cache/org.example.Birch")));
+    EXPECT_EQ(flow().ticks()->count(), 1);
+
+    select("Cedar");
+    EXPECT_EQ(flow().leftovers()->rowCount(), 2);
+    EXPECT_EQ(flow().leftovers()->itemAt(1), nullptr) << "words, and no item";
+}
+
+TEST_F(AppsFlowOn, WhatWasAskedBeforeTheLastQuestionIsDropped) {
+    world->isHeld = true;
+    flow().open();
+    scene.waitUntil([this] { return world->readings == 1; });
+    world->apps.resize(2);
+    flow().readAgain();
+    scene.waitUntil([this] { return flow().isLoaded(); });
+    EXPECT_EQ(flow().countText(), QStringLiteral("2"));
+
+    flow().select(0);
+    scene.waitUntil([this] { return world->plans == 1; });
+    flow().select(1);
+    scene.waitUntil([this] { return !flow().isPlanning(); });
+    world->isHeld = false;
+    QTest::qWait(50);
+    EXPECT_EQ(flow().countText(), QStringLiteral("2")) << "the longer list was read from an older question";
+    EXPECT_EQ(flow().uninstallPlan()->app.name, "Birch");
+    EXPECT_EQ(flow().selected().name, QStringLiteral("Birch"));
+    EXPECT_EQ(flow().ticks()->count(), 0);
+}
+
+TEST_F(AppsFlowOn, WhatMovesLeavesTheListsAndComesBack) {
+    read();
+    select("Aster");
+    flow().toggleTick(0);
+    world->apps.erase(world->apps.begin());
+    moves().review(flow().ticks());
+    moves().confirm();
+    bool wasDropped = false;
+    QObject::connect(&moves(), &MoveFlow::moved,
+                     [&] { wasDropped = flow().list()->rowOf(sample.app("Aster").path) < 0; });
+    scene.waitUntil([this] { return moves().isReporting() && !flow().isBusy(); });
+    EXPECT_EQ(moves().report()->moved()->rowCount(), 2);
+    EXPECT_TRUE(wasDropped) << "before the list is read again";
+    EXPECT_FALSE(flow().selected().valid);
+    EXPECT_EQ(flow().leftovers()->rowCount(), 0);
+
+    world->apps.insert(world->apps.begin(), sample.app("Aster"));
+    moves().putBackAll();
+    scene.waitUntil([this] { return !moves().isPuttingBack() && !flow().isBusy(); });
+    EXPECT_TRUE(std::filesystem::exists(sample.app("Aster").path));
+    EXPECT_EQ(flow().list()->rowOf(sample.app("Aster").path), 0);
+}
+
+TEST_F(AppsFlowOn, ARunningAppIsLockedUntilItHasQuit) {
+    world->running = {sample.runningAster()};
+    scene.environment.options.openScreen = Screen::uninstall;
+    scene.environment.options.selectApp = "aster";
+    read();
+    EXPECT_EQ(flow().selected().name, QStringLiteral("Aster")) << "as the command line asked";
+    EXPECT_EQ(flow().selected().runningText, QStringLiteral("running"));
+    for (int row = 0; row < flow().leftovers()->rowCount(); ++row)
+        EXPECT_FALSE(told(row, LeftoversModel::RefusalRole).isEmpty()) << row;
+    EXPECT_TRUE(flow().selected().canAskToQuit);
+    flow().askToQuit();
+    scene.waitUntil([this] { return flow().selected().explanation.contains(QStringLiteral("could not")); });
+    EXPECT_FALSE(flow().selected().canAskToQuit);
+    {
+        const std::scoped_lock lock(world->mutex);
+        world->running.clear();
+    }
+    scene.waitUntil([this] { return flow().selected().runningText == QStringLiteral("not running"); });
+    EXPECT_EQ(flow().ticks()->count(), 1);
+}
+
+TEST_F(AppsFlowOn, AnUnknownAppOnTheCommandLineIsSaid) {
+    scene.environment.options.selectApp = "Yew";
+    EXPECT_EQ(scene.model().screen(), Screen::uninstall);
+    read();
+    EXPECT_TRUE(scene.model().notice().contains(QStringLiteral("Yew")));
+    EXPECT_EQ(flow().selectedRow(), -1);
+}
+
+TEST_F(AppsFlowOn, TheListIsFoundAndSortedByWhatIsKnown) {
+    const QAbstractItemModelTester tester(flow().list());
+    read();
+    const auto names = [this] {
+        QStringList all;
+        for (int row = 0; row < std::min(3, flow().list()->rowCount()); ++row)
+            all << flow().list()->index(row).data(AppsModel::NameRole).toString();
+        return all.join(QLatin1Char(' '));
+    };
+    flow().sortBy(true);
+    EXPECT_EQ(names(), QStringLiteral("Birch Cedar Aster")) << "the largest first; Aster was measured";
+    flow().sortBy(true);
+    EXPECT_EQ(names(), QStringLiteral("Aster Cedar Birch")) << "those that are not known stay last";
+    flow().setFindText(QStringLiteral(" debian"));
+    EXPECT_EQ(names(), QStringLiteral("Cedar Birch"));
+    EXPECT_EQ(flow().shownText(), QStringLiteral("2 of 13 apps"));
+    EXPECT_EQ(flow().list()->findFrom(QStringLiteral("b"), 1), 1);
+    flow().setFindText(QStringLiteral("nothing like it"));
+    EXPECT_FALSE(flow().isAnyShown());
+}
+
+} // namespace orbel::test
