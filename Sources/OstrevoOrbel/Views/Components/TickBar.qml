@@ -15,7 +15,6 @@ Rectangle {
     property string reviewText: ticks?.reviewText ?? ""
     property bool reviewable: true
     property bool narrow: false
-    property string remark: ticks.remark
 
     signal reviewed()
     signal cleared()
