@@ -38,6 +38,8 @@ class MapItemFacts {
     Q_PROPERTY(QString share MEMBER share)
     /// Zooming in on it leads somewhere else.
     Q_PROPERTY(bool zoomable MEMBER zoomable)
+    /// A folder, a package too.
+    Q_PROPERTY(bool isFolder MEMBER isFolder)
 
 public:
     bool valid = false;
@@ -51,6 +53,7 @@ public:
     QString changed;
     QString share;
     bool zoomable = false;
+    bool isFolder = false;
 
     bool operator==(const MapItemFacts&) const = default;
 };

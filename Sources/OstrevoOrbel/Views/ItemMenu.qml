@@ -12,6 +12,8 @@ ActionMenu {
     property bool tickable: true
     property string refusal: ""
     property bool zoomable: true
+    /// Whether it is a folder that can be measured again here.
+    property bool rescannable: false
     property string zoomText: qsTr("Zoom")
     property string zoomKeys: qsTr("Enter")
 
@@ -19,6 +21,7 @@ ActionMenu {
     signal showWanted(item: int)
     signal copyWanted(item: int)
     signal zoomWanted(item: int)
+    signal rescanWanted(item: int)
     signal tickWanted(item: int)
 
     MenuEntry {
@@ -52,6 +55,16 @@ ActionMenu {
         visible: menu.zoomable
 
         onTriggered: menu.zoomWanted(menu.item)
+    }
+    MenuEntry {
+        height: visible ? implicitHeight : 0
+        iconPath: Theme.icons.rescan
+        keys: qsTr("Shift F5")
+        objectName: menu.objectName + ".rescan"
+        text: qsTr("Rescan Here")
+        visible: menu.rescannable
+
+        onTriggered: menu.rescanWanted(menu.item)
     }
     MenuLine {
         height: visible ? implicitHeight : 0
