@@ -211,6 +211,26 @@ TEST_F(MovingInTheWindow, TheDesktopListsWhatMovedAndTheJournalPutsItBack) {
     EXPECT_EQ(ticked(), 0);
 }
 
+TEST_F(MovingInTheWindow, AFolderIsMeasuredAgainFromTheMap) {
+    open();
+    const auto added = scene.environment.home + "/Videos/new.mkv";
+    std::ofstream(added) << std::string(400'000, 'x');
+    tick(films[2]);
+    scene.press(Qt::Key_F5, Qt::ShiftModifier);
+    ASSERT_TRUE(scene.waitUntil([&] { return !box(added).isEmpty(); }));
+    scene.settle();
+    EXPECT_EQ(scene.app().scanState(), AppModel::ScanState::done) << "no whole scan";
+
+    fs::remove(added);
+    const auto folder = box(scene.environment.home + "/Videos");
+    QTest::mouseClick(&scene.window(), Qt::RightButton, Qt::NoModifier,
+                      map->mapToScene(folder.topLeft() + QPointF(40, 8)).toPoint());
+    scene.settle();
+    keep(QStringLiteral("map-menu"));
+    scene.click(QStringLiteral("map.menu.rescan"));
+    ASSERT_TRUE(scene.waitUntil([&] { return box(added).isEmpty(); }));
+}
+
 TEST_F(MovingInTheWindow, WhatCannotMoveIsToldInTheReport) {
     open();
     tick(films[0]);
