@@ -1,8 +1,12 @@
 #include "Safety/FileStamp.h"
+#include "Safety/PathCanonicalizer.h"
 #include "Scan/Walker.h"
 #include "Support/ChildProcess.h"
 #include "Support/TemporaryFolder.h"
 
+#include <algorithm>
+#include <array>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
 #include <random>
@@ -81,8 +85,9 @@ class RandomTree {
 public:
     RandomTree(const std::string& root, unsigned seed) : random_(seed), folders_{root} {}
 
-    void grow(int entries) {
-        for (int i = 0; i < entries; ++i) {
+    /// The new names begin with numbers from `first` on.
+    void grow(int entries, int first = 0) {
+        for (int i = first; i < first + entries; ++i) {
             const std::string path = folders_[below(folders_.size())] + "/" + name(i);
             switch (below(10)) {
             case 0:
@@ -106,6 +111,29 @@ public:
                 write(path);
             }
         }
+    }
+
+    /// Removes, adds and links at random in and below one of the folders.
+    void change(const std::string& folder, int changes) {
+        const auto isIn = [&](const std::string& path) { return path.starts_with(folder + "/"); };
+        for (const auto& file : std::vector(files_)) {
+            if (isIn(file) && below(3) == 0)
+                ::unlink(file.c_str());
+        }
+        for (const auto& inner : std::vector(folders_)) {
+            if (isIn(inner) && below(4) == 0)
+                std::filesystem::remove_all(inner);
+        }
+        std::erase_if(files_, [](const auto& path) { return ::access(path.c_str(), F_OK) != 0; });
+        std::erase_if(folders_, [](const auto& path) { return ::access(path.c_str(), F_OK) != 0; });
+        const auto everywhere = std::exchange(folders_, {});
+        std::ranges::copy_if(everywhere, std::back_inserter(folders_),
+                             [&](const auto& path) { return path == folder || isIn(path); });
+        grow(changes, 1'000'000);
+        ::mkdir((folder + "/a.photoslibrary").c_str(), 0755);
+        std::ranges::copy_if(everywhere, std::back_inserter(folders_), [&](const auto& path) {
+            return std::ranges::find(folders_, path) == folders_.end();
+        });
     }
 
     const std::string& someFolder() { return folders_[1 + below(folders_.size() - 1)]; }
@@ -179,6 +207,86 @@ TEST(WalkerRandomTree, EqualsAnIndependentRecount) {
         random.grow(3000);
         expectSame(walked(home.path()), Recount(home.path()));
     }
+}
+
+struct Described {
+    std::uint64_t bytes = 0;
+    std::uint64_t logical = 0;
+    std::uint64_t inode = 0;
+    std::uint32_t descendants = 0;
+    int flags = 0;
+    FileKind kind = FileKind::other;
+    bool isProtected = false;
+
+    bool operator==(const Described&) const = default;
+};
+
+std::map<std::string, Described> described(const FileTree& tree) {
+    std::map<std::string, Described> all;
+    for (NodeIndex i = 0; i < tree.count(); ++i) {
+        if (tree.isAttached(i))
+            all[tree.walkedPath(i)] = {.bytes = tree.allocated(i),
+                                       .logical = tree.logical(i),
+                                       .inode = tree.inode(i),
+                                       .descendants = tree.descendantCount(i),
+                                       .flags = tree.flags(i).rawValue,
+                                       .kind = tree.kind(i),
+                                       .isProtected = tree.containsProtectedData(i)};
+    }
+    return all;
+}
+
+TEST(TreeSplicing, EqualsAWholeNewScanWhateverChangedInTheFolder) {
+    for (const unsigned seed : {5U, 60U, 700U, 8000U}) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        const TemporaryFolder home;
+        RandomTree random(home.path(), seed);
+        random.grow(600);
+        auto tree = walked(home.path());
+        for (int round = 0; round < 8; ++round) {
+            const auto folder = random.someFolder();
+            random.change(folder, 25);
+            const auto node = tree.index(folder, PathCanonicalizer::shared());
+            ASSERT_TRUE(node) << folder;
+            tree = tree.spliced(*node, walked(folder));
+            const auto whole = walked(home.path());
+            EXPECT_EQ(described(tree), described(whole)) << folder;
+            EXPECT_EQ(tree.count(), whole.count());
+            for (NodeIndex i = 1; i < tree.count(); ++i)
+                ASSERT_LT(tree.parentIndex[i], i);
+        }
+    }
+}
+
+TEST(TreeSplicing, KeepsWhatWasDetachedWhileItCanComeBack) {
+    const TemporaryFolder home;
+    for (const auto* path : {"in/a.mkv", "in/inner/b.mkv", "in/inner/c.mkv", "in/going/d.mkv", "out/e.mkv"})
+        home.file(path, 20'000);
+    home.hardLink("out/a again.mkv", "in/a.mkv");
+    auto tree = walked(home.path());
+    const auto& canonicalizer = PathCanonicalizer::shared();
+    const auto at = [&](const char* path) { return tree.index(home.path(path), canonicalizer); };
+    const std::array gone{*at("in/a.mkv"), *at("in/inner/b.mkv"), *at("in/inner/c.mkv"),
+                          *at("in/going/d.mkv"), *at("out/e.mkv")};
+    tree.remove(gone);
+    std::filesystem::remove(home.path("in/a.mkv"));
+    std::filesystem::remove(home.path("in/inner/b.mkv"));
+    std::filesystem::remove_all(home.path("in/going"));
+    tree = tree.spliced(*at("in"), walked(home.path("in")));
+    EXPECT_FALSE(at("in/a.mkv"));
+    EXPECT_TRUE(at("in/inner/c.mkv")) << "it never went, or came back without us";
+
+    std::vector<NodeIndex> back;
+    std::set<std::string> paths;
+    for (const auto& [node, holder] : tree.detachedFrom) {
+        back.push_back(node);
+        paths.insert(tree.walkedPath(node));
+    }
+    EXPECT_EQ(paths, (std::set{home.path("in/a.mkv"), home.path("in/inner/b.mkv"), home.path("out/e.mkv")}));
+    tree.restore(back);
+    EXPECT_EQ(tree.allocated(*at("in/inner")), 2 * tree.allocated(*at("out/e.mkv")));
+    EXPECT_EQ(tree.allocated(*at("out/a again.mkv")), 0U) << "the link that sorts first counts again";
+    EXPECT_TRUE(tree.isAttached(*at("in/a.mkv")));
 }
 
 TEST(WalkerRandomTree, EqualsItWithClosedFoldersAndOtherVolumesInside) {

@@ -9,13 +9,66 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <QProcess>
 #include <QtTest/QTest>
+#include <set>
 
 namespace orbel::test {
 
 namespace {
 
 namespace fs = std::filesystem;
+
+/// The desktop's own tools for the Trash, run in a session of their own whose home is the test's.
+class DesktopTrash {
+public:
+    explicit DesktopTrash(const std::string& home) : home_(QString::fromStdString(home)) {
+        fs::create_directories(home + "/runtime");
+    }
+
+    /// Whether there are such tools; where not, only the Trash's own files tell what is in it.
+    bool isThere() const {
+        return !printed(QStringLiteral("command -v gio && command -v trash-list && gio info trash:///"))
+                    .isEmpty();
+    }
+    /// Asked until there are as many, because the service needs a moment to find what is there.
+    std::set<std::string> listedByFileManager(int expected) const {
+        return paths(QStringLiteral("for try in 1 2 3 4 5 6 7 8 9; do\n"
+                                    "    gio trash --list | cut -f 2 > \"$HOME/list\"\n"
+                                    "    [ $(wc -l < \"$HOME/list\") -ne %1 ] || break\n"
+                                    "    sleep 0.5\n"
+                                    "done; cat \"$HOME/list\"; rm \"$HOME/list\"")
+                         .arg(expected));
+    }
+    std::set<std::string> listedByTrashList() const {
+        return paths(QStringLiteral("trash-list | cut -d ' ' -f 3-"));
+    }
+
+private:
+    QByteArray printed(const QString& command) const {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("HOME"), home_);
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), home_ + QStringLiteral("/.local/share"));
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home_ + QStringLiteral("/runtime"));
+        environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+        QProcess session;
+        session.setProcessEnvironment(environment);
+        session.start(QStringLiteral("dbus-run-session"),
+                      {QStringLiteral("--"), QStringLiteral("sh"), QStringLiteral("-c"), command});
+        session.waitForFinished();
+        return session.readAllStandardOutput();
+    }
+    std::set<std::string> paths(const QString& command) const {
+        std::set<std::string> found;
+        for (const auto& line : printed(command).split('\n')) {
+            if (line.startsWith(home_.toUtf8()))
+                found.insert(line.toStdString());
+        }
+        return found;
+    }
+
+    QString home_;
+};
 
 /// The map of a home with two films and something small.
 struct MovingInTheWindow : testing::Test {
@@ -123,6 +176,85 @@ TEST_F(MovingInTheWindow, FromTwoTilesToTheTrashAndBackAgain) {
     EXPECT_TRUE(scene.isShown(QStringLiteral("map.view")));
     EXPECT_EQ(box(films[0]), before);
     EXPECT_EQ(ticked(), 0);
+}
+
+TEST_F(MovingInTheWindow, TheDesktopListsWhatMovedAndTheJournalPutsItBack) {
+    open();
+    const auto before = box(films[0]);
+    for (int i = 0; i < 2; ++i) {
+        tick(films.at(static_cast<std::size_t>(i)));
+        scene.press(Qt::Key_Space);
+        ASSERT_TRUE(scene.waitUntil([&] { return ticked() == i + 1; }));
+    }
+    scene.press(Qt::Key_Delete);
+    scene.click(QStringLiteral("confirm.commit"));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("report.headline")); }));
+    if (const DesktopTrash desktop(scene.environment.home); desktop.isThere()) {
+        EXPECT_EQ(desktop.listedByFileManager(2), (std::set{films[0], films[1]}));
+        EXPECT_EQ(desktop.listedByTrashList(), (std::set{films[0], films[1]}));
+    }
+
+    scene.press(Qt::Key_7, Qt::ControlModifier);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("all 2 can be put back")); }));
+    scene.settle();
+    scene.click(QStringLiteral("journal.session.0.putBack"));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("journal.strip")); }));
+    EXPECT_TRUE(allThere());
+    if (const DesktopTrash desktop(scene.environment.home); desktop.isThere()) {
+        EXPECT_TRUE(desktop.listedByTrashList().empty());
+    }
+    scene.click(QStringLiteral("journal.strip.close"));
+    scene.press(Qt::Key_2, Qt::ControlModifier);
+    ASSERT_TRUE(scene.waitUntil([&] { return !scene.app().treeEdits().isBusy(); }));
+    scene.settle();
+    EXPECT_EQ(box(films[0]), before);
+    EXPECT_EQ(ticked(), 0);
+}
+
+TEST_F(MovingInTheWindow, AFolderIsMeasuredAgainFromTheMap) {
+    open();
+    const auto added = scene.environment.home + "/Videos/new.mkv";
+    std::ofstream(added) << std::string(400'000, 'x');
+    tick(films[2]);
+    scene.press(Qt::Key_F5, Qt::ShiftModifier);
+    ASSERT_TRUE(scene.waitUntil([&] { return !box(added).isEmpty(); }));
+    scene.settle();
+    EXPECT_EQ(scene.app().scanState(), AppModel::ScanState::done) << "no whole scan";
+
+    fs::remove(added);
+    const auto folder = box(scene.environment.home + "/Videos");
+    QTest::mouseClick(&scene.window(), Qt::RightButton, Qt::NoModifier,
+                      map->mapToScene(folder.topLeft() + QPointF(40, 8)).toPoint());
+    scene.settle();
+    keep(QStringLiteral("map-menu"));
+    scene.click(QStringLiteral("map.menu.rescan"));
+    ASSERT_TRUE(scene.waitUntil([&] { return box(added).isEmpty(); }));
+}
+
+TEST_F(MovingInTheWindow, WhatCannotMoveIsToldInTheReport) {
+    open();
+    tick(films[0]);
+    scene.press(Qt::Key_Space);
+    ASSERT_TRUE(scene.waitUntil([&] { return ticked() == 1; }));
+    scene.press(Qt::Key_Delete);
+    std::ofstream(films[0]) << "another film";
+    scene.click(QStringLiteral("confirm.commit"));
+    ASSERT_TRUE(
+        scene.waitUntil([&] { return scene.says(QStringLiteral("Changed since the scan — scan again")); }));
+    scene.settle();
+    scene.click(QStringLiteral("report.done"));
+
+    fs::remove(scene.environment.journalPath);
+    fs::create_directory(scene.environment.journalPath);
+    tick(films[1]);
+    scene.press(Qt::Key_Space);
+    ASSERT_TRUE(scene.waitUntil([&] { return ticked() == 1; }));
+    scene.press(Qt::Key_Delete);
+    scene.click(QStringLiteral("confirm.commit"));
+    ASSERT_TRUE(scene.waitUntil(
+        [&] { return scene.says(QStringLiteral("Stopped: the journal could not be written.")); }));
+    EXPECT_TRUE(allThere());
+    keep(QStringLiteral("report-no-journal"));
 }
 
 TEST_F(MovingInTheWindow, WhatMayNotMoveIsLockedAndSaysWhy) {

@@ -139,6 +139,12 @@ struct FileTree {
     /// node is passed over.
     void restore(std::span<const NodeIndex> back);
 
+    /// This tree with a folder measured again: what lies below the folder is what `fresh` found there, whose
+    /// root it is. Node indices are others in it, paths are the same. What was detached from the folder stays
+    /// detached while it could still come back. Stops the process unless the folder is attached and below the
+    /// root, and `fresh` holds a folder.
+    FileTree spliced(NodeIndex folder, const FileTree& fresh) const;
+
     /// Sums folders up from their attached children, counts descendants and builds the child lists.
     void recomputeTotals();
 

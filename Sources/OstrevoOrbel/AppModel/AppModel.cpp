@@ -7,6 +7,7 @@
 #include "AppModel/LargeOldFlow.h"
 #include "AppModel/MoveFlow.h"
 #include "AppModel/PutBackFlow.h"
+#include "AppModel/RescanFlow.h"
 #include "AppModel/TidyFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "Delete/LiveTrash.h"
@@ -58,6 +59,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       lowDisk_(loadLowDiskSettings(*environment_.settings)),
       treeEdits_(std::make_unique<TreeEdits>(*this)),
       putBack_(std::make_unique<PutBackFlow>(*this)),
+      rescan_(std::make_unique<RescanFlow>(*this)),
       moves_(std::make_unique<MoveFlow>(*this)),
       journalFlow_(std::make_unique<JournalFlow>(*this)),
       largeOld_(std::make_unique<LargeOldFlow>(*this)),
@@ -298,6 +300,8 @@ void AppModel::loadJournal() {
                 return;
             if (!loaded.failure.isEmpty() && loaded.failure != journalFailure_)
                 setNotice(loaded.failure);
+            if (loaded.failure.isEmpty() && !journalFailure_.isEmpty() && notice_ == journalFailure_)
+                setNotice({});
             journalFailure_ = loaded.failure;
             journalStamp_ = loaded.stamp;
             isJournalRead_ = true;

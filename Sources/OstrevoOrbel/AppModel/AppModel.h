@@ -37,6 +37,7 @@ class JournalFlow;
 class LargeOldFlow;
 class MoveFlow;
 class PutBackFlow;
+class RescanFlow;
 class TidyFlow;
 class TreeEdits;
 
@@ -56,6 +57,7 @@ class AppModel final : public QObject {
     Q_MOC_INCLUDE("AppModel/LargeOldFlow.h")
     Q_MOC_INCLUDE("AppModel/MoveFlow.h")
     Q_MOC_INCLUDE("AppModel/PutBackFlow.h")
+    Q_MOC_INCLUDE("AppModel/RescanFlow.h")
     Q_MOC_INCLUDE("AppModel/TidyFlow.h")
 
     // What is shown.
@@ -92,6 +94,8 @@ class AppModel final : public QObject {
     /// Live while scanning, final afterwards.
     Q_PROPERTY(orbel::ScanFigures* figures READ figures CONSTANT)
     Q_PROPERTY(orbel::TopLevelModel* topLevel READ topLevel CONSTANT)
+    /// One folder of it, measured again.
+    Q_PROPERTY(orbel::RescanFlow* rescan READ rescan CONSTANT)
     /// Grows whenever the tree is replaced or edited.
     Q_PROPERTY(int treeVersion READ treeVersion NOTIFY treeChanged)
 
@@ -205,11 +209,14 @@ public:
     const std::shared_ptr<CountedTrash>& trash() const { return trash_; }
     MoveFlow* moves() { return moves_.get(); }
     PutBackFlow* putBack() { return putBack_.get(); }
+    RescanFlow* rescan() { return rescan_.get(); }
     JournalFlow* journalFlow() { return journalFlow_.get(); }
     LargeOldFlow* largeOld() { return largeOld_.get(); }
     DuplicatesFlow* duplicates() { return duplicates_.get(); }
     TidyFlow* tidy() { return tidy_.get(); }
     AppsFlow* apps() { return apps_.get(); }
+    /// What measures a folder; any thread may call it.
+    const auto& scanner() const { return environment_.scan; }
     TreeEdits& treeEdits() { return *treeEdits_; }
     const PutBack& putBackService() const { return putBackService_; }
     const std::vector<JournalEntry>& journalEntries() const { return journalHistory_->entries(); }
@@ -375,6 +382,7 @@ private:
 
     std::unique_ptr<TreeEdits> treeEdits_;
     std::unique_ptr<PutBackFlow> putBack_;
+    std::unique_ptr<RescanFlow> rescan_;
     std::unique_ptr<MoveFlow> moves_;
     std::unique_ptr<JournalFlow> journalFlow_;
     std::unique_ptr<LargeOldFlow> largeOld_;

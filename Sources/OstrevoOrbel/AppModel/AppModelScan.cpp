@@ -1,5 +1,6 @@
 #include "AppModel/AppModel.h"
 #include "AppModel/MoveFlow.h"
+#include "AppModel/RescanFlow.h"
 #include "AppModel/ScanGrowth.h"
 #include "Models/Wording.h"
 #include "Safety/PathCanonicalizer.h"
@@ -38,6 +39,7 @@ void AppModel::startScan(const std::string& root) {
         return;
     if (!options().allowWithoutFullDiskAccess && fullDiskAccess_ != true)
         return;
+    rescan_->stop();
     if (cancellation_)
         cancellation_->cancel();
     cancellation_ = std::make_shared<ScanCancellation>();

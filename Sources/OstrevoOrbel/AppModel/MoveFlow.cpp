@@ -3,12 +3,14 @@
 #include "AppModel/AppModel.h"
 #include "AppModel/CountedTrash.h"
 #include "AppModel/PutBackFlow.h"
+#include "AppModel/RescanFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "Delete/DeletionSession.h"
 #include "Export/ReportRenderer.h"
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
 #include "Util/FileUrl.h"
+#include "Util/PathText.h"
 #include "Util/ReplaceFile.h"
 #include "Util/Uuid.h"
 
@@ -69,6 +71,19 @@ void MoveFlow::clearTicks() {
         ticks->clear();
 }
 
+void MoveFlow::untickInside(const std::string& path) {
+    for (const auto& ticks : watched_) {
+        if (ticks.isNull())
+            continue;
+        std::vector<std::string> inside;
+        for (const auto& ticked : ticks->items()) {
+            if (isPathInside(ticked.item.path, path))
+                inside.push_back(ticked.item.id);
+        }
+        ticks->untickAll(inside);
+    }
+}
+
 void MoveFlow::review(Ticks* ticks) {
     if (ticks != nullptr)
         ask(ticks->items());
@@ -95,6 +110,7 @@ void MoveFlow::cancel() {
 void MoveFlow::confirm() {
     if (!isConfirming() || isDeleting())
         return;
+    app_.rescan()->stop();
     request_.reset();
     std::vector<DeletionItem> approved;
     std::vector<std::string> ids;

@@ -77,6 +77,9 @@ public:
     /// Has these ticks cleared after every move and whenever a scan begins.
     void watch(Ticks& ticks);
 
+    /// Unticks what is at this path or inside it, on every screen.
+    void untickInside(const std::string& path);
+
     // Intents.
 
     /// Asks for a confirmation of what is ticked. Ignored while nothing is, and while a confirmation is asked

@@ -2,6 +2,7 @@
 
 #include "AppModel/AppModel.h"
 #include "AppModel/MoveFlow.h"
+#include "AppModel/RescanFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "Models/Wording.h"
 #include "Util/BlockingWork.h"
@@ -67,6 +68,7 @@ void PutBackFlow::putBackLast() {
 void PutBackFlow::start(std::function<Outcome(const PutBack&, const ScanCancellation&)> work) {
     if (!isReady())
         return;
+    app_.rescan()->stop();
     cancellation_ = std::make_shared<ScanCancellation>();
     statement_.clear();
     explanation_.clear();

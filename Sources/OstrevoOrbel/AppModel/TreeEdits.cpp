@@ -9,6 +9,10 @@ namespace orbel {
 
 TreeEdits::TreeEdits(AppModel& app) : app_(app) {
     connect(&app, &AppModel::scanFinished, this, &TreeEdits::startNext);
+    connect(&app, &AppModel::scanStateChanged, this, [this] {
+        if (app_.isScanning())
+            std::erase_if(waiting_, &Waiting::isOlderThanScan);
+    });
 }
 
 void TreeEdits::remove(std::vector<std::string> paths) {
@@ -34,8 +38,20 @@ void TreeEdits::restore(std::vector<std::string> paths) {
     });
 }
 
+void TreeEdits::splice(std::string path, std::shared_ptr<const FileTree> fresh) {
+    waiting_.push_back({.edit =
+                            [path = std::move(path), fresh = std::move(fresh),
+                             canonicalizer = app_.policy().canonicalizer()](FileTree& tree) {
+                                const auto folder = tree.index(path, canonicalizer);
+                                if (folder && *folder != 0 && tree.isFolder(*folder))
+                                    tree = tree.spliced(*folder, *fresh);
+                            },
+                        .isOlderThanScan = true});
+    startNext();
+}
+
 void TreeEdits::add(Edit edit) {
-    waiting_.push_back(std::move(edit));
+    waiting_.push_back({.edit = std::move(edit)});
     startNext();
 }
 
@@ -49,8 +65,8 @@ void TreeEdits::startNext() {
         [tree = app_.tree(), home = app_.home(), edits = std::exchange(waiting_, {})] {
             ScanResult edited;
             edited.tree = *tree;
-            for (const auto& edit : edits)
-                edit(edited.tree);
+            for (const auto& waiting : edits)
+                waiting.edit(edited.tree);
             return scanOutcome(std::move(edited), std::nullopt, home);
         },
         [this, base = app_.tree()](ScanOutcome edited) {

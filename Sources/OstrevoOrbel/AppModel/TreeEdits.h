@@ -30,6 +30,10 @@ public:
     /// unknown to it until the next scan.
     void restore(std::vector<std::string> paths);
 
+    /// The folder at this path holds what `fresh` found in it, whose root it is. A scan that begins before
+    /// this is done makes it void.
+    void splice(std::string path, std::shared_ptr<const FileTree> fresh);
+
     bool isBusy() const { return isBusy_; }
 
 Q_SIGNALS:
@@ -39,11 +43,16 @@ Q_SIGNALS:
 private:
     using Edit = std::function<void(FileTree& tree)>;
 
+    struct Waiting {
+        Edit edit;
+        bool isOlderThanScan = false; ///< of what was seen before the scan that runs or comes
+    };
+
     void add(Edit edit);
     void startNext();
 
     AppModel& app_;
-    std::deque<Edit> waiting_;
+    std::deque<Waiting> waiting_;
     bool isBusy_ = false;
 
     Inbox inbox_; ///< the last member

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 namespace orbel {
 
@@ -50,20 +51,34 @@ void MapModel::takeTree() {
 }
 
 void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage) {
-    const bool isSameScan = tree->count() == tree_->count() && tree->rootPath == tree_->rootPath;
-    tree_ = std::move(tree);
+    const bool isEdited = tree->count() > 0 && tree_->count() > 0 && tree->rootPath == tree_->rootPath;
+    const auto former = std::exchange(tree_, std::move(tree));
     coverage_ = std::move(coverage);
     refusals_.clear();
-    if (isSameScan && tree_->count() > 0) {
-        const auto isGone = [this](NodeIndex node) { return !tree_->isAttached(node); };
-        std::erase_if(back_, isGone);
-        std::erase_if(forward_, isGone);
-        // What was detached knows what held it, however many levels of it went.
-        while (isGone(focus_))
-            focus_ = tree_->parent(focus_).value_or(
-                tree_->detachedFrom.contains(focus_) ? tree_->detachedFrom.at(focus_) : 0);
-        if (selected_ && isGone(*selected_))
-            selected_.reset();
+    if (isEdited) {
+        // An edited tree may number its nodes anew; their paths stay.
+        const auto again = [&](NodeIndex node) {
+            return tree_->index(former->walkedPath(node), canonicalizer());
+        };
+        const auto follow = [&](std::vector<NodeIndex>& nodes) {
+            std::vector<NodeIndex> left;
+            for (const NodeIndex node : nodes) {
+                if (const auto now = again(node))
+                    left.push_back(*now);
+            }
+            nodes = std::move(left);
+        };
+        follow(back_);
+        follow(forward_);
+        auto place = again(focus_);
+        for (NodeIndex above = focus_;
+             above != 0 && !(place && TreemapModel::isPlainFolder(*tree_, *place));) {
+            above = former->parent(above).value_or(0);
+            place = again(above);
+        }
+        focus_ = place.value_or(0);
+        if (selected_)
+            selected_ = again(*selected_);
     } else {
         back_.clear();
         forward_.clear();
@@ -336,7 +351,8 @@ MapItemFacts MapModel::facts(quint32 node) const {
             .folder = textOf(tildePath(parentPath(path), home())),
             .changed = changedText(*tree_, node),
             .share = tr("%1 of %2").arg(shareText(tree_->allocated(node), whole), focusName()),
-            .zoomable = zoomTarget(node).has_value()};
+            .zoomable = zoomTarget(node).has_value(),
+            .isFolder = tree_->isFolder(node)};
 }
 
 QString MapModel::focusName() const {

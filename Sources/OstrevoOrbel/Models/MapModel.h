@@ -19,7 +19,8 @@ namespace orbel {
 
 /// What the map screen is about: the folder that fills the map, the way there, what is selected in it, and
 /// the kinds that are shown. Lives on the main thread and follows the application's tree: after a new scan it
-/// shows the same folder again where there still is one, and after a removal the nearest folder that is left.
+/// shows the same folder again where there still is one, and after a change of the tree the nearest folder
+/// that is left.
 class MapModel : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -40,6 +40,8 @@ class MapItemFacts {
     Q_PROPERTY(QString share MEMBER share)
     /// Zooming in on it leads somewhere else.
     Q_PROPERTY(bool zoomable MEMBER zoomable)
+    /// A folder, a package too.
+    Q_PROPERTY(bool isFolder MEMBER isFolder)
 
 public:
     bool valid = false;
@@ -53,6 +55,7 @@ public:
     QString changed;
     QString share;
     bool zoomable = false;
+    bool isFolder = false;
 
     bool operator==(const MapItemFacts&) const = default;
 };

@@ -137,6 +137,8 @@ ScreenFrame {
                         { keys: "Ctrl 1 … 7", does: qsTr("Show a screen, in the order of the sidebar") },
                         { keys: "Ctrl O", does: qsTr("Choose a folder and measure it") },
                         { keys: "F5", does: qsTr("Measure again") },
+                        { keys: "Shift F5", does: qsTr("On the map: measure the folder again") },
+                        { keys: "Ctrl Z", does: qsTr("Put the last batch back") },
                         { keys: "Esc", does: qsTr("Stop measuring; close what is open") },
                         { keys: "F6", does: qsTr("Go between the sidebar and the screen") },
                         { keys: "Enter, Backspace", does: qsTr("On the map: zoom in, zoom out") },

@@ -13,6 +13,8 @@ ActionMenu {
     property string refusal: ""
     property bool openable: true
     property bool zoomable: true
+    /// Whether it is a folder that can be measured again here.
+    property bool rescannable: false
     property string zoomText: qsTr("Zoom")
     property string zoomKeys: qsTr("Enter")
 
@@ -20,6 +22,7 @@ ActionMenu {
     signal showWanted(item: int)
     signal copyWanted(item: int)
     signal zoomWanted(item: int)
+    signal rescanWanted(item: int)
     signal tickWanted(item: int)
 
     MenuEntry {
@@ -55,6 +58,16 @@ ActionMenu {
         visible: menu.zoomable
 
         onTriggered: menu.zoomWanted(menu.item)
+    }
+    MenuEntry {
+        height: visible ? implicitHeight : 0
+        iconPath: Theme.icons.rescan
+        keys: qsTr("Shift F5")
+        objectName: menu.objectName + ".rescan"
+        text: qsTr("Rescan Here")
+        visible: menu.rescannable
+
+        onTriggered: menu.rescanWanted(menu.item)
     }
     MenuLine {
         height: visible ? implicitHeight : 0

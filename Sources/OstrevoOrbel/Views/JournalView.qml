@@ -210,6 +210,16 @@ ScreenFrame {
         onAccepted: view.journal.exportJournal(selectedFile)
     }
 
+    Connections {
+        target: view.journal.list
+
+        // The number of a row may be another row's by now.
+        function onRowsChanged(): void {
+            menu.close();
+            if (table.selectedRow >= 0)
+                table.selectedRow = table.currentRow;
+        }
+    }
     Shortcut {
         enabled: view.visible && field.enabled
         sequence: "Ctrl+F"

@@ -199,7 +199,8 @@ T.ApplicationWindow {
 
             anchors.bottom: parent.bottom
             measured: window.app.measuredText !== "" ? window.app.measuredText : qsTr("Nothing measured yet")
-            words: window.app.moves.progressText || (window.app.putBack.running ? qsTr("Putting back…") : "")
+            words: window.app.moves.progressText || window.app.rescan.text
+                || (window.app.putBack.running ? qsTr("Putting back…") : "")
                 || window.shownScreen?.status || qsTr("Vanto never uploads anything. The journal stays on this computer.")
             width: parent.width
         }
@@ -324,10 +325,13 @@ T.ApplicationWindow {
         onActivated: window.app.measureAgain()
     }
     Shortcut {
-        enabled: window.app.scanning
+        enabled: window.app.scanning || window.app.rescan.running
         sequence: "Esc"
 
-        onActivated: window.app.stopScan()
+        onActivated: {
+            window.app.stopScan();
+            window.app.rescan.stop();
+        }
     }
     Shortcut {
         enabled: window.app.putBack.ready && !window.app.moves.confirming && !window.app.needsFullDiskAccess

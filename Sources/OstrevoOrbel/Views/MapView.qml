@@ -31,6 +31,7 @@ ScreenFrame {
         menu.itemName = facts.name;
         menu.itemFacts = [facts.kindName, facts.size].join(" · ");
         menu.zoomable = facts.zoomable;
+        menu.rescannable = facts.isFolder;
         menu.ticked = map.isTicked(node);
         menu.popup(item, x, y);
     }
@@ -53,10 +54,20 @@ ScreenFrame {
             onClicked: map.clearFilter()
         },
         PushButton {
+            iconOnly: screen.narrow
+            iconPath: Theme.icons.stop
+            objectName: "map.stop"
+            text: qsTr("Stop")
+            visible: screen.app.rescan.running
+
+            onClicked: screen.app.rescan.stop()
+        },
+        PushButton {
             enabled: !screen.app.scanning
             iconOnly: screen.narrow
             iconPath: Theme.icons.rescan
             objectName: "map.measure"
+            visible: !screen.app.rescan.running
             text: screen.app.scanState === "idle" ? qsTr("Measure This Disk") : qsTr("Measure Again")
 
             onClicked: screen.app.measureAgain()
@@ -250,16 +261,31 @@ ScreenFrame {
 
         onCopyWanted: node => screen.app.copyNodePath(node)
         onOpenWanted: node => screen.app.openNode(node)
+        onRescanWanted: node => screen.app.rescan.start(node)
         onShowWanted: node => screen.app.showNodeInFileManager(node)
         onTickWanted: node => map.toggleTick(node)
         onZoomWanted: node => screen.zoomTo(node, treemap.boxOf(node))
     }
 
+    Connections {
+        target: screen.app
+
+        // An edited tree may give the number of the menu's item to another one.
+        function onTreeChanged(): void {
+            menu.close();
+        }
+    }
     Shortcut {
         enabled: screen.visible && map.ticks.count > 0
         sequence: "Del"
 
         onActivated: screen.app.moves.review(map.ticks)
+    }
+    Shortcut {
+        enabled: screen.visible && screen.hasMap
+        sequence: "Shift+F5"
+
+        onActivated: screen.app.rescan.start(map.selection.valid ? map.selection.node : map.focus)
     }
     Shortcut {
         enabled: screen.visible && screen.hasMap && map.canGoBack
@@ -286,7 +312,7 @@ ScreenFrame {
         onActivated: map.goToRoot()
     }
     Shortcut {
-        enabled: screen.visible && screen.hasMap && screen.narrow && screen.listOpen
+        enabled: screen.visible && screen.hasMap && screen.narrow && screen.listOpen && !screen.app.rescan.running
         sequence: "Esc"
 
         onActivated: screen.listOpen = false

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Scan/FileTree.h"
+
+#include <cstdint>
+
+namespace orbel {
+
+/// What measuring a folder of a scanned tree again comes to, as things are on the disk now.
+struct RescanTarget {
+    enum class Kind : std::uint8_t {
+        folder,     ///< `node` is to be walked and can take its place in the tree
+        wholeTree,  ///< nothing less than the root will do
+        gone,       ///< `node` is not on the disk any more
+        unreachable ///< whether it still is there cannot be told
+    };
+
+    Kind kind = Kind::folder;
+    NodeIndex node = 0;
+
+    bool operator==(const RescanTarget&) const = default;
+};
+
+/// The folder to measure again when that is asked for `node`: itself, or the nearest folder above that is
+/// still what the scan saw there. Only such a folder can be measured by itself and give what a whole scan
+/// would give for it: what has become a file, a link or the place of another volume since, and what a whole
+/// scan does not enter, is for the folder that holds it. Asks the disk; triggers no automount.
+RescanTarget rescanTarget(const FileTree& tree, NodeIndex node);
+
+} // namespace orbel
