@@ -4,7 +4,7 @@ _orbel() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} word command=
     local commands="--scan-json --map-svg --duplicates-json --large-json --tidy-json --trash --put-back --journal-json
         --journal-markdown --apps-json --leftovers-dry-run --help --version"
-    local window="--scan --scan-delay --open --appearance --snapshot --snapshot-delay --simulate-hover --diagnostics
+    local window="--scan --scan-delay --open --select-app --appearance --snapshot --snapshot-delay --simulate-hover --diagnostics
         --quit-after-scan"
     COMPREPLY=()
 
@@ -41,7 +41,7 @@ _orbel() {
             mapfile -t COMPREPLY < <(compgen -W last -- "$current")
             return
             ;;
-        --top | --size | --min-bytes | --unused-days | --since | --scan-delay | --snapshot-delay | --simulate-hover)
+        --top | --size | --min-bytes | --unused-days | --since | --scan-delay | --select-app | --snapshot-delay | --simulate-hover)
             return
             ;;
     esac

@@ -39,6 +39,7 @@ end
 complete -c ostrevo-orbel -n "$first" -l scan -x -a "(__fish_complete_directories) volume" -d "Measure at once"
 complete -c ostrevo-orbel -n "$first" -l scan-delay -x -d "Seconds before the scan"
 complete -c ostrevo-orbel -n "$first" -l open -x -a "overview map large duplicates uninstall tidy journal" -d "Show a screen"
+complete -c ostrevo-orbel -n "$first" -l select-app -x -d "Show an app on the screen Uninstall"
 complete -c ostrevo-orbel -n "$first" -l appearance -x -a "light dark" -d "Light or dark"
 complete -c ostrevo-orbel -n "$first" -l snapshot -r -F -d "Write a picture of the window"
 complete -c ostrevo-orbel -n "$first" -l snapshot-delay -x -d "Seconds before the picture"

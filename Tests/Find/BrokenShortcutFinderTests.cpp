@@ -167,6 +167,39 @@ TEST_F(BrokenShortcutTest, ListsLaunchersWhoseProgramIsGone) {
     }
 }
 
+TEST_F(BrokenShortcutTest, ListsBookmarksWhoseTargetIsGoneAndNeverOffersThem) {
+    home.folder("Films");
+    const auto list =
+        home.file(".config/gtk-3.0/bookmarks",
+                  "file://" + home.path("Films") + " Films\r\nfile://" + home.path("Old%20Films")
+                      + " Old\r\nsftp://host/gone\nnonsense\nfile://host/gone\nfile:///a%00b\n"
+                      + "file:///%2\nfile:///media/nobody/disk\nfile://" + home.path("Old%20Films"));
+    home.file(".local/share/user-places.xbel",
+              "<?xml version='1.0'?><!-- <bookmark href='file:///no'/> --><xbel><bookmark href=\"file://"
+                  + home.path("a&amp;b") + "\"><title>x</title></bookmark><bookmark href='file://"
+                  + home.path("Films") + "'/><bookmark href='file:///&nothing;'/><bookmark href='trash:/'/>"
+                  + "<bookmark href='file:///late' broken");
+    const ScanCancellation nobodyCancels;
+    const auto tree = TreeScanner::scan(home.path(), 1, nobodyCancels, nullptr).tree;
+    const auto rows = BrokenShortcutFinder().run(tree, policy, currentDate());
+    ASSERT_EQ(rows.size(), 3U);
+    for (const auto& row : rows) {
+        EXPECT_EQ(row.kind, BrokenShortcutFinder::Kind::bookmark);
+        EXPECT_FALSE(row.item.isSelectable());
+        EXPECT_EQ(tree.path(row.index, PathCanonicalizer::shared()), row.item.path);
+    }
+    EXPECT_EQ(rows[0].target, "/media/nobody/disk");
+    EXPECT_EQ(rows[0].state, State::unknown) << "its volume is not there";
+    EXPECT_EQ(rows[1].target, home.path("Old Films"));
+    EXPECT_EQ(rows[1].item.path, list);
+    EXPECT_EQ(rows[1].item.blockedReason, "Is a bookmark in the file manager; edit it there");
+    EXPECT_EQ(rows[2].target, home.path("a&b"));
+
+    home.file(".config/gtk-3.0/bookmarks", "file:///gone\n" + std::string(1 << 20, 'x'));
+    home.file(".local/share/user-places.xbel", std::string_view("<<<"));
+    EXPECT_TRUE(found().empty()) << "no list is that long, and the other is none";
+}
+
 TEST(BrokenShortcuts, ALauncherMovesToTheTrashAndComesBack) {
     const test::MoverHome home;
     const std::string text = "[Desktop Entry]\nType=Application\nName=x\nExec=/nowhere/x\n";

@@ -4,15 +4,18 @@
 #include "Find/PlaceMarks.h"
 #include "Find/ProgramLinks.h"
 #include "Platform/AliasFile.h"
+#include "Platform/Bookmarks.h"
 #include "Platform/Launchers.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Safety/SafetyPolicy.h"
 #include "Util/PathText.h"
+#include "Util/Utf8.h"
 
 #include <algorithm>
 #include <chrono>
 #include <optional>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace orbel {
@@ -27,7 +30,7 @@ struct Finding {
     Kind kind = Kind::symbolicLink;
     State state = State::missing;
     std::string target{};
-    std::string reason{};      ///< of a state other than missing: why it is blocked
+    std::string reason{};      ///< why it is blocked; empty where the policy decides
     bool mayPreselect = false; ///< the target is surely gone
 };
 
@@ -59,6 +62,17 @@ public:
         if (!tree.isFolder(node) && name.ends_with(".desktop"))
             return brokenLauncher(path());
         return std::nullopt;
+    }
+
+    /// What is wrong with where a bookmark leads.
+    std::optional<Finding> lookInto(const platform::Bookmark& bookmark) {
+        const auto report = prober_.probePath(bookmark.target, bookmark.list);
+        if (report.state == TargetState::present)
+            return std::nullopt;
+        auto found = finding(Kind::bookmark, report, bookmark.target);
+        if (found.state == State::missing)
+            found.reason = "Is a bookmark in the file manager; edit it there";
+        return found;
     }
 
 private:
@@ -109,6 +123,32 @@ private:
     LinkProber prober_;
 };
 
+/// Those of the lists that lie in the tree.
+void addBookmarks(const FileTree& tree, const std::vector<PlaceMarks>& marks, Inspector& inspector,
+                  const std::string& home, std::vector<BrokenShortcutFinder::Row>& rows) {
+    for (const auto& bookmark : platform::fileManagerBookmarks(home)) {
+        const auto list = tree.index(bookmark.list, PathCanonicalizer::shared());
+        if (!list || marks[*list].intersects(PlaceMarks::gone))
+            continue;
+        auto found = inspector.lookInto(bookmark);
+        if (!found)
+            continue;
+        DeletionItem item{.id = std::string(rawValue(DeletionModule::brokenShortcuts)) + ":" + bookmark.list
+                                + "#" + bookmark.target,
+                          .module = DeletionModule::brokenShortcuts,
+                          .title = lossyUtf8(lastPathComponent(bookmark.target)),
+                          .detail = bookmark.list,
+                          .path = bookmark.list,
+                          .scanStamp = FileStamp::of(bookmark.list).value_or(FileStamp()),
+                          .blockedReason = std::move(found->reason)};
+        rows.push_back({.index = *list,
+                        .item = std::move(item),
+                        .kind = found->kind,
+                        .state = found->state,
+                        .target = std::move(found->target)});
+    }
+}
+
 } // namespace
 
 std::vector<BrokenShortcutFinder::Row> BrokenShortcutFinder::run(const FileTree& tree,
@@ -126,7 +166,7 @@ std::vector<BrokenShortcutFinder::Row> BrokenShortcutFinder::run(const FileTree&
             continue;
         if (isCancelled && isCancelled())
             break;
-        auto reason = found->state == State::missing ? std::nullopt : std::optional(std::move(found->reason));
+        auto reason = found->reason.empty() ? std::nullopt : std::optional(std::move(found->reason));
         auto lastPath = found->target.empty() ? std::nullopt : std::optional(found->target);
         auto item = DeletionItem::brokenShortcut(tree, i, policy, std::move(reason), std::nullopt,
                                                  std::move(lastPath));
@@ -140,7 +180,9 @@ std::vector<BrokenShortcutFinder::Row> BrokenShortcutFinder::run(const FileTree&
                         .state = found->state,
                         .target = std::move(found->target)});
     }
-    std::ranges::sort(rows, {}, [](const Row& row) -> const std::string& { return row.item.path; });
+    if (!isCancelled || !isCancelled())
+        addBookmarks(tree, marks, inspector, policy.homePath(), rows);
+    std::ranges::sort(rows, {}, [](const Row& row) { return std::tie(row.item.path, row.item.id); });
     return rows;
 }
 

@@ -184,6 +184,14 @@ void AppsFlow::selectWanted() {
         selectPath(found->app.path);
 }
 
+void AppsFlow::selectNamed(const std::string& name) {
+    wanted_ = name;
+    if (isLoaded() && !isLoading())
+        selectWanted();
+    else
+        open();
+}
+
 void AppsFlow::select(int row) {
     if (const auto* entry = list_.at(row))
         selectPath(entry->app.path);
@@ -247,6 +255,8 @@ void AppsFlow::takePlan(const ScanCancellation* token, AppPlan made) {
     if (auto& app = made.items.front().item; !app.isSelectable() && entry != nullptr)
         app.estimatedBytes = entry->bytes.value_or(0);
     plan_ = std::move(made.plan);
+    // What stands above the rows is known before they come: a list measures its headings once.
+    Q_EMIT changed();
     const auto noneText = plan_->app.status == Status::system
                               ? tr("A part of the system: what it keeps belongs to the system")
                               : tr("Nothing was found that is only this app’s");
@@ -391,10 +401,12 @@ AppFacts AppsFlow::selected() const {
     const bool isAppKnown = appBytes > 0 || entry->bytes;
     if (appBytes == 0)
         appBytes = entry->bytes.value_or(0);
-    const auto leftoverText = ByteFigure(leftoverBytes).text();
+    // Nor is what a running one left.
+    const auto leftoverText = running.empty() ? tr("leftovers %1").arg(ByteFigure(leftoverBytes).text())
+                                              : tr("leftovers not measured yet");
     facts.total = isAppKnown || leftoverBytes > 0 ? ByteFigure(appBytes + leftoverBytes).text() : QString();
-    facts.parts = isAppKnown ? tr("app %1, leftovers %2").arg(ByteFigure(appBytes).text(), leftoverText)
-                             : tr("leftovers %1, the app itself is not measured").arg(leftoverText);
+    facts.parts = isAppKnown ? tr("app %1, %2").arg(ByteFigure(appBytes).text(), leftoverText)
+                             : tr("%1, the app itself is not measured").arg(leftoverText);
     if (!running.empty()) {
         facts.warning = tr("%1 is running.").arg(facts.name);
         facts.canAskToQuit = quitting_ == Quitting::notAsked;

@@ -75,6 +75,10 @@ public:
     Q_INVOKABLE void showApp(int row);
     Q_INVOKABLE void copyApp(int row);
 
+    /// Selects the application of that name, id or path as soon as the inventory is known; says so when there
+    /// is none.
+    void selectNamed(const std::string& name);
+
     // State.
 
     QString countText() const;

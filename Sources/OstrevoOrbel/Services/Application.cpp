@@ -1,6 +1,7 @@
 #include "Services/Application.h"
 
 #include "AppModel/AppModel.h"
+#include "AppModel/AppsFlow.h"
 #include "CommandOutput.h"
 #include "LaunchOptions.h"
 #include "Platform/Process.h"
@@ -35,10 +36,10 @@ ostrevo-orbel opens a window when no command is given. It takes these switches:
   --scan PATH   Measure PATH at once; "volume" is the whole disk.
   --scan-delay SECONDS
                 Wait that long before the scan.
-  --select-app NAME
-                Show Uninstall with that app: its name, id or path.
   --open SCREEN Show overview, map, large, duplicates, uninstall, tidy or
                 journal.
+  --select-app NAME
+                Show Uninstall with that app: its name, id or path.
   --appearance light|dark
   --snapshot FILE [--snapshot-delay SECONDS]
                 After the scan, write a picture of the window as PNG.
@@ -122,6 +123,10 @@ public:
             bringToFront();
             if (request.screen)
                 model_.setScreen(*request.screen);
+            if (request.app) {
+                model_.setScreen(request.screen.value_or(Screen::uninstall));
+                model_.apps()->selectNamed(*request.app);
+            }
             if (request.scanPath)
                 model_.startScan(*request.scanPath);
         });

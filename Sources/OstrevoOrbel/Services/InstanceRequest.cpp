@@ -4,6 +4,7 @@
 #include "Util/JsonText.h"
 #include "Util/PathText.h"
 #include "Util/StrictJson.h"
+#include "Util/Utf8.h"
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -12,7 +13,8 @@
 namespace orbel {
 
 InstanceRequest InstanceRequest::of(const LaunchOptions& options) {
-    InstanceRequest request{.scanPath = options.scanPath, .screen = options.openScreen};
+    InstanceRequest request{
+        .scanPath = options.scanPath, .screen = options.openScreen, .app = options.selectApp};
     if (request.scanPath && !request.scanPath->starts_with('/')) {
         std::error_code error;
         const auto here = std::filesystem::current_path(error);
@@ -28,6 +30,8 @@ QByteArray InstanceRequest::text() const {
         json["scan"] = fileUrl(*scanPath);
     if (screen)
         json["screen"] = screenNames.at(static_cast<std::size_t>(*screen));
+    if (app)
+        json["app"] = lossyUtf8(*app);
     return QByteArray::fromStdString(compactJson(json) + "\n");
 }
 
@@ -39,6 +43,8 @@ InstanceRequest InstanceRequest::fromText(const QByteArray& text) {
             request.scanPath = pathOfFileUrl(textAt(json, "scan"));
         if (json.contains("screen"))
             request.screen = screenNamed(textAt(json, "screen"));
+        if (json.contains("app"))
+            request.app = textAt(json, "app");
     } catch (const nlohmann::json::exception&) {
         return {};
     }

@@ -12,7 +12,8 @@ namespace orbel {
 /// What a second start asks of the application that runs already, besides coming to the front.
 struct InstanceRequest {
     std::optional<std::string> scanPath; ///< absolute
-    std::optional<Screen> screen;
+    std::optional<Screen> screen{};
+    std::optional<std::string> app{}; ///< name, id or path of the one to select on the screen Uninstall
 
     /// A relative path is taken from the current folder of this process, which the other one does not have.
     static InstanceRequest of(const LaunchOptions& options);

@@ -13,7 +13,9 @@ T.ApplicationWindow {
 
     readonly property bool narrow: width < Theme.narrowBelow
     readonly property Item shownScreen: page === "settings" ? settings.item : page === "help" ? help.item
-        : app.moves.reporting ? report.item : screens.itemAt(app.screenIndex)?.item ?? null
+        : app.moves.reporting ? report.item
+        // There are none before they are counted, and nothing but the count tells of them.
+        : screens.count > app.screenIndex ? screens.itemAt(app.screenIndex).item : null
 
     /// Wanted closed while something moves: closes as soon as it may.
     property bool closeWanted: false
@@ -128,9 +130,6 @@ T.ApplicationWindow {
                     visible: shown
 
                     Component.onCompleted: wanted = shown
-                    // At the start nothing else has the focus yet.
-                    onLoaded: if (shown && [null, content, window.contentItem].includes(window.activeFocusItem))
-                        window.takeFocus(Qt.TabFocusReason)
                     onShownChanged: if (shown) wanted = true
                 }
             }
