@@ -1,3 +1,4 @@
+#include "AppModel/LargeOldFlow.h"
 #include "Growth/GrowthStore.h"
 #include "SampleDisk.h"
 #include "WindowScene.h"
@@ -133,7 +134,11 @@ void keepOverview(WindowScene& scene, const QString& suffix) {
     keep(scene, QStringLiteral("overview-partial") + suffix);
     scene.releaseScans();
     scene.app().scanDisk();
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+    auto& large = *scene.app().largeOld();
+    ASSERT_TRUE(scene.waitUntil(
+        [&] { return scene.app().scanState() == AppModel::ScanState::done && large.isKnown(); }));
+    for (const auto row : {1U, 4U})
+        large.toggleTick(large.largeOldRows().at(row).index);
     scene.settle();
 }
 

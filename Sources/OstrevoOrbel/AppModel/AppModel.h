@@ -225,6 +225,7 @@ public:
     int treeVersion() const { return treeVersion_; }
     const LowDiskSettings& lowDisk() const { return lowDisk_; }
     std::chrono::system_clock::time_point now() const { return environment_.now(); }
+    const AppEnvironment::FindLargeOld& findLargeOld() const { return environment_.findLargeOld; }
     /// The model's tie to the threads that work for it.
     const Inbox& inbox() const { return inbox_; }
     Diagnostics* diagnostics() const { return environment_.diagnostics.get(); }

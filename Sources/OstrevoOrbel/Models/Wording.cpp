@@ -41,4 +41,10 @@ QString whenText(std::chrono::system_clock::time_point time, std::chrono::system
     return QStringLiteral("on %1 at %2").arg(english.toString(then.date(), QStringLiteral("d MMMM")), clock);
 }
 
+QString dayText(std::chrono::sys_time<std::chrono::microseconds> time) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time).time_since_epoch().count();
+    return QLocale(QLocale::English)
+        .toString(QDateTime::fromSecsSinceEpoch(seconds), QStringLiteral("d MMMM yyyy"));
+}
+
 } // namespace orbel

@@ -24,4 +24,7 @@ QString durationText(double seconds);
 /// "today at 09:12", "on 14 November at 17:40", in the local time of this computer.
 QString whenText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now);
 
+/// "3 March 2025", in the local time of this computer.
+QString dayText(std::chrono::sys_time<std::chrono::microseconds> time);
+
 } // namespace orbel
