@@ -170,6 +170,8 @@ public:
     Q_INVOKABLE void dismissNotice();
     /// Shows a node of the current tree on the map.
     Q_INVOKABLE void showOnMap(quint32 node);
+    /// Shows on the map, from its top, only what is of a kind.
+    Q_INVOKABLE void showKindOnMap(int kind);
     // What the menu of an item offers, for a node of the current tree.
     Q_INVOKABLE void openNode(quint32 node);
     Q_INVOKABLE void showNodeInFileManager(quint32 node);
@@ -293,6 +295,8 @@ Q_SIGNALS:
     void aboutWanted();
     /// The map is to show this node: zoomed when it is a folder, else selected.
     void mapNodeWanted(quint32 node);
+    /// The map is to show only this kind.
+    void mapKindWanted(int kind);
 
 private:
     // The scan (AppModelScan.cpp).
