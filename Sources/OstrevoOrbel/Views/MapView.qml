@@ -52,6 +52,12 @@ ScreenFrame {
 
             onClicked: map.clearFilter()
         },
+        FindButton {
+            app: screen.app
+            objectName: "map.find"
+            reachable: screen.visible && screen.hasMap
+            visible: screen.hasMap
+        },
         PushButton {
             enabled: !screen.app.scanning
             iconOnly: screen.narrow
