@@ -47,6 +47,10 @@ ModelScene::ModelScene() : scanner_(std::make_shared<Scanner>()) {
     environment.mountTable = [] { return std::vector<platform::Mount>(); };
     environment.measureTrash = [](const std::string&) { return std::optional<std::uint64_t>(); };
     environment.isFullDiskAccessGranted = [world = world](const std::string&) { return world->permission; };
+    environment.findLargeOld = [](const auto& query, const auto& tree, const auto& policy, Date now,
+                                  const auto& isCancelled) {
+        return query.run(tree, policy, now, {}, isCancelled);
+    };
     environment.now = [world = world] { return world->now; };
     environment.settings = std::make_shared<QSettings>(QString::fromStdString(folder_.path("settings.ini")),
                                                        QSettings::IniFormat);

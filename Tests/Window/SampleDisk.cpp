@@ -1,7 +1,9 @@
 #include "SampleDisk.h"
 
+#include "Safety/PathCanonicalizer.h"
 #include "Support/TreeBuilder.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace orbel::test {
@@ -91,6 +93,40 @@ ScanResult SampleDisk::measured() {
 
 ScanResult SampleDisk::partlyMeasured() {
     return sample(0.48);
+}
+
+std::vector<LargeOldQuery::Row> SampleDisk::largeOld(const LargeOldQuery& query, const FileTree& tree,
+                                                     const SafetyPolicy& /*policy*/, Date /*now*/,
+                                                     const LargeOldQuery::IsCancelled& /*isCancelled*/) {
+    std::vector<LargeOldQuery::Row> rows;
+    for (NodeIndex node = 1; node < tree.count(); ++node) {
+        if (tree.isFolder(node) || !tree.isAttached(node) || tree.allocated(node) < query.minimumBytes
+            || (!query.kinds.empty() && !query.kinds.contains(tree.kind(node))))
+            continue;
+        const auto path = tree.path(node, PathCanonicalizer::shared());
+        LargeOldQuery::Row row;
+        row.index = node;
+        row.item.id = "largeOld:" + path;
+        row.item.module = DeletionModule::largeOld;
+        row.item.title = tree.name(node);
+        row.item.detail = path;
+        row.item.path = path;
+        row.item.estimatedBytes = tree.allocated(node);
+        row.bytes = tree.allocated(node);
+        row.kind = tree.kind(node);
+        row.lastUsed = {.date = Date(std::chrono::days(19'700 + 31 * (node % 17))),
+                        .source = LastUsed::Source::lastOpened,
+                        .record = static_cast<LastUsed::Record>(node % 3)};
+        if (row.item.title == "win11-build.qcow2")
+            row.openBy = {{.pid = 4711, .name = "qemu-system-x86"}};
+        if (row.item.title == "fedora-test.qcow2")
+            row.item.note = "May share storage; moving it may free less";
+        if (!path.starts_with(home))
+            row.item.blockedReason = "Protected: system location " + path.substr(0, path.find('/', 1));
+        rows.push_back(std::move(row));
+    }
+    std::ranges::stable_sort(rows, std::greater{}, &LargeOldQuery::Row::bytes);
+    return rows;
 }
 
 ScanProgress SampleDisk::progress() {

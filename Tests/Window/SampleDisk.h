@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Find/LargeOldQuery.h"
 #include "Platform/MountTable.h"
 #include "Scan/ScanProgress.h"
 #include "Scan/ScanResult.h"
@@ -20,6 +21,10 @@ struct SampleDisk {
     static ScanResult measured();
     /// What a scan has found that is stopped after 3.9 seconds.
     static ScanResult partlyMeasured();
+    /// Its large files, all of which are old; one is open, one shares its storage, some are protected.
+    static std::vector<LargeOldQuery::Row> largeOld(const LargeOldQuery& query, const FileTree& tree,
+                                                    const SafetyPolicy& policy, Date now,
+                                                    const LargeOldQuery::IsCancelled& isCancelled);
     /// What that scan reported last.
     static ScanProgress progress();
 };

@@ -1,4 +1,5 @@
 #include "AppModel/AppsFlow.h"
+#include "AppModel/LargeOldFlow.h"
 #include "Growth/GrowthStore.h"
 #include "SampleApps.h"
 #include "SampleDisk.h"
@@ -41,7 +42,11 @@ void keepOverview(WindowScene& scene, const QString& suffix) {
     keepPicture(scene, QStringLiteral("overview-partial") + suffix);
     scene.releaseScans();
     scene.app().scanDisk();
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+    auto& large = *scene.app().largeOld();
+    ASSERT_TRUE(scene.waitUntil(
+        [&] { return scene.app().scanState() == AppModel::ScanState::done && large.isKnown(); }));
+    for (const auto row : {1U, 4U})
+        large.toggleTick(large.largeOldRows().at(row).index);
     scene.settle();
 }
 
@@ -115,18 +120,18 @@ TEST(WindowSnapshotOf, AppsAndWhatTheyLeave) {
         };
         const auto name = QStringLiteral("uninstall-") + QLatin1String("%1") + QLatin1String(suffix);
         rest();
-        keep(scene, name.arg(QStringLiteral("package")));
+        keepPicture(scene, name.arg(QStringLiteral("package")));
         scene.press(Qt::Key_Home);
         scene.press(Qt::Key_Return);
         rest();
-        keep(scene, name.arg(QStringLiteral("own")));
+        keepPicture(scene, name.arg(QStringLiteral("own")));
         if (scene.isShown(QStringLiteral("uninstall.back")))
             continue;
         *isRunning = true;
         scene.press(Qt::Key_Down);
         scene.press(Qt::Key_Up);
         rest();
-        keep(scene, name.arg(QStringLiteral("running")));
+        keepPicture(scene, name.arg(QStringLiteral("running")));
     }
 }
 

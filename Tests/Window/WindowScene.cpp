@@ -93,6 +93,7 @@ WindowScene::WindowScene() : requests_(std::make_shared<Requests>()), gate_(std:
         return std::optional<std::uint64_t>(5'800'000'000);
     };
     environment.isFullDiskAccessGranted = [](const std::string& /*home*/) { return std::optional(true); };
+    environment.findLargeOld = SampleDisk::largeOld;
     environment.now = std::chrono::system_clock::now;
     environment.installedApps = [] { return std::vector<InstalledApp>(); };
     environment.runningPrograms = [] { return std::vector<platform::RunningProgram>(); };

@@ -1,6 +1,7 @@
 #include "AppModel/AppEnvironment.h"
 
 #include "Find/AppInventory.h"
+#include "Delete/InUseChecker.h"
 #include "Growth/GrowthStore.h"
 #include "Journal/JournalStore.h"
 #include "Platform/Home.h"
@@ -24,6 +25,12 @@ std::optional<std::uint64_t> bytesInTrash(const std::string& trashFolder) {
     return TreeScanner::measure(items, workers).bytes;
 }
 
+std::vector<LargeOldQuery::Row> largeOld(const LargeOldQuery& query, const FileTree& tree,
+                                         const SafetyPolicy& policy, Date now,
+                                         const LargeOldQuery::IsCancelled& isCancelled) {
+    return query.run(tree, policy, now, InUseChecker::OpenFiles(takeMappedSnapshot()), isCancelled);
+}
+
 } // namespace
 
 AppEnvironment AppEnvironment::ofThisUser() {
@@ -45,6 +52,7 @@ AppEnvironment AppEnvironment::ofThisUser() {
     environment.mountTable = platform::mountTable;
     environment.measureTrash = bytesInTrash;
     environment.isFullDiskAccessGranted = FullDiskAccess::isGranted;
+    environment.findLargeOld = largeOld;
     environment.now = std::chrono::system_clock::now;
     environment.installedApps = [] { return AppInventory::scan(AppInventory::defaultFolders()); };
     environment.runningPrograms = platform::runningPrograms;

@@ -2,6 +2,7 @@
 
 #include "Delete/TrashOperations.h"
 #include "Find/InstalledApp.h"
+#include "Find/LargeOldQuery.h"
 #include "LaunchOptions.h"
 #include "Platform/IconFinder.h"
 #include "Platform/MountTable.h"
@@ -26,6 +27,8 @@
 
 namespace orbel {
 
+class SafetyPolicy;
+
 /// What the model stands on: where things are, and every question that it asks of the world. The application
 /// gives the live ones, a test its own. The functions may be called by any thread.
 struct AppEnvironment {
@@ -44,6 +47,11 @@ struct AppEnvironment {
     /// Bytes of all that is in the Trash whose folder this is; absent when it cannot be read.
     std::function<std::optional<std::uint64_t>(const std::string& trashFolder)> measureTrash;
     std::function<std::optional<bool>(const std::string& home)> isFullDiskAccessGranted;
+    /// Runs the query over a tree, with what is open at the moment. Blocks.
+    using FindLargeOld = std::function<std::vector<LargeOldQuery::Row>(const LargeOldQuery&, const FileTree&,
+                                                                       const SafetyPolicy&, Date now,
+                                                                       const LargeOldQuery::IsCancelled&)>;
+    FindLargeOld findLargeOld;
     std::function<std::chrono::system_clock::time_point()> now;
     /// The applications that are installed, those that show themselves first. Blocks.
     std::function<std::vector<InstalledApp>()> installedApps;

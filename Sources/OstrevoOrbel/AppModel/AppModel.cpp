@@ -219,6 +219,11 @@ void AppModel::showOnMap(quint32 node) {
     Q_EMIT mapNodeWanted(node);
 }
 
+void AppModel::showKindOnMap(int kind) {
+    setScreen(Screen::map);
+    Q_EMIT mapKindWanted(kind);
+}
+
 void AppModel::openNode(quint32 node) {
     if (const auto path = nodePath(node))
         environment_.desktop->open(*path);

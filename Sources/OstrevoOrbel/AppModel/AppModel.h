@@ -179,6 +179,8 @@ public:
     Q_INVOKABLE void dismissNotice();
     /// Shows a node of the current tree on the map.
     Q_INVOKABLE void showOnMap(quint32 node);
+    /// Shows on the map, from its top, only what is of a kind.
+    Q_INVOKABLE void showKindOnMap(int kind);
     // What the menu of an item offers, for a node of the current tree.
     Q_INVOKABLE void openNode(quint32 node);
     Q_INVOKABLE void showNodeInFileManager(quint32 node);
@@ -246,6 +248,7 @@ public:
     int treeVersion() const { return treeVersion_; }
     const LowDiskSettings& lowDisk() const { return lowDisk_; }
     std::chrono::system_clock::time_point now() const { return environment_.now(); }
+    const AppEnvironment::FindLargeOld& findLargeOld() const { return environment_.findLargeOld; }
     /// The model's tie to the threads that work for it.
     const Inbox& inbox() const { return inbox_; }
     Diagnostics* diagnostics() const { return environment_.diagnostics.get(); }
@@ -317,6 +320,8 @@ Q_SIGNALS:
     void aboutWanted();
     /// The map is to show this node: zoomed when it is a folder, else selected.
     void mapNodeWanted(quint32 node);
+    /// The map is to show only this kind.
+    void mapKindWanted(int kind);
 
 private:
     // The scan (AppModelScan.cpp).

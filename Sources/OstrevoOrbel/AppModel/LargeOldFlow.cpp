@@ -1,17 +1,296 @@
 #include "AppModel/LargeOldFlow.h"
 
 #include "AppModel/AppModel.h"
+#include "AppModel/MoveFlow.h"
+#include "Models/ByteFigure.h"
+#include "Models/Wording.h"
+#include "Util/Thread.h"
+
+#include <algorithm>
+#include <array>
+#include <ranges>
 
 namespace orbel {
 
-LargeOldFlow::LargeOldFlow(AppModel& app) : app_(app) {}
+namespace {
+
+constexpr std::array<std::uint64_t, 5> sizeChoices{10'000'000, 50'000'000, LargeOldQuery::defaultMinimumBytes,
+                                                   500'000'000, 1'000'000'000};
+
+constexpr double month = LargeOldQuery::defaultUnusedFor / 12;
+constexpr std::array<std::optional<double>, 5> ageChoices{
+    std::nullopt, month, 6 * month, LargeOldQuery::defaultUnusedFor, 2 * LargeOldQuery::defaultUnusedFor};
+
+/// All that a row can be: plain folders have none.
+constexpr std::span<const FileKind> kindChoices = std::span(allFileKinds).subspan(1);
+
+/// Whoever drops the last reference does not wait for the memory of so many rows to be freed.
+std::shared_ptr<const LargeOldList> sharedList(std::vector<LargeOldQuery::Row> rows, const FileTree& tree) {
+    constexpr std::size_t quicklyFreed = 2'000;
+    return {new LargeOldList(std::move(rows), tree), [](const LargeOldList* last) {
+                const auto dispose = [last] { delete last; };
+                if (last->rows().size() <= quicklyFreed || !Thread::startDetached("orbel.free", dispose))
+                    dispose();
+            }};
+}
+
+template <class Choices, class Value>
+int indexIn(const Choices& choices, const Value& value) {
+    const auto found = std::ranges::find(choices, value);
+    return found == choices.end() ? -1 : static_cast<int>(found - choices.begin());
+}
+
+} // namespace
+
+LargeOldFlow::LargeOldFlow(AppModel& app)
+    : app_(app),
+      policy_(std::make_shared<const SafetyPolicy>(app.policy())),
+      list_(std::make_shared<LargeOldList>()),
+      model_(ticks_, app.home()) {
+    connect(&app, &AppModel::treeChanged, this, &LargeOldFlow::followTree);
+    connect(&app, &AppModel::scanStateChanged, this, &LargeOldFlow::changed);
+    connect(app.moves(), &MoveFlow::moved, this, &LargeOldFlow::dropMoved);
+    app.moves()->watch(ticks_);
+    connect(&ticks_, &Ticks::changed, &model_, &LargeOldModel::tellTicks);
+    ticks_.setPosition([this](const TickedItem& ticked) {
+        // What filters hide comes last.
+        return static_cast<std::size_t>(
+            static_cast<unsigned>(model_.placeOf(QString::fromStdString(ticked.item.id))));
+    });
+}
+
+LargeOldFlow::~LargeOldFlow() {
+    stop();
+}
+
+void LargeOldFlow::stop() {
+    if (token_)
+        token_->cancel();
+    token_.reset();
+}
+
+/// What was put back comes with the tree too.
+void LargeOldFlow::followTree() {
+    if (app_.hasTree()) {
+        refresh();
+        return;
+    }
+    stop();
+    list_ = std::make_shared<LargeOldList>();
+    arrangement_.gone.clear();
+    bytes_ = 0;
+    version_ = -1;
+    isKnown_ = false;
+    ++arrangeJob_;
+    show({});
+}
+
+void LargeOldFlow::refresh() {
+    stop();
+    token_ = std::make_shared<ScanCancellation>();
+    auto arrangement = arrangement_;
+    arrangement.gone.clear();
+    inbox_.runAside(
+        "orbel.large-old",
+        [token = token_, tree = app_.tree(), policy = policy_, query = query_,
+         arrangement = std::move(arrangement), now = std::chrono::time_point_cast<Date::duration>(app_.now()),
+         find = app_.findLargeOld()] {
+            const auto isCancelled = [&] { return token->isCancelled(); };
+            Found found{.list = nullptr, .arrangement = arrangement, .order = {}};
+            auto rows = find(query, *tree, *policy, now, isCancelled);
+            if (!isCancelled()) {
+                found.list = sharedList(std::move(rows), *tree);
+                found.order = arranged(*found.list, arrangement, policy->homePath());
+            }
+            return found;
+        },
+        [this, token = token_, version = app_.treeVersion()](Found found) {
+            if (token == token_)
+                take(std::move(found), version);
+        });
+    Q_EMIT changed();
+}
+
+void LargeOldFlow::take(Found found, int version) {
+    token_.reset();
+    list_ = std::move(found.list);
+    arrangement_.gone.clear();
+    version_ = version;
+    isKnown_ = true;
+    bytes_ = 0;
+    for (const auto& row : list_->rows())
+        bytes_ += row.bytes;
+    if (found.arrangement == arrangement_) {
+        ++arrangeJob_;
+        show(std::move(found.order));
+    } else {
+        arrange();
+    }
+}
+
+void LargeOldFlow::arrange() {
+    inbox_.runAside(
+        "orbel.arrange",
+        [list = list_, arrangement = arrangement_, home = policy_->homePath()] {
+            return arranged(*list, arrangement, home);
+        },
+        [this, job = ++arrangeJob_](LargeOldOrder order) {
+            if (job == arrangeJob_)
+                show(std::move(order));
+        });
+    Q_EMIT changed();
+}
+
+void LargeOldFlow::show(LargeOldOrder order) {
+    model_.show(list_, std::move(order));
+    ticks_.setFilter([this](const TickedItem& ticked) {
+        return model_.placeOf(QString::fromStdString(ticked.item.id)) >= 0;
+    });
+    Q_EMIT changed();
+}
+
+void LargeOldFlow::dropMoved(const std::vector<DeletionItem>& items) {
+    // What is being looked for may have seen them; the tree without them, which is about to come, has it
+    // looked for again.
+    stop();
+    std::unordered_set<std::string> paths;
+    for (const auto& item : items)
+        paths.insert(item.path);
+    for (std::uint32_t row = 0; row < list_->rows().size(); ++row) {
+        const auto& found = list_->rows()[row];
+        if (paths.contains(found.item.path) && arrangement_.gone.insert(row).second)
+            bytes_ -= found.bytes;
+    }
+    model_.drop(paths);
+    arrange();
+}
+
+void LargeOldFlow::setLargeOldQuery(LargeOldQuery query) {
+    query_ = std::move(query);
+    if (app_.hasTree())
+        refresh();
+    else
+        Q_EMIT changed();
+}
+
+void LargeOldFlow::sortBy(int column) {
+    const auto wanted = static_cast<LargeOldArrangement::Column>(column);
+    if (wanted == arrangement_.column) {
+        arrangement_.descending = !arrangement_.descending;
+    } else {
+        arrangement_.column = wanted;
+        arrangement_.descending = wanted == LargeOldArrangement::Column::size;
+    }
+    arrange();
+}
+
+void LargeOldFlow::toggleTick(quint32 node) {
+    const auto row = list_->find(node);
+    if (!row || arrangement_.gone.contains(*row))
+        return;
+    auto item = list_->ticked(*row);
+    const bool wasTicked = ticks_.contains(item.item.id);
+    ticks_.setTicked(std::move(item), !wasTicked);
+}
+
+bool LargeOldFlow::isTicked(quint32 node) const {
+    const auto row = list_->find(node);
+    return row && ticks_.contains(list_->rows()[*row].id());
+}
+
+std::size_t LargeOldFlow::count() const {
+    return list_->rows().size() - arrangement_.gone.size();
+}
+
+QString LargeOldFlow::countedFiles() const {
+    const auto files = countOf(count(), tr("file"), tr("files"));
+    return app_.isPartial() ? tr("%1 so far").arg(files) : files;
+}
 
 QString LargeOldFlow::countText() const {
-    return {};
+    return isKnown_ ? orbel::countText(count()) : QString();
 }
 
 QString LargeOldFlow::summary() const {
-    return {};
+    return isKnown_ ? tr("%1 · %2").arg(countedFiles(), ByteFigure(bytes_).text()) : QString();
+}
+
+QString LargeOldFlow::shownCount() const {
+    const auto shown = static_cast<std::size_t>(model_.rowCount());
+    if (!isKnown_)
+        return {};
+    return shown == count() ? countedFiles() : tr("%1 of %2").arg(orbel::countText(shown), countedFiles());
+}
+
+QString LargeOldFlow::shownSize() const {
+    return isKnown_ ? ByteFigure(model_.bytes()).text() : QString();
+}
+
+QStringList LargeOldFlow::sizes() const {
+    QStringList words;
+    for (const auto bytes : sizeChoices)
+        words << tr("%1 or more").arg(ByteFigure(bytes).text());
+    return words;
+}
+
+int LargeOldFlow::size() const {
+    return indexIn(sizeChoices, query_.minimumBytes);
+}
+
+void LargeOldFlow::setSize(int choice) {
+    if (choice == size())
+        return;
+    auto query = query_;
+    query.minimumBytes = sizeChoices.at(static_cast<std::size_t>(choice));
+    setLargeOldQuery(std::move(query));
+}
+
+QStringList LargeOldFlow::ages() const {
+    return {tr("any time"), tr("1 month"), tr("6 months"), tr("1 year"), tr("2 years")};
+}
+
+int LargeOldFlow::age() const {
+    return indexIn(ageChoices, query_.unusedFor);
+}
+
+void LargeOldFlow::setAge(int choice) {
+    if (choice == age())
+        return;
+    auto query = query_;
+    query.unusedFor = ageChoices.at(static_cast<std::size_t>(choice));
+    setLargeOldQuery(std::move(query));
+}
+
+QStringList LargeOldFlow::kinds() const {
+    QStringList words{tr("All kinds")};
+    for (const auto kind : kindChoices)
+        words << textOf(title(kind));
+    return words;
+}
+
+int LargeOldFlow::kind() const {
+    return query_.kinds.size() == 1 ? indexIn(kindChoices, *query_.kinds.begin()) + 1 : 0;
+}
+
+void LargeOldFlow::setKind(int choice) {
+    if (choice == kind())
+        return;
+    auto query = query_;
+    query.kinds.clear();
+    if (choice > 0)
+        query.kinds.insert(kindChoices[static_cast<std::size_t>(choice) - 1]);
+    setLargeOldQuery(std::move(query));
+}
+
+QString LargeOldFlow::text() const {
+    return QString::fromStdString(arrangement_.text);
+}
+
+void LargeOldFlow::setText(const QString& text) {
+    if (text.trimmed() == LargeOldFlow::text())
+        return;
+    arrangement_.text = text.trimmed().toStdString();
+    arrange();
 }
 
 } // namespace orbel

@@ -1,9 +1,19 @@
 #pragma once
 
 #include "AppModel/Inbox.h"
+#include "Find/LargeOldQuery.h"
+#include "Models/LargeOldList.h"
+#include "Models/LargeOldModel.h"
+#include "Models/Ticks.h"
+#include "Scan/ScanCancellation.h"
 
+#include <memory>
 #include <QObject>
+#include <QStringList>
 #include <QtQml/qqmlregistration.h>
+#include <string>
+#include <unordered_set>
+#include <vector>
 
 namespace orbel {
 
@@ -11,6 +21,10 @@ class AppModel;
 
 /// The large and old files: the filter, the rows it leaves, and what is ticked of them. Belongs to
 /// the AppModel; used on the main thread, while what takes long runs on threads of its own.
+///
+/// The rows follow the tree: whenever there is another one, and whenever the filter changes, they are looked
+/// for again, and what was under way is cancelled and dropped. Until the new rows are there the old ones
+/// stay, except when a scan begins.
 class LargeOldFlow final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -20,18 +34,114 @@ class LargeOldFlow final : public QObject {
     /// "86 files · 120.4 GB"; empty until known.
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
 
+    Q_PROPERTY(orbel::LargeOldModel* rows READ rows CONSTANT)
+    Q_PROPERTY(orbel::Ticks* ticks READ ticks CONSTANT)
+    /// Rows are being looked for.
+    Q_PROPERTY(bool running READ largeOldRunning NOTIFY changed)
+    /// There has been an answer for this scan.
+    Q_PROPERTY(bool known READ isKnown NOTIFY changed)
+    /// "86 files", "12 of 86 files"; "39 files so far" after a scan that was stopped.
+    Q_PROPERTY(QString shownCount READ shownCount NOTIFY changed)
+    /// "143.2 GB"
+    Q_PROPERTY(QString shownSize READ shownSize NOTIFY changed)
+
+    // The filter: for each part what there is to choose from, and which of it is chosen.
+
+    Q_PROPERTY(QStringList sizes READ sizes CONSTANT)
+    Q_PROPERTY(int size READ size WRITE setSize NOTIFY changed)
+    Q_PROPERTY(QStringList ages READ ages CONSTANT)
+    /// 0: of any age.
+    Q_PROPERTY(int age READ age WRITE setAge NOTIFY changed)
+    Q_PROPERTY(QStringList kinds READ kinds CONSTANT)
+    /// 0: of every kind.
+    Q_PROPERTY(int kind READ kind WRITE setKind NOTIFY changed)
+    /// What the name or the folder has to contain.
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY changed)
+
+    // The order: a Column, and whether it descends.
+
+    Q_PROPERTY(int column READ column NOTIFY changed)
+    Q_PROPERTY(bool descending READ isDescending NOTIFY changed)
+
 public:
+    enum Column { Name, Kind, LastUsed, Size };
+    Q_ENUM(Column)
+
     explicit LargeOldFlow(AppModel& app);
+    ~LargeOldFlow() override;
+
+    // Intents.
+
+    /// Sorts by a column; once more by the same one, the other way round.
+    Q_INVOKABLE void sortBy(int column);
+    /// Ticks or unticks the row of a node.
+    Q_INVOKABLE void toggleTick(quint32 node);
+    Q_INVOKABLE bool isTicked(quint32 node) const;
+
+    // State.
+
+    const LargeOldQuery& largeOldQuery() const { return query_; }
+    void setLargeOldQuery(LargeOldQuery query);
+    /// As the last look found them, the largest first; what has moved since then is among them.
+    const std::vector<LargeOldQuery::Row>& largeOldRows() const { return list_->rows(); }
+    bool largeOldRunning() const { return token_ != nullptr; }
+    /// The version of the tree that the rows are of; -1 when there are none.
+    int largeOldVersion() const { return version_; }
 
     QString countText() const;
     QString summary() const;
-    bool isBusy() const { return false; }
+    bool isBusy() const { return largeOldRunning(); }
+    LargeOldModel* rows() { return &model_; }
+    Ticks* ticks() { return &ticks_; }
+    bool isKnown() const { return isKnown_; }
+    QString shownCount() const;
+    QString shownSize() const;
+    QStringList sizes() const;
+    int size() const;
+    void setSize(int choice);
+    QStringList ages() const;
+    int age() const;
+    void setAge(int choice);
+    QStringList kinds() const;
+    int kind() const;
+    void setKind(int choice);
+    QString text() const;
+    void setText(const QString& text);
+    int column() const { return static_cast<int>(arrangement_.column); }
+    bool isDescending() const { return arrangement_.descending; }
 
 Q_SIGNALS:
     void changed();
 
 private:
+    struct Found {
+        std::shared_ptr<const LargeOldList> list; ///< null when it was cancelled
+        LargeOldArrangement arrangement;
+        LargeOldOrder order;
+    };
+
+    void followTree();
+    void stop();
+    void refresh();
+    void take(Found found, int version);
+    void arrange();
+    void show(LargeOldOrder order);
+    void dropMoved(const std::vector<DeletionItem>& items);
+    std::size_t count() const;
+    QString countedFiles() const;
+
     AppModel& app_;
+    std::shared_ptr<const SafetyPolicy> policy_; ///< a copy, for threads that may outlive the application
+    LargeOldQuery query_;
+    LargeOldArrangement arrangement_;
+    std::shared_ptr<ScanCancellation> token_; ///< of the look that is under way
+    std::shared_ptr<const LargeOldList> list_;
+    std::uint64_t bytes_ = 0; ///< of all rows, whatever the text hides
+    int version_ = -1;
+    bool isKnown_ = false;
+    int arrangeJob_ = 0; ///< an older order that is under way is dropped
+    Ticks ticks_;
+    LargeOldModel model_;
 
     Inbox inbox_; ///< the last member: what it delivers finds all others alive
 };

@@ -40,6 +40,7 @@ void MapModel::setApp(AppModel* app) {
         policy_ = std::make_shared<const SafetyPolicy>(app_->policy());
         connect(app_, &AppModel::treeChanged, this, &MapModel::takeTree);
         connect(app_, &AppModel::mapNodeWanted, this, &MapModel::show);
+        connect(app_, &AppModel::mapKindWanted, this, &MapModel::showKind);
         app_->moves()->watch(ticks_);
         takeTree();
     }
@@ -95,6 +96,11 @@ void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Cover
 void MapModel::show(quint32 node) {
     if (node >= tree_->count() || !tree_->isAttached(node))
         return;
+    // The map shows a package as one item, so that stands for what is in it.
+    for (auto above = tree_->parent(node); above; above = tree_->parent(*above)) {
+        if (tree_->flags(*above).contains(NodeFlags::package))
+            node = *above;
+    }
     if (TreemapModel::isPlainFolder(*tree_, node)) {
         setFocus(node);
     } else {
@@ -187,6 +193,12 @@ void MapModel::toggleKind(int kind) {
 
 void MapModel::clearFilter() {
     legend_.setChosen(0);
+    Q_EMIT legendChanged();
+}
+
+void MapModel::showKind(int kind) {
+    goToRoot();
+    legend_.setChosen(1U << static_cast<unsigned>(kind));
     Q_EMIT legendChanged();
 }
 

@@ -74,6 +74,8 @@ public:
     /// Shows only this kind among those that are chosen, or no longer.
     Q_INVOKABLE void toggleKind(int kind);
     Q_INVOKABLE void clearFilter();
+    /// Shows the root, and of it this kind alone.
+    void showKind(int kind);
     /// Ticks an item that may be moved, once that has been asked, or unticks it. What lies inside a ticked
     /// folder moves with it and has no tick of its own.
     Q_INVOKABLE void toggleTick(quint32 node);

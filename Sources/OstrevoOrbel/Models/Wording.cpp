@@ -56,4 +56,10 @@ QString dateText(std::chrono::system_clock::time_point time, std::chrono::system
     return dayAndClock(time, now, QStringLiteral("d MMMM yyyy"));
 }
 
+QString dayText(std::chrono::sys_time<std::chrono::microseconds> time) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time).time_since_epoch().count();
+    return QLocale(QLocale::English)
+        .toString(QDateTime::fromSecsSinceEpoch(seconds), QStringLiteral("d MMMM yyyy"));
+}
+
 } // namespace orbel

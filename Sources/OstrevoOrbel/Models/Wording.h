@@ -27,4 +27,7 @@ QString whenText(std::chrono::system_clock::time_point time, std::chrono::system
 /// "today at 09:26", "18 November 2026 at 21:04", in the local time of this computer.
 QString dateText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now);
 
+/// "3 March 2025", in the local time of this computer.
+QString dayText(std::chrono::sys_time<std::chrono::microseconds> time);
+
 } // namespace orbel

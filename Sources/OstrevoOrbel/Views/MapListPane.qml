@@ -7,11 +7,21 @@ FocusScope {
 
     required property MapModel map
 
+    function nodeAt(row: int): int {
+        return (table.itemAt(row) as MapListRow).node;
+    }
+
     signal zoomWanted(node: int)
     signal upWanted()
     signal menuWanted(node: int, item: Item, x: real, y: real)
     signal copyWanted(node: int)
     signal tickWanted(node: int)
+
+    Keys.onPressed: event => {
+        event.accepted = event.key === Qt.Key_Backspace && event.modifiers === Qt.NoModifier;
+        if (event.accepted)
+            pane.upWanted();
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -45,81 +55,28 @@ FocusScope {
             text: qsTr("Size on disk") + " ↓"
         }
     }
-    ListView {
-        id: view
+    RowTable {
+        id: table
 
         Accessible.name: qsTr("Items in %1").arg(pane.map.focusName)
         Accessible.role: Accessible.List
-        activeFocusOnTab: true
         anchors.bottom: summary.top
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: head.bottom
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
-        currentIndex: pane.map.selectedRow
         focus: true
-        highlightMoveDuration: 0
-        keyNavigationEnabled: false
         model: pane.map.list
         objectName: "map.list"
 
-        onCurrentIndexChanged: if (currentIndex >= 0) positionViewAtIndex(currentIndex, ListView.Contain)
-
-        function move(row: int): void {
-            if (count > 0)
-                pane.map.selectRow(Math.max(0, Math.min(count - 1, row)));
-        }
-
-        property bool keyed: false
-
-        Keys.onPressed: event => {
-            const rows = Math.max(1, Math.floor(height / Theme.compactRowHeight) - 1);
-            const current = currentItem as MapListRow;
-            keyed = true;
-            event.accepted = true;
-            if (event.key === Qt.Key_C && event.modifiers === Qt.ControlModifier && current)
-                pane.copyWanted(current.node);
-            else if (event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier) {
-                if (current)
-                    pane.menuWanted(current.node, current, 24, current.height - 4);
-            } else if (event.modifiers & ~Qt.KeypadModifier)
-                event.accepted = false;
-            else if (event.key === Qt.Key_Down)
-                move(currentIndex + 1);
-            else if (event.key === Qt.Key_Up)
-                move(currentIndex - 1);
-            else if (event.key === Qt.Key_PageDown)
-                move(currentIndex + rows);
-            else if (event.key === Qt.Key_PageUp)
-                move(currentIndex - rows);
-            else if (event.key === Qt.Key_Home)
-                move(0);
-            else if (event.key === Qt.Key_End)
-                move(count - 1);
-            else if (event.key === Qt.Key_Space && current)
-                pane.tickWanted(current.node);
-            else if (event.key === Qt.Key_Backspace)
-                pane.upWanted();
-            else if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && current)
-                pane.zoomWanted(current.node);
-            else
-                event.accepted = false;
-        }
-        onActiveFocusChanged: if (activeFocus) {
-            keyed = true;
-            if (currentIndex < 0)
-                move(0);
-        }
-
         delegate: MapListRow {
-            focused: view.activeFocus && view.keyed && ListView.isCurrentItem
+            required property int index
+
+            focused: table.showsFocus && index === table.currentRow
             selected: pane.map.selection.valid && pane.map.selection.node === node
-            width: view.width
+            width: table.width
 
             onChosen: {
-                view.forceActiveFocus(Qt.MouseFocusReason);
-                view.keyed = false;
+                table.choose(index);
                 pane.map.select(node);
             }
             onMenuWanted: (x, y) => pane.menuWanted(node, this, x, y)
@@ -130,18 +87,19 @@ FocusScope {
             }
         }
 
-        ScrollThumb {
-            id: thumb
+        onActivated: row => pane.zoomWanted(pane.nodeAt(row))
+        onCopyWanted: row => pane.copyWanted(pane.nodeAt(row))
+        onMenuWanted: (row, item, x, y) => pane.menuWanted(pane.nodeAt(row), item, x, y)
+        onSelectedRowChanged: if (selectedRow !== pane.map.selectedRow) pane.map.selectRow(selectedRow)
+        onTickWanted: row => pane.tickWanted(pane.nodeAt(row))
+    }
+    // What is selected on the map may lie deeper than a row: the row that holds it is marked then.
+    Connections {
+        target: pane.map
 
-            active: view.moving
-            anchors.bottom: parent.bottom
-            anchors.right: parent.right
-            anchors.top: parent.top
-            orientation: Qt.Vertical
-            position: view.visibleArea.yPosition
-            size: view.visibleArea.heightRatio
-
-            onPositionChanged: if (pressed) view.contentY = view.originY + position * view.contentHeight
+        function onSelectionChanged(): void {
+            table.currentRow = pane.map.selectedRow;
+            table.selectedRow = pane.map.selectedRow;
         }
     }
     Item {

@@ -53,6 +53,12 @@ ScreenFrame {
 
             onClicked: map.clearFilter()
         },
+        FindButton {
+            app: screen.app
+            objectName: "map.find"
+            reachable: screen.visible && screen.hasMap
+            visible: screen.hasMap
+        },
         PushButton {
             iconOnly: screen.narrow
             iconPath: Theme.icons.stop

@@ -43,9 +43,14 @@ FocusScope {
         id: way
 
         property string iconPath: ""
-        property string remark: ""
-        property string value: "—"
+        /// What the screen has to list, and how many: empty until that is known.
+        property string summary: ""
+        property string count: ""
+        /// What stands there until then.
+        property string unknown: ""
         property bool first: false
+
+        readonly property string remark: summary !== "" ? summary : unknown
 
         Accessible.name: text + ", " + remark
         Accessible.role: Accessible.Link
@@ -112,7 +117,7 @@ FocusScope {
                 bold: true
                 elide: Text.ElideNone
                 role: ThemedText.Lead
-                text: way.value
+                text: way.count !== "" ? way.count : "—"
             }
             PathIcon {
                 id: chevron
@@ -248,12 +253,12 @@ FocusScope {
                             sizeWords: size
                             width: ListView.view.width
 
-                            onClicked: measured.app.screen = "map"
+                            onClicked: measured.app.showKindOnMap(kind)
                             onHoveredChanged: measured.status = hovered ? title + " · " + size : ""
                         }
 
                         onVisualFocusChanged: if (visualFocus) page.reveal(kindList)
-                        onActivated: measured.app.screen = "map"
+                        onActivated: index => measured.app.showKindOnMap(kindList.itemAtIndex(index).kind)
                     }
                     Column {
                         id: facts
@@ -427,11 +432,13 @@ FocusScope {
                     WayOn {
                         id: large
 
+                        count: measured.app.largeOld.countText
                         first: true
                         iconPath: Theme.icons.large
                         objectName: "overview.large"
-                        remark: qsTr("not looked for")
+                        summary: measured.app.largeOld.summary
                         text: qsTr("Large and Old")
+                        unknown: qsTr("not looked for")
                         width: ways.cell
 
                         onActiveFocusChanged: if (activeFocus) page.reveal(large)
@@ -440,10 +447,12 @@ FocusScope {
                     WayOn {
                         id: duplicates
 
+                        count: measured.app.duplicates.countText
                         iconPath: Theme.icons.duplicates
                         objectName: "overview.duplicates"
-                        remark: qsTr("not searched")
+                        summary: measured.app.duplicates.summary
                         text: qsTr("Duplicates")
+                        unknown: qsTr("not searched")
                         width: ways.cell
 
                         onActiveFocusChanged: if (activeFocus) page.reveal(duplicates)
@@ -452,10 +461,12 @@ FocusScope {
                     WayOn {
                         id: tidy
 
+                        count: measured.app.tidy.countText
                         iconPath: Theme.icons.tidy
                         objectName: "overview.tidy"
-                        remark: qsTr("not looked for")
+                        summary: measured.app.tidy.summary
                         text: qsTr("Tidy")
+                        unknown: qsTr("not looked for")
                         width: ways.cell
 
                         onActiveFocusChanged: if (activeFocus) page.reveal(tidy)

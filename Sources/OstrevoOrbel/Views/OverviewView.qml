@@ -29,6 +29,12 @@ ScreenFrame {
     })
 
     actions: [
+        FindButton {
+            app: view.app
+            objectName: "overview.find"
+            reachable: view.visible && visible
+            visible: view.phase === "measured"
+        },
         PushButton {
             iconOnly: view.narrow
             iconPath: view.narrow ? Theme.icons.folders : ""

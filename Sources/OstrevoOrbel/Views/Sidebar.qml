@@ -21,6 +21,14 @@ Rectangle {
     }
 
     readonly property int side: rail ? 8 : 12
+    /// How much each screen has to list, as far as that is known.
+    readonly property var counts: ({
+        large: app.largeOld.countText,
+        duplicates: app.duplicates.countText,
+        uninstall: app.apps.countText,
+        tidy: app.tidy.countText,
+        journal: app.journalFlow.countText
+    })
 
     color: Theme.side
 
@@ -88,6 +96,7 @@ Rectangle {
                     required property int index
                     required property var modelData
 
+                    count: sidebar.counts[modelData.screen] ?? ""
                     current: sidebar.page === "" && sidebar.app.screenIndex === index
                     iconPath: modelData.icon
                     objectName: "sidebar." + modelData.screen

@@ -8,7 +8,6 @@ T.AbstractButton {
     id: choice
 
     required property AppModel app
-    readonly property int menuWidth: Theme.px(440)
 
     Accessible.name: qsTr("File system: %1").arg(text)
     Accessible.role: Accessible.ButtonMenu
@@ -67,7 +66,7 @@ T.AbstractButton {
     ActionMenu {
         id: menu
 
-        implicitWidth: choice.menuWidth
+        implicitWidth: Theme.px(440)
         itemFacts: qsTr("Measuring reads names and sizes; it changes nothing.")
         itemName: qsTr("Measure another file system")
         objectName: "overview.volumes"
@@ -83,8 +82,8 @@ T.AbstractButton {
                 required property string figures
 
                 iconPath: Theme.icons.diskImages
-                // Not the menu's own width: an entry can outlive the menu for a moment.
-                implicitWidth: choice.menuWidth - 10
+                // Not by the menu's own width: an entry can outlive the menu, and all of this, for a moment.
+                implicitWidth: Theme.px(430)
                 keys: figures
                 objectName: "overview.volume." + index
                 text: path
@@ -93,7 +92,7 @@ T.AbstractButton {
             }
 
             onObjectAdded: (index, object) => menu.insertItem(index, object)
-            onObjectRemoved: (index, object) => menu.removeItem(object)
+            onObjectRemoved: (index, object) => menu?.removeItem(object)
         }
     }
 }

@@ -1,0 +1,90 @@
+#include "Models/LargeOldList.h"
+
+#include "Util/PathText.h"
+#include "Util/TextMatcher.h"
+
+#include <algorithm>
+
+namespace orbel {
+
+LargeOldList::LargeOldList(std::vector<Row> rows, const FileTree& tree) : rows_(std::move(rows)) {
+    contents_.reserve(rows_.size());
+    byId_.reserve(rows_.size());
+    for (const auto& row : rows_) {
+        byId_.emplace(row.id(), static_cast<std::uint32_t>(contents_.size()));
+        const auto whole = TickedItem::ofNode({}, tree, row.index);
+        contents_.push_back({.count = whole.count, .leastFreed = whole.leastFreed});
+    }
+}
+
+std::optional<std::uint32_t> LargeOldList::find(const std::string& id) const {
+    const auto found = byId_.find(id);
+    return found == byId_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<std::uint32_t> LargeOldList::find(NodeIndex node) const {
+    const auto found = std::ranges::find(rows_, node, &Row::index);
+    return found == rows_.end() ? std::nullopt
+                                : std::optional(static_cast<std::uint32_t>(found - rows_.begin()));
+}
+
+TickedItem LargeOldList::ticked(std::uint32_t row) const {
+    auto item = TickedItem::alone(rows_[row].item, rows_[row].kind);
+    item.count = contents_[row].count;
+    item.leastFreed = contents_[row].leastFreed;
+    return item;
+}
+
+namespace {
+
+using Row = LargeOldQuery::Row;
+
+/// Sorts by what `keyOf` gives for a row, which is asked once for each.
+template <class KeyOf>
+void sortBy(std::vector<std::uint32_t>& order, const std::vector<Row>& rows, bool descending, KeyOf keyOf) {
+    std::vector<decltype(keyOf(rows.front()))> keys(rows.size());
+    for (const auto row : order)
+        keys[row] = keyOf(rows[row]);
+    const auto key = [&](std::uint32_t row) -> const auto& {
+        return keys[row];
+    };
+    if (descending)
+        std::ranges::stable_sort(order, std::ranges::greater{}, key);
+    else
+        std::ranges::stable_sort(order, {}, key);
+}
+
+} // namespace
+
+LargeOldOrder arranged(const LargeOldList& list, const LargeOldArrangement& arrangement,
+                       const std::string& home) {
+    const auto& rows = list.rows();
+    const TextMatcher matcher(arrangement.text);
+    LargeOldOrder order;
+    for (std::uint32_t row = 0; row < rows.size(); ++row) {
+        if (!arrangement.gone.contains(row)
+            && (arrangement.text.empty() || matcher.isIn(tildePath(rows[row].item.path, home))))
+            order.rows.push_back(row);
+    }
+    switch (arrangement.column) {
+    case LargeOldArrangement::Column::name:
+        sortBy(order.rows, rows, arrangement.descending,
+               [](const Row& row) { return caseFolded(row.item.title); });
+        break;
+    case LargeOldArrangement::Column::kind:
+        sortBy(order.rows, rows, arrangement.descending, [](const Row& row) { return title(row.kind); });
+        break;
+    case LargeOldArrangement::Column::lastUsed:
+        sortBy(order.rows, rows, arrangement.descending, [](const Row& row) { return row.lastUsed.date; });
+        break;
+    case LargeOldArrangement::Column::size:
+        sortBy(order.rows, rows, arrangement.descending, [](const Row& row) { return row.bytes; });
+        break;
+    }
+    order.places.assign(rows.size(), LargeOldOrder::nowhere);
+    for (std::uint32_t place = 0; place < order.rows.size(); ++place)
+        order.places[order.rows[place]] = place;
+    return order;
+}
+
+} // namespace orbel

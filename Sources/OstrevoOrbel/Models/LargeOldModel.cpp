@@ -1,0 +1,146 @@
+#include "Models/LargeOldModel.h"
+
+#include "Models/ByteFigure.h"
+#include "Models/Wording.h"
+#include "Util/PathText.h"
+
+#include <utility>
+
+namespace orbel {
+
+namespace {
+
+QString recordText(LastUsed::Record record) {
+    switch (record) {
+    case LastUsed::Record::usageIndex:
+        return LargeOldModel::tr("recently used list");
+    case LastUsed::Record::accessTime:
+        return LargeOldModel::tr("file access time");
+    case LastUsed::Record::modificationTime:
+        break;
+    }
+    return LargeOldModel::tr("file change time");
+}
+
+QString openText(const std::vector<ProcessUse>& users) {
+    if (users.empty())
+        return {};
+    auto words = LargeOldModel::tr("Open in %1").arg(textOf(users.front().name));
+    if (users.size() > 1)
+        words += LargeOldModel::tr(" and %1 more").arg(countText(users.size() - 1));
+    return words;
+}
+
+} // namespace
+
+LargeOldModel::LargeOldModel(const Ticks& ticks, std::string home)
+    : ticks_(ticks), home_(std::move(home)), list_(std::make_shared<LargeOldList>()) {}
+
+void LargeOldModel::show(std::shared_ptr<const LargeOldList> list, LargeOldOrder order) {
+    if (list == list_ && order == order_)
+        return;
+    beginResetModel();
+    list_ = std::move(list);
+    order_ = std::move(order);
+    sumUp();
+    endResetModel();
+}
+
+void LargeOldModel::drop(const std::unordered_set<std::string>& paths) {
+    // From the end, so that the places of those before stay.
+    for (int place = rowCount() - 1; place >= 0; --place) {
+        if (!paths.contains(rowAt(place).item.path))
+            continue;
+        beginRemoveRows({}, place, place);
+        order_.places[order_.rows[static_cast<std::size_t>(place)]] = LargeOldOrder::nowhere;
+        order_.rows.erase(order_.rows.begin() + place);
+        endRemoveRows();
+    }
+    for (std::uint32_t place = 0; place < order_.rows.size(); ++place)
+        order_.places[order_.rows[place]] = place;
+    sumUp();
+}
+
+void LargeOldModel::sumUp() {
+    bytes_ = 0;
+    for (const auto row : order_.rows)
+        bytes_ += list_->rows()[row].bytes;
+}
+
+void LargeOldModel::tellTicks() {
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TickRole});
+}
+
+int LargeOldModel::placeOf(const QString& id) const {
+    const auto row = list_->find(id.toStdString());
+    return !row || order_.places[*row] == LargeOldOrder::nowhere ? -1 : static_cast<int>(order_.places[*row]);
+}
+
+QString LargeOldModel::idAt(int row) const {
+    return row < 0 || row >= rowCount() ? QString() : QString::fromStdString(rowAt(row).id());
+}
+
+int LargeOldModel::findName(const QString& start, int row) const {
+    const int count = rowCount();
+    for (int step = 1; step <= count; ++step) {
+        const int place = (row + step + count) % count;
+        if (textOf(rowAt(place).item.title).startsWith(start, Qt::CaseInsensitive))
+            return place;
+    }
+    return -1;
+}
+
+const LargeOldQuery::Row& LargeOldModel::rowAt(int place) const {
+    return list_->rows()[order_.rows[static_cast<std::size_t>(place)]];
+}
+
+int LargeOldModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(order_.rows.size());
+}
+
+QVariant LargeOldModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const auto& row = rowAt(index.row());
+    switch (role) {
+    case NodeRole:
+        return row.index;
+    case NameRole:
+        return textOf(row.item.title);
+    case FolderRole:
+        return textOf(tildePath(parentPath(row.item.path), home_));
+    case PathRole:
+        return textOf(tildePath(row.item.path, home_));
+    case KindRole:
+        return static_cast<int>(row.kind);
+    case KindNameRole:
+        return textOf(title(row.kind));
+    case SizeRole:
+        return ByteFigure(row.bytes).text();
+    case LastUsedRole:
+        return dayText(row.lastUsed.date);
+    case RecordRole:
+        return recordText(row.lastUsed.record);
+    case TickRole:
+        return static_cast<int>(ticks_.contains(row.id()) ? Qt::Checked : Qt::Unchecked);
+    case RefusalRole:
+        return row.item.isSelectable() ? QString() : textOf(*row.item.blockedReason);
+    case OpenInRole:
+        return openText(row.openBy);
+    case NoteRole:
+        return row.item.note ? textOf(*row.item.note) : QString();
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> LargeOldModel::roleNames() const {
+    return {{NodeRole, "node"}, {NameRole, "name"},         {FolderRole, "folder"},
+            {PathRole, "path"}, {KindRole, "kind"},         {KindNameRole, "kindName"},
+            {SizeRole, "size"}, {LastUsedRole, "lastUsed"}, {RecordRole, "record"},
+            {TickRole, "tick"}, {RefusalRole, "refusal"},   {OpenInRole, "openIn"},
+            {NoteRole, "note"}};
+}
+
+} // namespace orbel

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Models/LargeOldList.h"
+#include "Models/Ticks.h"
+
+#include <memory>
+#include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+#include <unordered_set>
+
+namespace orbel {
+
+/// The rows of the large and old files as they are shown. Each is put into words when it is asked for, so a
+/// hundred thousand cost no more than ten.
+class LargeOldModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the LargeOldFlow.")
+
+public:
+    enum Role {
+        NodeRole = Qt::UserRole,
+        NameRole,
+        FolderRole, ///< "~/Downloads"
+        PathRole,   ///< "~/Downloads/raspios-full.img"
+        KindRole,
+        KindNameRole,
+        SizeRole,
+        LastUsedRole, ///< "3 March 2025"
+        RecordRole,   ///< "file access time"
+        TickRole,     ///< Qt::CheckState
+        RefusalRole,  ///< why it cannot be ticked
+        OpenInRole,   ///< "Open in qemu-system-x86"
+        NoteRole
+    };
+
+    /// `ticks` outlive the model.
+    LargeOldModel(const Ticks& ticks, std::string home);
+
+    /// Shows rows of this list; nothing happens where they are shown already.
+    void show(std::shared_ptr<const LargeOldList> list, LargeOldOrder order);
+    /// Takes out what lies at these paths.
+    void drop(const std::unordered_set<std::string>& paths);
+    /// Ticks have changed.
+    void tellTicks();
+
+    std::uint64_t bytes() const { return bytes_; }
+    /// Where an item of that id is shown; -1 where it is not.
+    Q_INVOKABLE int placeOf(const QString& id) const;
+    Q_INVOKABLE QString idAt(int row) const;
+    /// The first row after `row`, going round, whose name begins so, in any case; -1 when there is none.
+    Q_INVOKABLE int findName(const QString& start, int row) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+private:
+    const LargeOldQuery::Row& rowAt(int place) const;
+    void sumUp();
+
+    const Ticks& ticks_;
+    std::string home_;
+    std::shared_ptr<const LargeOldList> list_;
+    LargeOldOrder order_;
+    std::uint64_t bytes_ = 0;
+};
+
+} // namespace orbel

@@ -1,0 +1,61 @@
+import QtQml.Models
+import QtQuick
+import OstrevoOrbel
+
+/// A filter with a few values to choose from.
+Chip {
+    id: chip
+
+    /// What it is about; left out of the chip itself where there is little room.
+    property string about: ""
+    property bool narrow: false
+    property var choices: []
+    property int choice: 0
+
+    signal chosen(choice: int)
+
+    function open(): void {
+        menu.popup(chip, 0, chip.height + 4);
+        menu.currentIndex = Math.max(0, chip.choice);
+    }
+
+    Accessible.name: [about, value].join(" ")
+    Accessible.role: Accessible.ButtonMenu
+    text: narrow ? "" : about
+    value: choices[choice] ?? ""
+
+    Keys.onDownPressed: chip.open()
+    onClicked: chip.open()
+
+    ActionMenu {
+        id: menu
+
+        implicitWidth: Theme.px(200)
+        objectName: chip.objectName + ".menu"
+
+        Instantiator {
+            // All that an entry shows: it can outlive the chip for a moment.
+            model: chip.choices.map((text, index) => ({
+                text: text,
+                name: chip.objectName + "." + index,
+                chosen: index === chip.choice
+            }))
+
+            delegate: MenuEntry {
+                required property int index
+                required property var modelData
+
+                checkable: true
+                checked: modelData.chosen
+                implicitWidth: Theme.px(190)
+                objectName: modelData.name
+                text: modelData.text
+
+                onTriggered: chip.chosen(index)
+            }
+
+            onObjectAdded: (index, object) => menu.insertItem(index, object)
+            onObjectRemoved: (index, object) => menu?.removeItem(object)
+        }
+    }
+}
