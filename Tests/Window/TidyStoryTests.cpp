@@ -130,7 +130,10 @@ TEST_F(TidyInTheWindow, ASmallWindowHasTabsAndAStoppedScanNoEmptyFolders) {
     for (const auto key : {Qt::Key_N, Qt::Key_E, Qt::Key_W})
         scene.press(key);
     EXPECT_EQ(flow().folders()->rowCount(), 1);
+    EXPECT_TRUE(scene.says(QStringLiteral("2 ticked, 2 of them hidden")));
     keepPicture(scene, QStringLiteral("tidy-800x560"));
+    scene.click(QStringLiteral("tidy.folders.all"));
+    EXPECT_EQ(flow().folders()->tickedCount(), 0) << "hidden ones too";
 }
 
 } // namespace orbel::test

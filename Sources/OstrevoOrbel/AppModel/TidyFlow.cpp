@@ -74,6 +74,15 @@ TidyListModel::Row rowOf(const Shortcuts::Row& found) {
     return row;
 }
 
+QString tickedWords(const TidyListModel& list) {
+    const auto words =
+        TidyFlow::tr("%1 ticked").arg(countText(static_cast<std::uint64_t>(list.tickedCount())));
+    if (list.hiddenTicked() == 0)
+        return words;
+    return TidyFlow::tr("%1, %2 of them hidden")
+        .arg(words, countText(static_cast<std::uint64_t>(list.hiddenTicked())));
+}
+
 } // namespace
 
 TidyFlow::TidyFlow(AppModel& app) : app_(app), policy_(std::make_shared<const SafetyPolicy>(app.policy())) {
@@ -266,12 +275,12 @@ QString TidyFlow::shortcutsText() const {
 QString TidyFlow::foldersTicked() const {
     const auto ticked = static_cast<std::uint64_t>(folders_.tickedCount());
     const auto inside = static_cast<std::uint64_t>(folders_.tickedInside());
-    const auto words = tr("%1 ticked").arg(orbel::countText(ticked));
+    const auto words = tickedWords(folders_);
     return inside == ticked ? words : tr("%1, %2 with those inside").arg(words, orbel::countText(inside));
 }
 
 QString TidyFlow::shortcutsTicked() const {
-    return tr("%1 ticked").arg(orbel::countText(static_cast<std::uint64_t>(shortcuts_.tickedCount())));
+    return tickedWords(shortcuts_);
 }
 
 QString TidyFlow::moveFoldersText() const {

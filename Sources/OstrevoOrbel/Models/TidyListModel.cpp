@@ -58,11 +58,17 @@ void TidyListModel::setTicked(int row, bool ticked) {
 
 void TidyListModel::setAllTicked(bool ticked) {
     bool isChanged = false;
-    for (const auto number : shown_)
-        isChanged = choose(rows_[number], ticked) || isChanged;
+    if (ticked) {
+        for (const auto number : shown_)
+            isChanged = choose(rows_[number], true) || isChanged;
+    } else {
+        for (auto& row : rows_)
+            isChanged = choose(row, false) || isChanged;
+    }
     if (!isChanged)
         return;
-    Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TickedRole});
+    if (!shown_.empty())
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TickedRole});
     Q_EMIT changed();
 }
 
@@ -97,6 +103,12 @@ int TidyListModel::tickedInside() const {
     return std::accumulate(rows_.begin(), rows_.end(), 0, [](int sum, const Row& row) {
         return row.isTicked ? sum + static_cast<int>(row.item.count) : sum;
     });
+}
+
+int TidyListModel::hiddenTicked() const {
+    const auto seen =
+        std::ranges::count_if(shown_, [this](std::size_t number) { return rows_[number].isTicked; });
+    return tickedCount() - static_cast<int>(seen);
 }
 
 int TidyListModel::find(const QString& text, int row) const {

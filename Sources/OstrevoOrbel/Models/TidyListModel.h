@@ -51,7 +51,7 @@ public:
     void forgetChoices() { choices_.clear(); }
     void setFilter(const QString& text);
     void setTicked(int row, bool ticked);
-    /// Of the rows that are shown.
+    /// Ticks all rows that are shown, or unticks all there are: nothing stays ticked unseen.
     void setAllTicked(bool ticked);
     /// Takes out what is at these paths or inside them.
     void remove(const std::vector<std::string>& paths);
@@ -64,6 +64,8 @@ public:
     int tickable() const;
     int tickedCount() const;
     int tickedInside() const;
+    /// Ticked rows that the filter hides.
+    int hiddenTicked() const;
     /// The first row after `row`, going round, whose name begins with `text`; -1 when there is none.
     Q_INVOKABLE int find(const QString& text, int row) const;
 

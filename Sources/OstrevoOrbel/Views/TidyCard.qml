@@ -83,7 +83,7 @@ Card {
             controlHeight: Theme.smallButtonHeight
             objectName: card.objectName + ".all"
             text: unticks ? qsTr("Tick None") : qsTr("Tick All")
-            visible: card.list.tickable > 0
+            visible: card.list.tickable > 0 || unticks
 
             onClicked: card.flow.setAllTicked(card.list, !unticks)
         }
