@@ -76,6 +76,9 @@ TEST_F(DuplicatesInTheWindow, TwoOfThreeCopiesGoToTheTrashAndTheKeptOneStays) {
     EXPECT_TRUE(scene.says(QStringLiteral("2 copies ticked")));
     EXPECT_TRUE(scene.says(QStringLiteral("frees 12 MB")));
     keepPicture(scene, QStringLiteral("duplicates-ticked"));
+    scene.setFontScale(2);
+    keepPicture(scene, QStringLiteral("duplicates-ticked-large-font"));
+    scene.setFontScale(1);
 
     scene.press(Qt::Key_Delete);
     ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("confirm.commit")); }));

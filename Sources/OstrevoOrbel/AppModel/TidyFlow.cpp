@@ -1,17 +1,298 @@
 #include "AppModel/TidyFlow.h"
 
 #include "AppModel/AppModel.h"
+#include "AppModel/MoveFlow.h"
+#include "Models/MapWords.h"
+#include "Models/PathSet.h"
+#include "Models/Wording.h"
+#include "Util/PathText.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
 
 namespace orbel {
 
-TidyFlow::TidyFlow(AppModel& app) : app_(app) {}
+namespace {
+
+using Shortcuts = BrokenShortcutFinder;
+
+/// "Symbolic link" for `symbolicLink`: whatever kinds there are, each has its own word.
+QString wordOf(std::string_view rawValue) {
+    QString word;
+    for (const char letter : rawValue) {
+        const auto character = QLatin1Char(letter);
+        if (!word.isEmpty() && character >= QLatin1Char('A') && character <= QLatin1Char('Z'))
+            word += QLatin1Char(' ') + QString(character).toLower();
+        else
+            word += character;
+    }
+    word.front() = word.front().toUpper();
+    return word;
+}
+
+QString changedWords(std::chrono::system_clock::time_point changed,
+                     std::chrono::system_clock::time_point now) {
+    const auto when = whenText(changed, now);
+    if (when.startsWith(QLatin1String("today")))
+        return TidyFlow::tr("changed %1").arg(when);
+    const auto full = changedText(std::chrono::time_point_cast<std::chrono::seconds>(changed));
+    return TidyFlow::tr("changed %1").arg(full.left(full.indexOf(QLatin1String(" at "))));
+}
+
+TidyListModel::Row rowOf(const EmptyFolderFinder::Row& found, std::chrono::system_clock::time_point now) {
+    TidyListModel::Row row{.item = TickedItem::alone(found.item, FileKind::folder),
+                           .isTicked = found.item.preselected};
+    row.item.count = found.nestedCount;
+    const auto changed = std::chrono::time_point_cast<std::chrono::system_clock::duration>(found.changed);
+    row.detail = changedWords(changed, now);
+    if (found.nestedCount > 1)
+        row.detail =
+            TidyFlow::tr("holds %1 empty folders · %2").arg(countText(found.nestedCount), row.detail);
+    if (!found.item.isSelectable())
+        row.badge = textOf(*found.item.blockedReason);
+    else if (!found.item.preselected)
+        row.badge = row.detail.contains(TidyFlow::tr("changed today"))
+                        ? TidyFlow::tr("Changed today, left unticked")
+                        : TidyFlow::tr("Changed lately, left unticked");
+    return row;
+}
+
+TidyListModel::Row rowOf(const Shortcuts::Row& found) {
+    TidyListModel::Row row{.item = TickedItem::alone(found.item, FileKind::other),
+                           .isTicked = found.item.preselected};
+    row.item.kindName = wordOf(rawValue(found.kind));
+    row.detail =
+        found.kind == Shortcuts::Kind::symbolicLink ? QString() : row.item.kindName + QLatin1Char(' ');
+    row.detail +=
+        TidyFlow::tr("→ %1").arg(found.target.empty() ? TidyFlow::tr("not known") : textOf(found.target));
+    row.badge = wordOf(rawValue(found.state));
+    row.isAmiss = found.state == Shortcuts::State::missing && found.item.isSelectable();
+    // That it is intentional is all that there is to say.
+    if (found.item.blockedReason && found.state != Shortcuts::State::intentional)
+        row.detail += QStringLiteral(" · ") + textOf(*found.item.blockedReason);
+    return row;
+}
+
+QString tickedWords(const TidyListModel& list) {
+    const auto words =
+        TidyFlow::tr("%1 ticked").arg(countText(static_cast<std::uint64_t>(list.tickedCount())));
+    if (list.hiddenTicked() == 0)
+        return words;
+    return TidyFlow::tr("%1, %2 of them hidden")
+        .arg(words, countText(static_cast<std::uint64_t>(list.hiddenTicked())));
+}
+
+} // namespace
+
+TidyFlow::TidyFlow(AppModel& app) : app_(app), policy_(std::make_shared<const SafetyPolicy>(app.policy())) {
+    connect(&folders_, &TidyListModel::changed, this, &TidyFlow::changed);
+    connect(&shortcuts_, &TidyListModel::changed, this, &TidyFlow::changed);
+    connect(&app, &AppModel::treeChanged, this, &TidyFlow::takeTree);
+    connect(&app, &AppModel::scanStateChanged, this, &TidyFlow::refreshIfShown);
+    connect(&app, &AppModel::screenChanged, this, &TidyFlow::refreshIfShown);
+    // The edited tree comes later, and with it the next refresh.
+    connect(app.moves(), &MoveFlow::moved, this, [this](const std::vector<DeletionItem>& items) {
+        std::vector<std::string> paths;
+        paths.reserve(items.size());
+        for (const auto& item : items)
+            paths.push_back(item.path);
+        drop(paths);
+    });
+}
+
+TidyFlow::~TidyFlow() {
+    if (tidyCancellation_)
+        tidyCancellation_->cancel();
+}
+
+void TidyFlow::takeTree() {
+    if (app_.isScanning())
+        clear();
+    refreshIfShown();
+}
+
+void TidyFlow::drop(const std::vector<std::string>& paths) {
+    const PathSet places(paths);
+    const auto isGone = [&](const auto& row) { return places.covers(row.item.path); };
+    std::erase_if(emptyFolderRows_, isGone);
+    std::erase_if(brokenShortcutRows_, isGone);
+    folders_.remove(paths);
+    shortcuts_.remove(paths);
+}
+
+void TidyFlow::clear() {
+    if (tidyCancellation_)
+        tidyCancellation_->cancel();
+    tidyCancellation_.reset();
+    tidyVersion_ = -1;
+    emptyFolderRows_.clear();
+    brokenShortcutRows_.clear();
+    for (auto* list : {&folders_, &shortcuts_}) {
+        list->forgetChoices();
+        list->setRows({}, {});
+    }
+    Q_EMIT changed();
+}
+
+void TidyFlow::refreshIfShown() {
+    if (app_.screen() == Screen::tidy && app_.hasTree() && tidyVersion_ != app_.treeVersion())
+        refresh();
+}
+
+void TidyFlow::lookAgain() {
+    if (app_.hasTree())
+        refresh();
+}
+
+/// The last one asked for is the one that counts.
+void TidyFlow::refresh() {
+    if (tidyCancellation_)
+        tidyCancellation_->cancel();
+    tidyCancellation_ = std::make_shared<ScanCancellation>();
+    inbox_.runAside(
+        "orbel.tidy",
+        [token = tidyCancellation_, tree = app_.tree(), policy = policy_, finder = emptyFolderFinder_,
+         isPartial = app_.isPartial(), clock = app_.now()] {
+            const auto now = std::chrono::time_point_cast<Date::duration>(clock);
+            const auto isCancelled = [&] { return token->isCancelled(); };
+            Found found;
+            if (!isPartial)
+                found.folders = finder.run(*tree, *policy, now, isCancelled);
+            found.shortcuts = Shortcuts().run(*tree, *policy, now, isCancelled);
+            for (const auto& folder : found.folders)
+                found.folderRows.push_back(rowOf(folder, clock));
+            for (const auto& shortcut : found.shortcuts)
+                found.shortcutRows.push_back(rowOf(shortcut));
+            return found;
+        },
+        [this, token = tidyCancellation_, version = app_.treeVersion()](Found found) {
+            take(token.get(), version, std::move(found));
+        });
+    Q_EMIT changed();
+}
+
+void TidyFlow::take(const ScanCancellation* token, int version, Found found) {
+    if (tidyCancellation_.get() != token)
+        return;
+    tidyCancellation_.reset();
+    tidyVersion_ = version;
+    emptyFolderRows_ = std::move(found.folders);
+    brokenShortcutRows_ = std::move(found.shortcuts);
+    folders_.setRows(std::move(found.folderRows), app_.home());
+    shortcuts_.setRows(std::move(found.shortcutRows), app_.home());
+    Q_EMIT changed();
+    refreshIfShown();
+}
+
+void TidyFlow::toggleTick(TidyListModel* list, int row) {
+    if (list->isRow(row))
+        list->setTicked(row, !list->row(row).isTicked);
+}
+
+void TidyFlow::setAllTicked(TidyListModel* list, bool ticked) {
+    list->setAllTicked(ticked);
+}
+
+void TidyFlow::review(TidyListModel* list) {
+    app_.moves()->ask(list->ticked());
+}
+
+void TidyFlow::open(TidyListModel* list, int row) {
+    if (list->isRow(row))
+        app_.openPath(list->row(row).item.item.path);
+}
+
+void TidyFlow::showInFileManager(TidyListModel* list, int row) {
+    if (list->isRow(row))
+        app_.showPathInFileManager(list->row(row).item.item.path);
+}
+
+void TidyFlow::copyPath(TidyListModel* list, int row) {
+    if (list->isRow(row))
+        app_.copyText(textOf(list->row(row).item.item.path));
+}
+
+void TidyFlow::showOnMap(TidyListModel* list, int row) {
+    if (!list->isRow(row))
+        return;
+    if (const auto node = app_.tree()->index(list->row(row).item.item.path, policy_->canonicalizer()))
+        app_.showOnMap(*node);
+}
+
+QString TidyFlow::statusOf(TidyListModel* list, int row) const {
+    if (!list->isRow(row))
+        return {};
+    const auto& shown = list->row(row);
+    const auto path = textOf(tildePath(shown.item.item.path, app_.home()));
+    return tr("%1  ·  %2").arg(path, list == &folders_ ? tr("empty folder") : shown.detail);
+}
+
+void TidyFlow::setFilter(const QString& text) {
+    filter_ = text;
+    folders_.setFilter(text);
+    shortcuts_.setFilter(text);
+    Q_EMIT changed();
+}
 
 QString TidyFlow::countText() const {
-    return {};
+    const auto count = folders_.total() + shortcuts_.total();
+    return isKnown() ? orbel::countText(static_cast<std::uint64_t>(count)) : QString();
 }
 
 QString TidyFlow::summary() const {
-    return {};
+    if (!isKnown())
+        return {};
+    return tr("%1, %2").arg(
+        countOf(static_cast<std::uint64_t>(folders_.total()), tr("empty folder"), tr("empty folders")),
+        countOf(static_cast<std::uint64_t>(shortcuts_.total()), tr("broken shortcut"),
+                tr("broken shortcuts")));
+}
+
+QString TidyFlow::foldersText() const {
+    std::uint64_t inside = 0;
+    for (const auto& row : folders_.rows())
+        inside += row.item.count;
+    const auto topmost = static_cast<std::uint64_t>(folders_.total());
+    const auto words = countOf(topmost, tr("topmost folder"), tr("topmost folders"));
+    return inside == topmost ? words : tr("%1, %2 with those inside").arg(words, orbel::countText(inside));
+}
+
+QString TidyFlow::shortcutsText() const {
+    std::array<std::uint64_t, RawValues<Shortcuts::State>::names.size()> counts{};
+    for (const auto& row : brokenShortcutRows_)
+        ++counts.at(static_cast<std::size_t>(row.state));
+    QStringList states;
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+        if (counts.at(i) > 0)
+            states << orbel::countText(counts.at(i)) + QLatin1Char(' ')
+                          + textOf(rawValue(static_cast<Shortcuts::State>(i)));
+    }
+    const auto found = tr("%1 found").arg(orbel::countText(brokenShortcutRows_.size()));
+    return states.isEmpty() ? found : tr("%1: %2").arg(found, states.join(QStringLiteral(", ")));
+}
+
+QString TidyFlow::foldersTicked() const {
+    const auto ticked = static_cast<std::uint64_t>(folders_.tickedCount());
+    const auto inside = static_cast<std::uint64_t>(folders_.tickedInside());
+    const auto words = tickedWords(folders_);
+    return inside == ticked ? words : tr("%1, %2 with those inside").arg(words, orbel::countText(inside));
+}
+
+QString TidyFlow::shortcutsTicked() const {
+    return tickedWords(shortcuts_);
+}
+
+QString TidyFlow::moveFoldersText() const {
+    const auto count = static_cast<std::uint64_t>(folders_.tickedInside());
+    return tr("Move %1 to the Trash")
+        .arg(count == 0 ? tr("empty folders") : countOf(count, tr("empty folder"), tr("empty folders")));
+}
+
+QString TidyFlow::moveShortcutsText() const {
+    const auto count = static_cast<std::uint64_t>(shortcuts_.tickedCount());
+    return tr("Move %1 to the Trash")
+        .arg(count == 0 ? tr("shortcuts") : countOf(count, tr("shortcut"), tr("shortcuts")));
 }
 
 } // namespace orbel

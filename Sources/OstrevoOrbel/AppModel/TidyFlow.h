@@ -1,16 +1,28 @@
 #pragma once
 
 #include "AppModel/Inbox.h"
+#include "Find/BrokenShortcutFinder.h"
+#include "Find/EmptyFolderFinder.h"
+#include "Models/TidyListModel.h"
+#include "Safety/SafetyPolicy.h"
+#include "Scan/ScanCancellation.h"
 
+#include <memory>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
+#include <string>
+#include <vector>
 
 namespace orbel {
 
 class AppModel;
 
-/// The empty folders and the broken shortcuts. Belongs to
-/// the AppModel; used on the main thread, while what takes long runs on threads of its own.
+/// The empty folders and the broken shortcuts. Belongs to the AppModel; used on the main thread, while what
+/// takes long runs on threads of its own.
+///
+/// The lists are made anew whenever there is another tree and the screen is shown: the finders ask the disk
+/// about every row. After a scan that was stopped no folder is called empty, since what it holds may not have
+/// been seen yet.
 class TidyFlow final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -19,19 +31,93 @@ class TidyFlow final : public QObject {
     Q_PROPERTY(QString countText READ countText NOTIFY changed)
     /// "11 empty folders, 2 broken shortcuts"; empty until known.
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
+    Q_PROPERTY(bool running READ tidyRunning NOTIFY changed)
+    /// The lists are of some tree.
+    Q_PROPERTY(bool known READ isKnown NOTIFY changed)
+    Q_PROPERTY(orbel::TidyListModel* folders READ folders CONSTANT)
+    Q_PROPERTY(orbel::TidyListModel* shortcuts READ shortcuts CONSTANT)
+    /// "8 topmost folders, 12 with those inside"
+    Q_PROPERTY(QString foldersText READ foldersText NOTIFY changed)
+    /// "6 found: 3 missing, 1 unknown, 2 intentional"
+    Q_PROPERTY(QString shortcutsText READ shortcutsText NOTIFY changed)
+    /// "7 ticked, 11 with those inside"
+    Q_PROPERTY(QString foldersTicked READ foldersTicked NOTIFY changed)
+    Q_PROPERTY(QString shortcutsTicked READ shortcutsTicked NOTIFY changed)
+    /// "Move 11 empty folders to the Trash"
+    Q_PROPERTY(QString moveFoldersText READ moveFoldersText NOTIFY changed)
+    Q_PROPERTY(QString moveShortcutsText READ moveShortcutsText NOTIFY changed)
+    /// What a path has to hold for its row to be shown.
+    Q_PROPERTY(QString filter READ filter WRITE setFilter NOTIFY changed)
 
 public:
     explicit TidyFlow(AppModel& app);
+    ~TidyFlow() override;
 
+    // Intents. Rows are those of the given list; what is out of their range changes nothing.
+
+    /// Makes the lists anew, whatever tree they are of.
+    Q_INVOKABLE void lookAgain();
+    Q_INVOKABLE void toggleTick(orbel::TidyListModel* list, int row);
+    Q_INVOKABLE void setAllTicked(orbel::TidyListModel* list, bool ticked);
+    /// Asks for a confirmation of what is ticked in a list.
+    Q_INVOKABLE void review(orbel::TidyListModel* list);
+    Q_INVOKABLE void open(orbel::TidyListModel* list, int row);
+    Q_INVOKABLE void showInFileManager(orbel::TidyListModel* list, int row);
+    Q_INVOKABLE void copyPath(orbel::TidyListModel* list, int row);
+    Q_INVOKABLE void showOnMap(orbel::TidyListModel* list, int row);
+    /// What the status line tells of a row.
+    Q_INVOKABLE QString statusOf(orbel::TidyListModel* list, int row) const;
+
+    // State.
+
+    const std::vector<EmptyFolderFinder::Row>& emptyFolderRows() const { return emptyFolderRows_; }
+    const std::vector<BrokenShortcutFinder::Row>& brokenShortcutRows() const { return brokenShortcutRows_; }
+    bool tidyRunning() const { return tidyCancellation_ != nullptr; }
+    /// Of the tree that the lists were made from; -1 before the first.
+    int tidyVersion() const { return tidyVersion_; }
+    bool isKnown() const { return tidyVersion_ >= 0; }
+    TidyListModel* folders() { return &folders_; }
+    TidyListModel* shortcuts() { return &shortcuts_; }
     QString countText() const;
     QString summary() const;
-    bool isBusy() const { return false; }
+    bool isBusy() const { return tidyRunning(); }
+    QString foldersText() const;
+    QString shortcutsText() const;
+    QString foldersTicked() const;
+    QString shortcutsTicked() const;
+    QString moveFoldersText() const;
+    QString moveShortcutsText() const;
+    QString filter() const { return filter_; }
+    void setFilter(const QString& text);
 
 Q_SIGNALS:
     void changed();
 
 private:
+    struct Found {
+        std::vector<EmptyFolderFinder::Row> folders;
+        std::vector<BrokenShortcutFinder::Row> shortcuts;
+        std::vector<TidyListModel::Row> folderRows;
+        std::vector<TidyListModel::Row> shortcutRows;
+    };
+
+    void takeTree();
+    void refreshIfShown();
+    void refresh();
+    void take(const ScanCancellation* token, int version, Found found);
+    void drop(const std::vector<std::string>& paths);
+    void clear();
+
     AppModel& app_;
+    std::shared_ptr<const SafetyPolicy> policy_; ///< a copy, for threads that may outlive the application
+    EmptyFolderFinder emptyFolderFinder_;
+    std::vector<EmptyFolderFinder::Row> emptyFolderRows_;
+    std::vector<BrokenShortcutFinder::Row> brokenShortcutRows_;
+    TidyListModel folders_;
+    TidyListModel shortcuts_;
+    std::shared_ptr<ScanCancellation> tidyCancellation_; ///< of the refresh that runs
+    int tidyVersion_ = -1;
+    QString filter_;
 
     Inbox inbox_; ///< the last member: what it delivers finds all others alive
 };

@@ -24,7 +24,7 @@ Item {
     property bool selected: false
     property bool focused: false
     /// Whether the keys act on the mark that keeps the copy, not on its tick.
-    property bool onKeep: false
+    property bool keepFocused: false
     property bool narrow: false
     /// Whether nothing comes after it.
     property bool closing: false
@@ -196,7 +196,7 @@ Item {
                     anchors.fill: undefined
                     controlRadius: Theme.tickRadius
                     height: Theme.tick + 8
-                    visible: row.focused && !row.onKeep && !row.kept
+                    visible: row.focused && !row.keepFocused && !row.kept
                     width: height
                 }
             }
@@ -222,7 +222,7 @@ Item {
                     anchors.fill: undefined
                     controlRadius: height / 2
                     height: Theme.tick + 8
-                    visible: row.focused && (row.onKeep || row.kept)
+                    visible: row.focused && (row.keepFocused || row.kept)
                     width: height
                     x: -4
                     y: Math.round((parent.height - height) / 2)

@@ -122,11 +122,11 @@ ScreenFrame {
         id: table
 
         /// Which of a copy's two controls the keys act on: its tick, or the mark that keeps it.
-        property bool onKeep: false
+        property bool keepFocused: false
 
         function act(row: int): void {
             const copy = itemAt(row) as DuplicateRow;
-            if (copy && !copy.head && (onKeep || copy.kept))
+            if (copy && !copy.head && (keepFocused || copy.kept))
                 screen.flow.keep(row);
             else
                 screen.flow.toggleTick(row);
@@ -157,7 +157,7 @@ ScreenFrame {
             closing: index === table.count - 1
             focused: table.showsFocus && ListView.isCurrentItem
             narrow: screen.narrow
-            onKeep: table.onKeep
+            keepFocused: table.keepFocused
             padding: screen.padding
             selected: table.selectedRow === index
             width: ListView.view.width
@@ -172,13 +172,13 @@ ScreenFrame {
             }
             onKeepWanted: {
                 chosen();
-                table.onKeep = true;
+                table.keepFocused = true;
                 screen.flow.keep(index);
             }
             onMenuWanted: (x, y) => table.openMenu(index, this, x, y)
             onTickWanted: {
                 chosen();
-                table.onKeep = false;
+                table.keepFocused = false;
                 screen.flow.toggleTick(index);
             }
         }
@@ -195,8 +195,8 @@ ScreenFrame {
         onTurned: (row, right) => {
             if (screen.flow.isHead(row))
                 screen.flow.setFolded(row, !right);
-            else if (right || onKeep && !(itemAt(row) as DuplicateRow)?.kept)
-                onKeep = right;
+            else if (right || keepFocused && !(itemAt(row) as DuplicateRow)?.kept)
+                keepFocused = right;
             else
                 currentRow = selectedRow = screen.flow.headOf(row);
         }

@@ -1,28 +1,163 @@
 import QtQuick
 import OstrevoOrbel
 
-/// Empty folders and broken shortcuts.
+/// What only takes up room in lists: empty folders, and shortcuts that lead nowhere.
 ScreenFrame {
-    id: view
+    id: screen
 
     required property AppModel app
+    readonly property TidyFlow flow: app.tidy
+    readonly property bool hasLists: app.measuredAny && !app.rootUnreadable
+    /// Which of the two is shown where there is no room for both.
+    property int tab: 0
 
-    firstFocus: state
+    firstFocus: !hasLists ? unmeasured : narrow && tab === 1 ? shortcuts.table : folders.table
     objectName: "tidy"
-    scope: qsTr("Home folder · found by rule")
+    scope: qsTr("Home folder · found by rule, nothing has been moved")
+    status: !hasLists ? "" : flow.running ? qsTr("Looking for what can be tidied away…")
+        : shortcuts.table.activeFocus || shortcuts.hoveredRow >= 0 ? shortcuts.status : folders.status
     title: qsTr("Tidy")
 
-    EmptyState {
-        id: state
+    actions: [
+        EntryField {
+            id: field
 
-        anchors.centerIn: parent
-        command: "orbel --tidy-json ~"
+            keys: screen.narrow ? "" : qsTr("Ctrl F")
+            objectName: "tidy.find"
+            placeholderText: qsTr("Name or folder contains")
+            visible: screen.hasLists
+            width: screen.narrow ? Theme.px(200) : Theme.px(260)
+
+            onTextChanged: screen.flow.filter = text
+        },
+        PushButton {
+            enabled: !screen.flow.running
+            iconOnly: screen.narrow
+            iconPath: Theme.icons.rescan
+            objectName: "tidy.again"
+            text: qsTr("Look Again")
+            visible: screen.hasLists
+
+            onClicked: screen.flow.lookAgain()
+        }
+    ]
+
+    bar: Item {
+        height: visible ? Theme.filterBarHeight : 0
+        visible: screen.narrow && screen.hasLists
+        width: screen.width
+
+        Segmented {
+            anchors.verticalCenter: parent.verticalCenter
+            current: screen.tab
+            name: qsTr("List")
+            objectName: "tidy.tab"
+            options: [qsTr("Empty folders"), qsTr("Broken shortcuts")]
+            x: screen.padding
+
+            onChosen: index => screen.tab = index
+        }
+        Rectangle {
+            anchors.bottom: parent.bottom
+            color: Theme.line
+            height: 1
+            width: parent.width
+        }
+    }
+
+    FocusScope {
+        id: lists
+
+        readonly property int between: Theme.cardGap
+        readonly property real cardWidth: screen.narrow ? width : Math.floor((width - between) / 2)
+
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: screen.padding
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.top: parent.top
+        anchors.topMargin: screen.padding
         focus: true
-        height: implicitHeight
+        visible: screen.hasLists
+        width: Math.min(parent.width - 2 * screen.padding, Theme.tableWidth)
+
+        TidyCard {
+            id: folders
+
+            busy: !screen.flow.known
+            flow: screen.flow
+            found: !screen.flow.known ? "" : screen.app.partial ? qsTr("Known only after a complete measurement")
+                : screen.flow.foldersText
+            heading: qsTr("Empty folders")
+            height: parent.height
+            iconPath: Theme.icons.folders
+            list: screen.flow.folders
+            moveText: screen.flow.moveFoldersText
+            nothing: screen.app.partial ? qsTr("The measurement was stopped, so a folder may hold what has not been seen. Measure again to list empty ones.")
+                : qsTr("No folder in the home folder is empty, save those that are there for a purpose.")
+            nothingTitle: screen.app.partial ? qsTr("Not known yet") : qsTr("Nothing to tidy here")
+            objectName: "tidy.folders"
+            ticked: screen.flow.foldersTicked
+            visible: !screen.narrow || screen.tab === 0
+            width: lists.cardWidth
+
+            onMapWanted: row => screen.flow.showOnMap(list, row)
+        }
+        TidyCard {
+            id: shortcuts
+
+            busy: !screen.flow.known
+            flow: screen.flow
+            found: screen.flow.known ? screen.flow.shortcutsText : ""
+            heading: qsTr("Broken shortcuts")
+            height: parent.height
+            iconPath: Theme.icons.link
+            legend: qsTr("Missing: the target is gone. Unknown: it could not be told. Intentional: made by a program on purpose. What has a lock stays where it is.")
+            list: screen.flow.shortcuts
+            moveText: screen.flow.moveShortcutsText
+            nothing: qsTr("Every shortcut in the home folder leads somewhere.")
+            objectName: "tidy.shortcuts"
+            ticked: screen.flow.shortcutsTicked
+            visible: !screen.narrow || screen.tab === 1
+            width: lists.cardWidth
+            x: screen.narrow ? 0 : lists.width - width
+
+            onMapWanted: row => screen.flow.showOnMap(list, row)
+        }
+    }
+    EmptyState {
+        id: unmeasured
+
+        action: screen.app.scanning ? "" : screen.app.rootUnreadable ? qsTr("Choose Folder…") : qsTr("Measure This Disk")
+        anchors.fill: parent
         iconPath: Theme.icons.tidy
         objectName: "tidy.empty"
-        sentence: qsTr("This screen will list folders with nothing in them, and shortcuts that lead nowhere. A terminal lists them already:")
-        statement: qsTr("Not in this window yet")
-        width: parent.width - 2 * view.padding
+        sentence: screen.app.scanning ? qsTr("The lists appear when everything has been measured.")
+            : screen.app.rootUnreadable ? qsTr("Nothing in it can be shown.")
+            : qsTr("Empty folders and broken shortcuts are found in what was measured.")
+        statement: screen.app.scanning ? screen.app.scopeText
+            : screen.app.rootUnreadable ? qsTr("%1 could not be read").arg(screen.app.scanRoot)
+            : qsTr("Not measured yet")
+        visible: !screen.hasLists
+
+        onTriggered: {
+            if (screen.app.rootUnreadable)
+                screen.app.chooseFolderAndScan();
+            else
+                screen.app.scanDisk();
+        }
+        onVisibleChanged: if (screen.activeFocus) screen.takeFocus(Qt.TabFocusReason)
+    }
+
+    Shortcut {
+        enabled: screen.visible && screen.hasLists
+        sequence: "Ctrl+F"
+
+        onActivated: field.forceActiveFocus(Qt.ShortcutFocusReason)
+    }
+    Shortcut {
+        enabled: screen.visible && screen.hasLists
+        sequence: "Del"
+
+        onActivated: screen.flow.review(shortcuts.table.activeFocus ? screen.flow.shortcuts : screen.flow.folders)
     }
 }

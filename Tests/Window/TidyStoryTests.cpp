@@ -1,0 +1,139 @@
+#include "AppModel/MoveFlow.h"
+#include "AppModel/TidyFlow.h"
+#include "AppModel/TreeEdits.h"
+#include "Platform/HomeTrash.h"
+#include "Scan/TreeScanner.h"
+#include "Snapshots.h"
+#include "WindowScene.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <QAbstractItemModelTester>
+
+namespace orbel::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A home with empty folders, one of them new, and shortcuts of every state.
+struct TidyInTheWindow : testing::Test {
+    void open(int width = 1440, int height = 900) {
+        place = scene.folder() + "/home";
+        for (const auto* name :
+             {"Projects/old notes/attachments/a/b", "Downloads/statement export", "Downloads/new", "Desktop"})
+            fs::create_directories(place + '/' + name);
+        std::ofstream(place + "/Desktop/Old game.desktop")
+            << "[Desktop Entry]\nType=Application\nName=Old game\nExec=/opt/no-such/game\n";
+        std::ofstream(place + "/Projects/notes.txt") << "kept";
+        std::ofstream(place + "/Downloads/paper.pdf") << "kept";
+        fs::create_symlink("../gone/final.pdf", place + "/Projects/latest.pdf");
+        fs::create_symlink("/media/nobody/projects", place + "/Downloads/Shared drive");
+        fs::create_directories(place + "/Projects/site/node_modules/.bin");
+        fs::create_symlink("../tsx/dist/cli.mjs", place + "/Projects/site/node_modules/.bin/tsx");
+        // What is new now is old by then, but for one.
+        scene.environment.now = [] { return std::chrono::system_clock::now() + std::chrono::hours(36); };
+        fs::last_write_time(place + "/Downloads/new",
+                            fs::file_time_type::clock::now() + std::chrono::hours(35));
+        scene.environment.home = place;
+        scene.environment.dataVolumePath = place;
+        scene.environment.trashFolder = platform::homeTrash(place);
+        scene.environment.scan = [this](const auto& root, const auto& token, const auto& progress) {
+            auto result = TreeScanner::scan(root, std::nullopt, token, progress);
+            result.cancelled = isPartial;
+            return result;
+        };
+        scene.open(width, height);
+        scene.app().startScan(place);
+        ASSERT_TRUE(scene.waitUntil(
+            [&] { return scene.app().measuredText() != QString() && !scene.app().isScanning(); }));
+        scene.app().setScreen(Screen::tidy);
+        ASSERT_TRUE(scene.waitUntil([&] { return flow().isKnown(); }));
+        scene.settle();
+    }
+    TidyFlow& flow() { return *scene.app().tidy(); }
+    bool isThere(const std::string& name) const { return fs::exists(fs::symlink_status(place + '/' + name)); }
+    int row(TidyListModel* list, const std::string& name) const {
+        for (int i = 0; i < list->rowCount(); ++i) {
+            if (list->row(i).item.item.path == place + '/' + name)
+                return i;
+        }
+        return -1;
+    }
+    void confirm() {
+        ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("confirm.commit")); }));
+        scene.click(QStringLiteral("confirm.commit"));
+        ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("report.done")); }));
+        scene.settle();
+    }
+
+    WindowScene scene;
+    std::string place;
+    bool isPartial = false;
+};
+
+} // namespace
+
+TEST_F(TidyInTheWindow, WhatIsTickedGoesToTheTrashAndTheRestStays) {
+    open();
+    const QAbstractItemModelTester tester(flow().folders(),
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    EXPECT_TRUE(scene.says(QStringLiteral("3 topmost folders, 6 with those inside")));
+    EXPECT_TRUE(scene.says(QStringLiteral("Move 5 empty folders to the Trash")));
+    EXPECT_TRUE(scene.says(QStringLiteral("4 found: 2 missing, 1 unknown, 1 intentional")));
+    keepPicture(scene, QStringLiteral("tidy-filled"));
+    scene.setFontScale(2);
+    keepPicture(scene, QStringLiteral("tidy-filled-large-font"));
+    scene.setFontScale(1);
+
+    const int locked = row(flow().shortcuts(), "Projects/site/node_modules/.bin/tsx");
+    scene.click(QStringLiteral("tidy.shortcuts.tick.%1").arg(locked));
+    EXPECT_FALSE(flow().shortcuts()->row(locked).isTicked);
+    const int exported = row(flow().folders(), "Downloads/statement export");
+    scene.click(QStringLiteral("tidy.folders.tick.%1").arg(exported));
+    EXPECT_TRUE(scene.says(QStringLiteral("Move 4 empty folders to the Trash")));
+
+    scene.click(QStringLiteral("tidy.folders.move"));
+    confirm();
+    EXPECT_FALSE(isThere("Projects/old notes"));
+    EXPECT_TRUE(isThere("Downloads/statement export") && isThere("Downloads/new"));
+    scene.click(QStringLiteral("report.putBack"));
+    ASSERT_TRUE(scene.waitUntil([&] { return isThere("Projects/old notes/attachments/a/b"); }));
+    ASSERT_TRUE(scene.waitUntil([&] { return flow().folders()->total() == 3 && !flow().tidyRunning(); }));
+    EXPECT_FALSE(flow().folders()->row(row(flow().folders(), "Downloads/statement export")).isTicked)
+        << "it was unticked by hand";
+    scene.click(QStringLiteral("report.done"));
+
+    scene.click(QStringLiteral("tidy.shortcuts.move"));
+    confirm();
+    EXPECT_FALSE(isThere("Desktop/Old game.desktop"));
+    EXPECT_TRUE(isThere("Projects/latest.pdf") && isThere("Downloads/Shared drive"));
+    ASSERT_TRUE(
+        scene.waitUntil([&] { return flow().summary().endsWith(QStringLiteral("3 broken shortcuts")); }));
+}
+
+TEST_F(TidyInTheWindow, ASmallWindowHasTabsAndAStoppedScanNoEmptyFolders) {
+    isPartial = true;
+    open(800, 560);
+    EXPECT_EQ(flow().folders()->total(), 0);
+    keepPicture(scene, QStringLiteral("tidy-partial-800x560"));
+    scene.click(QStringLiteral("tidy.tab.1"));
+    EXPECT_TRUE(scene.isShown(QStringLiteral("tidy.shortcuts.table")));
+    keepPicture(scene, QStringLiteral("tidy-shortcuts-800x560"));
+    isPartial = false;
+    scene.app().measureAgain();
+    EXPECT_FALSE(flow().isKnown());
+    ASSERT_TRUE(scene.waitUntil([&] { return flow().isKnown() && flow().folders()->total() == 3; }));
+    scene.click(QStringLiteral("tidy.tab.0"));
+    scene.press(Qt::Key_F, Qt::ControlModifier);
+    for (const auto key : {Qt::Key_N, Qt::Key_E, Qt::Key_W})
+        scene.press(key);
+    EXPECT_EQ(flow().folders()->rowCount(), 1);
+    EXPECT_TRUE(scene.says(QStringLiteral("2 ticked, 2 of them hidden")));
+    keepPicture(scene, QStringLiteral("tidy-800x560"));
+    scene.click(QStringLiteral("tidy.folders.all"));
+    EXPECT_EQ(flow().folders()->tickedCount(), 0) << "hidden ones too";
+}
+
+} // namespace orbel::test
