@@ -83,12 +83,16 @@ Item {
         x: row.columns.nameX
 
         ThemedText {
+            id: title
+
             color: row.refused ? Theme.text2 : Theme.ink
             elide: Text.ElideMiddle
             text: row.name
             width: parent.width
         }
         ThemedText {
+            id: place
+
             color: Theme.text2
             elide: row.columns.narrow && row.remarks.length > 0 ? Text.ElideRight : Text.ElideMiddle
             role: ThemedText.Small
@@ -99,7 +103,9 @@ Item {
     Row {
         id: badges
 
-        readonly property int most: Math.round(row.columns.nameWidth * 0.55)
+        // What name and folder leave, and half of the column at least.
+        readonly property int most: Math.max(row.columns.nameWidth / 2,
+            row.columns.nameWidth - row.columns.gap - Math.max(title.implicitWidth, place.implicitWidth))
         readonly property int each: Math.floor((most - spacing * (row.remarks.length - 1))
             / Math.max(1, row.remarks.length))
 
@@ -108,6 +114,14 @@ Item {
         visible: !row.columns.narrow && row.remarks.length > 0
         x: row.columns.nameX + row.columns.nameWidth - width
 
+        HoverHandler {
+            id: over
+        }
+        // In full, where there is no room for all of it.
+        Hint {
+            text: row.remarks.join("\n")
+            visible: over.hovered && badges.width + 2 > badges.most
+        }
         Badge {
             iconPath: Theme.icons.warn
             text: row.openIn
