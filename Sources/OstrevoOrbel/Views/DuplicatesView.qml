@@ -107,7 +107,7 @@ ScreenFrame {
         count: screen.flow.tickedCount
         narrow: screen.narrow
         objectName: "duplicates.tickBar"
-        remark: screen.narrow ? "" : screen.flow.tickedRemark
+        remark: screen.flow.tickedRemark
         reviewText: screen.flow.reviewText
         reviewable: !screen.flow.reviewing && !screen.app.scanning
         statement: screen.flow.tickedText
