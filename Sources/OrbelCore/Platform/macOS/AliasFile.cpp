@@ -1,49 +1,35 @@
 #include "Platform/AliasFile.h"
 
 #include "Platform/macOS/AutoreleasePool.h"
-#include "Platform/macOS/SystemLibrary.h"
+#include "Platform/macOS/CoreFoundation.h"
 
 #include <array>
 #include <climits>
-#include <cstdint>
-#include <memory>
 
 namespace orbel::platform {
 
 namespace {
 
-// The types of Core Foundation, as its headers declare them.
-using Reference = const void*; // CFTypeRef and every reference that stands for a class of it
-using Boolean = unsigned char;
-using Index = long;
-using Options = unsigned long;
+using namespace cf;
 
 struct Bookmarks {
-    SystemLibrary library{"/System/Library/Frameworks/CoreFoundation.framework/CoreFoundation"};
-    Reference (*urlFromPath)(Reference allocator, const std::uint8_t* path, Index length,
-                             Boolean isDirectory) =
-        library.find<Reference(Reference, const std::uint8_t*, Index, Boolean)>(
-            "CFURLCreateFromFileSystemRepresentation");
     Reference (*bookmarkIn)(Reference allocator, Reference url, Reference* error) =
-        library.find<Reference(Reference, Reference, Reference*)>("CFURLCreateBookmarkDataFromFile");
+        library().find<Reference(Reference, Reference, Reference*)>("CFURLCreateBookmarkDataFromFile");
     Reference (*resolve)(Reference allocator, Reference bookmark, Options options, Reference relativeTo,
                          Reference properties, Boolean* isStale, Reference* error) =
-        library.find<Reference(Reference, Reference, Options, Reference, Reference, Boolean*, Reference*)>(
+        library().find<Reference(Reference, Reference, Options, Reference, Reference, Boolean*, Reference*)>(
             "CFURLCreateByResolvingBookmarkData");
     Reference (*property)(Reference allocator, Reference key, Reference bookmark) =
-        library.find<Reference(Reference, Reference, Reference)>(
+        library().find<Reference(Reference, Reference, Reference)>(
             "CFURLCreateResourcePropertyForKeyFromBookmarkData");
     Boolean (*pathBytes)(Reference string, char* buffer, Index size) =
-        library.find<Boolean(Reference, char*, Index)>("CFStringGetFileSystemRepresentation");
-    Index (*typeOf)(Reference object) = library.find<Index(Reference)>("CFGetTypeID");
-    Index (*stringType)() = library.find<Index()>("CFStringGetTypeID");
-    void (*release)(Reference object) = library.find<void(Reference)>("CFRelease");
-    const Reference* pathKey = library.find<const Reference>("kCFURLPathKey");
+        library().find<Boolean(Reference, char*, Index)>("CFStringGetFileSystemRepresentation");
+    TypeID (*stringType)() = library().find<TypeID()>("CFStringGetTypeID");
+    const Reference* pathKey = library().find<const Reference>("kCFURLPathKey");
 
     bool isComplete() const {
-        return urlFromPath != nullptr && bookmarkIn != nullptr && resolve != nullptr && property != nullptr
-               && pathBytes != nullptr && typeOf != nullptr && stringType != nullptr && release != nullptr
-               && pathKey != nullptr;
+        return isAvailable() && bookmarkIn != nullptr && resolve != nullptr && property != nullptr
+               && pathBytes != nullptr && stringType != nullptr && pathKey != nullptr;
     }
 };
 
@@ -52,16 +38,11 @@ const Bookmarks& bookmarks() {
     return opened;
 }
 
-struct Release {
-    void operator()(Reference object) const { bookmarks().release(object); }
-};
-using Owned = std::unique_ptr<const void, Release>;
-
 std::optional<std::string> lastPathIn(Reference bookmark) {
     const auto& framework = bookmarks();
     const Owned path(framework.property(nullptr, *framework.pathKey, bookmark));
     std::array<char, PATH_MAX> bytes{};
-    if (!path || framework.typeOf(path.get()) != framework.stringType()
+    if (!isOf(path.get(), framework.stringType)
         || !framework.pathBytes(path.get(), bytes.data(), static_cast<Index>(bytes.size())))
         return std::nullopt;
     return std::string(bytes.data());
@@ -74,8 +55,7 @@ std::optional<AliasTarget> aliasTarget(const std::string& path) {
     if (!framework.isComplete())
         return std::nullopt;
     const AutoreleasePool pool;
-    const Owned url(framework.urlFromPath(nullptr, reinterpret_cast<const std::uint8_t*>(path.data()),
-                                          static_cast<Index>(path.size()), false));
+    const auto url = urlOfFile(path);
     const Owned bookmark(url ? framework.bookmarkIn(nullptr, url.get(), nullptr) : nullptr);
     if (!bookmark)
         return std::nullopt;
