@@ -1,3 +1,4 @@
+#include "AppModel/TreeEdits.h"
 #include "ModelScene.h"
 #include "Support/TreeBuilder.h"
 
@@ -40,8 +41,25 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
     EXPECT_EQ(growth.index(0).data(GrowthModel::PathRole), QStringLiteral("/data/home/films"));
     EXPECT_EQ(growth.index(0).data(GrowthModel::SizeRole), QStringLiteral("42 MB"));
     EXPECT_EQ(growth.index(0).data(GrowthModel::KindRole), static_cast<int>(FileKind::video));
-    const auto node = growth.index(0).data(GrowthModel::NodeRole).toUInt();
-    EXPECT_EQ(scene.model().tree()->walkedPath(node), "/data/home/films");
+    const auto grown = [&] {
+        const auto node = growth.index(0).data(GrowthModel::NodeRole).toUInt();
+        return scene.model().tree()->walkedPath(node);
+    };
+    EXPECT_EQ(grown(), "/data/home/films");
+    for (const bool isGone : {false, true}) {
+        TreeBuilder fresh("/data/home");
+        for (const auto* name : {"a", "b", "c"})
+            fresh.folder(0, name);
+        if (!isGone)
+            fresh.file(fresh.folder(0, "films"), "a.mkv", 60 * MB);
+        const auto before = scene.model().treeVersion();
+        scene.model().treeEdits().splice("/data/home", std::make_shared<const FileTree>(fresh.build()));
+        scene.waitUntil([&] { return scene.model().treeVersion() > before; });
+        ASSERT_EQ(growth.rowCount(), isGone ? 0 : 1);
+        if (!isGone) {
+            EXPECT_EQ(grown(), "/data/home/films") << "nodes have other numbers in the edited tree";
+        }
+    }
     EXPECT_TRUE(growth.since().startsWith(QStringLiteral("since "))
                 && growth.since().contains(QStringLiteral(" 20")))
         << "of another year: " << growth.since().toStdString();

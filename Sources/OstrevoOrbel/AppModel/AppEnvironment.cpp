@@ -1,7 +1,7 @@
 #include "AppModel/AppEnvironment.h"
 
-#include "Find/AppInventory.h"
 #include "Delete/InUseChecker.h"
+#include "Find/AppInventory.h"
 #include "Growth/GrowthStore.h"
 #include "Journal/JournalStore.h"
 #include "Platform/Home.h"

@@ -148,6 +148,7 @@ void AppModel::takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome
                   .topLevel = {}});
     kinds_.setTotals(edited.kinds);
     largestFolders_.setFolders(std::move(edited.largestFolders));
+    growth_.follow(tree, policy_.canonicalizer());
     unreadable_.setPaths(std::move(edited.unreadable), tree.unreadableCount, home());
     showTree(std::move(edited.tree));
     updateLedgers();

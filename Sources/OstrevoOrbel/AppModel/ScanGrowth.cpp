@@ -39,6 +39,7 @@ GrowthModel::Content scanGrowth(const ScanOutcome& outcome, const std::string& f
         if (!node)
             continue; // the visible name of its path leads elsewhere: there is nothing to show on the map
         content.folders.push_back({.node = *node,
+                                   .place = path,
                                    .path = textOf(tildePath(path, home)),
                                    .kind = mainKind(tree, *node),
                                    .bytes = grown.grownBytes});

@@ -34,6 +34,19 @@ void GrowthModel::set(Content content, std::chrono::system_clock::time_point now
     Q_EMIT changed();
 }
 
+void GrowthModel::follow(const FileTree& tree, const PathCanonicalizer& canonicalizer) {
+    if (content_.folders.empty())
+        return;
+    beginResetModel();
+    std::erase_if(content_.folders, [&](Folder& folder) {
+        const auto node = tree.index(folder.place, canonicalizer);
+        folder.node = node.value_or(0);
+        return !node;
+    });
+    endResetModel();
+    Q_EMIT changed();
+}
+
 QString GrowthModel::statement() const {
     return content_.since ? tr("Nothing grew") : tr("No comparison yet");
 }

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "Safety/PathCanonicalizer.h"
+#include "Scan/FileTree.h"
 #include "Util/Iso8601.h"
 
 #include <chrono>
 #include <optional>
 #include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
+#include <string>
 #include <vector>
 
 namespace orbel {
@@ -26,7 +29,8 @@ class GrowthModel : public QAbstractListModel {
 public:
     struct Folder {
         quint32 node = 0;  ///< in the tree of this version
-        QString path;      ///< for people: "~" in place of the home
+        std::string place; ///< its absolute path, in visible form
+        QString path;      ///< the same for people: "~" in place of the home
         int kind = 0;      ///< FileKind's raw value: the kind that most of it is
         quint64 bytes = 0; ///< by how much it grew
     };
@@ -43,6 +47,8 @@ public:
     /// `now` decides how the date is written.
     void set(Content content, std::chrono::system_clock::time_point now);
     void clear() { set({}, {}); }
+    /// Keeps to the folders in an edited tree, whose nodes may have other numbers; what is gone has no row.
+    void follow(const FileTree& tree, const PathCanonicalizer& canonicalizer);
 
     const QString& failure() const { return content_.failure; }
     QString since() const { return since_; }

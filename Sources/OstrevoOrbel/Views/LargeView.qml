@@ -283,7 +283,7 @@ ScreenFrame {
                 onCurrentChanged: if (current) view.currentWords = words
                 onHoveredChanged: view.hoveredWords = hovered ? words : ""
                 onMenuWanted: (x, y) => view.openMenu(this, x, y)
-                onOpened: view.app.showOnMap(node)
+                onOpened: view.large.showOnMap(node)
                 onTickWanted: {
                     chosen();
                     view.large.toggleTick(node);
@@ -291,8 +291,8 @@ ScreenFrame {
                 onWordsChanged: if (current) view.currentWords = words
             }
 
-            onActivated: row => view.app.showOnMap(view.rowAt(row).node)
-            onCopyWanted: row => view.app.copyNodePath(view.rowAt(row).node)
+            onActivated: row => view.large.showOnMap(view.rowAt(row).node)
+            onCopyWanted: row => view.large.copyPath(view.rowAt(row).node)
             onMenuWanted: (row, item, x, y) => view.openMenu(item as LargeRow, x, y)
             onTickWanted: row => view.large.toggleTick(view.rowAt(row).node)
         }
@@ -303,6 +303,8 @@ ScreenFrame {
                 view.holdPlaces();
             }
             function onModelReset(): void {
+                // Its item may be in no row any more.
+                menu.close();
                 Qt.callLater(view.findPlaces);
             }
             function onRowsAboutToBeRemoved(): void {
@@ -367,11 +369,11 @@ ScreenFrame {
         objectName: "large.menu"
         zoomText: qsTr("Show on Map")
 
-        onCopyWanted: node => view.app.copyNodePath(node)
-        onOpenWanted: node => view.app.openNode(node)
-        onShowWanted: node => view.app.showNodeInFileManager(node)
+        onCopyWanted: node => view.large.copyPath(node)
+        onOpenWanted: node => view.large.open(node)
+        onShowWanted: node => view.large.showInFileManager(node)
         onTickWanted: node => view.large.toggleTick(node)
-        onZoomWanted: node => view.app.showOnMap(node)
+        onZoomWanted: node => view.large.showOnMap(node)
     }
 
     Shortcut {
