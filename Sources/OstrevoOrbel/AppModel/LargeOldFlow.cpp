@@ -77,6 +77,7 @@ void LargeOldFlow::followTree() {
     }
     stop();
     list_ = std::make_shared<LargeOldList>();
+    Q_EMIT replaced();
     arrangement_.gone.clear();
     bytes_ = 0;
     version_ = -1;
@@ -114,6 +115,7 @@ void LargeOldFlow::refresh() {
 void LargeOldFlow::take(Found found, int version) {
     token_.reset();
     list_ = std::move(found.list);
+    Q_EMIT replaced();
     arrangement_.gone.clear();
     version_ = version;
     isKnown_ = true;

@@ -297,14 +297,19 @@ ScreenFrame {
             onTickWanted: row => view.large.toggleTick(view.rowAt(row).node)
         }
         Connections {
+            target: view.large
+
+            function onReplaced(): void {
+                menu.close();
+            }
+        }
+        Connections {
             target: view.large.rows
 
             function onModelAboutToBeReset(): void {
                 view.holdPlaces();
             }
             function onModelReset(): void {
-                // Its item may be in no row any more.
-                menu.close();
                 Qt.callLater(view.findPlaces);
             }
             function onRowsAboutToBeRemoved(): void {

@@ -47,7 +47,8 @@ T.ApplicationWindow {
         window.takeFocus(reason);
     }
     function takeFocus(reason: int): void {
-        if (shownScreen)
+        // The onboarding keeps the focus for as long as it stands there.
+        if (shownScreen && !app.needsFullDiskAccess)
             shownScreen.takeFocus(reason);
     }
 
@@ -295,6 +296,9 @@ T.ApplicationWindow {
         }
         function onScreenChanged(): void {
             window.page = "";
+        }
+        function onFullDiskAccessChanged(): void {
+            window.takeFocus(Qt.OtherFocusReason);
         }
     }
 
