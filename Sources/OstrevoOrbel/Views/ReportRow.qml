@@ -11,6 +11,7 @@ Item {
     required property string size
     required property string note
     required property string stage
+    property bool last: false
 
     readonly property bool skipped: stage === "skipped"
     readonly property string words: skipped ? note : stage === "moved" ? qsTr("In the Trash")
@@ -23,6 +24,7 @@ Item {
 
     RowGround {
         anchors.fill: parent
+        separated: !row.last
     }
     KindChip {
         id: chip

@@ -56,6 +56,9 @@ ScreenFrame {
                 model: rows.entries
 
                 ReportRow {
+                    required property int index
+
+                    last: index === rows.entries.count - 1
                     width: parent.width
                 }
             }
