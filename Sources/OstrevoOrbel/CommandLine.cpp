@@ -65,21 +65,6 @@ puts it back. Nothing is ever deleted.
   --help        Print this text.
   --version     Print the version.
 
-Without a COMMAND, ostrevo-orbel opens its window, and takes:
-
-  --scan PATH   Measure PATH at once; "volume" is the whole disk.
-  --open SCREEN Show overview, map, large, duplicates, uninstall, tidy or
-                journal.
-  --select-app NAME
-                Show what goes with an application, by its name, id or path.
-  --appearance light|dark
-                Whatever the desktop and the settings say.
-  --snapshot FILE, --diagnostics FILE, --quit-after-scan
-                For unattended runs: when the scan is done, write a picture of
-                the window, and what the run took as JSON; end then. Also
-                --scan-delay SECONDS, --snapshot-delay SECONDS and
-                --simulate-hover COUNT.
-
 "--" ends the switches of --trash, --put-back and --map-svg, so that names may
 begin with "-". An unknown switch beside these is an error, and nothing is
 touched.
