@@ -145,7 +145,7 @@ TEST_F(DuplicatesInTheWindow, ASearchThatIsStoppedKeepsWhatItProved) {
     scene.settle();
     scene.click(QStringLiteral("duplicates.empty.action"));
     ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("160.0 GB of 280")); }));
-    EXPECT_EQ(scene.focus(), QStringLiteral("duplicates.stop"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("duplicates.stop")));
     keepPicture(scene, QStringLiteral("duplicates-searching"));
     scene.press(Qt::Key_Escape);
     ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("duplicates.banner")); }));

@@ -59,7 +59,7 @@ TEST(WindowFind, LeadsFromANameToItsPlaceOnTheMap) {
     WindowScene scene;
     measure(scene);
     scene.press(Qt::Key_F, Qt::ControlModifier);
-    EXPECT_EQ(scene.focus(), QStringLiteral("overview.find.field"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("overview.find.field")));
     type(scene, "mov");
     ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("2 found")); }));
     scene.settle();
@@ -83,9 +83,17 @@ TEST(WindowFind, LeadsFromANameToItsPlaceOnTheMap) {
 
     scene.press(Qt::Key_F, Qt::ControlModifier);
     type(scene, "resolve");
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("map.find.row.0")); }));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("1 found")); }));
+    scene.settle();
     scene.click(QStringLiteral("map.find.row.0"));
     EXPECT_EQ(map->selection().name, QStringLiteral("DaVinci.app")) << "which holds what was found";
+
+    scene.press(Qt::Key_F, Qt::ControlModifier);
+    for (const char letter : std::string_view("harbour"))
+        QTest::keyClick(&scene.window(), letter);
+    QTest::keyClick(&scene.window(), Qt::Key_Return);
+    EXPECT_TRUE(scene.waitUntil([&] { return map->selection().name == QLatin1String("harbour_master.mov"); }))
+        << "typed ahead of the answer";
 }
 
 TEST(WindowFind, TheOverviewCountsAndLeadsToAKind) {

@@ -134,15 +134,15 @@ TEST_F(MovingInTheWindow, FromTwoTilesToTheTrashAndBackAgain) {
     keep(QStringLiteral("map-ticked"));
 
     scene.press(Qt::Key_Delete);
-    EXPECT_EQ(scene.focus(), QStringLiteral("confirm.cancel"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("confirm.cancel")));
     EXPECT_TRUE(scene.says(QString::fromStdString(films[0]))) << "the whole path";
     keep(QStringLiteral("confirmation"));
     scene.press(Qt::Key_Return);
     EXPECT_FALSE(scene.app().moves()->isConfirming());
-    EXPECT_EQ(scene.focus(), QStringLiteral("map.view"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("map.view")));
     scene.press(Qt::Key_Delete);
     scene.press(Qt::Key_Tab);
-    EXPECT_EQ(scene.focus(), QStringLiteral("confirm.commit"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("confirm.commit")));
     for (const int key : {Qt::Key_Enter, Qt::Key_Escape}) {
         scene.press(key);
         EXPECT_FALSE(scene.isShown(QStringLiteral("confirm.commit")));
@@ -151,7 +151,7 @@ TEST_F(MovingInTheWindow, FromTwoTilesToTheTrashAndBackAgain) {
     }
     EXPECT_TRUE(allThere());
     scene.press(Qt::Key_Tab);
-    EXPECT_EQ(scene.focus(), QStringLiteral("confirm.table")) << "the focus stays in the sheet";
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("confirm.table"))) << "the focus stays in the sheet";
     scene.press(Qt::Key_Tab);
     scene.press(Qt::Key_Tab);
 
@@ -162,7 +162,7 @@ TEST_F(MovingInTheWindow, FromTwoTilesToTheTrashAndBackAgain) {
     const auto trash = scene.environment.trashFolder;
     EXPECT_TRUE(fs::exists(trash + "/files/a.mkv") && fs::exists(trash + "/info/b.mkv.trashinfo"));
     scene.settle();
-    EXPECT_EQ(scene.focus(), QStringLiteral("report.done"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("report.done")));
     keep(QStringLiteral("report"));
     ASSERT_TRUE(scene.waitUntil([&] { return !scene.app().treeEdits().isBusy(); }));
     EXPECT_TRUE(box(films[0]).isEmpty());
@@ -295,7 +295,7 @@ TEST_F(MovingInTheWindow, TheSheetShowsEachItemUntilItIsToldToStop) {
                 scene.settle();
                 keep(QStringLiteral("moving-800x560"));
                 EXPECT_TRUE(scene.says(QStringLiteral("In the Trash")));
-                EXPECT_EQ(scene.focus(), QStringLiteral("confirm.stop"));
+                EXPECT_TRUE(scene.hasFocus(QStringLiteral("confirm.stop")));
                 scene.press(Qt::Key_Return);
             },
             Qt::BlockingQueuedConnection);

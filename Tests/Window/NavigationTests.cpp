@@ -49,15 +49,15 @@ TEST(WindowNavigation, SettingsAndHelpStandInPlaceOfAScreenUntilOneIsWanted) {
 TEST(WindowNavigation, TabGoesThroughTheScreenThenTheSidebar) {
     WindowScene scene;
     scene.open();
-    EXPECT_EQ(scene.focus(), QStringLiteral("overview.measure"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("overview.measure")));
     scene.press(Qt::Key_Tab);
-    EXPECT_EQ(scene.focus(), QStringLiteral("overview.folder"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("overview.folder")));
     scene.press(Qt::Key_Tab);
-    EXPECT_EQ(scene.focus(), QStringLiteral("sidebar.overview"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("sidebar.overview")));
     scene.press(Qt::Key_Tab, Qt::ShiftModifier);
-    EXPECT_EQ(scene.focus(), QStringLiteral("overview.folder"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("overview.folder")));
     scene.press(Qt::Key_F6);
-    EXPECT_EQ(scene.focus(), QStringLiteral("sidebar.overview"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("sidebar.overview")));
     scene.press(Qt::Key_Tab);
     scene.press(Qt::Key_Return);
     EXPECT_EQ(scene.app().screenName(), QStringLiteral("map"));
@@ -105,7 +105,7 @@ TEST(WindowScan, StopsAndKeepsWhatWasMeasuredAsPartial) {
     scene.click(QStringLiteral("overview.measure"));
     ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("612,408")); }));
     EXPECT_TRUE(scene.says(QStringLiteral("Top level so far")));
-    EXPECT_EQ(scene.focus(), QStringLiteral("overview.stop"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("overview.stop")));
     scene.press(Qt::Key_Escape);
     ASSERT_TRUE(scene.waitUntil([&] { return scene.app().isPartial(); }));
     scene.settle();
@@ -140,12 +140,12 @@ TEST(WindowOverview, ListsWhatCouldNotBeReadWithItsCommand) {
     ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("overview.unreadable")); }));
     scene.settle();
     scene.click(QStringLiteral("overview.unreadable"));
-    EXPECT_EQ(scene.focus(), QStringLiteral("unreadable.close"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("unreadable.close")));
     scene.click(QStringLiteral("unreadable.copy.0"));
     EXPECT_EQ(scene.requests().copied, QStringLiteral("sudo orbel --scan-json '/home/mira/it'\\''s closed'"));
     scene.press(Qt::Key_Escape);
     EXPECT_TRUE(scene.waitUntil([&] { return !scene.isShown(QStringLiteral("unreadable.close")); }));
-    EXPECT_EQ(scene.focus(), QStringLiteral("overview.unreadable"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("overview.unreadable")));
 }
 
 TEST(WindowOverview, OffersTheOtherFileSystems) {
@@ -208,7 +208,7 @@ TEST(WindowOnboarding, StandsAloneUntilAccessIsGranted) {
     scene.open();
     EXPECT_TRUE(scene.isShown(QStringLiteral("onboarding")));
     EXPECT_FALSE(scene.isShown(QStringLiteral("sidebar")));
-    EXPECT_EQ(scene.focus(), QStringLiteral("onboarding.open"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("onboarding.open")));
     scene.press(Qt::Key_F5);
     EXPECT_EQ(scene.app().scanState(), AppModel::ScanState::idle);
     isGranted->store(true);

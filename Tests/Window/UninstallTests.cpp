@@ -53,7 +53,7 @@ TEST_F(UninstallInTheWindow, KeysLeadFromAnAppToItsLeftoversAndToTheConfirmation
     EXPECT_EQ(flow().selected().name, QStringLiteral("Birch"));
     scene.click(QStringLiteral("uninstall.command.copy"));
     scene.press(Qt::Key_F, Qt::ControlModifier);
-    EXPECT_EQ(scene.focus(), QStringLiteral("uninstall.find"));
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("uninstall.find")));
     for (const auto key : {Qt::Key_A, Qt::Key_S, Qt::Key_T})
         scene.press(key);
     EXPECT_TRUE(scene.says(QStringLiteral("1 of 13 apps")));

@@ -177,6 +177,7 @@ bool WindowScene::says(const QString& words) {
 }
 
 void WindowScene::click(const QString& name) {
+    waitUntil([&] { return isShown(name); });
     const auto* const target = item(name);
     if (target == nullptr)
         return;
@@ -190,9 +191,14 @@ void WindowScene::press(int key, Qt::KeyboardModifiers modifiers) {
     settle();
 }
 
-QString WindowScene::focus() {
-    const auto* const focused = window_->activeFocusItem();
-    return focused == nullptr ? QString() : focused->objectName();
+testing::AssertionResult WindowScene::hasFocus(const QString& name) {
+    const auto focused = [this] {
+        const auto* const item = window_->activeFocusItem();
+        return item == nullptr ? QString() : item->objectName();
+    };
+    if (waitUntil([&] { return focused() == name; }))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "the focus is on " << focused().toStdString();
 }
 
 void WindowScene::setAppearance(const QString& choice) {

@@ -4,6 +4,7 @@
 #include "Support/TemporaryFolder.h"
 
 #include <functional>
+#include <gtest/gtest.h>
 #include <memory>
 #include <QImage>
 #include <QQmlApplicationEngine>
@@ -50,8 +51,8 @@ public:
 
     void click(const QString& name);
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    /// The object name of what has the keyboard's focus.
-    QString focus();
+    /// Whether what has this object name gets the keyboard's focus, at once or soon.
+    testing::AssertionResult hasFocus(const QString& name);
 
     void setAppearance(const QString& choice);
     /// The desktop's font scale: 2 for 200 %.

@@ -22,6 +22,15 @@ PushButton {
         button.app.showOnMap(node);
     }
 
+    /// Enter was pressed before the answer to the last letter was there.
+    property bool chosenAhead: false
+
+    function chooseCurrent(): void {
+        chosenAhead = matches.searching;
+        if (!chosenAhead)
+            choose(list.currentIndex);
+    }
+
     iconOnly: true
     iconPath: Theme.icons.search
     text: qsTr("Find")
@@ -57,6 +66,12 @@ PushButton {
             id: matches
 
             app: button.app
+
+            // The rows are made, and the first is the current one, when the list has heard of them.
+            onSearchingChanged: {
+                if (button.chosenAhead && !searching)
+                    Qt.callLater(button.chooseCurrent);
+            }
         }
         Column {
             id: column
@@ -72,7 +87,7 @@ PushButton {
                 width: parent.width
 
                 Keys.onDownPressed: list.move(1)
-                Keys.onEnterPressed: button.choose(list.currentIndex)
+                Keys.onEnterPressed: button.chooseCurrent()
                 Keys.onEscapePressed: event => {
                     event.accepted = true;
                     box.close();
@@ -83,9 +98,12 @@ PushButton {
                     if (event.accepted)
                         list.move(event.key === Qt.Key_PageDown ? rows : -rows);
                 }
-                Keys.onReturnPressed: button.choose(list.currentIndex)
+                Keys.onReturnPressed: button.chooseCurrent()
                 Keys.onUpPressed: list.move(-1)
-                onTextChanged: matches.text = text
+                onTextChanged: {
+                    button.chosenAhead = false;
+                    matches.text = text;
+                }
             }
             ListView {
                 id: list
