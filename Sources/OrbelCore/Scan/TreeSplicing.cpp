@@ -186,11 +186,10 @@ void joinHardLinks(FileTree& made, const FileTree& old, const FileTree& fresh, c
 } // namespace
 
 FileTree FileTree::spliced(NodeIndex folder, const FileTree& fresh) const {
-    ORBEL_CHECK(folder != 0, "not the root");
-    ORBEL_CHECK(isAttached(folder), "a folder that is still there");
-    ORBEL_CHECK(isFolder(folder), "a folder");
-    ORBEL_CHECK(fresh.count() > 0, "something that was measured");
-    ORBEL_CHECK(fresh.isFolder(0), "a measured folder");
+    const bool hasPlace = folder != 0 && isAttached(folder) && isFolder(folder);
+    ORBEL_CHECK(hasPlace, "an attached folder below the root");
+    const bool isMeasured = fresh.count() > 0 && fresh.isFolder(0);
+    ORBEL_CHECK(isMeasured, "a measured folder");
     ORBEL_CHECK(count() + fresh.count() < noParent, "fewer nodes than a 32-bit index can tell apart");
     const Plan plan(*this, folder, fresh);
 
