@@ -2,8 +2,7 @@
 #include "AppModel/MoveFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "ModelScene.h"
-#include "Platform/HomeTrash.h"
-#include "Scan/TreeScanner.h"
+#include "RealHome.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -21,13 +20,9 @@ namespace fs = std::filesystem;
 /// archives, one of them protected.
 struct DuplicatesFlowOn : testing::Test {
     DuplicatesFlowOn() {
-        scene.environment.home = home.path();
+        useRealHome(scene.environment, home.path());
         scene.environment.dataVolumePath = home.path();
-        scene.environment.trashFolder = platform::homeTrash(home.path());
         scene.environment.journalPath = home.path("journal/journal.jsonl");
-        scene.environment.scan = [](const auto& root, const auto& token, const auto& progress) {
-            return TreeScanner::scan(root, std::nullopt, token, progress);
-        };
         for (const auto* name : {"Videos/old.mkv", "Videos/new.mkv", "Downloads/film.mkv"})
             add(name, 900'000);
         for (const auto* name : {"Music/a.flac", "Music/b.flac"})

@@ -1,7 +1,6 @@
 #include "AppModel/DuplicatesFlow.h"
 #include "AppModel/MoveFlow.h"
-#include "Platform/HomeTrash.h"
-#include "Scan/TreeScanner.h"
+#include "RealHome.h"
 #include "Snapshots.h"
 #include "WindowScene.h"
 
@@ -32,12 +31,8 @@ struct DuplicatesInTheWindow : testing::Test {
             fs::create_directories(fs::path(path).parent_path());
             std::ofstream(path) << std::string(static_cast<std::size_t>(megabytes) * 1'000'000, letter);
         }
-        scene.environment.home = place;
+        useRealHome(scene.environment, place);
         scene.environment.dataVolumePath = place;
-        scene.environment.trashFolder = platform::homeTrash(place);
-        scene.environment.scan = [](const auto& root, const auto& token, const auto& progress) {
-            return TreeScanner::scan(root, std::nullopt, token, progress);
-        };
         scene.open(width, height);
         scene.app().startScan(place);
         ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));

@@ -2,8 +2,7 @@
 #include "AppModel/MoveFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "ModelScene.h"
-#include "Platform/HomeTrash.h"
-#include "Scan/TreeScanner.h"
+#include "RealHome.h"
 #include "WindowScene.h"
 
 #include <gtest/gtest.h>
@@ -17,12 +16,8 @@ namespace {
 /// A measured home with three large files and a small one.
 struct LargeOldFlowOn : testing::Test {
     LargeOldFlowOn() {
-        scene.environment.home = home.path();
+        useRealHome(scene.environment, home.path());
         scene.environment.dataVolumePath = home.path();
-        scene.environment.trashFolder = platform::homeTrash(home.path());
-        scene.environment.scan = [](const auto& root, const auto& token, const auto& progress) {
-            return TreeScanner::scan(root, std::nullopt, token, progress);
-        };
         for (const auto& [name, bytes] : {std::pair{"Films/a.mkv", 12'000'000},
                                           {"Films/B.mkv", 11'000'000},
                                           {"Images/c.iso", 10'500'000},

@@ -2,8 +2,7 @@
 #include "AppModel/TreeEdits.h"
 #include "HookedTrash.h"
 #include "ModelScene.h"
-#include "Platform/HomeTrash.h"
-#include "Scan/TreeScanner.h"
+#include "RealHome.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -18,13 +17,9 @@ namespace fs = std::filesystem;
 /// A measured home with three films in it.
 struct MoveFlowOn : testing::Test {
     MoveFlowOn() {
-        scene.environment.home = home.path();
+        useRealHome(scene.environment, home.path());
         scene.environment.dataVolumePath = home.path();
-        scene.environment.trashFolder = platform::homeTrash(home.path());
         scene.environment.journalPath = home.path("journal/journal.jsonl");
-        scene.environment.scan = [](const auto& root, const auto& token, const auto& progress) {
-            return TreeScanner::scan(root, std::nullopt, token, progress);
-        };
         trash = std::make_shared<HookedTrash>(scene.environment.trashFolder);
         scene.environment.trash = trash;
         for (const auto* name : {"a.mkv", "b.mkv", "c.mkv"})

@@ -3,7 +3,7 @@
 #include "HookedTrash.h"
 #include "Models/TreemapItem.h"
 #include "Platform/HomeTrash.h"
-#include "Scan/TreeScanner.h"
+#include "RealHome.h"
 #include "WindowScene.h"
 
 #include <filesystem>
@@ -80,11 +80,7 @@ struct MovingInTheWindow : testing::Test {
             films.push_back(place + '/' + name);
             std::ofstream(films.back()) << std::string(static_cast<std::size_t>(bytes), 'x');
         }
-        scene.environment.home = place;
-        scene.environment.trashFolder = platform::homeTrash(place);
-        scene.environment.scan = [](const auto& root, const auto& token, const auto& progress) {
-            return TreeScanner::scan(root, std::nullopt, token, progress);
-        };
+        useRealHome(scene.environment, place);
         scene.open(width, height);
         scene.app().startScan(place);
         ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
