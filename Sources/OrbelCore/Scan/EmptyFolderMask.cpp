@@ -6,9 +6,9 @@ namespace {
 
 constexpr NodeFlags unknownContents = NodeFlags::unreadable | NodeFlags::dataless | NodeFlags::otherVolume;
 
-bool mayLieInEmptyFolder(const FileTree& tree, NodeIndex file) {
-    return tree.nameBytes(file) == ".DS_Store"
-           && !tree.flags(file).intersects(NodeFlags::symlink | unknownContents);
+bool mayLieInEmptyFolder(const FileTree& tree, NodeIndex node) {
+    return tree.nameBytes(node) == ".DS_Store"
+           && !tree.flags(node).intersects(NodeFlags::folder | NodeFlags::symlink | unknownContents);
 }
 
 } // namespace
