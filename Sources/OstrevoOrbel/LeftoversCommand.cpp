@@ -63,7 +63,7 @@ void runLeftoversCommandIfRequested(std::span<const std::string> arguments) {
         finish(text);
 
     const SafetyPolicy policy(home);
-    const LeftoverMatcher matcher(policy.canonicalizer().canonical(home).value_or(home), "/Library");
+    const LeftoverMatcher matcher(policy.canonical(home).value_or(home), "/Library");
     // Sizes are not told, so only what decides is looked for.
     const auto measure = [](const std::string& path) {
         auto measured = TreeScanner::measure(path);

@@ -43,34 +43,38 @@ std::string itemPath(std::string_view word, const SafetyPolicy& policy) {
     if (path == "/")
         return "/";
     const auto parent = parentPath(path);
-    const auto folder = policy.canonicalizer().canonical(parent.empty() ? "." : std::string(parent));
+    const auto folder = policy.canonical(parent.empty() ? "." : std::string(parent));
     return folder ? joinedPath(*folder, lastPathComponent(path)) : absolutePath(path);
 }
 
 /// Why what lies at `path` stays there, as far as that can be told without looking into it.
 std::optional<std::string> refusalOf(const std::string& path, AllowedRoot root, const SafetyPolicy& policy) {
     auto refusal = policy.check(path, root, std::nullopt).refusal();
+    if (!refusal || policy.homeReason() || policy.isOutOfReach(path))
+        return refusal;
     const auto status = platform::fileStatus(path);
-    if (!refusal || policy.homeReason() || !status || status->type == platform::FileType::symbolicLink)
+    if (!status || status->type == platform::FileType::symbolicLink)
         return refusal;
     return ManageHint::explain(path, *refusal, policy.homePath());
 }
 
-DeletionItem refusedItem(const std::string& path, AllowedRoot root, std::string reason) {
+DeletionItem refusedItem(const std::string& path, AllowedRoot root, std::string reason,
+                         const SafetyPolicy& policy) {
+    const auto stamp = policy.isOutOfReach(path) ? std::nullopt : FileStamp::of(path);
     return {.id = std::string(rawValue(DeletionModule::map)) + ":" + path,
             .module = DeletionModule::map,
             .title = lossyUtf8(lastPathComponent(path)),
             .detail = path,
             .path = path,
             .root = root,
-            .scanStamp = FileStamp::of(path).value_or(FileStamp()),
+            .scanStamp = stamp.value_or(FileStamp()),
             .blockedReason = std::move(reason)};
 }
 
 /// A launcher lies where nothing else may be moved from: only as what the search for broken ones finds there.
 std::optional<DeletionItem> brokenLauncher(const std::string& path, const SafetyPolicy& policy,
                                            const ScanCancellation& cancellation) {
-    if (!path.ends_with(".desktop"))
+    if (!path.ends_with(".desktop") || policy.isOutOfReach(path))
         return std::nullopt;
     const auto tree = TreeScanner::scan(path, std::nullopt, cancellation, nullptr).tree;
     for (auto& row : BrokenShortcutFinder().run(tree, policy, currentDate()))
@@ -89,12 +93,12 @@ DeletionItem itemNamed(const std::string& word, const SafetyPolicy& policy,
     const auto root = DeletionItem::isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle
                                                                       : AllowedRoot::homeItem;
     if (auto refusal = refusalOf(path, root, policy))
-        return refusedItem(path, root, *std::move(refusal));
+        return refusedItem(path, root, *std::move(refusal), policy);
     const auto scanned = TreeScanner::scan(path, std::nullopt, cancellation, nullptr);
     auto item = scanned.tree.count() > 0
                     ? DeletionItem::fromTree(scanned.tree, 0, DeletionModule::map, policy)
                     : std::nullopt;
-    return item ? *std::move(item) : refusedItem(path, root, "Already gone");
+    return item ? *std::move(item) : refusedItem(path, root, "Already gone", policy);
 }
 
 void runTrashCommand(const ChangeRequest& request) {

@@ -65,5 +65,17 @@ TEST(MountInfo, NetworkAndUserProgramsAreTold) {
         EXPECT_FALSE(isNetwork(type)) << type;
 }
 
+TEST(MountTable, WhatMayHangIsOutOfReachUnlessTheHomeLiesOnIt) {
+    const auto mounts = parseMountInfo("1 0 0:1 / / rw - ext4 /dev/a rw\n"
+                                       "2 1 0:2 / /nas rw - nfs4 server rw\n"
+                                       "3 2 0:3 / /nas/me/cloud rw - fuse.cloud cloud rw\n"
+                                       "4 1 0:4 / /disk rw - autofs systemd-1 rw\n"
+                                       "5 4 0:5 / /disk rw - ext4 /dev/b rw\n");
+    const std::vector<std::string> home{"/nas/me"};
+    EXPECT_EQ(mountPointsOutOfReach(mounts, home), std::vector<std::string>{"/nas/me/cloud"});
+    EXPECT_EQ(mountPointsOutOfReach(mounts, {}), (std::vector<std::string>{"/nas", "/nas/me/cloud"}))
+        << "a disk that was mounted on demand lies over its automount";
+}
+
 } // namespace
 } // namespace orbel::platform

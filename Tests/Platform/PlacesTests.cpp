@@ -45,7 +45,9 @@ TEST(Places, TheApplicationsDataAndTheTrashFollowTheDataFolder) {
 
 TEST(UserDirs, FindsThePictureFolderInWhatPeopleWrite) {
     const auto pictures = [](std::string_view text) {
-        return pictureFolderIn(text, "/home/ann").value_or("none");
+        const auto folders = userFoldersIn(text, "/home/ann");
+        const auto found = folders.find("PICTURES");
+        return found == folders.end() ? std::string("none") : found->second;
     };
     EXPECT_EQ(
         pictures(

@@ -9,9 +9,11 @@
 #include "Safety/PathCanonicalizer.h"
 #include "Safety/SafetyPolicy.h"
 #include "Util/PathText.h"
+#include "Util/ReadLink.h"
 #include "Util/Utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <optional>
 #include <string_view>
@@ -46,8 +48,11 @@ Finding finding(Kind kind, const TargetReport& report, std::string target) {
 /// Looks into one shortcut after another.
 class Inspector {
 public:
-    explicit Inspector(const std::string& home)
-        : home_(home), launcherFolders_(platform::userLauncherFolders(home)) {
+    /// `root`: of the search.
+    Inspector(const std::string& home, const std::string& root)
+        : home_(home),
+          launcherFolders_(platform::userLauncherFolders(home)),
+          prober_(std::array{home, root}) {
         launcherFolders_.push_back(joinedPath(home, "Desktop"));
     }
 
@@ -77,7 +82,7 @@ public:
 
 private:
     std::optional<Finding> brokenLink(const std::string& path, bool isManaged) {
-        auto text = LinkProber::textOf(path);
+        auto text = linkText(path);
         if (!text)
             return std::nullopt;
         const auto report = prober_.probe(path);
@@ -156,7 +161,7 @@ std::vector<BrokenShortcutFinder::Row> BrokenShortcutFinder::run(const FileTree&
                                                                  const IsCancelled& isCancelled) const {
     constexpr PlaceMarks leftAlone = PlaceMarks::gone | PlaceMarks::whole | PlaceMarks::outsideHome;
     const auto marks = placeMarks(tree, policy);
-    Inspector inspector(policy.homePath());
+    Inspector inspector(policy.homePath(), tree.rootPath);
     std::vector<Row> rows;
     for (NodeIndex i = 0; i < tree.count(); ++i) {
         if (marks[i].intersects(leftAlone))

@@ -4,6 +4,7 @@
 #include "Platform/Applications.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Launchers.h"
+#include "Platform/MountTable.h"
 #include "Safety/PlaceRules.h"
 #include "Safety/RealPath.h"
 #include "Util/PathText.h"
@@ -15,6 +16,7 @@
 #include <filesystem>
 #include <optional>
 #include <set>
+#include <span>
 #include <system_error>
 #include <tuple>
 #include <utility>
@@ -126,12 +128,13 @@ LeftoverMatcher::LeftoverMatcher(const std::string& home, const std::string& sys
 LeftoverMatcher::LeftoverMatcher(std::string home, const std::string& systemLibrary,
                                  const platform::Places& places, ProgramNamed programNamed)
     : home_(std::move(home)), programNamed_(std::move(programNamed)) {
+    PathResolver paths(platform::mountPointsOutOfReach(platform::mountTable(), std::span(&home_, 1)));
     for (const auto name : PlaceRules::leftoverFolders)
         list(joinedPath(joinedPath(home_, "Library"), name), Kind::library,
-             name == "Caches" || name == "Logs");
+             name == "Caches" || name == "Logs", paths);
     for (const std::string_view name : {"Application Support", "Caches", "LaunchAgents", "LaunchDaemons",
                                         "Logs", "Preferences", "PrivilegedHelperTools"})
-        list(joinedPath(systemLibrary, name), Kind::systemLibrary, false);
+        list(joinedPath(systemLibrary, name), Kind::systemLibrary, false, paths);
 
     const auto isCacheFolder = [&](std::string_view folder) { return isAny(places.cacheFolders, folder); };
     for (const auto& folder : places.leftoverFolders) {
@@ -147,18 +150,18 @@ LeftoverMatcher::LeftoverMatcher(std::string home, const std::string& systemLibr
             kind = Kind::sandbox;
         const auto star = folder.find("/*");
         if (star == std::string::npos) {
-            list(folder, kind, isCacheFolder(folder));
+            list(folder, kind, isCacheFolder(folder), paths);
             continue;
         }
         std::error_code error;
         fs::directory_iterator between(folder.substr(0, star), error);
         for (; !error && between != fs::directory_iterator(); between.increment(error))
-            list(between->path().string() + folder.substr(star + 2), kind, false);
+            list(between->path().string() + folder.substr(star + 2), kind, false, paths);
     }
     for (const auto& folder : places.vendorFolders)
-        list(folder, Kind::vendor, isCacheFolder(parentPath(folder)));
+        list(folder, Kind::vendor, isCacheFolder(parentPath(folder)), paths);
     for (const auto& folder : places.hiddenLeftoverFolders)
-        list(folder, Kind::hidden, false);
+        list(folder, Kind::hidden, false, paths);
     // A folder that all programs, or all of one maker, share lies itself where leftovers may lie.
     std::erase_if(candidates_, [&](const Candidate& candidate) {
         const auto path = joinedPath(candidate.folder, candidate.name);
@@ -166,15 +169,15 @@ LeftoverMatcher::LeftoverMatcher(std::string home, const std::string& systemLibr
     });
 }
 
-void LeftoverMatcher::list(const std::string& folder, Kind kind, bool isCache) {
+void LeftoverMatcher::list(const std::string& folder, Kind kind, bool isCache, PathResolver& paths) {
     // Through a link the policy would find it elsewhere, and refuse it.
-    if (RealPath::resolve(folder) != folder)
+    if (const auto resolved = paths.resolve(folder); !resolved.isFound() || resolved.path != folder)
         return;
     std::error_code error;
     fs::directory_iterator entries(folder, error);
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
         auto name = entries->path().filename().string();
-        if (kind == Kind::hidden && !name.starts_with('.'))
+        if ((kind == Kind::hidden && !name.starts_with('.')) || paths.isOutOfReach(entries->path().native()))
             continue;
         const auto status = platform::fileStatus(entries->path().string());
         const bool isOwn = kind == Kind::systemLibrary || (status && status->owner == ::geteuid());
@@ -306,7 +309,7 @@ std::string LeftoverMatcher::evidenceFor(const Candidate& candidate, const Names
             return evidence + ": it starts at login";
         // A short id may be somebody else's: the program tells.
         const auto target = platform::launcherTarget(leftover.path, home_);
-        if (!isAny(app.identifiers, id) || !target
+        if (!isAny(app.identifiers, id) || !target || target->state != platform::LauncherTarget::State::found
             || !isAny(app.executables, RealPath::resolve(target->program).value_or("")))
             return {};
         leftover.certainty = Leftover::Certainty::certain;

@@ -2,6 +2,7 @@
 
 #include "Find/InstalledApp.h"
 #include "Platform/Places.h"
+#include "Util/PathResolver.h"
 
 #include <cstdint>
 #include <functional>
@@ -78,7 +79,7 @@ private:
 
     struct Names;
 
-    void list(const std::string& folder, Kind kind, bool isCache);
+    void list(const std::string& folder, Kind kind, bool isCache, PathResolver& paths);
     std::vector<Leftover> matches(const InstalledApp& app, std::span<const InstalledApp> others,
                                   bool forAllUsers) const;
     std::string evidenceFor(const Candidate& candidate, const Names& names, Leftover& leftover) const;

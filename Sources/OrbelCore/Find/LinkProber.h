@@ -2,11 +2,11 @@
 
 #include "Platform/MountTable.h"
 #include "Platform/PassingPlaces.h"
+#include "Util/PathResolver.h"
 
 #include <cstdint>
-#include <optional>
+#include <span>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 namespace orbel {
@@ -26,12 +26,12 @@ struct TargetReport {
 /// mounted first: such a target is unknown, and no dead server can hang the search. One thread at a time.
 class LinkProber {
 public:
-    /// For the mounts and places of this moment.
-    LinkProber() : LinkProber(platform::mountTable(), platform::passingPlaces()) {}
-    LinkProber(const std::vector<platform::Mount>& mounts, platform::PassingPlaces places);
-
-    /// What the link holds, as bytes; absent when it is none, or gone.
-    static std::optional<std::string> textOf(const std::string& link);
+    /// For the mounts and places of this moment. `trusted`: real paths that are asked about although they lie
+    /// on such a volume, such as the home folder and the root of the search.
+    explicit LinkProber(std::span<const std::string> trusted = {})
+        : LinkProber(platform::mountTable(), platform::passingPlaces(), trusted) {}
+    LinkProber(const std::vector<platform::Mount>& mounts, platform::PassingPlaces places,
+               std::span<const std::string> trusted = {});
 
     /// Where the link at `link`, a path whose folder is a real one, ends.
     TargetReport probe(const std::string& link);
@@ -40,13 +40,12 @@ public:
     TargetReport probePath(const std::string& path, const std::string& from);
 
 private:
-    TargetReport follow(std::string folder, std::string rest, const std::string& from);
+    TargetReport reportOf(const ResolvedPath& resolved, const std::string& from) const;
     TargetReport missingAt(const std::string& path, const std::string& from) const;
 
-    std::unordered_set<std::string> neverAsked_; ///< mount points of network volumes
-    std::vector<std::string> mounted_;           ///< all mount points
+    PathResolver resolver_;
+    std::vector<std::string> mounted_; ///< all mount points
     platform::PassingPlaces places_;
-    std::unordered_set<std::string> knownFolders_; ///< seen to be folders and no links
 };
 
 } // namespace orbel

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,7 +18,14 @@ struct Mount {
     bool isNetwork = false;     ///< reached over a network or by a user program: touching it may hang
 };
 
-/// All mounts of this process, in mount order; empty when the table cannot be read.
+/// All mounts of this process, in mount order; empty when the table cannot be read. Any thread. Cheap enough
+/// to be asked for every item: where the system tells of changes, the table is only read again after one.
 std::vector<Mount> mountTable();
+
+/// The mount points at or below which a question to the file system may wait for a server, for a user program
+/// or for something to be mounted: network, FUSE and automount file systems that nothing local is mounted
+/// over. Left out are those that hold one of the `trusted` real paths, which are asked about anyway.
+std::vector<std::string> mountPointsOutOfReach(const std::vector<Mount>& mounts,
+                                               std::span<const std::string> trusted);
 
 } // namespace orbel::platform

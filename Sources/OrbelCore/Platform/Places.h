@@ -18,6 +18,8 @@ struct Places {
     std::vector<std::string> systemRoots;
     std::vector<std::string> neverTouch;
     std::vector<GuardedFolder> guardedFolders;
+    /// Named by the settings of the system or the desktop, such as mount points: these stay, empty or not.
+    std::vector<std::string> namedFolders;
     std::vector<std::string> cacheFolders; ///< what is inside may be moved, the folder itself not
     std::vector<std::string> applicationFolders;
     std::vector<std::string> programFolders;     ///< a program that is a folder lies directly in one of these

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Util/PathResolver.h"
+
 #include <array>
 #include <string>
 #include <string_view>
@@ -22,11 +24,14 @@ struct NeverTouch {
         "Library/Containers", "Library/Group Containers", "Library/Application Support"};
 
     /// The 23 folders of a home that stay untouched, in their order; the application's own data, which holds
-    /// the journal, is among them. Each is the real path of what exists; what does not is joined to the
-    /// home's real path.
-    static std::vector<std::string> roots(const std::string& home);
+    /// the journal, is among them. Each is the real path of what exists; what does not, or must not be asked
+    /// about, is joined to the home's real path.
+    static std::vector<std::string> roots(const std::string& home, PathResolver resolver = PathResolver());
 
-    /// Whether a component of the path names a photo library, a backup or a keychain.
+    /// Whether the name is that of a photo library, a backup or a keychain.
+    static bool isProtectedName(std::string_view name);
+
+    /// Whether a component of the path has such a name.
     static bool hasProtectedComponent(std::string_view path);
 
     /// Whether the path is at or below a folder that the system's own applications keep in one of the

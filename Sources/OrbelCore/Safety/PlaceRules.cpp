@@ -48,7 +48,8 @@ bool exists(const std::string& path) {
 
 } // namespace
 
-PlaceRules::PlaceRules(std::string homePath, Setup setup, const PathCanonicalizer& canonicalizer)
+PlaceRules::PlaceRules(std::string homePath, Setup setup, const PathCanonicalizer& canonicalizer,
+                       PathResolver& resolver)
     : homePath_(std::move(homePath)),
       programFolders_(std::move(setup.places.programFolders)),
       programFileFolders_(std::move(setup.places.programFileFolders)),
@@ -58,12 +59,11 @@ PlaceRules::PlaceRules(std::string homePath, Setup setup, const PathCanonicalize
       isWritable_(std::move(setup.isWritable)) {
     std::ranges::move(setup.places.vendorFolders, std::back_inserter(furtherLeftoverFolders_));
     const auto inPlace = [&](const std::string& path) {
-        return canonicalizer.visiblePath(RealPath::resolveExisting(path));
+        return canonicalizer.visiblePath(resolver.resolve(path).path);
     };
 
     for (const auto& folder : setup.applicationFolders)
-        applicationFolders_.push_back(
-            canonicalizer.visiblePath(RealPath::resolve(folder).value_or(standardizedPath(folder))));
+        applicationFolders_.push_back(inPlace(folder));
 
     guards_.push_back({.path = joinedPath(homePath_, "Library"),
                        .movable = {"Caches", "Logs"},

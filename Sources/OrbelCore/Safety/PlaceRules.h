@@ -3,6 +3,7 @@
 #include "Platform/Places.h"
 #include "Safety/AllowedRoot.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Util/PathResolver.h"
 
 #include <array>
 #include <functional>
@@ -40,8 +41,10 @@ public:
         std::function<bool(const std::string&)> isWritable; ///< whether this process may write the path
     };
 
-    /// `homePath`: the home's real path in visible form.
-    PlaceRules(std::string homePath, Setup setup, const PathCanonicalizer& canonicalizer);
+    /// `homePath`: the home's real path in visible form. `resolver` knows which places must not be asked
+    /// about.
+    PlaceRules(std::string homePath, Setup setup, const PathCanonicalizer& canonicalizer,
+               PathResolver& resolver);
 
     /// Why `real`, a real path in visible form, is outside the place allowed for its kind; absent when it is
     /// inside.

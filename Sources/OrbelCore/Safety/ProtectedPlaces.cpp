@@ -9,14 +9,15 @@
 
 namespace orbel {
 
-ProtectedPlaces::ProtectedPlaces(std::string homePath, Lists lists, const PathCanonicalizer& canonicalizer)
+ProtectedPlaces::ProtectedPlaces(std::string homePath, Lists lists, const PathCanonicalizer& canonicalizer,
+                                 PathResolver& resolver)
     : homePath_(std::move(homePath)),
       systemRoots_(std::move(lists.systemRoots)),
       protectedBySystem_(lists.protectedBySystem) {
     for (const auto& root : lists.homeRoots)
         neverTouchRoots_.push_back(canonicalizer.visiblePath(root));
     for (const auto& place : lists.furtherRoots) {
-        auto root = canonicalizer.visiblePath(RealPath::resolveExisting(place));
+        auto root = canonicalizer.visiblePath(resolver.resolve(place).path);
         // A link to the home folder, or to what holds it, would protect everything: such a place means
         // nothing.
         if (!RealPath::isInside(homePath_, root)
@@ -24,17 +25,20 @@ ProtectedPlaces::ProtectedPlaces(std::string homePath, Lists lists, const PathCa
             neverTouchRoots_.push_back(std::move(root));
     }
     for (const auto& root : neverTouchRoots_)
-        noteIdentities(root);
+        recordIdentities(root, resolver);
 }
 
-void ProtectedPlaces::noteIdentities(const std::string& root) {
-    if (const auto identity = FileIdentity::of(root))
+void ProtectedPlaces::recordIdentities(const std::string& root, const PathResolver& resolver) {
+    const auto identityOf = [&](const std::string& path) {
+        return resolver.isOutOfReach(path) ? std::nullopt : FileIdentity::of(path);
+    };
+    if (const auto identity = identityOf(root))
         neverTouchIdentities_.emplace(*identity, root);
     if (!RealPath::isInside(root, homePath_))
         return;
     std::string folder = root;
     while (folder.resize(parentPath(folder).size()), folder.size() > homePath_.size())
-        if (const auto identity = FileIdentity::of(folder))
+        if (const auto identity = identityOf(folder))
             protectedAncestorIdentities_.emplace(*identity, root);
 }
 

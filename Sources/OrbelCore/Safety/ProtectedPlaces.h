@@ -2,6 +2,7 @@
 
 #include "Safety/FileIdentity.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Util/PathResolver.h"
 
 #include <cstdint>
 #include <optional>
@@ -25,8 +26,10 @@ public:
             protectedBySystem; ///< the reason for what the system guards; lives as long as the program
     };
 
-    /// `homePath`: the home's real path in visible form.
-    ProtectedPlaces(std::string homePath, Lists lists, const PathCanonicalizer& canonicalizer);
+    /// `homePath`: the home's real path in visible form. `resolver` knows which places must not be asked
+    /// about: of what lies there, the text of the path decides.
+    ProtectedPlaces(std::string homePath, Lists lists, const PathCanonicalizer& canonicalizer,
+                    PathResolver& resolver);
 
     /// Why `real`, a real path in visible form, is protected; absent when it is not. `identity`: that of the
     /// object, when there is one.
@@ -39,7 +42,7 @@ public:
 private:
     using IdentityMap = std::unordered_map<FileIdentity, std::string>;
 
-    void noteIdentities(const std::string& root);
+    void recordIdentities(const std::string& root, const PathResolver& resolver);
     std::optional<std::string> reasonByPath(const std::string& real) const;
     std::optional<std::string> reasonByIdentity(const FileIdentity& identity) const;
     /// The path itself included.

@@ -17,16 +17,6 @@ std::optional<std::string> RealPath::resolve(const std::string& path) {
     return std::string(resolved.get());
 }
 
-std::string RealPath::resolveExisting(const std::string& path) {
-    if (auto resolved = resolve(path))
-        return std::move(*resolved);
-    std::string rest = standardizedPath(path);
-    const auto parent = parentPath(rest);
-    if (parent.empty() || parent == rest)
-        return rest;
-    return joinedPath(resolveExisting(std::string(parent)), lastPathComponent(rest));
-}
-
 bool RealPath::isInside(std::string_view path, std::string_view folder) {
     return isPathInside(path, folder);
 }

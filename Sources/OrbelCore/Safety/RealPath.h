@@ -15,10 +15,6 @@ struct RealPath {
     /// cut it off.
     static std::optional<std::string> resolve(const std::string& path);
 
-    /// The path with as much of it resolved as exists; the rest stands as text. For a place that may come
-    /// into being later.
-    static std::string resolveExisting(const std::string& path);
-
     /// Whether `path` is `folder` or lies inside it. Exact comparison of text: both must be real paths
     /// already.
     static bool isInside(std::string_view path, std::string_view folder);

@@ -1,11 +1,15 @@
 #include "Safety/SafetyPolicy.h"
 
 #include "Platform/DirectoryReader.h"
+#include "Safety/ProtectedContent.h"
 #include "Safety/RealPath.h"
 #include "Util/PathText.h"
 #include "Util/Utf8.h"
 
+#include <filesystem>
+#include <span>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <unistd.h>
@@ -52,7 +56,8 @@ struct SafetyPolicy::Prepared {
         : options(std::move(given)),
           homePath(
               options.canonicalizer.visiblePath(RealPath::resolve(home).value_or(standardizedPath(home)))),
-          neverTouch(NeverTouch::roots(home)),
+          resolver(platform::mountPointsOutOfReach(options.mountTable(), std::span(&homePath, 1))),
+          neverTouch(NeverTouch::roots(home, resolver)),
           places(options.places(homePath)) {
         options.systemRoots.insert(options.systemRoots.end(), places.systemRoots.begin(),
                                    places.systemRoots.end());
@@ -62,6 +67,7 @@ struct SafetyPolicy::Prepared {
 
     Options options;
     std::string homePath;
+    PathResolver resolver;
     std::vector<std::string> neverTouch;
     platform::Places places;
 };
@@ -82,7 +88,7 @@ SafetyPolicy::SafetyPolicy(Prepared prepared)
                         .homeRoots = std::move(prepared.neverTouch),
                         .furtherRoots = prepared.places.neverTouch,
                         .protectedBySystem = conventions_.protectedBySystem},
-                       canonicalizer_),
+                       canonicalizer_, prepared.resolver),
       placeRules_(homePath_,
                   {.places = prepared.places,
                    .applicationFolders =
@@ -90,8 +96,10 @@ SafetyPolicy::SafetyPolicy(Prepared prepared)
                    .neverTouchRoots = protectedPlaces_.neverTouchRoots(),
                    .fileManager = conventions_.fileManager,
                    .isWritable = std::move(prepared.options.isWritable)},
-                  canonicalizer_),
+                  canonicalizer_, prepared.resolver),
       mountTable_(std::move(prepared.options.mountTable)) {
+    for (const auto& folder : prepared.places.namedFolders)
+        namedFolders_.push_back(canonicalizer_.visiblePath(prepared.resolver.resolve(folder).path));
     if (const auto status = platform::fileStatus(homePath_))
         volumeDevice_ = status->device;
 }
@@ -101,15 +109,18 @@ SafetyDecision SafetyPolicy::check(const std::string& path, AllowedRoot root,
     if (homeReason_)
         return SafetyDecision::refused(*homeReason_);
     const auto item = withoutTrailingDots(path);
+    auto paths = resolver();
+    const auto resolved = paths.resolve(item, PathResolver::Last::keep);
+    if (resolved.state == ResolvedPath::State::outOfReach)
+        return SafetyDecision::refused("On another volume");
     const auto status = platform::fileStatus(item);
     if (!status)
         return SafetyDecision::refused("Already gone");
     if (status->type == platform::FileType::symbolicLink)
         return SafetyDecision::refused("Is a symbolic link; links are never followed for deletion");
-    const auto resolved = RealPath::resolve(item);
-    if (!resolved)
+    if (!resolved.isFound())
         return SafetyDecision::refused("Could not resolve the real path");
-    const auto real = canonicalizer_.visiblePath(*resolved);
+    const auto real = canonicalizer_.visiblePath(resolved.path);
     const auto current = FileStamp::of(*status);
     if (expected && !expected->isUnchanged(current))
         return SafetyDecision::refused("Changed since the scan — scan again");
@@ -118,6 +129,9 @@ SafetyDecision SafetyPolicy::check(const std::string& path, AllowedRoot root,
     if (real == "/" || real == homePath_)
         return SafetyDecision::refused("Refusing to delete the root or home folder");
     if (auto reason = protectionReason(real, current.identity))
+        return SafetyDecision::refused(std::move(*reason));
+    // Not a matter of what may be put back: what left such a place before may return to it.
+    if (auto reason = ProtectedContent::reason(real, homePath_))
         return SafetyDecision::refused(std::move(*reason));
     if (auto reason = rootReason(real, root, current.isDirectory))
         return SafetyDecision::refused(std::move(*reason));
@@ -142,7 +156,7 @@ std::optional<std::string> SafetyPolicy::restoreDestinationReason(const std::str
     if (homeReason_)
         return homeReason_;
     const auto name = lastPathComponent(path);
-    const auto folder = canonicalizer_.canonical(std::string(parentPath(path)));
+    const auto folder = canonical(std::string(parentPath(path)));
     // A path that names no item of a folder could only come from a journal that somebody has written by hand.
     if (!folder || name.empty() || name == "/" || name == "." || name == ".."
         || name.find('\0') != std::string::npos)
@@ -157,6 +171,22 @@ std::optional<std::string> SafetyPolicy::restoreDestinationReason(const std::str
         return "Cannot restore there: " + *reason;
     }
     return std::nullopt;
+}
+
+PathResolver SafetyPolicy::resolver() const {
+    return PathResolver(platform::mountPointsOutOfReach(mountTable_(), std::span(&homePath_, 1)));
+}
+
+std::optional<std::string> SafetyPolicy::canonical(const std::string& path) const {
+    std::error_code error;
+    const auto absolute =
+        path.starts_with('/') ? path : joinedPath(std::filesystem::current_path(error).native(), path);
+    const auto resolved = resolver().resolve(absolute);
+    return resolved.isFound() ? std::optional(canonicalizer_.visiblePath(resolved.path)) : std::nullopt;
+}
+
+bool SafetyPolicy::isOutOfReach(const std::string& path) const {
+    return resolver().resolve(path, PathResolver::Last::keep).state == ResolvedPath::State::outOfReach;
 }
 
 bool SafetyPolicy::isOnAnotherVolume(const std::string& path, const platform::FileStatus& status) const {

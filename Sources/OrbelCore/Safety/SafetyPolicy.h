@@ -24,7 +24,9 @@ namespace orbel {
 /// throws: each failure of the file system becomes a refusal, in words that the user reads as they stand.
 ///
 /// A value, built once for a home folder. What it knows of protected places is read at construction and then
-/// immutable; check() and the reasons only read the disk, and may be called by any thread at once.
+/// immutable; check() and the reasons only read the disk, and may be called by any thread at once. A volume
+/// that may not answer (of a network, of a user program) is never asked, neither here nor there, unless the
+/// home itself lies on it: the mount table and the text of the path decide.
 class SafetyPolicy {
 public:
     static constexpr auto& leftoverFolders = PlaceRules::leftoverFolders;
@@ -67,9 +69,19 @@ public:
     const std::optional<std::string>& homeReason() const { return homeReason_; }
 
     // The same places as the checks above use, for real paths in visible form: see PlaceRules.
-    bool isApplication(const std::string& path) const { return placeRules_.isApplication(path); }
+    bool isApplication(const std::string& path) const {
+        return isApplicationPlace(path) && !isOutOfReach(path) && placeRules_.isApplication(path);
+    }
     bool isApplicationPlace(std::string_view path) const { return placeRules_.isApplicationPlace(path); }
     bool isLeftoverPlace(std::string_view path) const { return placeRules_.isLeftoverPlace(path); }
+
+    /// The real path of `path`, which may be relative, in visible form; absent when it cannot be resolved, or
+    /// leads to where a question might never be answered.
+    std::optional<std::string> canonical(const std::string& path) const;
+
+    /// Whether asking about what lies at this path might never be answered, such as on a network volume;
+    /// never so for the volume of the home. Such an item is on another volume, and nothing more is asked.
+    bool isOutOfReach(const std::string& path) const;
 
     const std::string& homePath() const { return homePath_; }
     const std::vector<std::string>& neverTouchRoots() const { return protectedPlaces_.neverTouchRoots(); }
@@ -79,6 +91,8 @@ public:
     const std::vector<std::string>& cacheFolders() const { return placeRules_.cacheFolders(); }
     /// Folders of programs' own data, ~/Library and what is like it; real paths in visible form.
     std::vector<std::string> guardedFolders() const { return placeRules_.guardedFolders(); }
+    /// Folders that stay although they may be empty, since settings name them; real paths in visible form.
+    const std::vector<std::string>& namedFolders() const { return namedFolders_; }
     /// The folders that directly hold what was moved to the Trash; not resolved.
     const std::vector<std::string>& trashFolders() const { return trashFolders_; }
     const platform::Conventions& conventions() const { return conventions_; }
@@ -88,6 +102,7 @@ private:
     struct Prepared;
     explicit SafetyPolicy(Prepared prepared);
 
+    PathResolver resolver() const;
     bool isOnAnotherVolume(const std::string& path, const platform::FileStatus& status) const;
     std::optional<std::string> furtherReason(const std::string& path, const std::string& real,
                                              bool isDirectory) const;
@@ -98,6 +113,7 @@ private:
     std::string homePath_;
     std::optional<std::string> homeReason_;
     std::optional<std::uint64_t> volumeDevice_; ///< absent disables the comparison of devices
+    std::vector<std::string> namedFolders_;
     std::vector<std::string> trashFolders_;
     ProtectedPlaces protectedPlaces_;
     PlaceRules placeRules_;

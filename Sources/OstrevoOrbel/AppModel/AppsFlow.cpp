@@ -88,7 +88,7 @@ void AppsFlow::read() {
     if (loading_)
         loading_->cancel();
     loading_ = std::make_shared<ScanCancellation>();
-    const auto home = app_.policy().canonicalizer().canonical(app_.home()).value_or(app_.home());
+    const auto home = app_.policy().canonical(app_.home()).value_or(app_.home());
     inbox_.runAside(
         "orbel.apps",
         [home, installed = app_.environment().installedApps, findIcon = app_.environment().findIcon] {

@@ -239,8 +239,8 @@ void DuplicatesFlow::keepFolderFirst(const QUrl& folder) {
     const auto path = pathOfFileUrl(folder.toEncoded().toStdString());
     if (!path)
         return;
-    const auto& canonicalizer = policy_->canonicalizer();
-    setRule(KeepRule::folderFirst, canonicalizer.visiblePath(canonicalizer.canonical(*path).value_or(*path)));
+    setRule(KeepRule::folderFirst,
+            policy_->canonicalizer().visiblePath(policy_->canonical(*path).value_or(*path)));
 }
 
 void DuplicatesFlow::setRule(KeepRule rule, std::string folder) {

@@ -1,11 +1,11 @@
 #include "Platform/RunningPrograms.h"
 
 #include "Util/FileDescriptor.h"
+#include "Util/ReadLink.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <climits>
 #include <cstddef>
 #include <iterator>
 #include <memory>
@@ -24,9 +24,7 @@ struct CloseDirectory {
 };
 
 std::string programOf(const std::string& process) {
-    std::array<char, PATH_MAX> text{};
-    const auto length = ::readlink((process + "/exe").c_str(), text.data(), text.size());
-    return {text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
+    return linkText(process + "/exe").value_or("");
 }
 
 /// The absolute paths among the first words of its command line: a script is not the program that runs it.

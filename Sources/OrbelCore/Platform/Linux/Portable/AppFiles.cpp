@@ -21,14 +21,17 @@ bool isUsersFile(const std::string& path, std::uint32_t user) {
 }
 
 /// Commands in the user's folder of them that lead into the application.
-std::vector<std::string> linksInto(const std::string& path, const std::string& home) {
+std::vector<std::string> linksInto(const std::string& path, const std::string& home, PathResolver& paths) {
     std::error_code error;
     fs::directory_iterator entries(joinedPath(home, ".local/bin"), error);
     std::vector<std::string> links;
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
         std::error_code gone;
-        if (entries->is_symlink(gone) && isPathInside(fs::canonical(entries->path(), gone).string(), path))
-            links.push_back(entries->path().string());
+        const auto entry = entries->path().string();
+        if (!entries->is_symlink(gone))
+            continue;
+        if (const auto target = paths.resolve(entry); target.isFound() && isPathInside(target.path, path))
+            links.push_back(entry);
     }
     std::ranges::sort(links);
     return links;
@@ -58,12 +61,12 @@ std::vector<std::string> iconsNamed(const std::string& icon, const std::string& 
 } // namespace
 
 std::vector<std::string> appFiles(const std::string& path, const LauncherFile& launcher, bool hasOwnIcon,
-                                  const std::string& home, std::uint32_t user) {
+                                  const std::string& home, std::uint32_t user, PathResolver paths) {
     const auto data = joinedPath(home, ".local/share");
     std::vector<std::string> files;
     if (parentPath(launcher.path) == joinedPath(data, "applications") && isUsersFile(launcher.path, user))
         files.push_back(launcher.path);
-    std::ranges::move(linksInto(path, home), std::back_inserter(files));
+    std::ranges::move(linksInto(path, home, paths), std::back_inserter(files));
     if (hasOwnIcon)
         std::ranges::move(
             iconsNamed(launcher.entry.text("Icon").value_or(""), joinedPath(data, "icons"), user),

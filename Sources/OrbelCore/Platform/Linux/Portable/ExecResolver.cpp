@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -47,6 +46,21 @@ void addFurtherInstallations(std::vector<std::string>& installations) {
     }
 }
 
+/// Whether a program lies at the path. In doubt, `unknown`: also for what is missing where volumes come and
+/// go.
+LauncherTarget::State stateOf(const std::string& path, PathResolver& paths) {
+    const auto resolved = paths.resolve(path);
+    if (resolved.isFound()) {
+        struct stat status {};
+        const bool isProgram = ::stat(resolved.path.c_str(), &status) == 0 && S_ISREG(status.st_mode)
+                               && ::access(resolved.path.c_str(), X_OK) == 0;
+        return isProgram ? found : unknown;
+    }
+    return resolved.state == ResolvedPath::State::missing && !isAnyInside(removablePlaces, resolved.path)
+               ? missing
+               : unknown;
+}
+
 } // namespace
 
 LauncherTarget ExecResolver::resolve(std::string_view exec) const {
@@ -69,17 +83,19 @@ LauncherTarget ExecResolver::resolve(const ExecCommand& command) const {
     if (command.kind == ExecCommand::Kind::program) {
         if (command.name.find('/') == std::string::npos)
             return inSearchPath(command.name);
-        return {.state = command.name.starts_with('/') ? stateOf(command.name) : unknown,
+        auto reach = paths();
+        return {.state = command.name.starts_with('/') ? stateOf(command.name, reach) : unknown,
                 .program = command.name};
     }
+    auto reach = paths();
     const bool isFlatpak = command.kind == ExecCommand::Kind::flatpak;
     LauncherTarget target{.state = missing, .program = command.name};
     for (const auto& folder : isFlatpak ? flatpakInstallations : snapFolders) {
         const auto path = joinedPath(folder, isFlatpak ? "app/" + command.name : command.name);
-        struct stat status {};
-        if (::stat(path.c_str(), &status) == 0)
+        const auto resolved = reach.resolve(path);
+        if (resolved.isFound())
             return {.state = found, .program = path};
-        if (errno != ENOENT && errno != ENOTDIR)
+        if (resolved.state != ResolvedPath::State::missing)
             target.state = unknown;
     }
     return target;
@@ -87,53 +103,16 @@ LauncherTarget ExecResolver::resolve(const ExecCommand& command) const {
 
 LauncherTarget ExecResolver::inSearchPath(const std::string& name) const {
     LauncherTarget target{.state = missing, .program = name};
+    auto reach = paths();
     for (const auto& folder : searchPath) {
         auto path = joinedPath(folder, name);
-        const auto state = stateOf(path);
+        const auto state = stateOf(path, reach);
         if (state == found)
             return {.state = found, .program = std::move(path)};
         if (state == unknown)
             target.state = unknown;
     }
     return target;
-}
-
-LauncherTarget::State ExecResolver::stateOf(const std::string& path) const {
-    if (isAnyInside(outOfReach, path))
-        return unknown;
-    struct stat status {};
-    if (::stat(path.c_str(), &status) == 0)
-        return S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0 ? found : unknown;
-    if (errno != ENOENT && errno != ENOTDIR)
-        return unknown;
-    return mayComeAndGo(path) ? unknown : missing;
-}
-
-bool ExecResolver::mayComeAndGo(std::string path) const {
-    constexpr int mostLinks = 40;
-    for (int links = 0; links < mostLinks; ++links) {
-        path = standardizedPath(path);
-        if (isAnyInside(removablePlaces, path) || isAnyInside(outOfReach, path))
-            return true;
-        // The first link on the way is followed, and all is asked again of where it leads.
-        std::string followed;
-        std::string above = "/";
-        for (const auto component : pathComponents(path)) {
-            auto here = joinedPath(above, component);
-            std::error_code error;
-            if (const auto target = fs::read_symlink(here, error); !error) {
-                const auto led =
-                    target.string().starts_with('/') ? target.string() : joinedPath(above, target.string());
-                followed = joinedPath(led, std::string_view(path).substr(here.size()));
-                break;
-            }
-            above = std::move(here);
-        }
-        if (followed.empty())
-            return false;
-        path = std::move(followed);
-    }
-    return true;
 }
 
 ExecResolver execResolver(const std::string& home, std::string_view path, std::string_view dataHome) {

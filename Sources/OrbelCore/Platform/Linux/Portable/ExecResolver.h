@@ -3,6 +3,7 @@
 #include "Platform/Launchers.h"
 #include "Platform/Linux/Portable/DesktopEntry.h"
 #include "Platform/Linux/Portable/ExecLine.h"
+#include "Util/PathResolver.h"
 
 #include <string>
 #include <string_view>
@@ -15,7 +16,7 @@ struct ExecResolver {
     std::vector<std::string> searchPath;           ///< where a program without a slash is looked for
     std::vector<std::string> flatpakInstallations; ///< each has what is installed in app/ID
     std::vector<std::string> snapFolders;          ///< each has what is installed in NAME
-    std::vector<std::string> outOfReach;           ///< what lies in these is not asked for
+    std::vector<std::string> outOfReach;           ///< real paths; what lies in these is not asked for
 
     /// In doubt, `unknown`: what may not be looked at, what is not executable, relative paths, and whatever
     /// lies, also through links, where volumes come and go.
@@ -26,10 +27,11 @@ struct ExecResolver {
     /// only hide another one. A program of an entry that hides itself without it is never `missing`.
     std::optional<LauncherTarget> resolve(const DesktopEntry& entry) const;
 
+    /// Resolves paths without asking about what is out of reach.
+    PathResolver paths() const { return PathResolver(outOfReach); }
+
 private:
-    LauncherTarget::State stateOf(const std::string& path) const;
     LauncherTarget inSearchPath(const std::string& name) const;
-    bool mayComeAndGo(std::string path) const;
 };
 
 /// For this home and these values of $PATH and $XDG_DATA_HOME, which may be empty. Usual folders count

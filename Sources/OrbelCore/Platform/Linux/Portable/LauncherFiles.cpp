@@ -20,16 +20,19 @@ constexpr std::size_t mostFiles = 20'000;
 constexpr int mostLevels = 8;
 
 /// The relative paths of the launchers in a folder, sorted.
-std::vector<std::string> launchersIn(const std::string& folder) {
+std::vector<std::string> launchersIn(const std::string& folder, PathResolver& paths) {
     std::vector<std::string> names;
+    if (!paths.resolve(folder).isFound())
+        return names;
     std::error_code error;
     fs::recursive_directory_iterator entries(folder, fs::directory_options::skip_permission_denied, error);
     for (; !error && entries != fs::recursive_directory_iterator() && names.size() < mostFiles;
          entries.increment(error)) {
-        if (entries.depth() >= mostLevels)
-            entries.disable_recursion_pending();
         const auto path = entries->path().string();
-        if (path.ends_with(ending) && lastPathComponent(path) != ending)
+        const bool isInReach = paths.resolve(path).isFound();
+        if (entries.depth() >= mostLevels || !isInReach)
+            entries.disable_recursion_pending();
+        if (isInReach && path.ends_with(ending) && lastPathComponent(path) != ending)
             names.push_back(path.substr(joinedPath(folder, "x").size() - 1));
     }
     std::ranges::sort(names);
@@ -48,8 +51,9 @@ std::vector<LauncherFile> launcherFiles(std::span<const std::string> folders, co
     std::vector<LauncherFile> found;
     std::map<std::string, std::size_t, std::less<>> known;
     std::set<std::string, std::less<>> hidden;
+    auto paths = resolver.paths();
     for (const auto& folder : folders)
-        for (const auto& name : launchersIn(folder)) {
+        for (const auto& name : launchersIn(folder, paths)) {
             const auto path = joinedPath(folder, name);
             const auto id = idOf(name);
             if (hidden.contains(id))

@@ -112,7 +112,8 @@ private:
         addNames(launcher, app);
         if (app.status == Status::removable) {
             const bool hasOwnIcon = iconUses_[launcher.entry.text("Icon").value_or("")] == 1;
-            app.ownFiles = appFiles(app.path, launcher, hasOwnIcon, search_.home, search_.user);
+            app.ownFiles = appFiles(app.path, launcher, hasOwnIcon, search_.home, search_.user,
+                                    search_.resolver.paths());
         }
         auto& found = merge(key, std::move(app));
         if (!isHidden) {
@@ -178,10 +179,15 @@ private:
     }
 
     void addAppImages(const std::string& folder) {
+        auto paths = search_.resolver.paths();
+        const auto resolved = paths.resolve(folder);
+        if (!resolved.isFound())
+            return;
         std::error_code error;
-        fs::directory_iterator files(fs::canonical(folder, error), error);
+        fs::directory_iterator files(resolved.path, error);
         for (; !error && files != fs::directory_iterator(); files.increment(error)) {
-            auto found = classifier_.ofAppImage(files->path().string());
+            const auto path = files->path().string();
+            auto found = paths.resolve(path).isFound() ? classifier_.ofAppImage(path) : std::nullopt;
             if (!found)
                 continue;
             if (const auto known = found_.find(found->key); known != found_.end()) {

@@ -15,55 +15,56 @@ namespace orbel::platform {
 
 namespace {
 
-constexpr std::array<std::string_view, 13> systemRoots{"/etc", "/boot",  "/dev",       "/proc",   "/sys",
-                                                       "/lib", "/lib32", "/lib64",     "/libx32", "/snap",
-                                                       "/nix", "/gnu",   "/lost+found"};
+constexpr auto systemRoots =
+    std::to_array<std::string_view>({"/etc", "/boot", "/dev", "/proc", "/sys", "/lib", "/lib32", "/lib64",
+                                     "/libx32", "/snap", "/nix", "/gnu", "/lost+found"});
 /// Each of these can hold home folders. It is left out when ours is among them, and the home's own rules
 /// hold.
-constexpr std::array<std::string_view, 12> rootsThatMayHoldHomes{
-    "/root",      "/srv",     "/mnt",     "/media",  "/run",       "/var/lib",
-    "/var/cache", "/var/log", "/var/opt", "/var/db", "/var/spool", "/var/mail"};
+constexpr auto rootsThatMayHoldHomes =
+    std::to_array<std::string_view>({"/root", "/srv", "/mnt", "/media", "/run", "/var/lib", "/var/cache",
+                                     "/var/log", "/var/opt", "/var/db", "/var/spool", "/var/mail"});
 
-constexpr std::array<std::string_view, 33> neverTouchInHome{
-    // secrets
-    ".password-store", ".pki", ".netrc", ".git-credentials", ".aws", ".azure", ".kube", ".docker",
-    // browsers and mail
-    ".mozilla", "snap/firefox", "snap/chromium", "snap/brave", "snap/thunderbird",
-    ".var/app/org.mozilla.firefox", ".var/app/org.mozilla.Thunderbird", ".var/app/com.google.Chrome",
-    ".var/app/org.chromium.Chromium", ".var/app/com.brave.Browser", ".var/app/com.microsoft.Edge",
-    ".var/app/com.vivaldi.Vivaldi", ".thunderbird", "Mail", "Maildir",
-    // what other machines hold too: moving it here removes it there
-    "Dropbox", ".dropbox", ".dropbox-dist", "Nextcloud", "ownCloud", "OneDrive", "Insync", "MEGA"};
-constexpr std::array<std::string_view, 16> neverTouchInConfig{
-    "gh",        "gcloud",    "rclone",    "goa-1.0",       "keepassxc",      "Bitwarden",
-    "1Password", "mozilla",   "chromium",  "google-chrome", "microsoft-edge", "vivaldi",
-    "opera",     "evolution", "Nextcloud", "BraveSoftware"};
+constexpr auto neverTouchInHome = std::to_array<std::string_view>(
+    {// secrets
+     ".password-store", ".pki", ".netrc", ".git-credentials", ".aws", ".azure", ".kube", ".docker", ".oci",
+     ".step/secrets", ".android/debug.keystore", ".gnome2/keyrings", ".kde/share/apps/kwallet", ".ecryptfs",
+     ".Private", ".cargo/credentials", ".cargo/credentials.toml", ".m2/settings-security.xml",
+     ".terraform.d/credentials", ".terraform.d/credentials.tfrc.json",
+     // wallets
+     ".bitcoin", ".electrum", ".ethereum/keystore",
+     // browsers
+     ".mozilla", ".librewolf", ".waterfox", ".tor-browser", ".opera", "snap/firefox", "snap/chromium",
+     "snap/brave", ".var/app/org.mozilla.firefox", ".var/app/com.google.Chrome",
+     ".var/app/org.chromium.Chromium", ".var/app/com.brave.Browser", ".var/app/com.microsoft.Edge",
+     ".var/app/com.vivaldi.Vivaldi",
+     // mail and messages
+     ".thunderbird", ".icedove", ".evolution", ".claws-mail", ".mutt", ".purple", ".maildir", ".Maildir",
+     ".mail", "Mail", "Maildir", "snap/thunderbird", ".var/app/org.mozilla.Thunderbird",
+     // what other machines hold too: moving it here removes it there
+     "Dropbox", ".dropbox", ".dropbox-dist", "Nextcloud", "ownCloud", "OneDrive", "Insync", "MEGA", "Seafile",
+     "Google Drive", "pCloudDrive", "Sync", "Yandex.Disk", "SynologyDrive", "ProtonDrive"});
+constexpr auto neverTouchInConfig = std::to_array<std::string_view>(
+    {"gh", "gcloud", "rclone", "goa-1.0", "keepassxc", "Bitwarden", "1Password", "mozilla", "chromium",
+     "google-chrome", "microsoft-edge", "vivaldi", "opera", "evolution", "Nextcloud", "BraveSoftware"});
 /// The Trash, secrets, mail, machines, and the journal.
-constexpr std::array<std::string_view, 13> neverTouchInData{
-    "Trash",         "keyrings",   "kwalletd", "evolution",   "geary",   "akonadi",      "local-mail",
-    "gvfs-metadata", "containers", "libvirt",  "gnome-boxes", "flatpak", "Ostrevo Orbel"};
+constexpr auto neverTouchInData = std::to_array<std::string_view>(
+    {"Trash", "keyrings", "kwalletd", "evolution", "geary", "akonadi", "local-mail", "gvfs-metadata",
+     "containers", "libvirt", "gnome-boxes", "flatpak", "Ostrevo Orbel"});
 
 /// Folders directly in which a program leaves something under its own name.
-constexpr std::array<std::string_view, 10> leftoverFolders{".config",
-                                                           ".config/autostart",
-                                                           ".cache",
-                                                           ".local/share",
-                                                           ".local/share/applications",
-                                                           ".local/share/icons",
-                                                           ".local/share/icons/hicolor/*/apps",
-                                                           ".local/state",
-                                                           ".var/app",
-                                                           "snap"};
+constexpr auto leftoverFolders = std::to_array<std::string_view>(
+    {".config", ".config/autostart", ".cache", ".local/share", ".local/share/applications",
+     ".local/share/icons", ".local/share/icons/hicolor/*/apps", ".local/state", ".var/app", "snap"});
 /// Makers whose programs share one folder, in each of the first list.
-constexpr std::array<std::string_view, 4> foldersWithVendors{".config", ".cache", ".local/share",
-                                                             ".local/state"};
-constexpr std::array<std::string_view, 11> vendors{"google",    "Google",   "JetBrains", "Microsoft",
-                                                   "microsoft", "Adobe",    "KDE",       "unity3d",
-                                                   "Unity",     "Autodesk", "EpicGames"};
+constexpr auto foldersWithVendors =
+    std::to_array<std::string_view>({".config", ".cache", ".local/share", ".local/state"});
+constexpr auto vendors =
+    std::to_array<std::string_view>({"google", "Google", "JetBrains", "Microsoft", "microsoft", "Adobe",
+                                     "KDE", "unity3d", "Unity", "Autodesk", "EpicGames"});
 
-constexpr std::array<std::string_view, 3> programFolders{"Applications", ".local/opt", "opt"};
-constexpr std::array<std::string_view, 6> programFileFolders{"Applications", "AppImages",  ".local/bin",
-                                                             "bin",          ".local/opt", "opt"};
+constexpr auto programFolders = std::to_array<std::string_view>({"Applications", ".local/opt", "opt"});
+constexpr auto programFileFolders =
+    std::to_array<std::string_view>({"Applications", "AppImages", ".local/bin", "bin", ".local/opt", "opt"});
 
 constexpr std::uint64_t mostUserDirsBytes = 1024 * 1024;
 
@@ -90,7 +91,7 @@ void addJoined(std::vector<std::string>& paths, const std::string& folder,
 
 } // namespace
 
-Places linuxPlaces(const std::string& home, const Environment& environment) {
+Places linuxPlaces(const std::string& home, const Environment& environment, PathResolver resolver) {
     const auto inHome = [&](std::string_view name) { return joinedPath(home, name); };
     const auto config = baseFolders(inHome(".config"), environment, "XDG_CONFIG_HOME");
     const auto data = baseFolders(inHome(".local/share"), environment, "XDG_DATA_HOME");
@@ -105,9 +106,13 @@ Places linuxPlaces(const std::string& home, const Environment& environment) {
     addJoined(places.neverTouch, home, neverTouchInHome);
     for (const auto& folder : config) {
         addJoined(places.neverTouch, folder, neverTouchInConfig);
-        if (const auto text = readRegularFile(joinedPath(folder, "user-dirs.dirs"), mostUserDirsBytes))
-            if (auto pictures = pictureFolderIn(*text, home))
-                places.neverTouch.push_back(std::move(*pictures));
+        const auto list = resolver.resolve(joinedPath(folder, "user-dirs.dirs"));
+        const auto text = list.isFound() ? readRegularFile(list.path, mostUserDirsBytes) : std::nullopt;
+        for (auto& [name, userFolder] : userFoldersIn(text.value_or(""), home)) {
+            if (name == "PICTURES")
+                places.neverTouch.push_back(userFolder);
+            places.namedFolders.push_back(std::move(userFolder));
+        }
     }
     for (const auto& folder : data)
         addJoined(places.neverTouch, folder, neverTouchInData);

@@ -3,6 +3,7 @@
 #include "Util/PathText.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace orbel::platform {
 
@@ -36,16 +37,24 @@ std::string unquoted(std::string_view text) {
     return value;
 }
 
-/// What a line assigns to XDG_PICTURES_DIR; absent when it assigns nothing to it.
-std::optional<std::string> assignedValue(std::string_view line) {
+struct Assignment {
+    std::string folder; ///< "PICTURES" of XDG_PICTURES_DIR
+    std::string value;
+};
+
+std::optional<Assignment> assignmentIn(std::string_view line) {
+    constexpr std::string_view ending = "_DIR";
     skip(line, blanks);
-    if (!take(line, "XDG_PICTURES_DIR"))
+    if (!take(line, "XDG_"))
+        return std::nullopt;
+    const auto name = line.substr(0, line.find_first_of(" \t\r="));
+    line.remove_prefix(name.size());
+    skip(line, blanks);
+    if (!name.ends_with(ending) || !take(line, "="))
         return std::nullopt;
     skip(line, blanks);
-    if (!take(line, "="))
-        return std::nullopt;
-    skip(line, blanks);
-    return unquoted(line);
+    return Assignment{.folder = std::string(name.substr(0, name.size() - ending.size())),
+                      .value = unquoted(line)};
 }
 
 std::optional<std::string> folderOf(std::string_view value, const std::string& home) {
@@ -60,15 +69,18 @@ std::optional<std::string> folderOf(std::string_view value, const std::string& h
 
 } // namespace
 
-std::optional<std::string> pictureFolderIn(std::string_view userDirs, const std::string& home) {
-    std::optional<std::string> folder;
+std::map<std::string, std::string> userFoldersIn(std::string_view userDirs, const std::string& home) {
+    std::map<std::string, std::string> folders;
     while (!userDirs.empty()) {
         const auto end = std::min(userDirs.find('\n'), userDirs.size());
-        if (const auto value = assignedValue(userDirs.substr(0, end)))
-            folder = folderOf(*value, home);
+        if (const auto assignment = assignmentIn(userDirs.substr(0, end))) {
+            folders.erase(assignment->folder);
+            if (auto folder = folderOf(assignment->value, home))
+                folders.emplace(assignment->folder, *std::move(folder));
+        }
         userDirs.remove_prefix(std::min(end + 1, userDirs.size()));
     }
-    return folder;
+    return folders;
 }
 
 } // namespace orbel::platform

@@ -1,0 +1,96 @@
+#include "Support/ChildProcess.h"
+#include "Support/ProgramHome.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace orbel {
+namespace {
+
+using test::ProgramHome;
+
+/// A home with volumes whose servers never answer in all the places that programs look at, and links into
+/// them.
+class DeadMount : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!test::isRoot())
+            GTEST_SKIP() << "mounting needs root";
+        for (const auto* place : {"OneDrive", "nas", "Applications", ".cache/gvfs", "docs/remote"})
+            home.folder(place);
+        home.folder(".local/bin");
+        home.link("Pictures", home.path("nas/pictures"));
+        home.link(".local/bin/tool", home.path("nas/bin/tool"));
+        home.link("docs/link", home.path("nas/file"));
+        home.file(".local/share/applications/tool.desktop",
+                  "[Desktop Entry]\nType=Application\nName=Tool\nExec=" + home.path(".local/bin/tool")
+                      + "\n");
+        home.file(".config/user-dirs.dirs", std::string_view("XDG_PICTURES_DIR=\"$HOME/nas/pictures\"\n"));
+        home.file("docs/file", 10);
+        home.file("docs/old/file", 10);
+    }
+
+    void mountAll() const {
+        test::useOwnMountTable();
+        for (const auto* place : {"OneDrive", "nas", "Applications", ".cache/gvfs", "docs/remote"})
+            test::mountDead(home.path(place));
+    }
+
+    /// Runs the program; a run that hangs is ended, and fails the test.
+    test::ProgramRun run(std::vector<std::string> words) const {
+        using namespace std::chrono_literals;
+        const auto text = words.front();
+        test::RunningProgram program(home.start(std::move(words)));
+        for (const auto deadline = std::chrono::steady_clock::now() + 60s; program.isRunning();) {
+            if (std::chrono::steady_clock::now() > deadline) {
+                ADD_FAILURE() << text << " hangs";
+                program.signal(SIGKILL);
+                break;
+            }
+            std::this_thread::sleep_for(10ms);
+        }
+        return program.finish();
+    }
+
+    const ProgramHome home;
+};
+
+TEST_F(DeadMount, NoCommandWaitsForIt) {
+    test::inChildProcess([&] {
+        mountAll();
+        for (const std::vector<std::string>& words : {std::vector<std::string>{"--scan-json", home.path()},
+                                                      {"--large-json", home.path()},
+                                                      {"--tidy-json", home.path()},
+                                                      {"--duplicates-json", home.path()},
+                                                      {"--map-svg", home.path(), home.path("map.svg")},
+                                                      {"--apps-json"},
+                                                      {"--leftovers-dry-run"},
+                                                      {"--journal-json"},
+                                                      {"--put-back", "last"}})
+            EXPECT_LE(run(words).status, 1) << words.front();
+    });
+}
+
+TEST_F(DeadMount, WhatLiesElsewhereMovesAndComesBack) {
+    test::inChildProcess([&] {
+        mountAll();
+        const auto moved =
+            run({"--trash", home.path("docs/file"), home.path("nas/file"), home.path("OneDrive"),
+                 home.path("Pictures/x"), home.path("docs/link"), home.path("docs/old")});
+        const auto report = nlohmann::json::parse(moved.output);
+        ASSERT_EQ(report.at("moved").size(), 2U) << moved.output;
+        EXPECT_EQ(report["moved"][0]["title"], "file");
+        EXPECT_EQ(report["moved"][1]["title"], "old");
+        ASSERT_EQ(report.at("skipped").size(), 4U);
+        for (const auto which : {0, 1, 2})
+            EXPECT_EQ(report["skipped"][which]["reason"], "On another volume") << which;
+        EXPECT_EQ(report["skipped"][3]["reason"],
+                  "Is a symbolic link; links are never followed for deletion");
+        EXPECT_EQ(run({"--put-back", "last"}).status, 0);
+        EXPECT_TRUE(std::filesystem::exists(home.path("docs/old/file")));
+    });
+}
+
+} // namespace
+} // namespace orbel
