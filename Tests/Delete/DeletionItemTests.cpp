@@ -84,6 +84,10 @@ TEST_F(DeletionItemTest, WhatCannotBeMovedIsBlockedByTheFirstReason) {
     EXPECT_EQ(item("Library/Preferences/x")->blockedReason,
               "Inside Library: only Caches and Logs can be moved from here");
     EXPECT_EQ(item("loose")->blockedReason, "Too close to the home folder");
+    tree.nodeFlags[node("docs/trip/All.photoslibrary/x")] |= NodeFlags::otherVolume.rawValue;
+    tree.otherVolumeCount = 1;
+    tree.protectedContainers.clear();
+    EXPECT_EQ(item("docs/trip")->blockedReason, "Contains another volume: ~/docs/trip/All.photoslibrary/x");
 }
 
 TEST_F(DeletionItemTest, WarnsWhereAMoveFreesLess) {

@@ -98,6 +98,15 @@ TEST(Trasher, SkipsWhatIsDoubtfulAndGoesOn) {
     home.file("a/holds/My.photoslibrary/x");
     expectSkip(home.item("a/holds"), "Contains protected data: " + home.path("a/holds/My.photoslibrary"));
 
+    home.folder("a/subvolume");
+    home.trasher.measure = [&home](const std::string& path) {
+        auto measured = TreeScanner::measure(path);
+        if (path == home.path("a/subvolume"))
+            measured.otherVolumeInside = home.path("a/subvolume/nested");
+        return measured;
+    };
+    expectSkip(home.item("a/subvolume"), "Contains another volume: ~/a/subvolume/nested");
+
     home.folder("a/empty");
     const auto empty = home.item("a/empty", DeletionModule::emptyFolders);
     home.file("a/empty/new");

@@ -55,6 +55,36 @@ TEST_F(EmptyFolderTest, LeavesAloneWhatIsEmptyOnPurpose) {
     EXPECT_EQ(inHome("docs/empty"), (Counts{{"inner", 1}})) << "never the root";
 }
 
+TEST_F(EmptyFolderTest, LeavesAloneThePartsOfOneThing) {
+    home.file("code/bare.git/HEAD");
+    for (const auto* path :
+         {"code/bare.git/objects/info", "code/bare.git/refs/tags", "code/bare.git/branches", "lists/box/cur",
+          "lists/box/new", "lists/box/tmp", "games/prefix/dosdevices", "games/prefix/drive_c/users",
+          "backup/restic/data/00", "backup/restic/locks", "backup/restic/index", "backup/restic/keys",
+          "backup/restic/snapshots", "backup/borg/data/0", "py/env/include", "code/other/refs/tags"})
+        home.folder(path);
+    for (const auto* path : {"games/prefix/system.reg", "backup/restic/config", "backup/borg/README",
+                             "backup/borg/config", "backup/borg/nonce", "py/env/pyvenv.cfg"})
+        home.file(path);
+    EXPECT_EQ(inHome(), (Counts{{"code/other", 3}}));
+    EXPECT_EQ(inHome("code/bare.git/refs"), Counts()) << "nor where it is asked for by name";
+}
+
+TEST_F(EmptyFolderTest, LeavesAloneWhatSettingsName) {
+    for (const auto* path : {"my/Downloads", "my/Music/sub", "disks/backup", "disks/other"})
+        home.folder(path);
+    home.file(".config/user-dirs.dirs", std::string_view("XDG_DOWNLOAD_DIR=\"$HOME/my/Downloads\"\n"
+                                                         "XDG_MUSIC_DIR=\"$HOME/my/Music\"\n"));
+    auto options = test::linuxOptions();
+    options.places = [usual = options.places, mountPoint = home.path("disks/backup")](const std::string& of) {
+        auto places = usual(of);
+        places.namedFolders.push_back(mountPoint);
+        return places;
+    };
+    EXPECT_EQ(found(home.path(), SafetyPolicy(home.path(), options)),
+              (Counts{{"disks/other", 1}, {"my/Music/sub", 1}}));
+}
+
 TEST_F(EmptyFolderTest, TellsWhatMayBeTicked) {
     home.folder("docs/old/inner");
     home.folder("docs/new/inner");
@@ -155,6 +185,10 @@ TEST(EmptyFolders, MoveOnlyWhileTheyAreEmpty) {
     home.file("docs/empty/inner/new");
     EXPECT_EQ(test::skipReason(home.run({rows[0].item})), "No longer empty: scan again");
     fs::remove(home.path("docs/empty/inner/new"));
+    home.file("docs/empty/inner/.DS_Store/new");
+    EXPECT_EQ(test::skipReason(home.run({rows[0].item})), "No longer empty: scan again")
+        << "only a file of this name is harmless";
+    fs::remove_all(home.path("docs/empty/inner/.DS_Store"));
     rows = EmptyFolderFinder().run(scan(home.path()), home.policy, home.now);
     EXPECT_EQ(home.run({rows.at(0).item}).moved.size(), 1);
     EXPECT_FALSE(fs::exists(home.path("docs/empty")));

@@ -174,6 +174,31 @@ TEST(TrashCommand, AWrongLineTouchesNothing) {
     EXPECT_EQ(reasonsIn(home.json({"--trash", "--", "--help"}, 1)).at("--help"), "Already gone");
 }
 
+TEST(TrashCommand, AFolderThatHoldsASubvolumeStays) {
+    if (!test::isRoot())
+        GTEST_SKIP() << "mounting needs root";
+    const ProgramHome home;
+    const auto image = home.file("image", 0);
+    fs::resize_file(image, 128 << 20);
+    if (test::runProgram({"mkfs.btrfs", "-q", image}).status != 0)
+        GTEST_SKIP() << "no mkfs.btrfs here (package btrfs-progs)";
+    const auto disk = home.folder("disk");
+    test::inChildProcess([&] {
+        test::useOwnMountTable();
+        ASSERT_EQ(test::runProgram({"mount", "-o", "loop", image, disk}).status, 0);
+        home.folder("disk/me/docs/work");
+        ASSERT_EQ(
+            test::runProgram({"btrfs", "subvolume", "create", home.path("disk/me/docs/work/nested")}).status,
+            0);
+        home.file("disk/me/docs/work/nested/All.photoslibrary/x", 10);
+        auto start = home.start({"--trash", home.path("disk/me/docs/work")});
+        start.environment = test::environmentOf(home.path("disk/me"));
+        const auto report = json::parse(test::RunningProgram(start).finish().output);
+        EXPECT_EQ(reasonsIn(report)["work"], "Contains another volume: ~/docs/work/nested");
+        EXPECT_TRUE(fs::exists(home.path("disk/me/docs/work/nested/All.photoslibrary/x")));
+    });
+}
+
 TEST(TrashCommand, AFolderThatHoldsAMountStays) {
     if (!test::isRoot())
         GTEST_SKIP() << "only root may mount";

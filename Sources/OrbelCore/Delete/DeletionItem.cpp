@@ -1,7 +1,9 @@
 #include "Delete/DeletionItem.h"
 
 #include "Delete/ManageHint.h"
+#include "Safety/NeverTouch.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Safety/ProtectedContent.h"
 #include "Safety/SafetyPolicy.h"
 #include "Util/PathText.h"
 #include "Util/RawValue.h"
@@ -13,12 +15,26 @@ namespace orbel {
 
 namespace {
 
+/// `found`: the protected node at or in the item of this index.
+std::string protectedDataReason(const FileTree& tree, NodeIndex index, NodeIndex found,
+                                const SafetyPolicy& policy) {
+    if (NeverTouch::isProtectedName(tree.nameBytes(found)))
+        return "Contains protected data (a photo library, keychain or backup)";
+    if (const auto meaning = ProtectedContent::meaningOf(tree.nameBytes(found)); meaning && found == index)
+        return "Protected: " + std::string(*meaning);
+    return "Contains protected data: "
+           + tildePath(tree.path(found, PathCanonicalizer::shared()), policy.homePath());
+}
+
 std::optional<std::string> blockedReasonFor(const FileTree& tree, NodeIndex index, const DeletionItem& item,
                                             const SafetyPolicy& policy) {
     if (!tree.matchesScan(index, item.scanStamp))
         return "Changed since the scan — scan again";
-    if (tree.containsProtectedData(index))
-        return "Contains protected data (a photo library, keychain or backup)";
+    if (const auto found = tree.protectedInside(index))
+        return protectedDataReason(tree, index, *found, policy);
+    if (const auto volume = tree.otherVolumeInside(index); volume && *volume != index)
+        return "Contains another volume: "
+               + tildePath(tree.path(*volume, PathCanonicalizer::shared()), policy.homePath());
     if (const auto refusal = policy.check(item.path, item.root, item.scanStamp).refusal())
         return ManageHint::explain(item.path, *refusal, policy.homePath());
     return std::nullopt;

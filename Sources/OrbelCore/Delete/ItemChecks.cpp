@@ -1,6 +1,7 @@
 #include "Delete/ItemChecks.h"
 
 #include "Delete/Trasher.h"
+#include "Util/PathText.h"
 
 #include <algorithm>
 #include <system_error>
@@ -17,10 +18,12 @@ bool isKeptCopyThere(const KeptCopy& keep) {
     return current && keep.stamp.isUnchanged(*current);
 }
 
-std::optional<std::string> measuredReason(const DeletionItem& item,
-                                          const TreeScanner::Measurement& measured) {
+std::optional<std::string> measuredReason(const DeletionItem& item, const TreeScanner::Measurement& measured,
+                                          const std::string& homePath) {
     if (measured.protectedInside)
         return "Contains protected data: " + *measured.protectedInside;
+    if (measured.otherVolumeInside)
+        return "Contains another volume: " + tildePath(*measured.otherVolumeInside, homePath);
     if (item.module == DeletionModule::emptyFolders && (!measured.isEmptyFolder || measured.unreadable > 0))
         return "No longer empty: scan again";
     return std::nullopt;
@@ -36,10 +39,13 @@ bool ApprovedItem::isAt(const std::string& path) const {
 std::expected<ApprovedItem, std::string> ItemChecks::approve(const DeletionItem& item) {
     if (item.blockedReason)
         return std::unexpected(*item.blockedReason);
-    if (item.keep && !isKeptCopyThere(*item.keep))
+    // Measuring what a dead server holds would never end.
+    if (trasher_.policy.isOutOfReach(item.path))
+        return std::unexpected("On another volume");
+    if (item.keep && (trasher_.policy.isOutOfReach(item.keep->path) || !isKeptCopyThere(*item.keep)))
         return std::unexpected("The copy you are keeping changed or is gone");
     const auto measured = trasher_.measure(item.path);
-    if (auto reason = measuredReason(item, measured))
+    if (auto reason = measuredReason(item, measured, trasher_.policy.homePath()))
         return std::unexpected(*std::move(reason));
 
     // Held before it is checked: from here on, what shows this inode number is the object that was looked at.

@@ -3,6 +3,7 @@
 #include "Delete/ManageHint.h"
 #include "Find/DuplicateFinder.h"
 #include "Platform/FileContent.h"
+#include "Safety/NeverTouch.h"
 #include "Safety/SafetyPolicy.h"
 #include "Util/PathText.h"
 #include "Util/RawValue.h"
@@ -36,16 +37,11 @@ const DuplicateFile& copyToKeep(const std::vector<DuplicateFile>& keepable, cons
     return other != keepable.end() ? *other : *preferred;
 }
 
-bool isProtectedName(std::string_view name) {
-    return std::ranges::any_of(FileTree::protectedSuffixes,
-                               [&](std::string_view suffix) { return name.ends_with(suffix); });
-}
-
 std::optional<std::string> blockedReasonFor(const DeletionItem& item, const platform::FileStatus& status,
                                             const SafetyPolicy& policy) {
     if (!item.scanStamp.isUnchanged(FileStamp::of(status)))
         return changed;
-    if (isProtectedName(lastPathComponent(item.path)))
+    if (NeverTouch::isProtectedName(lastPathComponent(item.path)))
         return "Contains protected data (a photo library, keychain or backup)";
     if (const auto refusal = policy.check(item.path, item.root, item.scanStamp).refusal())
         return ManageHint::explain(item.path, *refusal, policy.homePath());

@@ -21,6 +21,9 @@ std::vector<std::uint32_t> emptyFolderCounts(const FileTree& tree, const SafetyP
     const auto home = tree.index(policy.homePath(), PathCanonicalizer::shared());
     for (NodeIndex i = 1; i < tree.count(); ++i)
         counts[i] = isEmpty[i] && marks[i].isNone() && tree.parent(i) != home ? 1 : 0;
+    for (const auto& folder : policy.namedFolders())
+        if (const auto node = tree.index(folder, PathCanonicalizer::shared()))
+            counts[*node] = 0;
     // Children come after their parents: seen from the end, each folder is settled before the one around it.
     for (auto i = static_cast<NodeIndex>(tree.count()); i-- > 1;) {
         const auto parent = tree.parentIndex[i];

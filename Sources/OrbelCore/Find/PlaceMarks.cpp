@@ -1,9 +1,11 @@
 #include "Find/PlaceMarks.h"
 
+#include "Safety/FolderShape.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Safety/RealPath.h"
 #include "Safety/SafetyPolicy.h"
 #include "Scan/FileKind.h"
+#include "Scan/FolderShapes.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
@@ -44,6 +46,13 @@ PlaceMarks marksOfRoot(const std::string& root, const SafetyPolicy& policy) {
     const auto holdsRoot = [&](const std::string& folder) { return RealPath::isInside(root, folder); };
     if (std::ranges::any_of(policy.guardedFolders(), holdsRoot))
         marks = marks | PlaceMarks::programData;
+    std::string above;
+    for (const auto name : pathComponents(root)) {
+        above += '/';
+        above += name;
+        if (above != root && FolderShape::at(above) != nullptr)
+            marks = marks | PlaceMarks::shaped;
+    }
     return marks;
 }
 
@@ -57,7 +66,9 @@ std::vector<PlaceMarks> placeMarks(const FileTree& tree, const SafetyPolicy& pol
         if (const auto node = tree.index(folder, PathCanonicalizer::shared()))
             marks[*node] = PlaceMarks::programData;
     const auto home = tree.index(policy.homePath(), PathCanonicalizer::shared());
-    marks[0] = marksOfRoot(tree.path(0, PathCanonicalizer::shared()), policy);
+    for (const auto& [node, shape] : shapedFolders(tree))
+        marks[node] = marks[node] | PlaceMarks::shaped;
+    marks[0] = marks[0] | marksOfRoot(tree.path(0, PathCanonicalizer::shared()), policy);
     if (home && *home != 0)
         marks[0] = marks[0] | PlaceMarks::outsideHome;
     for (NodeIndex i = 1; i < tree.count(); ++i) { // parents come before their children

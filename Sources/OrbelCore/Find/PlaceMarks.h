@@ -19,6 +19,7 @@ struct PlaceMarks {
     static const PlaceMarks managed;     ///< what a program fills and keeps in order, such as node_modules
     static const PlaceMarks hidden;      ///< a folder whose name begins with a dot
     static const PlaceMarks programData; ///< ~/Library and what is like it
+    static const PlaceMarks shaped; ///< a folder that is one thing by what it holds, such as a repository
     static const PlaceMarks outsideHome; ///< not in the home folder, although that lies in the scanned root
 
     constexpr bool intersects(PlaceMarks other) const { return (bits & other.bits) != 0; }
@@ -33,6 +34,7 @@ inline constexpr PlaceMarks PlaceMarks::managed{4};
 inline constexpr PlaceMarks PlaceMarks::hidden{8};
 inline constexpr PlaceMarks PlaceMarks::programData{16};
 inline constexpr PlaceMarks PlaceMarks::outsideHome{32};
+inline constexpr PlaceMarks PlaceMarks::shaped{64};
 
 constexpr PlaceMarks operator|(PlaceMarks left, PlaceMarks right) {
     return {static_cast<std::uint8_t>(left.bits | right.bits)};

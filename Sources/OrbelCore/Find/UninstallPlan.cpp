@@ -113,6 +113,9 @@ private:
         if (measured.protectedInside)
             item.blockedReason =
                 "Contains protected data: " + tildePath(*measured.protectedInside, policy_.homePath());
+        else if (measured.otherVolumeInside)
+            item.blockedReason =
+                "Contains another volume: " + tildePath(*measured.otherVolumeInside, policy_.homePath());
     }
 
     const InstalledApp& app_;

@@ -108,6 +108,22 @@ bool FileTree::isAttached(NodeIndex node) const {
     return node == 0;
 }
 
+std::optional<NodeIndex> FileTree::otherVolumeInside(NodeIndex node) const {
+    requireNode(node);
+    if (otherVolumeCount == 0)
+        return std::nullopt;
+    std::vector<NodeIndex> open{node};
+    while (!open.empty()) {
+        const NodeIndex i = open.back();
+        open.pop_back();
+        if (flags(i).contains(NodeFlags::otherVolume))
+            return i;
+        const auto inside = children(i);
+        open.insert(open.end(), inside.begin(), inside.end());
+    }
+    return std::nullopt;
+}
+
 /// The folder that holds a node below the root, or held it until it was detached.
 NodeIndex FileTree::holderOf(NodeIndex node) const {
     return parentIndex[node] != noParent ? parentIndex[node] : detachedFrom.at(node);

@@ -42,10 +42,6 @@ using NodeIndex = std::uint32_t;
 struct FileTree {
     static constexpr NodeIndex noParent = 0xFFFFFFFF;
 
-    /// What a name may end in (raw bytes) that marks a photo library, a backup or a keychain.
-    static constexpr std::array<std::string_view, 5> protectedSuffixes{
-        ".photoslibrary", ".backupbundle", "Backups.backupdb", ".keychain-db", ".keychain"};
-
     FileTree() = default;
     /// An empty tree. Without a second path, what was asked for is what was walked.
     explicit FileTree(std::string rootPath, std::optional<std::string> requestedRootPath = std::nullopt);
@@ -69,6 +65,8 @@ struct FileTree {
     Column<std::uint32_t> childStart; ///< children of node i: childList[childStart[i] ..< childStart[i + 1]]
     Column<NodeIndex> childList; ///< grouped by parent; in a group the largest first, equal ones by index
 
+    std::vector<NodeIndex>
+        protectedNodes; ///< nodes that are protected data themselves, ascending; not the root
     std::unordered_set<NodeIndex> protectedContainers; ///< nodes that are, or contain, protected data
     std::unordered_set<NodeIndex> aliasNodes;          ///< alias files of the file manager
     /// By inode: the bytes that a group of hard links occupies once, and its members in node order.
@@ -106,6 +104,10 @@ struct FileTree {
     FileKind kind(NodeIndex node) const;
     bool isAlias(NodeIndex node) const;
     bool containsProtectedData(NodeIndex node) const;
+    /// The first node by index that is protected data and is, or lies in, `node`, detached ones included.
+    std::optional<NodeIndex> protectedInside(NodeIndex node) const;
+    /// Where another volume begins in `node`, or at it; one of several.
+    std::optional<NodeIndex> otherVolumeInside(NodeIndex node) const;
     bool isAttached(NodeIndex node) const;
 
     /// The absolute path as it was walked, in raw bytes; of a detached node the path it had.
@@ -154,7 +156,7 @@ private:
     void groupHardLinks(std::span<const HardLinkCandidate> candidates);
     void settleHardLinks();
     void assignHardLinkOwner(std::uint64_t inode, std::span<const NodeIndex> members);
-    void markProtectedContainers();
+    void markProtectedData();
     void buildChildLists();
     std::optional<NodeIndex> childNamed(NodeIndex folder, std::string_view wanted) const;
 };

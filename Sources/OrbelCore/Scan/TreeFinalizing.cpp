@@ -2,7 +2,6 @@
 #include "Util/Parallel.h"
 
 #include <algorithm>
-#include <mutex>
 
 namespace orbel {
 
@@ -10,20 +9,6 @@ namespace {
 
 /// Ranges below this many nodes are not worth a thread.
 constexpr std::size_t parallelGrain = 64 * 1024;
-
-/// Whether a protected suffix ends in that byte. Most names are told apart by it without a comparison.
-constexpr auto endsASuffix = [] {
-    std::array<bool, 256> ends{};
-    for (const std::string_view suffix : FileTree::protectedSuffixes)
-        ends[static_cast<unsigned char>(suffix.back())] = true;
-    return ends;
-}();
-
-bool endsInProtectedSuffix(std::string_view name) {
-    return !name.empty() && endsASuffix[static_cast<unsigned char>(name.back())]
-           && std::ranges::any_of(FileTree::protectedSuffixes,
-                                  [name](std::string_view suffix) { return name.ends_with(suffix); });
-}
 
 struct SizedNode {
     std::uint64_t bytes;
@@ -52,8 +37,8 @@ void FileTree::finalize(std::span<const HardLinkCandidate> hardLinkCandidates) {
         if (members.size() >= 2)
             assignHardLinkOwner(inode, members);
     }
-    markProtectedContainers();
     recomputeTotals();
+    markProtectedData();
 }
 
 void FileTree::groupHardLinks(std::span<const HardLinkCandidate> candidates) {
@@ -86,26 +71,6 @@ void FileTree::assignHardLinkOwner(std::uint64_t inode, std::span<const NodeInde
         nodeFlags[member] = (owns ? known.without(NodeFlags::linkCountedElsewhere)
                                   : known.with(NodeFlags::linkCountedElsewhere))
                                 .rawValue;
-    }
-}
-
-void FileTree::markProtectedContainers() {
-    if (count() < 2)
-        return;
-    std::mutex mutex;
-    std::vector<NodeIndex> marked;
-    forEachRange(count(), parallelGrain, [&](std::size_t begin, std::size_t end) {
-        for (std::size_t i = std::max<std::size_t>(begin, 1); i < end; ++i) {
-            const auto node = static_cast<NodeIndex>(i);
-            if (endsInProtectedSuffix({names.data() + nameStart[i], nameLength[i]})) {
-                const std::scoped_lock lock(mutex);
-                marked.push_back(node);
-            }
-        }
-    });
-    for (NodeIndex node : marked) {
-        while (node != noParent && protectedContainers.insert(node).second)
-            node = parentIndex[node];
     }
 }
 

@@ -3,10 +3,14 @@
 #include "Platform/FileStatus.h"
 #include "Safety/NeverTouch.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Safety/ProtectedContent.h"
 #include "Scan/EmptyFolderMask.h"
+#include "Scan/FolderShapes.h"
 #include "Scan/Walker.h"
 #include "Util/BlockingWork.h"
 #include "Util/PathText.h"
+
+#include <algorithm>
 
 namespace orbel {
 
@@ -14,12 +18,19 @@ namespace {
 
 constexpr std::chrono::duration<double> progressInterval(0.25);
 
-std::optional<std::string> firstProtectedPath(const FileTree& tree) {
-    for (NodeIndex i = 0; i < tree.count(); ++i) {
-        if (NeverTouch::hasProtectedComponent(i == 0 ? lastPathComponent(tree.rootPath) : tree.nameBytes(i)))
-            return tree.path(i, PathCanonicalizer::shared());
-    }
-    return std::nullopt;
+bool isProtectedName(std::string_view name) {
+    return NeverTouch::isProtectedName(name) || ProtectedContent::meaningOf(name);
+}
+
+std::optional<std::string> pathOf(const FileTree& tree, std::optional<NodeIndex> node) {
+    return node ? std::optional(tree.path(*node, PathCanonicalizer::shared())) : std::nullopt;
+}
+
+std::optional<NodeIndex> firstProtected(const FileTree& tree) {
+    const bool isShaped = std::ranges::any_of(shapedFolders(tree), [](const ShapedFolder& folder) {
+        return folder.node == 0 && folder.shape->isProtected;
+    });
+    return isShaped || isProtectedName(lastPathComponent(tree.rootPath)) ? 0 : tree.protectedInside(0);
 }
 
 } // namespace
@@ -60,7 +71,7 @@ TreeScanner::Measurement TreeScanner::measure(const std::string& path, std::opti
         return measurement(Walker::walk(path, workers, nobodyCancels, progressInterval, nullptr).tree);
     }
     Measurement measurement{.bytes = status->allocatedBytes};
-    if (NeverTouch::hasProtectedComponent(lastPathComponent(path)))
+    if (isProtectedName(lastPathComponent(path)))
         measurement.protectedInside = path;
     return measurement;
 }
@@ -70,7 +81,8 @@ TreeScanner::Measurement TreeScanner::measurement(const FileTree& tree) {
         return {.unreadable = 1};
     return {.bytes = tree.allocated(0),
             .unreadable = tree.unreadableCount,
-            .protectedInside = firstProtectedPath(tree),
+            .protectedInside = pathOf(tree, firstProtected(tree)),
+            .otherVolumeInside = pathOf(tree, tree.otherVolumeInside(0)),
             .isEmptyFolder = tree.unreadableCount == 0 && emptyFolderMask(tree)[0]};
 }
 

@@ -21,6 +21,8 @@ public:
         std::uint64_t bytes = 0;      ///< allocated bytes of the item, of a folder with all below it
         std::uint64_t unreadable = 0; ///< entries that could not be read; 1 when the item itself is gone
         std::optional<std::string> protectedInside{}; ///< a path in it that holds protected data
+        /// Where another volume begins in it: a mount point, or a subvolume. Its contents were not looked at.
+        std::optional<std::string> otherVolumeInside{};
         bool isEmptyFolder = false; ///< it holds nothing but empty folders and ".DS_Store" files
 
         bool operator==(const Measurement&) const = default;

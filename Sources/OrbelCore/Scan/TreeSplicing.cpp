@@ -234,15 +234,8 @@ FileTree FileTree::spliced(NodeIndex folder, const FileTree& fresh) const {
 
     joinHardLinks(made, *this, fresh, plan);
     made.settleHardLinks();
-    made.markProtectedContainers();
-    // What holds protected data that is detached may hold it again.
-    for (const auto& [node, holder] : made.detachedFrom) {
-        if (!made.protectedContainers.contains(node))
-            continue;
-        for (NodeIndex i = holder; made.protectedContainers.insert(i).second && i != 0;)
-            i = made.holderOf(i);
-    }
     made.recomputeTotals();
+    made.markProtectedData();
     return made;
 }
 
