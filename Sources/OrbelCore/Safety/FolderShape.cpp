@@ -15,6 +15,10 @@ namespace {
 constexpr bool isFile = false;
 constexpr bool isDir = true;
 
+constexpr FolderShape repository{.meaning = "a Git repository",
+                                 .parts = {{{"HEAD", isFile}, {"objects", isDir}, {"refs", isDir}}},
+                                 .isProtected = false};
+
 /// The protected ones first.
 constexpr auto shapes = std::to_array<FolderShape>({
     {.meaning = "a Borg backup",
@@ -29,9 +33,7 @@ constexpr auto shapes = std::to_array<FolderShape>({
     {.meaning = "a snapshot of Timeshift", .parts = {{{"info.json", isFile}}}, .insideOf = "snapshots"},
     {.meaning = "a mailbox (Maildir)", .parts = {{{"cur", isDir}, {"new", isDir}, {"tmp", isDir}}}},
     {.meaning = "a Wine prefix", .parts = {{{"system.reg", isFile}, {"dosdevices", isDir}}}},
-    {.meaning = "a Git repository",
-     .parts = {{{"HEAD", isFile}, {"objects", isDir}, {"refs", isDir}}},
-     .isProtected = false},
+    repository,
     {.meaning = "a Python environment", .parts = {{{"pyvenv.cfg", isFile}}}, .isProtected = false},
 });
 
@@ -72,6 +74,10 @@ bool FolderShape::matches(const Names& names, std::string_view above) const {
 
 std::span<const FolderShape> FolderShape::all() {
     return shapes;
+}
+
+const FolderShape& FolderShape::gitRepository() {
+    return repository;
 }
 
 const FolderShape* FolderShape::at(const std::string& folder) {

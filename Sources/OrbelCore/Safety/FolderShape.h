@@ -39,6 +39,7 @@ struct FolderShape {
     bool matches(const Names& names, std::string_view above) const;
 
     static std::span<const FolderShape> all();
+    static const FolderShape& gitRepository();
 
     /// The shape that the folder at this path has on the disk, a protected one before others; null when it
     /// has none or is no folder. Looks at names, never into files.

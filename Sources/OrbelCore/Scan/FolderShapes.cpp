@@ -46,6 +46,10 @@ bool beginsAShape(std::string_view name) {
 
 } // namespace
 
+bool isGitRepository(const FileTree& tree, NodeIndex folder) {
+    return FolderShape::gitRepository().matches(NamesInTree(tree, folder), nameOfFolderAbove(tree, folder));
+}
+
 std::vector<NodeIndex> nodesNamed(const FileTree& tree, const std::function<bool(std::string_view)>& passes) {
     std::mutex mutex;
     std::vector<NodeIndex> found;
