@@ -187,6 +187,11 @@ TEST(ManageHint, AdvisesWhereItKnowsBetter) {
     constexpr auto system = "System-wide: needs an administrator; Vanto does not change it";
     EXPECT_EQ(hint("/opt/x"), system);
     EXPECT_EQ(hint("/home/anna/x"), system);
+    if (platform::conventions().hasFurtherRefusals) {
+        EXPECT_EQ(ManageHint::explain("/media/ann/disk/steamapps/x", "On another volume", "/home/ann"),
+                  "On another volume")
+            << "one's own disk needs no administrator";
+    }
     for (const auto* own : {"/home/ann", "/home/ann/x", "/Applications/X.app"})
         EXPECT_EQ(hint(own), "No") << own;
 }

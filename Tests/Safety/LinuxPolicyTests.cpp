@@ -37,8 +37,7 @@ TEST_F(LinuxPolicyTest, KeepsTheRulesOfEveryPlatform) {
     EXPECT_EQ(refusalOf("Documents/x"), "allowed");
     EXPECT_EQ(policy().protectionReason("/Volumes/x", {}), "Protected: system location /Volumes");
     EXPECT_EQ(policy().protectionReason("/etc/passwd", {}), "Protected: system location /etc");
-    EXPECT_EQ(refusalOf("Applications/X.app", applicationBundle),
-              "Not a Mac app (remove it in the file manager)");
+    EXPECT_EQ(refusalOf("Applications/X.app", applicationBundle), "Not an application bundle");
     auto options = test::linuxOptions();
     options.isWritable = [](const std::string&) { return false; };
     home.file("Applications/X.app/Contents/Info.plist");
@@ -49,14 +48,24 @@ TEST_F(LinuxPolicyTest, KeepsTheRulesOfEveryPlatform) {
 }
 
 TEST_F(LinuxPolicyTest, ProgramsDataStaysSaveItsCaches) {
-    for (const auto* kept : {".config/app", ".local/share/app", ".local/bin", ".var/app/org.example/data",
-                             "snap/app/7", ".var/app/org.example/cache", "snap/app/7/.cache"}) {
+    for (const auto* kept :
+         {".config/app", ".config/Cache", ".config/app/data/Cache", ".config/app/Service Worker",
+          ".local/share/app", ".local/share/app/uv", ".local/bin", ".local/share/pnpm",
+          ".var/app/org.example/data", ".var/app/org.example", "snap/app/7"}) {
         const std::string folder(kept);
         EXPECT_EQ(refusalOf(folder),
                   "Inside ~/" + folder.substr(0, folder.find('/')) + ": only caches can be moved from here");
     }
-    for (const auto* cache : {".cache/app", ".var/app/org.example/cache/x", "snap/app/common/.cache/x"})
+    for (const auto* cache :
+         {".cache/app", ".var/app/org.example/cache/x", "snap/app/common/.cache/x",
+          ".var/app/org.example/cache", "snap/app/7/.cache", ".config/app/Cache", ".config/app/Code Cache/js",
+          ".config/app/GPUCache", ".config/app/CachedData", ".config/app/CachedExtensionVSIXs",
+          ".config/app/Crashpad", ".config/app/Service Worker/CacheStorage", ".local/share/pnpm/store/v3",
+          ".local/share/virtualenvs/x", ".local/share/uv"}) {
         EXPECT_EQ(refusalOf(cache), "allowed") << cache;
+        EXPECT_EQ(policy().restoreDestinationReason(home.path(cache), homeItem), std::nullopt) << cache;
+    }
+    EXPECT_EQ(refusalOf(".config/google-chrome/Cache"), "Protected: ~/.config/google-chrome");
     EXPECT_EQ(refusalOf(".cache"), "Too close to the home folder");
     EXPECT_EQ(refusalOf(".var/app/org.mozilla.firefox/cache/x"), "Protected: ~/.var/app/org.mozilla.firefox");
 }
@@ -83,6 +92,8 @@ TEST_F(LinuxPolicyTest, VariablesOnlyAddProtection) {
     };
     EXPECT_EQ(refusal("my/settings/app"), "Inside ~/my/settings: only caches can be moved from here");
     EXPECT_EQ(refusal("my/settings/gh"), "Protected: ~/my/settings/gh");
+    EXPECT_EQ(refusal("my/settings/app/Cache"), "allowed");
+    EXPECT_EQ(refusal("my/data/uv"), "allowed");
     EXPECT_EQ(refusal(".config/gh"), "Protected: ~/.config/gh");
     EXPECT_EQ(refusal(".config/app"), "Inside ~/.config: only caches can be moved from here");
     EXPECT_EQ(refusal("my/data/Ostrevo Orbel"), "Protected: ~/my/data/Ostrevo Orbel");

@@ -41,7 +41,7 @@ std::expected<ApprovedItem, std::string> ItemChecks::approve(const DeletionItem&
         return std::unexpected(*item.blockedReason);
     // Measuring what a dead server holds would never end.
     if (trasher_.policy.isOutOfReach(item.path))
-        return std::unexpected("On another volume");
+        return std::unexpected(std::string(SafetyPolicy::onAnotherVolume));
     if (item.keep && (trasher_.policy.isOutOfReach(item.keep->path) || !isKeptCopyThere(*item.keep)))
         return std::unexpected("The copy you are keeping changed or is gone");
     const auto measured = trasher_.measure(item.path);

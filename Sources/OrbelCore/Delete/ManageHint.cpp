@@ -2,6 +2,7 @@
 
 #include "Platform/Conventions.h"
 #include "Safety/RealPath.h"
+#include "Safety/SafetyPolicy.h"
 
 #include <algorithm>
 #include <array>
@@ -74,6 +75,9 @@ std::string filledIn(std::string_view words) {
 
 std::string ManageHint::explain(std::string_view path, const std::string& refusal,
                                 std::string_view homePath) {
+    // One's own other disk needs no administrator, and no program manages it.
+    if (platform::conventions().hasFurtherRefusals && refusal == SafetyPolicy::onAnotherVolume)
+        return refusal;
     for (const auto& hint : hints)
         if (hint.appliesTo(path))
             return filledIn(hint.words);

@@ -56,6 +56,7 @@ PlaceRules::PlaceRules(std::string homePath, Setup setup, const PathCanonicalize
       furtherLeftoverFolders_(std::move(setup.places.leftoverFolders)),
       hiddenLeftoverFolders_(std::move(setup.places.hiddenLeftoverFolders)),
       fileManager_(setup.fileManager),
+      notAnApplication_(setup.notAnApplication),
       isWritable_(std::move(setup.isWritable)) {
     std::ranges::move(setup.places.vendorFolders, std::back_inserter(furtherLeftoverFolders_));
     const auto inPlace = [&](const std::string& path) {
@@ -66,7 +67,7 @@ PlaceRules::PlaceRules(std::string homePath, Setup setup, const PathCanonicalize
         applicationFolders_.push_back(inPlace(folder));
 
     guards_.push_back({.path = joinedPath(homePath_, "Library"),
-                       .movable = {"Caches", "Logs"},
+                       .movable = {"Caches/*", "Logs/*"},
                        .refusal = "Inside Library: only Caches and Logs can be moved from here"});
     for (auto& guarded : setup.places.guardedFolders) {
         // The name as well as what it leads to: a link may become a folder while the program runs.
@@ -131,7 +132,7 @@ std::optional<std::string> PlaceRules::guardReason(const Guard& guard, std::stri
     const auto below = pathComponents(real.substr(guard.path.size()));
     const bool isMovable = std::ranges::any_of(guard.movable, [&](const std::string& folder) {
         const auto pattern = pathComponents(folder);
-        return below.size() > pattern.size() && beginsLike(below, pattern, pattern.size());
+        return beginsLike(below, pattern, pattern.size());
     });
     return isMovable ? std::nullopt : std::optional(guard.refusal);
 }
@@ -162,7 +163,7 @@ std::optional<std::string> PlaceRules::bundleReason(const std::string& real) con
     if (!isBundlePlace(real))
         return "Not in an Applications folder";
     if (!exists(joinedPath(real, "Contents/Info.plist")))
-        return "Not a Mac app (remove it in " + std::string(fileManager_) + ")";
+        return std::string(notAnApplication_);
     return needsAdminReason(real);
 }
 

@@ -38,6 +38,7 @@ public:
         std::vector<std::string> applicationFolders;        ///< not resolved
         std::vector<std::string> neverTouchRoots;           ///< real paths in visible form
         std::string_view fileManager;                       ///< lives as long as the program
+        std::string_view notAnApplication;                  ///< likewise; see platform::Conventions
         std::function<bool(const std::string&)> isWritable; ///< whether this process may write the path
     };
 
@@ -93,6 +94,7 @@ private:
     std::vector<std::string> furtherLeftoverFolders_;
     std::vector<std::string> hiddenLeftoverFolders_;
     std::string_view fileManager_;
+    std::string_view notAnApplication_;
     std::function<bool(const std::string&)> isWritable_;
 };
 

@@ -95,6 +95,7 @@ SafetyPolicy::SafetyPolicy(Prepared prepared)
                        prepared.options.applicationFolders.value_or(prepared.places.applicationFolders),
                    .neverTouchRoots = protectedPlaces_.neverTouchRoots(),
                    .fileManager = conventions_.fileManager,
+                   .notAnApplication = conventions_.notAnApplication,
                    .isWritable = std::move(prepared.options.isWritable)},
                   canonicalizer_, prepared.resolver),
       mountTable_(std::move(prepared.options.mountTable)) {
@@ -112,7 +113,7 @@ SafetyDecision SafetyPolicy::check(const std::string& path, AllowedRoot root,
     auto paths = resolver();
     const auto resolved = paths.resolve(item, PathResolver::Last::keep);
     if (resolved.state == ResolvedPath::State::outOfReach)
-        return SafetyDecision::refused("On another volume");
+        return SafetyDecision::refused(std::string(onAnotherVolume));
     const auto status = platform::fileStatus(item);
     if (!status)
         return SafetyDecision::refused("Already gone");
@@ -125,7 +126,7 @@ SafetyDecision SafetyPolicy::check(const std::string& path, AllowedRoot root,
     if (expected && !expected->isUnchanged(current))
         return SafetyDecision::refused("Changed since the scan — scan again");
     if (isOnAnotherVolume(real, *status))
-        return SafetyDecision::refused("On another volume");
+        return SafetyDecision::refused(std::string(onAnotherVolume));
     if (real == "/" || real == homePath_)
         return SafetyDecision::refused("Refusing to delete the root or home folder");
     if (auto reason = protectionReason(real, current.identity))
@@ -215,7 +216,7 @@ std::optional<std::string> SafetyPolicy::furtherReason(const std::string& path, 
     // The same disk mounted a second time shows the same device, and no move crosses from one mount to
     // another.
     if (item->place.mountId != home->place.mountId)
-        return "On another volume";
+        return std::string(onAnotherVolume);
     return isDirectory ? mountReason(real) : std::nullopt;
 }
 

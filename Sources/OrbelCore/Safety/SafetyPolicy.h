@@ -30,6 +30,8 @@ namespace orbel {
 class SafetyPolicy {
 public:
     static constexpr auto& leftoverFolders = PlaceRules::leftoverFolders;
+    /// The refusal of what no rename can bring to the Trash.
+    static constexpr std::string_view onAnotherVolume = "On another volume";
 
     struct Options {
         /// Absent: the platform's.

@@ -10,6 +10,7 @@ Conventions linuxConventions(int activeProcessors) {
     return {.defaultWalkerWorkers = std::max(16, activeProcessors),
             .fileManager = "the file manager",
             .thisComputer = "this computer",
+            .notAnApplication = "Not an application bundle",
             .protectedBySystem = "Protected by the system",
             .hasFurtherRefusals = true};
 }

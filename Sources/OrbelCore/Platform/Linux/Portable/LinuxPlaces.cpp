@@ -51,6 +51,12 @@ constexpr auto neverTouchInData = std::to_array<std::string_view>(
     {"Trash", "keyrings", "kwalletd", "evolution", "geary", "akonadi", "local-mail", "gvfs-metadata",
      "containers", "libvirt", "gnome-boxes", "flatpak", "Ostrevo Orbel"});
 
+/// What programs make again, in the folder of any program; and by their own names.
+constexpr auto cachesInConfig = std::to_array<std::string_view>(
+    {"*/Cache", "*/Code Cache", "*/GPUCache", "*/CachedData", "*/CachedExtensionVSIXs",
+     "*/Service Worker/CacheStorage", "*/Crashpad"});
+constexpr auto cachesInData = std::to_array<std::string_view>({"pnpm/store", "virtualenvs", "uv"});
+
 /// Folders directly in which a program leaves something under its own name.
 constexpr auto leftoverFolders = std::to_array<std::string_view>(
     {".config", ".config/autostart", ".cache", ".local/share", ".local/share/applications",
@@ -81,6 +87,10 @@ std::vector<std::string> baseFolders(std::string usual, const Environment& envir
             folders.push_back(std::move(named));
     }
     return folders;
+}
+
+std::vector<std::string> asStrings(std::span<const std::string_view> names) {
+    return {names.begin(), names.end()};
 }
 
 void addJoined(std::vector<std::string>& paths, const std::string& folder,
@@ -117,13 +127,20 @@ Places linuxPlaces(const std::string& home, const Environment& environment, Path
     for (const auto& folder : data)
         addJoined(places.neverTouch, folder, neverTouchInData);
 
-    places.guardedFolders = {{.path = inHome(".config"), .movable = {}},
-                             {.path = inHome(".local"), .movable = {}},
+    std::vector<std::string> inLocal;
+    addJoined(inLocal, "share", cachesInData);
+    places.guardedFolders = {{.path = inHome(".config"), .movable = asStrings(cachesInConfig)},
+                             {.path = inHome(".local"), .movable = std::move(inLocal)},
                              {.path = inHome(".var"), .movable = {"app/*/cache"}},
                              {.path = inHome("snap"), .movable = {"*/*/.cache"}}};
-    for (const auto* base : {&config, &data, &state})
-        for (const auto& folder : std::span(*base).subspan(1))
-            places.guardedFolders.push_back({.path = folder, .movable = {}});
+    const auto guardFurther = [&](const std::vector<std::string>& folders,
+                                  std::span<const std::string_view> movable) {
+        for (const auto& folder : std::span(folders).subspan(1))
+            places.guardedFolders.push_back({.path = folder, .movable = asStrings(movable)});
+    };
+    guardFurther(config, cachesInConfig);
+    guardFurther(data, cachesInData);
+    guardFurther(state, {});
 
     places.cacheFolders = baseFolders(inHome(".cache"), environment, "XDG_CACHE_HOME");
     places.applicationFolders = {"/Applications", inHome("Applications")};

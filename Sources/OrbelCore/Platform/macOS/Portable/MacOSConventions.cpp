@@ -9,6 +9,7 @@ Conventions macOSConventions(int activeProcessors) {
     return {.defaultWalkerWorkers = std::max(activeProcessors - 2, 2),
             .fileManager = "Finder",
             .thisComputer = "this Mac",
+            .notAnApplication = "Not a Mac app (remove it in Finder)",
             .protectedBySystem = "Protected by macOS",
             .hasFurtherRefusals = false};
 }
