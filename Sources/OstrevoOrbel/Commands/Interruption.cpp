@@ -1,4 +1,4 @@
-#include "Interruption.h"
+#include "Commands/Interruption.h"
 
 #include <cerrno>
 #include <csignal>

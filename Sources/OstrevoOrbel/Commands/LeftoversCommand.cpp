@@ -1,9 +1,7 @@
-#include "LeftoversCommand.h"
-
-#include "CommandOutput.h"
+#include "Commands/CommandOutput.h"
+#include "Commands/CommandTable.h"
 #include "Find/AppInventory.h"
 #include "Find/UninstallPlan.h"
-#include "LaunchOptions.h"
 #include "Platform/Home.h"
 #include "Safety/SafetyPolicy.h"
 #include "Util/Utf8.h"
@@ -49,11 +47,7 @@ std::string linesOf(const UninstallPlan& plan) {
     return lines;
 }
 
-} // namespace
-
-void runLeftoversCommandIfRequested(std::span<const std::string> arguments) {
-    if (!contains(arguments, "--leftovers-dry-run"))
-        return;
+void run(const Request& /*request*/) {
     const auto home = platform::homeFolder();
     const auto apps = AppInventory::scan(AppInventory::defaultFolders());
     const auto shownApps = std::ranges::count(apps, false, &InstalledApp::isHidden);
@@ -82,5 +76,16 @@ void runLeftoversCommandIfRequested(std::span<const std::string> arguments) {
     }
     finish(text);
 }
+
+} // namespace
+
+constinit const Command leftoversCommand{
+    .name = "--leftovers-dry-run",
+    .isLenient = true,
+    .help =
+        "Print for every application what would go with it: its files and what it left in the home folder. "
+        "Nothing is moved.",
+    .run = run,
+};
 
 } // namespace orbel

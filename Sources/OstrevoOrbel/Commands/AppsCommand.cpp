@@ -1,8 +1,7 @@
-#include "AppsCommand.h"
-
-#include "CommandOutput.h"
+#include "Commands/CommandOutput.h"
+#include "Commands/CommandTable.h"
 #include "Find/AppInventory.h"
-#include "LaunchOptions.h"
+#include "Util/JsonPath.h"
 #include "Util/JsonText.h"
 
 #include <nlohmann/json.hpp>
@@ -13,8 +12,8 @@ namespace orbel {
 namespace {
 
 nlohmann::json jsonOf(const InstalledApp& app) {
-    nlohmann::json json{
-        {"name", app.name}, {"path", app.path}, {"source", app.source}, {"status", rawValue(app.status)}};
+    nlohmann::json json{{"name", app.name}, {"source", app.source}, {"status", rawValue(app.status)}};
+    putPath(json, "path", app.path);
     if (app.bundleID)
         json["id"] = *app.bundleID;
     if (app.version)
@@ -26,16 +25,21 @@ nlohmann::json jsonOf(const InstalledApp& app) {
     return json;
 }
 
-} // namespace
-
-void runAppsCommandIfRequested(std::span<const std::string> arguments) {
-    if (!contains(arguments, "--apps-json"))
-        return;
+void run(const Request& /*request*/) {
     nlohmann::json apps = nlohmann::json::array();
     for (const auto& app : AppInventory::scan(AppInventory::defaultFolders()))
         if (!app.isHidden)
             apps.push_back(jsonOf(app));
     finish(prettyJson({{"apps", std::move(apps)}}) + "\n");
 }
+
+} // namespace
+
+constinit const Command appsCommand{
+    .name = "--apps-json",
+    .help = "Print the installed applications as JSON: whether each can be moved to the Trash, or else what "
+            "removes it.",
+    .run = run,
+};
 
 } // namespace orbel

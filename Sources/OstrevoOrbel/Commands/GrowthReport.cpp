@@ -1,7 +1,8 @@
-#include "GrowthReport.h"
+#include "Commands/GrowthReport.h"
 
 #include "Growth/GrowthStore.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Util/JsonPath.h"
 
 namespace orbel {
 
@@ -13,10 +14,10 @@ json growthJson(const std::optional<Growth>& growth) {
     json folders = json::array();
     if (!growth)
         return {{"since", nullptr}, {"folders", std::move(folders)}};
-    for (const auto& folder : growth->folders)
-        folders.push_back({{"path", PathCanonicalizer::shared().visiblePath(folder.path)},
-                           {"grownBytes", folder.grownBytes},
-                           {"allocatedBytes", folder.bytes}});
+    for (const auto& folder : growth->folders) {
+        folders.push_back({{"grownBytes", folder.grownBytes}, {"allocatedBytes", folder.bytes}});
+        putPath(folders.back(), "path", PathCanonicalizer::shared().visiblePath(folder.path));
+    }
     return {{"since", iso8601(growth->since)}, {"folders", std::move(folders)}};
 }
 

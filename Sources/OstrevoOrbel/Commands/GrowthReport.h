@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Commands/UserContext.h"
 #include "Scan/ScanResult.h"
-#include "UserContext.h"
 
 #include <nlohmann/json.hpp>
 #include <optional>

@@ -1,8 +1,7 @@
-#include "DuplicatesCommand.h"
-
-#include "CommandOutput.h"
+#include "Commands/CommandOutput.h"
+#include "Commands/CommandTable.h"
+#include "Commands/Request.h"
 #include "Find/DuplicateFinder.h"
-#include "LaunchOptions.h"
 #include "Platform/Home.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Scan/TreeScanner.h"
@@ -28,18 +27,25 @@ json reportOf(std::span<const DuplicateGroup> groups) {
     return {{"groups", std::move(listed)}};
 }
 
-} // namespace
-
-void runDuplicatesCommandIfRequested(std::span<const std::string> arguments) {
-    const auto root = valueAfter(arguments, "--duplicates-json");
-    if (!root)
-        return;
+void run(const Request& request) {
     const ScanCancellation nobodyCancels;
-    const ScanResult scan = TreeScanner::scan(*root, std::nullopt, nobodyCancels, nullptr);
+    const ScanResult scan = TreeScanner::scan(request.operands.front(), std::nullopt, nobodyCancels, nullptr);
     const auto home = platform::homeFolder();
     const auto canonicalHome = PathCanonicalizer::shared().canonical(home).value_or(home);
     const auto groups = DuplicateFinder().run(scan.tree, canonicalHome);
     finish(prettyJson(reportOf(groups)) + "\n");
 }
+
+} // namespace
+
+constinit const Command duplicatesCommand{
+    .name = "--duplicates-json",
+    .operands = "ROOT",
+    .fewestOperands = 1,
+    .isLenient = true,
+    .help = "Find the files of 1 MB and more below ROOT, as far as it lies in your home folder, that are the "
+            "same in every byte, and print them in groups as JSON, the group that frees most first.",
+    .run = run,
+};
 
 } // namespace orbel

@@ -1,4 +1,4 @@
-#include "ScanReport.h"
+#include "Commands/ScanReport.h"
 
 #include "Platform/Process.h"
 #include "Safety/PathCanonicalizer.h"

@@ -1,4 +1,4 @@
-#include "CommandOutput.h"
+#include "Commands/CommandOutput.h"
 
 #include "Util/Utf8.h"
 

@@ -1,6 +1,6 @@
-#include "UserContext.h"
+#include "Commands/UserContext.h"
 
-#include "CommandOutput.h"
+#include "Commands/CommandOutput.h"
 #include "Journal/IntentSettling.h"
 #include "Platform/Home.h"
 #include "Platform/HomeTrash.h"

@@ -1,10 +1,10 @@
-#include "PutBackCommand.h"
-
-#include "CommandOutput.h"
-#include "Interruption.h"
+#include "Commands/CommandOutput.h"
+#include "Commands/CommandTable.h"
+#include "Commands/Interruption.h"
+#include "Commands/Request.h"
+#include "Commands/UserContext.h"
 #include "Journal/LiveRestore.h"
 #include "Journal/PutBack.h"
-#include "UserContext.h"
 #include "Util/JsonText.h"
 
 #include <algorithm>
@@ -23,9 +23,7 @@ nlohmann::json resultJson(const PutBackResult& result) {
     return json;
 }
 
-} // namespace
-
-void runPutBackCommand(const ChangeRequest& request) {
+void run(const Request& request) {
     const auto& cancellation = stopAfterThisItemOnInterrupt();
     const UserContext user;
     if (const auto& reason = user.policy().homeReason()) {
@@ -61,5 +59,17 @@ void runPutBackCommand(const ChangeRequest& request) {
         !results.empty() && !isStopped && std::ranges::all_of(results, &PutBackResult::restored);
     finish(prettyJson(json) + "\n", allBack ? ExitStatus::done : ExitStatus::incomplete);
 }
+
+} // namespace
+
+constinit const Command putBackCommand{
+    .name = "--put-back",
+    .operands = "ID",
+    .fewestOperands = 1,
+    .isChange = true,
+    .help = "Move back what an entry or a session of the journal moved to the Trash; \"last\" is the newest "
+            "session with anything left. Nothing is ever replaced. Prints the outcomes as JSON.",
+    .run = run,
+};
 
 } // namespace orbel
