@@ -4,11 +4,13 @@
 #include "Commands/CommandOutput.h"
 #include "Commands/Request.h"
 #include "HeadlessCommands.h"
+#include "ResourceFailure.h"
 #include "Util/AppVersion.h"
 
 namespace orbel {
 
 void runCommandIfRequested(std::span<const std::string> arguments, std::string_view moreHelp) {
+    endPlainlyWithoutResources();
     const auto switches = switchesIn(arguments);
     if (contains(switches, "--help") || contains(switches, "-h"))
         finish(commandHelp() + std::string(moreHelp));
