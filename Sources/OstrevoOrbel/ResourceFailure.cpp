@@ -18,7 +18,7 @@ std::terminate_handler before = nullptr;
 
 /// Allocates nothing.
 [[noreturn]] void endWith(std::string_view line) {
-    static_cast<void>(!::write(STDERR_FILENO, line.data(), line.size()));
+    static_cast<void>(::write(STDERR_FILENO, line.data(), line.size()) == 0);
     std::_Exit(ExitStatus::incomplete);
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -12,7 +11,8 @@ namespace {
 
 std::size_t editDistance(std::string_view from, std::string_view to) {
     std::vector<std::size_t> row(to.size() + 1); // the distances of the letters so far to each start of `to`
-    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < row.size(); ++i)
+        row[i] = i;
     for (const char letter : from) {
         std::size_t diagonal = std::exchange(row[0], row[0] + 1);
         for (std::size_t i = 0; i < to.size(); ++i) {
