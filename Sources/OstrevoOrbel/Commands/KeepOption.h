@@ -14,8 +14,8 @@ namespace orbel {
 std::expected<KeptCopy, std::string> keptCopyAt(const std::string& path);
 
 /// Lets every item move only while `keep` stays as it is, and blocks those that are not the same in every
-/// byte; reads all files of that size. Returns an item that is `keep` itself, whatever path leads to it or
-/// whichever hard link it is, and changes nothing then; null when there is none. `isCancelled` is asked while
+/// byte; reads all files of that size. Returns an item that is `keep` itself, under any path or as any other
+/// hard link of it, and changes nothing then; null when there is none. `isCancelled` is asked while
 /// files are read: what was not compared is blocked.
 const DeletionItem* requireCopies(const KeptCopy& keep, std::span<DeletionItem> items,
                                   const std::function<bool()>& isCancelled);

@@ -42,7 +42,7 @@ std::vector<std::string> namesIn(std::string_view content, const std::string& fi
     return names;
 }
 
-/// "." and ".." name whatever the current folder is, not an item in it.
+/// "." and ".." stand for the current folder and the one above, not for an item in it.
 bool namesAnItem(const std::string& path) {
     const auto name = lastPathComponent(path);
     return !name.empty() && name != "." && name != "..";

@@ -36,8 +36,8 @@ const Command* strictCommandIn(std::span<const std::string> arguments);
 std::expected<Request, std::string> strictRequest(const Command& command,
                                                   std::span<const std::string> arguments);
 
-/// What the line asks of `command`, whatever else it holds; absent when the command, or the one operand that
-/// it takes, is missing. Unknown words are ignored.
+/// What the line asks of `command`, with all else in it ignored; absent when the command, or the one operand
+/// that it takes, is missing.
 std::optional<Request> lenientRequest(const Command& command, std::span<const std::string> arguments);
 
 /// What is wrong with a line that holds no command, for the user.
