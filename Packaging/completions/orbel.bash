@@ -24,7 +24,7 @@ _orbel() {
             [ "$previous" != --scan ] || mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -W volume -- "$current")
             return
             ;;
-        --snapshot | --diagnostics)
+        --snapshot | --diagnostics | --files0-from | --keep)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             return
@@ -51,7 +51,7 @@ _orbel() {
         --scan-json) more="--top --growth" ;;
         --map-svg) more=--size ;;
         --large-json) more="--min-bytes --unused-days" ;;
-        --trash) more=--dry-run ;;
+        --trash) more="--files0-from --keep --dry-run" ;;
         --journal-json | --journal-markdown) more=--since ;;
         "")
             more=$commands

@@ -1,20 +1,17 @@
 #pragma once
 
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
 namespace orbel {
 
-/// What both programs do before anything else. A headless command in `arguments` (all words, the program's
-/// own path first) ends the process itself; `--help`, which ends with `moreHelp`, and `--version` give a
-/// status; absent when no such word is there.
-std::optional<int> runCommandIfRequested(std::span<const std::string> arguments, std::string_view moreHelp);
+/// What both programs do before anything else, with `arguments`: all words of the command line, the program's
+/// own path first. A headless command, `--help`, which ends with `moreHelp`, and `--version` end the process.
+/// Returns when none of these is there.
+void runCommandIfRequested(std::span<const std::string> arguments, std::string_view moreHelp);
 
-/// The program that has no window. Runs what `arguments` (all words, the program's own path first) ask for: a
-/// headless command ends the process itself, `--help` and `--version` give 0; with no command the usage goes
-/// to standard error and the status is 2.
-int runCommandLine(std::span<const std::string> arguments);
+/// The same for the program that has no window. With no command, two lines on standard error say so.
+[[noreturn]] void runCommandLine(std::span<const std::string> arguments);
 
 } // namespace orbel

@@ -9,13 +9,10 @@ namespace orbel {
 struct HeadlessCommands {
     HeadlessCommands() = delete;
 
-    /// Runs the command that `arguments` ask for and ends the process with one of the ExitStatus. Returns
-    /// when no such command is there. `arguments` are all words of the command line, the program's own path
-    /// first.
+    /// Runs the command that `arguments` ask for and ends the process with one of the ExitStatus; a line that
+    /// is read strictly and not understood ends it too. Returns when no such command is there. `arguments`
+    /// are all words of the command line, the program's own path first.
     static void runIfRequested(std::span<const std::string> arguments);
-
-    /// The scan report of `root` as the text that is printed.
-    static std::string scanReportText(const std::string& root, std::span<const std::string> arguments);
 };
 
 } // namespace orbel

@@ -1,23 +1,32 @@
 #include "LaunchOptions.h"
 
+#include "Commands/Request.h"
 #include "Platform/Process.h"
 #include "Scan/VolumeInfo.h"
 #include "Util/ParseNumber.h"
 
-#include <algorithm>
-
 namespace orbel {
 
-bool contains(std::span<const std::string> arguments, std::string_view name) {
-    return std::ranges::find(arguments, name) != arguments.end();
-}
+const std::string_view windowHelp = R"(
+ostrevo-orbel opens a window when no command is given. It takes these switches:
 
-std::optional<std::string> valueAfter(std::span<const std::string> arguments, std::string_view name) {
-    const auto found = std::ranges::find(arguments, name);
-    if (found == arguments.end() || found + 1 == arguments.end())
-        return std::nullopt;
-    return *(found + 1);
-}
+  --scan PATH   Measure PATH at once; "volume" is the whole disk.
+  --scan-delay SECONDS
+                Wait that long before the scan.
+  --open SCREEN Show overview, map, large, duplicates, uninstall, tidy or
+                journal.
+  --select-app NAME
+                Show Uninstall with that app: its name, id or path.
+  --appearance light|dark
+  --snapshot FILE [--snapshot-delay SECONDS]
+                After the scan, write a picture of the window as PNG.
+  --simulate-hover COUNT
+                Before that, move the pointer over the window.
+  --diagnostics FILE
+                Write what the run took as JSON when it ends.
+  --quit-after-scan
+                End when all of this is done.
+)";
 
 LaunchOptions::LaunchOptions(std::span<const std::string> arguments) {
     const auto value = [&](std::string_view name) { return valueAfter(arguments, name); };

@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace orbel {
 
@@ -33,10 +34,7 @@ struct LaunchOptions {
     bool allowWithoutFullDiskAccess = false;    ///< no switch sets it
 };
 
-/// The word after the first `name` in a command line; absent when there is none.
-std::optional<std::string> valueAfter(std::span<const std::string> arguments, std::string_view name);
-
-/// Whether a command line holds that word.
-bool contains(std::span<const std::string> arguments, std::string_view name);
+/// What `--help` says of them. `./run` takes the names of the window's switches from the source of this text.
+extern const std::string_view windowHelp;
 
 } // namespace orbel

@@ -5,5 +5,5 @@
 
 int main(int count, char** words) {
     const std::vector<std::string> arguments(words, words + count);
-    return orbel::runCommandLine(arguments);
+    orbel::runCommandLine(arguments);
 }

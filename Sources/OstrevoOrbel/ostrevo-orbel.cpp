@@ -1,4 +1,5 @@
 #include "CommandLine.h"
+#include "LaunchOptions.h"
 #include "Services/Application.h"
 
 #include <QtPlugin>
@@ -10,7 +11,6 @@ Q_IMPORT_PLUGIN(OstrevoOrbelPlugin)
 
 int main(int count, char** words) {
     const std::vector<std::string> arguments(words, words + count);
-    if (const auto status = orbel::runCommandIfRequested(arguments, orbel::windowHelp))
-        return *status;
+    orbel::runCommandIfRequested(arguments, orbel::windowHelp);
     return orbel::runApplication(count, words);
 }

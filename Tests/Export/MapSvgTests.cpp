@@ -1,5 +1,4 @@
 #include "Export/MapSvg.h"
-#include "MapCommand.h"
 #include "Support/RunProgram.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TreeBuilder.h"
@@ -62,33 +61,6 @@ TEST(MapSvg, IsWellFormedWhateverTheNamesHold) {
     EXPECT_EQ(count(text, "<g><title>"), 8);
 }
 
-TEST(MapCommand, IsReadStrictly) {
-    const auto request = [](std::vector<std::string> words) {
-        words.insert(words.begin(), "orbel");
-        return mapRequestIn(words);
-    };
-    EXPECT_EQ(*request({"--map-svg", "root", "file"}),
-              (MapRequest{.root = "root", .file = "file", .size = {}}));
-    EXPECT_EQ(*request({"--map-svg", "--size", "400x300", "--", "-root", "--size"}),
-              (MapRequest{.root = "-root", .file = "--size", .size = {.width = 400, .height = 300}}));
-    EXPECT_EQ(*request({"--scan-json", "/"}), std::nullopt);
-    const std::vector<std::vector<std::string>> wrong{
-        {"--map-svg"},
-        {"--map-svg", "root"},
-        {"--map-svg", "root", ""},
-        {"--map-svg", "root", "file", "more"},
-        {"--map-svg", "root", "file", "--size"},
-        {"--map-svg", "root", "file", "--size", "400"},
-        {"--map-svg", "root", "file", "--size", "400x-300"},
-        {"--map-svg", "root", "file", "--size", "9000x300"},
-        {"--map-svg", "root", "file", "--scan-json", "/"},
-        {"root", "--map-svg", "file"},
-    };
-    for (const auto& words : wrong)
-        EXPECT_FALSE(request(words)) << words.back();
-    EXPECT_EQ(runOrbel({"--map-svg", "root"}).status, 2);
-}
-
 TEST(MapCommand, WritesAWholePictureOrNothing) {
     const TemporaryFolder home;
     home.file("root/notes.txt", 100'000);
@@ -107,6 +79,13 @@ TEST(MapCommand, WritesAWholePictureOrNothing) {
     ASSERT_EQ(::stat(file.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0640U);
 
+    const auto printed = runOrbel({"--map-svg", home.path("root"), "-", "--size=400x300"});
+    EXPECT_EQ(printed.status, 0);
+    EXPECT_EQ(xmlFaults(home, printed.output), "");
+    EXPECT_TRUE(printed.output.ends_with("</svg>\n"));
+
+    for (const auto* size : {"400", "400x-300", "9000x300"})
+        EXPECT_EQ(runOrbel({"--map-svg", home.path("root"), file, "--size", size}).status, 2) << size;
     const auto refused = [&](const std::string& root, const std::string& path) {
         const auto result = run(root, path);
         EXPECT_EQ(result.status, 1) << path;

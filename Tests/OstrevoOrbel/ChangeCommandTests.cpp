@@ -15,6 +15,8 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 using test::ProgramHome;
+using test::TemporaryFolder;
+using namespace std::string_literals;
 
 std::vector<std::string> namesIn(const json& list) {
     std::vector<std::string> names;
@@ -197,6 +199,84 @@ TEST(TrashCommand, AFolderThatHoldsASubvolumeStays) {
         EXPECT_EQ(reasonsIn(report)["work"], "Contains another volume: ~/docs/work/nested");
         EXPECT_TRUE(fs::exists(home.path("disk/me/docs/work/nested/All.photoslibrary/x")));
     });
+}
+
+TEST(TrashCommand, TakesAListAsOneSession) {
+    const ProgramHome home;
+    std::string list;
+    constexpr int count = 50;
+    for (int i = 0; i < count; ++i)
+        list += home.file("docs/" + std::string(200, 'x') + std::to_string(i), 1) + '\0';
+    const auto odd = home.file("docs/two\nlines and \xFF", 1);
+    const auto file = home.file("list", list + odd + '\0' + "docs/-dashed" + '\0');
+    home.file("docs/-dashed", 1);
+    const auto report = home.json({"--trash", "--files0-from", file}, 1);
+    EXPECT_EQ(report["moved"].size(), count + 1);
+    ASSERT_EQ(report["skipped"].size(), 1);
+    EXPECT_EQ(report["skipped"][0]["reason"], "Its name is not valid text, so it could not be put back");
+    EXPECT_TRUE(report["skipped"][0].contains("pathBytes"));
+    EXPECT_EQ(home.json({"--put-back", "last"}, 0).size(), count + 1);
+
+    auto pipe = home.start({});
+    pipe.words = {"sh", "-c", "printf 'docs/-dashed\\0' | \"$0\" --trash --files0-from -", ORBEL_PROGRAM};
+    EXPECT_EQ(namesIn(json::parse(test::RunningProgram(pipe).finish().output)["moved"]), Names{"-dashed"});
+    EXPECT_EQ(home.json({"--trash", "--files0-from=/dev/null"}, 0)["moved"], json::array());
+}
+
+TEST(TrashCommand, FollowsNoListThatIsNotWhole) {
+    const ProgramHome home;
+    home.file("docs/folder/item", 10);
+    const auto before = everythingIn(home.path());
+    for (const auto& list :
+         {"docs/folder/item\0docs/folder"s, "docs/folder/item\0\0"s, "docs/folder/item\0.\0"s}) {
+        const TemporaryFolder elsewhere;
+        const auto run = home.run({"--trash", "--files0-from", elsewhere.file("list", list)});
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(run.output, "");
+    }
+    const auto missing = home.run({"--trash", "--files0-from", "missing"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_EQ(missing.errors, "orbel: missing: No such file or directory\n");
+    EXPECT_EQ(home.run({"--trash", "--files0-from", "docs"}).status, 1);
+    EXPECT_EQ(home.run({"--trash", "docs/folder/item", "--files0-from", "/dev/null"}).status, 2);
+    EXPECT_EQ(everythingIn(home.path()), before);
+}
+
+TEST(TrashCommand, KeepsTheCopyThatMustStay) {
+    const ProgramHome home;
+    const std::string content(300'000, 'x');
+    auto other = content;
+    other[150'000] = 'y';
+    for (const auto* name : {"docs/keep", "docs/same", "docs/folder/also same"})
+        home.file(name, content);
+    home.file("docs/differs", other);
+    home.file("docs/short", "x");
+    const auto before = everythingIn(home.path());
+    const Names words{"--trash",      "docs/same",  "docs/folder/also same",
+                      "docs/differs", "docs/short", "docs/folder",
+                      "--keep",       "docs/keep"};
+    for (const auto& keep : {home.hardLink("docs/other name", "docs/same"), home.link("docs/link", "keep"),
+                             home.path("docs/missing"), home.path("docs"), home.path("docs/same"),
+                             home.path("docs/folder/../same")}) {
+        auto wrong = words;
+        wrong.back() = keep;
+        const auto run = home.run(wrong);
+        EXPECT_EQ(run.status, 2) << keep;
+        EXPECT_TRUE(run.errors.starts_with("orbel: --keep ")) << run.errors;
+    }
+    fs::remove(home.path("docs/other name"));
+    fs::remove(home.path("docs/link"));
+    EXPECT_EQ(everythingIn(home.path()).size(), before.size());
+    EXPECT_FALSE(fs::exists(home.trash()));
+
+    const auto report = home.json(words, 1);
+    EXPECT_EQ(namesIn(report["moved"]), (Names{"same", "also same"}));
+    constexpr auto reason = "Could not be proved the same as the copy you are keeping";
+    EXPECT_EQ(reasonsIn(report), (std::map<std::string, std::string>{
+                                     {"differs", reason}, {"short", reason}, {"folder", reason}}));
+    EXPECT_EQ(home.entries().at(0).module, DeletionModule::duplicates);
+    EXPECT_EQ(home.run({"--trash", "docs/differs", "--keep", home.trashed("same")}).status, 2)
+        << "what lies in the Trash does not stay";
 }
 
 TEST(TrashCommand, AFolderThatHoldsAMountStays) {

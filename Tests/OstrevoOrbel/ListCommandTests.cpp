@@ -30,6 +30,12 @@ std::string aged(const std::string& path) {
     return path;
 }
 
+/// The bytes that a list gives beside a text with replacement characters, as base64(1) reads them.
+std::string bytesOf(const json& row, const std::string& key) {
+    const std::string text = row.at(key + "Bytes");
+    return test::runProgram({"sh", "-c", "printf %s \"$0\" | base64 -d", text}).output;
+}
+
 TEST(LargeCommand, ListsByItsFilters) {
     const ProgramHome home;
     aged(home.file("docs/old.iso", 300'000));
@@ -54,12 +60,13 @@ TEST(LargeCommand, ListsByItsFilters) {
     EXPECT_EQ(first["openBy"], json::array());
     EXPECT_FALSE(first.contains("blockedReason"));
     EXPECT_EQ(old["files"][1]["blockedReason"], "Its name is not valid text, so it could not be put back");
+    EXPECT_FALSE(first.contains("pathBytes"));
+    EXPECT_EQ(bytesOf(old["files"][1], "path"), home.path("docs/older\xFF.mp4"));
     EXPECT_EQ(old["bytes"], first["bytes"].get<int>() + old["files"][1]["bytes"].get<int>());
 
     for (const auto* bad : {"many", "-1", "1.5"})
         EXPECT_EQ(home.run({"--large-json", home.path(), "--min-bytes", bad}).status, 2) << bad;
     EXPECT_EQ(home.run({"--large-json", home.path(), "--unused-days"}).status, 2);
-    EXPECT_EQ(namesIn(home.json({"--large-json", home.path("missing")}, 0)["files"]), Names());
 }
 
 TEST(TidyCommand, ListsBothKindsAndChangesNothing) {
@@ -74,6 +81,12 @@ TEST(TidyCommand, ListsBothKindsAndChangesNothing) {
     EXPECT_EQ(report["brokenShortcuts"][0]["state"], "unknown");
     EXPECT_EQ(report["brokenShortcuts"][1]["target"], "nowhere");
     EXPECT_EQ(report, home.json({"--tidy-json", "."}, 0)) << "the same twice in a row";
+
+    home.link("odd\xFF/link", "to\xFE");
+    const auto odd = home.json({"--tidy-json", "odd\xFF"}, 0);
+    EXPECT_EQ(bytesOf(odd, "root"), "odd\xFF");
+    EXPECT_EQ(bytesOf(odd["brokenShortcuts"][0], "path"), home.path("odd\xFF/link"));
+    EXPECT_EQ(bytesOf(odd["brokenShortcuts"][0], "target"), "to\xFE");
     EXPECT_FALSE(fs::exists(home.path(".local"))) << "neither a journal nor a Trash is made";
 }
 

@@ -1,9 +1,8 @@
+#include "Commands/ScanReport.h"
 #include "Scan/Coverage.h"
 #include "Scan/VolumeInfo.h"
-#include "ScanReport.h"
 #include "Support/RunProgram.h"
 #include "Support/TemporaryFolder.h"
-#include "Util/AppVersion.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -105,22 +104,6 @@ TEST(ScanReport, IsTrueOfRootsThatGiveNothing) {
     home.file("bad\xFFname", 1000);
     const json odd = reportOf({"--scan-json", home.path()});
     EXPECT_EQ(odd["children"][0]["path"], home.path("bad\uFFFDname"));
-}
-
-TEST(CommandLine, TellsItsUsageAndVersion) {
-    const auto nothing = runOrbel({});
-    EXPECT_EQ(nothing.status, 2);
-    EXPECT_EQ(nothing.output, "");
-    EXPECT_NE(nothing.errors.find("--scan-json"), std::string::npos);
-    EXPECT_EQ(runOrbel({"--scan-json"}).status, 2) << "a command without its value is none";
-    EXPECT_EQ(runOrbel({"--unknown"}).status, 2);
-
-    const auto help = runOrbel({"--help"});
-    EXPECT_EQ(help.status, 0);
-    EXPECT_EQ(help.output, nothing.errors);
-    const auto version = runOrbel({"--version"});
-    EXPECT_EQ(version.status, 0);
-    EXPECT_EQ(version.output, "orbel " + appVersion() + "\n");
 }
 
 } // namespace

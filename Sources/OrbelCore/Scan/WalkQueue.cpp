@@ -1,8 +1,7 @@
 #include "Scan/WalkQueue.h"
 
-#include "Util/Check.h"
-
 #include <algorithm>
+#include <system_error>
 
 namespace orbel::walk {
 
@@ -19,7 +18,8 @@ std::size_t batchOf(std::size_t shared, int workerCount) {
 void WalkQueue::start(WorkUnit& root) {
     const std::scoped_lock lock(mutex_);
     shared_.push_back(&root);
-    ORBEL_CHECK(startWorker(), "a thread to walk with");
+    if (!startWorker())
+        throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
 }
 
 bool WalkQueue::startWorker() {

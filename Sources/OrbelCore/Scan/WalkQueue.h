@@ -30,8 +30,8 @@ public:
     WalkQueue(int workerCount, std::size_t workerStackBytes, WorkerBody body)
         : workerCount_(workerCount), workerStackBytes_(workerStackBytes), body_(std::move(body)) {}
 
-    /// Hands out the first folder and starts the first worker. Without any thread to be had, the process
-    /// stops.
+    /// Hands out the first folder and starts the first worker. Throws std::system_error (EAGAIN) when the
+    /// system has no thread to give.
     void start(WorkUnit& root);
 
     /// The next folder for a worker, from its own stack or from what others gave; blocks while others still

@@ -1,6 +1,6 @@
 #include "Util/PageArray.h"
 
-#include "Util/Check.h"
+#include <new>
 
 #include <sys/mman.h>
 
@@ -8,7 +8,8 @@ namespace orbel::pages {
 
 void* map(std::size_t bytes) {
     void* const address = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    ORBEL_CHECK(address != MAP_FAILED, "memory for a page array");
+    if (address == MAP_FAILED)
+        throw std::bad_alloc();
     return address;
 }
 

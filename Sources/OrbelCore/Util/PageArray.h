@@ -8,7 +8,7 @@
 namespace orbel {
 
 namespace pages {
-/// Fresh zeroed pages from the system, at least `bytes`; stops the process when there is no memory.
+/// Fresh zeroed pages from the system, at least `bytes`. Throws std::bad_alloc when there is no memory.
 void* map(std::size_t bytes);
 void unmap(void* address, std::size_t bytes) noexcept;
 } // namespace pages

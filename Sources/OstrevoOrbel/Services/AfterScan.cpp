@@ -2,7 +2,7 @@
 
 #include "AppModel/AppModel.h"
 #include "AppModel/DuplicatesFlow.h"
-#include "CommandOutput.h"
+#include "Commands/CommandOutput.h"
 #include "Services/WindowSnapshot.h"
 
 #include <chrono>

@@ -2,7 +2,8 @@
 
 #include "AppModel/AppModel.h"
 #include "AppModel/AppsFlow.h"
-#include "CommandOutput.h"
+#include "Commands/CommandOutput.h"
+#include "Commands/Request.h"
 #include "LaunchOptions.h"
 #include "Platform/Process.h"
 #include "Services/AfterScan.h"
@@ -29,27 +30,6 @@
 #include <QTimer>
 
 namespace orbel {
-
-const std::string_view windowHelp = R"(
-ostrevo-orbel opens a window when no command is given. It takes these switches:
-
-  --scan PATH   Measure PATH at once; "volume" is the whole disk.
-  --scan-delay SECONDS
-                Wait that long before the scan.
-  --open SCREEN Show overview, map, large, duplicates, uninstall, tidy or
-                journal.
-  --select-app NAME
-                Show Uninstall with that app: its name, id or path.
-  --appearance light|dark
-  --snapshot FILE [--snapshot-delay SECONDS]
-                After the scan, write a picture of the window as PNG.
-  --simulate-hover COUNT
-                Before that, move the pointer over the window.
-  --diagnostics FILE
-                Write what the run took as JSON when it ends.
-  --quit-after-scan
-                End when all of this is done.
-)";
 
 namespace {
 

@@ -1,11 +1,6 @@
 #pragma once
 
-#include <string_view>
-
 namespace orbel {
-
-/// What `--help` says of the window.
-extern const std::string_view windowHelp;
 
 /// The application with its window: from the first line to the exit status, which is 1 when there is no
 /// display to open a window on. `count` and `words` are those of main() and must stay as they are.

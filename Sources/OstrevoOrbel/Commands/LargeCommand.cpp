@@ -1,0 +1,96 @@
+#include "Commands/CommandOutput.h"
+#include "Commands/CommandTable.h"
+#include "Commands/ItemJson.h"
+#include "Commands/Request.h"
+#include "Commands/RootScan.h"
+#include "Commands/UserContext.h"
+#include "Find/LargeOldQuery.h"
+#include "Util/JsonPath.h"
+#include "Util/JsonText.h"
+#include "Util/ParseNumber.h"
+
+#include <array>
+#include <nlohmann/json.hpp>
+
+namespace orbel {
+
+namespace {
+
+using nlohmann::json;
+
+/// The number that an option has; absent without the option. Anything else ends the process.
+std::optional<std::int64_t> countOf(const Request& request, std::string_view name) {
+    const auto text = request.value(name);
+    if (!text)
+        return std::nullopt;
+    const auto number = parseInteger(*text);
+    if (!number || *number < 0)
+        finishWrongUsage(std::string(name) + " takes a whole number, 0 or more");
+    return number;
+}
+
+LargeOldQuery queryIn(const Request& request) {
+    constexpr double secondsPerDay = 24.0 * 60 * 60;
+    LargeOldQuery query;
+    if (const auto bytes = countOf(request, "--min-bytes"))
+        query.minimumBytes = static_cast<std::uint64_t>(*bytes);
+    if (const auto days = countOf(request, "--unused-days"))
+        query.unusedFor =
+            *days == 0 ? std::nullopt : std::optional(static_cast<double>(*days) * secondsPerDay);
+    return query;
+}
+
+json rowJson(const LargeOldQuery::Row& row) {
+    auto object = itemJson(row.item);
+    object["bytes"] = row.bytes;
+    object["kind"] = rawValue(row.kind);
+    object["lastUsed"] = {{"date", iso8601(row.lastUsed.date)},
+                          {"source", rawValue(row.lastUsed.source)},
+                          {"record", rawValue(row.lastUsed.record)}};
+    object["openBy"] = json::array();
+    for (const auto& process : row.openBy)
+        object["openBy"].push_back({{"pid", process.pid}, {"name", process.name}});
+    return object;
+}
+
+void run(const Request& request) {
+    const auto query = queryIn(request);
+    const auto& root = request.operands.front();
+    const auto scan = scanOfRoot(root);
+    const UserContext user;
+    const InUseChecker::OpenFiles openFiles(takeMappedSnapshot());
+    json files = json::array();
+    std::uint64_t bytes = 0;
+    for (const auto& row : query.run(scan.tree, user.policy(), currentDate(), openFiles)) {
+        files.push_back(rowJson(row));
+        bytes += row.bytes;
+    }
+    json report{{"minimumBytes", query.minimumBytes},
+                {"unusedForSeconds", nullptr},
+                {"bytes", bytes},
+                {"unreadable", scan.tree.unreadableCount},
+                {"files", std::move(files)}};
+    putPath(report, "root", root);
+    if (query.unusedFor)
+        report["unusedForSeconds"] = static_cast<std::int64_t>(*query.unusedFor);
+    finish(prettyJson(report) + "\n");
+}
+
+constexpr std::array options{CommandOption{.name = "--min-bytes", .takes = "N"},
+                             CommandOption{.name = "--unused-days", .takes = "N"}};
+
+} // namespace
+
+constinit const Command largeCommand{
+    .name = "--large-json",
+    .operands = "ROOT",
+    .fewestOperands = 1,
+    .options = options,
+    .help =
+        "Print as JSON the files and packages in ROOT that take N bytes or more on disk (100000000 unless "
+        "given) and have not been used for N days (365 unless given, 0 for any age): when each was last "
+        "used and how that is known, who has it open, and whether it may be moved.",
+    .run = run,
+};
+
+} // namespace orbel

@@ -1,0 +1,69 @@
+#include "Commands/CommandOutput.h"
+#include "Commands/CommandTable.h"
+#include "Commands/ItemJson.h"
+#include "Commands/Request.h"
+#include "Commands/RootScan.h"
+#include "Commands/UserContext.h"
+#include "Find/BrokenShortcutFinder.h"
+#include "Find/EmptyFolderFinder.h"
+#include "Util/JsonPath.h"
+#include "Util/JsonText.h"
+
+#include <nlohmann/json.hpp>
+
+namespace orbel {
+
+namespace {
+
+using nlohmann::json;
+
+json rowJson(const EmptyFolderFinder::Row& row) {
+    auto object = itemJson(row.item);
+    object["bytes"] = row.item.estimatedBytes;
+    object["emptyFolders"] = row.nestedCount;
+    object["changed"] = iso8601(row.changed);
+    return object;
+}
+
+json rowJson(const BrokenShortcutFinder::Row& row) {
+    auto object = itemJson(row.item);
+    object["bytes"] = row.item.estimatedBytes;
+    object["kind"] = rawValue(row.kind);
+    object["state"] = rawValue(row.state);
+    putPath(object, "target", row.target);
+    return object;
+}
+
+template <class Row>
+json rowsJson(const std::vector<Row>& rows) {
+    json list = json::array();
+    for (const auto& row : rows)
+        list.push_back(rowJson(row));
+    return list;
+}
+
+void run(const Request& request) {
+    const auto& root = request.operands.front();
+    const auto tree = scanOfRoot(root).tree;
+    const UserContext user;
+    const auto now = currentDate();
+    json report{{"unreadable", tree.unreadableCount},
+                {"emptyFolders", rowsJson(EmptyFolderFinder().run(tree, user.policy(), now))},
+                {"brokenShortcuts", rowsJson(BrokenShortcutFinder().run(tree, user.policy(), now))}};
+    putPath(report, "root", root);
+    finish(prettyJson(report) + "\n");
+}
+
+} // namespace
+
+constinit const Command tidyCommand{
+    .name = "--tidy-json",
+    .operands = "ROOT",
+    .fewestOperands = 1,
+    .help = "Print as JSON the empty folders in ROOT, the topmost of those inside each other, and the broken "
+            "shortcuts: links, launchers and autostart entries that lead nowhere, and the file manager's "
+            "bookmarks whose folder is gone.",
+    .run = run,
+};
+
+} // namespace orbel
