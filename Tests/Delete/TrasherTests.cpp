@@ -261,6 +261,37 @@ TEST(Trasher, AMoveWithoutItsLineStandsInBothListsAndIsSettledLater) {
     EXPECT_TRUE(home.intentFiles().empty());
 }
 
+TEST(Trasher, MovesAnItemOnceWhateverElseNamesIt) {
+    MoverHome home;
+    home.file("a/folder/inside");
+    home.file("a/blocked/inside");
+    home.file("a/folder 2");
+    auto blocked = home.item("a/blocked");
+    blocked.blockedReason = "Not today";
+    const std::vector items{home.item("a/folder/inside"),
+                            home.item("a/folder"),
+                            home.item("a/folder 2"),
+                            home.item("a/folder", DeletionModule::largeOld),
+                            blocked,
+                            home.item("a/blocked/inside"),
+                            blocked};
+    std::vector<std::size_t> begun;
+    const auto progress = [&](std::size_t index, const DeletionItem&) { begun.push_back(index); };
+    for (const bool isRehearsal : {true, false}) {
+        begun.clear();
+        const auto report = isRehearsal ? home.trasher.rehearse(items, "session", progress, nullptr)
+                                        : home.trasher.run(items, "session", progress, nullptr);
+        EXPECT_EQ(titles(report.moved), (Names{"folder", "folder 2", "inside"}));
+        EXPECT_EQ(skipReason(report), "Not today");
+        EXPECT_EQ(begun, (std::vector<std::size_t>{1, 2, 4, 5})) << "counted in the list that was given";
+    }
+    // Of two for one path, the one that may be moved.
+    home.file("a/item");
+    auto refused = home.item("a/item");
+    refused.blockedReason = "Not today";
+    EXPECT_EQ(titles(home.run({refused, home.item("a/item")}).moved), Names{"item"});
+}
+
 TEST(Trasher, WhatWasToldToBeSkippedIsNoDoubtAfterACrash) {
     MoverHome home;
     const auto items = home.files({"a/fails", "a/crashes"});

@@ -128,6 +128,12 @@ TEST_F(MoveFlowOn, NothingMovesWithoutAJournal) {
               QStringList{QStringLiteral("Stopped: the journal could not be written.")});
 }
 
+TEST_F(MoveFlowOn, AConfirmationCountsEachItemOnce) {
+    measure();
+    moves().ask({ticked(films[0]), ticked(films[1]), ticked(films[0])});
+    EXPECT_EQ(moves().question(), QStringLiteral("Move 2 items to the Trash?"));
+}
+
 TEST_F(MoveFlowOn, StoppingFinishesTheItemInProgressAndTakesNoOther) {
     measure();
     bool startedScan = true;

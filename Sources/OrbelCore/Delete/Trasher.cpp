@@ -1,6 +1,7 @@
 #include "Delete/Trasher.h"
 
 #include "Delete/ItemChecks.h"
+#include "Delete/TakenAlong.h"
 #include "Journal/IntentLog.h"
 #include "Util/PathText.h"
 #include "Util/Utf8.h"
@@ -69,7 +70,10 @@ private:
 
 DeletionReport Run::over(std::span<const DeletionItem> items, const Trasher::Progress& progress,
                          const Trasher::IsCancelled& isCancelled) {
+    const auto isTakenAlong = takenAlong(items);
     for (std::size_t i = 0; i < items.size(); ++i) {
+        if (isTakenAlong[i])
+            continue;
         if (isCancelled && isCancelled()) {
             report_.cancelled = true;
             break;
