@@ -1,6 +1,7 @@
 #include "Delete/DeletionSession.h"
 #include "Delete/Trasher.h"
 #include "Journal/IntentSettling.h"
+#include "Journal/PutBack.h"
 #include "Support/ChildProcess.h"
 #include "Support/Faults.h"
 #include "Support/MoverHome.h"
@@ -229,6 +230,11 @@ TEST(Trasher, StopsBeforeAnythingMovesWithoutAJournal) {
         const auto report = home.run(items);
         EXPECT_EQ(skipReason(report), "Could not write the journal, so nothing was moved");
         EXPECT_TRUE(report.journalFailed);
+        EXPECT_EQ(report.journalFailure,
+                  isIntentTheProblem ? home.path(".local/share/Ostrevo Orbel/intents: Not a directory")
+                                     : home.journal->path() + ": is not a regular file");
+        EXPECT_EQ(titles(home.entries()), isIntentTheProblem ? Names{"one"} : Names{})
+            << "recorded where the journal itself can be written";
         EXPECT_TRUE(report.moved.empty());
         EXPECT_TRUE(home.contents().empty());
         EXPECT_EQ(home.fakeTrash->asked.size(), isIntentTheProblem ? 1 : 0) << "the second is not attempted";
@@ -251,6 +257,7 @@ TEST(Trasher, AMoveWithoutItsLineStandsInBothListsAndIsSettledLater) {
         "Moved to the Trash, but the journal could not be written. Put it back from the Trash in the file "
         "manager.");
     EXPECT_TRUE(report.journalFailed);
+    EXPECT_EQ(report.journalFailure, home.journal->path() + ": is not a regular file");
     EXPECT_EQ(home.intentFiles().size(), 1);
 
     home.mendJournal();
@@ -259,6 +266,19 @@ TEST(Trasher, AMoveWithoutItsLineStandsInBothListsAndIsSettledLater) {
     EXPECT_EQ(titles(settled.recorded), (Names{"two"}));
     EXPECT_EQ(titles(home.journal->restorable()), (Names{"one", "two"}));
     EXPECT_TRUE(home.intentFiles().empty());
+}
+
+TEST(Trasher, AMoveThatTheDiskDidNotConfirmIsNotRecorded) {
+    MoverHome home;
+    const auto items = home.files({"a/one", "a/two"});
+    home.fakeTrash->flushFailure = "Disk on fire";
+    const auto report = home.run(items);
+    EXPECT_EQ(titles(report.moved), Names{"one"});
+    EXPECT_EQ(titles(report.skipped), Names{"one"});
+    EXPECT_TRUE(report.journalFailed) << "the disk is not to be trusted with another move";
+    EXPECT_EQ(report.journalFailure, "Disk on fire");
+    EXPECT_TRUE(home.entries().empty()) << "the line could outlast the move";
+    EXPECT_EQ(titles(settleIntents(*home.journal).recorded), Names{"one"});
 }
 
 TEST(Trasher, MovesAnItemOnceWhateverElseNamesIt) {
@@ -314,7 +334,6 @@ TEST(Trasher, StopsWhenSomethingElseArrivesInTheTrash) {
              fs::rename(home.path("a/item"), home.path("a/aside"));
              home.file("a/item", "item");
          }},
-        {"edited meanwhile", [](const MoverHome& home) { home.file("a/item", "edited!"); }},
         {"a link in its place",
          [](const MoverHome& home) {
              fs::rename(home.path("a/item"), home.path("a/aside"));
@@ -344,6 +363,23 @@ TEST(Trasher, StopsWhenSomethingElseArrivesInTheTrash) {
         EXPECT_EQ(settleIntents(*home.journal), Settlement()) << "its outcome is known";
         EXPECT_EQ(home.entries(), lines);
     }
+}
+
+TEST(Trasher, AnItemChangedInTheLastMomentStopsTheRunAndCanBePutBack) {
+    MoverHome home;
+    const auto items = home.files({"a/item", "c/next"});
+    home.fakeTrash->beforeMoving = [&](const std::string&) { home.file("a/item", "edited!"); };
+    const auto report = home.run(items);
+    EXPECT_EQ(titles(report.moved), Names{"item"});
+    EXPECT_EQ(skipReason(report), "The moved item did not match the approved item — check the Trash");
+    EXPECT_TRUE(report.stoppedForMismatch);
+    EXPECT_FALSE(report.journalFailed);
+    EXPECT_TRUE(fs::exists(items[1].path));
+    ASSERT_EQ(home.entries().size(), 1);
+    EXPECT_EQ(home.entries()[0].trashedIdentity, TrashedIdentity::of(home.trashed("item")));
+    EXPECT_TRUE(home.intentFiles().empty());
+    const PutBack putBack(home.policy, home.journal, std::make_shared<test::FakeRestore>());
+    EXPECT_TRUE(putBack.putBackLast().results.at(0).restored);
 }
 
 TEST(Trasher, ANumberGivenAgainDoesNotPassForTheApprovedFile) {

@@ -214,7 +214,7 @@ void MoveFlow::closeReport() {
 
 void MoveFlow::putBackAll() {
     if (lastReport_ && report_.canPutBack())
-        app_.putBack()->putBackSession(lastReport_->sessionID, PutBack::Extent::notYetBack);
+        app_.putBack()->putBackSession(lastReport_->sessionID);
 }
 
 bool MoveFlow::isPuttingBack() const {
