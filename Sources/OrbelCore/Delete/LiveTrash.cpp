@@ -128,8 +128,8 @@ std::expected<TrashedItem, std::string> LiveTrash::moveToTrash(const std::string
         auto attempted = attemptMove(*source, name, *trash, stored, plan);
         if (!attempted)
             return std::unexpected(attempted.error());
-        if (*attempted)
-            return **std::move(attempted);
+        if (auto& moved = *attempted)
+            return *std::move(moved);
     }
     return std::unexpected("The Trash holds too many items of this name");
 }

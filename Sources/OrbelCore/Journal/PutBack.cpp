@@ -101,17 +101,17 @@ struct PutBack::Destination {
 
     /// Absent when another folder, a link or nothing has taken the place of the one that the item came from.
     static std::optional<Destination> open(const JournalEntry& entry) {
-        const auto& path = entry.originalParentRealPath;
-        auto folder = path ? HeldFolder::open(*path) : std::unexpected(ENOENT);
+        const auto path = entry.originalParentRealPath.value_or("");
+        auto folder = HeldFolder::open(path);
         const auto identity = folder ? folder->identity() : std::unexpected(ENOENT);
         if (!identity)
             return std::nullopt;
         Destination opened{.folder = *std::move(folder),
                            .identity = *identity,
-                           .folderPath = *path,
+                           .folderPath = path,
                            .name = std::string(lastPathComponent(entry.originalPath))};
         const auto& then = entry.originalParentIdentity;
-        const auto now = then ? TrashedIdentity::of(*path) : std::nullopt;
+        const auto now = then ? TrashedIdentity::of(path) : std::nullopt;
         if (then && (!now || !isSameObject(*then, *now)))
             return std::nullopt;
         return opened;
@@ -250,8 +250,9 @@ PutBackResult PutBack::moveBack(const JournalEntry& entry, JournalEntry line, co
         result.reason = "Put back into its folder, which was moved meanwhile";
     // A line would outlast a power cut that the move may not. The intent stays, and the next start records
     // it.
-    auto recorded = moved->flushFailure ? std::unexpected(JournalError{.words = *moved->flushFailure})
-                                        : journal_->append(line);
+    const auto& flushFailure = moved->flushFailure;
+    auto recorded =
+        flushFailure ? std::unexpected(JournalError{.words = *flushFailure}) : journal_->append(line);
     if (!recorded) {
         isEveryOutcomeKnown = false;
         result.reason = unjournalledReturn;
