@@ -14,9 +14,9 @@ namespace fs = std::filesystem;
 /// Accepts every move and moves nothing, so that the next round finds the items where they were.
 class NoTrash : public TrashOperations {
 public:
-    std::expected<std::string, std::string> moveToTrash(const std::string& path,
+    std::expected<TrashedItem, std::string> moveToTrash(const std::string& path,
                                                         const AboutToMove&) override {
-        return path;
+        return TrashedItem{.path = path};
     }
 };
 

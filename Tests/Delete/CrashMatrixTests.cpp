@@ -1,4 +1,5 @@
 #include "Journal/IntentSettling.h"
+#include "Support/JournalScene.h"
 #include "Support/ProgramHome.h"
 #include "Util/ReadFile.h"
 
@@ -61,12 +62,9 @@ public:
         return moveOne({"put-back", path()}, injection);
     }
 
-    /// What may be left in the Trash of a note without its item; it does no harm there.
-    enum class Left : std::uint8_t { nothing, unfinishedNote, note };
-
-    /// Whatever happened, there is exactly one item, whole; and once settled, the journal says where it is.
-    /// In the Trash it has its note.
-    void expectTold(Left left) const {
+    /// Whatever happened, there is exactly one item, whole; and once settled, the journal says where it is,
+    /// and the Trash holds the item with its note or neither.
+    void expectTold() const {
         JournalStore journal(journalPath());
         const auto settlement = settleIntents(journal);
         EXPECT_TRUE(settlement.doubts.empty()) << settlement.doubts.front().words;
@@ -78,13 +76,8 @@ public:
         EXPECT_EQ(readFile(isInPlace ? item_ : trashed("item")), content);
         const auto note = readFile(infoOf("item"));
         const bool isNoteWhole = note && note->ends_with("\n") && note->contains("DeletionDate=");
-        if (!isInPlace) {
-            EXPECT_TRUE(isNoteWhole);
-        } else if (left == Left::nothing) {
-            EXPECT_EQ(note, std::nullopt);
-        } else if (left == Left::unfinishedNote) {
-            EXPECT_FALSE(isNoteWhole);
-        }
+        EXPECT_EQ(note.has_value(), !isInPlace);
+        EXPECT_EQ(isNoteWhole, !isInPlace);
         EXPECT_EQ(journal.restorable().size(), isInPlace ? 0 : 1);
         const auto lines = entries();
         EXPECT_EQ(std::ranges::count(lines, Result::trashed, &JournalEntry::result),
@@ -128,7 +121,7 @@ protected:
         const auto run = subject.runMove({});
         EXPECT_TRUE(run.output.starts_with(GetParam() == Subject::Move::toTrash ? "moved\n" : "restored"))
             << run.output << run.errors;
-        subject.expectTold(Subject::Left::nothing);
+        subject.expectTold();
         return callsBetweenMarks(subject.trace());
     }
 };
@@ -145,7 +138,7 @@ TEST_P(CrashMatrix, AKillAtAnyCallLosesNothing) {
             subject.runMove({"-e", "inject=" + name + ":signal=KILL:when=" + std::to_string(index)});
         EXPECT_EQ(run.output, "") << "it was to die before it could say anything";
         before += subject.isInPlace() == isToTrash ? 1 : 0;
-        subject.expectTold(isToTrash ? Subject::Left::unfinishedNote : Subject::Left::nothing);
+        subject.expectTold();
         if (HasFailure())
             return;
     }
@@ -180,12 +173,30 @@ TEST_P(CrashMatrix, AFailureOfAnyCallIsToldAsItIs) {
             const bool saysInPlace = run.output.starts_with("skipped") || run.output.starts_with("restored");
             EXPECT_EQ(subject.isInPlace(), saysInPlace) << run.output;
             outcomes.insert(run.output.substr(0, run.output.find(':')));
-            subject.expectTold(Subject::Left::note);
+            subject.expectTold();
             if (HasFailure())
                 return;
         }
     }
     EXPECT_GE(outcomes.size(), 3) << "done, not done, and done without its line";
+}
+
+TEST_P(CrashMatrix, SettlingRecordsNoMoveBeforeItIsOnTheDisk) {
+    const bool isToTrash = GetParam() == Subject::Move::toTrash;
+    const test::JournalScene scene;
+    const auto intent = isToTrash ? scene.beginToTrash("item") : scene.beginPutBack("item");
+    scene.leaveBehind({intent});
+    test::move(intent);
+    const auto settle = [&](std::vector<std::string> words) {
+        words.insert(words.end(), {ORBEL_MOVE_ONE, "settle", scene.path});
+        return test::runProgram(words).output;
+    };
+    EXPECT_EQ(settle({"strace", "-o", "/dev/null", "-e", "inject=fsync:error=EIO:when=1"}),
+              "0 recorded, 1 failures\n");
+    EXPECT_TRUE(scene.content().empty());
+    EXPECT_TRUE(test::exists(intent.infoFile->path)) << "an item that is still in the Trash needs it";
+    EXPECT_EQ(settle({}), "1 recorded, 0 failures\n");
+    EXPECT_EQ(test::exists(intent.infoFile->path), isToTrash);
 }
 
 INSTANTIATE_TEST_SUITE_P(Moves, CrashMatrix, ::testing::Values(Subject::Move::toTrash, Subject::Move::back),

@@ -1,4 +1,5 @@
 #include "Delete/LiveTrash.h"
+#include "Journal/HeldFolder.h"
 #include "Journal/LiveRestore.h"
 #include "Support/RunProgram.h"
 #include "Support/TrashHome.h"
@@ -96,7 +97,8 @@ TEST_F(DesktopTrash, LetsGoOfWhatWasPutBack) {
     if (fs::exists(path))
         GTEST_SKIP() << "gio moves nothing to the Trash on a file system such as that of " << path;
     ASSERT_EQ(listed(1).size(), 1u);
-    const auto moved = LiveRestore().move(home.trashed("a b%c.txt"), path);
+    const auto moved =
+        LiveRestore().move(home.trashed("a b%c.txt"), HeldFolder::open(home.path()).value(), "a b%c.txt");
     ASSERT_TRUE(moved) << moved.error();
     EXPECT_EQ(readFile(path), "mine");
     EXPECT_EQ(home.contents(), Names{});

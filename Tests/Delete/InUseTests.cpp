@@ -9,9 +9,12 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <spawn.h>
+#include <stdexcept>
 
 #include <fcntl.h>
 #include <sys/mount.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -152,6 +155,42 @@ TEST(InUse, SeesMountedImages) {
     EXPECT_EQ(inUseNow(home.path("images")).users, (Users{{0, "loop device"}}));
     const auto device = attached.output.substr(0, attached.output.find('\n'));
     EXPECT_EQ(test::runProgram({"losetup", "--detach", device}).status, 0);
+}
+
+TEST(InUse, SeesSocketsThatAProgramListensAt) {
+    const TemporaryFolder home;
+    const auto path = home.path("run/service.sock");
+    home.folder("run");
+    fs::permissions(home.path(), fs::perms(0755)); // another user looks at it too
+    const auto listen = [&] {
+        sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+        path.copy(address.sun_path, sizeof address.sun_path - 1);
+        const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        if (::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0
+            || ::listen(socket, 1) != 0)
+            throw std::runtime_error("listen");
+        return socket;
+    };
+    {
+        const OtherProcess server("server", listen);
+        EXPECT_EQ(inUseNow(path).users, (Users{{server.pid(), "server"}}));
+        EXPECT_EQ(inUseNow(home.path("run")).reason, "In use by server");
+        fs::rename(path, home.path("aside"));
+        home.file("run/service.sock");
+        EXPECT_FALSE(inUseNow(path).reason) << "another file by that name";
+        fs::remove(path);
+        fs::rename(home.path("aside"), path);
+        if (test::isRoot())
+            test::inChildProcess([&] {
+                test::becomeOtherUser();
+                EXPECT_EQ(inUseNow(path).reason, "In use by another program") << "whose, may not be told";
+            });
+    }
+    EXPECT_FALSE(inUseNow(path).reason) << "the file stays, and nothing is behind it";
+    fs::remove(path);
+    const int own = listen();
+    EXPECT_FALSE(inUseNow(path).reason) << "this process does not count";
+    ::close(own);
 }
 
 TEST(InUse, NamesEachProgramOnceInStableOrder) {

@@ -30,7 +30,11 @@ std::chrono::system_clock::time_point atNoon() {
 
 std::expected<std::string, std::string> moveToTrash(const TrashHome& home, const std::string& path,
                                                     const AboutToMove& aboutToMove = goAhead) {
-    return LiveTrash(home.trash(), atNoon).moveToTrash(path, aboutToMove);
+    const auto moved = LiveTrash(home.trash(), atNoon).moveToTrash(path, aboutToMove);
+    if (!moved)
+        return std::unexpected(moved.error());
+    EXPECT_EQ(moved->flushFailure, std::nullopt);
+    return moved->path;
 }
 
 unsigned modeOf(const std::string& path) {

@@ -1,6 +1,7 @@
 #include "Delete/DeletionSession.h"
 #include "Delete/Trasher.h"
 #include "Journal/IntentSettling.h"
+#include "Journal/PutBack.h"
 #include "Support/ChildProcess.h"
 #include "Support/Faults.h"
 #include "Support/MoverHome.h"
@@ -238,6 +239,11 @@ TEST(Trasher, StopsBeforeAnythingMovesWithoutAJournal) {
         const auto report = home.run(items);
         EXPECT_EQ(skipReason(report), "Could not write the journal, so nothing was moved");
         EXPECT_TRUE(report.journalFailed);
+        EXPECT_EQ(report.journalFailure,
+                  isIntentTheProblem ? home.path(".local/share/Ostrevo Orbel/intents: Not a directory")
+                                     : home.journal->path() + ": is not a regular file");
+        EXPECT_EQ(titles(home.entries()), isIntentTheProblem ? Names{"one"} : Names{})
+            << "recorded where the journal itself can be written";
         EXPECT_TRUE(report.moved.empty());
         EXPECT_TRUE(home.contents().empty());
         EXPECT_EQ(home.fakeTrash->asked.size(), isIntentTheProblem ? 1 : 0) << "the second is not attempted";
@@ -260,6 +266,7 @@ TEST(Trasher, AMoveWithoutItsLineStandsInBothListsAndIsSettledLater) {
         "Moved to the Trash, but the journal could not be written. Put it back from the Trash in the file "
         "manager.");
     EXPECT_TRUE(report.journalFailed);
+    EXPECT_EQ(report.journalFailure, home.journal->path() + ": is not a regular file");
     EXPECT_EQ(home.intentFiles().size(), 1);
 
     home.mendJournal();
@@ -268,6 +275,50 @@ TEST(Trasher, AMoveWithoutItsLineStandsInBothListsAndIsSettledLater) {
     EXPECT_EQ(titles(settled.recorded), (Names{"two"}));
     EXPECT_EQ(titles(home.journal->restorable()), (Names{"one", "two"}));
     EXPECT_TRUE(home.intentFiles().empty());
+}
+
+TEST(Trasher, AMoveThatTheDiskDidNotConfirmIsNotRecorded) {
+    MoverHome home;
+    const auto items = home.files({"a/one", "a/two"});
+    home.fakeTrash->flushFailure = "Disk on fire";
+    const auto report = home.run(items);
+    EXPECT_EQ(titles(report.moved), Names{"one"});
+    EXPECT_EQ(titles(report.skipped), Names{"one"});
+    EXPECT_TRUE(report.journalFailed) << "the disk is not to be trusted with another move";
+    EXPECT_EQ(report.journalFailure, "Disk on fire");
+    EXPECT_TRUE(home.entries().empty()) << "the line could outlast the move";
+    EXPECT_EQ(titles(settleIntents(*home.journal).recorded), Names{"one"});
+}
+
+TEST(Trasher, MovesAnItemOnceWhateverElseNamesIt) {
+    MoverHome home;
+    home.file("a/folder/inside");
+    home.file("a/blocked/inside");
+    home.file("a/folder 2");
+    auto blocked = home.item("a/blocked");
+    blocked.blockedReason = "Not today";
+    const std::vector items{home.item("a/folder/inside"),
+                            home.item("a/folder"),
+                            home.item("a/folder 2"),
+                            home.item("a/folder", DeletionModule::largeOld),
+                            blocked,
+                            home.item("a/blocked/inside"),
+                            blocked};
+    std::vector<std::size_t> begun;
+    const auto progress = [&](std::size_t index, const DeletionItem&) { begun.push_back(index); };
+    for (const bool isRehearsal : {true, false}) {
+        begun.clear();
+        const auto report = isRehearsal ? home.trasher.rehearse(items, "session", progress, nullptr)
+                                        : home.trasher.run(items, "session", progress, nullptr);
+        EXPECT_EQ(titles(report.moved), (Names{"folder", "folder 2", "inside"}));
+        EXPECT_EQ(skipReason(report), "Not today");
+        EXPECT_EQ(begun, (std::vector<std::size_t>{1, 2, 4, 5})) << "counted in the list that was given";
+    }
+    // Of two for one path, the one that may be moved.
+    home.file("a/item");
+    auto refused = home.item("a/item");
+    refused.blockedReason = "Not today";
+    EXPECT_EQ(titles(home.run({refused, home.item("a/item")}).moved), Names{"item"});
 }
 
 TEST(Trasher, WhatWasToldToBeSkippedIsNoDoubtAfterACrash) {
@@ -292,7 +343,6 @@ TEST(Trasher, StopsWhenSomethingElseArrivesInTheTrash) {
              fs::rename(home.path("a/item"), home.path("a/aside"));
              home.file("a/item", "item");
          }},
-        {"edited meanwhile", [](const MoverHome& home) { home.file("a/item", "edited!"); }},
         {"a link in its place",
          [](const MoverHome& home) {
              fs::rename(home.path("a/item"), home.path("a/aside"));
@@ -322,6 +372,23 @@ TEST(Trasher, StopsWhenSomethingElseArrivesInTheTrash) {
         EXPECT_EQ(settleIntents(*home.journal), Settlement()) << "its outcome is known";
         EXPECT_EQ(home.entries(), lines);
     }
+}
+
+TEST(Trasher, AnItemChangedInTheLastMomentStopsTheRunAndCanBePutBack) {
+    MoverHome home;
+    const auto items = home.files({"a/item", "c/next"});
+    home.fakeTrash->beforeMoving = [&](const std::string&) { home.file("a/item", "edited!"); };
+    const auto report = home.run(items);
+    EXPECT_EQ(titles(report.moved), Names{"item"});
+    EXPECT_EQ(skipReason(report), "The moved item did not match the approved item — check the Trash");
+    EXPECT_TRUE(report.stoppedForMismatch);
+    EXPECT_FALSE(report.journalFailed);
+    EXPECT_TRUE(fs::exists(items[1].path));
+    ASSERT_EQ(home.entries().size(), 1);
+    EXPECT_EQ(home.entries()[0].trashedIdentity, TrashedIdentity::of(home.trashed("item")));
+    EXPECT_TRUE(home.intentFiles().empty());
+    const PutBack putBack(home.policy, home.journal, std::make_shared<test::FakeRestore>());
+    EXPECT_TRUE(putBack.putBackLast().results.at(0).restored);
 }
 
 TEST(Trasher, ANumberGivenAgainDoesNotPassForTheApprovedFile) {

@@ -30,6 +30,7 @@ DeletionReport fullReport() {
     report.skipped = {{.title = "gone", .path = "/home/ann/gone", .reason = "Already gone"}};
     report.cancelled = report.stoppedForMismatch = report.journalFailed = true;
     report.uncheckedProcesses = 1;
+    report.journalFailure = "/home/ann/journal.jsonl: No space left on device";
     return report;
 }
 
@@ -59,6 +60,7 @@ TEST(ReportRenderer, AReportTellsEverything) {
               "- Cancelled before all items ran.\n"
               "- Stopped: an item in the Trash did not match the approved item.\n"
               "- Stopped: the journal could not be written.\n"
+              "- Journal: /home/ann/journal.jsonl: No space left on device\n"
               "- Could not check 1 system processes for open files.\n"
               "\n"
               "## Moved to Trash (2)\n"
@@ -127,11 +129,14 @@ TEST(ReportRenderer, JsonReadsBackAsWhatWasWritten) {
 
 TEST(ReportRenderer, EveryKeyOfAReportIsRequiredAndOfItsType) {
     const json whole = fullReport();
-    ASSERT_EQ(whole.size(), 9u);
+    ASSERT_EQ(whole.size(), 10u);
+    EXPECT_FALSE(json(emptyReport()).contains("journalFailure"));
     for (const auto& [key, value] : whole.items()) {
         auto damaged = whole;
         damaged.erase(key);
-        EXPECT_THROW(damaged.get<DeletionReport>(), json::exception) << "without " << key;
+        if (key != "journalFailure") {
+            EXPECT_THROW(damaged.get<DeletionReport>(), json::exception) << "without " << key;
+        }
         damaged[key] = value.is_object() ? json(1) : json::object();
         EXPECT_THROW(damaged.get<DeletionReport>(), json::exception) << key << " of another type";
     }

@@ -132,6 +132,21 @@ TEST(IntentSettling, SomebodyElsesFilesAreNeitherBelievedNorRemoved) {
     }
 }
 
+TEST(IntentSettling, ANoteThatWasNotWrittenToItsEndIsRemoved) {
+    for (const bool isNameTaken : {false, true})
+        for (const std::size_t length : {0, 20}) {
+            JournalScene scene;
+            const auto intent = scene.beginToTrash("film.mp4");
+            const auto note = intent.infoFile->content.substr(0, length);
+            scene.home.file("trash/info/film.mp4.trashinfo", note);
+            if (isNameTaken)
+                scene.home.file("trash/files/film.mp4", "another film");
+            scene.leaveBehind({intent});
+            expectSettled(scene, {}, "a kill while the note was written");
+            EXPECT_EQ(exists(intent.infoFile->path), isNameTaken) << length;
+        }
+}
+
 TEST(IntentSettling, WhatWentToTheTrashInTheItemsPlaceIsToldAndKeepsItsNote) {
     JournalScene scene;
     const auto intent = scene.beginToTrash("film.mp4");
@@ -158,6 +173,8 @@ TEST(IntentSettling, AnObjectIsKnownByItsIdentityNotByItsNameOrState) {
     test::move(intent);
     scene.home.file("trash/files/film.mp4", "edited since, and of another length");
     expectSettled(scene, {.recorded = 1}, "another device number, edited");
+    EXPECT_EQ(scene.store.entries().back().trashedIdentity, TrashedIdentity::of(intent.destinationPath))
+        << "so that it can be put back as it is now";
 
     auto reused = scene.beginToTrash("reused");
     reused.persistent->birthNanos -= 1;
@@ -218,6 +235,15 @@ TEST(IntentSettling, WhatTheJournalHoldsAlreadyIsNotWrittenTwice) {
     ASSERT_TRUE(scene.store.append(restored.entry) && scene.store.append(gone.entry));
     fs::remove(gone.sourcePath);
     expectSettled(scene, {}, "both recorded");
+
+    // Another process was quicker to put it back, and it was moved on since.
+    const auto slower = scene.beginPutBack("slower");
+    auto quicker = slower.entry;
+    quicker.id = newUuid();
+    scene.leaveBehind({slower});
+    ASSERT_TRUE(scene.store.append(quicker));
+    fs::remove(slower.sourcePath);
+    expectSettled(scene, {}, "restored by another line");
 }
 
 TEST(IntentSettling, ATornLastLineHadNotBegunAndAnUnreadableOneIsKept) {

@@ -24,7 +24,9 @@ TEST(JournalLine, IsWrittenByteForByteAsDocumented) {
     EXPECT_EQ(journalLine(entry),
               R"({"appVersion":"1.2.3","approvedRealPath":"/home/ann/film.mp4","bytes":1234567,)"
               R"("id":"F81D4FAE-7DEC-41D0-A765-00A0C91E6BF6","mode":"trash","module":"largeOld",)"
-              R"("note":"Frees nothing while other links exist","originalParentRealPath":"/home/ann",)"
+              R"("note":"Frees nothing while other links exist",)"
+              R"("originalParentIdentity":{"device":65024,"inode":131074,"isDirectory":true,"size":4096},)"
+              R"("originalParentRealPath":"/home/ann",)"
               R"("originalPath":"/home/ann/film.mp4","reason":"none",)"
               R"("refersTo":"C0FFEE00-0000-4000-8000-000000000002","result":"trashed","root":"homeItem",)"
               R"("sessionID":"C0FFEE00-0000-4000-8000-000000000001","time":"2025-01-31T09:05:00Z",)"
@@ -61,9 +63,16 @@ TEST(JournalLine, ReadsBackEqualExceptForFractionsOfASecond) {
 TEST(JournalLine, EveryRequiredMemberMustBeThereAndOfItsType) {
     const auto entry = trashedEntry();
     const json whole = entry;
-    const std::set<std::string> optional{"originalParentRealPath", "approvedRealPath", "bytes", "trashPath",
-                                         "trashedIdentity",        "reason",           "note",  "refersTo"};
-    ASSERT_EQ(whole.size(), 18u);
+    const std::set<std::string> optional{"originalParentRealPath",
+                                         "originalParentIdentity",
+                                         "approvedRealPath",
+                                         "bytes",
+                                         "trashPath",
+                                         "trashedIdentity",
+                                         "reason",
+                                         "note",
+                                         "refersTo"};
+    ASSERT_EQ(whole.size(), 19u);
     for (const auto& [key, value] : whole.items()) {
         auto damaged = whole;
         damaged.erase(key);

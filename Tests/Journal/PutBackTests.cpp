@@ -29,6 +29,15 @@ protected:
         return {home.policy, home.journal, restore, std::nullopt, [this] { return home.now; }};
     }
 
+    /// The attempt fails with this reason, and neither the disk nor the journal changes.
+    void expectGone(const JournalEntry& entry, const std::string& reason) {
+        const auto before = home.entries();
+        EXPECT_EQ(putBack().putBack(entry), (PutBackResult{entry.title, entry.originalPath, false, reason}));
+        EXPECT_EQ(home.entries(), before);
+        EXPECT_TRUE(restore->asked.empty());
+        EXPECT_TRUE(home.intentFiles().empty());
+    }
+
     /// The only attempt fails with this reason, changes nothing, is recorded and may be repeated.
     void expectRefused(const JournalEntry& entry, const std::string& reason) {
         const auto before = home.entries();
@@ -93,6 +102,38 @@ TEST_F(PutBackTest, ASessionComesBackInReverseAndAFailureStopsNobody) {
     EXPECT_TRUE(putBack().putBackSession("session", [&] { return isCancelled; }).at(0).restored);
 }
 
+TEST_F(PutBackTest, TheLastSessionIsTheNewestOfWhichSomethingCanComeBack) {
+    EXPECT_TRUE(putBack().putBackLast().results.empty());
+    const auto move = [&](const char* session, const std::vector<std::string>& names) {
+        home.now += std::chrono::hours(1);
+        home.trasher.run(home.files(names), session, nullptr, nullptr);
+    };
+    move("old", {"a/back", "a/emptied"});
+    move("new", {"b/taken", "b/gone"});
+    fs::remove(home.trashed("emptied"));
+    fs::remove(home.trashed("gone"));
+    home.file("b/taken", "in the way");
+    constexpr auto gone = "No longer in the Trash (emptied or moved)";
+    constexpr auto taken = "Something already exists at the original location";
+
+    const auto lines = home.entries().size();
+    const auto old = putBack().putBackLast();
+    EXPECT_EQ(old.sessionID, "old") << "what is gone for good does not hold up the rest";
+    EXPECT_EQ(old.results, (std::vector<PutBackResult>{{"emptied", home.path("a/emptied"), false, gone},
+                                                       {"back", home.path("a/back"), true}}));
+    EXPECT_EQ(home.entries().size(), lines + 1);
+
+    const auto none = putBack().putBackLast();
+    EXPECT_EQ(none.sessionID, "new");
+    EXPECT_EQ(none.results, (std::vector<PutBackResult>{{"gone", home.path("b/gone"), false, gone},
+                                                        {"taken", home.path("b/taken"), false, taken}}));
+    EXPECT_EQ(home.entries().size(), lines + 1) << "nothing was tried";
+
+    fs::remove(home.path("b/taken"));
+    EXPECT_TRUE(putBack().putBackLast().results.at(1).restored);
+    EXPECT_EQ(home.entries().size(), lines + 2);
+}
+
 TEST_F(PutBackTest, WhatIsNoCompletedMoveHasNothingToPutBack) {
     const auto moved = trashed({"a/item"}).at(0);
     for (const auto spoil : std::initializer_list<void (*)(JournalEntry&)>{
@@ -108,12 +149,12 @@ TEST_F(PutBackTest, WhatIsNoCompletedMoveHasNothingToPutBack) {
 TEST_F(PutBackTest, WhatLiesInTheTrashMustBeWhatWasMoved) {
     const auto moved = trashed({"a/gone", "a/other", "a/longer", "b/folder/inside"});
     fs::remove(home.trashed("gone"));
-    expectRefused(moved[0], "No longer in the Trash (emptied or moved)");
+    expectGone(moved[0], "No longer in the Trash (emptied or moved)");
     fs::rename(home.trashed("other"), home.trashed("aside"));
     home.file(".local/share/Trash/files/other", "a/other");
-    expectRefused(moved[1], "The item in the Trash is a different file");
+    expectGone(moved[1], "The item in the Trash is a different file");
     home.file(".local/share/Trash/files/longer", "much longer than it was");
-    expectRefused(moved[2], "The item in the Trash is a different file");
+    expectGone(moved[2], "The item in the Trash is a different file");
     EXPECT_EQ(home.journal->restorable().size(), 4);
 }
 
@@ -132,7 +173,7 @@ TEST_F(PutBackTest, RecognisesAnItemAfterItsVolumeGotAnotherNumber) {
     moved.trashedIdentity->device += 1;
     auto other = moved;
     other.trashedIdentity->persistent->birthNanos += 1;
-    expectRefused(other, "The item in the Trash is a different file");
+    expectGone(other, "The item in the Trash is a different file");
     EXPECT_TRUE(putBack().putBack(moved).restored);
 }
 
@@ -141,13 +182,13 @@ TEST_F(PutBackTest, OnlyWhatLiesInATrashFolderComesBack) {
     auto elsewhere = moved;
     elsewhere.trashPath = home.path("a/elsewhere");
     fs::rename(home.trashed("item"), *elsewhere.trashPath);
-    expectRefused(elsewhere, "Not in a Trash folder");
+    expectGone(elsewhere, "Not in a Trash folder");
     fs::rename(*elsewhere.trashPath, home.trashed("item"));
 
     auto trash = moved;
     trash.trashPath = home.trash() + "/files";
     trash.trashedIdentity = TrashedIdentity::of(*trash.trashPath);
-    expectRefused(trash, "Not in a Trash folder");
+    expectGone(trash, "Not in a Trash folder");
     const PutBack otherTrash(home.policy, home.journal, restore,
                              std::vector{home.path("trash"), home.path("a")});
     EXPECT_EQ(otherTrash.reasonNotToRestore(moved), "Not in a Trash folder");
@@ -184,6 +225,50 @@ TEST_F(PutBackTest, TheOldFolderMustBeTheSameFolder) {
     expectRefused(unknown, reason);
 }
 
+TEST_F(PutBackTest, AnotherFolderOfTheSameNameIsNotTheOldFolder) {
+    const auto moved = trashed({"a/b/item"}).at(0);
+    ASSERT_EQ(moved.originalParentIdentity, TrashedIdentity::of(home.path("a/b")));
+    auto renumbered = moved; // as after a remount
+    renumbered.originalParentIdentity->device += 1;
+    EXPECT_EQ(putBack().reasonNotToRestore(renumbered).has_value(),
+              !moved.originalParentIdentity->persistent.has_value());
+
+    fs::rename(home.path("a/b"), home.path("a/moved"));
+    home.folder("a/b");
+    expectRefused(moved, "The original folder no longer exists or moved");
+    expectRefused(renumbered, "The original folder no longer exists or moved");
+    auto earlier = moved; // a line of a version that did not know the folder's identity
+    earlier.originalParentIdentity.reset();
+    EXPECT_TRUE(putBack().putBack(earlier).restored);
+}
+
+TEST_F(PutBackTest, ALinkThatTakesTheFoldersPlaceLeadsNowhere) {
+    const test::TemporaryFolder outside;
+    const auto moved = trashed({"a/b/item"}).at(0);
+    restore->beforeMoving = [&](const std::string&) {
+        test::replaceByLink(home.path("a/b"), home.path("a/moved"), outside.path());
+    };
+    EXPECT_EQ(putBack().putBack(moved),
+              (PutBackResult{"item", moved.originalPath, true,
+                             "Put back into its folder, which was moved meanwhile"}));
+    EXPECT_TRUE(fs::is_empty(outside.path()));
+    EXPECT_EQ(readFile(home.path("a/moved/item")), "a/b/item");
+    EXPECT_EQ(home.entries().back().result, Result::restored);
+}
+
+TEST_F(PutBackTest, AnotherProgramMayBeQuickerToPutItBack) {
+    const auto moved = trashed({"a/item"}).at(0);
+    const auto other = std::make_shared<FakeRestore>();
+    restore->beforeMoving = [&](const std::string&) {
+        EXPECT_TRUE(PutBack(home.policy, home.journal, other).putBack(moved).restored);
+    };
+    EXPECT_EQ(putBack().putBack(moved), (PutBackResult{"item", moved.originalPath, false,
+                                                       "No longer in the Trash (emptied or moved)"}));
+    EXPECT_EQ(home.entries().size(), 2);
+    EXPECT_TRUE(home.journal->restorable().empty());
+    EXPECT_TRUE(home.intentFiles().empty());
+}
+
 TEST_F(PutBackTest, ThePolicyHasTheLastWord) {
     const auto moved = trashed({"a/item"}).at(0);
     const auto from = [&](const std::string& relative) {
@@ -191,6 +276,7 @@ TEST_F(PutBackTest, ThePolicyHasTheLastWord) {
         entry.originalPath = home.path(relative);
         entry.originalParentRealPath = std::string(parentPath(entry.originalPath));
         fs::create_directories(*entry.originalParentRealPath);
+        entry.originalParentIdentity = TrashedIdentity::of(*entry.originalParentRealPath);
         return entry;
     };
     expectRefused(from("item"), "Cannot restore there: Too close to the home folder");
@@ -228,13 +314,16 @@ TEST_F(PutBackTest, WithoutAJournalNothingMoves) {
     const auto moved = trashed({"a/item"}).at(0);
     constexpr auto reason = "Could not write the journal, so nothing was put back";
     home.breakJournal();
-    EXPECT_EQ(putBack().putBack(moved).reason, reason);
+    EXPECT_EQ(putBack().putBack(moved), (PutBackResult{"item", moved.originalPath, false, reason,
+                                                       home.journal->path() + ": is not a regular file"}));
     home.mendJournal();
-    fs::remove_all(home.path(".local/share/Ostrevo Orbel/intents"));
-    home.file(".local/share/Ostrevo Orbel/intents", "not a folder");
-    EXPECT_EQ(putBack().putBack(moved), (PutBackResult{"item", moved.originalPath, false, reason}));
-    EXPECT_TRUE(restore->asked.empty());
     EXPECT_EQ(home.entries().size(), 1);
+    fs::remove_all(home.path(".local/share/Ostrevo Orbel/intents"));
+    const auto intents = home.file(".local/share/Ostrevo Orbel/intents", "not a folder");
+    EXPECT_EQ(putBack().putBack(moved),
+              (PutBackResult{"item", moved.originalPath, false, reason, intents + ": Not a directory"}));
+    EXPECT_TRUE(restore->asked.empty());
+    EXPECT_EQ(home.entries().back().reason, reason) << "the journal itself can be written";
 }
 
 TEST_F(PutBackTest, AFailedMoveIsToldInItsWords) {
@@ -248,10 +337,23 @@ TEST_F(PutBackTest, AFailedMoveIsToldInItsWords) {
 TEST_F(PutBackTest, AnUnrecordedReturnIsToldAndSettledLater) {
     const auto moved = trashed({"a/item"}).at(0);
     restore->afterMoving = [&](const std::string&) { home.breakJournal(); };
-    EXPECT_EQ(putBack().putBack(moved), (PutBackResult{"item", moved.originalPath, true,
-                                                       "Put back, but the journal could not be written"}));
+    const auto result = putBack().putBack(moved);
+    EXPECT_TRUE(result.restored);
+    EXPECT_EQ(result.reason, "Put back, but the journal could not be written");
+    EXPECT_EQ(result.journalFailure, home.journal->path() + ": is not a regular file");
     home.mendJournal();
     EXPECT_EQ(home.journal->restorable().size(), 1);
+    EXPECT_EQ(settleIntents(*home.journal).recorded.size(), 1);
+    EXPECT_TRUE(home.journal->restorable().empty());
+}
+
+TEST_F(PutBackTest, AReturnThatTheDiskDidNotConfirmIsNotRecorded) {
+    const auto moved = trashed({"a/item"}).at(0);
+    restore->flushFailure = "Disk on fire";
+    EXPECT_EQ(putBack().putBack(moved),
+              (PutBackResult{"item", moved.originalPath, true,
+                             "Put back, but the journal could not be written", "Disk on fire"}));
+    EXPECT_EQ(home.entries().size(), 1);
     EXPECT_EQ(settleIntents(*home.journal).recorded.size(), 1);
     EXPECT_TRUE(home.journal->restorable().empty());
 }

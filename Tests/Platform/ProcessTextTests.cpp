@@ -42,5 +42,25 @@ TEST(ProcessText, FindsTheFilesAmongTheMappings) {
                                                "7f006000-7f007000 2049:131 /usr/bin/a b\\012c"}));
 }
 
+TEST(ProcessText, FindsTheSocketsThatArePlacesToTurnTo) {
+    std::vector<std::string> found;
+    forEachBoundSocket("Num       RefCount Protocol Flags    Type St Inode Path\n"
+                       "0000000000000000: 00000002 00000000 00010000 0001 01 18310 /run/user/0/a b\n"
+                       "0000000000000000: 00000003 00000000 00000000 0001 03 18311 /run/user/0/a b\n"
+                       "0000000000000000: 00000002 00000000 00010000 0001 01 18312 @/abstract\n"
+                       "0000000000000000: 00000002 00000000 00010000 0001 01 18313 relative/path\n"
+                       "0000000000000000: 00000002 00000000 00000000 0002 01 18314 /run/log\n"
+                       "0000000000000000: 00000003 00000000 00000000 0001 03 18315\n"
+                       "ffff8881: 00000002 00000000 00010000 0005 01 4294967296 /run/packets",
+                       [&](const BoundSocket& bound) {
+                           found.push_back(std::to_string(bound.inode) + " " + std::string(bound.path));
+                       });
+    EXPECT_EQ(found, (std::vector<std::string>{"18310 /run/user/0/a b", "18314 /run/log",
+                                               "4294967296 /run/packets"}));
+    EXPECT_EQ(socketInode("socket:[18310]"), 18310u);
+    for (const auto* other : {"socket:[]", "socket:[18310", "pipe:[18310]", "/socket:[18310]", "socket:[1x]"})
+        EXPECT_EQ(socketInode(other), std::nullopt) << other;
+}
+
 } // namespace
 } // namespace orbel::platform

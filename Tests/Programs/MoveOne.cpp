@@ -1,13 +1,16 @@
-// Moves one item to the Trash, or all that is in the journal back, with the live parts and nothing beside
-// them: no other thread and no look at the processes. So every run makes the same system calls, and a test
-// can end it, or fail it, at each of them. They lie between two calls that do nothing.
+// Moves one item to the Trash, or all that is in the journal back, or settles intents, with the live parts
+// and nothing beside them: no other thread and no look at the processes. So every run makes the same system
+// calls, and a test can end it, or fail it, at each of them. Those of a move lie between two calls that do
+// nothing.
 //
 //   move-one trash HOME PATH
 //   move-one put-back HOME
+//   move-one settle JOURNAL
 
 #include "Delete/DeletionItem.h"
 #include "Delete/LiveTrash.h"
 #include "Delete/Trasher.h"
+#include "Journal/IntentSettling.h"
 #include "Journal/LiveRestore.h"
 #include "Journal/PutBack.h"
 
@@ -53,12 +56,23 @@ std::string outcomeOfPuttingBack(const std::string& home, const std::shared_ptr<
            + results[0].reason.value_or("");
 }
 
+std::string outcomeOfSettling(const std::string& journalPath) {
+    JournalStore journal(journalPath);
+    const auto settlement = settleIntents(journal);
+    return std::to_string(settlement.recorded.size()) + " recorded, "
+           + std::to_string(settlement.failures.size()) + " failures";
+}
+
 } // namespace
 
 int main(int count, char** words) {
     if (count < 3)
         return 2;
     const std::string home = words[2];
+    if (words[1] == std::string_view("settle")) {
+        std::puts(outcomeOfSettling(home).c_str());
+        return 0;
+    }
     const auto journal = std::make_shared<JournalStore>(home + "/.local/share/Ostrevo Orbel/journal.jsonl");
     const bool isTrashing = words[1] == std::string_view("trash") && count > 3;
     std::puts((isTrashing ? outcomeOfTrashing(home, journal, words[3]) : outcomeOfPuttingBack(home, journal))

@@ -1,5 +1,6 @@
 #include "Support/FakeMoves.h"
 
+#include "Journal/LiveRestore.h"
 #include "Util/PathText.h"
 
 #include <filesystem>
@@ -18,7 +19,7 @@ void call(const Hook& hook, const std::string& path) {
 
 } // namespace
 
-std::expected<std::string, std::string> FakeTrash::moveToTrash(const std::string& path,
+std::expected<TrashedItem, std::string> FakeTrash::moveToTrash(const std::string& path,
                                                                const AboutToMove& aboutToMove) {
     asked.push_back(path);
     fs::create_directories(files_);
@@ -31,19 +32,20 @@ std::expected<std::string, std::string> FakeTrash::moveToTrash(const std::string
     call(beforeMoving, path);
     fs::rename(path, target);
     call(afterMoving, target);
-    return target;
+    return TrashedItem{.path = target, .flushFailure = flushFailure};
 }
 
-std::expected<void, std::string> FakeRestore::move(const std::string& from, const std::string& to) {
-    asked.push_back(to);
+std::expected<RestoredItem, std::string> FakeRestore::move(const std::string& from, const HeldFolder& folder,
+                                                           const std::string& name) {
+    asked.push_back(from);
     if (failure)
         return std::unexpected(*failure);
     call(beforeMoving, from);
-    if (fs::exists(fs::symlink_status(to)))
-        return std::unexpected("Something already exists there");
-    fs::rename(from, to);
-    call(afterMoving, to);
-    return {};
+    auto moved = LiveRestore().move(from, folder, name);
+    call(afterMoving, from);
+    if (moved && flushFailure)
+        moved->flushFailure = flushFailure;
+    return moved;
 }
 
 } // namespace orbel::test

@@ -16,27 +16,29 @@ public:
     /// `files`: the folder that holds what was moved; made when missing.
     explicit FakeTrash(std::string files) : files_(std::move(files)) {}
 
-    std::expected<std::string, std::string> moveToTrash(const std::string& path,
+    std::expected<TrashedItem, std::string> moveToTrash(const std::string& path,
                                                         const AboutToMove& aboutToMove) override;
 
     std::vector<std::string> asked; ///< every path it was to move, in order
     std::function<void(const std::string&path)> beforeAsking, beforeMoving;
     std::function<void(const std::string& trashPath)> afterMoving;
-    std::optional<std::string> failure; ///< the words with which a move fails
+    std::optional<std::string> failure;      ///< the words with which a move fails
+    std::optional<std::string> flushFailure; ///< of every move that is made
 
 private:
     std::string files_;
 };
 
-/// Puts back by a rename that replaces nothing, with the same hooks.
+/// Puts back as the program does, with the same hooks.
 class FakeRestore : public RestoreOperations {
 public:
-    std::expected<void, std::string> move(const std::string& from, const std::string& to) override;
+    std::expected<RestoredItem, std::string> move(const std::string& from, const HeldFolder& folder,
+                                                  const std::string& name) override;
 
-    std::vector<std::string> asked; ///< every path it was to move to, in order
-    std::function<void(const std::string& from)> beforeMoving;
-    std::function<void(const std::string& to)> afterMoving;
+    std::vector<std::string> asked; ///< every path it was to move from, in order
+    std::function<void(const std::string&from)> beforeMoving, afterMoving;
     std::optional<std::string> failure;
+    std::optional<std::string> flushFailure;
 };
 
 } // namespace orbel::test

@@ -22,6 +22,8 @@ JournalEntry trashedEntry(const std::string& title) {
             .title = title,
             .originalPath = "/home/ann/" + title,
             .originalParentRealPath = "/home/ann",
+            .originalParentIdentity =
+                TrashedIdentity{.device = 65024, .inode = 131074, .size = 4096, .isDirectory = true},
             .approvedRealPath = "/home/ann/" + title,
             .root = AllowedRoot::homeItem,
             .bytes = 1'234'567,

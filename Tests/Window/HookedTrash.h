@@ -12,7 +12,7 @@ class HookedTrash final : public TrashOperations {
 public:
     explicit HookedTrash(const std::string& folder) : trash_(folder) {}
 
-    std::expected<std::string, std::string> moveToTrash(const std::string& path,
+    std::expected<TrashedItem, std::string> moveToTrash(const std::string& path,
                                                         const AboutToMove& aboutToMove) override {
         if (beforeMoving)
             beforeMoving(path);

@@ -132,14 +132,16 @@ TEST_F(JournalOn, TheLastBatchIsTheNewestThatStillCanComeBack) {
     app().putBack()->putBackLast();
     waitForPutBack();
     EXPECT_TRUE(fs::exists(past.video("z.mkv")));
-    EXPECT_EQ(app().putBack()->statement(), QStringLiteral("Put back “z.mkv”"));
+    EXPECT_EQ(app().putBack()->putBackMessage(),
+              QStringLiteral("Put back 1 of 2 items: “y.mkv”: No longer in the Trash (emptied or moved)"));
     app().putBack()->putBackLast();
     waitForPutBack();
-    EXPECT_EQ(app().putBack()->statement(), QStringLiteral("There is nothing to put back"));
+    EXPECT_EQ(app().putBack()->putBackMessage(),
+              QStringLiteral("“a.mkv” was not put back: No longer in the Trash (emptied or moved)"));
     EXPECT_EQ(std::ranges::count(past.journal.entries(), JournalEntry::Result::restoreFailed,
                                  &JournalEntry::result),
               0)
-        << "what cannot come back is not tried";
+        << "what is gone is not recorded again and again";
 }
 
 TEST_F(JournalOn, ASearchLooksInTitlesAndPathsAndAFoldHidesItems) {

@@ -125,7 +125,15 @@ TEST_F(MoveFlowOn, NothingMovesWithoutAJournal) {
     EXPECT_TRUE(fs::exists(films[0]) && fs::exists(films[1]));
     EXPECT_TRUE(moves().report()->isUntrustworthy());
     EXPECT_EQ(moves().report()->stops(),
-              QStringList{QStringLiteral("Stopped: the journal could not be written.")});
+              (QStringList{QStringLiteral("Stopped: the journal could not be written."),
+                           QStringLiteral("Journal: %1: is not a regular file")
+                               .arg(QString::fromStdString(home.path("journal/journal.jsonl")))}));
+}
+
+TEST_F(MoveFlowOn, AConfirmationCountsEachItemOnce) {
+    measure();
+    moves().ask({ticked(films[0]), ticked(films[1]), ticked(films[0])});
+    EXPECT_EQ(moves().question(), QStringLiteral("Move 2 items to the Trash?"));
 }
 
 TEST_F(MoveFlowOn, StoppingFinishesTheItemInProgressAndTakesNoOther) {

@@ -33,7 +33,8 @@ public:
                 LiveTrash(trash)
                     .moveToTrash(line.originalPath,
                                  [](const PlannedMove&) { return std::expected<void, std::string>(); })
-                    .value();
+                    .value()
+                    .path;
             line.trashedIdentity = TrashedIdentity::of(*line.trashPath);
             journal.append(line).value();
         }

@@ -39,6 +39,8 @@ struct DeletionReport {
     bool stoppedForMismatch = false;     ///< an item in the Trash was not the approved one
     bool journalFailed = false;          ///< stopped because the journal could not be written
     std::int64_t uncheckedProcesses = 0; ///< how many could not be checked for open files
+    /// Why the journal could not be written, where it could not; it names the file.
+    std::optional<std::string> journalFailure = std::nullopt;
 
     static constexpr std::string_view trashNote = "Disk space returns when you empty the Trash.";
 

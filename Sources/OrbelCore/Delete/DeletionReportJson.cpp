@@ -47,6 +47,8 @@ void to_json(json& object, const DeletionReport& report) {
               {"stoppedForMismatch", report.stoppedForMismatch},
               {"journalFailed", report.journalFailed},
               {"uncheckedProcesses", report.uncheckedProcesses}};
+    if (report.journalFailure)
+        object["journalFailure"] = *report.journalFailure;
 }
 
 void from_json(const json& object, DeletionReport& report) {
@@ -57,6 +59,8 @@ void from_json(const json& object, DeletionReport& report) {
               .stoppedForMismatch = booleanAt(object, "stoppedForMismatch"),
               .journalFailed = booleanAt(object, "journalFailed"),
               .uncheckedProcesses = signedAt(object, "uncheckedProcesses")};
+    if (optionalAt(object, "journalFailure") != nullptr)
+        report.journalFailure = textAt(object, "journalFailure");
     for (const auto& item : arrayAt(object, "moved")) {
         report.moved.push_back({.title = textAt(item, "title"),
                                 .path = textAt(item, "path"),

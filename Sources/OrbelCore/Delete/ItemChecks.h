@@ -26,6 +26,8 @@ struct ApprovedItem {
     bool isInPlace() const { return isAt(realPath); }
     /// Whether it lies, unchanged, at `path`.
     bool isAt(const std::string& path) const;
+    /// Whether it lies at `path`, perhaps changed.
+    bool isObjectAt(const std::string& path) const { return FileIdentity::of(path) == stamp.identity; }
 };
 
 /// The checks that every item must pass immediately before its move, in their order. Nothing here changes the

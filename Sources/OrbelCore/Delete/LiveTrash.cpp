@@ -57,28 +57,28 @@ bool isTaken(const HeldFolder& folder, const std::string& name) {
     return found || found.error() != ENOENT;
 }
 
-enum class Attempt : std::uint8_t { moved, nameTaken };
+/// Absent when the stored name turned out to be taken.
+using Attempt = std::optional<TrashedItem>;
 
 std::expected<Attempt, std::string> attemptMove(const HeldFolder& source, const std::string& name,
                                                 const TrashFolder& trash, const std::string& stored,
-                                                const std::string& infoContent) {
-    auto info = PendingTrashInfo::create(trash.info, stored + std::string(trashInfoSuffix), infoContent);
+                                                const PlannedMove& plan) {
+    auto info = PendingTrashInfo::create(trash.info, stored + std::string(trashInfoSuffix), plan.infoContent);
     if (!info && info.error() == EEXIST)
-        return Attempt::nameTaken;
+        return std::nullopt;
     if (!info)
         return std::unexpected("Its info file could not be written: "
                                + std::generic_category().message(info.error()));
     const auto moved = moveEntry(source, name, trash.files, stored);
     if (!moved && moved.error() == EEXIST)
-        return Attempt::nameTaken;
+        return std::nullopt;
     if (!moved)
         return std::unexpected(moveFailureText(moved.error()));
     info->keep();
-    // The item is in the Trash, whatever comes of these: the one honest answer is where. The source folder as
-    // well, because there are file systems on which the item would have both names after a power cut.
-    static_cast<void>(trash.files.synchronise());
-    static_cast<void>(source.synchronise());
-    return Attempt::moved;
+    TrashedItem item{.path = plan.trashPath};
+    if (const auto lasts = synchroniseMove(source, trash.files); !lasts)
+        item.flushFailure = flushFailureText(lasts.error());
+    return item;
 }
 
 } // namespace
@@ -86,7 +86,7 @@ std::expected<Attempt, std::string> attemptMove(const HeldFolder& source, const 
 LiveTrash::LiveTrash(std::string trashFolder, Clock now)
     : trashFolder_(std::move(trashFolder)), now_(std::move(now)) {}
 
-std::expected<std::string, std::string> LiveTrash::moveToTrash(const std::string& path,
+std::expected<TrashedItem, std::string> LiveTrash::moveToTrash(const std::string& path,
                                                                const AboutToMove& aboutToMove) {
     const auto itemPath = itemPathOf(path);
     if (!itemPath)
@@ -95,7 +95,10 @@ std::expected<std::string, std::string> LiveTrash::moveToTrash(const std::string
     if (const auto move = platform::systemTrash()) {
         if (auto go = aboutToMove({.trashPath = joinedPath(trashFolder_, name)}); !go)
             return std::unexpected(std::move(go.error()));
-        return move(*itemPath);
+        auto moved = move(*itemPath);
+        if (!moved)
+            return std::unexpected(std::move(moved.error()));
+        return TrashedItem{.path = *std::move(moved)};
     }
 
     const auto source = HeldFolder::open(std::string(parentPath(*itemPath)));
@@ -122,11 +125,11 @@ std::expected<std::string, std::string> LiveTrash::moveToTrash(const std::string
                                .infoContent = infoContent};
         if (auto go = aboutToMove(plan); !go)
             return std::unexpected(std::move(go.error()));
-        const auto attempted = attemptMove(*source, name, *trash, stored, infoContent);
+        auto attempted = attemptMove(*source, name, *trash, stored, plan);
         if (!attempted)
             return std::unexpected(attempted.error());
-        if (*attempted == Attempt::moved)
-            return plan.trashPath;
+        if (auto& moved = *attempted)
+            return *std::move(moved);
     }
     return std::unexpected("The Trash holds too many items of this name");
 }

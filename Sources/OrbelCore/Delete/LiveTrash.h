@@ -18,8 +18,8 @@ namespace orbel {
 ///    real path was found, and is refused. So is a Trash that is not wholly the user's own.
 ///  - The info file is complete and on the disk before the item moves, so that after a power cut the item
 ///    lies either at its place or in the Trash with a whole info file. When the move fails, it is removed.
-///  - A move that happened is reported as such, even when the disk could not be told to make it last: the
-///    item is in the Trash, and only what the caller then writes in its journal makes it findable.
+///  - A move that happened is reported as such, also when it could not be brought to stable storage; the
+///    report then says so.
 ///
 /// The sizes of folders that other programs may have noted in the Trash's file `directorysizes` are left
 /// alone: a noted size is void once its info file is not the one it was noted for, and whoever wants one that
@@ -32,7 +32,7 @@ public:
     /// the folders above it, for the user alone. `now` gives the time that the info files tell.
     explicit LiveTrash(std::string trashFolder, Clock now = std::chrono::system_clock::now);
 
-    std::expected<std::string, std::string> moveToTrash(const std::string& path,
+    std::expected<TrashedItem, std::string> moveToTrash(const std::string& path,
                                                         const AboutToMove& aboutToMove) override;
 
 private:

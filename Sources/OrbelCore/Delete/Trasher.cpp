@@ -1,6 +1,7 @@
 #include "Delete/Trasher.h"
 
 #include "Delete/ItemChecks.h"
+#include "Delete/TakenAlong.h"
 #include "Journal/IntentLog.h"
 #include "Util/PathText.h"
 #include "Util/Utf8.h"
@@ -16,6 +17,7 @@ namespace {
 
 constexpr auto journalUnwritable = "Could not write the journal, so nothing was moved";
 constexpr auto changed = "Changed since the scan — scan again";
+constexpr auto mismatch = "The moved item did not match the approved item — check the Trash";
 
 std::string unjournalledMove(std::string_view fileManager) {
     return "Moved to the Trash, but the journal could not be written. Put it back from the Trash in "
@@ -40,21 +42,27 @@ public:
 private:
     enum class Next : std::uint8_t { goOn, stop };
 
+    /// What outlives a remount of the item and of the folder that it came from.
+    struct Recognition {
+        std::optional<platform::PersistentIdentity> item;
+        std::optional<TrashedIdentity> folder;
+    };
+
     Date now() const { return std::chrono::floor<std::chrono::microseconds>(trasher_.now()); }
 
     Next handle(const DeletionItem& item);
     Next move(const DeletionItem& item, const ApprovedItem& approved);
-    Next confirm(const DeletionItem& item, const ApprovedItem& approved,
-                 const std::optional<platform::PersistentIdentity>& persistent, const std::string& trashPath);
+    Next confirm(const DeletionItem& item, const ApprovedItem& approved, Recognition known,
+                 const TrashedItem& trashed);
+    Next stopForMismatch(const DeletionItem& item, const std::string& trashPath);
 
     JournalEntry entry(const DeletionItem& item, JournalEntry::Result result) const;
     JournalEntry trashedEntry(const DeletionItem& item, const ApprovedItem& approved,
-                              const std::optional<platform::PersistentIdentity>& persistent,
-                              const std::string& trashPath) const;
+                              const Recognition& known, const std::string& trashPath) const;
     void reportSkipped(const DeletionItem& item, std::string reason);
     bool journalSkipped(JournalEntry line);
     Next skip(const DeletionItem& item, const std::string& reason);
-    Next stopForJournal(const DeletionItem& item, std::string reason);
+    Next stopForJournal(std::string why);
 
     const Trasher& trasher_;
     Kind kind_;
@@ -69,7 +77,10 @@ private:
 
 DeletionReport Run::over(std::span<const DeletionItem> items, const Trasher::Progress& progress,
                          const Trasher::IsCancelled& isCancelled) {
+    const auto isTakenAlong = takenAlong(items);
     for (std::size_t i = 0; i < items.size(); ++i) {
+        if (isTakenAlong[i])
+            continue;
         if (isCancelled && isCancelled()) {
             report_.cancelled = true;
             break;
@@ -99,24 +110,29 @@ Run::Next Run::handle(const DeletionItem& item) {
 }
 
 Run::Next Run::move(const DeletionItem& item, const ApprovedItem& approved) {
-    if (!trasher_.journal->preflight())
-        return stopForJournal(item, journalUnwritable);
-    const auto persistent = platform::persistentIdentity(approved.realPath, approved.stamp.identity.inode);
-    bool isIntentWritten = true;
+    if (const auto writable = trasher_.journal->preflight(); !writable) {
+        skip(item, journalUnwritable);
+        return stopForJournal(writable.error().words);
+    }
+    Recognition known{.item = platform::persistentIdentity(approved.realPath, approved.stamp.identity.inode),
+                      .folder = TrashedIdentity::of(std::string(parentPath(approved.realPath)))};
+    std::optional<JournalError> intentFailure;
+    std::optional<std::string> infoPath;
     bool isInPlace = true;
     const auto aboutToMove = [&](const PlannedMove& plan) -> std::expected<void, std::string> {
         MoveIntent intent{.kind = MoveIntent::Kind::toTrash,
-                          .entry = trashedEntry(item, approved, persistent, plan.trashPath),
+                          .entry = trashedEntry(item, approved, known, plan.trashPath),
                           .sourcePath = approved.realPath,
                           .destinationPath = plan.trashPath,
                           .stamp = approved.stamp,
-                          .persistent = persistent};
+                          .persistent = known.item};
         if (plan.infoPath)
             intent.infoFile = {.path = *plan.infoPath, .content = plan.infoContent};
         if (const auto written = intents_.begin(intent); !written) {
-            isIntentWritten = false;
-            return std::unexpected(written.error().words);
+            intentFailure = written.error();
+            return std::unexpected(intentFailure->words);
         }
+        infoPath = plan.infoPath;
         // Writing waits for the disk, long enough for something else to take the item's place; that stays.
         // What slips into the moment that is left, the check after the move finds.
         isInPlace = approved.isInPlace();
@@ -124,39 +140,58 @@ Run::Next Run::move(const DeletionItem& item, const ApprovedItem& approved) {
             return std::unexpected(changed);
         return {};
     };
-    const auto trashPath = trasher_.trash->moveToTrash(approved.realPath, aboutToMove);
-    if (trashPath)
-        return confirm(item, approved, persistent, *trashPath);
-    if (!isIntentWritten)
-        return stopForJournal(item, journalUnwritable);
-    return skip(item, isInPlace ? "Could not move to the Trash: " + trashPath.error() : changed);
+    const auto trashed = trasher_.trash->moveToTrash(approved.realPath, aboutToMove);
+    if (trashed)
+        return confirm(item, approved, std::move(known), *trashed);
+    if (intentFailure) {
+        skip(item, journalUnwritable);
+        return stopForJournal(std::move(intentFailure->words));
+    }
+    // Settling removes a note that was made for the item and could not be removed now.
+    if (infoPath && platform::fileStatus(*infoPath))
+        isEveryOutcomeKnown_ = false;
+    return skip(item, isInPlace ? "Could not move to the Trash: " + trashed.error() : changed);
 }
 
-Run::Next Run::confirm(const DeletionItem& item, const ApprovedItem& approved,
-                       const std::optional<platform::PersistentIdentity>& persistent,
-                       const std::string& trashPath) {
-    if (!approved.isAt(trashPath)) {
-        auto line = entry(item, JournalEntry::Result::skipped);
-        line.reason = "The moved item did not match the approved item — check the Trash";
-        line.trashPath = trashPath;
-        line.trashedIdentity = TrashedIdentity::of(trashPath);
-        reportSkipped(item, *line.reason);
-        // With its line written there is nothing to settle: where the approved object went, nobody can find
-        // out that could not be found out now.
-        isEveryOutcomeKnown_ = journalSkipped(std::move(line));
-        report_.stoppedForMismatch = true;
-        return Next::stop;
-    }
+Run::Next Run::confirm(const DeletionItem& item, const ApprovedItem& approved, Recognition known,
+                       const TrashedItem& trashed) {
+    const bool isUnchanged = approved.isAt(trashed.path);
+    // An item that was changed in the last moment is in the Trash and has to be found there.
+    if (!isUnchanged && !approved.isObjectAt(trashed.path))
+        return stopForMismatch(item, trashed.path);
     report_.moved.push_back(
         {.title = item.title, .path = item.path, .bytes = approved.bytes, .note = approved.note});
     // Asked again where it could not be told before: what outlives a remount is worth the call.
-    const auto known =
-        persistent ? persistent : platform::persistentIdentity(trashPath, approved.stamp.identity.inode);
-    if (!trasher_.journal->append(trashedEntry(item, approved, known, trashPath))) {
-        isEveryOutcomeKnown_ = false;
-        return stopForJournal(item, unjournalledMove(trasher_.policy.conventions().fileManager));
+    if (!known.item)
+        known.item = platform::persistentIdentity(trashed.path, approved.stamp.identity.inode);
+    auto line = trashedEntry(item, approved, known, trashed.path);
+    if (!isUnchanged) {
+        line.trashedIdentity = TrashedIdentity::of(trashed.path);
+        reportSkipped(item, mismatch);
+        report_.stoppedForMismatch = true;
     }
-    return Next::goOn;
+    // A line would outlast a power cut that the move may not. The intent stays, and the next start records
+    // it.
+    auto recorded = trashed.flushFailure ? std::unexpected(JournalError{.words = *trashed.flushFailure})
+                                         : trasher_.journal->append(line);
+    if (recorded)
+        return isUnchanged ? Next::goOn : Next::stop;
+    isEveryOutcomeKnown_ = false;
+    reportSkipped(item, unjournalledMove(trasher_.policy.conventions().fileManager));
+    return stopForJournal(std::move(recorded.error().words));
+}
+
+Run::Next Run::stopForMismatch(const DeletionItem& item, const std::string& trashPath) {
+    auto line = entry(item, JournalEntry::Result::skipped);
+    line.reason = mismatch;
+    line.trashPath = trashPath;
+    line.trashedIdentity = TrashedIdentity::of(trashPath);
+    reportSkipped(item, mismatch);
+    // With its line written there is nothing to settle: where the approved object went cannot be found out
+    // later either.
+    isEveryOutcomeKnown_ = journalSkipped(std::move(line)) && isEveryOutcomeKnown_;
+    report_.stoppedForMismatch = true;
+    return Next::stop;
 }
 
 JournalEntry Run::entry(const DeletionItem& item, JournalEntry::Result result) const {
@@ -171,14 +206,14 @@ JournalEntry Run::entry(const DeletionItem& item, JournalEntry::Result result) c
 }
 
 JournalEntry Run::trashedEntry(const DeletionItem& item, const ApprovedItem& approved,
-                               const std::optional<platform::PersistentIdentity>& persistent,
-                               const std::string& trashPath) const {
+                               const Recognition& known, const std::string& trashPath) const {
     auto line = entry(item, JournalEntry::Result::trashed);
     line.originalParentRealPath = parentPath(approved.realPath);
+    line.originalParentIdentity = known.folder;
     line.approvedRealPath = approved.realPath;
     line.bytes = approved.bytes;
     line.trashPath = trashPath;
-    line.trashedIdentity = TrashedIdentity::of(approved.stamp, persistent);
+    line.trashedIdentity = TrashedIdentity::of(approved.stamp, known.item);
     line.note = approved.note;
     return line;
 }
@@ -207,9 +242,9 @@ Run::Next Run::skip(const DeletionItem& item, const std::string& reason) {
     return Next::goOn;
 }
 
-Run::Next Run::stopForJournal(const DeletionItem& item, std::string reason) {
-    reportSkipped(item, std::move(reason));
+Run::Next Run::stopForJournal(std::string why) {
     report_.journalFailed = true;
+    report_.journalFailure = std::move(why);
     return Next::stop;
 }
 

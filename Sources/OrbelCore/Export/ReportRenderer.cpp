@@ -84,6 +84,8 @@ std::string ReportRenderer::markdown(const DeletionReport& report) {
         lines.add("- Stopped: an item in the Trash did not match the approved item.");
     if (report.journalFailed)
         lines.add("- Stopped: the journal could not be written.");
+    if (report.journalFailure)
+        lines.add("- Journal: " + *report.journalFailure);
     if (report.uncheckedProcesses >= 1)
         lines.add("- Could not check " + std::to_string(report.uncheckedProcesses)
                   + " system processes for open files.");

@@ -37,6 +37,7 @@ EntryReader::EntryReader()
                      {"mode", &entry_.mode},
                      {"module", &entry_.module},
                      {"note", &entry_.note},
+                     {"originalParentIdentity", &entry_.originalParentIdentity},
                      {"originalParentRealPath", &entry_.originalParentRealPath},
                      {"originalPath", &entry_.originalPath},
                      {"reason", &entry_.reason},
@@ -64,7 +65,8 @@ bool EntryReader::beginObject() {
         ++skippedDepth_;
         return true;
     }
-    if (std::holds_alternative<std::optional<TrashedIdentity>*>(slot_)) {
+    if (auto* const* const identity = std::get_if<std::optional<TrashedIdentity>*>(&slot_)) {
+        identityTarget_ = *identity;
         identity_.persistent.reset();
         return enter(Level::identity);
     }
@@ -84,7 +86,7 @@ bool EntryReader::endObject() {
         level_ = Level::identity;
         return true;
     case Level::identity:
-        entry_.trashedIdentity = identity_;
+        *identityTarget_ = identity_;
         level_ = Level::entry;
         return true;
     case Level::entry:

@@ -67,8 +67,9 @@ private:
 
     JournalEntry entry_;
     TrashedIdentity identity_;
+    std::optional<TrashedIdentity>* identityTarget_ = nullptr; ///< the member that identity_ is read for
     Persistent persistent_;
-    std::array<Member, 18> entryMembers_;
+    std::array<Member, 19> entryMembers_;
     std::array<Member, 5> identityMembers_;
     std::array<Member, 2> persistentMembers_;
 

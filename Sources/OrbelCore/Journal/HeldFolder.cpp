@@ -33,6 +33,13 @@ std::expected<FileIdentity, int> HeldFolder::identityOf(const std::string& name)
     return FileIdentity{.device = static_cast<std::uint32_t>(raw.st_dev), .inode = raw.st_ino};
 }
 
+std::expected<FileIdentity, int> HeldFolder::identity() const {
+    const auto status = platform::fileStatus(folder_.get());
+    if (!status)
+        return std::unexpected(errno);
+    return FileIdentity::of(*status);
+}
+
 std::expected<void, int> HeldFolder::synchronise() const {
     // What is held may serve for nothing but calls relative to it: it has to be opened for reading.
     const auto readable = openInside(".");
@@ -55,6 +62,23 @@ std::expected<void, int> moveEntry(const HeldFolder& fromFolder, const std::stri
     if (!moved && moved.error() != EEXIST && toFolder.identityOf(to) == *item && !fromFolder.identityOf(from))
         return {};
     return moved;
+}
+
+std::expected<void, int> synchroniseMove(const HeldFolder& fromFolder, const HeldFolder& toFolder) {
+    auto lasts = toFolder.synchronise();
+    const bool isNewNameOut = lasts.has_value();
+    if (isNewNameOut)
+        lasts = fromFolder.synchronise();
+    if (lasts || lasts.error() != EACCES)
+        return lasts;
+    // A folder that may not be read can be flushed only with all of its file system, through the other
+    // folder.
+    const auto other = (isNewNameOut ? toFolder : fromFolder).openInside(".");
+    if (!other)
+        return std::unexpected(other.error());
+    if (!platform::synchroniseFileSystem(other->descriptor()))
+        return std::unexpected(errno);
+    return {};
 }
 
 } // namespace orbel

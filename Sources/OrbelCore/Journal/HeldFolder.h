@@ -25,7 +25,10 @@ public:
     /// What `name` in this folder is, a link itself; an error of ENOENT says that nothing goes by that name.
     std::expected<FileIdentity, int> identityOf(const std::string& name) const;
 
-    /// Waits until the names in this folder are on the disk.
+    /// What the folder itself is.
+    std::expected<FileIdentity, int> identity() const;
+
+    /// Waits until the names in this folder are on the disk. EACCES when it may not be read.
     std::expected<void, int> synchronise() const;
 
 private:
@@ -38,5 +41,10 @@ private:
 /// renameExclusively). An error means that it did not move.
 std::expected<void, int> moveEntry(const HeldFolder& fromFolder, const std::string& from,
                                    const HeldFolder& toFolder, const std::string& to);
+
+/// Waits until a move between two folders is on the disk: the new name first, then that the old one is gone,
+/// because some file systems would otherwise show both after a power cut. After an error the move may or may
+/// not outlast a power cut, whatever a later call says.
+std::expected<void, int> synchroniseMove(const HeldFolder& fromFolder, const HeldFolder& toFolder);
 
 } // namespace orbel

@@ -1,14 +1,19 @@
 #include "Journal/IntentSettling.h"
 
+#include "Journal/HeldFolder.h"
 #include "Journal/IntentLog.h"
 #include "Journal/JournalJson.h"
+#include "Journal/MoveFailure.h"
 #include "Journal/PrivateFile.h"
+#include "Safety/RealPath.h"
 #include "Util/PathText.h"
 #include "Util/ReadFile.h"
 #include "Util/Uuid.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
+#include <expected>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string_view>
@@ -37,9 +42,15 @@ bool liesAt(const std::string& path, const MoveIntent& intent) {
     return isSameObject(then, *now);
 }
 
-/// The Trash's note of an attempt, in its open folder, if it is the very note that we wrote.
+/// The Trash's note of an attempt, in its open folder, if it is one that we wrote.
 class OwnNote {
 public:
+    enum class State : std::uint8_t {
+        none,       ///< there is no note, or it is another one
+        unfinished, ///< a beginning of ours, or nothing yet
+        whole
+    };
+
     explicit OwnNote(const MoveIntent& intent) {
         if (!intent.infoFile)
             return;
@@ -47,27 +58,78 @@ public:
         folder_ = openExistingFolder(std::string(parentPath(path)));
         name_ = lastPathComponent(path);
         const auto note = PrivateFile::open(folder_.get(), name_, PrivateFile::Access::read, path);
-        isThere_ = note && readFile(note->file.get()) == content && note->isStillAt(folder_.get(), name_);
+        const auto found = note ? readFile(note->file.get()) : std::nullopt;
+        if (found && content.starts_with(*found) && note->isStillAt(folder_.get(), name_))
+            state_ = *found == content ? State::whole : State::unfinished;
     }
 
-    bool isThere() const { return isThere_; }
+    bool isWhole() const { return state_ == State::whole; }
     void remove() const {
-        if (isThere_)
+        if (state_ != State::none)
             static_cast<void>(::unlinkat(folder_.get(), name_.c_str(), 0));
     }
 
 private:
     FileDescriptor folder_;
     std::string name_;
-    bool isThere_ = false;
+    State state_ = State::none;
 };
 
+std::expected<HeldFolder, int> folderOf(const std::string& path) {
+    const auto real = RealPath::resolve(std::string(parentPath(path)));
+    if (!real)
+        return std::unexpected(ENOENT);
+    return HeldFolder::open(*real);
+}
+
+/// Whether certainly nothing has the name in the Trash that the attempt's note belongs to.
+bool isNameFree(const MoveIntent& intent) {
+    const auto& path = intent.kind == MoveIntent::Kind::toTrash ? intent.destinationPath : intent.sourcePath;
+    const auto folder = folderOf(path);
+    return folder && folder->identityOf(std::string(lastPathComponent(path))) == std::unexpected(ENOENT);
+}
+
 /// Whether something else went to the Trash in the item's place, which is still at its own: it lies there
-/// with the note that was made for the item. Without that note nobody would know any more where it came from.
+/// with the whole note that was made for the item. Without that note its origin would be lost.
 bool somethingElseWent(const MoveIntent& intent) {
     return intent.kind == MoveIntent::Kind::toTrash && platform::fileStatus(intent.destinationPath)
-           && OwnNote(intent).isThere();
+           && OwnNote(intent).isWhole();
 }
+
+/// Brings a move that happened to stable storage. A folder that the item left may be gone meanwhile.
+std::expected<void, JournalError> makeLast(const MoveIntent& intent) {
+    const auto lasts = [&]() -> std::expected<void, int> {
+        const auto to = folderOf(intent.destinationPath);
+        if (!to)
+            return std::unexpected(to.error());
+        const auto from = folderOf(intent.sourcePath);
+        return from ? synchroniseMove(*from, *to) : to->synchronise();
+    }();
+    if (!lasts)
+        return std::unexpected(errorAt(intent.destinationPath, flushFailureText(lasts.error())));
+    return {};
+}
+
+/// What the journal holds already.
+struct Recorded {
+    std::unordered_set<std::string_view> ids;
+    std::unordered_set<std::string_view> restored; ///< what `restored` lines refer to
+
+    explicit Recorded(const std::vector<JournalEntry>& entries) {
+        for (const auto& entry : entries) {
+            ids.insert(entry.id);
+            if (entry.result == JournalEntry::Result::restored && entry.refersTo)
+                restored.insert(*entry.refersTo);
+        }
+    }
+
+    /// Also when another program was quicker to put the item back.
+    bool holds(const MoveIntent& intent) const {
+        return ids.contains(intent.entry.id)
+               || (intent.kind == MoveIntent::Kind::putBack && intent.entry.refersTo
+                   && restored.contains(*intent.entry.refersTo));
+    }
+};
 
 /// The intents of one file whose process is gone, while this object holds its lock.
 class AbandonedFile {
@@ -80,9 +142,9 @@ public:
         if (const auto moves = read(settlement); !moves.empty()) {
             // Asked only now, under the lock: whoever settled this file before us may have been interrupted.
             if (const auto entries = journal.read()) {
-                const auto recorded = idsOf(*entries);
+                const Recorded recorded(*entries);
                 for (const auto& attempts : moves)
-                    settle(attempts, recorded.contains(attempts.front().entry.id), journal, settlement);
+                    settle(attempts, recorded.holds(attempts.front()), journal, settlement);
             } else {
                 settlement.failures.push_back(entries.error().words);
             }
@@ -118,13 +180,6 @@ private:
         return moves;
     }
 
-    static std::unordered_set<std::string_view> idsOf(const std::vector<JournalEntry>& entries) {
-        std::unordered_set<std::string_view> ids;
-        for (const auto& entry : entries)
-            ids.insert(entry.id);
-        return ids;
-    }
-
     static void settle(const Attempts& attempts, bool isRecorded, JournalStore& journal,
                        Settlement& settlement) {
         const auto arrived = std::ranges::find_if(
@@ -147,17 +202,33 @@ private:
                      .words = doubt(intent, "something else went to the Trash in its place")});
             return;
         }
-        if (isThere && !isRecorded) {
-            if (const auto appended = journal.append(intent.entry); !appended) {
-                settlement.failures.push_back(appended.error().words);
+        if (isThere)
+            if (const auto kept = keep(intent, isRecorded, journal, settlement); !kept) {
+                settlement.failures.push_back(kept.error().words);
                 return;
             }
-            settlement.recorded.push_back(intent.entry);
-        }
-        const bool isInTrash = isThere == (intent.kind == MoveIntent::Kind::toTrash);
         for (const auto& attempt : attempts)
-            if (!isInTrash || &attempt != &intent)
+            if (isNameFree(attempt))
                 OwnNote(attempt).remove();
+    }
+
+    /// Makes a move last and writes its line, unless that is done.
+    static std::expected<void, JournalError> keep(const MoveIntent& intent, bool isRecorded,
+                                                  JournalStore& journal, Settlement& settlement) {
+        if (!isRecorded || intent.kind == MoveIntent::Kind::putBack)
+            if (auto lasts = makeLast(intent); !lasts)
+                return lasts;
+        if (isRecorded)
+            return {};
+        auto entry = intent.entry;
+        // It may have been written to since, and is to be recognised as it is now.
+        if (auto now = TrashedIdentity::of(intent.destinationPath);
+            now && intent.kind == MoveIntent::Kind::toTrash)
+            entry.trashedIdentity = std::move(now);
+        if (auto appended = journal.append(entry); !appended)
+            return appended;
+        settlement.recorded.push_back(std::move(entry));
+        return {};
     }
 
     static std::string doubt(const MoveIntent& intent, std::string_view found) {

@@ -29,10 +29,11 @@ struct Settlement {
 };
 
 /// Settles the intents beside the journal whose process is gone. For each move without a line in the journal
-/// it looks for the object at both ends: found only where it was moved to, the missing line is written; found
-/// only where it was, nothing is written and a note in the Trash that is exactly ours is removed; otherwise
-/// it is a doubt. May be called at any time by any number of processes, and again after it was interrupted at
-/// any point.
+/// it looks for the object at both ends: found only where it was moved to, the move is brought to stable
+/// storage and the missing line is written; found only where it was, nothing is written; otherwise it is a
+/// doubt. A note in the Trash that was made for an item which is not there is removed, also one that was not
+/// written to its end. May be called at any time by any number of processes, and again after it was
+/// interrupted at any point.
 Settlement settleIntents(JournalStore& journal);
 
 /// A journal that may be read: the moves whose lines an earlier crash kept from it are in it.

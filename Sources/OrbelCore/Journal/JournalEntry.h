@@ -27,6 +27,8 @@ struct JournalEntry {
     std::string title;
     std::string originalPath; ///< where the item was, and is to be put back
     std::optional<std::string> originalParentRealPath = std::nullopt;
+    /// What that folder is recognised by; absent in the lines of earlier versions.
+    std::optional<TrashedIdentity> originalParentIdentity = std::nullopt;
     std::optional<std::string> approvedRealPath = std::nullopt;
     AllowedRoot root = AllowedRoot::homeItem;
     std::optional<std::uint64_t> bytes = std::nullopt; ///< what the move was measured to free

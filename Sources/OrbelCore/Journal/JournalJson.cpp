@@ -47,6 +47,7 @@ void to_json(json& object, const JournalEntry& entry) {
               {"result", rawValue(entry.result)},
               {"appVersion", entry.appVersion}};
     putIfPresent(object, "originalParentRealPath", entry.originalParentRealPath);
+    putIfPresent(object, "originalParentIdentity", entry.originalParentIdentity);
     putIfPresent(object, "approvedRealPath", entry.approvedRealPath);
     putIfPresent(object, "bytes", entry.bytes);
     putIfPresent(object, "trashPath", entry.trashPath);

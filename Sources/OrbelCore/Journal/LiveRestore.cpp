@@ -55,21 +55,17 @@ void removeInfoFile(const Place& left) {
 
 } // namespace
 
-std::expected<void, std::string> LiveRestore::move(const std::string& from, const std::string& to) {
+std::expected<RestoredItem, std::string> LiveRestore::move(const std::string& from, const HeldFolder& folder,
+                                                           const std::string& name) {
     const auto source = placeOf(from);
     if (!source)
         return std::unexpected(source.error());
-    const auto target = placeOf(to);
-    if (!target)
-        return std::unexpected(target.error());
-    if (const auto moved = moveEntry(source->folder, source->name, target->folder, target->name); !moved)
+    if (const auto moved = moveEntry(source->folder, source->name, folder, name); !moved)
         return std::unexpected(moveFailureText(moved.error()));
-    // The item is back whatever becomes of these. They come before the info file goes: after a power cut, an
-    // item that the disk still has in the Trash must still have it.
-    const bool lasts = target->folder.synchronise().has_value() && source->folder.synchronise().has_value();
-    if (lasts)
-        removeInfoFile(*source);
-    return {};
+    if (const auto lasts = synchroniseMove(source->folder, folder); !lasts)
+        return RestoredItem{.flushFailure = flushFailureText(lasts.error())};
+    removeInfoFile(*source);
+    return RestoredItem();
 }
 
 } // namespace orbel

@@ -25,4 +25,8 @@ std::string moveFailureText(int error) {
     }
 }
 
+std::string flushFailureText(int error) {
+    return "The disk did not confirm the move: " + std::generic_category().message(error);
+}
+
 } // namespace orbel

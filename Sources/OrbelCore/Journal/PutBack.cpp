@@ -1,5 +1,6 @@
 #include "Journal/PutBack.h"
 
+#include "Journal/HeldFolder.h"
 #include "Journal/IntentLog.h"
 #include "Platform/HeldObject.h"
 #include "Safety/RealPath.h"
@@ -9,6 +10,7 @@
 #include "Util/Uuid.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <ranges>
 #include <utility>
 
@@ -18,28 +20,9 @@ namespace {
 
 constexpr auto differentFile = "The item in the Trash is a different file";
 constexpr auto journalUnwritable = "Could not write the journal, so nothing was put back";
-
-/// The object that lies in the Trash, held so that it cannot be mistaken for another one.
-struct TrashedObject {
-    platform::HeldObject held;
-    FileStamp stamp;
-    std::optional<platform::PersistentIdentity> persistent;
-
-    /// Absent when what lies there is not what was moved.
-    static std::optional<TrashedObject> hold(const std::string& path, const TrashedIdentity& moved) {
-        auto held = platform::HeldObject::hold(path);
-        const auto status = held ? held->status() : std::nullopt;
-        if (!status)
-            return std::nullopt;
-        const auto stamp = FileStamp::of(*status);
-        auto persistent = platform::persistentIdentity(path, stamp.identity.inode);
-        if (!isSameObject(moved, TrashedIdentity::of(stamp, persistent)))
-            return std::nullopt;
-        return TrashedObject{*std::move(held), stamp, std::move(persistent)};
-    }
-
-    bool isAt(const std::string& path) const { return FileIdentity::of(path) == stamp.identity; }
-};
+constexpr auto unjournalledReturn = "Put back, but the journal could not be written";
+constexpr auto folderGone = "The original folder no longer exists or moved";
+constexpr auto occupied = "Something already exists at the original location";
 
 /// The Trash's own note of an item in its files/ folder, so that it can be removed later should a crash keep
 /// that from being done now; absent where there is none or it is not one of the usual kind.
@@ -59,7 +42,88 @@ std::optional<MoveIntent::InfoFile> noteOf(const std::string& trashPath) {
     return MoveIntent::InfoFile{.path = std::move(path), .content = *std::move(content)};
 }
 
+/// A line that was missing may stand after those of a newer session, so the times decide; of equal ones, the
+/// later line.
+std::vector<const JournalEntry*> newestFirst(const std::vector<JournalEntry>& entries) {
+    std::vector<const JournalEntry*> sorted;
+    for (const auto& entry : entries | std::views::reverse)
+        sorted.push_back(&entry);
+    std::ranges::stable_sort(sorted, std::ranges::greater(), &JournalEntry::time);
+    return sorted;
+}
+
+/// Those of a session, the last one first.
+std::vector<JournalEntry> entriesOf(const std::string& sessionID, const std::vector<JournalEntry>& entries) {
+    std::vector<JournalEntry> found;
+    for (const auto& entry : entries | std::views::reverse)
+        if (entry.sessionID == sessionID)
+            found.push_back(entry);
+    return found;
+}
+
+PutBackResult resultFor(const JournalEntry& entry) {
+    return {.title = entry.title, .path = entry.originalPath};
+}
+
 } // namespace
+
+/// The object that lies in the Trash, held so that it cannot be mistaken for another one.
+struct PutBack::TrashedObject {
+    platform::HeldObject held;
+    FileStamp stamp;
+    std::optional<platform::PersistentIdentity> persistent;
+
+    /// Absent when what lies there is not what was moved.
+    static std::optional<TrashedObject> hold(const std::string& path, const TrashedIdentity& moved) {
+        auto held = platform::HeldObject::hold(path);
+        const auto status = held ? held->status() : std::nullopt;
+        if (!status)
+            return std::nullopt;
+        const auto stamp = FileStamp::of(*status);
+        auto persistent = platform::persistentIdentity(path, stamp.identity.inode);
+        if (!isSameObject(moved, TrashedIdentity::of(stamp, persistent)))
+            return std::nullopt;
+        return TrashedObject{*std::move(held), stamp, std::move(persistent)};
+    }
+
+    bool isAt(const std::string& path) const { return FileIdentity::of(path) == stamp.identity; }
+    bool isIn(const HeldFolder& folder, const std::string& name) const {
+        return folder.identityOf(name) == stamp.identity;
+    }
+};
+
+/// Where an item belongs: its old folder, held open, and its name in it.
+struct PutBack::Destination {
+    HeldFolder folder;
+    FileIdentity identity;  ///< of the folder
+    std::string folderPath; ///< real
+    std::string name;
+
+    /// Absent when another folder, a link or nothing has taken the place of the one that the item came from.
+    static std::optional<Destination> open(const JournalEntry& entry) {
+        const auto path = entry.originalParentRealPath.value_or("");
+        auto folder = HeldFolder::open(path);
+        const auto identity = folder ? folder->identity() : std::unexpected(ENOENT);
+        if (!identity)
+            return std::nullopt;
+        Destination opened{.folder = *std::move(folder),
+                           .identity = *identity,
+                           .folderPath = path,
+                           .name = std::string(lastPathComponent(entry.originalPath))};
+        const auto& then = entry.originalParentIdentity;
+        const auto now = then ? TrashedIdentity::of(path) : std::nullopt;
+        if (then && (!now || !isSameObject(*then, *now)))
+            return std::nullopt;
+        return opened;
+    }
+
+    bool isTaken() const { return folder.identityOf(name).has_value(); }
+    bool isAtItsPath() const { return FileIdentity::of(folderPath) == identity; }
+};
+
+std::string PutBackResult::explanation() const {
+    return reason.value_or("") + (journalFailure ? " (" + *journalFailure + ")" : "");
+}
 
 PutBack::PutBack(SafetyPolicy policy, std::shared_ptr<JournalStore> journal,
                  std::shared_ptr<RestoreOperations> restore,
@@ -79,17 +143,43 @@ std::optional<PutBackResult> PutBack::putBackEntry(const std::string& entryID) c
 }
 
 std::vector<PutBackResult> PutBack::putBackSession(const std::string& sessionID,
-                                                   const IsCancelled& isCancelled, Extent extent) const {
+                                                   const IsCancelled& isCancelled) const {
+    return putBackAll(entriesOf(sessionID, journal_->restorable()), isCancelled);
+}
+
+PutBackSession PutBack::putBackLast(const IsCancelled& isCancelled) const {
+    const auto restorable = journal_->restorable();
+    const auto byTime = newestFirst(restorable);
+    if (byTime.empty())
+        return {};
+    const auto possible = std::ranges::find_if(
+        byTime, [this](const JournalEntry* entry) { return !reasonNotToRestore(*entry); });
+    PutBackSession last{.sessionID = (possible == byTime.end() ? byTime.front() : *possible)->sessionID,
+                        .results = {}};
+    const auto entries = entriesOf(last.sessionID, restorable);
+    if (possible != byTime.end()) {
+        last.results = putBackAll(entries, isCancelled);
+        return last;
+    }
+    for (const auto& entry : entries) {
+        last.results.push_back(resultFor(entry));
+        last.results.back().reason = reasonNotToRestore(entry);
+    }
+    return last;
+}
+
+PutBackResult PutBack::putBack(const JournalEntry& entry) const {
+    return putBackAll({&entry, 1}, nullptr).front();
+}
+
+std::vector<PutBackResult> PutBack::putBackAll(std::span<const JournalEntry> entries,
+                                               const IsCancelled& isCancelled) const {
     IntentLog intents(journal_->path());
     bool isEveryOutcomeKnown = true;
     std::vector<PutBackResult> results;
-    for (const auto& entry : journal_->restorable() | std::views::reverse) {
-        if (entry.sessionID != sessionID)
-            continue;
+    for (const auto& entry : entries) {
         if (isCancelled && isCancelled())
             break;
-        if (extent == Extent::possibleNow && reasonNotToRestore(entry))
-            continue;
         results.push_back(putBack(entry, intents, isEveryOutcomeKnown));
     }
     if (isEveryOutcomeKnown)
@@ -97,67 +187,76 @@ std::vector<PutBackResult> PutBack::putBackSession(const std::string& sessionID,
     return results;
 }
 
-/// A line that was missing may stand after those of a newer session, so the times decide; of equal ones, the
-/// later line.
-std::optional<std::string> PutBack::newestSession(Extent extent) const {
-    auto restorable = journal_->restorable();
-    std::ranges::reverse(restorable);
-    std::ranges::stable_sort(restorable, std::ranges::greater(), &JournalEntry::time);
-    const auto newest = std::ranges::find_if(restorable, [&](const JournalEntry& entry) {
-        return extent == Extent::notYetBack || !reasonNotToRestore(entry);
-    });
-    return newest == restorable.end() ? std::nullopt : std::optional(newest->sessionID);
-}
-
-PutBackResult PutBack::putBack(const JournalEntry& entry) const {
-    IntentLog intents(journal_->path());
-    bool isEveryOutcomeKnown = true;
-    auto result = putBack(entry, intents, isEveryOutcomeKnown);
-    if (isEveryOutcomeKnown)
-        intents.close();
-    return result;
-}
-
 PutBackResult PutBack::putBack(const JournalEntry& entry, IntentLog& intents,
                                bool& isEveryOutcomeKnown) const {
     auto line = newLine(entry);
-    if (auto reason = reasonNotToRestore(entry))
-        return fail(std::move(line), *std::move(reason));
+    const auto destination = destinationOf(entry);
+    if (!destination)
+        return refuse(std::move(line), destination.error());
     const auto trashPath = entry.trashPath.value_or("");
     const auto object = TrashedObject::hold(trashPath, entry.trashedIdentity.value_or(TrashedIdentity()));
     if (!object)
-        return fail(std::move(line), differentFile);
+        return refuseAsGone(entry, std::move(line));
 
-    PutBackResult result{.title = entry.title, .path = entry.originalPath};
     line.result = JournalEntry::Result::restored;
-    const bool isRecordable = journal_->preflight().has_value()
-                              && intents.begin({.kind = MoveIntent::Kind::putBack,
-                                                .entry = line,
-                                                .sourcePath = trashPath,
-                                                .destinationPath = entry.originalPath,
-                                                .stamp = object->stamp,
-                                                .persistent = object->persistent,
-                                                .infoFile = noteOf(trashPath)});
-    if (!isRecordable) {
+    if (const auto writable = journal_->preflight(); !writable) {
+        auto result = resultFor(entry);
         result.reason = journalUnwritable;
+        result.journalFailure = writable.error().words;
         return result;
     }
-    // Writing waits for the disk, long enough for something else to take the item's place.
-    if (!object->isAt(trashPath))
-        return fail(std::move(line), differentFile);
-    if (const auto moved = restore_->move(trashPath, entry.originalPath); !moved)
+    const MoveIntent intent{.kind = MoveIntent::Kind::putBack,
+                            .entry = line,
+                            .sourcePath = trashPath,
+                            .destinationPath = joinedPath(destination->folderPath, destination->name),
+                            .stamp = object->stamp,
+                            .persistent = object->persistent,
+                            .infoFile = noteOf(trashPath)};
+    if (const auto begun = intents.begin(intent); !begun) {
+        auto result = fail(std::move(line), journalUnwritable);
+        result.journalFailure = begun.error().words;
+        return result;
+    }
+    auto result = moveBack(entry, std::move(line), *object, *destination, isEveryOutcomeKnown);
+    // Settling removes the note of an item that is back.
+    if (result.restored && intent.infoFile && platform::fileStatus(intent.infoFile->path))
+        isEveryOutcomeKnown = false;
+    return result;
+}
+
+PutBackResult PutBack::moveBack(const JournalEntry& entry, JournalEntry line, const TrashedObject& object,
+                                const Destination& destination, bool& isEveryOutcomeKnown) const {
+    const auto trashPath = entry.trashPath.value_or("");
+    // Writing the intent waits for the disk, long enough for something else to take the place of either.
+    if (!object.isAt(trashPath))
+        return refuseAsGone(entry, std::move(line));
+    if (!destination.isAtItsPath())
+        return fail(std::move(line), folderGone);
+    const auto moved = restore_->move(trashPath, destination.folder, destination.name);
+    if (!moved && !object.isAt(trashPath))
+        return refuseAsGone(entry, std::move(line));
+    if (!moved)
         return fail(std::move(line), "Could not put it back: " + moved.error());
-    if (!object->isAt(entry.originalPath)) {
+    if (!object.isIn(destination.folder, destination.name)) {
         isEveryOutcomeKnown = false;
         return fail(std::move(line),
                     "What was put back did not match the item in the Trash — check its folder");
     }
 
-    line.time = std::chrono::floor<std::chrono::microseconds>(now_());
+    auto result = resultFor(entry);
     result.restored = true;
-    if (!journal_->append(line)) {
+    line.time = std::chrono::floor<std::chrono::microseconds>(now_());
+    if (!destination.isAtItsPath())
+        result.reason = "Put back into its folder, which was moved meanwhile";
+    // A line would outlast a power cut that the move may not. The intent stays, and the next start records
+    // it.
+    const auto& flushFailure = moved->flushFailure;
+    auto recorded =
+        flushFailure ? std::unexpected(JournalError{.words = *flushFailure}) : journal_->append(line);
+    if (!recorded) {
         isEveryOutcomeKnown = false;
-        result.reason = "Put back, but the journal could not be written";
+        result.reason = unjournalledReturn;
+        result.journalFailure = std::move(recorded.error().words);
     }
     return result;
 }
@@ -167,6 +266,11 @@ std::optional<std::string> PutBack::reasonNotToRestore(const JournalEntry& entry
 }
 
 PutBackOutlook PutBack::outlook(const JournalEntry& entry) const {
+    const auto destination = destinationOf(entry);
+    return destination ? PutBackOutlook() : destination.error();
+}
+
+PutBackOutlook PutBack::outlookInTrash(const JournalEntry& entry) const {
     using Kind = PutBackOutlook::Kind;
     if (entry.result != JournalEntry::Result::trashed || !entry.trashPath || !entry.trashedIdentity)
         return {.kind = Kind::refused, .reason = "Nothing to put back"};
@@ -177,16 +281,34 @@ PutBackOutlook PutBack::outlook(const JournalEntry& entry) const {
         return {.kind = Kind::gone, .reason = differentFile};
     if (!isInTrashFolder(*entry.trashPath))
         return {.kind = Kind::gone, .reason = "Not in a Trash folder"};
+    return {};
+}
+
+std::expected<PutBack::Destination, PutBackOutlook> PutBack::destinationOf(const JournalEntry& entry) const {
+    using Kind = PutBackOutlook::Kind;
+    const auto refused = [](Kind kind, std::string reason) {
+        return std::unexpected(PutBackOutlook{.kind = kind, .reason = std::move(reason)});
+    };
+    if (auto inTrash = outlookInTrash(entry); inTrash.reason)
+        return std::unexpected(std::move(inTrash));
     // A link that leads nowhere is something too.
     if (platform::fileStatus(entry.originalPath))
-        return {.kind = Kind::occupied, .reason = "Something already exists at the original location"};
+        return refused(Kind::occupied, occupied);
     const auto folder = policy_.canonicalizer().canonical(std::string(parentPath(entry.originalPath)));
     if (!folder || folder != entry.originalParentRealPath)
-        return {.kind = Kind::refused, .reason = "The original folder no longer exists or moved"};
+        return refused(Kind::refused, folderGone);
+    auto destination = Destination::open(entry);
+    if (!destination)
+        return refused(Kind::refused, folderGone);
+    if (destination->isTaken())
+        return refused(Kind::occupied, occupied);
     if (auto reason =
             policy_.restoreDestinationReason(entry.originalPath, rootForDestination(entry.originalPath)))
-        return {.kind = Kind::refused, .reason = std::move(reason)};
-    return {};
+        return refused(Kind::refused, *std::move(reason));
+    // What the policy was asked about by its path must be what is held.
+    if (!destination->isAtItsPath())
+        return refused(Kind::refused, folderGone);
+    return *std::move(destination);
 }
 
 AllowedRoot PutBack::rootForDestination(const std::string& path) const {
@@ -196,9 +318,25 @@ AllowedRoot PutBack::rootForDestination(const std::string& path) const {
     return policy_.isLeftoverPlace(place) ? AllowedRoot::leftover : AllowedRoot::homeItem;
 }
 
+/// What is gone stays gone: a line for each attempt at it would only fill the journal.
+PutBackResult PutBack::refuse(JournalEntry line, const PutBackOutlook& outlook) const {
+    if (outlook.kind != PutBackOutlook::Kind::gone)
+        return fail(std::move(line), outlook.reason.value_or(""));
+    auto result = resultFor(line);
+    result.reason = outlook.reason;
+    return result;
+}
+
+/// Another program may take an item from the Trash at any moment, and may even put it back itself.
+PutBackResult PutBack::refuseAsGone(const JournalEntry& entry, JournalEntry line) const {
+    return refuse(std::move(line), {.kind = PutBackOutlook::Kind::gone,
+                                    .reason = outlookInTrash(entry).reason.value_or(differentFile)});
+}
+
 /// Whether it can be written does not matter: nothing of the item has changed on the disk.
 PutBackResult PutBack::fail(JournalEntry line, std::string reason) const {
-    PutBackResult result{.title = line.title, .path = line.originalPath, .reason = reason};
+    auto result = resultFor(line);
+    result.reason = reason;
     line.result = JournalEntry::Result::restoreFailed;
     line.reason = std::move(reason);
     // A home that is not the user's own gets no journal either: its owner could not write to it any more.
@@ -215,6 +353,7 @@ JournalEntry PutBack::newLine(const JournalEntry& entry) const {
             .title = entry.title,
             .originalPath = entry.originalPath,
             .originalParentRealPath = entry.originalParentRealPath,
+            .originalParentIdentity = entry.originalParentIdentity,
             .root = entry.root,
             .bytes = entry.bytes,
             .trashPath = entry.trashPath,

@@ -6,9 +6,11 @@
 
 #include <chrono>
 #include <cstdint>
+#include <expected>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,8 +25,19 @@ struct PutBackResult {
     std::string path;                                 ///< where the item was, and belongs
     bool restored = false;                            ///< it is back there
     std::optional<std::string> reason = std::nullopt; ///< why not, or a warning although it is
+    /// Why the journal could not be written, where that is the reason; it names the file.
+    std::optional<std::string> journalFailure = std::nullopt;
+
+    /// Both in one; empty when there is no reason.
+    std::string explanation() const;
 
     bool operator==(const PutBackResult&) const = default;
+};
+
+/// What became of the attempts at one session.
+struct PutBackSession {
+    std::string sessionID; ///< empty when there was none
+    std::vector<PutBackResult> results;
 };
 
 /// What putting an item back would come to now.
@@ -45,18 +58,16 @@ struct PutBackOutlook {
 /// Moves items from the Trash back to where they were, one entry of the journal or a whole session. It trusts
 /// nothing that it did not check again: the item must still lie in a Trash folder and be the object that was
 /// moved, its old folder must be the same folder, nothing may stand in its place, and the safety policy must
-/// allow it there. Every attempt has its line in the journal, which is proved writable, and the intent
-/// written, before anything moves.
+/// allow it there. That folder is held open from these checks until the move was verified, so nothing that
+/// takes its place on the path meanwhile gets the item. Every attempt has its line in the journal, which is
+/// proved writable, and the intent written, before anything moves; only of an item that is not in the Trash
+/// any more nothing is recorded.
 ///
 /// A value; nothing here throws, each failure is a result. Calls block and come from one thread at a time.
 class PutBack {
 public:
     using Clock = std::function<std::chrono::system_clock::time_point()>;
     using IsCancelled = std::function<bool()>;
-
-    /// Which of a session's entries are meant: all that are not back yet, each failure with its line in the
-    /// journal, or only those that can be put back as things are now.
-    enum class Extent : std::uint8_t { notYetBack, possibleNow };
 
     /// `trashFolders`: the folders that directly hold what was moved to the Trash; absent means the policy's.
     /// `now` gives the times of the lines.
@@ -68,14 +79,14 @@ public:
     /// Absent when no entry of that id can be put back: it is back already, was never moved or is unknown.
     std::optional<PutBackResult> putBackEntry(const std::string& entryID) const;
 
-    /// The entries of the session, the last one moved first; a failure does not stop the others.
-    /// `isCancelled`, which may be empty, is asked before each; those not reached have no result.
+    /// The entries of the session that are not back yet, the last one moved first; a failure does not stop
+    /// the others. `isCancelled`, which may be empty, is asked before each; those not reached have no result.
     std::vector<PutBackResult> putBackSession(const std::string& sessionID,
-                                              const IsCancelled& isCancelled = nullptr,
-                                              Extent extent = Extent::notYetBack) const;
+                                              const IsCancelled& isCancelled = nullptr) const;
 
-    /// The session of the newest such entry, by its time; absent when there is none.
-    std::optional<std::string> newestSession(Extent extent) const;
+    /// The same for the newest session, by time, of which something can come back now. When nothing can, the
+    /// results say what stands in the way of the newest session, and nothing is recorded.
+    PutBackSession putBackLast(const IsCancelled& isCancelled = nullptr) const;
 
     PutBackResult putBack(const JournalEntry& entry) const;
 
@@ -87,7 +98,18 @@ public:
     AllowedRoot rootForDestination(const std::string& path) const;
 
 private:
+    struct TrashedObject;
+    struct Destination;
+
+    std::vector<PutBackResult> putBackAll(std::span<const JournalEntry> entries,
+                                          const IsCancelled& isCancelled) const;
     PutBackResult putBack(const JournalEntry& entry, IntentLog& intents, bool& isEveryOutcomeKnown) const;
+    PutBackResult moveBack(const JournalEntry& entry, JournalEntry line, const TrashedObject& object,
+                           const Destination& destination, bool& isEveryOutcomeKnown) const;
+    PutBackOutlook outlookInTrash(const JournalEntry& entry) const;
+    std::expected<Destination, PutBackOutlook> destinationOf(const JournalEntry& entry) const;
+    PutBackResult refuse(JournalEntry line, const PutBackOutlook& outlook) const;
+    PutBackResult refuseAsGone(const JournalEntry& entry, JournalEntry line) const;
     PutBackResult fail(JournalEntry line, std::string reason) const;
     JournalEntry newLine(const JournalEntry& entry) const;
     bool isInTrashFolder(const std::string& path) const;

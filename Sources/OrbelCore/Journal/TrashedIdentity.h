@@ -9,8 +9,8 @@
 
 namespace orbel {
 
-/// What an item was recognised by when it lay in the Trash right after its move; putting it back asks whether
-/// the thing in the Trash is still that thing.
+/// What an object is recognised by later: an item as it lay in the Trash right after its move, or the folder
+/// that it came from.
 struct TrashedIdentity {
     std::uint64_t device = 0; ///< device number of the volume
     std::uint64_t inode = 0;

@@ -9,6 +9,10 @@ namespace orbel::platform {
 /// a second call succeeds, so a caller must never call again and believe it.
 [[nodiscard]] bool synchronise(int descriptor);
 
+/// The same for everything that was written to the file system that holds an open file. The file must have
+/// been opened for reading or writing.
+[[nodiscard]] bool synchroniseFileSystem(int descriptor);
+
 /// Reserves room on the disk for `bytes` beyond the first `offset` bytes of an open file, without changing
 /// its length or content. False with errno set only when the room is not there; true also where a file system
 /// cannot reserve.

@@ -17,7 +17,7 @@ public:
 
     std::uint64_t moves() const { return moves_; }
 
-    std::expected<std::string, std::string> moveToTrash(const std::string& path,
+    std::expected<TrashedItem, std::string> moveToTrash(const std::string& path,
                                                         const AboutToMove& aboutToMove) override {
         auto moved = trash_->moveToTrash(path, aboutToMove);
         if (moved)

@@ -169,7 +169,7 @@ void JournalFlow::putBack(int row) {
     if (const auto* const entry = list_.entryAt(row))
         app_.putBack()->putBackEntry(entry->id);
     else
-        app_.putBack()->putBackSession(std::string(list_.sessionAt(row).id), PutBack::Extent::possibleNow);
+        app_.putBack()->putBackSession(std::string(list_.sessionAt(row).id));
 }
 
 void JournalFlow::showInFileManager(int row) {

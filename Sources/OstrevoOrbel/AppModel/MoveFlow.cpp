@@ -6,6 +6,7 @@
 #include "AppModel/RescanFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "Delete/DeletionSession.h"
+#include "Delete/TakenAlong.h"
 #include "Export/ReportRenderer.h"
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
@@ -36,6 +37,19 @@ std::vector<DeletionItem> movedItems(const DeletionReport& report, const std::ve
             items.push_back(ticked.item);
     }
     return items;
+}
+
+/// So that the confirmation counts each item once.
+void dropTakenAlong(std::vector<TickedItem>& items) {
+    std::vector<DeletionItem> plain;
+    for (const auto& ticked : items)
+        plain.push_back(ticked.item);
+    const auto isTakenAlong = takenAlong(plain);
+    std::vector<TickedItem> kept;
+    for (std::size_t i = 0; i < items.size(); ++i)
+        if (!isTakenAlong[i])
+            kept.push_back(std::move(items[i]));
+    items = std::move(kept);
 }
 
 } // namespace
@@ -91,6 +105,7 @@ void MoveFlow::review(Ticks* ticks) {
 
 void MoveFlow::ask(std::vector<TickedItem> items) {
     std::erase_if(items, [](const TickedItem& ticked) { return !ticked.item.isSelectable(); });
+    dropTakenAlong(items);
     if (items.empty() || isConfirming() || isDeleting() || isPuttingBack() || app_.isScanning())
         return;
     origin_ = app_.screenTitle();
@@ -199,7 +214,7 @@ void MoveFlow::closeReport() {
 
 void MoveFlow::putBackAll() {
     if (lastReport_ && report_.canPutBack())
-        app_.putBack()->putBackSession(lastReport_->sessionID, PutBack::Extent::notYetBack);
+        app_.putBack()->putBackSession(lastReport_->sessionID);
 }
 
 bool MoveFlow::isPuttingBack() const {

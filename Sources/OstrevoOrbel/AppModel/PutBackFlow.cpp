@@ -44,24 +44,17 @@ void PutBackFlow::putBackEntry(const std::string& entryID) {
     });
 }
 
-void PutBackFlow::putBackSession(const std::string& sessionID, PutBack::Extent extent) {
-    start([sessionID, extent](const PutBack& service, const ScanCancellation& cancellation) {
-        return Outcome{.sessionID = sessionID,
-                       .results = service.putBackSession(
-                           sessionID, [&] { return cancellation.isCancelled(); }, extent)};
+void PutBackFlow::putBackSession(const std::string& sessionID) {
+    start([sessionID](const PutBack& service, const ScanCancellation& cancellation) {
+        return Outcome{.sessionID = sessionID, .results = service.putBackSession(sessionID, [&] {
+                           return cancellation.isCancelled();
+                       })};
     });
 }
 
 void PutBackFlow::putBackLast() {
     start([](const PutBack& service, const ScanCancellation& cancellation) {
-        constexpr auto extent = PutBack::Extent::possibleNow;
-        Outcome outcome;
-        if (auto session = service.newestSession(extent)) {
-            outcome.sessionID = *std::move(session);
-            outcome.results = service.putBackSession(
-                outcome.sessionID, [&] { return cancellation.isCancelled(); }, extent);
-        }
-        return outcome;
+        return service.putBackLast([&] { return cancellation.isCancelled(); });
     });
 }
 
@@ -120,7 +113,7 @@ void PutBackFlow::tell(const std::vector<PutBackResult>& results) {
             statement_ += tr(" and %1 more").arg(countText(restored - 1));
     }
     if (doubt != results.end()) {
-        const auto reason = textOf(*doubt->reason);
+        const auto reason = textOf(doubt->explanation());
         explanation_ = results.size() == 1 ? reason : tr("%1: %2").arg(quoted(*doubt), reason);
     } else if (restored > 0) {
         const auto folder = parentPath(back->path);

@@ -49,8 +49,8 @@ public:
     // Intents, each ignored while none can begin.
 
     void putBackEntry(const std::string& entryID);
-    void putBackSession(const std::string& sessionID, PutBack::Extent extent);
-    /// The newest session of which anything can be put back now.
+    void putBackSession(const std::string& sessionID);
+    /// The newest session of which anything can be put back now; when nothing can, tells why not.
     Q_INVOKABLE void putBackLast();
     Q_INVOKABLE void stopAfterThisItem();
     Q_INVOKABLE void closeMessage();
@@ -74,10 +74,7 @@ Q_SIGNALS:
     void finished(const std::string& sessionID, const std::vector<orbel::PutBackResult>& results);
 
 private:
-    struct Outcome {
-        std::string sessionID; ///< empty when that of a single entry was not asked for
-        std::vector<PutBackResult> results;
-    };
+    using Outcome = PutBackSession; ///< of a single entry, without the session's id
 
     void start(std::function<Outcome(const PutBack&, const ScanCancellation&)> work);
     void take(const Outcome& outcome);

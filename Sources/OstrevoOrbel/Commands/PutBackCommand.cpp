@@ -20,6 +20,8 @@ nlohmann::json resultJson(const PutBackResult& result) {
     nlohmann::json json = {{"title", result.title}, {"path", result.path}, {"restored", result.restored}};
     if (result.reason)
         json["reason"] = *result.reason;
+    if (result.journalFailure)
+        json["journalFailure"] = *result.journalFailure;
     return json;
 }
 
@@ -42,8 +44,7 @@ void run(const Request& request) {
     const auto isCancelled = [&] { return isStopped = cancellation.isCancelled(); };
     std::vector<PutBackResult> results;
     if (id == "last") {
-        if (const auto session = putBack.newestSession(PutBack::Extent::notYetBack))
-            results = putBack.putBackSession(*session, isCancelled);
+        results = putBack.putBackLast(isCancelled).results;
     } else if (auto result = putBack.putBackEntry(id)) {
         results.push_back(*std::move(result));
     } else {

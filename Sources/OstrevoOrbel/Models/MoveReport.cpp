@@ -103,15 +103,14 @@ void MoveReport::showMoved() {
         const auto attempt = putBackOf_.find(item.path);
         const bool isTried = attempt != putBackOf_.end();
         const bool isBack = isTried && attempt->second.restored;
-        rows.push_back(
-            {.title = textOf(item.title),
-             .path = textOf(tildePath(item.path, home_)),
-             .kind = kindOf_[item.path],
-             .size = ByteFigure(item.bytes).text(),
-             .note = textOf((isTried ? attempt->second.reason : item.note).value_or(std::string())),
-             .state = isBack    ? QStringLiteral("putBack")
-                      : isTried ? QStringLiteral("notPutBack")
-                                : QStringLiteral("moved")});
+        rows.push_back({.title = textOf(item.title),
+                        .path = textOf(tildePath(item.path, home_)),
+                        .kind = kindOf_[item.path],
+                        .size = ByteFigure(item.bytes).text(),
+                        .note = textOf(isTried ? attempt->second.explanation() : item.note.value_or("")),
+                        .state = isBack    ? QStringLiteral("putBack")
+                                 : isTried ? QStringLiteral("notPutBack")
+                                           : QStringLiteral("moved")});
     }
     moved_.setRows(std::move(rows));
 }
@@ -137,6 +136,8 @@ QStringList MoveReport::stops() const {
         stops << tr("Stopped: an item in the Trash did not match the approved item.");
     if (report_.journalFailed)
         stops << tr("Stopped: the journal could not be written.");
+    if (report_.journalFailure)
+        stops << tr("Journal: %1").arg(textOf(*report_.journalFailure));
     if (report_.cancelled)
         stops << tr("Cancelled before all items ran.");
     return stops;

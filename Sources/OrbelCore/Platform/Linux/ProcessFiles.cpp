@@ -5,11 +5,15 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <mutex>
 #include <span>
 #include <string_view>
+#include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include <dirent.h>
 #include <unistd.h>
@@ -38,30 +42,42 @@ std::vector<int> processNumbers() {
     return pids;
 }
 
-/// What these processes use; the own one is left out.
-ProcessFiles filesOf(std::span<const int> pids) {
-    ProcessFiles found;
-    UsedFiles used;
+/// What some of the processes use.
+struct Part {
+    ProcessFiles files;
+    std::unordered_set<std::uint64_t> heldSockets;
+};
+
+/// The own process is left out, save for the sockets that it holds.
+Part partOf(std::span<const int> pids, const SocketFiles& sockets) {
+    Part part;
+    UsedFiles used(&sockets);
     for (const int pid : pids) {
-        if (pid == ::getpid())
-            continue;
         ProcessInfo process{.pid = pid};
         const auto outcome = used.ofProcess(std::to_string(pid), process);
+        if (pid == ::getpid())
+            continue;
         if (outcome == UsedFiles::Outcome::unreadable)
-            ++found.unchecked;
+            ++part.files.unchecked;
         if (outcome != UsedFiles::Outcome::gone && !process.files.empty())
-            found.processes.push_back(std::move(process));
+            part.files.processes.push_back(std::move(process));
     }
-    return found;
+    part.heldSockets = used.heldSockets();
+    return part;
+}
+
+void addUse(ProcessFiles& found, const char* name, std::vector<UsedFile> files) {
+    if (!files.empty())
+        found.processes.push_back({.pid = 0, .name = name, .files = std::move(files)});
 }
 
 } // namespace
 
 ProcessFiles processFiles() {
     ProcessFiles found;
-    if (ProcessInfo system{.pid = 0, .name = "loop device", .files = UsedFiles().ofLoopDevices()};
-        !system.files.empty())
-        found.processes.push_back(std::move(system));
+    const UsedFiles system;
+    const auto sockets = system.ofSockets();
+    auto unheld = sockets;
     const auto pids = processNumbers();
     // The first process is always there. Where it does not show, /proc hides the processes of others, or all:
     // how many there are cannot be known, but that there are some must not go unsaid.
@@ -70,12 +86,20 @@ ProcessFiles processFiles() {
 
     std::mutex merging;
     forEachRange(pids.size(), 32, [&](std::size_t begin, std::size_t end) {
-        ProcessFiles part = filesOf(std::span(pids).subspan(begin, end - begin));
+        Part part = partOf(std::span(pids).subspan(begin, end - begin), sockets);
         const std::scoped_lock lock(merging);
-        found.unchecked += part.unchecked;
-        std::ranges::move(part.processes, std::back_inserter(found.processes));
+        found.unchecked += part.files.unchecked;
+        std::ranges::move(part.files.processes, std::back_inserter(found.processes));
+        for (const auto socket : part.heldSockets)
+            unheld.erase(socket);
     });
-    std::ranges::sort(found.processes, {}, &ProcessInfo::pid);
+    std::vector<UsedFile> listening;
+    for (auto& [inode, file] : unheld)
+        listening.push_back(std::move(file));
+    addUse(found, "loop device", system.ofLoopDevices());
+    // The socket of a process that may not be looked at.
+    addUse(found, "another program", std::move(listening));
+    std::ranges::stable_sort(found.processes, {}, &ProcessInfo::pid);
     return found;
 }
 

@@ -16,6 +16,10 @@ bool synchronise(int descriptor) {
     return result == 0;
 }
 
+bool synchroniseFileSystem(int descriptor) {
+    return ::syncfs(descriptor) == 0;
+}
+
 bool reserveSpace(int descriptor, std::uint64_t offset, std::uint64_t bytes) {
     int result = 0;
     do

@@ -31,17 +31,20 @@ struct Status {
     std::uint64_t device;
     std::uint64_t inode;
     std::uint64_t linkCount;
+    bool isSocket;
 };
 
 /// What the system knows of a file without asking a server for it. Never triggers an automount.
 std::optional<Status> statusOf(int folder, const char* path, int flags) {
     struct statx raw {};
-    if (::statx(folder, path, flags | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT, STATX_INO | STATX_NLINK, &raw)
+    if (::statx(folder, path, flags | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT,
+                STATX_TYPE | STATX_INO | STATX_NLINK, &raw)
         != 0)
         return std::nullopt;
     return Status{.device = static_cast<std::uint32_t>(makedev(raw.stx_dev_major, raw.stx_dev_minor)),
                   .inode = raw.stx_ino,
-                  .linkCount = raw.stx_nlink};
+                  .linkCount = raw.stx_nlink,
+                  .isSocket = S_ISSOCK(raw.stx_mode)};
 }
 
 std::optional<Status> namedStatus(const std::string& path) {
@@ -79,7 +82,7 @@ std::string withLineFeeds(std::string path) {
 
 } // namespace
 
-UsedFiles::UsedFiles() : mounts_(mountTable()) {
+UsedFiles::UsedFiles(const SocketFiles* sockets) : mounts_(mountTable()), sockets_(sockets) {
     if (std::ranges::none_of(mounts_, &Mount::isNetwork))
         mounts_.clear();
 }
@@ -111,14 +114,16 @@ UsedFiles::Outcome UsedFiles::ofProcess(const std::string& pid, ProcessInfo& pro
     return std::ranges::count(outcomes, Outcome::unreadable) > 0 ? Outcome::unreadable : Outcome::checked;
 }
 
-UsedFiles::Outcome UsedFiles::throughLink(int folder, const char* link, std::vector<UsedFile>& files) const {
+UsedFiles::Outcome UsedFiles::throughLink(int folder, const char* link, std::vector<UsedFile>& files) {
     std::array<char, PATH_MAX> text{};
     const auto length = ::readlinkat(folder, link, text.data(), text.size());
     if (length < 0 && errno != ENAMETOOLONG)
         return outcomeOf(errno);
     UsedFile file{.path = std::string(text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)))};
-    if (length > 0 && !file.path.starts_with('/'))
-        return Outcome::checked; // a pipe, a socket and the like
+    if (length > 0 && !file.path.starts_with('/')) { // a socket, a pipe and the like
+        throughSocket(file.path, files);
+        return Outcome::checked;
+    }
     if (isOnNetwork(file.path)) {
         files.push_back(std::move(file));
         return Outcome::checked;
@@ -139,7 +144,17 @@ UsedFiles::Outcome UsedFiles::throughLink(int folder, const char* link, std::vec
     return Outcome::checked;
 }
 
-UsedFiles::Outcome UsedFiles::throughDescriptors(int process, std::vector<UsedFile>& files) const {
+void UsedFiles::throughSocket(const std::string& link, std::vector<UsedFile>& files) {
+    const auto inode = sockets_ == nullptr ? std::nullopt : socketInode(link);
+    if (!inode)
+        return;
+    if (const auto bound = sockets_->find(*inode); bound != sockets_->end()) {
+        heldSockets_.insert(*inode);
+        files.push_back(bound->second);
+    }
+}
+
+UsedFiles::Outcome UsedFiles::throughDescriptors(int process, std::vector<UsedFile>& files) {
     FileDescriptor folder(::openat(process, "fd", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder)
         return outcomeOf(errno);
@@ -215,6 +230,25 @@ std::vector<UsedFile> UsedFiles::ofLoopDevices() const {
         }
         files.push_back(std::move(file));
     }
+    return files;
+}
+
+SocketFiles UsedFiles::ofSockets() const {
+    SocketFiles files;
+    const auto sockets = contentOf(AT_FDCWD, "/proc/net/unix");
+    if (!sockets)
+        return files; // a system without such sockets
+    forEachBoundSocket(*sockets, [&](const BoundSocket& bound) {
+        UsedFile file{.path = std::string(bound.path)};
+        if (!isOnNetwork(file.path)) {
+            const auto status = namedStatus(file.path);
+            if (!status || !status->isSocket)
+                return; // another file goes by that name now
+            file.device = status->device;
+            file.inode = status->inode;
+        }
+        files.emplace(bound.inode, std::move(file));
+    });
     return files;
 }
 

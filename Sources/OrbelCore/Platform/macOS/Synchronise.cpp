@@ -30,6 +30,12 @@ bool synchronise(int descriptor) {
     return untilNotInterrupted([&] { return ::fsync(descriptor); }) == 0;
 }
 
+bool synchroniseFileSystem(int descriptor) {
+    return untilNotInterrupted(
+               [&] { return ::fsync_volume_np(descriptor, SYNC_VOLUME_FULLSYNC | SYNC_VOLUME_WAIT); })
+           == 0;
+}
+
 bool reserveSpace(int, std::uint64_t, std::uint64_t) {
     // F_PREALLOCATE gives its space back when the descriptor closes, which is long before the line is
     // written.

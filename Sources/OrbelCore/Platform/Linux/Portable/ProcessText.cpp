@@ -51,6 +51,22 @@ std::optional<MappedFile> parseLine(std::string_view line) {
     return mapped;
 }
 
+std::optional<BoundSocket> parseSocket(std::string_view line) {
+    // number: references protocol flags type state inode path
+    for (int field = 0; field < 3; ++field)
+        takeField(line);
+    const auto flags = numberIn(takeField(line), 16);
+    const auto type = takeField(line);
+    takeField(line);
+    const auto inode = numberIn(takeField(line), 10);
+    constexpr std::uint64_t waitsForConnections = 0x00010000; // __SO_ACCEPTCON
+    constexpr std::string_view takesMessages = "0002";        // SOCK_DGRAM
+    if (!flags || !inode || !line.starts_with(" /")
+        || ((*flags & waitsForConnections) == 0 && type != takesMessages))
+        return std::nullopt;
+    return BoundSocket{.inode = *inode, .path = line.substr(1)};
+}
+
 } // namespace
 
 std::optional<ProcessState> parseProcessState(std::string_view text) {
@@ -85,6 +101,22 @@ void forEachMappedFile(std::string_view maps, const std::function<void(const Map
         }
         maps.remove_prefix(std::min(end + 1, maps.size()));
     }
+}
+
+void forEachBoundSocket(std::string_view sockets, const std::function<void(const BoundSocket&)>& use) {
+    while (!sockets.empty()) {
+        const auto end = std::min(sockets.find('\n'), sockets.size());
+        if (const auto bound = parseSocket(sockets.substr(0, end)))
+            use(*bound);
+        sockets.remove_prefix(std::min(end + 1, sockets.size()));
+    }
+}
+
+std::optional<std::uint64_t> socketInode(std::string_view link) {
+    constexpr std::string_view beginning = "socket:[";
+    if (!link.starts_with(beginning) || !link.ends_with(']'))
+        return std::nullopt;
+    return numberIn(link.substr(beginning.size(), link.size() - beginning.size() - 1), 10);
 }
 
 } // namespace orbel::platform

@@ -33,4 +33,17 @@ struct MappedFile {
 /// without a file, and lines of another form, are passed over.
 void forEachMappedFile(std::string_view maps, const std::function<void(const MappedFile&)>& use);
 
+/// A socket in /proc/net/unix that other programs reach by a path.
+struct BoundSocket {
+    std::uint64_t inode = 0; ///< of the socket, as in the "socket:[1025]" of a descriptor; not of the file
+    std::string_view path{}; ///< absolute, as it was bound, so perhaps of a file that is gone or was moved
+};
+
+/// Calls `use` for every socket bound to an absolute path that waits for connections or messages. The ends of
+/// accepted connections carry the same path and are passed over, as are lines of another form.
+void forEachBoundSocket(std::string_view sockets, const std::function<void(const BoundSocket&)>& use);
+
+/// The inode in the "socket:[1025]" that a descriptor leads to; absent when it is none of a socket.
+std::optional<std::uint64_t> socketInode(std::string_view link);
+
 } // namespace orbel::platform
