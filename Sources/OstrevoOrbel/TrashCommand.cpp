@@ -5,6 +5,7 @@
 #include "Delete/DeletionSession.h"
 #include "Delete/LiveTrash.h"
 #include "Delete/ManageHint.h"
+#include "Delete/ReachReason.h"
 #include "Find/BrokenShortcutFinder.h"
 #include "Interruption.h"
 #include "Safety/SafetyPolicy.h"
@@ -49,6 +50,8 @@ std::string itemPath(std::string_view word, const SafetyPolicy& policy) {
 
 /// Why what lies at `path` stays there, as far as that can be told without looking into it.
 std::optional<std::string> refusalOf(const std::string& path, AllowedRoot root, const SafetyPolicy& policy) {
+    if (auto unreached = reachReason(path); unreached && !policy.homeReason())
+        return unreached;
     auto refusal = policy.check(path, root, std::nullopt).refusal();
     const auto status = platform::fileStatus(path);
     if (!refusal || policy.homeReason() || !status || status->type == platform::FileType::symbolicLink)

@@ -1,6 +1,7 @@
 #include "Delete/DeletionItem.h"
 
 #include "Delete/ManageHint.h"
+#include "Delete/ReachReason.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Safety/SafetyPolicy.h"
 #include "Util/PathText.h"
@@ -46,7 +47,8 @@ std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeInd
                                                    DeletionModule module, const SafetyPolicy& policy,
                                                    const std::string& path, AllowedRoot root) {
     const auto stamp = FileStamp::of(path);
-    if (!stamp)
+    auto unreached = reachReason(path);
+    if (!stamp && !unreached)
         return std::nullopt;
     DeletionItem item{.id = std::string(rawValue(module)) + ":" + path,
                       .module = module,
@@ -54,9 +56,9 @@ std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeInd
                       .detail = path,
                       .path = path,
                       .root = root,
-                      .scanStamp = *stamp,
+                      .scanStamp = stamp.value_or(FileStamp()),
                       .estimatedBytes = tree.allocated(index)};
-    item.blockedReason = blockedReasonFor(tree, index, item, policy);
+    item.blockedReason = unreached ? std::move(unreached) : blockedReasonFor(tree, index, item, policy);
     item.note = noteFor(tree, index);
     return item;
 }
