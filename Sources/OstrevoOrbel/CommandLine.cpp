@@ -29,10 +29,12 @@ puts it back. Nothing is ever deleted.
                 Measure the folder ROOT and draw its map into FILE as an SVG
                 picture of W by H pixels (1440x900 unless given). An existing
                 FILE is replaced, and only by a complete one.
-  --duplicates-json ROOT
+  --duplicates-json ROOT [--details]
                 Find the files of 1 MB and more below ROOT, as far as it lies in
                 your home folder, that are the same in every byte, and print
-                them in groups as JSON, the group that frees most first.
+                them in groups as JSON, the group that frees most first. With
+                --details, also what each copy takes on disk, what moving all
+                but one would free, and which folder was searched.
   --large-json ROOT [--min-bytes N] [--unused-days N]
                 Print as JSON the files and packages in ROOT that take N bytes
                 or more on disk (100000000 unless given) and that nobody has

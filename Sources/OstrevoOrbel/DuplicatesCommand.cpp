@@ -5,7 +5,9 @@
 #include "LaunchOptions.h"
 #include "Platform/Home.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Safety/SafetyPolicy.h"
 #include "Scan/TreeScanner.h"
+#include "Util/Iso8601.h"
 #include "Util/JsonText.h"
 
 #include <nlohmann/json.hpp>
@@ -16,16 +18,36 @@ namespace {
 
 using nlohmann::json;
 
-json reportOf(std::span<const DuplicateGroup> groups) {
-    json listed = json::array();
-    for (const DuplicateGroup& group : groups) {
-        json files = json::array();
-        for (const DuplicateFile& file : group.files)
-            files.push_back(file.path);
-        listed.push_back(
-            {{"bytes", group.bytes}, {"files", std::move(files)}, {"suggestedKeep", group.suggestedKeep}});
+json groupJson(const DuplicateGroup& group) {
+    json files = json::array();
+    for (const DuplicateFile& file : group.files)
+        files.push_back(file.path);
+    return {{"bytes", group.bytes}, {"files", std::move(files)}, {"suggestedKeep", group.suggestedKeep}};
+}
+
+/// What is known of each copy, and what moving all that may be moved but the suggested one frees: as much as
+/// it surely does and at most does.
+void addDetails(json& listed, const DuplicateGroup& group, const SafetyPolicy& policy) {
+    json copies = json::array();
+    std::uint64_t least = 0;
+    std::uint64_t most = 0;
+    for (const DuplicateFile& file : group.files) {
+        const auto item = DuplicateGroup::itemOf(file, policy);
+        if (!item) // gone since it was compared
+            continue;
+        const bool frees = item->isSelectable() && file.path != group.suggestedKeep;
+        most += frees ? item->estimatedBytes : 0;
+        least += frees && !item->note ? item->estimatedBytes : 0;
+        json copy{{"path", file.path},
+                  {"bytesOnDisk", item->estimatedBytes},
+                  {"mayShareStorage", file.mayShareStorage()},
+                  {"modified", iso8601(file.modified)}};
+        if (item->blockedReason)
+            copy["blockedReason"] = *item->blockedReason;
+        copies.push_back(std::move(copy));
     }
-    return {{"groups", std::move(listed)}};
+    listed["copies"] = std::move(copies);
+    listed["frees"] = {{"least", least}, {"most", most}};
 }
 
 } // namespace
@@ -38,8 +60,19 @@ void runDuplicatesCommandIfRequested(std::span<const std::string> arguments) {
     const ScanResult scan = TreeScanner::scan(*root, std::nullopt, nobodyCancels, nullptr);
     const auto home = platform::homeFolder();
     const auto canonicalHome = PathCanonicalizer::shared().canonical(home).value_or(home);
-    const auto groups = DuplicateFinder().run(scan.tree, canonicalHome);
-    finish(prettyJson(reportOf(groups)) + "\n");
+    const bool isDetailed = contains(arguments, "--details");
+    const auto policy = isDetailed ? std::optional<SafetyPolicy>(home) : std::nullopt;
+    json report{{"groups", json::array()}};
+    for (const DuplicateGroup& group : DuplicateFinder().run(scan.tree, canonicalHome)) {
+        auto& listed = report["groups"].emplace_back(groupJson(group));
+        if (policy)
+            addDetails(listed, group, *policy);
+    }
+    if (isDetailed) {
+        const auto searched = DuplicateFinder::searchedFolder(scan.tree, canonicalHome);
+        report["searched"] = searched ? json(*searched) : json(nullptr);
+    }
+    finish(prettyJson(report) + "\n");
 }
 
 } // namespace orbel
