@@ -165,10 +165,11 @@ void AppModel::refreshVolume() {
     inbox_.runAside(
         "orbel.trash-size", [reader = diskReader(), root = scanRoot_] { return reader.read(root); },
         [this, root = scanRoot_](const DiskMoment& moment) {
-            if (root == scanRoot_)
+            // An edit that is under way brings a moment of its own, which fits the tree that it makes.
+            if (root == scanRoot_ && !(hasTree() && treeEdits_->isBusy()))
                 takeMoment(moment);
             else
-                refreshVolume();
+                trashTimer_.start();
         });
 }
 

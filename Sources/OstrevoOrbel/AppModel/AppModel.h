@@ -328,12 +328,15 @@ Q_SIGNALS:
 private:
     /// What a scan and the edits since have counted.
     struct Counted {
-        KindTotals kinds;
-        KindTotals trashedKinds; ///< the part of it that lies in the Trash
+        KindTotals kinds{};
+        KindTotals trashedKinds{}; ///< the part of it that lies in the Trash
         DiskMoment atScan;
-        std::uint64_t bytesAtScan = 0; ///< without the Trash
+        std::uint64_t bytesAtScan = 0;      ///< without the Trash
+        std::int64_t outsideTreeAtScan = 0; ///< see outsideTree()
 
-        std::uint64_t bytes() const;
+        std::uint64_t bytes() const; ///< without the Trash
+        /// By how much the Trash is larger than the tree has it.
+        std::int64_t outsideTree(const DiskMoment& moment) const;
     };
 
     void watchTrash();

@@ -116,11 +116,12 @@ void AppModel::takeOutcome(const ScanCancellation* token, ScanOutcome outcome) {
     takeMoment(outcome.disk);
     if (isWholeDisk() && outcome.disk.disk && hasRoot)
         coverage_ = Coverage(outcome.disk.disk->used, tree);
-    counted_ = Counted{.kinds = outcome.kinds,
-                       .trashedKinds = outcome.trashedKinds,
-                       .atScan = outcome.disk,
-                       .bytesAtScan = 0};
+    counted_.emplace();
+    counted_->kinds = outcome.kinds;
+    counted_->trashedKinds = outcome.trashedKinds;
+    counted_->atScan = outcome.disk;
     counted_->bytesAtScan = counted_->bytes();
+    counted_->outsideTreeAtScan = counted_->outsideTree(outcome.disk);
     scanState_ = outcome.cancelled ? ScanState::cancelled : ScanState::done;
     figures_.set({.entries = tree.count(),
                   .bytes = hasRoot ? tree.allocated(0) : 0,
@@ -148,12 +149,12 @@ void AppModel::takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome
     counted_->kinds = edited.kinds;
     counted_->trashedKinds = edited.trashedKinds;
     takeMoment(edited.disk);
-    // What was moved to the Trash is used, but no more hidden than before.
+    // What was moved to the Trash since is used and not in the tree, but known all the same.
     if (coverage_ && edited.disk.disk) {
-        const auto trashed = edited.disk.trash.value_or(0);
-        const auto shown = std::min(trashed, sumOf(edited.trashedKinds));
+        const auto moved = counted_->outsideTree(edited.disk) - counted_->outsideTreeAtScan;
         const auto used = edited.disk.disk->used;
-        coverage_ = Coverage(used - std::min(used, trashed - shown), tree);
+        const auto known = std::clamp<std::int64_t>(moved, 0, static_cast<std::int64_t>(used));
+        coverage_ = Coverage(used - static_cast<std::uint64_t>(known), tree);
     }
     figures_.set({.entries = std::uint64_t{tree.descendantCount(0)} + 1,
                   .bytes = tree.allocated(0),
@@ -196,6 +197,11 @@ void AppModel::takeMoment(const DiskMoment& moment) {
 
 std::uint64_t AppModel::Counted::bytes() const {
     return sumOf(kinds) - sumOf(trashedKinds);
+}
+
+std::int64_t AppModel::Counted::outsideTree(const DiskMoment& moment) const {
+    return static_cast<std::int64_t>(moment.trash.value_or(0))
+           - static_cast<std::int64_t>(sumOf(trashedKinds));
 }
 
 void AppModel::updateLedgers() {
