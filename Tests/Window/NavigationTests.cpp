@@ -247,7 +247,8 @@ TEST(WindowFrame, BlamesWhatCouldNotBeReadForNothingOutsideTheFolder) {
     EXPECT_EQ(remark(), QStringLiteral("outside of ~/Videos"));
     EXPECT_EQ(link(), QString());
     scene.app().scanDisk();
-    ASSERT_TRUE(scene.waitUntil([&] { return !link().isEmpty(); }));
+    ASSERT_TRUE(scene.waitUntil(
+        [&] { return scene.isShown(QStringLiteral("overview.term.notmeasured")) && !link().isEmpty(); }));
     EXPECT_EQ(remark(), QString());
 }
 
