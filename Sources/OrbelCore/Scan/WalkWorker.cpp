@@ -156,13 +156,13 @@ void WalkWorker::releaseParent(const WorkUnit& unit) {
         return;
     if (parent->unopenedChildren.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         FileDescriptor(parent->descriptor).reset();
-        context_.openFolders.fetch_sub(1, std::memory_order_relaxed);
+        WalkContext::openFolders.fetch_sub(1, std::memory_order_relaxed);
     }
 }
 
 void WalkWorker::keepOpen(WorkUnit& unit, DirectoryReader& reader) {
-    if (context_.openFolders.fetch_add(1, std::memory_order_relaxed) >= context_.openFolderLimit) {
-        context_.openFolders.fetch_sub(1, std::memory_order_relaxed);
+    if (WalkContext::openFolders.fetch_add(1, std::memory_order_relaxed) >= context_.openFolderLimit) {
+        WalkContext::openFolders.fetch_sub(1, std::memory_order_relaxed);
         return;
     }
     unit.unopenedChildren.store(static_cast<std::uint32_t>(found_.size()), std::memory_order_relaxed);
