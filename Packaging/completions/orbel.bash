@@ -50,6 +50,7 @@ _orbel() {
     case $command in
         --scan-json) more="--top --growth" ;;
         --map-svg) more=--size ;;
+        --duplicates-json) more=--details ;;
         --large-json) more="--min-bytes --unused-days" ;;
         --trash) more="--files0-from --keep --dry-run" ;;
         --journal-json | --journal-markdown) more=--since ;;

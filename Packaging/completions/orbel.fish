@@ -29,6 +29,7 @@ for program in orbel ostrevo-orbel
     complete -c $program -n "__orbel_has --scan-json" -l top -x -d "List so many entries"
     complete -c $program -n "__orbel_has --scan-json" -l growth -d "Add what grew since the last scan"
     complete -c $program -n "__orbel_has --map-svg" -l size -x -d "Width and height: 1440x900"
+    complete -c $program -n "__orbel_has --duplicates-json" -l details -d "Add what each copy takes on disk"
     complete -c $program -n "__orbel_has --large-json" -l min-bytes -x -d "Smallest size"
     complete -c $program -n "__orbel_has --large-json" -l unused-days -x -d "Days without a use"
     complete -c $program -n "__orbel_has --trash" -l files0-from -r -F -d "Take the paths from a file"

@@ -1,5 +1,6 @@
 #include "Find/LastUsedReader.h"
 #include "Platform/Linux/Portable/RecentlyUsed.h"
+#include "Support/ChildProcess.h"
 #include "Support/TemporaryFolder.h"
 
 #include <filesystem>
@@ -7,6 +8,7 @@
 #include <random>
 
 #include <fcntl.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 
@@ -127,6 +129,35 @@ TEST_F(LastUsedTest, IsNotHeldUpByWhatLiesInPlaceOfTheList) {
     std::filesystem::remove(home.path(list()));
     home.folder(list());
     EXPECT_EQ(read(idle).source, LastUsed::Source::lastModified);
+}
+
+TEST(LastUsed, IsNotBeforeAFileWasMadeWhereNoAccessTimesAreKept) {
+    if (!test::isRoot())
+        GTEST_SKIP() << "mounting needs root";
+    const TemporaryFolder home;
+    EXPECT_TRUE(test::inChildProcess([&] {
+        test::useOwnMountTable();
+        ASSERT_EQ(::mount("tmpfs", home.path().c_str(), "tmpfs", MS_NOATIME, "size=1m"), 0);
+        const auto copied = home.file("copied");
+        const auto edited = home.file("edited");
+        const auto setModified = [](const std::string& path, std::time_t modified) {
+            const std::array times{timespec{0, UTIME_OMIT}, timespec{modified, 0}};
+            EXPECT_EQ(::utimensat(AT_FDCWD, path.c_str(), times.data(), 0), 0);
+        };
+        setModified(copied, 1'400'000'000);
+        setModified(edited, std::time(nullptr) + 1000);
+        struct statx made {};
+        ASSERT_EQ(::statx(AT_FDCWD, copied.c_str(), 0, STATX_BTIME, &made), 0);
+        if ((made.stx_mask & STATX_BTIME) == 0)
+            GTEST_SKIP() << "this kernel keeps no birth times in memory";
+        const LastUsedReader reader(home.path());
+        const auto modified = date("2014-05-13T00:00:00Z");
+        const auto found = reader.read(copied, modified);
+        EXPECT_EQ(found.record, LastUsed::Record::creationTime);
+        EXPECT_EQ(found.source, LastUsed::Source::lastModified) << "nobody opened it";
+        EXPECT_GT(found.date, date("2025-01-01T00:00:00Z"));
+        EXPECT_EQ(reader.read(edited, modified), (LastUsed{.date = modified}));
+    }));
 }
 
 } // namespace

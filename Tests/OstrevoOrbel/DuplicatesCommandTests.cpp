@@ -1,5 +1,6 @@
 #include "Support/ProgramHome.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace orbel {
@@ -34,6 +35,32 @@ TEST(DuplicatesCommand, PrintsTheGroupsAsJson) {
     EXPECT_EQ(home.json({"--duplicates-json", home.path("missing")}, 0), nothing);
     EXPECT_TRUE(home.json({"--scan-json", home.path(), "--duplicates-json"}, 0).contains("children"))
         << "without its value it is no command";
+}
+
+TEST(DuplicatesCommand, DetailsTellWhatComesFree) {
+    const ProgramHome home;
+    home.file("docs/full", std::string(2'000'000, '\0'));
+    for (const auto* name : {"docs/holes", "docs/more holes"})
+        std::filesystem::resize_file(home.file(name, ""), 2'000'000);
+    const auto report = home.json({"--duplicates-json", home.path("docs"), "--details"}, 0);
+    EXPECT_EQ(report["searched"], home.path("docs"));
+    ASSERT_EQ(report["groups"].size(), 1);
+    const json& group = report["groups"][0];
+    EXPECT_EQ(group["bytes"], 2'000'000);
+    std::uint64_t frees = 0;
+    ASSERT_EQ(group["copies"].size(), 3);
+    for (const json& copy : group["copies"]) {
+        const std::string path = copy["path"];
+        EXPECT_EQ(copy["bytesOnDisk"] > 1'000'000, path == home.path("docs/full")) << copy;
+        EXPECT_EQ(copy["mayShareStorage"], false);
+        EXPECT_TRUE(copy.contains("modified"));
+        EXPECT_FALSE(copy.contains("blockedReason")) << copy;
+        frees += path == group["suggestedKeep"] ? 0 : copy["bytesOnDisk"].get<std::uint64_t>();
+    }
+    EXPECT_EQ(group["frees"], (json{{"least", frees}, {"most", frees}}));
+
+    EXPECT_EQ(home.json({"--duplicates-json", "/", "--details"}, 0)["searched"], home.path());
+    EXPECT_EQ(home.json({"--duplicates-json", "/etc", "--details"}, 0)["searched"], nullptr);
 }
 
 } // namespace

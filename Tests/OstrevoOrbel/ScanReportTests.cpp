@@ -106,5 +106,42 @@ TEST(ScanReport, IsTrueOfRootsThatGiveNothing) {
     EXPECT_EQ(odd["children"][0]["path"], home.path("bad\uFFFDname"));
 }
 
+TEST(ScanReport, IsWholeWithFewDescriptors) {
+    const TemporaryFolder home;
+    for (int wide = 0; wide < 400; ++wide)
+        home.file("wide/" + std::to_string(wide) + "/file", 10);
+    for (int chain = 0; chain < 30; ++chain) {
+        auto folder = "deep/" + std::to_string(chain);
+        for (int level = 0; level < 30; ++level) {
+            home.file(folder + "/beside/file", 10);
+            folder += "/in";
+        }
+    }
+    const auto figures = [&](const std::string& limit) {
+        const auto run =
+            test::runProgram({"sh", "-c", "ulimit -n " + limit + " && exec \"$0\" --scan-json \"$1\"",
+                              ORBEL_PROGRAM, home.path()});
+        EXPECT_EQ(run.status, 0);
+        const auto report = json::parse(run.output);
+        return std::vector<json>{report["entries"], report["allocatedBytes"], report["unreadable"]};
+    };
+    const auto whole = figures("1024");
+    EXPECT_EQ(whole.back(), 0);
+    for (const auto* limit : {"20", "24", "32", "64"})
+        EXPECT_EQ(figures(limit), whole) << limit;
+}
+
+TEST(ScanReport, DoesNotCallAFolderUnreadableThatWentWhileItWasOpen) {
+    const TemporaryFolder home;
+    home.folder("root/brief");
+    // The first two calls list the root.
+    const auto run = test::runProgram({"strace", "-f", "-o", home.path("trace"), "-e", "trace=getdents64",
+                                       "-e", "inject=getdents64:error=ENOENT:when=3", ORBEL_PROGRAM,
+                                       "--scan-json", home.path("root")});
+    const auto report = json::parse(run.output);
+    EXPECT_EQ(report["unreadable"], 0);
+    EXPECT_EQ(report["entries"], 1);
+}
+
 } // namespace
 } // namespace orbel

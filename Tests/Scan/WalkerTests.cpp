@@ -2,9 +2,11 @@
 #include "Safety/PathCanonicalizer.h"
 #include "Scan/Walker.h"
 #include "Support/ChildProcess.h"
+#include "Support/OpenHook.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TreeBuilder.h"
 
+#include <atomic>
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -183,7 +185,8 @@ TEST(Walker, DoesNotEnterOtherVolumesOrBindMounts) {
         GTEST_SKIP() << "mounting needs root";
     const TemporaryFolder home;
     home.file("real/large", 300'000);
-    const auto file = home.file("file", 1000);
+    const auto file = home.file("later", 1000);
+    home.hardLink("later still", "later");
     const auto disk = home.folder("inner/a disk");
     const auto view = home.folder("inner/view");
     const auto fileView = home.file("inner/fileView", 500'000);
@@ -207,7 +210,126 @@ TEST(Walker, DoesNotEnterOtherVolumesOrBindMounts) {
         EXPECT_EQ(tree.count(), before.count());
         EXPECT_EQ(tree.allocated(0), before.allocated(0) - hiddenBytes);
         EXPECT_EQ(walked(disk).count(), 2) << "a volume that is asked for itself is measured";
+
+        // A view that was met while the file had no further link is none of its links later on either.
+        home.file("single", 2000);
+        home.folder("new");
+        test::bindMount(home.path("single").c_str(), home.file("a view").c_str());
+        const FileTree single = walked(home.path());
+        home.hardLink("new/link", "single");
+        const auto spliced = single.spliced(nodeAt(single, home.path("new")), walked(home.path("new")));
+        EXPECT_EQ(spliced.allocated(0), walked(home.path()).allocated(0));
+        EXPECT_EQ(spliced.allocated(nodeAt(spliced, home.path("a view"))), 0);
     }));
+}
+
+TEST(Walker, TellsFilesOfOneNumberApartByTheirDevices) {
+    if (!test::isRoot())
+        GTEST_SKIP() << "mounting needs root";
+    const TemporaryFolder home;
+    for (const auto* folder : {"one", "two", "top", "all"})
+        home.folder(folder);
+    EXPECT_TRUE(test::inChildProcess([&] {
+        test::useOwnMountTable();
+        for (const auto* disk : {"one", "two", "top"})
+            test::mountTmpfs(home.path(disk).c_str());
+        const auto small = home.file("one/folder/small", 5'000);
+        home.hardLink("one/folder/small too", "one/folder/small");
+        const auto large = home.file("two/folder/large", 90'000);
+        home.hardLink("two/folder/large too", "two/folder/large");
+        ASSERT_EQ(FileIdentity::of(small)->inode, FileIdentity::of(large)->inode) << "the case to be tested";
+        test::mountOverlay(home.path("one") + ":" + home.path("two"), home.folder("top/upper"),
+                           home.folder("top/work"), home.path("all"));
+
+        FileTree tree = walked(home.path("all"));
+        const auto both = blocksOf(small) + blocksOf(large);
+        EXPECT_EQ(tree.allocated(0), both);
+        for (const auto* name : {"small", "small too", "large", "large too"}) {
+            const auto path = home.path(std::string("all/folder/") + name);
+            EXPECT_TRUE(tree.matchesScan(nodeAt(tree, path), *FileStamp::of(path))) << name;
+        }
+        const auto folder = home.path("all/folder");
+        const FileTree again = tree.spliced(nodeAt(tree, folder), walked(folder));
+        EXPECT_EQ(again.allocated(0), both);
+        EXPECT_EQ(again.hardLinkMembers, tree.hardLinkMembers);
+        const auto gone = nodeAt(tree, folder + "/large");
+        tree.remove(std::span(&gone, 1));
+        EXPECT_EQ(tree.allocated(0), both) << "the other link has them now";
+    }));
+}
+
+TEST(Walker, LeavesOutFoldersThatVanishBeforeTheyAreListed) {
+    const TemporaryFolder home;
+    home.file("root/keep/file", 10'000);
+    for (const auto* name : {"root/one", "root/two", "root/three", "root/keep/four"})
+        home.folder(name);
+    const auto removeBefore = [&](std::string_view opened, const std::vector<std::string>& gone) {
+        return [=, &home](std::string_view name) {
+            if (name.ends_with(opened)) {
+                for (const auto& folder : gone)
+                    ::rmdir(home.path(folder).c_str());
+            }
+            return 0;
+        };
+    };
+    {
+        const test::OpenHook hook(removeBefore("keep", {"root/one", "root/three"}));
+        const FileTree first = walked(home.path("root"), 1);
+        EXPECT_EQ(first.unreadableCount, 0);
+    }
+    {
+        const test::OpenHook hook(removeBefore("two", {"root/two"}));
+        const FileTree tree = walked(home.path("root"));
+        EXPECT_EQ(tree.unreadableCount, 0);
+        EXPECT_EQ(tree.count(), 4);
+        EXPECT_EQ(test::childNames(tree, 0), std::vector<std::string>{"keep"});
+        EXPECT_EQ(tree.allocated(0), blocksOf(home.path("root/keep/file")));
+        EXPECT_TRUE(tree.flags(nodeAt(tree, home.path("root/keep/four"))).contains(NodeFlags::folder));
+    }
+    home.folder("brief");
+    int opened = 0;
+    const test::OpenHook hook([&](std::string_view name) {
+        if (name.ends_with("/brief") && ++opened == 2)
+            ::rmdir(home.path("brief").c_str());
+        return 0;
+    });
+    EXPECT_EQ(walked(home.path("brief")).count(), 0) << "a root is gone like one that was never there";
+}
+
+TEST(Walker, WaitsForDescriptors) {
+    const TemporaryFolder home;
+    home.file("a/b/file", 10'000);
+    std::atomic<int> refusals = 4;
+    const test::OpenHook hook([&](std::string_view name) {
+        const bool isListed = name == "a" || name == "b" || name == home.path();
+        return isListed && refusals-- > 0 ? (refusals % 2 == 0 ? EMFILE : ENFILE) : 0;
+    });
+    const FileTree tree = walked(home.path());
+    EXPECT_LT(refusals, 0);
+    EXPECT_EQ(tree.count(), 4);
+    EXPECT_EQ(tree.unreadableCount, 0);
+}
+
+TEST(Walker, KnowsTimesThatNanosecondsCannotReach) {
+    const TemporaryFolder home;
+    const auto file = home.file("folder/file", 1000);
+    const auto folder = home.path("folder");
+    for (const std::int64_t seconds :
+         {std::int64_t{10'413'792'000}, std::int64_t{9'223'372'036}}) { // 2300, 2262
+        const timespec time{.tv_sec = seconds, .tv_nsec = 900'000'000};
+        for (const auto& path : {file, folder}) {
+            const std::array both{time, time};
+            ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), both.data(), 0), 0);
+        }
+        struct stat kept {};
+        if (::lstat(file.c_str(), &kept) != 0 || kept.st_mtim.tv_sec != seconds)
+            GTEST_SKIP() << "this file system does not keep such a time";
+        const FileTree tree = walked(folder);
+        EXPECT_TRUE(tree.matchesScan(0, *FileStamp::of(folder)));
+        EXPECT_TRUE(tree.matchesScan(1, *FileStamp::of(file)));
+        EXPECT_EQ(tree.modifiedMinutes[0], seconds / 60);
+        EXPECT_EQ(walked(file).modifiedMinutes[0], seconds / 60);
+    }
 }
 
 TEST(Walker, NumbersNodesTheSameWhateverTheThreadsDo) {

@@ -102,7 +102,7 @@ void mountDead(const std::string& folder) {
 
 void mountOverlay(const std::string& lower, const std::string& upper, const std::string& work,
                   const std::string& target) {
-    const auto options = "lowerdir=" + lower + ",upperdir=" + upper + ",workdir=" + work;
+    const auto options = "lowerdir=" + lower + ",upperdir=" + upper + ",workdir=" + work + ",xino=off";
     require(::mount("overlay", target.c_str(), "overlay", 0, options.c_str()), "mounting an overlay");
 }
 

@@ -34,7 +34,8 @@ void mountTmpfs(const char* folder);
 void bindMount(const char* source, const char* target);
 /// The same for a file system whose server never answers: whoever asks about it waits until it is killed.
 void mountDead(const std::string& folder);
-/// The same for what `upper` has over `lower`; both are folders, `work` an empty one beside `upper`.
+/// The same for what `upper` has over `lower`; both are folders, `work` an empty one beside `upper`. `lower`
+/// may be several, with colons between them. Files show the devices and inodes that they have in their layer.
 void mountOverlay(const std::string& lower, const std::string& upper, const std::string& work,
                   const std::string& target);
 

@@ -45,7 +45,7 @@ ModelScene::ModelScene() : scanner_(std::make_shared<Scanner>()) {
     };
     environment.readVolume = [world = world](const std::string&) { return world->volume; };
     environment.mountTable = [] { return std::vector<platform::Mount>(); };
-    environment.measureTrash = [](const std::string&) { return std::optional<std::uint64_t>(); };
+    environment.measureTrash = [world = world](const std::string&) { return world->trash; };
     environment.isFullDiskAccessGranted = [world = world](const std::string&) { return world->permission; };
     environment.findLargeOld = [](const auto& query, const auto& tree, const auto& policy, Date now,
                                   const auto& isCancelled) {

@@ -50,6 +50,7 @@ public:
         std::optional<bool> permission = true;
         std::optional<VolumeInfo> volume =
             VolumeInfo{.total = 1000, .free = 300, .used = 600, .availableForImportantUsage = 300};
+        std::optional<std::uint64_t> trash{}; ///< bytes in it
         std::chrono::system_clock::time_point now{std::chrono::hours(1)};
     };
     std::shared_ptr<World> world = std::make_shared<World>();

@@ -210,7 +210,7 @@ TEST_F(MoveFlowOn, ANewScanEndsAConfirmationAndMakesEditsOfTheOldTreeVoid) {
     const auto now = app().tree();
     ScanResult edited;
     edited.tree = *old;
-    app().takeEdit(old, scanOutcome(std::move(edited), std::nullopt, home.path()));
+    app().takeEdit(old, scanOutcome(std::move(edited), app().diskReader(), home.path()));
     EXPECT_EQ(app().tree(), now);
 }
 

@@ -1,7 +1,10 @@
 #include "Scan/TreeScanner.h"
 #include "WindowScene.h"
 
+#include <atomic>
 #include <gtest/gtest.h>
+#include <QTest>
+#include <QWindow>
 
 namespace orbel::test {
 
@@ -214,6 +217,39 @@ TEST(WindowOnboarding, StandsAloneUntilAccessIsGranted) {
     isGranted->store(true);
     EXPECT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("overview.measure")); }));
     EXPECT_FALSE(scene.isShown(QStringLiteral("onboarding")));
+}
+
+TEST(WindowFrame, LooksAtTheDiskAgainWhenItIsReturnedTo) {
+    WindowScene scene;
+    const auto trash = std::make_shared<std::atomic<std::uint64_t>>(5);
+    scene.environment.measureTrash = [trash](const std::string&) { return std::optional(trash->load()); };
+    scene.open();
+    QWindow other;
+    other.show();
+    other.requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    *trash = 7;
+    scene.window().requestActivate();
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.app().trashBytes() == 7; }));
+}
+
+TEST(WindowFrame, BlamesWhatCouldNotBeReadForNothingOutsideTheFolder) {
+    WindowScene scene;
+    scene.open();
+    const auto remark = [&] {
+        return scene.item(QStringLiteral("overview.term.notmeasured"))->property("remark").toString();
+    };
+    const auto link = [&] {
+        return scene.item(QStringLiteral("overview.term.notmeasured"))->property("link").toString();
+    };
+    scene.app().startScan("/home/mira/Videos");
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("overview.unreadable")); }));
+    EXPECT_EQ(remark(), QStringLiteral("outside of ~/Videos"));
+    EXPECT_EQ(link(), QString());
+    scene.app().scanDisk();
+    ASSERT_TRUE(scene.waitUntil(
+        [&] { return scene.isShown(QStringLiteral("overview.term.notmeasured")) && !link().isEmpty(); }));
+    EXPECT_EQ(remark(), QString());
 }
 
 TEST(WindowFrame, OpensTheTrash) {

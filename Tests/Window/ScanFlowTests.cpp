@@ -1,3 +1,4 @@
+#include "AppModel/TreeEdits.h"
 #include "ModelScene.h"
 #include "Support/TreeBuilder.h"
 
@@ -143,6 +144,82 @@ TEST(ScanFlow, LedgerAddsUpOnEveryVolume) {
     scene.scanWith("/data", sampleScan());
     EXPECT_EQ(ledger.shared().bytes(), 70);
     EXPECT_EQ(ledger.notMeasured().bytes(), 0);
+}
+
+TEST(ScanFlow, LedgerNamesWhatChangedSinceTheScan) {
+    ModelScene scene;
+    scene.environment.trashFolder = "/data/Trash";
+    scene.world->trash = 40;
+    auto& model = scene.model();
+    const auto& ledger = *model.ledger();
+    TreeBuilder builder("/data");
+    builder.file(0, "a.mkv", 100);
+    builder.file(0, "b.mkv", 50);
+    builder.file(builder.folder(builder.folder(0, "Trash"), "files"), "old.mkv", 40);
+    ScanResult result;
+    result.tree = builder.build();
+    scene.scanWith("/data", std::move(result));
+
+    const auto expect = [&](quint64 measured, quint64 trash, quint64 written, quint64 freed) {
+        scene.waitUntil([&] {
+            return ledger.trash().bytes() == trash && ledger.used().bytes() == scene.world->volume->used;
+        });
+        EXPECT_EQ(ledger.measured().bytes(), measured);
+        EXPECT_EQ(ledger.notMeasured().bytes(), 410) << "what no file shows stays what it was";
+        EXPECT_EQ(ledger.shared().bytes(), 0);
+        EXPECT_EQ(ledger.writtenSince().bytes(), written);
+        EXPECT_EQ(ledger.freedSince().bytes(), freed);
+        EXPECT_EQ(measured + trash + 410 + written - freed + ledger.reserved().bytes()
+                      + ledger.free().bytes(),
+                  ledger.total().bytes());
+    };
+    const auto setUsed = [&](std::uint64_t used) {
+        scene.world->volume = VolumeInfo{
+            .total = 1000, .free = 900 - used, .used = used, .availableForImportantUsage = 900 - used};
+    };
+    expect(150, 40, 0, 0);
+    EXPECT_EQ(model.coverage()->notMeasured(), 410);
+
+    scene.world->trash = 90; // b.mkv was moved
+    model.treeEdits().remove({"/data/b.mkv"});
+    expect(100, 90, 0, 0);
+    EXPECT_EQ(model.coverage()->notMeasured(), 410) << "on the map too";
+    EXPECT_TRUE(ledger.summary().startsWith(
+        QStringLiteral("Measured 100 B, in the Trash 90 B, not measured 410 B, reserved")));
+
+    scene.world->trash = 0; // emptied elsewhere
+    setUsed(510);
+    model.refreshVolume();
+    expect(100, 0, 0, 0);
+    setUsed(810);
+    model.refreshVolume();
+    expect(100, 0, 300, 0);
+    setUsed(200);
+    model.refreshVolume();
+    expect(100, 0, 0, 310);
+
+    setUsed(640); // 130 more in a folder that is measured again
+    TreeBuilder again("/data/Trash");
+    again.file(again.folder(0, "files"), "new.mkv", 0);
+    again.file(0, "written.mkv", 130);
+    model.treeEdits().splice("/data/Trash", std::make_shared<FileTree>(again.build()));
+    scene.waitUntil([&] { return ledger.measured().bytes() == 230; });
+    expect(230, 0, 0, 0);
+}
+
+TEST(ScanFlow, TheTrashIsMeasuredWhenItChanges) {
+    const TemporaryFolder home;
+    ModelScene scene;
+    scene.environment.trashFolder = home.path("share/Trash");
+    home.folder("share");
+    auto& model = scene.model();
+    scene.waitUntil([&] { return model.ledger()->isKnown(); });
+    scene.world->trash = 7;
+    home.file("share/Trash/files/first");
+    scene.waitUntil([&] { return model.trashBytes() == 7; });
+    scene.world->trash = 8;
+    home.file("share/Trash/files/second");
+    scene.waitUntil([&] { return model.trashBytes() == 8; });
 }
 
 TEST(ListModels, KeepTheirPromisesToViews) {

@@ -4,6 +4,7 @@
 #include "Safety/NeverTouch.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Safety/ProtectedContent.h"
+#include "Safety/ReachReason.h"
 #include "Safety/SafetyPolicy.h"
 #include "Util/PathText.h"
 #include "Util/RawValue.h"
@@ -62,7 +63,8 @@ std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeInd
                                                    DeletionModule module, const SafetyPolicy& policy,
                                                    const std::string& path, AllowedRoot root) {
     const auto stamp = FileStamp::of(path);
-    if (!stamp)
+    auto unreached = reachReason(path);
+    if (!stamp && !unreached)
         return std::nullopt;
     DeletionItem item{.id = std::string(rawValue(module)) + ":" + path,
                       .module = module,
@@ -70,9 +72,9 @@ std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeInd
                       .detail = path,
                       .path = path,
                       .root = root,
-                      .scanStamp = *stamp,
+                      .scanStamp = stamp.value_or(FileStamp()),
                       .estimatedBytes = tree.allocated(index)};
-    item.blockedReason = blockedReasonFor(tree, index, item, policy);
+    item.blockedReason = unreached ? std::move(unreached) : blockedReasonFor(tree, index, item, policy);
     item.note = noteFor(tree, index);
     return item;
 }

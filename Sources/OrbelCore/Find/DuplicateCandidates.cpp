@@ -38,6 +38,13 @@ std::optional<Start> startIn(const FileTree& tree, const std::string& home) {
 
 } // namespace
 
+std::optional<std::string> DuplicateFinder::searchedFolder(const FileTree& tree, const std::string& home) {
+    const auto start = startIn(tree, home);
+    if (!start)
+        return std::nullopt;
+    return tree.path(start->node, PathCanonicalizer::shared());
+}
+
 std::vector<NodeIndex> DuplicateFinder::candidates(const FileTree& tree, const std::string& home) const {
     std::vector<NodeIndex> found;
     const auto start = startIn(tree, home);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -49,6 +50,10 @@ struct DuplicateFinder {
     /// child lists, depth first. Hidden folders, packages, "node_modules" and the home's "Library" are not
     /// looked into; nothing outside the home is.
     std::vector<NodeIndex> candidates(const FileTree& tree, const std::string& home) const;
+
+    /// The folder that the candidates are looked for in: the home, or the part of it that the tree holds.
+    /// Absent when the tree holds nothing of the home that is looked into.
+    static std::optional<std::string> searchedFolder(const FileTree& tree, const std::string& home);
 
     /// Divides files by their content. Clusters come in the order of their first files; a file that equals no
     /// other, or could not be read or is not what its stamp says, has a cluster of its own. Cancelled, it

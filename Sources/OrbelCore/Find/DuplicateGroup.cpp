@@ -4,6 +4,7 @@
 #include "Find/DuplicateFinder.h"
 #include "Platform/FileContent.h"
 #include "Safety/NeverTouch.h"
+#include "Safety/ReachReason.h"
 #include "Safety/SafetyPolicy.h"
 #include "Util/PathText.h"
 #include "Util/RawValue.h"
@@ -49,7 +50,7 @@ std::optional<std::string> blockedReasonFor(const DeletionItem& item, const plat
 }
 
 std::optional<std::string> noteFor(const DuplicateFile& file, const platform::FileStatus& status) {
-    if (file.mayShareBlocks || platform::sharesBlocks(file.path))
+    if (file.mayShareStorage())
         return "May share storage; moving it may free less";
     if (status.linkCount >= 2)
         return "Frees nothing while other links exist";
@@ -58,9 +59,14 @@ std::optional<std::string> noteFor(const DuplicateFile& file, const platform::Fi
 
 } // namespace
 
+bool DuplicateFile::mayShareStorage() const {
+    return mayShareBlocks || platform::sharesBlocks(path);
+}
+
 std::optional<DeletionItem> DuplicateGroup::itemOf(const DuplicateFile& file, const SafetyPolicy& policy) {
     const auto status = platform::fileStatus(file.path);
-    if (!status)
+    auto unreached = reachReason(file.path);
+    if (!status && !unreached)
         return std::nullopt;
     DeletionItem item{.id = std::string(rawValue(DeletionModule::duplicates)) + ":" + file.path,
                       .module = DeletionModule::duplicates,
@@ -71,9 +77,12 @@ std::optional<DeletionItem> DuplicateGroup::itemOf(const DuplicateFile& file, co
                                   ? AllowedRoot::applicationBundle
                                   : AllowedRoot::homeItem,
                       .scanStamp = file.stamp,
-                      .estimatedBytes = status->allocatedBytes};
-    item.blockedReason = blockedReasonFor(item, *status, policy);
-    item.note = noteFor(file, *status);
+                      .estimatedBytes = status ? status->allocatedBytes : 0,
+                      .blockedReason = std::move(unreached)};
+    if (!item.blockedReason)
+        item.blockedReason = blockedReasonFor(item, *status, policy);
+    if (status)
+        item.note = noteFor(file, *status);
     return item;
 }
 

@@ -23,6 +23,9 @@ struct DuplicateFile {
     std::chrono::sys_seconds modified{}; ///< as the tree has it: whole minutes
     bool mayShareBlocks = false;         ///< the tree's flag: a clone, perhaps of another copy
 
+    /// The flag, or what the file system says now.
+    bool mayShareStorage() const;
+
     bool operator==(const DuplicateFile&) const = default;
 };
 

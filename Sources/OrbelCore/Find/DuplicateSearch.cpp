@@ -16,7 +16,7 @@ namespace orbel {
 namespace {
 
 /// A sample is two small requests to a cold disk, which answers faster the more of them it has.
-constexpr std::size_t samplingThreads = 16;
+constexpr std::size_t mostSamplingThreads = 16;
 
 /// Cold, 8 threads read 1.4 times as fast as 2, and 16 no faster; warm, their number makes no difference from
 /// the number of processors on. Each has its buffers, which is what bounds it from above.
@@ -52,7 +52,9 @@ void DuplicateSearch::keepSharedSizes(std::vector<NodeIndex> candidates) {
 std::vector<DuplicateGroup> DuplicateSearch::run() {
     if (report_)
         report_(progress_);
-    forEachTask(files_.size(), samplingThreads, [&](std::size_t file) {
+    // Each has a file open, and a few at a time are left to those beside.
+    const auto threads = std::min(mostSamplingThreads, ContentComparison::openFileLimit(2));
+    forEachTask(files_.size(), threads, [&](std::size_t file) {
         if (!isCancelled())
             sample(files_[file]);
     });

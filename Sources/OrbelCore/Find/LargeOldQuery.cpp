@@ -66,7 +66,7 @@ std::vector<LargeOldQuery::Row> LargeOldQuery::run(const FileTree& tree, const S
                         .bytes = tree.allocated(node),
                         .kind = tree.kind(node),
                         .lastUsed = lastUsed,
-                        .openBy = openFiles.users({.device = tree.device, .inode = tree.inode(node)}, path,
+                        .openBy = openFiles.users(tree.identity(node), path,
                                                   tree.flags(node).contains(NodeFlags::package))});
     }
     std::ranges::stable_sort(rows, std::ranges::greater(), &Row::bytes);

@@ -12,13 +12,14 @@ namespace orbel {
 struct LastUsed {
     enum class Source : std::uint8_t {
         lastOpened,  ///< something remembers when it was opened
-        lastModified ///< nothing does, so the modification time stands in
+        lastModified ///< nothing does, so the time of its last change or of its making stands in
     };
     /// What has kept the date, for the user to judge how far to trust it.
     enum class Record : std::uint8_t {
-        usageIndex,      ///< the metadata index, the desktop's list of recently used files
-        accessTime,      ///< the file system; anything that read the file counts, also a backup
-        modificationTime ///< the file system; reading does not count
+        usageIndex,       ///< the metadata index, the desktop's list of recently used files
+        accessTime,       ///< the file system; anything that read the file counts, also a backup
+        modificationTime, ///< the file system; reading does not count
+        creationTime      ///< the file system, which keeps no access times; made later than it was changed
     };
 
     Date date;
@@ -35,7 +36,8 @@ struct RawValues<LastUsed::Source> {
 
 template <>
 struct RawValues<LastUsed::Record> {
-    static constexpr std::array<std::string_view, 3> names{"usageIndex", "accessTime", "modificationTime"};
+    static constexpr std::array<std::string_view, 4> names{"usageIndex", "accessTime", "modificationTime",
+                                                           "creationTime"};
 };
 
 } // namespace orbel

@@ -73,7 +73,7 @@ public:
     };
     std::optional<Own> measure() const;
 
-    /// Takes the next batch of entries from the system.
+    /// Takes the next batch of entries from the system; `failed` comes with errno set.
     Refill refill();
 
     /// The next entry of the batch. "." and ".." never appear; an entry that vanished meanwhile is passed

@@ -15,12 +15,14 @@ struct FileStatus {
     FileType type = FileType::other;
     std::uint64_t size = 0;           ///< content length in bytes; a negative one reads as 0
     std::uint64_t allocatedBytes = 0; ///< blocks on disk × 512
-    std::int64_t modifiedNanos = 0;   ///< modification time, nanoseconds since 1970 UTC
+    std::int64_t modifiedSeconds = 0; ///< modification time since 1970 UTC, rounded toward minus infinity
+    std::int64_t modifiedNanos = 0;   ///< the same in nanoseconds; what these cannot reach is the nearest
     std::uint64_t linkCount = 0;
     std::uint32_t owner = 0; ///< user id
 };
 
-/// `lstat` of a path; absent when it fails for whatever reason.
+/// `lstat` of a path; absent when it fails, with errno set. On Linux the path may be longer than the system
+/// takes one; then no link is followed anywhere on the way.
 std::optional<FileStatus> fileStatus(const std::string& path);
 
 /// The same for an open descriptor.

@@ -12,8 +12,9 @@ namespace orbel::platform {
 /// What the system remembers of the last use of a file.
 struct UsageRecord {
     enum class Keeper : std::uint8_t {
-        index,     ///< the desktop's own memory: the metadata index, the list of recently used files
-        accessTime ///< the file system's time of the last access
+        index,      ///< the desktop's own memory: the metadata index, the list of recently used files
+        accessTime, ///< the file system's time of the last access
+        birthTime   ///< the file system's time of the file's making, where it keeps no access times
     };
 
     Date date;

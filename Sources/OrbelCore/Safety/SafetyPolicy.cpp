@@ -2,6 +2,7 @@
 
 #include "Platform/DirectoryReader.h"
 #include "Safety/ProtectedContent.h"
+#include "Safety/ReachReason.h"
 #include "Safety/RealPath.h"
 #include "Util/PathText.h"
 #include "Util/Utf8.h"
@@ -116,11 +117,11 @@ SafetyDecision SafetyPolicy::check(const std::string& path, AllowedRoot root,
         return SafetyDecision::refused(std::string(onAnotherVolume));
     const auto status = platform::fileStatus(item);
     if (!status)
-        return SafetyDecision::refused("Already gone");
+        return SafetyDecision::refused(reachReason(item).value_or("Already gone"));
     if (status->type == platform::FileType::symbolicLink)
         return SafetyDecision::refused("Is a symbolic link; links are never followed for deletion");
     if (!resolved.isFound())
-        return SafetyDecision::refused("Could not resolve the real path");
+        return SafetyDecision::refused(reachReason(item).value_or("Could not resolve the real path"));
     const auto real = canonicalizer_.visiblePath(resolved.path);
     const auto current = FileStamp::of(*status);
     if (expected && !expected->isUnchanged(current))

@@ -62,6 +62,12 @@ std::uint64_t FileTree::inode(NodeIndex node) const {
     return inodes[node];
 }
 
+FileIdentity FileTree::identity(NodeIndex node) const {
+    requireNode(node);
+    const auto other = otherDevices.empty() ? otherDevices.end() : otherDevices.find(node);
+    return {.device = other != otherDevices.end() ? other->second : device, .inode = inodes[node]};
+}
+
 std::uint16_t FileTree::linkCount(NodeIndex node) const {
     requireNode(node);
     return linkCounts[node];
@@ -183,10 +189,14 @@ std::optional<NodeIndex> FileTree::index(const std::string& ofPath,
 
 bool FileTree::matchesScan(NodeIndex node, const FileStamp& stamp) const {
     using namespace std::chrono;
-    requireNode(node);
-    if (stamp.identity.inode != inodes[node] || (device != 0 && stamp.identity.device != device))
+    const auto known = identity(node);
+    if (stamp.identity.inode != known.inode || (device != 0 && stamp.identity.device != known.device))
         return false;
-    if (floor<minutes>(nanoseconds(stamp.modifiedNanos)).count() != modifiedMinutes[node])
+    // A stamp's time ends where its nanoseconds do, in 2262; the tree's goes on.
+    constexpr auto first = floor<minutes>(nanoseconds::min()).count();
+    constexpr auto last = floor<minutes>(nanoseconds::max()).count();
+    if (floor<minutes>(nanoseconds(stamp.modifiedNanos)).count()
+        != std::clamp<std::int64_t>(modifiedMinutes[node], first, last))
         return false;
     return isFolder(node) || stamp.size == logicalBytes[node];
 }

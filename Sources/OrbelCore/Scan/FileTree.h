@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Safety/FileIdentity.h"
 #include "Scan/FileKind.h"
 #include "Scan/NodeFlags.h"
 #include "Util/Column.h"
@@ -69,14 +70,17 @@ struct FileTree {
         protectedNodes; ///< nodes that are protected data themselves, ascending; not the root
     std::unordered_set<NodeIndex> protectedContainers; ///< nodes that are, or contain, protected data
     std::unordered_set<NodeIndex> aliasNodes;          ///< alias files of the file manager
-    /// By inode: the bytes that a group of hard links occupies once, and its members in node order.
-    std::unordered_map<std::uint64_t, std::uint64_t> hardLinkSizes;
-    std::unordered_map<std::uint64_t, std::vector<NodeIndex>> hardLinkMembers;
+    /// By file: the bytes that a group of hard links occupies once, and its members in node order.
+    std::unordered_map<FileIdentity, std::uint64_t> hardLinkSizes;
+    std::unordered_map<FileIdentity, std::vector<NodeIndex>> hardLinkMembers;
 
     /// Of every node that was detached itself: the folder that held it, so that its path can still be told.
     std::unordered_map<NodeIndex, NodeIndex> detachedFrom;
 
-    std::uint64_t device = 0;           ///< device number of the scanned volume; 0 when unknown
+    std::uint64_t device = 0; ///< device number of the scanned volume; 0 when unknown
+    /// Of files that show another device than `device`: some file systems (overlay) show each file with the
+    /// device of the layer that holds it, and inode numbers repeat from layer to layer.
+    std::unordered_map<NodeIndex, std::uint64_t> otherDevices;
     std::uint64_t unreadableCount = 0;  ///< entries that could not be read
     std::uint64_t datalessCount = 0;    ///< cloud files that are not on this disk
     std::uint64_t otherVolumeCount = 0; ///< mount points of other volumes that were not entered
@@ -96,6 +100,8 @@ struct FileTree {
     std::uint64_t allocated(NodeIndex node) const;
     std::uint64_t logical(NodeIndex node) const;
     std::uint64_t inode(NodeIndex node) const;
+    /// What tells the node's file from all others of the tree; the device is 0 when `device` is.
+    FileIdentity identity(NodeIndex node) const;
     std::uint16_t linkCount(NodeIndex node) const;
     std::uint32_t descendantCount(NodeIndex node) const;
     std::chrono::sys_seconds modified(NodeIndex node) const;
@@ -129,8 +135,8 @@ struct FileTree {
     };
 
     /// Completes the tree once all nodes are there: settles hard links, marks protected containers, sums up
-    /// and builds the child lists. `hardLinkCandidates` are the non-folders of two or more links, in node
-    /// order.
+    /// and builds the child lists. `hardLinkCandidates` are the non-folders of this volume with two or more
+    /// links, in node order.
     void finalize(std::span<const HardLinkCandidate> hardLinkCandidates);
 
     /// Detaches nodes that are gone from the disk and brings hard links and totals up to date. Node 0, nodes
@@ -155,7 +161,7 @@ private:
     NodeIndex holderOf(NodeIndex node) const;
     void groupHardLinks(std::span<const HardLinkCandidate> candidates);
     void settleHardLinks();
-    void assignHardLinkOwner(std::uint64_t inode, std::span<const NodeIndex> members);
+    void assignHardLinkOwner(const FileIdentity& file, std::span<const NodeIndex> members);
     void markProtectedData();
     void buildChildLists();
     std::optional<NodeIndex> childNamed(NodeIndex folder, std::string_view wanted) const;

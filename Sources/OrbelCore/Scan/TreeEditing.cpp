@@ -39,12 +39,12 @@ void FileTree::restore(std::span<const NodeIndex> back) {
 /// The bytes of a group whose owner left move to a link that stays, and back when it returns.
 void FileTree::settleHardLinks() {
     std::vector<NodeIndex> attached;
-    for (const auto& [inode, members] : hardLinkMembers) {
+    for (const auto& [file, members] : hardLinkMembers) {
         attached.clear();
         std::ranges::copy_if(members, std::back_inserter(attached),
                              [this](NodeIndex member) { return isAttached(member); });
         if (!attached.empty())
-            assignHardLinkOwner(inode, attached);
+            assignHardLinkOwner(file, attached);
     }
 }
 

@@ -33,9 +33,9 @@ void sortLargestFirst(std::span<NodeIndex> children, const Column<std::uint64_t>
 
 void FileTree::finalize(std::span<const HardLinkCandidate> hardLinkCandidates) {
     groupHardLinks(hardLinkCandidates);
-    for (const auto& [inode, members] : hardLinkMembers) {
+    for (const auto& [file, members] : hardLinkMembers) {
         if (members.size() >= 2)
-            assignHardLinkOwner(inode, members);
+            assignHardLinkOwner(file, members);
     }
     recomputeTotals();
     markProtectedData();
@@ -43,14 +43,15 @@ void FileTree::finalize(std::span<const HardLinkCandidate> hardLinkCandidates) {
 
 void FileTree::groupHardLinks(std::span<const HardLinkCandidate> candidates) {
     for (const auto& [node, inode] : candidates) {
-        hardLinkMembers[inode].push_back(node);
-        auto& size = hardLinkSizes[inode];
+        const FileIdentity file{.device = identity(node).device, .inode = inode};
+        hardLinkMembers[file].push_back(node);
+        auto& size = hardLinkSizes[file];
         size = std::max(size, allocatedBytes[node]);
     }
 }
 
-void FileTree::assignHardLinkOwner(std::uint64_t inode, std::span<const NodeIndex> members) {
-    const auto size = hardLinkSizes.find(inode);
+void FileTree::assignHardLinkOwner(const FileIdentity& file, std::span<const NodeIndex> members) {
+    const auto size = hardLinkSizes.find(file);
     if (size == hardLinkSizes.end() || members.empty())
         return;
     // The first path in byte order, so that the owner does not depend on the order in which threads met the

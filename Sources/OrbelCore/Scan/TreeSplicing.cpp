@@ -148,38 +148,38 @@ std::uint64_t exchanged(std::uint64_t all, std::uint64_t old, std::uint64_t fres
 /// The groups of hard links of both trees as one. The fresh tree knows better how large a file is and how
 /// many links it has, and may have found a further link of a file that had only one before.
 void joinHardLinks(FileTree& made, const FileTree& old, const FileTree& fresh, const Plan& plan) {
-    for (const auto& [inode, members] : old.hardLinkMembers) {
+    for (const auto& [file, members] : old.hardLinkMembers) {
         for (const NodeIndex member : members) {
             if (plan.ofOld(member) != none)
-                made.hardLinkMembers[inode].push_back(plan.ofOld(member));
+                made.hardLinkMembers[file].push_back(plan.ofOld(member));
         }
-        if (const auto size = old.hardLinkSizes.find(inode);
-            size != old.hardLinkSizes.end() && made.hardLinkMembers.contains(inode))
+        if (const auto size = old.hardLinkSizes.find(file);
+            size != old.hardLinkSizes.end() && made.hardLinkMembers.contains(file))
             made.hardLinkSizes.insert(*size);
     }
-    std::unordered_map<std::uint64_t, std::uint16_t> incomplete;
-    for (const auto& [inode, members] : fresh.hardLinkMembers) {
-        auto& all = made.hardLinkMembers[inode];
+    std::unordered_map<FileIdentity, std::uint16_t> incomplete;
+    for (const auto& [file, members] : fresh.hardLinkMembers) {
+        auto& all = made.hardLinkMembers[file];
         const auto links = fresh.linkCounts[members.front()];
         for (const NodeIndex member : all)
             made.linkCounts[member] = links;
         for (const NodeIndex member : members)
             all.push_back(plan.ofFresh(member));
-        made.hardLinkSizes[inode] = fresh.hardLinkSizes.at(inode);
+        made.hardLinkSizes[file] = fresh.hardLinkSizes.at(file);
         if (all.size() < links)
-            incomplete[inode] = links;
+            incomplete[file] = links;
     }
     for (NodeIndex i = 0; !incomplete.empty() && i < old.count(); ++i) {
         if (plan.ofOld(i) == none || old.linkCounts[i] >= 2
-            || NodeFlags{old.nodeFlags[i]}.contains(NodeFlags::folder))
+            || NodeFlags{old.nodeFlags[i]}.intersects(NodeFlags::folder | NodeFlags::otherVolume))
             continue;
-        const auto group = incomplete.find(old.inodes[i]);
+        const auto group = incomplete.find(old.identity(i));
         if (group == incomplete.end())
             continue;
         made.linkCounts[plan.ofOld(i)] = group->second;
         made.hardLinkMembers[group->first].push_back(plan.ofOld(i));
     }
-    for (auto& [inode, members] : made.hardLinkMembers)
+    for (auto& [file, members] : made.hardLinkMembers)
         std::ranges::sort(members);
 }
 
@@ -224,6 +224,12 @@ FileTree FileTree::spliced(NodeIndex folder, const FileTree& fresh) const {
     }
     for (const NodeIndex node : fresh.aliasNodes)
         made.aliasNodes.insert(plan.ofFresh(node));
+    for (const auto& [node, its] : otherDevices) {
+        if (plan.ofOld(node) != noParent)
+            made.otherDevices[plan.ofOld(node)] = its;
+    }
+    for (const auto& [node, its] : fresh.otherDevices)
+        made.otherDevices[plan.ofFresh(node)] = its;
     const auto count = [&](std::uint64_t FileTree::*sum, NodeFlags flag) {
         made.*sum = exchanged(this->*sum, replacedWith(flag, *this, folder, plan), fresh.*sum);
     };

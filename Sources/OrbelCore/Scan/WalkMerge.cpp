@@ -129,6 +129,58 @@ private:
     std::size_t nodes_;
 };
 
+/// Folders that were gone when they were to be listed leave the tree again. They hold nothing, so parents and
+/// their order stay as they are.
+class GoneFolders {
+public:
+    explicit GoneFolders(std::span<const WorkerStore> stores) {
+        for (const WorkerStore& store : stores) {
+            for (const WorkUnit* const unit : store.gone)
+                nodes_.push_back(nodeOf(*unit));
+        }
+        std::ranges::sort(nodes_);
+    }
+
+    /// Where a node that stays is after `removeFrom`.
+    NodeIndex placeOf(NodeIndex node) const {
+        const auto before = std::ranges::lower_bound(nodes_, node) - nodes_.begin();
+        return node - static_cast<NodeIndex>(before);
+    }
+
+    void removeFrom(FileTree& tree) const {
+        if (nodes_.empty())
+            return;
+        remove(tree.nameStart);
+        remove(tree.nameLength);
+        remove(tree.parentIndex);
+        remove(tree.allocatedBytes);
+        remove(tree.logicalBytes);
+        remove(tree.modifiedMinutes);
+        remove(tree.inodes);
+        remove(tree.linkCounts);
+        remove(tree.nodeFlags);
+        remove(tree.kinds);
+        for (NodeIndex& parent : std::span(tree.parentIndex).subspan(1))
+            parent = placeOf(parent);
+    }
+
+private:
+    template <class T>
+    void remove(Column<T>& column) const {
+        auto next = nodes_.begin();
+        std::size_t kept = *next;
+        for (std::size_t i = kept; i < column.size(); ++i) {
+            if (next != nodes_.end() && *next == i)
+                ++next;
+            else
+                column[kept++] = column[i];
+        }
+        column.resize(kept);
+    }
+
+    std::vector<NodeIndex> nodes_; ///< in ascending order
+};
+
 } // namespace
 
 std::vector<FileTree::HardLinkCandidate> merge(WorkUnit& root, std::span<WorkerStore> stores,
@@ -139,14 +191,21 @@ std::vector<FileTree::HardLinkCandidate> merge(WorkUnit& root, std::span<WorkerS
         order.empty() ? 1 : std::size_t{order.back()->firstNode} + order.back()->entries;
     Merge(order, stores, into, nodes).run();
 
+    const GoneFolders gone(stores);
+    gone.removeFrom(into);
+
+    // A file that is mounted here from elsewhere is no link of one of this volume, whatever its number.
+    constexpr NodeFlags neverLinks = NodeFlags::folder | NodeFlags::otherVolume;
     std::vector<FileTree::HardLinkCandidate> candidates;
-    for (std::size_t i = 1; i < nodes; ++i) {
-        if (into.linkCounts[i] >= 2 && !NodeFlags{into.nodeFlags[i]}.contains(NodeFlags::folder))
+    for (std::size_t i = 1; i < into.count(); ++i) {
+        if (into.linkCounts[i] >= 2 && !NodeFlags{into.nodeFlags[i]}.intersects(neverLinks))
             candidates.push_back({.node = static_cast<NodeIndex>(i), .inode = into.inodes[i]});
     }
     for (WorkerStore& store : stores) {
         for (const AliasPlace& alias : store.aliases)
-            into.aliasNodes.insert(alias.folder->firstNode + alias.position);
+            into.aliasNodes.insert(gone.placeOf(alias.folder->firstNode + alias.position));
+        for (const OtherDevice& other : store.otherDevices)
+            into.otherDevices[gone.placeOf(other.folder->firstNode + other.position)] = other.device;
         store = WorkerStore{};
     }
     return candidates;

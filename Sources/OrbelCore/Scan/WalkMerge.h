@@ -15,7 +15,7 @@ namespace orbel::walk {
 /// numbers whatever the threads did. Column after column is copied and the workers' copy of it freed, several
 /// at a time, so that next to nothing is in memory twice.
 ///
-/// Returns the nodes that are not folders and have two or more links, in node order.
+/// Returns the nodes of this volume that are not folders and have two or more links, in node order.
 std::vector<FileTree::HardLinkCandidate> merge(WorkUnit& root, std::span<WorkerStore> stores, FileTree& into);
 
 } // namespace orbel::walk

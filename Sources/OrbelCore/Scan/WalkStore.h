@@ -106,11 +106,20 @@ struct AliasPlace {
     std::uint32_t position;
 };
 
+/// A file that shows another device than the root: its folder and its position there.
+struct OtherDevice {
+    const WorkUnit* folder;
+    std::uint32_t position;
+    std::uint64_t device;
+};
+
 /// All that one worker found.
 struct WorkerStore {
     std::vector<std::unique_ptr<Chunk>> chunks;
     std::deque<WorkUnit> units; ///< addresses are stable
     std::vector<AliasPlace> aliases;
+    std::vector<OtherDevice> otherDevices;
+    std::vector<const WorkUnit*> gone; ///< folders that were listed by their parent and then not there
 
     /// A chunk with room for one more node of that name, the last one or a new one.
     Chunk& chunkFor(std::string_view name);

@@ -4,6 +4,7 @@
 #include "Util/PathText.h"
 #include "Util/Utf8.h"
 
+#include <cerrno>
 #include <ranges>
 
 namespace orbel::walk {
@@ -47,7 +48,8 @@ WalkWorker::WalkWorker(WalkContext& context, WalkQueue& queue, WorkerStore& stor
       queue_(queue),
       store_(store),
       counters_(counters),
-      buffer_(DirectoryReader::bufferBytes) {}
+      buffer_(DirectoryReader::bufferBytes),
+      shortage_(context.cancellation) {}
 
 void WalkWorker::run() {
     platform::forbidMaterialisationOnThisThread();
@@ -64,18 +66,14 @@ void WalkWorker::run() {
 }
 
 void WalkWorker::list(WorkUnit& unit) {
-    auto reader = open(unit);
+    auto reader = shortage_.waitFor([&] { return open(unit); });
+    if (!reader)
+        takeUnopened(unit, reader.error());
+    releaseParent(unit);
     if (!reader) {
-        if (unit.chunk != nullptr && unit.parent->descriptor >= 0) {
-            if (const auto own = platform::measureEntry(unit.parent->descriptor, openName_.c_str()))
-                unit.chunk->setAttributes(unit.place, own->attributes);
-        }
-        releaseParent(unit);
-        markUnreadable(unit);
         publish();
         return;
     }
-    releaseParent(unit);
     if (unit.chunk != nullptr) {
         // A descriptor that cannot be asked is listed all the same.
         if (const auto own = reader->measure()) {
@@ -105,6 +103,21 @@ void WalkWorker::list(WorkUnit& unit) {
     publish();
 }
 
+void WalkWorker::takeUnopened(WorkUnit& unit, int error) {
+    std::optional<DirectoryReader::Own> own;
+    if (unit.chunk != nullptr && unit.parent->descriptor >= 0)
+        own = platform::measureEntry(unit.parent->descriptor, openName_.c_str());
+    // Something else may have its name by now. ESTALE is no proof: a dead server gives it for all it has.
+    const bool isStillThere = own && own->attributes.type == FileType::directory;
+    if ((error == ENOENT || error == ENOTDIR) && !isStillThere) {
+        markGone(unit);
+        return;
+    }
+    if (own)
+        unit.chunk->setAttributes(unit.place, own->attributes);
+    markUnreadable(unit);
+}
+
 std::optional<DirectoryReader> WalkWorker::open(WorkUnit& unit) {
     if (unit.parent == nullptr)
         return DirectoryReader::open(-1, context_.rootPath.c_str(), buffer_.span());
@@ -125,8 +138,12 @@ std::optional<DirectoryReader> WalkWorker::openAlongPath(const WorkUnit& unit) {
     for (const WorkUnit* const step : chain | std::views::reverse) {
         openName_ = step->name();
         auto inner = DirectoryReader::open(parent, openName_.c_str(), buffer_.span());
-        if (!inner)
+        if (!inner) {
+            const int error = errno;
+            reader.reset(); // whoever waits for a descriptor must not hold one
+            errno = error;
             return std::nullopt;
+        }
         reader = std::move(inner);
         parent = reader->descriptor();
     }
@@ -139,13 +156,13 @@ void WalkWorker::releaseParent(const WorkUnit& unit) {
         return;
     if (parent->unopenedChildren.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         FileDescriptor(parent->descriptor).reset();
-        context_.openFolders.fetch_sub(1, std::memory_order_relaxed);
+        WalkContext::openFolders.fetch_sub(1, std::memory_order_relaxed);
     }
 }
 
 void WalkWorker::keepOpen(WorkUnit& unit, DirectoryReader& reader) {
-    if (context_.openFolders.fetch_add(1, std::memory_order_relaxed) >= context_.openFolderLimit) {
-        context_.openFolders.fetch_sub(1, std::memory_order_relaxed);
+    if (WalkContext::openFolders.fetch_add(1, std::memory_order_relaxed) >= context_.openFolderLimit) {
+        WalkContext::openFolders.fetch_sub(1, std::memory_order_relaxed);
         return;
     }
     unit.unopenedChildren.store(static_cast<std::uint32_t>(found_.size()), std::memory_order_relaxed);
@@ -159,7 +176,11 @@ void WalkWorker::readEntries(WorkUnit& unit, DirectoryReader& reader) {
         if (refill == DirectoryReader::Refill::end)
             return;
         if (refill == DirectoryReader::Refill::failed) {
-            markUnreadable(unit);
+            // A folder that is removed while it is open cannot be listed any more, and holds nothing.
+            if (errno != ENOENT)
+                markUnreadable(unit);
+            else if (unit.entries == 0)
+                markGone(unit);
             return;
         }
         for (auto next = reader.next(entry); next != DirectoryReader::Next::done; next = reader.next(entry)) {
@@ -193,6 +214,9 @@ void WalkWorker::add(WorkUnit& unit, const DirectoryEntry& entry) {
         attributes.allocatedBytes = 0;
         ++otherVolume_;
     }
+    if (!isFolder && !isElsewhere && entry.place && entry.place->device != context_.place.device)
+        store_.otherDevices.push_back(
+            {.folder = &unit, .position = unit.entries, .device = entry.place->device});
     if (attributes.isDataless)
         ++dataless_;
 
@@ -268,6 +292,14 @@ void WalkWorker::flag(const WorkUnit& unit, NodeFlags flags) {
 void WalkWorker::markUnreadable(const WorkUnit& unit) {
     flag(unit, NodeFlags::unreadable);
     ++unreadable_;
+}
+
+/// Like a file that vanished before it could be measured, it is no part of what was found.
+void WalkWorker::markGone(const WorkUnit& unit) {
+    if (unit.parent == nullptr)
+        context_.isRootGone.store(true, std::memory_order_relaxed);
+    else
+        store_.gone.push_back(&unit);
 }
 
 void WalkWorker::publish() {

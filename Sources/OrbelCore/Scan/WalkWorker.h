@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/DirectoryReader.h"
+#include "Scan/DescriptorShortage.h"
 #include "Scan/MountBoundary.h"
 #include "Scan/ScanCancellation.h"
 #include "Scan/WalkQueue.h"
@@ -8,6 +9,7 @@
 
 #include <atomic>
 #include <deque>
+#include <expected>
 #include <mutex>
 #include <string>
 
@@ -33,12 +35,14 @@ struct WalkContext {
     /// How many folders may keep their descriptor open for what lies inside; beyond that, folders are opened
     /// along their path.
     int openFolderLimit = 0;
-    std::atomic<int> openFolders = 0;
+    /// Of all walks at once: descriptors belong to the process.
+    inline static std::atomic<int> openFolders = 0;
 
     std::mutex slotsMutex; ///< guards that `slots` grows; the bytes in it are atomic
     std::deque<Slot> slots;
 
     std::atomic<std::uint8_t> rootFlags = 0; ///< NodeFlags to add to the root
+    std::atomic<bool> isRootGone = false;    ///< nothing could be listed because the root vanished
 };
 
 /// Lists folders, one after another, into a store of its own.
@@ -52,6 +56,7 @@ public:
 
 private:
     void list(WorkUnit& unit);
+    void takeUnopened(WorkUnit& unit, int error);
     std::optional<platform::DirectoryReader> open(WorkUnit& unit);
     std::optional<platform::DirectoryReader> openAlongPath(const WorkUnit& unit);
     void releaseParent(const WorkUnit& unit);
@@ -63,6 +68,7 @@ private:
     Slot* addSlot(std::string_view name, bool isFolder);
     void flag(const WorkUnit& unit, NodeFlags flags);
     void markUnreadable(const WorkUnit& unit);
+    void markGone(const WorkUnit& unit);
     void publish();
 
     WalkContext& context_;
@@ -73,6 +79,7 @@ private:
     std::vector<WorkUnit*> stack_;
     std::vector<WorkUnit*> found_; // folders of the listing in progress
     std::string openName_;         // with a closing zero, for the system
+    DescriptorShortage shortage_;
 
     // Not yet published.
     std::uint64_t entries_ = 0;

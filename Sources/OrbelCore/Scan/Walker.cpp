@@ -8,6 +8,7 @@
 #include "Util/PathText.h"
 
 #include <algorithm>
+#include <cerrno>
 
 #include <sys/resource.h>
 
@@ -18,33 +19,38 @@ namespace {
 using namespace walk;
 using Clock = std::chrono::steady_clock;
 
-/// Half of the descriptors that this process may have: the other half is for the program around the walk.
-int openFolderLimit() {
+/// What a walk does with half of the descriptors that this process may have: the other half is for the
+/// program around it.
+struct DescriptorShare {
+    int workers = 1;     ///< at most
+    int openFolders = 0; ///< that may stay open for what lies inside
+};
+
+DescriptorShare descriptorShare(int wantedWorkers) {
     constexpr rlim_t most = 4096;
+    constexpr int perWorker = 2; // a folder, and the one that it is opened in
     rlimit limit{};
     if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
-        return 0;
-    return static_cast<int>(std::min(limit.rlim_cur, 2 * most) / 2);
+        return {};
+    const auto half = static_cast<int>(std::min(limit.rlim_cur, 2 * most) / 2);
+    const int workers = std::clamp(half / (2 * perWorker), 1, wantedWorkers);
+    return {.workers = workers, .openFolders = std::max(half - workers * perWorker - 1, 0)};
 }
 
 void appendRoot(FileTree& tree, const platform::FileStatus& status) {
-    constexpr std::int64_t nanosPerSecond = 1'000'000'000;
     const bool isFolder = status.type == platform::FileType::directory;
     NodeFlags flags;
     if (isFolder)
         flags = NodeFlags::folder;
     else if (status.type == platform::FileType::symbolicLink)
         flags = NodeFlags::symlink;
-    const auto seconds =
-        std::chrono::floor<std::chrono::seconds>(std::chrono::nanoseconds(status.modifiedNanos));
-    static_assert(nanosPerSecond == std::chrono::nanoseconds(std::chrono::seconds(1)).count());
 
     tree.nameStart.push_back(0);
     tree.nameLength.push_back(0);
     tree.parentIndex.push_back(FileTree::noParent);
     tree.allocatedBytes.push_back(isFolder ? 0 : status.allocatedBytes);
     tree.logicalBytes.push_back(status.size);
-    tree.modifiedMinutes.push_back(minutesOf(seconds.count()));
+    tree.modifiedMinutes.push_back(minutesOf(status.modifiedSeconds));
     tree.inodes.push_back(status.inode);
     tree.linkCounts.push_back(cappedLinks(status.linkCount));
     tree.nodeFlags.push_back(flags.rawValue);
@@ -74,28 +80,47 @@ ScanProgress snapshot(WalkContext& context, std::span<const WorkerCounters> coun
     return progress;
 }
 
-/// Lists everything below the root of `tree`, which is a folder, and merges it.
-void walkFolder(FileTree& tree, int workers, const ScanCancellation& cancellation,
+bool isGone(int error) {
+    return error == ENOENT || error == ENOTDIR;
+}
+
+/// Lists everything below the root of `tree`, which is a folder, and merges it. A root that vanished leaves
+/// the tree empty.
+void walkFolder(FileTree& tree, int wantedWorkers, const ScanCancellation& cancellation,
                 std::chrono::duration<double> interval, const ScanProgressCallback& progress) {
     const auto start = Clock::now();
     PageArray<std::byte> buffer(platform::DirectoryReader::bufferBytes);
-    const auto root = platform::DirectoryReader::open(-1, tree.rootPath.c_str(), buffer.span());
-    platform::MountIdentity place{.device = tree.device, .mountId = 0};
-    if (root) {
-        if (const auto own = root->measure())
-            place = own->place;
+    const auto root = DescriptorShortage(cancellation).waitFor([&] {
+        return platform::DirectoryReader::open(-1, tree.rootPath.c_str(), buffer.span());
+    });
+    if (!root) {
+        if (isGone(root.error())) {
+            tree = FileTree(tree.rootPath, tree.requestedRootPath);
+            return;
+        }
+        tree.nodeFlags[0] |= NodeFlags::unreadable.rawValue;
+        tree.unreadableCount = 1;
+        tree.finalize({});
+        if (progress)
+            progress(ScanProgress{.unreadable = 1, .topLevel = {}});
+        return;
     }
+    platform::MountIdentity place{.device = tree.device, .mountId = 0};
+    if (const auto own = root->measure())
+        place = own->place;
+    const auto share = descriptorShare(wantedWorkers);
+    const int workers = share.workers;
     WalkContext context{
         .rootPath = tree.rootPath,
-        .rootDescriptor = root ? root->descriptor() : -1,
+        .rootDescriptor = root->descriptor(),
         .place = place,
         .boundary = MountBoundary(platform::mountTable(), tree.rootPath, place.mountId),
         .cancellation = cancellation,
-        .openFolderLimit = openFolderLimit(),
-        .openFolders = 0,
+        .openFolderLimit = share.openFolders,
         .slotsMutex = {},
         .slots = {},
         .rootFlags = 0,
+        .isRootGone = false,
     };
 
     std::vector<WorkerStore> stores(static_cast<std::size_t>(workers));
@@ -120,6 +145,10 @@ void walkFolder(FileTree& tree, int workers, const ScanCancellation& cancellatio
         tree.unreadableCount += worker.unreadable;
         tree.datalessCount += worker.dataless;
         tree.otherVolumeCount += worker.otherVolume;
+    }
+    if (context.isRootGone) {
+        tree = FileTree(tree.rootPath, tree.requestedRootPath);
+        return;
     }
     const auto candidates = merge(rootUnit, stores, tree);
     tree.nodeFlags[0] |= context.rootFlags;

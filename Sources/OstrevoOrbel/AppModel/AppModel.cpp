@@ -21,6 +21,8 @@
 #include "Util/PathText.h"
 #include "Util/Thread.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QTimer>
 
 namespace orbel {
@@ -69,6 +71,13 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
     screen_ = options().openScreen.value_or(options().selectApp ? Screen::uninstall : screen_);
     alertTimer_.setInterval(LowDiskAlert::checkInterval);
     connect(&alertTimer_, &QTimer::timeout, this, &AppModel::checkFreeSpace);
+    trashTimer_.setSingleShot(true);
+    trashTimer_.setInterval(std::chrono::milliseconds(500));
+    connect(&trashTimer_, &QTimer::timeout, this, &AppModel::takeTrashChange);
+    connect(&trashWatch_, &QFileSystemWatcher::directoryChanged, &trashTimer_, [this] {
+        if (!trashTimer_.isActive())
+            trashTimer_.start();
+    });
     refreshVolume();
     refreshVolumes();
     refreshFullDiskAccess();
@@ -143,20 +152,53 @@ void AppModel::openPrivacySettings() {
 }
 
 void AppModel::refreshVolume() {
+    watchTrash();
     if (auto volume = environment_.readVolume(environment_.dataVolumePath); volume != volume_) {
         volume_ = volume;
-        updateLedgers();
+        // Set against what was measured, the volume waits for the Trash: both are of one moment there.
+        if (!counted_) {
+            ledgerVolume_ = volume;
+            updateLedgers();
+        }
         Q_EMIT volumeChanged();
     }
     inbox_.runAside(
-        "orbel.trash-size",
-        [measure = environment_.measureTrash, trash = environment_.trashFolder] { return measure(trash); },
-        [this](std::optional<std::uint64_t> bytes) {
-            if (bytes == trashBytes_)
-                return;
-            trashBytes_ = bytes;
-            Q_EMIT trashBytesChanged();
+        "orbel.trash-size", [reader = diskReader(), root = scanRoot_] { return reader.read(root); },
+        [this, root = scanRoot_](const DiskMoment& moment) {
+            // An edit that is under way brings a moment of its own, which fits the tree that it makes.
+            if (root == scanRoot_ && !(hasTree() && treeEdits_->isBusy()))
+                takeMoment(moment);
+            else
+                trashTimer_.start();
         });
+}
+
+/// Watches the folder of the trashed items or, until there is one, the nearest above it.
+void AppModel::watchTrash() {
+    const auto items = platform::trashedItemsFolder(environment_.trashFolder);
+    QString watched;
+    for (const auto& folder :
+         {items, environment_.trashFolder, std::string(parentPath(environment_.trashFolder))}) {
+        if (const auto name = QFile::decodeName(folder.c_str()); QFileInfo(name).isDir()) {
+            watched = name;
+            break;
+        }
+    }
+    const auto before = trashWatch_.directories();
+    if (before == QStringList{watched})
+        return;
+    if (!before.isEmpty())
+        trashWatch_.removePaths(before);
+    if (!watched.isEmpty())
+        trashWatch_.addPath(watched);
+}
+
+/// Every item that is moved changes the Trash; the end of the move tells of all of them.
+void AppModel::takeTrashChange() {
+    if (moves_->isDeleting() || moves_->isPuttingBack())
+        trashTimer_.start();
+    else
+        refreshVolume();
 }
 
 void AppModel::refreshVolumes() {

@@ -23,6 +23,7 @@
 #include "Screen.h"
 #include "Services/Appearance.h"
 
+#include <QFileSystemWatcher>
 #include <QObject>
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
@@ -217,6 +218,7 @@ public:
     DuplicatesFlow* duplicates() { return duplicates_.get(); }
     TidyFlow* tidy() { return tidy_.get(); }
     AppsFlow* apps() { return apps_.get(); }
+    DiskReader diskReader() const { return DiskReader(environment_); }
     /// What measures a folder; any thread may call it.
     const auto& scanner() const { return environment_.scan; }
     TreeEdits& treeEdits() { return *treeEdits_; }
@@ -324,11 +326,29 @@ Q_SIGNALS:
     void mapKindWanted(int kind);
 
 private:
+    /// What a scan and the edits since have counted.
+    struct Counted {
+        KindTotals kinds{};
+        KindTotals trashedKinds{}; ///< the part of it that lies in the Trash
+        DiskMoment atScan;
+        std::uint64_t bytesAtScan = 0;      ///< without the Trash
+        std::int64_t outsideTreeAtScan = 0; ///< see outsideTree()
+
+        std::uint64_t bytes() const; ///< without the Trash
+        /// By how much the Trash is larger than the tree has it.
+        std::int64_t outsideTree(const DiskMoment& moment) const;
+    };
+
+    void watchTrash();
+    void takeTrashChange();
+
     // The scan (AppModelScan.cpp).
     void takeProgress(const ScanCancellation* token, ScanProgress progress);
     void takeOutcome(const ScanCancellation* token, ScanOutcome outcome);
     void showTree(std::shared_ptr<const FileTree> tree);
+    void takeMoment(const DiskMoment& moment);
     void updateLedgers();
+    void addCounted(DiskLedger::Figures& figures, bool holdsTrash) const;
     void mark(std::string_view name);
     void setNotice(const QString& words);
     std::optional<std::string> nodePath(quint32 node) const;
@@ -367,7 +387,9 @@ private:
     std::chrono::system_clock::time_point scannedAt_;
     double scanSeconds_ = 0;
     std::optional<VolumeInfo> scannedVolume_;
-    std::optional<KindTotals> kindTotals_;
+    std::optional<VolumeInfo> ledgerVolume_; ///< of the disk, read at one moment with `trashBytes_`
+    std::uint64_t momentNumber_ = 0;
+    std::optional<Counted> counted_; ///< absent before the first scan and while one runs
     std::vector<platform::Mount> mounts_;
 
     ScanFigures figures_;
@@ -384,6 +406,8 @@ private:
     LowDiskSettings lowDisk_;
     LowDiskAlert lowDiskAlert_;
     QTimer alertTimer_;
+    QFileSystemWatcher trashWatch_;
+    QTimer trashTimer_; ///< many changes at once are one
 
     std::unique_ptr<TreeEdits> treeEdits_;
     std::unique_ptr<PutBackFlow> putBack_;

@@ -7,12 +7,18 @@
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
 
+#include <numeric>
+
 namespace orbel {
 
 namespace {
 
 /// Far more than are shown, so that a row that is overtaken still gets its figures.
 constexpr std::size_t mostTopLevel = 200;
+
+std::uint64_t sumOf(const KindTotals& totals) {
+    return std::accumulate(totals.begin(), totals.end(), std::uint64_t{0});
+}
 
 } // namespace
 
@@ -48,7 +54,7 @@ void AppModel::startScan(const std::string& root) {
     progress_.reset();
     coverage_.reset();
     scannedVolume_.reset();
-    kindTotals_.reset();
+    counted_.reset();
     figures_.set({});
     topLevel_.begin(scanRootText());
     showTree(sharedTree(FileTree()));
@@ -71,10 +77,10 @@ void AppModel::startScan(const std::string& root) {
     };
     inbox_.runAside(
         "orbel.scan",
-        [token = cancellation_, report, root, home = home(), scan = environment_.scan,
-         readVolume = environment_.readVolume, growthFolder = environment_.growthFolder] {
+        [token = cancellation_, report, root, home = home(), scan = environment_.scan, reader = diskReader(),
+         growthFolder = environment_.growthFolder] {
             auto result = scan(root, *token, report);
-            auto outcome = scanOutcome(std::move(result), readVolume(root), home);
+            auto outcome = scanOutcome(std::move(result), reader, home);
             outcome.growth = scanGrowth(outcome, growthFolder, home);
             return outcome;
         },
@@ -107,12 +113,15 @@ void AppModel::takeOutcome(const ScanCancellation* token, ScanOutcome outcome) {
     const bool hasRoot = tree.count() > 0;
     scannedAt_ = outcome.finishedAt;
     scanSeconds_ = outcome.duration;
-    scannedVolume_ = outcome.volume;
-    if (isWholeDisk() && outcome.volume)
-        volume_ = outcome.volume;
-    if (isWholeDisk() && volume_ && hasRoot)
-        coverage_ = Coverage(volume_->used, tree);
-    kindTotals_ = outcome.kinds;
+    takeMoment(outcome.disk);
+    if (isWholeDisk() && outcome.disk.disk && hasRoot)
+        coverage_ = Coverage(outcome.disk.disk->used, tree);
+    counted_.emplace();
+    counted_->kinds = outcome.kinds;
+    counted_->trashedKinds = outcome.trashedKinds;
+    counted_->atScan = outcome.disk;
+    counted_->bytesAtScan = counted_->bytes();
+    counted_->outsideTreeAtScan = counted_->outsideTree(outcome.disk);
     scanState_ = outcome.cancelled ? ScanState::cancelled : ScanState::done;
     figures_.set({.entries = tree.count(),
                   .bytes = hasRoot ? tree.allocated(0) : 0,
@@ -127,7 +136,6 @@ void AppModel::takeOutcome(const ScanCancellation* token, ScanOutcome outcome) {
     unreadable_.setPaths(std::move(outcome.unreadable), tree.unreadableCount, home());
     showTree(std::move(outcome.tree));
     updateLedgers();
-    Q_EMIT volumeChanged();
     Q_EMIT scanStateChanged();
     Q_EMIT measuredTextChanged();
     mark("scanComplete");
@@ -138,9 +146,16 @@ void AppModel::takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome
     if (tree_ != base || isScanning() || base->count() == 0)
         return;
     const auto& tree = *edited.tree;
-    if (coverage_)
-        coverage_ = Coverage(coverage_->used, tree);
-    kindTotals_ = edited.kinds;
+    counted_->kinds = edited.kinds;
+    counted_->trashedKinds = edited.trashedKinds;
+    takeMoment(edited.disk);
+    // What was moved to the Trash since is used and not in the tree, but known all the same.
+    if (coverage_ && edited.disk.disk) {
+        const auto moved = counted_->outsideTree(edited.disk) - counted_->outsideTreeAtScan;
+        const auto used = edited.disk.disk->used;
+        const auto known = std::clamp<std::int64_t>(moved, 0, static_cast<std::int64_t>(used));
+        coverage_ = Coverage(used - static_cast<std::uint64_t>(known), tree);
+    }
     figures_.set({.entries = std::uint64_t{tree.descendantCount(0)} + 1,
                   .bytes = tree.allocated(0),
                   .unreadable = tree.unreadableCount,
@@ -161,6 +176,34 @@ void AppModel::showTree(std::shared_ptr<const FileTree> tree) {
     Q_EMIT treeChanged();
 }
 
+/// What was read earlier than what is shown is dropped.
+void AppModel::takeMoment(const DiskMoment& moment) {
+    if (moment.number < momentNumber_)
+        return;
+    momentNumber_ = moment.number;
+    const bool isVolumeNew = moment.disk && moment.disk != volume_;
+    const bool isTrashNew = moment.trash != trashBytes_;
+    if (moment.disk)
+        volume_ = moment.disk;
+    scannedVolume_ = moment.measured;
+    trashBytes_ = moment.trash;
+    ledgerVolume_ = volume_;
+    updateLedgers();
+    if (isVolumeNew)
+        Q_EMIT volumeChanged();
+    if (isTrashNew)
+        Q_EMIT trashBytesChanged();
+}
+
+std::uint64_t AppModel::Counted::bytes() const {
+    return sumOf(kinds) - sumOf(trashedKinds);
+}
+
+std::int64_t AppModel::Counted::outsideTree(const DiskMoment& moment) const {
+    return static_cast<std::int64_t>(moment.trash.value_or(0))
+           - static_cast<std::int64_t>(sumOf(trashedKinds));
+}
+
 void AppModel::updateLedgers() {
     const auto describe = [this](const platform::Mount* mount) {
         return mount == nullptr ? QString() : mountDescription(mount->fileSystem, mount->path, mount->source);
@@ -170,16 +213,31 @@ void AppModel::updateLedgers() {
     const bool isSameVolume = isWholeDisk() || ownMount == scannedMount;
     DiskLedger::Figures disk{.path = textOf(environment_.dataVolumePath),
                              .description = describe(ownMount),
-                             .volume = volume_,
-                             .measured = isSameVolume ? kindTotals_ : std::nullopt};
-    ledger_.setFigures(isSameVolume
-                           ? disk
-                           : DiskLedger::Figures{.path = scannedMount == nullptr ? scanRootText()
-                                                                                 : textOf(scannedMount->path),
-                                                 .description = describe(scannedMount),
-                                                 .volume = scannedVolume_,
-                                                 .measured = kindTotals_});
+                             .volume = ledgerVolume_};
+    if (isSameVolume)
+        addCounted(disk, true);
+    DiskLedger::Figures scanned{.path = scannedMount == nullptr ? scanRootText() : textOf(scannedMount->path),
+                                .description = describe(scannedMount),
+                                .volume = scannedVolume_};
+    addCounted(scanned, false);
+    ledger_.setFigures(isSameVolume ? disk : std::move(scanned));
     disk_.setFigures(std::move(disk));
+}
+
+/// The Trash is a figure of its own where it is on the same volume, as large as it is now.
+void AppModel::addCounted(DiskLedger::Figures& figures, bool holdsTrash) const {
+    if (!counted_)
+        return;
+    figures.measured = counted_->kinds;
+    auto accounted = counted_->bytesAtScan;
+    if (holdsTrash) {
+        for (std::size_t kind = 0; kind < figures.measured->size(); ++kind)
+            figures.measured->at(kind) -= counted_->trashedKinds.at(kind);
+        figures.trash = trashBytes_.value_or(0);
+        accounted += counted_->atScan.trash.value_or(0);
+    }
+    if (const auto& then = holdsTrash ? counted_->atScan.disk : counted_->atScan.measured)
+        figures.uncounted = static_cast<std::int64_t>(then->used) - static_cast<std::int64_t>(accounted);
 }
 
 QString AppModel::scanStateName() const {

@@ -78,17 +78,19 @@ bool isDivided(const FileTree& tree, NodeIndex folder) {
 
 } // namespace
 
-ScanOutcome scanOutcome(ScanResult result, std::optional<VolumeInfo> volume, const std::string& home) {
+ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::string& home) {
     ScanOutcome outcome;
     outcome.cancelled = result.cancelled;
     outcome.finishedAt = std::chrono::system_clock::now();
     outcome.duration = result.duration;
-    outcome.volume = volume;
     if (result.tree.count() > 0) {
         outcome.kinds = kindTotals(result.tree);
+        if (const auto trash = result.tree.index(reader.trashedItems(), PathCanonicalizer::shared()))
+            outcome.trashedKinds = kindTotals(result.tree, *trash);
         outcome.largestFolders = largestFolders(result.tree, home);
         outcome.unreadable = unreadablePaths(result.tree);
     }
+    outcome.disk = reader.read(result.tree.rootPath);
     outcome.tree = sharedTree(std::move(result.tree));
     return outcome;
 }

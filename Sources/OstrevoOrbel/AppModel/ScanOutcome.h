@@ -1,14 +1,13 @@
 #pragma once
 
+#include "AppModel/DiskMoment.h"
 #include "Models/GrowthModel.h"
 #include "Models/SizedFoldersModel.h"
 #include "Scan/KindTotals.h"
 #include "Scan/ScanResult.h"
-#include "Scan/VolumeInfo.h"
 
 #include <chrono>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,16 +19,17 @@ struct ScanOutcome {
     std::shared_ptr<const FileTree> tree;
     bool cancelled = false;
     std::chrono::system_clock::time_point finishedAt;
-    double duration = 0;              ///< seconds
-    std::optional<VolumeInfo> volume; ///< of the scanned root, read when the scan was done
+    double duration = 0; ///< seconds
+    DiskMoment disk;     ///< read when the tree was done
     KindTotals kinds{};
+    KindTotals trashedKinds{}; ///< the part of it that lies in the Trash
     std::vector<SizedFoldersModel::Folder> largestFolders;
     GrowthModel::Content growth;         ///< what scanGrowth() makes of it
     std::vector<std::string> unreadable; ///< visible paths of the first that could not be read
 };
 
-/// Takes the tree out of `result`. `home` is what "~" stands for.
-ScanOutcome scanOutcome(ScanResult result, std::optional<VolumeInfo> volume, const std::string& home);
+/// Takes the tree out of `result`, and reads the disk. `home` is what "~" stands for.
+ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::string& home);
 
 /// A tree to be shared. Whoever drops the last reference does not wait for its memory to be freed.
 std::shared_ptr<const FileTree> sharedTree(FileTree tree);

@@ -31,11 +31,10 @@ QString wordOf(std::string_view rawValue) {
     return word;
 }
 
-QString changedWords(std::chrono::system_clock::time_point changed,
-                     std::chrono::system_clock::time_point now) {
-    const auto when = whenText(changed, now);
-    if (when.startsWith(QLatin1String("today")))
-        return TidyFlow::tr("changed %1").arg(when);
+QString changedWords(Date changed, std::chrono::system_clock::time_point now) {
+    using Clock = std::chrono::system_clock::duration; // ends in 2262; what was changed today is within it
+    if (dayText(changed) == dayText(std::chrono::floor<Date::duration>(now)))
+        return TidyFlow::tr("changed %1").arg(whenText(std::chrono::time_point_cast<Clock>(changed), now));
     const auto full = changedText(std::chrono::time_point_cast<std::chrono::seconds>(changed));
     return TidyFlow::tr("changed %1").arg(full.left(full.indexOf(QLatin1String(" at "))));
 }
@@ -44,8 +43,7 @@ TidyListModel::Row rowOf(const EmptyFolderFinder::Row& found, std::chrono::syste
     TidyListModel::Row row{.item = TickedItem::alone(found.item, FileKind::folder),
                            .isTicked = found.item.preselected};
     row.item.count = found.nestedCount;
-    const auto changed = std::chrono::time_point_cast<std::chrono::system_clock::duration>(found.changed);
-    row.detail = changedWords(changed, now);
+    row.detail = changedWords(found.changed, now);
     if (found.nestedCount > 1)
         row.detail =
             TidyFlow::tr("holds %1 empty folders · %2").arg(countText(found.nestedCount), row.detail);

@@ -62,12 +62,13 @@ void TreeEdits::startNext() {
     isBusy_ = true;
     inbox_.runAside(
         "orbel.tree-edit",
-        [tree = app_.tree(), home = app_.home(), edits = std::exchange(waiting_, {})] {
+        [tree = app_.tree(), reader = app_.diskReader(), home = app_.home(),
+         edits = std::exchange(waiting_, {})] {
             ScanResult edited;
             edited.tree = *tree;
             for (const auto& waiting : edits)
                 waiting.edit(edited.tree);
-            return scanOutcome(std::move(edited), std::nullopt, home);
+            return scanOutcome(std::move(edited), reader, home);
         },
         [this, base = app_.tree()](ScanOutcome edited) {
             isBusy_ = false;

@@ -4,9 +4,13 @@
 #include "Find/DuplicateFinder.h"
 #include "Platform/Home.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Safety/SafetyPolicy.h"
 #include "Scan/TreeScanner.h"
+#include "Util/Iso8601.h"
+#include "Util/JsonPath.h"
 #include "Util/JsonText.h"
 
+#include <array>
 #include <nlohmann/json.hpp>
 
 namespace orbel {
@@ -15,16 +19,36 @@ namespace {
 
 using nlohmann::json;
 
-json reportOf(std::span<const DuplicateGroup> groups) {
-    json listed = json::array();
-    for (const DuplicateGroup& group : groups) {
-        json files = json::array();
-        for (const DuplicateFile& file : group.files)
-            files.push_back(file.path);
-        listed.push_back(
-            {{"bytes", group.bytes}, {"files", std::move(files)}, {"suggestedKeep", group.suggestedKeep}});
+json groupJson(const DuplicateGroup& group) {
+    json files = json::array();
+    for (const DuplicateFile& file : group.files)
+        files.push_back(file.path);
+    return {{"bytes", group.bytes}, {"files", std::move(files)}, {"suggestedKeep", group.suggestedKeep}};
+}
+
+/// What is known of each copy, and what moving all that may be moved but the suggested one frees: as much as
+/// it surely does and at most does.
+void addDetails(json& listed, const DuplicateGroup& group, const SafetyPolicy& policy) {
+    json copies = json::array();
+    std::uint64_t least = 0;
+    std::uint64_t most = 0;
+    for (const DuplicateFile& file : group.files) {
+        const auto item = DuplicateGroup::itemOf(file, policy);
+        if (!item) // gone since it was compared
+            continue;
+        const bool frees = item->isSelectable() && file.path != group.suggestedKeep;
+        most += frees ? item->estimatedBytes : 0;
+        least += frees && !item->note ? item->estimatedBytes : 0;
+        json copy{{"bytesOnDisk", item->estimatedBytes},
+                  {"mayShareStorage", file.mayShareStorage()},
+                  {"modified", iso8601(file.modified)}};
+        putPath(copy, "path", file.path);
+        if (item->blockedReason)
+            copy["blockedReason"] = *item->blockedReason;
+        copies.push_back(std::move(copy));
     }
-    return {{"groups", std::move(listed)}};
+    listed["copies"] = std::move(copies);
+    listed["frees"] = {{"least", least}, {"most", most}};
 }
 
 void run(const Request& request) {
@@ -32,9 +56,24 @@ void run(const Request& request) {
     const ScanResult scan = TreeScanner::scan(request.operands.front(), std::nullopt, nobodyCancels, nullptr);
     const auto home = platform::homeFolder();
     const auto canonicalHome = PathCanonicalizer::shared().canonical(home).value_or(home);
-    const auto groups = DuplicateFinder().run(scan.tree, canonicalHome);
-    finish(prettyJson(reportOf(groups)) + "\n");
+    const bool isDetailed = request.has("--details");
+    const auto policy = isDetailed ? std::optional<SafetyPolicy>(home) : std::nullopt;
+    json report{{"groups", json::array()}};
+    for (const DuplicateGroup& group : DuplicateFinder().run(scan.tree, canonicalHome)) {
+        auto& listed = report["groups"].emplace_back(groupJson(group));
+        if (policy)
+            addDetails(listed, group, *policy);
+    }
+    if (isDetailed) {
+        const auto searched = DuplicateFinder::searchedFolder(scan.tree, canonicalHome);
+        report["searched"] = nullptr;
+        if (searched)
+            putPath(report, "searched", *searched);
+    }
+    finish(prettyJson(report) + "\n");
 }
+
+constexpr std::array<CommandOption, 1> options{{{.name = "--details"}}};
 
 } // namespace
 
@@ -42,9 +81,12 @@ constinit const Command duplicatesCommand{
     .name = "--duplicates-json",
     .operands = "ROOT",
     .fewestOperands = 1,
+    .options = options,
     .isLenient = true,
     .help = "Find the files of 1 MB and more below ROOT, as far as it lies in your home folder, that are the "
-            "same in every byte, and print them in groups as JSON, the group that frees most first.",
+            "same in every byte, and print them in groups as JSON, the group that frees most first. With "
+            "--details, also what each copy takes on disk, what moving all but one would free, and which "
+            "folder was searched.",
     .run = run,
 };
 

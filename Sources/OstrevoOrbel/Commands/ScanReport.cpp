@@ -39,7 +39,7 @@ json childrenOf(const FileTree& tree, std::size_t top) {
 
 std::set<NodeIndex> topLevelNodesSharingLinks(const FileTree& tree) {
     std::set<NodeIndex> sharing;
-    for (const auto& [inode, members] : tree.hardLinkMembers) {
+    for (const auto& [file, members] : tree.hardLinkMembers) {
         std::set<NodeIndex> tops;
         for (const NodeIndex member : members)
             tops.insert(topLevelAncestor(tree, member));

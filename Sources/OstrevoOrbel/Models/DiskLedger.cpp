@@ -3,7 +3,9 @@
 #include "Models/Wording.h"
 
 #include <array>
+#include <cstdlib>
 #include <numeric>
+#include <QStringList>
 
 namespace orbel {
 
@@ -25,26 +27,44 @@ void DiskLedger::setFigures(Figures figures) {
     measuredBytes_ = figures_.measured
                          ? std::accumulate(figures_.measured->begin(), figures_.measured->end(), quint64{0})
                          : 0;
+    settle();
     updateSegments();
     Q_EMIT changed();
 }
 
-ByteFigure DiskLedger::notMeasured() const {
-    return ByteFigure(volume().used > measuredBytes_ ? volume().used - measuredBytes_ : 0);
-}
-
-ByteFigure DiskLedger::shared() const {
-    const bool isMore = isKnown() && measuredBytes_ > volume().used;
-    return ByteFigure(isMore ? measuredBytes_ - volume().used : 0);
+void DiskLedger::settle() {
+    uncounted_ = since_ = 0;
+    if (!isKnown())
+        return;
+    const auto now = static_cast<std::int64_t>(volume().used) - static_cast<std::int64_t>(measuredBytes_)
+                     - static_cast<std::int64_t>(figures_.trash);
+    const auto then = figures_.uncounted.value_or(now);
+    // A disk is never quite still: what cannot be seen in the bar gets no term.
+    const auto unseen = static_cast<std::int64_t>(volume().total / 1000);
+    const bool isUnseen = std::abs(now - then) < unseen && (now < 0) == (then < 0);
+    uncounted_ = isUnseen ? now : then;
+    since_ = now - uncounted_;
 }
 
 QString DiskLedger::summary() const {
     if (!isKnown())
         return {};
-    const auto second = shared().bytes() > 0 ? QStringLiteral("shared minus ") + shared().text()
-                                             : QStringLiteral("not measured ") + notMeasured().text();
-    return QStringLiteral("Measured %1, %2, reserved %3, free %4, total %5")
-        .arg(measured().text(), second, reserved().text(), free().text(), total().text());
+    QStringList terms{QStringLiteral("Measured ") + measured().text()};
+    const auto add = [&](const QString& name, ByteFigure figure) { terms << name + figure.text(); };
+    if (trash().bytes() > 0)
+        add(QStringLiteral("in the Trash "), trash());
+    if (shared().bytes() > 0)
+        add(QStringLiteral("shared minus "), shared());
+    else
+        add(QStringLiteral("not measured "), notMeasured());
+    if (writtenSince().bytes() > 0)
+        add(QStringLiteral("written since "), writtenSince());
+    if (freedSince().bytes() > 0)
+        add(QStringLiteral("freed since minus "), freedSince());
+    add(QStringLiteral("reserved "), reserved());
+    add(QStringLiteral("free "), free());
+    add(QStringLiteral("total "), total());
+    return terms.join(QStringLiteral(", "));
 }
 
 void DiskLedger::updateSegments() {
@@ -59,7 +79,9 @@ void DiskLedger::updateSegments() {
             add(SegmentsModel::Part::Kind, raw, textOf(title(kind)), figures_.measured->at(raw));
         }
     }
-    add(SegmentsModel::Part::NotMeasured, -1, tr("Not measured"), notMeasured().bytes());
+    add(SegmentsModel::Part::Trash, -1, tr("In the Trash"), trash().bytes());
+    add(SegmentsModel::Part::NotMeasured, -1, tr("Not measured"),
+        notMeasured().bytes() + writtenSince().bytes());
     add(SegmentsModel::Part::Reserved, -1, tr("Reserved"), reserved().bytes());
     add(SegmentsModel::Part::Free, -1, tr("Free"), free().bytes());
     // Shared blocks are measured more than once: the bar is then longer than the volume is large.

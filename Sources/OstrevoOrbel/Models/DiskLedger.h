@@ -5,14 +5,17 @@
 #include "Scan/KindTotals.h"
 #include "Scan/VolumeInfo.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
 namespace orbel {
 
-/// A volume's bytes as a sum that adds up: measured + notMeasured (or - shared) + reserved + free = total.
-/// All figures are 0 while the volume is not known, and nothing is measured before a scan of it is done.
+/// A volume's bytes as a sum that adds up: measured + trash + notMeasured (or - shared) + writtenSince (or
+/// - freedSince) + reserved + free = total. All figures are 0 while the volume is not known, and nothing is
+/// measured before a scan of it is done.
 class DiskLedger : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -27,11 +30,18 @@ class DiskLedger : public QObject {
     Q_PROPERTY(orbel::ByteFigure free READ free NOTIFY changed)
     /// As the file system reports it.
     Q_PROPERTY(orbel::ByteFigure used READ used NOTIFY changed)
+    /// Without what lies in the Trash, which is a term of its own.
     Q_PROPERTY(orbel::ByteFigure measured READ measured NOTIFY changed)
-    /// Used bytes that no scan has seen.
+    Q_PROPERTY(orbel::ByteFigure trash READ trash NOTIFY changed)
+    /// Used bytes that the scan did not see.
     Q_PROPERTY(orbel::ByteFigure notMeasured READ notMeasured NOTIFY changed)
-    /// By how much more was measured than is used: files that share blocks count at each of them.
+    /// By how much more was measured than was used: files that share blocks count at each of them.
     Q_PROPERTY(orbel::ByteFigure shared READ shared NOTIFY changed)
+    /// By how much the used bytes have grown since the scan, or shrunk, beside what is known of it.
+    Q_PROPERTY(orbel::ByteFigure writtenSince READ writtenSince NOTIFY changed)
+    Q_PROPERTY(orbel::ByteFigure freedSince READ freedSince NOTIFY changed)
+    /// All that the bar shows as used; as much as is used unless something is counted twice or freed since.
+    Q_PROPERTY(orbel::ByteFigure counted READ counted NOTIFY changed)
     /// Kept by the file system: neither used nor free.
     Q_PROPERTY(orbel::ByteFigure reserved READ reserved NOTIFY changed)
     Q_PROPERTY(orbel::SegmentsModel* segments READ segments CONSTANT)
@@ -42,8 +52,12 @@ public:
     struct Figures {
         QString path;
         QString description;
-        std::optional<VolumeInfo> volume;
-        std::optional<KindTotals> measured; ///< absent: no scan yet
+        std::optional<VolumeInfo> volume{};
+        std::optional<KindTotals> measured{}; ///< without the Trash; absent: no scan yet
+        std::uint64_t trash = 0;              ///< of the same moment as `volume`
+        /// What was used but neither measured nor in the Trash when the scan was done; less than nothing
+        /// where blocks are shared. Absent: as now.
+        std::optional<std::int64_t> uncounted{};
 
         bool operator==(const Figures&) const = default;
     };
@@ -60,8 +74,14 @@ public:
     ByteFigure free() const { return ByteFigure(volume().free); }
     ByteFigure used() const { return ByteFigure(volume().used); }
     ByteFigure measured() const { return ByteFigure(measuredBytes_); }
-    ByteFigure notMeasured() const;
-    ByteFigure shared() const;
+    ByteFigure trash() const { return ByteFigure(figures_.trash); }
+    ByteFigure notMeasured() const { return above(uncounted_); }
+    ByteFigure shared() const { return above(-uncounted_); }
+    ByteFigure writtenSince() const { return above(since_); }
+    ByteFigure freedSince() const { return above(-since_); }
+    ByteFigure counted() const {
+        return ByteFigure(measuredBytes_ + figures_.trash + notMeasured().bytes() + writtenSince().bytes());
+    }
     ByteFigure reserved() const { return ByteFigure(volume().otherVolumes()); }
     SegmentsModel* segments() const { return segments_; }
     QString summary() const;
@@ -71,10 +91,17 @@ Q_SIGNALS:
 
 private:
     VolumeInfo volume() const { return figures_.volume.value_or(VolumeInfo()); }
+    /// The part of a difference that is not less than nothing.
+    static ByteFigure above(std::int64_t bytes) {
+        return ByteFigure(static_cast<quint64>(std::max<std::int64_t>(bytes, 0)));
+    }
+    void settle();
     void updateSegments();
 
     Figures figures_;
     quint64 measuredBytes_ = 0;
+    std::int64_t uncounted_ = 0; ///< used - measured - trash, as it was when the scan was done
+    std::int64_t since_ = 0;     ///< what that has changed by
     SegmentsModel* segments_;
 };
 

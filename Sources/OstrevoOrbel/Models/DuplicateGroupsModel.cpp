@@ -41,6 +41,13 @@ std::vector<int> positionsMissingIn(const std::vector<T>& list, const std::vecto
     return positions;
 }
 
+/// Of a copy what it takes on disk, which is what moving it may free: less than its length where it has holes
+/// or is compressed. Of a group the length that all have.
+QString sizeText(const CopyGroup& group, std::int32_t copy) {
+    return ByteFigure(copy < 0 ? group.group().bytes : group.copy(static_cast<std::size_t>(copy)).bytes)
+        .text();
+}
+
 } // namespace
 
 void DuplicateGroupsModel::setGroups(std::vector<CopyGroup> groups, std::string home) {
@@ -289,7 +296,7 @@ QVariant DuplicateGroupsModel::data(const QModelIndex& index, int role) const {
     case KindRole:
         return static_cast<int>(group.kind());
     case SizeRole:
-        return ByteFigure(group.group().bytes).text();
+        return sizeText(group, copy);
     case FoldedRole:
         return group.isFolded;
     case LastRole:
@@ -347,8 +354,8 @@ QVariant DuplicateGroupsModel::copyData(const CopyGroup& group, std::size_t copy
     case WordsRole:
         return tr("%1, %2, %3, in %4, changed %5")
             .arg(textOf(lastPathComponent(file.path)), isKept ? tr("kept") : textOf(title(group.kind())),
-                 ByteFigure(group.group().bytes).text(), textOf(tildePath(parentPath(file.path), home_)),
-                 changedText(file.modified));
+                 sizeText(group, static_cast<std::int32_t>(copy)),
+                 textOf(tildePath(parentPath(file.path), home_)), changedText(file.modified));
     default:
         return QString();
     }

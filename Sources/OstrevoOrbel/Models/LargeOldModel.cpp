@@ -16,6 +16,8 @@ QString recordText(LastUsed::Record record) {
         return LargeOldModel::tr("recently used list");
     case LastUsed::Record::accessTime:
         return LargeOldModel::tr("file access time");
+    case LastUsed::Record::creationTime:
+        return LargeOldModel::tr("file creation time");
     case LastUsed::Record::modificationTime:
         break;
     }

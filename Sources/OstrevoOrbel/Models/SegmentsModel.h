@@ -14,7 +14,7 @@ class SegmentsModel : public QAbstractListModel {
 
 public:
     /// What a part is: a kind of what was measured, or one of the rest.
-    enum class Part { Kind, NotMeasured, Reserved, Free };
+    enum class Part { Kind, Trash, NotMeasured, Reserved, Free };
     Q_ENUM(Part)
 
     struct Segment {

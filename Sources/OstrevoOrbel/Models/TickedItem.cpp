@@ -27,7 +27,7 @@ std::uint64_t certainBytes(const FileTree& tree, NodeIndex top) {
         std::uint64_t found = 0;
         std::uint64_t all = 0;
     };
-    std::unordered_map<std::uint64_t, Links> linked;
+    std::unordered_map<FileIdentity, Links> linked;
     std::uint64_t certain = 0;
     std::vector<NodeIndex> open{top};
     while (!open.empty()) {
@@ -36,10 +36,10 @@ std::uint64_t certainBytes(const FileTree& tree, NodeIndex top) {
         if (tree.isFolder(node)) {
             const auto children = tree.children(node);
             open.insert(open.end(), children.begin(), children.end());
-        } else if (tree.flags(node).contains(NodeFlags::mayShareBlocks)) {
+        } else if (tree.flags(node).intersects(NodeFlags::mayShareBlocks | NodeFlags::otherVolume)) {
             continue;
         } else if (tree.linkCount(node) >= 2) {
-            auto& links = linked[tree.inode(node)];
+            auto& links = linked[tree.identity(node)];
             links.all = tree.linkCount(node);
             ++links.found;
             links.bytes += tree.allocated(node);
@@ -47,7 +47,7 @@ std::uint64_t certainBytes(const FileTree& tree, NodeIndex top) {
             certain += tree.allocated(node);
         }
     }
-    for (const auto& [inode, links] : linked)
+    for (const auto& [file, links] : linked)
         certain += links.found >= links.all ? links.bytes : 0;
     return std::min(certain, tree.allocated(top));
 }

@@ -9,9 +9,15 @@ Card {
     property int termColumns: 5
 
     readonly property DiskLedger ledger: app.ledger
-    readonly property real counted: Math.max(ledger.measured.bytes, ledger.used.bytes)
+    readonly property real counted: ledger.counted.bytes
     readonly property real usedShare: counted / Math.max(1, counted + ledger.reserved.bytes + ledger.free.bytes)
     readonly property bool hasShared: ledger.shared.bytes > 0
+    readonly property bool hasTrash: ledger.trash.bytes > 0
+    readonly property bool hasFreed: ledger.freedSince.bytes > 0
+    readonly property bool hasChanged: hasFreed || ledger.writtenSince.bytes > 0
+    /// What could not be read explains what was not measured only where all of the disk was to be.
+    readonly property bool explainsUnreadable: app.wholeDisk && !hasShared
+    readonly property string unreadable: app.unreadable.total > 0 ? app.unreadable.headline : ""
 
     signal unreadableWanted()
 
@@ -109,13 +115,15 @@ Card {
             // The last of a row needs no room for what would follow.
             readonly property int cell: Math.floor((width + Theme.px(columns > 3 ? 90 : 48)) / columns)
 
-            columns: card.termColumns
+            columns: card.termColumns < 5 ? card.termColumns
+                : card.termColumns + (card.hasTrash ? 1 : 0) + (card.hasChanged ? 1 : 0)
             rowSpacing: 16
             width: parent.width
 
             LedgerTerm {
                 amount: card.ledger.measured.text
                 label: qsTr("Measured")
+                link: card.explainsUnreadable ? "" : card.unreadable
                 objectName: "overview.term.measured"
                 remark: card.app.figures.entriesText + (card.app.partial ? qsTr(", partial") : "")
                 width: terms.cell
@@ -133,14 +141,30 @@ Card {
                         }
                     }
                 }
+
+                onLinkClicked: card.unreadableWanted()
+            }
+            LedgerTerm {
+                amount: card.ledger.trash.text
+                joint: "+"
+                label: qsTr("In the Trash")
+                objectName: "overview.term.trash"
+                remark: qsTr("free when it is emptied")
+                visible: card.hasTrash
+                width: terms.cell
+
+                swatch: Swatch {
+                    color: Theme.text3
+                }
             }
             LedgerTerm {
                 amount: card.hasShared ? card.ledger.shared.text : card.ledger.notMeasured.text
                 joint: card.hasShared ? "−" : "+"
                 label: card.hasShared ? qsTr("Shared") : qsTr("Not measured")
                 objectName: "overview.term.notmeasured"
+                link: card.explainsUnreadable ? card.unreadable : ""
                 remark: card.hasShared ? qsTr("counted at every file that shares it")
-                    : card.app.unreadable.total > 0 ? " "
+                    : link !== "" ? ""
                     : card.app.partial ? qsTr("most of it not reached yet")
                     : card.app.wholeDisk ? qsTr("not visible as files") : qsTr("outside of %1").arg(card.app.scanRoot)
                 width: terms.cell
@@ -159,16 +183,16 @@ Card {
                     }
                 }
 
-                LinkButton {
-                    anchors.bottom: parent.bottom
-                    anchors.bottomMargin: -Math.round((height - Theme.smallLine) / 2)
-                    objectName: "overview.unreadable"
-                    text: card.app.unreadable.headline
-                    visible: card.app.unreadable.total > 0 && !card.hasShared
-                    width: Math.min(implicitWidth, parent.width - 24)
-
-                    onClicked: card.unreadableWanted()
-                }
+                onLinkClicked: card.unreadableWanted()
+            }
+            LedgerTerm {
+                amount: card.hasFreed ? card.ledger.freedSince.text : card.ledger.writtenSince.text
+                joint: card.hasFreed ? "−" : "+"
+                label: card.hasFreed ? qsTr("Freed since") : qsTr("Written since")
+                objectName: "overview.term.since"
+                remark: qsTr("after it was measured")
+                visible: card.hasChanged
+                width: terms.cell
             }
             LedgerTerm {
                 amount: card.ledger.reserved.text

@@ -11,8 +11,12 @@ Item {
     /// What joins it to the term before it: "+", "−", "=".
     property string joint: ""
     property bool total: false
+    /// A way to more under the remark; none while it is empty.
+    property string link: ""
     /// Drawn in front of the label.
     property alias swatch: swatchSlot.data
+
+    signal linkClicked()
 
     implicitHeight: column.implicitHeight
 
@@ -78,6 +82,20 @@ Item {
             text: term.remark
             visible: text !== ""
             width: parent.width
+        }
+        Item {
+            height: Theme.smallLine
+            visible: term.link !== ""
+            width: parent.width
+
+            LinkButton {
+                anchors.verticalCenter: parent.verticalCenter
+                objectName: term.link !== "" ? "overview.unreadable" : ""
+                text: term.link
+                width: Math.min(implicitWidth, parent.width)
+
+                onClicked: term.linkClicked()
+            }
         }
     }
 }

@@ -21,6 +21,8 @@ T.ApplicationWindow {
     property bool closeWanted: false
     readonly property bool busy: app.moves.deleting || app.moves.puttingBack
 
+    // What other programs did meanwhile shows in the figures.
+    onActiveChanged: if (active) app.refreshVolume()
     onBusyChanged: {
         if (busy || !closeWanted)
             return;

@@ -1,5 +1,8 @@
 #include "Platform/FileContent.h"
 
+#include "Platform/OpenFolder.h"
+#include "Util/PathText.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -37,14 +40,26 @@ struct ExtentMap {
     alignas(fiemap) std::array<std::byte, sizeof(fiemap) + extentCount * sizeof(fiemap_extent)> bytes{};
 };
 
+FileDescriptor openPath(const std::string& path, int flags) {
+    FileDescriptor descriptor(::open(path.c_str(), flags));
+    if (descriptor || errno != ENAMETOOLONG)
+        return descriptor;
+    const auto folder = openFolderWithoutLinks(std::string(parentPath(path)));
+    if (!folder) {
+        errno = folder.error();
+        return {};
+    }
+    return FileDescriptor(::openat(folder->get(), std::string(lastPathComponent(path)).c_str(), flags));
+}
+
 } // namespace
 
 std::expected<FileContent, int> FileContent::open(const std::string& path) {
     // Only its owner may read a file without leaving a trace.
     constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    FileDescriptor descriptor(::open(path.c_str(), flags | O_NOATIME));
+    FileDescriptor descriptor = openPath(path, flags | O_NOATIME);
     if (!descriptor && errno == EPERM)
-        descriptor = FileDescriptor(::open(path.c_str(), flags));
+        descriptor = openPath(path, flags);
     if (!descriptor)
         return std::unexpected(errno);
     const auto status = fileStatus(descriptor.get());

@@ -1,8 +1,11 @@
 #include "Platform/FileStatus.h"
 
+#include "Platform/OpenFolder.h"
+#include "Util/PathText.h"
 #include "Util/UnixTime.h"
 
 #include <algorithm>
+#include <cerrno>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -31,6 +34,7 @@ FileStatus statusOf(const struct stat& raw) {
             .type = typeOf(raw.st_mode),
             .size = static_cast<std::uint64_t>(std::max<off_t>(raw.st_size, 0)),
             .allocatedBytes = static_cast<std::uint64_t>(std::max<blkcnt_t>(raw.st_blocks, 0)) * blockBytes,
+            .modifiedSeconds = raw.st_mtim.tv_sec,
             .modifiedNanos = nanosSince1970(raw.st_mtim.tv_sec, raw.st_mtim.tv_nsec),
             .linkCount = raw.st_nlink,
             .owner = raw.st_uid};
@@ -40,7 +44,17 @@ FileStatus statusOf(const struct stat& raw) {
 
 std::optional<FileStatus> fileStatus(const std::string& path) {
     struct stat raw {};
-    if (::lstat(path.c_str(), &raw) != 0)
+    if (::lstat(path.c_str(), &raw) == 0)
+        return statusOf(raw);
+    if (errno != ENAMETOOLONG)
+        return std::nullopt;
+    const auto folder = openFolderWithoutLinks(std::string(parentPath(path)));
+    if (!folder) {
+        errno = folder.error();
+        return std::nullopt;
+    }
+    const std::string name(lastPathComponent(path));
+    if (::fstatat(folder->get(), name.c_str(), &raw, AT_SYMLINK_NOFOLLOW) != 0)
         return std::nullopt;
     return statusOf(raw);
 }

@@ -41,20 +41,27 @@ bool isBefore(const struct statx_timestamp& one, const struct statx_timestamp& o
     return std::pair(one.tv_sec, one.tv_nsec) < std::pair(other.tv_sec, other.tv_nsec);
 }
 
-/// When the file was last read, if its file system keeps that. Listing a folder is a use to the file system,
-/// and the scan itself does it: only files are asked.
-std::optional<Date> accessDate(const std::string& path, const struct statx& status) {
+/// When the file was last read, if its file system keeps that; else when it was made, if that was after its
+/// last change: a copy or a download that was given an old time. Listing a folder is a use to the file
+/// system, and the scan itself does it: only files are asked.
+std::optional<UsageRecord> fileSystemRecord(const std::string& path, const struct statx& status) {
+    using Keeper = UsageRecord::Keeper;
     struct statvfs volume {};
-    if (!S_ISREG(status.stx_mode) || ::statvfs(path.c_str(), &volume) != 0
-        || (volume.f_flag & ST_NOATIME) != 0 || !isBefore(status.stx_mtime, status.stx_atime))
+    if (!S_ISREG(status.stx_mode) || ::statvfs(path.c_str(), &volume) != 0)
         return std::nullopt;
-    return dateOf(status.stx_atime);
+    const bool keepsAccess = (volume.f_flag & ST_NOATIME) == 0;
+    if (!keepsAccess && (status.stx_mask & STATX_BTIME) == 0)
+        return std::nullopt;
+    const auto& time = keepsAccess ? status.stx_atime : status.stx_btime;
+    if (!isBefore(status.stx_mtime, time))
+        return std::nullopt;
+    return UsageRecord{.date = dateOf(time), .keeper = keepsAccess ? Keeper::accessTime : Keeper::birthTime};
 }
 
 std::optional<UsageRecord> lastUse(const UseDates& listed, const std::string& path) {
     struct statx status {};
     if (::statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
-                STATX_TYPE | STATX_MODE | STATX_ATIME | STATX_MTIME, &status)
+                STATX_TYPE | STATX_MODE | STATX_ATIME | STATX_MTIME | STATX_BTIME, &status)
         != 0)
         return std::nullopt;
     std::optional<UsageRecord> last;
@@ -63,8 +70,8 @@ std::optional<UsageRecord> lastUse(const UseDates& listed, const std::string& pa
         found != listed.end() && found->second > dateOf(status.stx_mtime))
         last = {.date = found->second, .keeper = UsageRecord::Keeper::index};
     // Not everything that opens a file puts it on the list.
-    if (const auto read = accessDate(path, status); read && (!last || *read > last->date))
-        last = {.date = *read, .keeper = UsageRecord::Keeper::accessTime};
+    if (const auto kept = fileSystemRecord(path, status); kept && (!last || kept->date > last->date))
+        last = kept;
     return last;
 }
 

@@ -15,6 +15,7 @@ FileStatus statusOf(const struct stat& raw) {
             .type = typeOf(raw),
             .size = sizeOf(raw),
             .allocatedBytes = allocatedBytesOf(raw),
+            .modifiedSeconds = raw.st_mtimespec.tv_sec,
             .modifiedNanos = nanosSince1970(raw.st_mtimespec.tv_sec, raw.st_mtimespec.tv_nsec),
             .linkCount = raw.st_nlink,
             .owner = raw.st_uid};

@@ -52,6 +52,7 @@ Item {
                     border.width: segment.part === SegmentsModel.Free ? 1 : 0
                     color: segment.part === SegmentsModel.Free ? "transparent"
                         : segment.part === SegmentsModel.Reserved ? Theme.control
+                        : segment.part === SegmentsModel.Trash ? Theme.text3
                         : bar.plain || segment.kind < 0 ? Theme.accent : Theme.kindFills[segment.kind]
                     visible: segment.part !== SegmentsModel.NotMeasured
                 }
