@@ -62,8 +62,10 @@ std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeInd
 std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeIndex index,
                                                    DeletionModule module, const SafetyPolicy& policy,
                                                    const std::string& path, AllowedRoot root) {
-    const auto stamp = FileStamp::of(path);
-    auto unreached = reachReason(path);
+    const bool isOutOfReach = policy.isOutOfReach(path);
+    const auto stamp = isOutOfReach ? std::nullopt : FileStamp::of(path);
+    auto unreached =
+        isOutOfReach ? std::optional<std::string>(SafetyPolicy::onAnotherVolume) : reachReason(path);
     if (!stamp && !unreached)
         return std::nullopt;
     DeletionItem item{.id = std::string(rawValue(module)) + ":" + path,

@@ -188,7 +188,10 @@ std::optional<std::string> SafetyPolicy::canonical(const std::string& path) cons
 }
 
 bool SafetyPolicy::isOutOfReach(const std::string& path) const {
-    return resolver().resolve(path, PathResolver::Last::keep).state == ResolvedPath::State::outOfReach;
+    const auto points = platform::mountPointsOutOfReach(mountTable_(), std::span(&homePath_, 1));
+    return !points.empty()
+           && PathResolver(points).resolve(path, PathResolver::Last::keep).state
+                  == ResolvedPath::State::outOfReach;
 }
 
 bool SafetyPolicy::isOnAnotherVolume(const std::string& path, const platform::FileStatus& status) const {

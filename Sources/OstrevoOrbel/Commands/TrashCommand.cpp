@@ -10,7 +10,6 @@
 #include "Delete/LiveTrash.h"
 #include "Delete/ManageHint.h"
 #include "Find/BrokenShortcutFinder.h"
-#include "Safety/ReachReason.h"
 #include "Safety/SafetyPolicy.h"
 #include "Scan/TreeScanner.h"
 #include "Util/JsonPath.h"
@@ -55,8 +54,6 @@ std::string itemPath(std::string_view word, const SafetyPolicy& policy) {
 
 /// Why what lies at `path` stays there, as far as that can be told without looking into it.
 std::optional<std::string> refusalOf(const std::string& path, AllowedRoot root, const SafetyPolicy& policy) {
-    if (auto unreached = reachReason(path); unreached && !policy.homeReason())
-        return unreached;
     auto refusal = policy.check(path, root, std::nullopt).refusal();
     if (!refusal || policy.homeReason() || policy.isOutOfReach(path))
         return refusal;
