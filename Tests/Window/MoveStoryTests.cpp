@@ -4,6 +4,7 @@
 #include "Models/TreemapItem.h"
 #include "Platform/HomeTrash.h"
 #include "RealHome.h"
+#include "Support/DesktopSession.h"
 #include "WindowScene.h"
 
 #include <filesystem>
@@ -22,9 +23,7 @@ namespace fs = std::filesystem;
 /// The desktop's own tools for the Trash, run in a session of their own whose home is the test's.
 class DesktopTrash {
 public:
-    explicit DesktopTrash(const std::string& home) : home_(QString::fromStdString(home)) {
-        fs::create_directories(home + "/runtime");
-    }
+    explicit DesktopTrash(std::string home) : home_(std::move(home)) {}
 
     /// Whether there are such tools; where not, only the Trash's own files tell what is in it.
     bool isThere() const {
@@ -46,28 +45,24 @@ public:
 
 private:
     QByteArray printed(const QString& command) const {
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("HOME"), home_);
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), home_ + QStringLiteral("/.local/share"));
-        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home_ + QStringLiteral("/runtime"));
-        environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+        QStringList words;
+        for (const auto& word : desktopSession(home_, command.toStdString()))
+            words.append(QString::fromStdString(word));
         QProcess session;
-        session.setProcessEnvironment(environment);
-        session.start(QStringLiteral("dbus-run-session"),
-                      {QStringLiteral("--"), QStringLiteral("sh"), QStringLiteral("-c"), command});
+        session.start(words.takeFirst(), words);
         session.waitForFinished();
         return session.readAllStandardOutput();
     }
     std::set<std::string> paths(const QString& command) const {
         std::set<std::string> found;
         for (const auto& line : printed(command).split('\n')) {
-            if (line.startsWith(home_.toUtf8()))
+            if (line.startsWith(home_.c_str()))
                 found.insert(line.toStdString());
         }
         return found;
     }
 
-    QString home_;
+    std::string home_;
 };
 
 /// The map of a home with two films and something small.
