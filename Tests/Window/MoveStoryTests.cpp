@@ -134,7 +134,7 @@ TEST_F(MovingInTheWindow, FromTwoTilesToTheTrashAndBackAgain) {
     scene.press(Qt::Key_Delete);
     scene.press(Qt::Key_Tab);
     EXPECT_TRUE(scene.hasFocus(QStringLiteral("confirm.commit")));
-    for (const int key : {Qt::Key_Enter, Qt::Key_Escape}) {
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
         scene.press(key);
         EXPECT_FALSE(scene.isShown(QStringLiteral("confirm.commit")));
         scene.press(Qt::Key_Delete);
@@ -167,6 +167,43 @@ TEST_F(MovingInTheWindow, FromTwoTilesToTheTrashAndBackAgain) {
     EXPECT_TRUE(scene.isShown(QStringLiteral("map.view")));
     EXPECT_EQ(box(films[0]), before);
     EXPECT_EQ(ticked(), 0);
+}
+
+TEST_F(MovingInTheWindow, AKeyThatIsHeldOpensTheSheetAndConfirmsNothing) {
+    open();
+    tick(films[0]);
+    scene.press(Qt::Key_Space);
+    ASSERT_TRUE(scene.waitUntil([&] { return ticked() == 1; }));
+    const auto send = [&](QEvent::Type type, Qt::Key key, bool isRepeated) {
+        QKeyEvent event(type, key, Qt::NoModifier, QString(), isRepeated);
+        QCoreApplication::sendEvent(&scene.window(), &event);
+        scene.settle();
+    };
+    for (const auto key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+        SCOPED_TRACE(key);
+        scene.item(QStringLiteral("map.tickBar.review"))->forceActiveFocus(Qt::TabFocusReason);
+        scene.press(key);
+        EXPECT_TRUE(scene.hasFocus(QStringLiteral("confirm.cancel")));
+        // As if the button before had taken the key when it went down.
+        for (const bool isRepeated : {true, true, false}) {
+            send(QEvent::KeyPress, key, true);
+            send(QEvent::KeyRelease, key, isRepeated);
+        }
+        EXPECT_TRUE(scene.app().moves()->isConfirming()) << "it neither cancels nor confirms";
+        scene.press(Qt::Key_Tab);
+        EXPECT_TRUE(scene.hasFocus(QStringLiteral("confirm.commit")));
+        send(QEvent::KeyPress, key, true);
+        send(QEvent::KeyRelease, key, false);
+        EXPECT_FALSE(scene.app().moves()->isDeleting());
+        scene.app().moves()->cancel();
+        scene.settle();
+        for (const auto* place : {"map.view", "map.list"}) {
+            scene.item(QLatin1String(place))->forceActiveFocus(Qt::TabFocusReason);
+            send(QEvent::KeyPress, key, true);
+            EXPECT_EQ(ticked(), 1) << "nor does it do anything behind the sheet";
+        }
+    }
+    EXPECT_TRUE(allThere());
 }
 
 TEST_F(MovingInTheWindow, TheDesktopListsWhatMovedAndTheJournalPutsItBack) {
