@@ -67,7 +67,8 @@ private:
 
 /// The map of a home with two films and something small.
 struct MovingInTheWindow : testing::Test {
-    void open(int width = 1440, int height = 900) {
+    /// `edit`: what the scan finds otherwise than it is.
+    void open(int width = 1440, int height = 900, const std::function<void(FileTree&)>& edit = nullptr) {
         const auto place = scene.folder() + "/home";
         fs::create_directories(place + "/Videos/Travels with a name that goes on");
         for (const auto& [name, bytes] :
@@ -76,6 +77,14 @@ struct MovingInTheWindow : testing::Test {
             std::ofstream(films.back()) << std::string(static_cast<std::size_t>(bytes), 'x');
         }
         useRealHome(scene.environment, place);
+        if (edit) {
+            scene.environment.scan = [edit, scan = scene.environment.scan](
+                                         const auto& root, const auto& token, const auto& progress) {
+                auto result = scan(root, token, progress);
+                edit(result.tree);
+                return result;
+            };
+        }
         scene.open(width, height);
         scene.app().startScan(place);
         ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
@@ -167,6 +176,28 @@ TEST_F(MovingInTheWindow, FromTwoTilesToTheTrashAndBackAgain) {
     EXPECT_TRUE(scene.isShown(QStringLiteral("map.view")));
     EXPECT_EQ(box(films[0]), before);
     EXPECT_EQ(ticked(), 0);
+}
+
+TEST_F(MovingInTheWindow, WhatCouldNotBeReadIsToldBeforeItMoves) {
+    open(1440, 900, [](FileTree& tree) {
+        for (NodeIndex node = 1; node < tree.count(); ++node) {
+            if (tree.name(node).starts_with("Travels"))
+                tree.nodeFlags[node] |= NodeFlags::unreadable.rawValue;
+        }
+        tree.recomputeTotals();
+    });
+    const auto videos = scene.environment.home + "/Videos";
+    scene.app().showOnMap(scene.app().tree()->index(videos, scene.app().policy().canonicalizer()).value());
+    scene.settle();
+    scene.click(QStringLiteral("map.tick.Travels with a name that goes on/"));
+    ASSERT_TRUE(scene.waitUntil([&] { return ticked() == 1; }));
+    const auto note = QStringLiteral("1 entry in it could not be read");
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.says(note); })) << "beside what is selected";
+    keep(QStringLiteral("map-unreadable"));
+    scene.press(Qt::Key_Delete);
+    EXPECT_TRUE(scene.says(note));
+    EXPECT_TRUE(scene.says(QStringLiteral("Frees at least 0 B")));
+    keep(QStringLiteral("confirmation-unreadable"));
 }
 
 TEST_F(MovingInTheWindow, AKeyThatIsHeldOpensTheSheetAndConfirmsNothing) {

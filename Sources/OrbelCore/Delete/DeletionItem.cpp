@@ -1,5 +1,6 @@
 #include "Delete/DeletionItem.h"
 
+#include "Delete/ItemNote.h"
 #include "Delete/ManageHint.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Safety/SafetyPolicy.h"
@@ -21,14 +22,6 @@ std::optional<std::string> blockedReasonFor(const FileTree& tree, NodeIndex inde
         return "Contains protected data (a photo library, keychain or backup)";
     if (const auto refusal = policy.check(item.path, item.root, item.scanStamp).refusal())
         return ManageHint::explain(item.path, *refusal, policy.homePath());
-    return std::nullopt;
-}
-
-std::optional<std::string> noteFor(const FileTree& tree, NodeIndex index) {
-    if (tree.flags(index).contains(NodeFlags::mayShareBlocks))
-        return "May share storage; moving it may free less";
-    if (tree.linkCount(index) >= 2 && !tree.isFolder(index))
-        return "Frees nothing while other links exist";
     return std::nullopt;
 }
 
@@ -57,8 +50,17 @@ std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeInd
                       .scanStamp = *stamp,
                       .estimatedBytes = tree.allocated(index)};
     item.blockedReason = blockedReasonFor(tree, index, item, policy);
-    item.note = noteFor(tree, index);
+    item.note = noteOn(tree, index);
     return item;
+}
+
+std::optional<std::string> DeletionItem::noteOn(const FileTree& tree, NodeIndex index) {
+    std::optional<std::string> note;
+    if (tree.flags(index).contains(NodeFlags::mayShareBlocks))
+        note = ItemNote::sharedStorage;
+    else if (tree.linkCount(index) >= 2 && !tree.isFolder(index))
+        note = ItemNote::otherLinks;
+    return ItemNote::withUnreadable(note, tree.unreadableIn(index));
 }
 
 std::optional<DeletionItem> DeletionItem::emptyFolder(const FileTree& tree, NodeIndex index,

@@ -106,11 +106,18 @@ struct AliasPlace {
     std::uint32_t position;
 };
 
+/// Entries of a folder that could not be read, and so are no nodes.
+struct UnlistedEntries {
+    const WorkUnit* folder;
+    std::uint32_t count;
+};
+
 /// All that one worker found.
 struct WorkerStore {
     std::vector<std::unique_ptr<Chunk>> chunks;
     std::deque<WorkUnit> units; ///< addresses are stable
     std::vector<AliasPlace> aliases;
+    std::vector<UnlistedEntries> unlisted; ///< one for each folder that has such entries
 
     /// A chunk with room for one more node of that name, the last one or a new one.
     Chunk& chunkFor(std::string_view name);

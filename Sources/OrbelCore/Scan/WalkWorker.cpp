@@ -164,7 +164,7 @@ void WalkWorker::readEntries(WorkUnit& unit, DirectoryReader& reader) {
         }
         for (auto next = reader.next(entry); next != DirectoryReader::Next::done; next = reader.next(entry)) {
             if (next == DirectoryReader::Next::unreadable) {
-                ++unreadable_;
+                countUnlisted(unit);
                 continue;
             }
             add(unit, entry);
@@ -267,6 +267,13 @@ void WalkWorker::flag(const WorkUnit& unit, NodeFlags flags) {
 
 void WalkWorker::markUnreadable(const WorkUnit& unit) {
     flag(unit, NodeFlags::unreadable);
+    ++unreadable_;
+}
+
+void WalkWorker::countUnlisted(const WorkUnit& unit) {
+    if (store_.unlisted.empty() || store_.unlisted.back().folder != &unit)
+        store_.unlisted.push_back({.folder = &unit, .count = 0});
+    ++store_.unlisted.back().count;
     ++unreadable_;
 }
 

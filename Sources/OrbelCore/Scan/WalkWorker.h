@@ -63,6 +63,7 @@ private:
     Slot* addSlot(std::string_view name, bool isFolder);
     void flag(const WorkUnit& unit, NodeFlags flags);
     void markUnreadable(const WorkUnit& unit);
+    void countUnlisted(const WorkUnit& unit);
     void publish();
 
     WalkContext& context_;

@@ -85,6 +85,8 @@ QVariant MapListModel::data(const QModelIndex& index, int role) const {
         return static_cast<int>(tickState_ ? tickState_(node) : Qt::Unchecked);
     case RefusalRole:
         return refusal_ ? refusal_(node) : QString();
+    case NoteRole:
+        return noteText(*tree_, node);
     default:
         return {};
     }
@@ -93,7 +95,8 @@ QVariant MapListModel::data(const QModelIndex& index, int role) const {
 QHash<int, QByteArray> MapListModel::roleNames() const {
     return {{NodeRole, "node"},         {NameRole, "name"}, {KindRole, "kind"},
             {KindNameRole, "kindName"}, {SizeRole, "size"}, {FractionRole, "fraction"},
-            {ShareRole, "share"},       {TickRole, "tick"}, {RefusalRole, "refusal"}};
+            {ShareRole, "share"},       {TickRole, "tick"}, {RefusalRole, "refusal"},
+            {NoteRole, "note"}};
 }
 
 } // namespace orbel

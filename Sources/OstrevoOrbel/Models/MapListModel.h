@@ -26,8 +26,9 @@ public:
         SizeRole,
         FractionRole,
         ShareRole,
-        TickRole,   ///< Qt::CheckState
-        RefusalRole ///< why it cannot be ticked, as far as known
+        TickRole,    ///< Qt::CheckState
+        RefusalRole, ///< why it cannot be ticked, as far as known
+        NoteRole     ///< what to know before it moves
     };
 
     explicit MapListModel(QObject* parent = nullptr);

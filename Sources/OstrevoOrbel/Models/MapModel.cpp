@@ -364,7 +364,8 @@ MapItemFacts MapModel::facts(quint32 node) const {
             .changed = changedText(*tree_, node),
             .share = tr("%1 of %2").arg(shareText(tree_->allocated(node), whole), focusName()),
             .zoomable = zoomTarget(node).has_value(),
-            .isFolder = tree_->isFolder(node)};
+            .isFolder = tree_->isFolder(node),
+            .note = noteText(*tree_, node)};
 }
 
 QString MapModel::focusName() const {

@@ -18,6 +18,9 @@ QString shareText(std::uint64_t bytes, std::uint64_t whole);
 QString changedText(const FileTree& tree, NodeIndex node);
 QString changedText(std::chrono::sys_seconds time);
 
+/// The note that an item of the node would have; empty when it has none.
+QString noteText(const FileTree& tree, NodeIndex node);
+
 /// "Folder", else the kind's name.
 QString kindText(const FileTree& tree, NodeIndex node);
 
@@ -42,6 +45,8 @@ class MapItemFacts {
     Q_PROPERTY(bool zoomable MEMBER zoomable)
     /// A folder, a package too.
     Q_PROPERTY(bool isFolder MEMBER isFolder)
+    /// What to know before it moves; empty when there is nothing.
+    Q_PROPERTY(QString note MEMBER note)
 
 public:
     bool valid = false;
@@ -56,6 +61,7 @@ public:
     QString share;
     bool zoomable = false;
     bool isFolder = false;
+    QString note;
 
     bool operator==(const MapItemFacts&) const = default;
 };
