@@ -1,5 +1,6 @@
 #include "Delete/DeletionItem.h"
 #include "Delete/DeletionItemJson.h"
+#include "Delete/ItemNote.h"
 #include "Delete/ManageHint.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Scan/TreeScanner.h"
@@ -99,6 +100,39 @@ TEST_F(DeletionItemTest, WarnsWhereAMoveFreesLess) {
     EXPECT_EQ(item("docs/folder")->note, std::nullopt);
     tree.nodeFlags[node("docs/linked")] |= NodeFlags::mayShareBlocks.rawValue;
     EXPECT_EQ(item("docs/linked")->note, "May share storage; moving it may free less");
+}
+
+TEST_F(DeletionItemTest, TellsWhatInItCouldNotBeRead) {
+    home.folder("docs/closed");
+    home.folder("docs/two/closed");
+    home.folder("docs/open");
+    scan();
+    EXPECT_EQ(item("docs")->note, std::nullopt);
+    tree.nodeFlags[node("docs/closed")] |= NodeFlags::unreadable.rawValue;
+    tree.nodeFlags[node("docs/two/closed")] |= NodeFlags::unreadable.rawValue;
+    tree.recomputeTotals();
+    EXPECT_EQ(item("docs")->note, "2 entries in it could not be read");
+    EXPECT_EQ(item("docs/closed")->note, "1 entry in it could not be read");
+    EXPECT_EQ(item("docs/open")->note, std::nullopt);
+}
+
+TEST(ItemNote, SaysOfUnreadableEntriesOnlyWhatIsTrueNow) {
+    const std::optional<std::string> none;
+    const auto known = ItemNote::withUnreadable("The whole folder goes with it", 1);
+    EXPECT_EQ(known, "The whole folder goes with it · 1 entry in it could not be read");
+    EXPECT_EQ(ItemNote::withUnreadable(known, 12),
+              "The whole folder goes with it · 12 entries in it could not be read");
+    EXPECT_EQ(ItemNote::withUnreadable(known, 0), "The whole folder goes with it");
+    EXPECT_EQ(ItemNote::withUnreadable(ItemNote::withUnreadable(none, 3), 0), none);
+    const std::optional<std::string> other = "Some entries in it could not be read";
+    EXPECT_EQ(ItemNote::withUnreadable(other, 0), other) << "not what is said here";
+
+    EXPECT_TRUE(ItemNote::saysMore(known));
+    EXPECT_FALSE(ItemNote::saysLess(known));
+    const auto linked = ItemNote::withUnreadable(std::string(ItemNote::otherLinks), 2);
+    EXPECT_TRUE(ItemNote::saysLess(linked));
+    EXPECT_TRUE(ItemNote::saysMore(linked));
+    EXPECT_FALSE(ItemNote::saysLess(none) || ItemNote::saysMore(none));
 }
 
 TEST_F(DeletionItemTest, OfAnEmptyFolderTellsHowManyItHolds) {

@@ -1,6 +1,7 @@
 #include "Delete/LiveTrash.h"
 #include "Journal/HeldFolder.h"
 #include "Journal/LiveRestore.h"
+#include "Support/DesktopSession.h"
 #include "Support/RunProgram.h"
 #include "Support/TrashHome.h"
 #include "Util/ReadFile.h"
@@ -30,11 +31,7 @@ protected:
 
     /// What a shell command in the session prints.
     std::string inSession(const std::string& command) const {
-        return test::runProgram({"env", "LC_ALL=C.UTF-8", "HOME=" + home.path(),
-                                 "XDG_DATA_HOME=" + home.path(".local/share"),
-                                 "XDG_RUNTIME_DIR=" + home.folder("runtime"), "dbus-run-session", "--", "sh",
-                                 "-c", command})
-            .output;
+        return test::runProgram(test::desktopSession(home.path(), command)).output;
     }
 
     /// Where the file manager says that each item in this Trash came from, with the item's address there;

@@ -193,6 +193,25 @@ TEST(Trasher, TellsHardLinksAtTheMoment) {
     EXPECT_EQ(report.moved[2].note, std::nullopt) << "a folder's links are its subfolders";
 }
 
+TEST(Trasher, TellsWhatCouldNotBeReadAtTheMoment) {
+    MoverHome home;
+    TreeScanner::Measurement measured{.unreadable = 2};
+    home.trasher.measure = [&](const std::string&) { return measured; };
+    home.folder("a/folder");
+    auto folder = home.item("a/folder");
+    folder.note = "The whole folder goes with it · 7 entries in it could not be read";
+    EXPECT_EQ(home.run({folder}).moved.at(0).note,
+              "The whole folder goes with it · 2 entries in it could not be read");
+    EXPECT_EQ(home.entries().back().note,
+              "The whole folder goes with it · 2 entries in it could not be read");
+
+    measured.unreadable = 0;
+    home.folder("b/folder");
+    folder = home.item("b/folder");
+    folder.note = "1 entry in it could not be read";
+    EXPECT_EQ(home.run({folder}).moved.at(0).note, std::nullopt);
+}
+
 TEST(Trasher, AsksAnewWhoUsesWhatAfterTenSeconds) {
     MoverHome home;
     home.inUse.uncheckedProcesses = 3;

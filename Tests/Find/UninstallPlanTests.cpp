@@ -17,7 +17,12 @@ using Programs = std::vector<platform::RunningProgram>;
 class UninstallPlanTest : public ::testing::Test {
 protected:
     UninstallPlan planOf(const InstalledApp& app, const Programs& running = {}) const {
-        return UninstallPlan::make(app, home.othersThan(app), home.matcher(), home.policy, {},
+        const auto measure = [this](const std::string& path) {
+            auto measured = TreeScanner::measure(path);
+            measured.unreadable = unreadable;
+            return measured;
+        };
+        return UninstallPlan::make(app, home.othersThan(app), home.matcher(), home.policy, measure,
                                    [&] { return running; });
     }
     /// Each item as "tag relative path".
@@ -34,6 +39,7 @@ protected:
     }
 
     test::AppHome home;
+    std::uint64_t unreadable = 0; ///< in each item
 };
 
 TEST_F(UninstallPlanTest, BeginsWithTheApplicationAndTicksOnlyCertainCaches) {
@@ -104,6 +110,9 @@ TEST_F(UninstallPlanTest, WhatAPackageManagerOwnsIsNotMovedHere) {
         << "nothing is ticked while it is installed";
     EXPECT_EQ(plan.items[0].note, "sudo apt remove editor");
     EXPECT_EQ(plan.items[1].note, "org.example.Editor is still installed: sudo apt remove editor removes it");
+    unreadable = 2;
+    EXPECT_EQ(planOf(app).items[1].note, "org.example.Editor is still installed: sudo apt remove editor "
+                                         "removes it · 2 entries in it could not be read");
     app.status = InstalledApp::Status::system;
     EXPECT_EQ(planOf(app).items.size(), 1);
 }

@@ -42,6 +42,28 @@ std::map<std::string, std::optional<FileStamp>> everythingIn(const std::string& 
     return found;
 }
 
+TEST(TrashCommand, TellsWhatCouldNotBeReadInWhatItMoves) {
+    EXPECT_TRUE(test::inChildProcess([] {
+        if (test::isRoot()) // who may read everything
+            test::becomeOtherUser();
+        const ProgramHome home;
+        const std::string note = "3 entries in it could not be read";
+        home.folder("docs/folder/closed");
+        home.file("docs/folder/listable/a");
+        home.file("docs/folder/listable/b");
+        fs::permissions(home.path("docs/folder/closed"), fs::perms::none);
+        fs::permissions(home.path("docs/folder/listable"),
+                        fs::perms(0444)); // names are readable, entries are not
+        const auto planned = home.json({"--dry-run", "--trash", "docs/folder"}, 0);
+        EXPECT_EQ(planned["moved"].at(0)["note"], note);
+        const auto report = home.json({"--trash", "docs/folder"}, 0);
+        EXPECT_EQ(report["moved"].at(0)["note"], note);
+        EXPECT_EQ(home.entries().at(0).note, note);
+        fs::permissions(home.trashed("folder/closed"), fs::perms::owner_all);
+        fs::permissions(home.trashed("folder/listable"), fs::perms::owner_all);
+    }));
+}
+
 TEST(TrashCommand, MovesAndReports) {
     const ProgramHome home;
     home.file("docs/folder/a", 5000);

@@ -97,6 +97,41 @@ TEST(FileTree, WhatIsRestoredIsAsItWasBefore) {
     EXPECT_TRUE(std::ranges::equal(tree.descendantCounts, before.descendantCounts));
 }
 
+TEST(FileTree, CountsWhatCouldNotBeReadAtEveryFolderThatHoldsIt) {
+    TreeBuilder builder;
+    const auto a = builder.folder(0, "a");
+    const auto closed = builder.folder(a, "closed", NodeFlags::unreadable);
+    const auto listable = builder.folder(a, "listable");
+    const auto b = builder.folder(0, "b");
+    builder.tree.unlistedEntries = {{listable, 2}};
+    builder.tree.unreadableCount = 3;
+    FileTree tree = builder.build();
+    const auto counts = [&] {
+        std::vector<std::uint64_t> all;
+        for (const NodeIndex node : {NodeIndex{0}, a, closed, listable, b})
+            all.push_back(tree.unreadableIn(node));
+        return all;
+    };
+    using Counts = std::vector<std::uint64_t>;
+    EXPECT_EQ(counts(), (Counts{3, 3, 1, 2, 0}));
+    tree.remove(std::array{a});
+    EXPECT_EQ(counts(), (Counts{0, 3, 1, 2, 0}));
+    tree.restore(std::array{a});
+    EXPECT_EQ(counts(), (Counts{3, 3, 1, 2, 0}));
+
+    TreeBuilder again("/root/b");
+    again.tree.unlistedEntries = {{0, 1}};
+    again.tree.unreadableCount = 1;
+    tree = tree.spliced(b, again.build());
+    EXPECT_EQ(tree.unreadableCount, 4);
+    EXPECT_EQ(counts(), (Counts{4, 3, 1, 2, 1}));
+    const auto& paths = PathCanonicalizer::shared();
+    tree = tree.spliced(tree.index("/root/a", paths).value(), TreeBuilder("/root/a").build());
+    EXPECT_EQ(tree.unreadableCount, 1) << "all of it can be read by now";
+    EXPECT_EQ(tree.unreadableIn(0), 1);
+    EXPECT_EQ(tree.unreadableIn(tree.index("/root/a", paths).value()), 0);
+}
+
 TEST(FileTree, ComparesLinkPathsByBytesAndTakesTheLargestSizeMeasured) {
     TreeBuilder builder;
     const auto upper = builder.hardLink(0, "Z", 10, 5);

@@ -169,6 +169,8 @@ TEST(Walker, FlagsFoldersThatItMayNotRead) {
             << "what cannot be listed is measured all the same";
         EXPECT_TRUE(tree.children(nodeAt(tree, home.path("listable"))).empty());
         EXPECT_EQ(tree.unreadableCount, 2);
+        EXPECT_EQ(tree.unreadableIn(0), 2);
+        EXPECT_EQ(tree.unreadableIn(nodeAt(tree, home.path("listable"))), 1);
         EXPECT_EQ(tree.count(), 5);
 
         const FileTree root = walked(home.path("closed"));

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <QColor>
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQmlExpression>
@@ -40,6 +42,26 @@ public:
 
     QString told() { return window_->property("told").toString(); }
     void press(Qt::Key key) { QTest::keyClick(window_.get(), key); }
+    /// One event of a key; `isRepeated`: one that the desktop makes while the key is held.
+    void send(QEvent::Type type, Qt::Key key, bool isRepeated = false) {
+        QKeyEvent event(type, key, Qt::NoModifier, QString(), isRepeated);
+        QCoreApplication::sendEvent(window_.get(), &event);
+    }
+    /// The key goes down, stays there for a while, and comes up.
+    void hold(Qt::Key key) {
+        send(QEvent::KeyPress, key);
+        for (int i = 0; i < 3; ++i) {
+            send(QEvent::KeyRelease, key, true);
+            send(QEvent::KeyPress, key, true);
+        }
+        send(QEvent::KeyRelease, key);
+    }
+    /// What it told since this was last asked.
+    QString heard() {
+        const auto words = told().trimmed();
+        window_->setProperty("told", QString());
+        return words;
+    }
 
     void click(const QString& id) {
         auto* const item = value(id).value<QQuickItem*>();
@@ -142,6 +164,57 @@ TEST(WindowComponents, ButtonsTakeTheMouseAndTheKeysUnlessDisabled) {
     EXPECT_EQ(scene.told(), QStringLiteral("xxxll"));
 }
 
+TEST(WindowComponents, KeysClickTheSameOnEveryDesktop) {
+    ComponentScene scene(
+        "Item { Keys.onPressed: event => { if (event.key !== Qt.Key_Tab) told += 'around ' }\n"
+        "  PushButton { id: button; text: 'Go'; onClicked: told += 'click ' }\n"
+        "  IconButton { id: icon; onClicked: told += 'click ' }\n"
+        "  LinkButton { id: link; onClicked: told += 'click ' }\n"
+        "  Chip { id: chip; onClicked: told += 'click ' }\n"
+        "  NavItem { id: nav; onClicked: told += 'click ' }\n"
+        "  HeadCell { id: head; onClicked: told += 'click ' }\n"
+        "  ToggleSwitch { id: toggle; onToggled: told += 'click ' }\n"
+        "  MenuEntry { id: entry; onTriggered: told += 'click ' }\n"
+        "  PushButton { id: commit; ButtonKeys.enterClicks: false; onClicked: told += 'click ' }\n"
+        "  Tick { id: tick; onToggled: told += 'click ' }\n"
+        "  KeepRadio { id: keep; autoExclusive: false; onToggled: told += 'click ' } }\n"
+        "DropDown { id: box; model: ['one', 'two'] }");
+    const auto clicks = [&](const char* id, bool enterClicks) {
+        SCOPED_TRACE(id);
+        scene.value(QLatin1String(id) + QStringLiteral(".forceActiveFocus(Qt.TabFocusReason)"));
+        const std::string onEnter = enterClicks ? "click" : "around";
+        for (const auto& [key, expected] : {std::pair{Qt::Key_Space, std::string("click")},
+                                            {Qt::Key_Return, onEnter},
+                                            {Qt::Key_Enter, onEnter},
+                                            {Qt::Key_Select, onEnter}}) {
+            SCOPED_TRACE(key);
+            scene.press(key);
+            EXPECT_EQ(scene.heard().toStdString(), expected);
+            if (expected == "click") {
+                scene.hold(key);
+                EXPECT_EQ(scene.heard().toStdString(), expected) << "once, however long it is held";
+            }
+            scene.send(QEvent::KeyPress, key, true);
+            scene.send(QEvent::KeyRelease, key, true);
+            scene.send(QEvent::KeyRelease, key);
+            EXPECT_FALSE(scene.heard().contains(QLatin1String("click"))) << "it went down elsewhere";
+        }
+    };
+    for (const auto* id : {"button", "icon", "link", "chip", "nav", "head", "toggle", "entry"})
+        clicks(id, true);
+    for (const auto* id : {"commit", "tick", "keep"})
+        clicks(id, false);
+
+    scene.value(QStringLiteral("box.forceActiveFocus(Qt.TabFocusReason)"));
+    for (const auto key : {Qt::Key_Space, Qt::Key_Return}) {
+        scene.press(key);
+        EXPECT_TRUE(scene.value(QStringLiteral("box.popup.visible")).toBool());
+        scene.press(Qt::Key_Down);
+        scene.press(key);
+        EXPECT_FALSE(scene.value(QStringLiteral("box.popup.visible")).toBool());
+    }
+}
+
 TEST(WindowComponents, ListsAndChoicesMoveByArrows) {
     ComponentScene scene(
         "RowList { id: list; width: 200; height: 108; model: 20; onActivated: index => told += index + ' ';"
@@ -160,7 +233,8 @@ TEST(WindowComponents, ListsAndChoicesMoveByArrows) {
     }
     scene.press(Qt::Key_Down);
     scene.press(Qt::Key_Return);
-    EXPECT_EQ(scene.told(), QStringLiteral("1 "));
+    scene.hold(Qt::Key_Enter);
+    EXPECT_EQ(scene.told(), QStringLiteral("1 1 "));
     scene.press(Qt::Key_Tab);
     EXPECT_TRUE(scene.value(QStringLiteral("choice.visualFocus")).toBool());
     scene.press(Qt::Key_Right);

@@ -235,6 +235,10 @@ TEST_F(MoveFlowOn, TicksRefuseNestAndTellWhatTheyFree) {
     EXPECT_EQ(ticks.frees(), QStringLiteral("Frees 20 KB – 41 KB")) << "neither name alone frees the file";
     EXPECT_TRUE(ticks.anyInside(folder));
     EXPECT_EQ(ticks.covering(folder), nullptr);
+    auto partlyRead = ticked(films[1]);
+    partlyRead.item.note = "1 entry in it could not be read";
+    EXPECT_EQ(freesText({ticked(films[0]), partlyRead}), QStringLiteral("Frees at least 20 KB"));
+    EXPECT_EQ(TickedItem::alone(partlyRead.item, FileKind::folder).leastFreed, 20'480);
     ticks.setFilter([&](const TickedItem& item) { return item.item.path == films[1]; });
     EXPECT_EQ(ticks.remark(), QStringLiteral("2 of 3 hidden by filters"));
     ticks.setPosition([&](const TickedItem& item) { return item.item.path == films[1] ? 0U : 1U; });

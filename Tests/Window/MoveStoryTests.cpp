@@ -4,6 +4,7 @@
 #include "Models/TreemapItem.h"
 #include "Platform/HomeTrash.h"
 #include "RealHome.h"
+#include "Support/DesktopSession.h"
 #include "WindowScene.h"
 
 #include <filesystem>
@@ -22,9 +23,7 @@ namespace fs = std::filesystem;
 /// The desktop's own tools for the Trash, run in a session of their own whose home is the test's.
 class DesktopTrash {
 public:
-    explicit DesktopTrash(const std::string& home) : home_(QString::fromStdString(home)) {
-        fs::create_directories(home + "/runtime");
-    }
+    explicit DesktopTrash(std::string home) : home_(std::move(home)) {}
 
     /// Whether there are such tools; where not, only the Trash's own files tell what is in it.
     bool isThere() const {
@@ -46,33 +45,30 @@ public:
 
 private:
     QByteArray printed(const QString& command) const {
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("HOME"), home_);
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), home_ + QStringLiteral("/.local/share"));
-        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home_ + QStringLiteral("/runtime"));
-        environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+        QStringList words;
+        for (const auto& word : desktopSession(home_, command.toStdString()))
+            words.append(QString::fromStdString(word));
         QProcess session;
-        session.setProcessEnvironment(environment);
-        session.start(QStringLiteral("dbus-run-session"),
-                      {QStringLiteral("--"), QStringLiteral("sh"), QStringLiteral("-c"), command});
+        session.start(words.takeFirst(), words);
         session.waitForFinished();
         return session.readAllStandardOutput();
     }
     std::set<std::string> paths(const QString& command) const {
         std::set<std::string> found;
         for (const auto& line : printed(command).split('\n')) {
-            if (line.startsWith(home_.toUtf8()))
+            if (line.startsWith(home_.c_str()))
                 found.insert(line.toStdString());
         }
         return found;
     }
 
-    QString home_;
+    std::string home_;
 };
 
 /// The map of a home with two films and something small.
 struct MovingInTheWindow : testing::Test {
-    void open(int width = 1440, int height = 900) {
+    /// `edit`: what the scan finds otherwise than it is.
+    void open(int width = 1440, int height = 900, const std::function<void(FileTree&)>& edit = nullptr) {
         const auto place = scene.folder() + "/home";
         fs::create_directories(place + "/Videos/Travels with a name that goes on");
         for (const auto& [name, bytes] :
@@ -81,6 +77,14 @@ struct MovingInTheWindow : testing::Test {
             std::ofstream(films.back()) << std::string(static_cast<std::size_t>(bytes), 'x');
         }
         useRealHome(scene.environment, place);
+        if (edit) {
+            scene.environment.scan = [edit, scan = scene.environment.scan](
+                                         const auto& root, const auto& token, const auto& progress) {
+                auto result = scan(root, token, progress);
+                edit(result.tree);
+                return result;
+            };
+        }
         scene.open(width, height);
         scene.app().startScan(place);
         ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
@@ -139,7 +143,7 @@ TEST_F(MovingInTheWindow, FromTwoTilesToTheTrashAndBackAgain) {
     scene.press(Qt::Key_Delete);
     scene.press(Qt::Key_Tab);
     EXPECT_TRUE(scene.hasFocus(QStringLiteral("confirm.commit")));
-    for (const int key : {Qt::Key_Enter, Qt::Key_Escape}) {
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
         scene.press(key);
         EXPECT_FALSE(scene.isShown(QStringLiteral("confirm.commit")));
         scene.press(Qt::Key_Delete);
@@ -172,6 +176,65 @@ TEST_F(MovingInTheWindow, FromTwoTilesToTheTrashAndBackAgain) {
     EXPECT_TRUE(scene.isShown(QStringLiteral("map.view")));
     EXPECT_EQ(box(films[0]), before);
     EXPECT_EQ(ticked(), 0);
+}
+
+TEST_F(MovingInTheWindow, WhatCouldNotBeReadIsToldBeforeItMoves) {
+    open(1440, 900, [](FileTree& tree) {
+        for (NodeIndex node = 1; node < tree.count(); ++node) {
+            if (tree.name(node).starts_with("Travels"))
+                tree.nodeFlags[node] |= NodeFlags::unreadable.rawValue;
+        }
+        tree.recomputeTotals();
+    });
+    const auto videos = scene.environment.home + "/Videos";
+    scene.app().showOnMap(scene.app().tree()->index(videos, scene.app().policy().canonicalizer()).value());
+    scene.settle();
+    scene.click(QStringLiteral("map.tick.Travels with a name that goes on/"));
+    ASSERT_TRUE(scene.waitUntil([&] { return ticked() == 1; }));
+    const auto note = QStringLiteral("1 entry in it could not be read");
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.says(note); })) << "beside what is selected";
+    keep(QStringLiteral("map-unreadable"));
+    scene.press(Qt::Key_Delete);
+    EXPECT_TRUE(scene.says(note));
+    EXPECT_TRUE(scene.says(QStringLiteral("Frees at least 0 B")));
+    keep(QStringLiteral("confirmation-unreadable"));
+}
+
+TEST_F(MovingInTheWindow, AKeyThatIsHeldOpensTheSheetAndConfirmsNothing) {
+    open();
+    tick(films[0]);
+    scene.press(Qt::Key_Space);
+    ASSERT_TRUE(scene.waitUntil([&] { return ticked() == 1; }));
+    const auto send = [&](QEvent::Type type, Qt::Key key, bool isRepeated) {
+        QKeyEvent event(type, key, Qt::NoModifier, QString(), isRepeated);
+        QCoreApplication::sendEvent(&scene.window(), &event);
+        scene.settle();
+    };
+    for (const auto key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+        SCOPED_TRACE(key);
+        scene.item(QStringLiteral("map.tickBar.review"))->forceActiveFocus(Qt::TabFocusReason);
+        scene.press(key);
+        EXPECT_TRUE(scene.hasFocus(QStringLiteral("confirm.cancel")));
+        // As if the button before had taken the key when it went down.
+        for (const bool isRepeated : {true, true, false}) {
+            send(QEvent::KeyPress, key, true);
+            send(QEvent::KeyRelease, key, isRepeated);
+        }
+        EXPECT_TRUE(scene.app().moves()->isConfirming()) << "it neither cancels nor confirms";
+        scene.press(Qt::Key_Tab);
+        EXPECT_TRUE(scene.hasFocus(QStringLiteral("confirm.commit")));
+        send(QEvent::KeyPress, key, true);
+        send(QEvent::KeyRelease, key, false);
+        EXPECT_FALSE(scene.app().moves()->isDeleting());
+        scene.app().moves()->cancel();
+        scene.settle();
+        for (const auto* place : {"map.view", "map.list"}) {
+            scene.item(QLatin1String(place))->forceActiveFocus(Qt::TabFocusReason);
+            send(QEvent::KeyPress, key, true);
+            EXPECT_EQ(ticked(), 1) << "nor does it do anything behind the sheet";
+        }
+    }
+    EXPECT_TRUE(allThere());
 }
 
 TEST_F(MovingInTheWindow, TheDesktopListsWhatMovedAndTheJournalPutsItBack) {

@@ -1,3 +1,4 @@
+#include "Models/ButtonKeys.h"
 #include "Scan/TreeScanner.h"
 #include "WindowScene.h"
 
@@ -12,7 +13,41 @@ namespace {
 
 const std::array screens{"overview", "map", "large", "duplicates", "uninstall", "tidy", "journal"};
 
+/// What the keyboard can click in an item, seen or not.
+void collectButtons(QQuickItem& item, std::vector<QQuickItem*>& buttons) {
+    const bool isButton = item.inherits("QQuickAbstractButton") || item.inherits("QQuickComboBox");
+    if (isButton && item.property("focusPolicy").toInt() != Qt::NoFocus)
+        buttons.push_back(&item);
+    for (auto* const child : item.childItems())
+        collectButtons(*child, buttons);
+}
+
 } // namespace
+
+TEST(WindowNavigation, NoButtonLeavesItsKeysToTheDesktop) {
+    WindowScene scene;
+    scene.open();
+    scene.app().scanDisk();
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+    std::size_t looked = 0;
+    const auto look = [&](const char* screen) {
+        scene.settle();
+        std::vector<QQuickItem*> buttons;
+        collectButtons(*scene.window().contentItem(), buttons);
+        for (auto* const button : buttons)
+            EXPECT_NE(qmlAttachedPropertiesObject<ButtonKeys>(button, false), nullptr)
+                << screen << ": " << button->objectName().toStdString() << " ("
+                << button->metaObject()->className() << ")";
+        looked += buttons.size();
+    };
+    for (const auto* screen : screens) {
+        scene.app().setScreenName(QLatin1String(screen));
+        look(screen);
+    }
+    scene.press(Qt::Key_Comma, Qt::ControlModifier);
+    look("settings");
+    EXPECT_GT(looked, 100);
+}
 
 TEST(WindowNavigation, MouseAndKeysReachEveryScreen) {
     WindowScene scene;

@@ -1,5 +1,6 @@
 #include "Delete/DeletionItem.h"
 
+#include "Delete/ItemNote.h"
 #include "Delete/ManageHint.h"
 #include "Safety/NeverTouch.h"
 #include "Safety/PathCanonicalizer.h"
@@ -41,14 +42,6 @@ std::optional<std::string> blockedReasonFor(const FileTree& tree, NodeIndex inde
     return std::nullopt;
 }
 
-std::optional<std::string> noteFor(const FileTree& tree, NodeIndex index) {
-    if (tree.flags(index).contains(NodeFlags::mayShareBlocks))
-        return "May share storage; moving it may free less";
-    if (tree.linkCount(index) >= 2 && !tree.isFolder(index))
-        return "Frees nothing while other links exist";
-    return std::nullopt;
-}
-
 } // namespace
 
 std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeIndex index,
@@ -77,8 +70,17 @@ std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeInd
                       .scanStamp = stamp.value_or(FileStamp()),
                       .estimatedBytes = tree.allocated(index)};
     item.blockedReason = unreached ? std::move(unreached) : blockedReasonFor(tree, index, item, policy);
-    item.note = noteFor(tree, index);
+    item.note = noteOn(tree, index);
     return item;
+}
+
+std::optional<std::string> DeletionItem::noteOn(const FileTree& tree, NodeIndex index) {
+    std::optional<std::string> note;
+    if (tree.flags(index).contains(NodeFlags::mayShareBlocks))
+        note = ItemNote::sharedStorage;
+    else if (tree.linkCount(index) >= 2 && !tree.isFolder(index))
+        note = ItemNote::otherLinks;
+    return ItemNote::withUnreadable(note, tree.unreadableIn(index));
 }
 
 std::optional<DeletionItem> DeletionItem::emptyFolder(const FileTree& tree, NodeIndex index,

@@ -53,6 +53,9 @@ struct DeletionItem {
                                                       std::optional<std::string> note,
                                                       std::optional<std::string> lastPath);
 
+    /// The note of a node's item. Asks nothing but the tree.
+    static std::optional<std::string> noteOn(const FileTree& tree, NodeIndex index);
+
     /// Whether a path is that of an application bundle in one of the policy's application folders or one
     /// folder below, or of a program where the policy lets programs be removed.
     static bool isApplicationBundle(const std::string& path, const SafetyPolicy& policy);

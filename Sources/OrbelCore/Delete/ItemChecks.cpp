@@ -1,5 +1,6 @@
 #include "Delete/ItemChecks.h"
 
+#include "Delete/ItemNote.h"
 #include "Delete/Trasher.h"
 #include "Util/PathText.h"
 
@@ -64,10 +65,10 @@ std::expected<ApprovedItem, std::string> ItemChecks::approve(const DeletionItem&
     ApprovedItem approved{.realPath = allowance->realPath,
                           .stamp = allowance->stamp,
                           .bytes = measured.bytes,
-                          .note = item.note,
+                          .note = ItemNote::withUnreadable(item.note, measured.unreadable),
                           .held = *std::move(held)};
     if (status->type != platform::FileType::directory && status->linkCount > 1)
-        approved.note = "Frees nothing while other links exist";
+        approved.note = ItemNote::otherLinks;
     if (auto reason = inUseReason(approved))
         return std::unexpected(*std::move(reason));
     return approved;

@@ -77,4 +77,9 @@ std::optional<std::string> repositoryNote(const FileTree& tree, NodeIndex folder
     return std::nullopt;
 }
 
+bool isWorkFolder(const FileTree& tree, NodeIndex folder) {
+    return std::ranges::any_of(tree.children(folder),
+                               [&](NodeIndex child) { return tree.nameBytes(child) == ".git"; });
+}
+
 } // namespace orbel

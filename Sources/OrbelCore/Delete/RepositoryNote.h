@@ -12,4 +12,7 @@ namespace orbel {
 /// time, so it blocks; of very many repositories the first ones are asked, and the words say so.
 std::optional<std::string> repositoryNote(const FileTree& tree, NodeIndex folder);
 
+/// Whether the folder holds a repository of its own, rather than folders that do.
+bool isWorkFolder(const FileTree& tree, NodeIndex folder);
+
 } // namespace orbel

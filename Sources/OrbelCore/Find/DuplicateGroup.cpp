@@ -1,5 +1,6 @@
 #include "Find/DuplicateGroup.h"
 
+#include "Delete/ItemNote.h"
 #include "Delete/ManageHint.h"
 #include "Find/DuplicateFinder.h"
 #include "Platform/FileContent.h"
@@ -51,9 +52,9 @@ std::optional<std::string> blockedReasonFor(const DeletionItem& item, const plat
 
 std::optional<std::string> noteFor(const DuplicateFile& file, const platform::FileStatus& status) {
     if (file.mayShareStorage())
-        return "May share storage; moving it may free less";
+        return std::string(ItemNote::sharedStorage);
     if (status.linkCount >= 2)
-        return "Frees nothing while other links exist";
+        return std::string(ItemNote::otherLinks);
     return std::nullopt;
 }
 

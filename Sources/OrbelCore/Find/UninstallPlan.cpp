@@ -1,5 +1,6 @@
 #include "Find/UninstallPlan.h"
 
+#include "Delete/ItemNote.h"
 #include "Delete/ManageHint.h"
 #include "Platform/FileStatus.h"
 #include "Safety/RealPath.h"
@@ -66,12 +67,12 @@ public:
     DeletionItem ofLeftover(const Leftover& leftover) const {
         auto item = itemAt(leftover.path, leftover.evidence);
         item.root = AllowedRoot::leftover;
-        item.blockedReason = quitReason();
-        if (!item.blockedReason)
-            check(item);
         if (app_.status != Status::removable)
             item.note = app_.name + " is still installed"
                         + (app_.command.empty() ? "" : ": " + app_.command + " removes it");
+        item.blockedReason = quitReason();
+        if (!item.blockedReason)
+            check(item);
         item.preselected = item.isSelectable() && app_.status == Status::removable && leftover.isCache
                            && leftover.certainty == Leftover::Certainty::certain;
         return item;
@@ -110,6 +111,7 @@ private:
         }
         const auto measured = measure_ ? measure_(item.path) : TreeScanner::measure(item.path);
         item.estimatedBytes = measured.bytes;
+        item.note = ItemNote::withUnreadable(item.note, measured.unreadable);
         if (measured.protectedInside)
             item.blockedReason =
                 "Contains protected data: " + tildePath(*measured.protectedInside, policy_.homePath());

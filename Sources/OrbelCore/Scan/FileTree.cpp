@@ -102,6 +102,12 @@ bool FileTree::isAlias(NodeIndex node) const {
     return aliasNodes.contains(node);
 }
 
+std::uint64_t FileTree::unreadableIn(NodeIndex node) const {
+    requireNode(node);
+    const auto known = unreadableInside.find(node);
+    return known == unreadableInside.end() ? 0 : known->second;
+}
+
 bool FileTree::containsProtectedData(NodeIndex node) const {
     requireNode(node);
     return protectedContainers.contains(node);

@@ -74,6 +74,11 @@ struct FileTree {
     std::unordered_map<FileIdentity, std::uint64_t> hardLinkSizes;
     std::unordered_map<FileIdentity, std::vector<NodeIndex>> hardLinkMembers;
 
+    /// By folder: entries in its own listing that could not be read, and are no nodes.
+    std::unordered_map<NodeIndex, std::uint32_t> unlistedEntries;
+    /// By node: entries that could not be read, at it and below it; of a folder as of its total. No zeros.
+    std::unordered_map<NodeIndex, std::uint64_t> unreadableInside;
+
     /// Of every node that was detached itself: the folder that held it, so that its path can still be told.
     std::unordered_map<NodeIndex, NodeIndex> detachedFrom;
 
@@ -109,6 +114,8 @@ struct FileTree {
     bool isFolder(NodeIndex node) const;
     FileKind kind(NodeIndex node) const;
     bool isAlias(NodeIndex node) const;
+    /// How many entries could not be read: below the node, and the node itself.
+    std::uint64_t unreadableIn(NodeIndex node) const;
     bool containsProtectedData(NodeIndex node) const;
     /// The first node by index that is protected data and is, or lies in, `node`, detached ones included.
     std::optional<NodeIndex> protectedInside(NodeIndex node) const;
@@ -153,7 +160,8 @@ struct FileTree {
     /// root, and `fresh` holds a folder.
     FileTree spliced(NodeIndex folder, const FileTree& fresh) const;
 
-    /// Sums folders up from their attached children, counts descendants and builds the child lists.
+    /// Sums folders up from their attached children, counts descendants and what could not be read, and
+    /// builds the child lists.
     void recomputeTotals();
 
 private:
@@ -163,6 +171,7 @@ private:
     void settleHardLinks();
     void assignHardLinkOwner(const FileIdentity& file, std::span<const NodeIndex> members);
     void markProtectedData();
+    void countUnreadable();
     void buildChildLists();
     std::optional<NodeIndex> childNamed(NodeIndex folder, std::string_view wanted) const;
 };

@@ -89,7 +89,23 @@ void FileTree::recomputeTotals() {
         allocatedBytes[parent] += allocatedBytes[i];
         descendantCounts[parent] += descendantCounts[i] + 1;
     }
+    countUnreadable();
     buildChildLists();
+}
+
+/// Mostly few entries of a tree could not be read, so each is counted at all the folders that it lies in.
+void FileTree::countUnreadable() {
+    unreadableInside.clear();
+    const auto add = [this](NodeIndex node, std::uint64_t entries) {
+        for (; node != noParent; node = parentIndex[node])
+            unreadableInside[node] += entries;
+    };
+    for (std::size_t i = 0; i < count(); ++i) {
+        if (NodeFlags{nodeFlags[i]}.contains(NodeFlags::unreadable))
+            add(static_cast<NodeIndex>(i), 1);
+    }
+    for (const auto& [folder, entries] : unlistedEntries)
+        add(folder, entries);
 }
 
 void FileTree::buildChildLists() {

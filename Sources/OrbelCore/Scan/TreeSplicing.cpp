@@ -230,13 +230,22 @@ FileTree FileTree::spliced(NodeIndex folder, const FileTree& fresh) const {
     }
     for (const auto& [node, its] : fresh.otherDevices)
         made.otherDevices[plan.ofFresh(node)] = its;
-    const auto count = [&](std::uint64_t FileTree::*sum, NodeFlags flag) {
-        made.*sum = exchanged(this->*sum, replacedWith(flag, *this, folder, plan), fresh.*sum);
+    std::uint64_t unlistedBefore = 0;
+    for (const auto& [node, entries] : unlistedEntries) {
+        if (node != folder && plan.ofOld(node) != noParent)
+            made.unlistedEntries[plan.ofOld(node)] = entries;
+        else
+            unlistedBefore += entries;
+    }
+    for (const auto& [node, entries] : fresh.unlistedEntries)
+        made.unlistedEntries[plan.ofFresh(node)] = entries;
+    const auto count = [&](std::uint64_t FileTree::*sum, NodeFlags flag, std::uint64_t besides) {
+        made.*sum = exchanged(this->*sum, replacedWith(flag, *this, folder, plan) + besides, fresh.*sum);
     };
     made.device = device;
-    count(&FileTree::unreadableCount, NodeFlags::unreadable);
-    count(&FileTree::datalessCount, NodeFlags::dataless);
-    count(&FileTree::otherVolumeCount, NodeFlags::otherVolume);
+    count(&FileTree::unreadableCount, NodeFlags::unreadable, unlistedBefore);
+    count(&FileTree::datalessCount, NodeFlags::dataless, 0);
+    count(&FileTree::otherVolumeCount, NodeFlags::otherVolume, 0);
 
     joinHardLinks(made, *this, fresh, plan);
     made.settleHardLinks();

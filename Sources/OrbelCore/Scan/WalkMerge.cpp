@@ -201,13 +201,17 @@ std::vector<FileTree::HardLinkCandidate> merge(WorkUnit& root, std::span<WorkerS
         if (into.linkCounts[i] >= 2 && !NodeFlags{into.nodeFlags[i]}.intersects(neverLinks))
             candidates.push_back({.node = static_cast<NodeIndex>(i), .inode = into.inodes[i]});
     }
-    for (WorkerStore& store : stores) {
+    for (const WorkerStore& store : stores) {
         for (const AliasPlace& alias : store.aliases)
             into.aliasNodes.insert(gone.placeOf(alias.folder->firstNode + alias.position));
         for (const OtherDevice& other : store.otherDevices)
             into.otherDevices[gone.placeOf(other.folder->firstNode + other.position)] = other.device;
-        store = WorkerStore{};
+        for (const UnlistedEntries& unlisted : store.unlisted)
+            into.unlistedEntries[gone.placeOf(nodeOf(*unlisted.folder))] = unlisted.count;
     }
+    // Only now: a worker may have listed folders that another one's store holds.
+    for (WorkerStore& store : stores)
+        store = WorkerStore{};
     return candidates;
 }
 

@@ -113,13 +113,20 @@ struct OtherDevice {
     std::uint64_t device;
 };
 
+/// Entries of a folder that could not be read, and so are no nodes.
+struct UnlistedEntries {
+    const WorkUnit* folder;
+    std::uint32_t count;
+};
+
 /// All that one worker found.
 struct WorkerStore {
     std::vector<std::unique_ptr<Chunk>> chunks;
     std::deque<WorkUnit> units; ///< addresses are stable
     std::vector<AliasPlace> aliases;
     std::vector<OtherDevice> otherDevices;
-    std::vector<const WorkUnit*> gone; ///< folders that were listed by their parent and then not there
+    std::vector<const WorkUnit*> gone;     ///< folders that were listed by their parent and then not there
+    std::vector<UnlistedEntries> unlisted; ///< one for each folder that has such entries
 
     /// A chunk with room for one more node of that name, the last one or a new one.
     Chunk& chunkFor(std::string_view name);

@@ -185,7 +185,7 @@ void WalkWorker::readEntries(WorkUnit& unit, DirectoryReader& reader) {
         }
         for (auto next = reader.next(entry); next != DirectoryReader::Next::done; next = reader.next(entry)) {
             if (next == DirectoryReader::Next::unreadable) {
-                ++unreadable_;
+                countUnlisted(unit);
                 continue;
             }
             add(unit, entry);
@@ -300,6 +300,13 @@ void WalkWorker::markGone(const WorkUnit& unit) {
         context_.isRootGone.store(true, std::memory_order_relaxed);
     else
         store_.gone.push_back(&unit);
+}
+
+void WalkWorker::countUnlisted(const WorkUnit& unit) {
+    if (store_.unlisted.empty() || store_.unlisted.back().folder != &unit)
+        store_.unlisted.push_back({.folder = &unit, .count = 0});
+    ++store_.unlisted.back().count;
+    ++unreadable_;
 }
 
 void WalkWorker::publish() {

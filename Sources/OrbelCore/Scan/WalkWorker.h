@@ -69,6 +69,7 @@ private:
     void flag(const WorkUnit& unit, NodeFlags flags);
     void markUnreadable(const WorkUnit& unit);
     void markGone(const WorkUnit& unit);
+    void countUnlisted(const WorkUnit& unit);
     void publish();
 
     WalkContext& context_;

@@ -7,8 +7,10 @@
 #include "Commands/UserContext.h"
 #include "Delete/DeletionReportJson.h"
 #include "Delete/DeletionSession.h"
+#include "Delete/ItemNote.h"
 #include "Delete/LiveTrash.h"
 #include "Delete/ManageHint.h"
+#include "Delete/RepositoryNote.h"
 #include "Find/BrokenShortcutFinder.h"
 #include "Safety/SafetyPolicy.h"
 #include "Scan/TreeScanner.h"
@@ -104,7 +106,11 @@ DeletionItem itemNamed(const std::string& word, const SafetyPolicy& policy,
     auto item = scanned.tree.count() > 0
                     ? DeletionItem::fromTree(scanned.tree, 0, DeletionModule::map, policy)
                     : std::nullopt;
-    return item ? *std::move(item) : refusedItem(path, root, "Already gone", policy);
+    if (!item)
+        return refusedItem(path, root, "Already gone", policy);
+    if (item->isSelectable())
+        item->note = ItemNote::joined(item->note, repositoryNote(scanned.tree, 0));
+    return *std::move(item);
 }
 
 /// The copy that `--keep` names. One that could not stay ends the process: nothing has been touched yet.

@@ -13,14 +13,16 @@ MapListModel::MapListModel(QObject* parent)
     : QAbstractListModel(parent), tree_(std::make_shared<FileTree>()) {}
 
 void MapListModel::setTicking(std::function<Qt::CheckState(NodeIndex)> tickState,
-                              std::function<QString(NodeIndex)> refusal) {
+                              std::function<QString(NodeIndex)> refusal,
+                              std::function<QString(NodeIndex)> note) {
     tickState_ = std::move(tickState);
     refusal_ = std::move(refusal);
+    note_ = std::move(note);
 }
 
 void MapListModel::tellTicks() {
     if (rowCount() > 0)
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TickRole, RefusalRole});
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TickRole, RefusalRole, NoteRole});
 }
 
 void MapListModel::setFolder(std::shared_ptr<const FileTree> tree, NodeIndex folder) {
@@ -85,6 +87,8 @@ QVariant MapListModel::data(const QModelIndex& index, int role) const {
         return static_cast<int>(tickState_ ? tickState_(node) : Qt::Unchecked);
     case RefusalRole:
         return refusal_ ? refusal_(node) : QString();
+    case NoteRole:
+        return note_ ? note_(node) : QString();
     default:
         return {};
     }
@@ -93,7 +97,8 @@ QVariant MapListModel::data(const QModelIndex& index, int role) const {
 QHash<int, QByteArray> MapListModel::roleNames() const {
     return {{NodeRole, "node"},         {NameRole, "name"}, {KindRole, "kind"},
             {KindNameRole, "kindName"}, {SizeRole, "size"}, {FractionRole, "fraction"},
-            {ShareRole, "share"},       {TickRole, "tick"}, {RefusalRole, "refusal"}};
+            {ShareRole, "share"},       {TickRole, "tick"}, {RefusalRole, "refusal"},
+            {NoteRole, "note"}};
 }
 
 } // namespace orbel

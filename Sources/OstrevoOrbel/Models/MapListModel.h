@@ -26,16 +26,17 @@ public:
         SizeRole,
         FractionRole,
         ShareRole,
-        TickRole,   ///< Qt::CheckState
-        RefusalRole ///< why it cannot be ticked, as far as known
+        TickRole,    ///< Qt::CheckState
+        RefusalRole, ///< why it cannot be ticked, as far as known
+        NoteRole     ///< what to know before it moves
     };
 
     explicit MapListModel(QObject* parent = nullptr);
 
-    /// Both are asked whenever a row is drawn.
+    /// Each is asked whenever a row is drawn.
     void setTicking(std::function<Qt::CheckState(NodeIndex)> tickState,
-                    std::function<QString(NodeIndex)> refusal);
-    /// Ticks or refusals have changed.
+                    std::function<QString(NodeIndex)> refusal, std::function<QString(NodeIndex)> note);
+    /// Ticks, refusals or notes have changed.
     void tellTicks();
 
     void setFolder(std::shared_ptr<const FileTree> tree, NodeIndex folder);
@@ -55,6 +56,7 @@ private:
     NodeIndex folder_ = 0;
     std::function<Qt::CheckState(NodeIndex)> tickState_;
     std::function<QString(NodeIndex)> refusal_;
+    std::function<QString(NodeIndex)> note_;
 };
 
 } // namespace orbel

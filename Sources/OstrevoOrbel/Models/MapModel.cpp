@@ -2,6 +2,8 @@
 
 #include "AppModel/MoveFlow.h"
 #include "Delete/DeletionItem.h"
+#include "Delete/ItemNote.h"
+#include "Delete/RepositoryNote.h"
 #include "Map/TreemapModel.h"
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
@@ -18,11 +20,22 @@ namespace {
 /// Up to this many nodes are summed up at once; more would hold up the main thread.
 constexpr std::uint32_t fewNodes = 20'000;
 
+/// What git says of a folder may take a while, so it is asked about a folder that is selected or ticked, and
+/// of the others only about those that are a repository's own.
+std::optional<DeletionItem> itemWithRepositories(const FileTree& tree, NodeIndex node,
+                                                 const SafetyPolicy& policy) {
+    auto item = DeletionItem::fromTree(tree, node, DeletionModule::map, policy);
+    if (item && item->isSelectable())
+        item->note = ItemNote::joined(item->note, repositoryNote(tree, node));
+    return item;
+}
+
 } // namespace
 
 MapModel::MapModel(QObject* parent) : QObject(parent), tree_(std::make_shared<FileTree>()) {
     list_.setTicking([this](NodeIndex node) { return tickState(node); },
-                     [this](NodeIndex node) { return tickRefusal(node); });
+                     [this](NodeIndex node) { return tickRefusal(node); },
+                     [this](NodeIndex node) { return noteOf(node); });
     connect(&ticks_, &Ticks::changed, this, [this] {
         list_.tellTicks();
         Q_EMIT ticksChanged();
@@ -56,6 +69,7 @@ void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Cover
     const auto former = std::exchange(tree_, std::move(tree));
     coverage_ = std::move(coverage);
     refusals_.clear();
+    notes_.clear();
     if (isEdited) {
         // An edited tree may number its nodes anew; their paths stay.
         const auto again = [&](NodeIndex node) {
@@ -230,24 +244,33 @@ void MapModel::updateSafety() {
     inbox_.runAside(
         "orbel.safety",
         [tree = tree_, node = *selected_, policy = policy_] {
-            return DeletionItem::fromTree(*tree, node, DeletionModule::map, *policy);
+            return itemWithRepositories(*tree, node, *policy);
         },
         [this, job](const std::optional<DeletionItem>& item) {
             if (job != safetyJob_)
                 return;
-            takeRefusal(*selected_, item);
+            applyAnswer(*selected_, item);
             refusal_ = tickRefusal(*selected_);
             isMovable_ = refusal_.isEmpty();
             Q_EMIT safetyChanged();
         });
 }
 
-void MapModel::takeRefusal(NodeIndex node, const std::optional<DeletionItem>& item) {
+void MapModel::applyAnswer(NodeIndex node, const std::optional<DeletionItem>& item) {
     const auto refusal = !item                  ? tr("It is not there any more")
                          : item->isSelectable() ? QString()
                                                 : textOf(*item->blockedReason);
-    if (const auto [known, isNew] = refusals_.insert_or_assign(node, refusal); isNew || !refusal.isEmpty())
-        list_.tellTicks();
+    const auto note = item ? textOf(item->note.value_or("")) : QString();
+    if (refusals_.contains(node) && refusals_[node] == refusal && notes_[node] == note)
+        return;
+    refusals_[node] = refusal;
+    notes_[node] = note;
+    list_.tellTicks();
+}
+
+QString MapModel::noteOf(NodeIndex node) const {
+    const auto known = notes_.find(node);
+    return known == notes_.end() ? noteText(*tree_, node) : known->second;
 }
 
 /// What the list shows first is locked where it has to be; of the rest, each row when it is wanted.
@@ -266,14 +289,17 @@ void MapModel::checkRows() {
         [tree = tree_, asked = std::move(asked), policy = policy_] {
             Answers answers;
             for (const NodeIndex node : asked)
-                answers.emplace_back(node, DeletionItem::fromTree(*tree, node, DeletionModule::map, *policy));
+                answers.emplace_back(node,
+                                     isWorkFolder(*tree, node)
+                                         ? itemWithRepositories(*tree, node, *policy)
+                                         : DeletionItem::fromTree(*tree, node, DeletionModule::map, *policy));
             return answers;
         },
         [this, tree = tree_](const Answers& answers) {
             if (tree != tree_)
                 return;
             for (const auto& [node, item] : answers)
-                takeRefusal(node, item);
+                applyAnswer(node, item);
         });
 }
 
@@ -290,7 +316,7 @@ void MapModel::toggleTick(quint32 node) {
     inbox_.runAside(
         "orbel.tick",
         [tree = tree_, node, policy = policy_] {
-            Answer answer{DeletionItem::fromTree(*tree, node, DeletionModule::map, *policy), {}};
+            Answer answer{itemWithRepositories(*tree, node, *policy), {}};
             if (answer.first)
                 answer.second = TickedItem::ofNode(*answer.first, *tree, node);
             return answer;
@@ -298,7 +324,7 @@ void MapModel::toggleTick(quint32 node) {
         [this, tree = tree_, node](Answer answer) {
             if (tree != tree_)
                 return;
-            takeRefusal(node, answer.first);
+            applyAnswer(node, answer.first);
             if (answer.first)
                 ticks_.setTicked(std::move(answer.second), true);
         });

@@ -51,6 +51,8 @@ class MapModel : public QObject {
     /// Why what is selected cannot be moved to the Trash; empty when it can, or when that is not known yet.
     Q_PROPERTY(QString refusal READ refusal NOTIFY safetyChanged)
     Q_PROPERTY(bool movable READ isMovable NOTIFY safetyChanged)
+    /// What to know before the selected item moves; empty when there is nothing.
+    Q_PROPERTY(QString note READ note NOTIFY safetyChanged)
 
     Q_PROPERTY(orbel::Ticks* ticks READ ticks CONSTANT)
     /// The nodes that are ticked.
@@ -117,6 +119,7 @@ public:
     int selectedRow() const;
     QString refusal() const { return refusal_; }
     bool isMovable() const { return isMovable_; }
+    QString note() const { return selected_ ? noteOf(*selected_) : QString(); }
     Ticks* ticks() { return &ticks_; }
     QList<quint32> tickedNodes() const;
 
@@ -136,7 +139,8 @@ private:
     void updateLegend();
     void updateSafety();
     void checkRows();
-    void takeRefusal(NodeIndex node, const std::optional<DeletionItem>& item);
+    void applyAnswer(NodeIndex node, const std::optional<DeletionItem>& item);
+    QString noteOf(NodeIndex node) const;
     Qt::CheckState tickState(NodeIndex node) const;
     QString rootName() const;
     const PathCanonicalizer& canonicalizer() const;
@@ -160,6 +164,7 @@ private:
     Ticks ticks_;
     /// Of the nodes that were asked about, in this tree; empty words for what may be moved.
     std::unordered_map<NodeIndex, QString> refusals_;
+    std::unordered_map<NodeIndex, QString> notes_; ///< of the same nodes
 
     int legendJob_ = 0; ///< what is under way for an older folder, or selection, is dropped
     int safetyJob_ = 0;

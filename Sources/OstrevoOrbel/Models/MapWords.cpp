@@ -1,5 +1,6 @@
 #include "Models/MapWords.h"
 
+#include "Delete/DeletionItem.h"
 #include "Map/TreemapModel.h"
 #include "Models/Wording.h"
 
@@ -20,6 +21,10 @@ QString changedText(const FileTree& tree, NodeIndex node) {
 QString changedText(std::chrono::sys_seconds time) {
     const auto local = QDateTime::fromSecsSinceEpoch(time.time_since_epoch().count());
     return QLocale(QLocale::English).toString(local, QStringLiteral("d MMMM yyyy 'at' HH:mm"));
+}
+
+QString noteText(const FileTree& tree, NodeIndex node) {
+    return textOf(DeletionItem::noteOn(tree, node).value_or(""));
 }
 
 QString kindText(const FileTree& tree, NodeIndex node) {

@@ -18,6 +18,9 @@ QString shareText(std::uint64_t bytes, std::uint64_t whole);
 QString changedText(const FileTree& tree, NodeIndex node);
 QString changedText(std::chrono::sys_seconds time);
 
+/// The note that an item of the node would have; empty when it has none.
+QString noteText(const FileTree& tree, NodeIndex node);
+
 /// "Folder", else the kind's name.
 QString kindText(const FileTree& tree, NodeIndex node);
 

@@ -1,5 +1,6 @@
 #include "Models/TickedItem.h"
 
+#include "Delete/ItemNote.h"
 #include "Map/TreemapModel.h"
 #include "Models/ByteFigure.h"
 #include "Models/MapWords.h"
@@ -63,7 +64,7 @@ TickedItem TickedItem::ofNode(DeletionItem item, const FileTree& tree, NodeIndex
 }
 
 TickedItem TickedItem::alone(DeletionItem item, FileKind kind) {
-    const auto bytes = item.note ? 0 : item.estimatedBytes;
+    const auto bytes = ItemNote::saysLess(item.note) ? 0 : item.estimatedBytes;
     return {.item = std::move(item),
             .kind = kind,
             .kindName = kind == FileKind::folder ? QCoreApplication::translate("Ticks", "Folder")
@@ -85,6 +86,8 @@ QString freesText(const std::vector<TickedItem>& items) {
         least = saturatingSum(least, ticked.leastFreed);
     const auto most = ByteFigure(bytesOf(items)).text();
     const auto from = ByteFigure(std::min(least, bytesOf(items))).text();
+    if (std::ranges::any_of(items, [](const auto& ticked) { return ItemNote::saysMore(ticked.item.note); }))
+        return QCoreApplication::translate("Ticks", "Frees at least %1").arg(from);
     return from == most ? QCoreApplication::translate("Ticks", "Frees %1").arg(most)
                         : QCoreApplication::translate("Ticks", "Frees %1 – %2").arg(from, most);
 }

@@ -23,14 +23,15 @@ struct TickedItem {
     /// Of a node. Looks at everything in it, so a large folder is not for the main thread.
     static TickedItem ofNode(DeletionItem item, const FileTree& tree, NodeIndex node);
 
-    /// Of an item that stands alone: nothing is known to be in it, and a note on it means that it may free
+    /// Of an item that stands alone: nothing is known to be in it, and with a note that says less it may free
     /// nothing.
     static TickedItem alone(DeletionItem item, FileKind kind);
 
     bool operator==(const TickedItem&) const = default;
 };
 
-/// What emptying the Trash frees of several: "Frees 20.8 GB – 26.7 GB", or one figure when that is certain.
+/// What emptying the Trash frees of several: "Frees 20.8 GB – 26.7 GB", or one figure when that is
+/// certain; "Frees at least 20.8 GB" when something in them could not be read.
 QString freesText(const std::vector<TickedItem>& items);
 
 /// The sum of the items' sizes, at most 2^64 - 1.

@@ -415,10 +415,11 @@ void TreemapItem::keyPressEvent(QKeyEvent* event) {
             break;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            zoomInto(current_);
+            if (!event->isAutoRepeat())
+                zoomInto(current_);
             break;
         case Qt::Key_Space:
-            if (const auto node = nodeOf(current_)) {
+            if (const auto node = nodeOf(current_); node && !event->isAutoRepeat()) {
                 choose(current_);
                 Q_EMIT tickWanted(*node);
             }

@@ -289,8 +289,8 @@ T.Popup {
                     onClicked: sheet.moves.cancel()
                 }
                 PushButton {
+                    ButtonKeys.enterClicks: false
                     controlHeight: Theme.sheetButtonHeight
-                    enterClicks: false
                     objectName: "confirm.commit"
                     text: sheet.moves.commitText
                     variant: PushButton.Commit

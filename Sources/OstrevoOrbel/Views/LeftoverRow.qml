@@ -19,8 +19,9 @@ Item {
     property bool narrow: false
     property int padding: 24
 
+    readonly property string remark: refusal || note
     /// Beside the size where there is room, else in place of the second line.
-    readonly property bool showsBadge: listed && refusal !== "" && !narrow
+    readonly property bool showsBadge: listed && remark !== "" && !narrow
 
     signal chosen()
     signal menuWanted(x: real, y: real)
@@ -87,7 +88,8 @@ Item {
             color: Theme.text2
             elide: Text.ElideMiddle
             role: ThemedText.Small
-            text: row.narrow && row.refusal !== "" ? row.refusal : row.detail
+            text: !row.narrow ? row.detail : row.refusal !== "" ? row.refusal
+                : [row.note, row.detail].filter(words => words !== "").join(" · ")
             visible: text !== ""
             width: parent.width
         }
@@ -98,8 +100,8 @@ Item {
         anchors.right: bytes.left
         anchors.rightMargin: 14
         anchors.verticalCenter: parent.verticalCenter
-        iconPath: Theme.icons.lock
-        text: row.refusal
+        iconPath: row.refusal !== "" ? Theme.icons.lock : Theme.icons.info
+        text: row.remark
         visible: row.showsBadge
         width: visible ? Math.min(implicitWidth, row.width * 0.42) : 0
     }

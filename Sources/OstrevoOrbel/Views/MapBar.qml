@@ -142,8 +142,7 @@ FocusScope {
                         objectName: "map.crumb." + crumb.index
                         rightPadding: 8
 
-                        Keys.onEnterPressed: button.clicked()
-                        Keys.onReturnPressed: button.clicked()
+                        ButtonKeys.enterClicks: true
                         onClicked: bar.map.show(crumb.node)
 
                         background: Rectangle {

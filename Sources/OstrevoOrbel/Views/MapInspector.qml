@@ -125,5 +125,20 @@ Item {
             value: inspector.map.movable ? qsTr("Can be moved to the Trash") : inspector.map.refusal
             valueColor: inspector.map.movable ? Theme.ok : Theme.ink
         }
+        Item {
+            height: 6
+            visible: note.visible
+            width: 1
+        }
+        Badge {
+            id: note
+
+            iconPath: Theme.icons.warn
+            objectName: "map.note"
+            text: inspector.map.note
+            tone: Badge.Warn
+            visible: text !== ""
+            width: Math.min(implicitWidth, parent.width)
+        }
     }
 }

@@ -62,8 +62,7 @@ FocusScope {
                     objectName: "map.kind." + kind
                     rightPadding: 8
 
-                    Keys.onEnterPressed: entry.clicked()
-                    Keys.onReturnPressed: entry.clicked()
+                    ButtonKeys.enterClicks: true
                     onClicked: bar.toggled(kind)
 
                     background: Rectangle {

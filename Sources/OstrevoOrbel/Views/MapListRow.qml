@@ -14,6 +14,7 @@ Item {
     required property string share
     required property int tick
     required property string refusal
+    required property string note
     property bool selected: false
     property bool focused: false
 
@@ -26,7 +27,7 @@ Item {
     Accessible.role: Accessible.ListItem
     Accessible.checkable: refusal === ""
     Accessible.checked: tick === Qt.Checked
-    Accessible.description: refusal
+    Accessible.description: [refusal, note].filter(text => text !== "").join(". ")
     Accessible.selectable: true
     Accessible.selected: selected
     implicitHeight: Theme.px(37)
@@ -71,8 +72,8 @@ Item {
         anchors.bottomMargin: 2
         anchors.left: chip.right
         anchors.leftMargin: 10
-        anchors.right: bytes.left
-        anchors.rightMargin: 14
+        anchors.right: warning.visible ? warning.left : bytes.left
+        anchors.rightMargin: warning.visible ? 8 : 14
         elide: Text.ElideMiddle
         text: row.name
     }
@@ -82,10 +83,33 @@ Item {
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 7
         anchors.left: label.left
-        anchors.right: label.right
+        anchors.right: bytes.left
+        anchors.rightMargin: 14
         fill: Theme.control
         height: 3
         share: row.fraction
+    }
+    // Its words have room in the inspector.
+    PathIcon {
+        id: warning
+
+        anchors.right: bytes.left
+        anchors.rightMargin: 14
+        anchors.verticalCenter: label.verticalCenter
+        color: Theme.warn
+        height: Theme.px(14)
+        path: Theme.icons.warn
+        visible: row.note !== ""
+        width: height
+        z: 1
+
+        HoverHandler {
+            id: over
+        }
+        Hint {
+            text: row.note
+            visible: over.hovered
+        }
     }
     ThemedText {
         id: bytes

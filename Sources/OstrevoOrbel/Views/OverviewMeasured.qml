@@ -58,8 +58,7 @@ FocusScope {
         hoverEnabled: true
         implicitHeight: Theme.linkCardHeight
 
-        Keys.onEnterPressed: way.clicked()
-        Keys.onReturnPressed: way.clicked()
+        ButtonKeys.enterClicks: true
 
         background: RowGround {
             anchors.fill: parent

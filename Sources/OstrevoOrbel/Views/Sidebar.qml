@@ -161,8 +161,7 @@ Rectangle {
             objectName: "sidebar.trash"
             width: parent.width
 
-            Keys.onEnterPressed: trash.clicked()
-            Keys.onReturnPressed: trash.clicked()
+            ButtonKeys.enterClicks: true
             onClicked: sidebar.app.openTrash()
 
             background: Rectangle {

@@ -20,8 +20,7 @@ T.AbstractButton {
     text: app.ledger.description !== "" ? app.ledger.description : app.ledger.path
 
     Keys.onDownPressed: choice.clicked()
-    Keys.onEnterPressed: choice.clicked()
-    Keys.onReturnPressed: choice.clicked()
+    ButtonKeys.enterClicks: true
 
     onClicked: {
         choice.app.refreshVolumes();

@@ -22,8 +22,7 @@ T.AbstractButton {
     leftPadding: 12
     rightPadding: 12
 
-    Keys.onEnterPressed: chip.clicked()
-    Keys.onReturnPressed: chip.clicked()
+    ButtonKeys.enterClicks: true
 
     background: Rectangle {
         readonly property color ground: chip.set ? Theme.accentSoft : chip.hovered ? Theme.hover : Theme.surface

@@ -13,8 +13,7 @@ T.ComboBox {
     leftPadding: 12
     rightPadding: 12 + Theme.icon
 
-    Keys.onEnterPressed: box.popup.open()
-    Keys.onReturnPressed: box.popup.open()
+    ButtonKeys.enterClicks: true
 
     background: Rectangle {
         border.color: box.enabled ? Theme.control : Theme.lineSoft

@@ -20,8 +20,7 @@ T.AbstractButton {
     implicitHeight: Theme.tableHeadHeight
     implicitWidth: contentItem.implicitWidth
 
-    Keys.onEnterPressed: cell.clicked()
-    Keys.onReturnPressed: cell.clicked()
+    ButtonKeys.enterClicks: true
 
     background: Item {
         FocusRing {

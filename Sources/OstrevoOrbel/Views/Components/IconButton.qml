@@ -15,8 +15,7 @@ T.AbstractButton {
     implicitHeight: Theme.smallButtonHeight
     implicitWidth: Theme.smallButtonHeight
 
-    Keys.onEnterPressed: button.clicked()
-    Keys.onReturnPressed: button.clicked()
+    ButtonKeys.enterClicks: true
 
     background: Rectangle {
         color: button.down ? Theme.pressed(Theme.hover) : button.hovered ? Theme.hover : "transparent"

@@ -6,6 +6,7 @@ import OstrevoOrbel
 T.RadioButton {
     id: radio
 
+    ButtonKeys.enterClicks: false
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
     implicitHeight: Theme.copyRowHeight

@@ -15,8 +15,7 @@ T.AbstractButton {
     implicitHeight: Theme.smallButtonHeight
     implicitWidth: contentItem.implicitWidth
 
-    Keys.onEnterPressed: link.clicked()
-    Keys.onReturnPressed: link.clicked()
+    ButtonKeys.enterClicks: true
 
     background: Item {
         FocusRing {

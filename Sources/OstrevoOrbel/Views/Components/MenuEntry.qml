@@ -12,6 +12,7 @@ T.MenuItem {
     property string refusal: ""
 
     Accessible.description: refusal
+    ButtonKeys.enterClicks: true
     enabled: refusal === ""
     implicitHeight: Theme.menuItemHeight
     implicitWidth: Theme.menuWidth - 10

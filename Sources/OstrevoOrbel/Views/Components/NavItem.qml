@@ -22,8 +22,7 @@ T.AbstractButton {
     leftPadding: rail ? 0 : 8
     rightPadding: rail ? 0 : 8
 
-    Keys.onEnterPressed: nav.clicked()
-    Keys.onReturnPressed: nav.clicked()
+    ButtonKeys.enterClicks: true
 
     background: Rectangle {
         border.color: nav.current ? Theme.line : "transparent"

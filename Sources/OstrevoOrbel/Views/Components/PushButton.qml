@@ -18,8 +18,6 @@ T.Button {
     property int controlHeight: Theme.controlHeight
     /// Shows the focus ring for any focus, not the keyboard's alone.
     property bool ringAlways: false
-    /// Enter does what a click does. Without it only a click and Space do.
-    property bool enterClicks: true
 
     readonly property int gap: 8
     readonly property int iconSize: small ? Theme.px(14) : Theme.icon
@@ -44,16 +42,7 @@ T.Button {
     leftPadding: iconOnly ? 0 : controlHeight >= Theme.startButtonHeight ? 20 : small ? 10 : 13
     rightPadding: leftPadding
 
-    Keys.onEnterPressed: event => {
-        event.accepted = button.enterClicks;
-        if (button.enterClicks)
-            button.clicked();
-    }
-    Keys.onReturnPressed: event => {
-        event.accepted = button.enterClicks;
-        if (button.enterClicks)
-            button.clicked();
-    }
+    ButtonKeys.enterClicks: true
 
     background: Rectangle {
         border.color: !button.enabled ? Theme.lineSoft : button.variant === PushButton.Plain ? Theme.line : color

@@ -33,8 +33,14 @@ T.Control {
 
     Keys.onDownPressed: list.move(1)
     Keys.onUpPressed: list.move(-1)
-    Keys.onEnterPressed: list.activated(view.currentIndex)
-    Keys.onReturnPressed: list.activated(view.currentIndex)
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            list.activated(view.currentIndex);
+    }
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            list.activated(view.currentIndex);
+    }
     Keys.onPressed: event => {
         const rowsInSight = Math.max(1, Math.floor(view.height / Theme.compactRowHeight) - 1);
         const steps = {

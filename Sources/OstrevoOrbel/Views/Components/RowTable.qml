@@ -88,6 +88,8 @@ FocusScope {
             };
             const modifiers = event.modifiers & ~Qt.KeypadModifier;
             const held = view.currentItem;
+            // A key that is held acts once, and not at all when it went down elsewhere.
+            const acts = [Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter].includes(event.key);
             keyed = true;
             event.accepted = true;
             if (event.key in steps && (modifiers === Qt.NoModifier || modifiers === Qt.ControlModifier))
@@ -100,6 +102,8 @@ FocusScope {
                 table.menuWanted(currentIndex, held, 24, held.height - 4);
             else if (modifiers !== Qt.NoModifier && modifiers !== Qt.ShiftModifier)
                 event.accepted = false;
+            else if (acts && event.isAutoRepeat)
+                return;
             else if (event.key === Qt.Key_Space && typed === "")
                 table.tickWanted(currentIndex);
             else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)

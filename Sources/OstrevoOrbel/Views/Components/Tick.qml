@@ -13,6 +13,7 @@ T.CheckBox {
     readonly property bool filled: checkState !== Qt.Unchecked
 
     Accessible.description: refusal
+    ButtonKeys.enterClicks: false
     enabled: !refused
     focusPolicy: Qt.TabFocus
     hoverEnabled: true

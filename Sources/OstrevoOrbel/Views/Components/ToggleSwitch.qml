@@ -6,18 +6,12 @@ import OstrevoOrbel
 T.Switch {
     id: toggle
 
-    function flip(): void {
-        toggle.toggle();
-        toggle.toggled();
-    }
-
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     implicitHeight: Theme.smallButtonHeight
     implicitWidth: Theme.px(36)
 
-    Keys.onEnterPressed: toggle.flip()
-    Keys.onReturnPressed: toggle.flip()
+    ButtonKeys.enterClicks: true
 
     indicator: Rectangle {
         border.color: toggle.checked ? color : toggle.enabled ? Theme.control : Theme.lineSoft
