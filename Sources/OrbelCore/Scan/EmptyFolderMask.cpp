@@ -18,7 +18,8 @@ std::vector<bool> emptyFolderMask(const FileTree& tree) {
     // so each node is settled by the time it is reached from the end.
     std::vector<bool> mask(tree.count(), false);
     for (NodeIndex i = 0; i < tree.count(); ++i)
-        mask[i] = tree.isFolder(i) && !tree.flags(i).intersects(unknownContents);
+        mask[i] = tree.isFolder(i) && !tree.flags(i).intersects(unknownContents)
+                  && !tree.unlistedEntries.contains(i);
     for (auto i = static_cast<NodeIndex>(tree.count()); i-- > 1;) {
         if (tree.parentIndex[i] != FileTree::noParent && !mask[i] && !mayLieInEmptyFolder(tree, i))
             mask[tree.parentIndex[i]] = false;
