@@ -98,11 +98,14 @@ TEST(EmptyFolderMask, TakesOnlyWhatCertainlyHoldsNothing) {
     builder.folder(withVolume, "disk", NodeFlags::otherVolume);
     const auto withCloud = builder.folder(0, "withCloud");
     builder.file(withCloud, ".DS_Store", 0, NodeFlags::dataless);
+    const auto withUnlisted = builder.folder(0, "withUnlisted");
+    builder.tree.unlistedEntries[withUnlisted] = 1;
 
     const auto mask = emptyFolderMask(builder.build());
     for (const auto node : {holder, inner, withFolderNamedSo, storeFolder})
         EXPECT_TRUE(mask[node]) << node;
-    for (const auto node : {NodeIndex{0}, withFile, withLink, withClosed, closed, withVolume, withCloud})
+    for (const auto node :
+         {NodeIndex{0}, withFile, withLink, withClosed, closed, withVolume, withCloud, withUnlisted})
         EXPECT_FALSE(mask[node]) << node;
 }
 

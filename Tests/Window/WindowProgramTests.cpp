@@ -1,3 +1,4 @@
+#include "Support/ChildProcess.h"
 #include "Support/TemporaryFolder.h"
 
 #include <fstream>
@@ -61,6 +62,29 @@ TEST(WindowProgram, ScansTakesAPictureWritesItsDiagnosticsAndEnds) {
         EXPECT_EQ(std::ranges::count(names, name), 1) << name;
     EXPECT_LT(std::ranges::find(names, "scanStarted"), std::ranges::find(names, "scanComplete"));
     EXPECT_GT(times.at("peakFootprintBytes"), 1'000'000);
+}
+
+TEST(WindowProgram, StartsAndScansBesideServersThatNeverAnswer) {
+    if (!isRoot())
+        GTEST_SKIP() << "mounting needs root";
+    const TemporaryFolder folder;
+    for (const auto* place : {"OneDrive", "nas", "Applications"})
+        folder.folder(place);
+    folder.link("Pictures", folder.path("nas/pictures"));
+    folder.file("docs/film.mkv", 100'000);
+    inChildProcess([&] {
+        useOwnMountTable();
+        for (const auto* place : {"OneDrive", "nas", "Applications"})
+            mountDead(folder.path(place));
+        const auto run =
+            runWindow(folder,
+                      {QStringLiteral("--scan"), QString::fromStdString(folder.path()),
+                       QStringLiteral("--open"), QStringLiteral("large"), QStringLiteral("--snapshot"),
+                       QString::fromStdString(folder.path("picture")), QStringLiteral("--snapshot-delay"),
+                       QStringLiteral("0.5"), QStringLiteral("--quit-after-scan")},
+                      QStringLiteral("offscreen"));
+        EXPECT_EQ(run.status, 0) << run.errors.toStdString();
+    });
 }
 
 TEST(WindowProgram, SaysWhichFileItCouldNotWrite) {

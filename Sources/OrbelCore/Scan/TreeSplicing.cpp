@@ -145,6 +145,31 @@ std::uint64_t exchanged(std::uint64_t all, std::uint64_t old, std::uint64_t fres
     return all - std::min(all, old) + fresh;
 }
 
+void joinOtherDevices(FileTree& made, const FileTree& old, const FileTree& fresh, const Plan& plan) {
+    for (const auto& [node, device] : old.otherDevices) {
+        if (plan.ofOld(node) != none)
+            made.otherDevices[plan.ofOld(node)] = device;
+    }
+    for (const auto& [node, device] : fresh.otherDevices)
+        made.otherDevices[plan.ofFresh(node)] = device;
+}
+
+/// The entries of both trees that are no nodes. Returns how many those are that the fresh tree takes the
+/// place of.
+std::uint64_t joinUnlistedEntries(FileTree& made, const FileTree& old, NodeIndex folder,
+                                  const FileTree& fresh, const Plan& plan) {
+    std::uint64_t replaced = 0;
+    for (const auto& [node, entries] : old.unlistedEntries) {
+        if (node != folder && plan.ofOld(node) != none)
+            made.unlistedEntries[plan.ofOld(node)] = entries;
+        else
+            replaced += entries;
+    }
+    for (const auto& [node, entries] : fresh.unlistedEntries)
+        made.unlistedEntries[plan.ofFresh(node)] = entries;
+    return replaced;
+}
+
 /// The groups of hard links of both trees as one. The fresh tree knows better how large a file is and how
 /// many links it has, and may have found a further link of a file that had only one before.
 void joinHardLinks(FileTree& made, const FileTree& old, const FileTree& fresh, const Plan& plan) {
@@ -224,21 +249,8 @@ FileTree FileTree::spliced(NodeIndex folder, const FileTree& fresh) const {
     }
     for (const NodeIndex node : fresh.aliasNodes)
         made.aliasNodes.insert(plan.ofFresh(node));
-    for (const auto& [node, its] : otherDevices) {
-        if (plan.ofOld(node) != noParent)
-            made.otherDevices[plan.ofOld(node)] = its;
-    }
-    for (const auto& [node, its] : fresh.otherDevices)
-        made.otherDevices[plan.ofFresh(node)] = its;
-    std::uint64_t unlistedBefore = 0;
-    for (const auto& [node, entries] : unlistedEntries) {
-        if (node != folder && plan.ofOld(node) != noParent)
-            made.unlistedEntries[plan.ofOld(node)] = entries;
-        else
-            unlistedBefore += entries;
-    }
-    for (const auto& [node, entries] : fresh.unlistedEntries)
-        made.unlistedEntries[plan.ofFresh(node)] = entries;
+    joinOtherDevices(made, *this, fresh, plan);
+    const auto unlistedBefore = joinUnlistedEntries(made, *this, folder, fresh, plan);
     const auto count = [&](std::uint64_t FileTree::*sum, NodeFlags flag, std::uint64_t besides) {
         made.*sum = exchanged(this->*sum, replacedWith(flag, *this, folder, plan) + besides, fresh.*sum);
     };
