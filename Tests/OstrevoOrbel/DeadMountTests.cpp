@@ -1,5 +1,7 @@
+#include "Journal/IntentLog.h"
 #include "Support/ChildProcess.h"
 #include "Support/ProgramHome.h"
+#include "Util/Uuid.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -57,6 +59,8 @@ protected:
 };
 
 TEST_F(DeadMount, NoCommandWaitsForIt) {
+    home.file("docs/remote/moved before", 10);
+    ASSERT_EQ(home.run({"--trash", home.path("docs/remote/moved before")}).status, 0);
     test::inChildProcess([&] {
         mountAll();
         for (const std::vector<std::string>& words : {std::vector<std::string>{"--scan-json", home.path()},
@@ -90,6 +94,28 @@ TEST_F(DeadMount, WhatLiesElsewhereMovesAndComesBack) {
         EXPECT_EQ(run({"--put-back", "last"}).status, 0);
         EXPECT_TRUE(std::filesystem::exists(home.path("docs/old/file")));
     });
+}
+
+TEST_F(DeadMount, WhatACrashLeftThereIsSettledOnceItAnswers) {
+    const auto path = home.file("docs/remote/item", 10);
+    const auto stamp = FileStamp::of(path).value();
+    {
+        IntentLog intents(home.journalPath());
+        ASSERT_TRUE(intents.begin(
+            {.entry = {.id = newUuid(), .sessionID = "s", .time = {}, .title = "item", .originalPath = path},
+             .sourcePath = path,
+             .destinationPath = home.trashed("item"),
+             .stamp = stamp}));
+    }
+    const auto intents = home.path(".local/share/Ostrevo Orbel/intents");
+    test::inChildProcess([&] {
+        mountAll();
+        const auto waiting = run({"--put-back", "last"});
+        EXPECT_TRUE(waiting.errors.contains("may not answer")) << waiting.errors;
+        EXPECT_FALSE(std::filesystem::is_empty(intents));
+    });
+    EXPECT_EQ(home.run({"--put-back", "last"}).errors.contains("may not answer"), false);
+    EXPECT_TRUE(std::filesystem::is_empty(intents));
 }
 
 } // namespace

@@ -5,12 +5,15 @@
 #include "Journal/JournalJson.h"
 #include "Journal/MoveFailure.h"
 #include "Journal/PrivateFile.h"
+#include "Platform/MountTable.h"
 #include "Safety/RealPath.h"
+#include "Util/PathResolver.h"
 #include "Util/PathText.h"
 #include "Util/ReadFile.h"
 #include "Util/Uuid.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <expected>
@@ -134,7 +137,9 @@ struct Recorded {
 /// The intents of one file whose process is gone, while this object holds its lock.
 class AbandonedFile {
 public:
-    AbandonedFile(FileDescriptor file, std::string path) : file_(std::move(file)), path_(std::move(path)) {}
+    /// `paths` knows which places must not be asked about.
+    AbandonedFile(FileDescriptor file, std::string path, PathResolver paths)
+        : file_(std::move(file)), path_(std::move(path)), paths_(std::move(paths)) {}
 
     /// Settles what is in it and removes it, unless that has to be tried again.
     void settle(JournalStore& journal, Settlement& settlement) {
@@ -144,7 +149,13 @@ public:
             if (const auto entries = journal.read()) {
                 const Recorded recorded(*entries);
                 for (const auto& attempts : moves)
-                    settle(attempts, recorded.holds(attempts.front()), journal, settlement);
+                    if (const auto place = placeOutOfReach(attempts))
+                        settlement.failures.push_back(
+                            errorAt(*place, "lies on a volume that may not answer; what was moved there is "
+                                            "looked for again at the next start")
+                                .words);
+                    else
+                        settle(attempts, recorded.holds(attempts.front()), journal, settlement);
             } else {
                 settlement.failures.push_back(entries.error().words);
             }
@@ -154,6 +165,14 @@ public:
     }
 
 private:
+    std::optional<std::string> placeOutOfReach(const Attempts& attempts) {
+        for (const auto& intent : attempts)
+            for (const auto& path : {intent.sourcePath, intent.destinationPath})
+                if (paths_.resolve(path, PathResolver::Last::keep).state == ResolvedPath::State::outOfReach)
+                    return path;
+        return std::nullopt;
+    }
+
     std::vector<Attempts> read(Settlement& settlement) const {
         const auto content = readFile(file_.get());
         if (!content) {
@@ -238,6 +257,7 @@ private:
 
     FileDescriptor file_;
     std::string path_;
+    PathResolver paths_;
 };
 
 std::vector<std::string> intentFileNames(const std::string& folder, Settlement& settlement) {
@@ -260,6 +280,9 @@ Settlement settleIntents(JournalStore& journal) {
     const auto folderPath = joinedPath(parentPath(journal.path()), IntentLog::folderName);
     const auto names = intentFileNames(folderPath, settlement);
     const auto folder = openExistingFolder(folderPath);
+    const std::array trusted{journal.path()};
+    const auto outOfReach = names.empty() ? std::vector<std::string>()
+                                          : platform::mountPointsOutOfReach(platform::mountTable(), trusted);
     for (const auto& name : names) {
         const auto path = joinedPath(folderPath, name);
         auto opened = PrivateFile::open(folder.get(), name, PrivateFile::Access::change, path);
@@ -274,7 +297,8 @@ Settlement settleIntents(JournalStore& journal) {
             continue;
         }
         if (opened->isStillAt(folder.get(), name))
-            AbandonedFile(std::move(opened->file), path).settle(journal, settlement);
+            AbandonedFile(std::move(opened->file), path, PathResolver(outOfReach))
+                .settle(journal, settlement);
     }
     return settlement;
 }

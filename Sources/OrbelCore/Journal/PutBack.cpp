@@ -274,6 +274,8 @@ PutBackOutlook PutBack::outlookInTrash(const JournalEntry& entry) const {
     using Kind = PutBackOutlook::Kind;
     if (entry.result != JournalEntry::Result::trashed || !entry.trashPath || !entry.trashedIdentity)
         return {.kind = Kind::refused, .reason = "Nothing to put back"};
+    if (policy_.isOutOfReach(*entry.trashPath))
+        return {.kind = Kind::refused, .reason = std::string(SafetyPolicy::onAnotherVolume)};
     const auto identity = TrashedIdentity::of(*entry.trashPath);
     if (!identity)
         return {.kind = Kind::gone, .reason = "No longer in the Trash (emptied or moved)"};
@@ -291,10 +293,13 @@ std::expected<PutBack::Destination, PutBackOutlook> PutBack::destinationOf(const
     };
     if (auto inTrash = outlookInTrash(entry); inTrash.reason)
         return std::unexpected(std::move(inTrash));
+    // A volume whose server may never answer was mounted over its folder since.
+    if (policy_.isOutOfReach(entry.originalPath))
+        return refused(Kind::refused, folderGone);
     // A link that leads nowhere is something too.
     if (platform::fileStatus(entry.originalPath))
         return refused(Kind::occupied, occupied);
-    const auto folder = policy_.canonicalizer().canonical(std::string(parentPath(entry.originalPath)));
+    const auto folder = policy_.canonical(std::string(parentPath(entry.originalPath)));
     if (!folder || folder != entry.originalParentRealPath)
         return refused(Kind::refused, folderGone);
     auto destination = Destination::open(entry);
@@ -370,7 +375,7 @@ bool PutBack::isInTrashFolder(const std::string& path) const {
 
 std::string PutBack::canonicalOrAsWritten(std::string_view path) const {
     const std::string asWritten(path);
-    return policy_.canonicalizer().canonical(asWritten).value_or(asWritten);
+    return policy_.canonical(asWritten).value_or(asWritten);
 }
 
 } // namespace orbel
