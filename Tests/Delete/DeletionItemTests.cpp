@@ -1,3 +1,4 @@
+#include "Delete/Advice.h"
 #include "Delete/DeletionItem.h"
 #include "Delete/DeletionItemJson.h"
 #include "Delete/ItemNote.h"
@@ -193,6 +194,17 @@ TEST_F(DeletionItemTest, SurvivesBeingStored) {
         bad[key] = wrong;
         EXPECT_THROW(static_cast<void>(bad.get<DeletionItem>()), json::exception) << key;
     }
+}
+
+TEST(Advice, IsGivenForWhatTheUserCanChange) {
+    EXPECT_EQ(adviceOn("Too close to the home folder"),
+              "Move it into a folder first; from there it can go to the Trash.");
+    EXPECT_EQ(adviceOn("Protected: part of a mailbox (Maildir) (~/x)"),
+              "Remove it with the program that keeps it.");
+    EXPECT_TRUE(adviceOn("Protected: ~/.ssh").value().starts_with("It stays on purpose."));
+    EXPECT_EQ(adviceOn("Protected by the system"), std::nullopt);
+    EXPECT_EQ(adviceOn("Changed since the scan — scan again"), std::nullopt) << "says it itself";
+    EXPECT_FALSE(adviceOn("On another volume").value().contains('{'));
 }
 
 TEST(ManageHint, AdvisesWhereItKnowsBetter) {

@@ -1,13 +1,17 @@
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
+#include <string_view>
 
 namespace orbel {
 
 struct DeletionItem;
 
 /// What every list says of a row's item, as a JSON object: "path" and "preselected", and where there is one
-/// the "blockedReason" and the "note".
+/// the "blockedReason", the "advice" on it and the "note".
 nlohmann::json itemJson(const DeletionItem& item);
+
+/// Puts what the user can do about this reason into the object as "advice", where there is something.
+void putAdvice(nlohmann::json& object, std::string_view reason);
 
 } // namespace orbel

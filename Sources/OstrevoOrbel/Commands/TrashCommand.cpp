@@ -1,6 +1,7 @@
 #include "Commands/CommandOutput.h"
 #include "Commands/CommandTable.h"
 #include "Commands/Interruption.h"
+#include "Commands/ItemJson.h"
 #include "Commands/KeepOption.h"
 #include "Commands/PathList.h"
 #include "Commands/Request.h"
@@ -162,8 +163,10 @@ void run(const Request& request) {
     report.cancelled = report.cancelled || items.size() < words.size();
 
     nlohmann::json json = report;
-    for (std::size_t i = 0; i < report.skipped.size(); ++i) // a path that is not valid text never moves
+    for (std::size_t i = 0; i < report.skipped.size(); ++i) { // a path that is not valid text never moves
         putPath(json["skipped"][i], "path", report.skipped[i].path);
+        putAdvice(json["skipped"][i], report.skipped[i].reason);
+    }
     if (isDryRun)
         json["dryRun"] = true;
     const bool allMoved = report.skipped.empty() && !report.cancelled;

@@ -125,6 +125,15 @@ Item {
             value: inspector.map.movable ? qsTr("Can be moved to the Trash") : inspector.map.refusal
             valueColor: inspector.map.movable ? Theme.ok : Theme.ink
         }
+        ThemedText {
+            color: Theme.text2
+            objectName: "map.advice"
+            role: ThemedText.Small
+            text: RefusalAdvice.on(inspector.map.refusal)
+            visible: text !== ""
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
         Item {
             height: 6
             visible: note.visible

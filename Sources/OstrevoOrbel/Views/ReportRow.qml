@@ -17,7 +17,7 @@ Item {
     readonly property string words: skipped ? note : stage === "moved" ? qsTr("In the Trash")
         : stage === "putBack" ? qsTr("Put back") : qsTr("Not put back")
 
-    Accessible.description: skipped ? "" : note
+    Accessible.description: skipped ? RefusalAdvice.on(note) : note
     Accessible.name: [title, path, words].concat(size === "" ? [] : [size]).join(", ")
     Accessible.role: Accessible.ListItem
     implicitHeight: Math.max(Theme.rowHeight, column.height + 12)
@@ -55,10 +55,10 @@ Item {
             width: parent.width
         }
         ThemedText {
-            color: Theme.warn
+            color: row.skipped ? Theme.text2 : Theme.warn
             role: ThemedText.Small
-            text: row.note
-            visible: row.note !== "" && !row.skipped
+            text: row.skipped ? RefusalAdvice.on(row.note) : row.note
+            visible: text !== ""
             width: parent.width
             wrapMode: Text.Wrap
         }

@@ -12,7 +12,7 @@ T.CheckBox {
     readonly property bool refused: refusal !== ""
     readonly property bool filled: checkState !== Qt.Unchecked
 
-    Accessible.description: refusal
+    Accessible.description: RefusalAdvice.after(refusal)
     ButtonKeys.enterClicks: false
     enabled: !refused
     focusPolicy: Qt.TabFocus
@@ -66,7 +66,7 @@ T.CheckBox {
         id: pointer
     }
     Hint {
-        text: tick.refusal
+        text: RefusalAdvice.after(tick.refusal)
         visible: tick.refused && pointer.hovered
     }
 }
