@@ -12,8 +12,8 @@ namespace {
 
 using test::ProgramHome;
 
-/// A home with volumes whose servers never answer in all the places that programs look at, and links into
-/// them.
+/// A home with volumes whose servers never answer in all the places that programs look at, and
+/// links into them.
 class DeadMount : public ::testing::Test {
 protected:
     void SetUp() override {

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// What the command itself needs stays, whatever it is mounted from.
+/// What the command itself needs stays, even from a server.
 bool isNeeded(const std::string& mountPoint) {
     const char* const home = std::getenv("HOME");
     return orbel::RealPath::isInside("/usr/bin", mountPoint)

@@ -1,7 +1,7 @@
 // Moves one item to the Trash, or all that is in the journal back, or settles intents, with the live parts
-// and nothing beside them: no other thread and no look at the processes. So every run makes the same system
-// calls, and a test can end it, or fail it, at each of them. Those of a move lie between two calls that do
-// nothing.
+// and nothing beside them: no other thread and no look at the processes. So every run makes the same
+// system calls, and a test can end it, or fail it, at each of them. Those of a move lie between two calls
+// that do nothing.
 //
 //   move-one trash HOME PATH
 //   move-one put-back HOME

@@ -41,10 +41,10 @@ public:
     TrashOperations& operator=(const TrashOperations&) = delete;
     virtual ~TrashOperations() = default;
 
-    /// Moves what lies at `path`, a link itself and never its target. `path` must be the item's real path.
-    /// Gives the item in the Trash, or the words of why it was not moved; it then still lies at `path`, and
-    /// nothing of it in the Trash. Whether it was the right object that moved is the caller's to check
-    /// afterwards.
+    /// Moves what lies at `path`, a link itself and never its target. `path` must be the item's real
+    /// path. Gives the item in the Trash, or the words of why it was not moved; it then still lies at
+    /// `path`, and nothing of it in the Trash. Whether it was the right object that moved is the caller's
+    /// to check afterwards.
     virtual std::expected<TrashedItem, std::string> moveToTrash(const std::string& path,
                                                                 const AboutToMove& aboutToMove) = 0;
 };

@@ -170,8 +170,8 @@ Run::Next Run::confirm(const DeletionItem& item, const ApprovedItem& approved, R
         reportSkipped(item, mismatch);
         report_.stoppedForMismatch = true;
     }
-    // A line would outlast a power cut that the move may not. The intent stays, and the next start records
-    // it.
+    // A line would outlast a power cut that the move may not. The intent stays, and the next
+    // start records it.
     auto recorded = trashed.flushFailure ? std::unexpected(JournalError{.words = *trashed.flushFailure})
                                          : trasher_.journal->append(line);
     if (recorded)
@@ -187,8 +187,8 @@ Run::Next Run::stopForMismatch(const DeletionItem& item, const std::string& tras
     line.trashPath = trashPath;
     line.trashedIdentity = TrashedIdentity::of(trashPath);
     reportSkipped(item, mismatch);
-    // With its line written there is nothing to settle: where the approved object went cannot be found out
-    // later either.
+    // With its line written there is nothing to settle: where the approved object went cannot be found
+    // out later either.
     isEveryOutcomeKnown_ = journalSkipped(std::move(line)) && isEveryOutcomeKnown_;
     report_.stoppedForMismatch = true;
     return Next::stop;

@@ -44,7 +44,7 @@ struct Trasher {
     std::function<MappedFilesSnapshot()> takeMappedSnapshot;
     std::function<std::chrono::system_clock::time_point()> now;
 
-    /// Moves the items in the given order, each once, whatever repeats or lies in another one (see
+    /// Moves the items in the given order. One that repeats, or lies in another one, moves only once (see
     /// takenAlong()). `progress` and `isCancelled`, which may be empty, are called on this thread, before
     /// each item that is dealt with; an item in progress is always finished.
     DeletionReport run(std::span<const DeletionItem> items, const std::string& sessionID,

@@ -71,8 +71,8 @@ std::expected<void, int> synchroniseMove(const HeldFolder& fromFolder, const Hel
         lasts = fromFolder.synchronise();
     if (lasts || lasts.error() != EACCES)
         return lasts;
-    // A folder that may not be read can be flushed only with all of its file system, through the other
-    // folder.
+    // A folder that may not be read can be flushed only with all of its file system, through
+    // the other folder.
     const auto other = (isNewNameOut ? toFolder : fromFolder).openInside(".");
     if (!other)
         return std::unexpected(other.error());

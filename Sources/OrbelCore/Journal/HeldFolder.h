@@ -44,7 +44,7 @@ std::expected<void, int> moveEntry(const HeldFolder& fromFolder, const std::stri
 
 /// Waits until a move between two folders is on the disk: the new name first, then that the old one is gone,
 /// because some file systems would otherwise show both after a power cut. After an error the move may or may
-/// not outlast a power cut, whatever a later call says.
+/// not outlast a power cut, even if a later call succeeds.
 std::expected<void, int> synchroniseMove(const HeldFolder& fromFolder, const HeldFolder& toFolder);
 
 } // namespace orbel

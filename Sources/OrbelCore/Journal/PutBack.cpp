@@ -42,8 +42,8 @@ std::optional<MoveIntent::InfoFile> noteOf(const std::string& trashPath) {
     return MoveIntent::InfoFile{.path = std::move(path), .content = *std::move(content)};
 }
 
-/// A line that was missing may stand after those of a newer session, so the times decide; of equal ones, the
-/// later line.
+/// A line that was missing may stand after those of a newer session, so the times decide; of equal ones,
+/// the later line.
 std::vector<const JournalEntry*> newestFirst(const std::vector<JournalEntry>& entries) {
     std::vector<const JournalEntry*> sorted;
     for (const auto& entry : entries | std::views::reverse)
@@ -248,8 +248,8 @@ PutBackResult PutBack::moveBack(const JournalEntry& entry, JournalEntry line, co
     line.time = std::chrono::floor<std::chrono::microseconds>(now_());
     if (!destination.isAtItsPath())
         result.reason = "Put back into its folder, which was moved meanwhile";
-    // A line would outlast a power cut that the move may not. The intent stays, and the next start records
-    // it.
+    // A line would outlast a power cut that the move may not. The intent stays, and the next
+    // start records it.
     const auto& flushFailure = moved->flushFailure;
     auto recorded =
         flushFailure ? std::unexpected(JournalError{.words = *flushFailure}) : journal_->append(line);

@@ -42,8 +42,8 @@ public:
         std::function<bool(const std::string&)> isWritable; ///< whether this process may write the path
     };
 
-    /// `homePath`: the home's real path in visible form. `resolver` knows which places must not be asked
-    /// about.
+    /// `homePath`: the home's real path in visible form. `resolver` knows which places must not
+    /// be asked about.
     PlaceRules(std::string homePath, Setup setup, const PathCanonicalizer& canonicalizer,
                PathResolver& resolver);
 

@@ -154,8 +154,8 @@ void joinOtherDevices(FileTree& made, const FileTree& old, const FileTree& fresh
         made.otherDevices[plan.ofFresh(node)] = device;
 }
 
-/// The entries of both trees that are no nodes. Returns how many those are that the fresh tree takes the
-/// place of.
+/// The entries of both trees that are no nodes. Returns how many those are that the fresh tree takes
+/// the place of.
 std::uint64_t joinUnlistedEntries(FileTree& made, const FileTree& old, NodeIndex folder,
                                   const FileTree& fresh, const Plan& plan) {
     std::uint64_t replaced = 0;

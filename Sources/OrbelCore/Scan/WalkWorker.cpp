@@ -140,7 +140,7 @@ std::optional<DirectoryReader> WalkWorker::openAlongPath(const WorkUnit& unit) {
         auto inner = DirectoryReader::open(parent, openName_.c_str(), buffer_.span());
         if (!inner) {
             const int error = errno;
-            reader.reset(); // whoever waits for a descriptor must not hold one
+            reader.reset(); // a thread that waits for a descriptor must not hold one
             errno = error;
             return std::nullopt;
         }

@@ -33,7 +33,7 @@ bool ButtonKeys::takes(QObject& control, QKeyEvent& key) {
     if (key.isAutoRepeat() || !key.isAccepted())
         return true;
     if (isEnter) {
-        // Space clicks Qt's controls whatever the theme. It comes back here first.
+        // Space clicks Qt's controls under every theme. It comes back here first.
         QKeyEvent asSpace(key.type(), Qt::Key_Space, key.modifiers());
         QCoreApplication::sendEvent(&control, &asSpace);
         return true;

@@ -23,8 +23,8 @@ struct TickedItem {
     /// Of a node. Looks at everything in it, so a large folder is not for the main thread.
     static TickedItem ofNode(DeletionItem item, const FileTree& tree, NodeIndex node);
 
-    /// Of an item that stands alone: nothing is known to be in it, and with a note that says less it may free
-    /// nothing.
+    /// Of an item that stands alone: nothing is known to be in it, and with a note that says less it
+    /// may free nothing.
     static TickedItem alone(DeletionItem item, FileKind kind);
 
     bool operator==(const TickedItem&) const = default;

@@ -18,8 +18,8 @@ namespace {
 using Changes = RepositoryState::Changes;
 
 /// A repository may come from anywhere, and its settings can name programs: hooks, a monitor of its files,
-/// ways to fetch missing objects. None of the questions asked here compares contents, because that would run
-/// its filters.
+/// ways to fetch missing objects. None of the questions asked here compares contents, because that would
+/// run its filters.
 class Git {
 public:
     Git(const std::string& gitFolder, const std::string& workFolder)

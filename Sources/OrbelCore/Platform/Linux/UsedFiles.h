@@ -19,8 +19,8 @@ using SocketFiles = std::unordered_map<std::uint64_t, UsedFile>;
 /// One thread at a time.
 class UsedFiles {
 public:
-    /// `sockets`: those that count as used by the process that holds them; must live as long as this. Null
-    /// for none.
+    /// `sockets`: those that count as used by the process that holds them; must live as long as this.
+    /// Null for none.
     explicit UsedFiles(const SocketFiles* sockets = nullptr);
 
     enum class Outcome : std::uint8_t {

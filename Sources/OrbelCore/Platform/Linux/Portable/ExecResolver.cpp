@@ -46,8 +46,8 @@ void addFurtherInstallations(std::vector<std::string>& installations) {
     }
 }
 
-/// Whether a program lies at the path. In doubt, `unknown`: also for what is missing where volumes come and
-/// go.
+/// Whether a program lies at the path. In doubt, `unknown`: also for what is missing where volumes
+/// come and go.
 LauncherTarget::State stateOf(const std::string& path, PathResolver& paths) {
     const auto resolved = paths.resolve(path);
     if (resolved.isFound()) {
