@@ -59,7 +59,7 @@ private:
     void takeUnopened(WorkUnit& unit, int error);
     std::optional<platform::DirectoryReader> open(WorkUnit& unit);
     std::optional<platform::DirectoryReader> openAlongPath(const WorkUnit& unit);
-    void releaseParent(const WorkUnit& unit);
+    static void releaseParent(const WorkUnit& unit);
     void keepOpen(WorkUnit& unit, platform::DirectoryReader& reader);
     void readEntries(WorkUnit& unit, platform::DirectoryReader& reader);
     void add(WorkUnit& unit, const platform::DirectoryEntry& entry);
