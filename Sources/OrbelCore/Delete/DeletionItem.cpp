@@ -57,8 +57,8 @@ std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeInd
                                                    const std::string& path, AllowedRoot root) {
     const bool isOutOfReach = policy.isOutOfReach(path);
     const auto stamp = isOutOfReach ? std::nullopt : FileStamp::of(path);
-    auto unreached =
-        isOutOfReach ? std::optional<std::string>(SafetyPolicy::onAnotherVolume) : reachReason(path);
+    auto unreached = isOutOfReach ? std::optional<std::string>(SafetyPolicy::onAnotherVolume)
+                                  : reachReason(path, stamp.has_value());
     if (!stamp && !unreached)
         return std::nullopt;
     DeletionItem item{.id = std::string(rawValue(module)) + ":" + path,

@@ -10,6 +10,8 @@ namespace orbel::platform {
 
 std::vector<std::string> mountPointsOutOfReach(const std::vector<Mount>& mounts,
                                                std::span<const std::string> trusted) {
+    if (std::ranges::none_of(mounts, &Mount::isNetwork))
+        return {};
     // Of several mounts on one point the last one lies on top.
     std::map<std::string_view, bool> isSlow;
     for (const auto& mount : mounts)

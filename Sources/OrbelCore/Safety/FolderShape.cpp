@@ -80,12 +80,17 @@ const FolderShape& FolderShape::gitRepository() {
     return repository;
 }
 
-const FolderShape* FolderShape::at(const std::string& folder) {
+std::span<const FolderShape> FolderShape::allProtected() {
+    static const auto firstOther = std::ranges::find(shapes, false, &FolderShape::isProtected);
+    return {shapes.begin(), firstOther};
+}
+
+const FolderShape* FolderShape::at(const std::string& folder, std::span<const FolderShape> among) {
     const NamesOnDisk names(folder);
     const auto above = lastPathComponent(parentPath(folder));
     const auto found =
-        std::ranges::find_if(shapes, [&](const FolderShape& shape) { return shape.matches(names, above); });
-    return found == shapes.end() ? nullptr : &*found;
+        std::ranges::find_if(among, [&](const FolderShape& shape) { return shape.matches(names, above); });
+    return found == among.end() ? nullptr : &*found;
 }
 
 } // namespace orbel

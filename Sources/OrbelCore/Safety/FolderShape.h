@@ -39,11 +39,12 @@ struct FolderShape {
     bool matches(const Names& names, std::string_view above) const;
 
     static std::span<const FolderShape> all();
+    static std::span<const FolderShape> allProtected();
     static const FolderShape& gitRepository();
 
-    /// The shape that the folder at this path has on the disk, a protected one before others; null when it
-    /// has none or is no folder. Looks at names, never into files.
-    static const FolderShape* at(const std::string& folder);
+    /// The first of these shapes that the folder at this path has on the disk; null when it has none or is no
+    /// folder. Looks at names, never into files.
+    static const FolderShape* at(const std::string& folder, std::span<const FolderShape> among = all());
 };
 
 } // namespace orbel

@@ -100,12 +100,13 @@ bool ProtectedContent::isTestData(std::string_view path) {
     });
 }
 
-std::optional<std::string> ProtectedContent::reason(const std::string& real, const std::string& homePath) {
+std::optional<std::string> ProtectedContent::reason(const std::string& real, bool isDirectory,
+                                                    const std::string& homePath) {
     if (!isPathInside(real, homePath) || isTestData(parentPath(real).substr(homePath.size())))
         return std::nullopt;
     const auto shapeOf = [](const std::string& folder) {
-        const auto* shape = FolderShape::at(folder);
-        return shape != nullptr && shape->isProtected ? std::optional(shape->meaning) : std::nullopt;
+        const auto* shape = FolderShape::at(folder, FolderShape::allProtected());
+        return shape != nullptr ? std::optional(shape->meaning) : std::nullopt;
     };
     const auto isA = [](std::string_view meaning) { return "Protected: " + std::string(meaning); };
     const auto inParentheses = [&](const std::string& path) {
@@ -118,6 +119,8 @@ std::optional<std::string> ProtectedContent::reason(const std::string& real, con
         const bool isItself = path == real;
         if (const auto meaning = meaningOf(name))
             return isA(*meaning) + (isItself ? "" : inParentheses(path));
+        if (isItself && !isDirectory)
+            break;
         if (const auto meaning = shapeOf(path))
             return isItself ? isA(*meaning) : isA("part of " + std::string(*meaning)) + inParentheses(path);
     }

@@ -22,8 +22,9 @@ struct ProtectedContent {
     static bool isTestData(std::string_view path);
 
     /// Why `real`, a real path, is protected by what it is or is a part of; absent when it is not, and when
-    /// it lies outside the home. Looks at names in the folders above it.
-    static std::optional<std::string> reason(const std::string& real, const std::string& homePath);
+    /// it lies outside the home. Looks at names in the folders above it, and in itself when it is one.
+    static std::optional<std::string> reason(const std::string& real, bool isDirectory,
+                                             const std::string& homePath);
 };
 
 } // namespace orbel

@@ -8,9 +8,9 @@
 
 namespace orbel {
 
-std::optional<std::string> reachReason(const std::string& path) {
+std::optional<std::string> reachReason(const std::string& path, bool isThere) {
     constexpr std::size_t longestPath = PATH_MAX - 1; // the limit counts the zero byte at the end
-    const int error = platform::fileStatus(path) ? 0 : errno;
+    const int error = isThere || platform::fileStatus(path) ? 0 : errno;
     if (error == ENOENT || error == ENOTDIR)
         return std::nullopt;
     if (path.size() > longestPath)

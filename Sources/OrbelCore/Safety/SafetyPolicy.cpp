@@ -133,7 +133,7 @@ SafetyDecision SafetyPolicy::check(const std::string& path, AllowedRoot root,
     if (auto reason = protectionReason(real, current.identity))
         return SafetyDecision::refused(std::move(*reason));
     // Not a matter of what may be put back: what left such a place before may return to it.
-    if (auto reason = ProtectedContent::reason(real, homePath_))
+    if (auto reason = ProtectedContent::reason(real, current.isDirectory, homePath_))
         return SafetyDecision::refused(std::move(*reason));
     if (auto reason = rootReason(real, root, current.isDirectory))
         return SafetyDecision::refused(std::move(*reason));
