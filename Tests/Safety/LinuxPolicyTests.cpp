@@ -210,7 +210,7 @@ TEST_F(LinuxPolicyTest, AFolderThatHoldsAVolumeStays) {
     mounts[0].path = "/";
     mounts[1].path = home.path("work/a/disk");
     auto options = test::linuxOptions();
-    options.mountTable = [&] { return mounts; };
+    options.mountTable = [&] { return std::make_shared<const std::vector<platform::Mount>>(mounts); };
     const SafetyPolicy policy(home.path(), options);
     const auto refusal = [&](std::string_view relative) {
         return policy.check(home.path(relative), homeItem, {}).refusal().value_or("allowed");
@@ -234,12 +234,12 @@ TEST_F(LinuxPolicyTest, MountsMadeLaterAreSeen) {
     home.file("Documents/folder/file");
     home.folder(".ssh/keys");
     test::inChildProcess([&] {
+        test::useOwnMountTable();
         const auto before = policy();
         const auto refusal = [&](std::string_view relative) {
             return before.check(home.path(relative), homeItem, {}).refusal().value_or("allowed");
         };
         ASSERT_EQ(refusal("work/a"), "allowed");
-        test::useOwnMountTable();
         test::mountTmpfs(home.path("work/a/tmpfs").c_str());
         EXPECT_EQ(refusal("work/a"), "Contains another volume: ~/work/a/tmpfs");
         EXPECT_EQ(refusal("work/a/tmpfs"), "On another volume");

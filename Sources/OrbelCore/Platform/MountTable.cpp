@@ -8,6 +8,10 @@
 
 namespace orbel::platform {
 
+std::vector<Mount> mountTable() {
+    return *sharedMountTable();
+}
+
 std::vector<std::string> mountPointsOutOfReach(const std::vector<Mount>& mounts,
                                                std::span<const std::string> trusted) {
     if (std::ranges::none_of(mounts, &Mount::isNetwork))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,6 +22,10 @@ struct Mount {
 /// All mounts of this process, in mount order; empty when the table cannot be read. Any thread. Cheap enough
 /// to be asked for every item: where the system tells of changes, the table is only read again after one.
 std::vector<Mount> mountTable();
+
+/// The same, without a copy for each question.
+using SharedMountTable = std::shared_ptr<const std::vector<Mount>>;
+SharedMountTable sharedMountTable();
 
 /// The mount points at or below which a question to the file system may wait for a server, for a user program
 /// or for something to be mounted: network, FUSE and automount file systems that nothing local is mounted

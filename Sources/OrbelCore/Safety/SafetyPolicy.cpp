@@ -57,7 +57,7 @@ struct SafetyPolicy::Prepared {
         : options(std::move(given)),
           homePath(
               options.canonicalizer.visiblePath(RealPath::resolve(home).value_or(standardizedPath(home)))),
-          resolver(platform::mountPointsOutOfReach(options.mountTable(), std::span(&homePath, 1))),
+          resolver(platform::mountPointsOutOfReach(*options.mountTable(), std::span(&homePath, 1))),
           neverTouch(NeverTouch::roots(home, resolver)),
           places(options.places(homePath)) {
         options.systemRoots.insert(options.systemRoots.end(), places.systemRoots.begin(),
@@ -176,7 +176,7 @@ std::optional<std::string> SafetyPolicy::restoreDestinationReason(const std::str
 }
 
 PathResolver SafetyPolicy::resolver() const {
-    return PathResolver(platform::mountPointsOutOfReach(mountTable_(), std::span(&homePath_, 1)));
+    return PathResolver(platform::mountPointsOutOfReach(*mountTable_(), std::span(&homePath_, 1)));
 }
 
 std::optional<std::string> SafetyPolicy::canonical(const std::string& path) const {
@@ -188,7 +188,7 @@ std::optional<std::string> SafetyPolicy::canonical(const std::string& path) cons
 }
 
 bool SafetyPolicy::isOutOfReach(const std::string& path) const {
-    const auto points = platform::mountPointsOutOfReach(mountTable_(), std::span(&homePath_, 1));
+    const auto points = platform::mountPointsOutOfReach(*mountTable_(), std::span(&homePath_, 1));
     return !points.empty()
            && PathResolver(points).resolve(path, PathResolver::Last::keep).state
                   == ResolvedPath::State::outOfReach;
@@ -227,9 +227,9 @@ std::optional<std::string> SafetyPolicy::furtherReason(const std::string& path, 
 std::optional<std::string> SafetyPolicy::mountReason(const std::string& real) const {
     // Moving a folder takes along what is mounted inside it, and emptying the Trash would then delete that.
     const auto mounts = mountTable_();
-    if (mounts.empty())
+    if (mounts->empty())
         return "Could not read which volumes are mounted";
-    for (const auto& mount : mounts)
+    for (const auto& mount : *mounts)
         if (const auto path = canonicalizer_.visiblePath(mount.path); RealPath::isInside(path, real))
             return "Contains another volume: " + tildePath(path, homePath_);
     return std::nullopt;

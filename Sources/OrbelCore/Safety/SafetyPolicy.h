@@ -46,7 +46,7 @@ public:
         /// The platform's places for the real path of the home.
         std::function<platform::Places(const std::string&)> places = platform::places;
         /// Read anew at every check that needs it. May be called by any thread.
-        std::function<std::vector<platform::Mount>()> mountTable = platform::mountTable;
+        std::function<platform::SharedMountTable()> mountTable = platform::sharedMountTable;
     };
 
     explicit SafetyPolicy(const std::string& home);
@@ -119,7 +119,7 @@ private:
     std::vector<std::string> trashFolders_;
     ProtectedPlaces protectedPlaces_;
     PlaceRules placeRules_;
-    std::function<std::vector<platform::Mount>()> mountTable_;
+    std::function<platform::SharedMountTable()> mountTable_;
 };
 
 } // namespace orbel

@@ -9,7 +9,6 @@
 #include <poll.h>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orbel::platform {
@@ -21,7 +20,7 @@ constexpr auto tablePath = "/proc/self/mountinfo";
 /// The table as it was read last, and an open file of it, on which the system signals each change.
 class WatchedTable {
 public:
-    std::vector<Mount> current() {
+    SharedMountTable current() {
         const std::scoped_lock guard(lock_);
         if (!isCurrent())
             read();
@@ -29,21 +28,9 @@ public:
     }
 
 private:
-    /// A file of the table belongs to the process and the mount namespace in which it was opened.
-    struct Owner {
-        pid_t process = 0;
-        ino_t space = 0;
-
-        static Owner now() {
-            struct stat space {};
-            return {.process = ::getpid(),
-                    .space = ::stat("/proc/self/ns/mnt", &space) == 0 ? space.st_ino : 0};
-        }
-        bool operator==(const Owner&) const = default;
-    };
-
     bool isCurrent() const {
-        if (!table_ || owner_.space == 0 || owner_ != Owner::now())
+        // An open file is shared with a forked process, and a change is signalled on it only once.
+        if (!table_ || process_ != ::getpid())
             return false;
         struct pollfd change {
             .fd = table_.get(), .events = POLLPRI, .revents = 0
@@ -53,23 +40,24 @@ private:
 
     void read() {
         // Opened before it is read: a change in between is then seen at the next question.
-        owner_ = Owner::now();
+        process_ = ::getpid();
         table_ = FileDescriptor(::open(tablePath, O_RDONLY | O_CLOEXEC));
         const auto text = readFile(tablePath);
-        mounts_ = text ? parseMountInfo(*text) : std::vector<Mount>{};
+        mounts_ =
+            std::make_shared<const std::vector<Mount>>(text ? parseMountInfo(*text) : std::vector<Mount>());
         if (!text)
             table_.reset();
     }
 
     std::mutex lock_;
     FileDescriptor table_;
-    Owner owner_;
-    std::vector<Mount> mounts_;
+    pid_t process_ = 0; ///< that opened it
+    SharedMountTable mounts_;
 };
 
 } // namespace
 
-std::vector<Mount> mountTable() {
+SharedMountTable sharedMountTable() {
     static WatchedTable table;
     return table.current();
 }
