@@ -20,8 +20,8 @@ Paths linesIn(const std::string& folder, const char* text) {
     return paths;
 }
 
-// Whoever drops or misspells an entry of these lists leaves somebody's keys or mail without protection, and
-// no other test would say so. They stand here a second time on purpose.
+// An entry that is dropped or misspelt leaves keys or mail without protection, and no other test would
+// notice. The lists stand here a second time on purpose.
 
 TEST(ProtectedLists, OfEveryPlatformAreComplete) {
     EXPECT_EQ(NeverTouch::roots("/no/home"), linesIn("/no/home", R"(

@@ -32,7 +32,8 @@ void useOwnMountTable();
 void mountTmpfs(const char* folder);
 /// The same for a second view of `source` on `target`.
 void bindMount(const char* source, const char* target);
-/// The same for a file system whose server never answers: whoever asks about it waits until it is killed.
+/// The same for a file system whose server never answers: a process that asks about it waits until it is
+/// killed.
 void mountDead(const std::string& folder);
 /// The same for what `upper` has over `lower`; both are folders, `work` an empty one beside `upper`. `lower`
 /// may be several, with colons between them. Files show the devices and inodes that they have in their layer.

@@ -1,6 +1,6 @@
 #include "Delete/Advice.h"
 
-#include "Platform/Conventions.h"
+#include "Delete/FileManagerWords.h"
 
 #include <algorithm>
 #include <array>
@@ -43,11 +43,7 @@ std::optional<std::string> adviceOn(std::string_view reason) {
         std::ranges::find_if(rules, [&](const Rule& rule) { return reason.starts_with(rule.beginning); });
     if (found == rules.end() || found->advice.empty())
         return std::nullopt;
-    constexpr std::string_view placeholder = "{fileManager}";
-    std::string words(found->advice);
-    if (const auto at = words.find(placeholder); at != std::string::npos)
-        words.replace(at, placeholder.size(), platform::conventions().fileManager);
-    return words;
+    return withFileManager(found->advice);
 }
 
 } // namespace orbel

@@ -1,5 +1,6 @@
 #include "Delete/ManageHint.h"
 
+#include "Delete/FileManagerWords.h"
 #include "Platform/Conventions.h"
 #include "Safety/RealPath.h"
 #include "Safety/SafetyPolicy.h"
@@ -63,14 +64,6 @@ constexpr auto hints = std::to_array<Hint>({
      .words = "Package cache — manage with pacman (sudo pacman -Sc)"},
 });
 
-std::string filledIn(std::string_view words) {
-    constexpr std::string_view placeholder = "{fileManager}";
-    std::string text(words);
-    if (const auto at = text.find(placeholder); at != std::string::npos)
-        text.replace(at, placeholder.size(), platform::conventions().fileManager);
-    return text;
-}
-
 } // namespace
 
 std::string ManageHint::explain(std::string_view path, const std::string& refusal,
@@ -80,7 +73,7 @@ std::string ManageHint::explain(std::string_view path, const std::string& refusa
         return refusal;
     for (const auto& hint : hints)
         if (hint.appliesTo(path))
-            return filledIn(hint.words);
+            return withFileManager(hint.words);
     if (!RealPath::isInside(path, homePath) && !path.starts_with("/Applications/"))
         return "System-wide: needs an administrator; Vanto does not change it";
     return refusal;

@@ -194,8 +194,8 @@ std::vector<FileTree::HardLinkCandidate> merge(WorkUnit& root, std::span<WorkerS
     const GoneFolders gone(stores);
     gone.removeFrom(into);
 
-    // A file that is mounted here from elsewhere is no link of one of this volume, even if both have one
-    // number.
+    // A file that is mounted here from elsewhere is no link of one of this volume, even if their
+    // inode numbers are equal.
     constexpr NodeFlags neverLinks = NodeFlags::folder | NodeFlags::otherVolume;
     std::vector<FileTree::HardLinkCandidate> candidates;
     for (std::size_t i = 1; i < into.count(); ++i) {
