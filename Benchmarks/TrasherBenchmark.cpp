@@ -14,10 +14,20 @@ namespace fs = std::filesystem;
 /// Accepts every move and moves nothing, so that the next round finds the items where they were.
 class NoTrash : public TrashOperations {
 public:
-    std::expected<TrashedItem, std::string> moveToTrash(const std::string& path,
-                                                        const AboutToMove&) override {
-        return TrashedItem{.path = path};
+    std::expected<std::unique_ptr<TrashMove>, std::string> prepare(const std::string& path,
+                                                                   const AboutToMove&, Barrier&) override {
+        return std::make_unique<Move>(path);
     }
+
+private:
+    class Move : public TrashMove {
+    public:
+        explicit Move(std::string path) : path_(std::move(path)) {}
+        std::expected<std::string, TrashFailure> make(Barrier&) override { return path_; }
+
+    private:
+        std::string path_;
+    };
 };
 
 /// A home with a number of small files, 100 to a folder, as deep as such files usually lie.

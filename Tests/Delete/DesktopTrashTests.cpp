@@ -1,7 +1,6 @@
 #include "Delete/LiveTrash.h"
-#include "Journal/HeldFolder.h"
-#include "Journal/LiveRestore.h"
 #include "Support/DesktopSession.h"
+#include "Support/FakeMoves.h"
 #include "Support/RunProgram.h"
 #include "Support/TrashHome.h"
 #include "Util/ReadFile.h"
@@ -51,9 +50,8 @@ protected:
     }
 
     void moveToTrash(const std::string& path) const {
-        const auto moved = LiveTrash(home.trash()).moveToTrash(path, [](const PlannedMove&) {
-            return std::expected<void, std::string>{};
-        });
+        LiveTrash trash(home.trash());
+        const auto moved = test::moveToTrash(trash, path);
         EXPECT_TRUE(moved) << moved.error();
     }
 
@@ -94,8 +92,7 @@ TEST_F(DesktopTrash, LetsGoOfWhatWasPutBack) {
     if (fs::exists(path))
         GTEST_SKIP() << "gio moves nothing to the Trash on a file system such as that of " << path;
     ASSERT_EQ(listed(1).size(), 1u);
-    const auto moved =
-        LiveRestore().move(home.trashed("a b%c.txt"), HeldFolder::open(home.path()).value(), "a b%c.txt");
+    const auto moved = test::putBack(home.trashed("a b%c.txt"), path);
     ASSERT_TRUE(moved) << moved.error();
     EXPECT_EQ(readFile(path), "mine");
     EXPECT_EQ(home.contents(), Names{});

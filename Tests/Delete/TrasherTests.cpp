@@ -1,6 +1,7 @@
 #include "Delete/DeletionSession.h"
 #include "Delete/Trasher.h"
 #include "Journal/IntentSettling.h"
+#include "Journal/MoveRecord.h"
 #include "Journal/PutBack.h"
 #include "Support/ChildProcess.h"
 #include "Support/Faults.h"
@@ -9,6 +10,7 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <thread>
 
 #include <unistd.h>
 
@@ -27,6 +29,14 @@ std::vector<std::string> titles(const auto& things) {
 }
 
 using Names = std::vector<std::string>;
+
+/// Is told the place of each item that begins.
+Trasher::Progress onBegin(std::function<void(std::size_t)> call) {
+    return [call = std::move(call)](std::size_t index, const DeletionItem&, Trasher::Step step) {
+        if (step == Trasher::Step::begun)
+            call(index);
+    };
+}
 
 TEST(Trasher, MovesInOrderAndRecordsAllThatPutsAnItemBack) {
     MoverHome home;
@@ -222,8 +232,8 @@ TEST(Trasher, AsksAnewWhoUsesWhatAfterTenSeconds) {
     std::vector<int> snapshots;
     std::size_t next = 0;
     home.fakeTrash->beforeMoving = [&](const std::string&) { snapshots.push_back(home.snapshots); };
-    const auto report = home.trasher.run(
-        items, "session", [&](std::size_t, const DeletionItem&) { home.now += waits[next++]; }, nullptr);
+    const auto report =
+        home.trasher.run(items, "session", onBegin([&](std::size_t) { home.now += waits[next++]; }), nullptr);
     EXPECT_EQ(report.moved.size(), 5);
     EXPECT_EQ(snapshots, (std::vector{1, 1, 2, 3, 3})) << "a clock set back makes no snapshot younger";
     EXPECT_EQ(report.uncheckedProcesses, 3);
@@ -277,9 +287,8 @@ TEST(Trasher, AMoveWithoutItsLineStandsInBothListsAndIsSettledLater) {
             home.breakJournal();
     };
     const auto report = home.run(items);
-    EXPECT_EQ(titles(report.moved), (Names{"one", "two"}));
-    EXPECT_EQ(report.skipped.size(), 1);
-    EXPECT_EQ(report.skipped[0].title, "two");
+    EXPECT_EQ(titles(report.moved), (Names{"one", "two", "three"}));
+    EXPECT_EQ(titles(report.skipped), titles(report.moved)) << "they were to be recorded together";
     EXPECT_EQ(
         report.skipped[0].reason,
         "Moved to the Trash, but the journal could not be written. Put it back from the Trash in the file "
@@ -289,24 +298,24 @@ TEST(Trasher, AMoveWithoutItsLineStandsInBothListsAndIsSettledLater) {
     EXPECT_EQ(home.intentFiles().size(), 1);
 
     home.mendJournal();
-    EXPECT_EQ(titles(home.entries()), (Names{"one"}));
+    EXPECT_TRUE(home.entries().empty());
     const auto settled = settleIntents(*home.journal);
-    EXPECT_EQ(titles(settled.recorded), (Names{"two"}));
-    EXPECT_EQ(titles(home.journal->restorable()), (Names{"one", "two"}));
+    EXPECT_EQ(titles(settled.recorded), titles(report.moved));
+    EXPECT_EQ(titles(home.journal->restorable()), titles(report.moved));
     EXPECT_TRUE(home.intentFiles().empty());
 }
 
 TEST(Trasher, AMoveThatTheDiskDidNotConfirmIsNotRecorded) {
     MoverHome home;
     const auto items = home.files({"a/one", "a/two"});
-    home.fakeTrash->flushFailure = "Disk on fire";
+    home.fakeTrash->flushError = EIO;
     const auto report = home.run(items);
-    EXPECT_EQ(titles(report.moved), Names{"one"});
-    EXPECT_EQ(titles(report.skipped), Names{"one"});
+    EXPECT_EQ(titles(report.moved), (Names{"one", "two"}));
+    EXPECT_EQ(titles(report.skipped), (Names{"one", "two"}));
     EXPECT_TRUE(report.journalFailed) << "the disk is not to be trusted with another move";
-    EXPECT_EQ(report.journalFailure, "Disk on fire");
-    EXPECT_TRUE(home.entries().empty()) << "the line could outlast the move";
-    EXPECT_EQ(titles(settleIntents(*home.journal).recorded), Names{"one"});
+    EXPECT_EQ(report.journalFailure, "The disk did not confirm the move: Input/output error");
+    EXPECT_TRUE(home.entries().empty()) << "the lines could outlast the moves";
+    EXPECT_EQ(titles(settleIntents(*home.journal).recorded), (Names{"one", "two"}));
 }
 
 TEST(Trasher, MovesAnItemOnceWhateverElseNamesIt) {
@@ -324,7 +333,7 @@ TEST(Trasher, MovesAnItemOnceWhateverElseNamesIt) {
                             home.item("a/blocked/inside"),
                             blocked};
     std::vector<std::size_t> begun;
-    const auto progress = [&](std::size_t index, const DeletionItem&) { begun.push_back(index); };
+    const auto progress = onBegin([&](std::size_t index) { begun.push_back(index); });
     for (const bool isRehearsal : {true, false}) {
         begun.clear();
         const auto report = isRehearsal ? home.trasher.rehearse(items, "session", progress, nullptr)
@@ -342,16 +351,20 @@ TEST(Trasher, MovesAnItemOnceWhateverElseNamesIt) {
 
 TEST(Trasher, WhatWasToldToBeSkippedIsNoDoubtAfterACrash) {
     MoverHome home;
-    const auto items = home.files({"a/fails", "a/crashes"});
-    home.fakeTrash->beforeAsking = [&](const std::string& path) {
-        home.fakeTrash->failure = path == items[0].path ? std::optional("Disk on fire") : std::nullopt;
+    const auto items = home.files({"a/fails", "a/waits", "a/crashes"});
+    const auto progress = onBegin([&](std::size_t index) {
+        home.fakeTrash->failure = index == 0 ? std::optional("Disk on fire") : std::nullopt;
+    });
+    home.fakeTrash->beforeMoving = [](const std::string& path) {
+        if (path.ends_with("crashes"))
+            ::_exit(0);
+        std::this_thread::sleep_for(MoveRecord::longestUnrecorded);
     };
-    home.fakeTrash->beforeMoving = [](const std::string&) { ::_exit(0); };
-    test::inChildProcess([&] { home.run(items); });
+    test::inChildProcess([&] { home.trasher.run(items, "session", progress, nullptr); });
     EXPECT_EQ(home.intentFiles().size(), 1);
     fs::remove(items[0].path);
     EXPECT_EQ(settleIntents(*home.journal), Settlement());
-    EXPECT_EQ(titles(home.entries()), Names{"fails"});
+    EXPECT_EQ(titles(home.entries()), (Names{"fails", "waits"}));
     EXPECT_TRUE(home.intentFiles().empty());
 }
 
@@ -434,9 +447,9 @@ TEST(Trasher, FinishesTheItemInProgressWhenItIsCancelled) {
     bool isCancelled = false;
     home.fakeTrash->beforeMoving = [&](const std::string& path) { isCancelled = path.ends_with("3"); };
     std::vector<std::size_t> begun;
-    const auto report = home.trasher.run(
-        items, "session", [&](std::size_t index, const DeletionItem&) { begun.push_back(index); },
-        [&] { return isCancelled; });
+    const auto report =
+        home.trasher.run(items, "session", onBegin([&](std::size_t index) { begun.push_back(index); }),
+                         [&] { return isCancelled; });
     EXPECT_TRUE(report.cancelled);
     EXPECT_EQ(titles(report.moved), (Names{"1", "2", "3"}));
     EXPECT_TRUE(report.skipped.empty());

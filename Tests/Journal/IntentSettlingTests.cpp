@@ -233,8 +233,20 @@ TEST(IntentSettling, WhatTheJournalHoldsAlreadyIsNotWrittenTwice) {
     const auto gone = scene.beginToTrash("gone");
     scene.leaveBehind({restored, gone});
     ASSERT_TRUE(scene.store.append(restored.entry) && scene.store.append(gone.entry));
+    auto restoredLine = restored.entry;
+    restoredLine.id = newUuid();
+    restoredLine.result = JournalEntry::Result::restored;
+    restoredLine.refersTo = restored.entry.id;
+    ASSERT_TRUE(scene.store.append(restoredLine));
     fs::remove(gone.sourcePath);
     expectSettled(scene, {}, "both recorded");
+
+    // Recorded, and at its place although nothing put it back: a disk that loses what it confirmed does that.
+    const auto untrue = scene.beginToTrash("untrue");
+    scene.leaveBehind({untrue});
+    ASSERT_TRUE(scene.store.append(untrue.entry));
+    expectSettled(scene, {.doubts = 1}, "the journal says that it moved");
+    EXPECT_TRUE(exists(untrue.sourcePath));
 
     // Another process was quicker to put it back, and it was moved on since.
     const auto slower = scene.beginPutBack("slower");

@@ -1,15 +1,12 @@
-#include "Journal/HeldFolder.h"
-#include "Journal/LiveRestore.h"
 #include "Safety/FileStamp.h"
 #include "Support/ChildProcess.h"
+#include "Support/FakeMoves.h"
 #include "Support/Faults.h"
 #include "Support/TrashHome.h"
-#include "Util/PathText.h"
 #include "Util/ReadFile.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <stdexcept>
 
 namespace orbel {
 namespace {
@@ -18,19 +15,12 @@ namespace fs = std::filesystem;
 using test::TrashHome;
 using Names = std::vector<std::string>;
 
-std::expected<RestoredItem, std::string> move(const std::string& from, const std::string& to) {
-    const auto folder = HeldFolder::open(std::string(parentPath(to)));
-    if (!folder)
-        throw std::runtime_error("cannot be held: " + to);
-    return LiveRestore().move(from, *folder, std::string(lastPathComponent(to)));
-}
-
 /// The item stays in the Trash with its info file, and what lies at the target stays what it is.
 void expectRefused(const TrashHome& home, const std::string& to, const std::string& words) {
     const auto item = FileStamp::of(home.trashed("item"));
     const auto target = FileStamp::of(to);
     const auto contents = home.contents();
-    const auto moved = move(home.trashed("item"), to);
+    const auto moved = test::putBack(home.trashed("item"), to);
     ASSERT_FALSE(moved);
     EXPECT_EQ(moved.error(), words);
     EXPECT_EQ(FileStamp::of(home.trashed("item")), item);
@@ -48,7 +38,7 @@ TEST(LiveRestore, PutsItemsBackUnchangedAndRemovesTheirInfoFiles) {
     home.link(".local/share/Trash/files/dangling", "/nowhere");
     for (const auto* name : {"file", "folder", "dangling"}) {
         const auto stamp = FileStamp::of(home.trashed(name));
-        const auto moved = move(home.trashed(name), home.path(name));
+        const auto moved = test::putBack(home.trashed(name), home.path(name));
         ASSERT_TRUE(moved) << moved.error();
         EXPECT_EQ(FileStamp::of(home.path(name)), stamp);
     }
@@ -70,7 +60,7 @@ TEST(LiveRestore, NeverReplacesAnything) {
 TEST(LiveRestore, LeavesTheItemWhereItIsWhenItCannotGoBack) {
     const TrashHome home;
     home.putIntoTrash("item", home.path("item"));
-    EXPECT_EQ(move(home.trashed("gone"), home.path("gone")),
+    EXPECT_EQ(test::putBack(home.trashed("gone"), home.path("gone")),
               std::unexpected(std::string("It is no longer there")));
     if (!test::isRoot())
         GTEST_SKIP() << "mounting needs root";
@@ -92,7 +82,7 @@ TEST(LiveRestore, ReachesTheTrashThroughALink) {
     const TrashHome home;
     home.putIntoTrash("item", home.path("item"));
     home.link("trash", home.trash());
-    ASSERT_TRUE(move(home.path("trash/files/item"), home.path("item")));
+    ASSERT_TRUE(test::putBack(home.path("trash/files/item"), home.path("item")));
     EXPECT_TRUE(fs::exists(home.path("item")));
     EXPECT_EQ(home.contents(), Names{});
 }
@@ -102,22 +92,22 @@ TEST(LiveRestore, RemovesNothingButTheItemsOwnInfoFile) {
     home.file("elsewhere/item.trashinfo", "not in the Trash");
     home.file("plain/files/item");
     home.file("plain/info/other.trashinfo");
-    ASSERT_TRUE(move(home.path("plain/files/item"), home.path("first")));
+    ASSERT_TRUE(test::putBack(home.path("plain/files/item"), home.path("first")));
     EXPECT_TRUE(fs::exists(home.path("plain/info/other.trashinfo")));
 
     home.file("linked/files/item");
     home.link("linked/info", home.path("elsewhere"));
-    ASSERT_TRUE(move(home.path("linked/files/item"), home.path("second")));
+    ASSERT_TRUE(test::putBack(home.path("linked/files/item"), home.path("second")));
     EXPECT_TRUE(fs::exists(home.path("elsewhere/item.trashinfo")));
 
     home.file("folder/files/item");
     home.folder("folder/info/item.trashinfo");
-    ASSERT_TRUE(move(home.path("folder/files/item"), home.path("third")));
+    ASSERT_TRUE(test::putBack(home.path("folder/files/item"), home.path("third")));
     EXPECT_TRUE(fs::exists(home.path("folder/info/item.trashinfo")));
 
     home.file("no trash/item");
     home.file("info/item.trashinfo");
-    ASSERT_TRUE(move(home.path("no trash/item"), home.path("fourth")));
+    ASSERT_TRUE(test::putBack(home.path("no trash/item"), home.path("fourth")));
     EXPECT_TRUE(fs::exists(home.path("info/item.trashinfo")));
 }
 

@@ -349,10 +349,11 @@ TEST_F(PutBackTest, AnUnrecordedReturnIsToldAndSettledLater) {
 
 TEST_F(PutBackTest, AReturnThatTheDiskDidNotConfirmIsNotRecorded) {
     const auto moved = trashed({"a/item"}).at(0);
-    restore->flushFailure = "Disk on fire";
-    EXPECT_EQ(putBack().putBack(moved),
-              (PutBackResult{"item", moved.originalPath, true,
-                             "Put back, but the journal could not be written", "Disk on fire"}));
+    restore->flushError = EIO;
+    EXPECT_EQ(
+        putBack().putBack(moved),
+        (PutBackResult{"item", moved.originalPath, true, "Put back, but the journal could not be written",
+                       "The disk did not confirm the move: Input/output error"}));
     EXPECT_EQ(home.entries().size(), 1);
     EXPECT_EQ(settleIntents(*home.journal).recorded.size(), 1);
     EXPECT_TRUE(home.journal->restorable().empty());

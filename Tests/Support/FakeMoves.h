@@ -16,29 +16,39 @@ public:
     /// `files`: the folder that holds what was moved; made when missing.
     explicit FakeTrash(std::string files) : files_(std::move(files)) {}
 
-    std::expected<TrashedItem, std::string> moveToTrash(const std::string& path,
-                                                        const AboutToMove& aboutToMove) override;
+    std::expected<std::unique_ptr<TrashMove>, std::string>
+    prepare(const std::string& path, const AboutToMove& aboutToMove, Barrier& barrier) override;
 
-    std::vector<std::string> asked; ///< every path it was to move, in order
+    std::vector<std::string> asked; ///< every path whose move was to be prepared, in order
     std::function<void(const std::string&path)> beforeAsking, beforeMoving;
     std::function<void(const std::string& trashPath)> afterMoving;
-    std::optional<std::string> failure;      ///< the words with which a move fails
-    std::optional<std::string> flushFailure; ///< of every move that is made
+    std::optional<std::string> failure; ///< the words with which a move fails
+    int flushError = 0;                 ///< of every move that is made
 
 private:
+    class Move;
+
     std::string files_;
 };
+
+/// Prepares the move of one item and makes it, anew as long as its plan becomes void.
+std::expected<std::string, std::string> moveToTrash(
+    TrashOperations& trash, const std::string& path,
+    const AboutToMove& aboutToMove = [](const PlannedMove&) { return std::expected<void, std::string>{}; });
+
+/// Puts one item back, and removes its note from the Trash.
+std::expected<void, std::string> putBack(const std::string& from, const std::string& to);
 
 /// Puts back as the program does, with the same hooks.
 class FakeRestore : public RestoreOperations {
 public:
-    std::expected<RestoredItem, std::string> move(const std::string& from, const HeldFolder& folder,
-                                                  const std::string& name) override;
+    std::expected<void, std::string> move(const std::string& from, const HeldFolder& folder,
+                                          const std::string& name, Barrier& barrier) override;
 
     std::vector<std::string> asked; ///< every path it was to move from, in order
     std::function<void(const std::string&from)> beforeMoving, afterMoving;
     std::optional<std::string> failure;
-    std::optional<std::string> flushFailure;
+    int flushError = 0;
 };
 
 } // namespace orbel::test

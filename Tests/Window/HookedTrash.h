@@ -3,7 +3,9 @@
 #include "Delete/LiveTrash.h"
 
 #include <functional>
+#include <memory>
 #include <string>
+#include <utility>
 
 namespace orbel::test {
 
@@ -12,16 +14,34 @@ class HookedTrash final : public TrashOperations {
 public:
     explicit HookedTrash(const std::string& folder) : trash_(folder) {}
 
-    std::expected<TrashedItem, std::string> moveToTrash(const std::string& path,
-                                                        const AboutToMove& aboutToMove) override {
-        if (beforeMoving)
-            beforeMoving(path);
-        return trash_.moveToTrash(path, aboutToMove);
+    std::expected<std::unique_ptr<TrashMove>, std::string>
+    prepare(const std::string& path, const AboutToMove& aboutToMove, Barrier& barrier) override {
+        auto prepared = trash_.prepare(path, aboutToMove, barrier);
+        if (!prepared)
+            return prepared;
+        return std::make_unique<Move>(*this, path, *std::move(prepared));
     }
 
     std::function<void(const std::string& path)> beforeMoving;
 
 private:
+    class Move final : public TrashMove {
+    public:
+        Move(const HookedTrash& trash, std::string path, std::unique_ptr<TrashMove> move)
+            : trash_(trash), path_(std::move(path)), move_(std::move(move)) {}
+
+        std::expected<std::string, TrashFailure> make(Barrier& barrier) override {
+            if (trash_.beforeMoving)
+                trash_.beforeMoving(path_);
+            return move_->make(barrier);
+        }
+
+    private:
+        const HookedTrash& trash_;
+        std::string path_;
+        std::unique_ptr<TrashMove> move_;
+    };
+
     LiveTrash trash_;
 };
 

@@ -14,6 +14,16 @@ namespace {
 
 constexpr auto changed = "Changed since the scan — scan again";
 
+/// What must be known before anything at the item's path is asked.
+std::optional<std::string> reasonNotToLook(const DeletionItem& item, const SafetyPolicy& policy) {
+    if (item.blockedReason)
+        return item.blockedReason;
+    // Measuring what a dead server holds would never end.
+    if (policy.isOutOfReach(item.path))
+        return std::string(SafetyPolicy::onAnotherVolume);
+    return std::nullopt;
+}
+
 bool isKeptCopyThere(const KeptCopy& keep) {
     const auto current = FileStamp::of(keep.path);
     return current && keep.stamp.isUnchanged(*current);
@@ -32,23 +42,42 @@ std::optional<std::string> measuredReason(const DeletionItem& item, const TreeSc
 
 } // namespace
 
-bool ApprovedItem::isAt(const std::string& path) const {
+bool HeldItem::isAt(const std::string& path) const {
     const auto current = FileStamp::of(path);
     return current && stamp.isUnchanged(*current);
 }
 
 std::expected<ApprovedItem, std::string> ItemChecks::approve(const DeletionItem& item) {
-    if (item.blockedReason)
-        return std::unexpected(*item.blockedReason);
-    // Measuring what a dead server holds would never end.
-    if (trasher_.policy.isOutOfReach(item.path))
-        return std::unexpected(std::string(SafetyPolicy::onAnotherVolume));
+    if (auto reason = reasonNotToLook(item, trasher_.policy))
+        return std::unexpected(*std::move(reason));
     if (item.keep && (trasher_.policy.isOutOfReach(item.keep->path) || !isKeptCopyThere(*item.keep)))
         return std::unexpected("The copy you are keeping changed or is gone");
     const auto measured = trasher_.measure(item.path);
     if (auto reason = measuredReason(item, measured, trasher_.policy.homePath()))
         return std::unexpected(*std::move(reason));
+    auto held = holdWhatMayGo(item);
+    if (!held)
+        return std::unexpected(std::move(held.error()));
+    const auto status = held->held.status();
+    if (!status)
+        return std::unexpected(changed);
 
+    ApprovedItem approved{*std::move(held), measured.bytes,
+                          ItemNote::withUnreadable(item.note, measured.unreadable)};
+    if (status->type != platform::FileType::directory && status->linkCount > 1)
+        approved.note = ItemNote::otherLinks;
+    if (auto reason = inUseReason(approved))
+        return std::unexpected(*std::move(reason));
+    return approved;
+}
+
+std::expected<HeldItem, std::string> ItemChecks::hold(const DeletionItem& item) const {
+    if (auto reason = reasonNotToLook(item, trasher_.policy))
+        return std::unexpected(*std::move(reason));
+    return holdWhatMayGo(item);
+}
+
+std::expected<HeldItem, std::string> ItemChecks::holdWhatMayGo(const DeletionItem& item) const {
     // Held before it is checked: from here on, what shows this inode number is the object that was looked at.
     auto held = platform::HeldObject::hold(item.path);
     const auto decision = trasher_.policy.check(item.path, item.root, item.scanStamp);
@@ -61,17 +90,7 @@ std::expected<ApprovedItem, std::string> ItemChecks::approve(const DeletionItem&
     const auto status = held->status();
     if (!status || !allowance->stamp.isUnchanged(FileStamp::of(*status)))
         return std::unexpected(changed);
-
-    ApprovedItem approved{.realPath = allowance->realPath,
-                          .stamp = allowance->stamp,
-                          .bytes = measured.bytes,
-                          .note = ItemNote::withUnreadable(item.note, measured.unreadable),
-                          .held = *std::move(held)};
-    if (status->type != platform::FileType::directory && status->linkCount > 1)
-        approved.note = ItemNote::otherLinks;
-    if (auto reason = inUseReason(approved))
-        return std::unexpected(*std::move(reason));
-    return approved;
+    return HeldItem{.realPath = allowance->realPath, .stamp = allowance->stamp, .held = *std::move(held)};
 }
 
 std::optional<std::string> ItemChecks::inUseReason(const ApprovedItem& item) {

@@ -13,21 +13,22 @@ namespace orbel {
 
 struct Trasher;
 
-/// An item that passed every check, and the object they were made of, which cannot be mistaken for another
-/// one as long as this lives.
-struct ApprovedItem {
+/// The object that an item stands for, which cannot be mistaken for another one as long as this lives.
+struct HeldItem {
     std::string realPath; ///< in visible form
     FileStamp stamp;      ///< captured by the safety policy
-    std::uint64_t bytes = 0;
-    std::optional<std::string> note;
     platform::HeldObject held;
 
-    /// Whether that very object, unchanged, still lies at its path.
-    bool isInPlace() const { return isAt(realPath); }
-    /// Whether it lies, unchanged, at `path`.
+    /// Whether that very object lies, unchanged, at `path`.
     bool isAt(const std::string& path) const;
     /// Whether it lies at `path`, perhaps changed.
     bool isObjectAt(const std::string& path) const { return FileIdentity::of(path) == stamp.identity; }
+};
+
+/// An item that passed every check.
+struct ApprovedItem : HeldItem {
+    std::uint64_t bytes = 0;
+    std::optional<std::string> note;
 };
 
 /// The checks that every item must pass immediately before its move, in their order. Nothing here changes the
@@ -41,10 +42,14 @@ public:
     /// An error is why the item stays where it is, in the user's words.
     std::expected<ApprovedItem, std::string> approve(const DeletionItem& item);
 
+    /// Holds the object, if the policy lets it go: enough to prepare its move, and no more than that.
+    std::expected<HeldItem, std::string> hold(const DeletionItem& item) const;
+
     /// The most processes that could not be looked at in a check so far.
     int uncheckedProcesses() const { return uncheckedProcesses_; }
 
 private:
+    std::expected<HeldItem, std::string> holdWhatMayGo(const DeletionItem& item) const;
     std::optional<std::string> inUseReason(const ApprovedItem& item);
 
     const Trasher& trasher_;

@@ -3,6 +3,7 @@
 #include "Delete/TrashFolder.h"
 #include "Delete/TrashInfo.h"
 #include "Delete/TrashName.h"
+#include "Journal/Barrier.h"
 #include "Journal/MoveFailure.h"
 #include "Platform/MountTable.h"
 #include "Platform/SystemTrash.h"
@@ -28,10 +29,10 @@ std::optional<std::string> reasonAgainst(const std::string& path, const std::str
     if (RealPath::isInside(trash, path))
         return "It contains the Trash";
     // Such a folder moves without complaint, and emptying the Trash then deletes what is mounted in it.
-    const auto mounts = platform::mountTable();
-    if (mounts.empty())
+    const auto mounts = platform::sharedMountTable();
+    if (mounts->empty())
         return "The system does not tell which volumes are mounted in it";
-    for (const auto& mount : mounts)
+    for (const auto& mount : *mounts)
         if (RealPath::isInside(mount.path, path))
             return "Contains another volume: " + lossyUtf8(mount.path);
     return std::nullopt;
@@ -57,37 +58,101 @@ bool isTaken(const HeldFolder& folder, const std::string& name) {
     return found || found.error() != ENOENT;
 }
 
-/// Absent when the stored name turned out to be taken.
-using Attempt = std::optional<TrashedItem>;
-
-std::expected<Attempt, std::string> attemptMove(const HeldFolder& source, const std::string& name,
-                                                const TrashFolder& trash, const std::string& stored,
-                                                const PlannedMove& plan) {
-    auto info = PendingTrashInfo::create(trash.info, stored + std::string(trashInfoSuffix), plan.infoContent);
-    if (!info && info.error() == EEXIST)
-        return std::nullopt;
-    if (!info)
-        return std::unexpected("Its info file could not be written: "
-                               + std::generic_category().message(info.error()));
-    const auto moved = moveEntry(source, name, trash.files, stored);
-    if (!moved && moved.error() == EEXIST)
-        return std::nullopt;
-    if (!moved)
-        return std::unexpected(moveFailureText(moved.error()));
-    info->keep();
-    TrashedItem item{.path = plan.trashPath};
-    if (const auto lasts = synchroniseMove(source, trash.files); !lasts)
-        item.flushFailure = flushFailureText(lasts.error());
-    return item;
+std::string infoNameOf(const std::string& stored) {
+    return stored + std::string(trashInfoSuffix);
 }
+
+/// Also where there is only an item without an info file: it belongs to another program, and would be lost.
+bool isTaken(const TrashFolder& trash, const std::string& stored) {
+    return isTaken(trash.files, stored) || isTaken(trash.info, infoNameOf(stored));
+}
+
+/// A name by which the item could go; absent when there are too many of its name. A Trash may hold thousands
+/// of them, so the numbers are not tried one by one: it is the first that is free if those that are taken
+/// follow each other.
+std::optional<std::string> freeName(const TrashFolder& trash, const std::string& name) {
+    constexpr unsigned mostOfOneName = 1'000'000;
+    const auto longest = trash.longestName();
+    const auto isNumberTaken = [&](unsigned number) {
+        return isTaken(trash, trashName(name, number, longest));
+    };
+    unsigned taken = 0;
+    unsigned free = 1;
+    for (; isNumberTaken(free); free *= 2) {
+        if (free > mostOfOneName)
+            return std::nullopt;
+        taken = free;
+    }
+    while (free - taken > 1) {
+        const auto middle = taken + (free - taken) / 2;
+        (isNumberTaken(middle) ? taken : free) = middle;
+    }
+    return trashName(name, free, longest);
+}
+
+/// A move by the system's own call, which needs nothing before it.
+class SystemMove final : public TrashMove {
+public:
+    SystemMove(platform::SystemTrash move, std::string path) : move_(move), path_(std::move(path)) {}
+
+    std::expected<std::string, TrashFailure> make(Barrier& /*barrier*/) override {
+        auto moved = move_(path_);
+        if (!moved)
+            return std::unexpected(TrashFailure{.words = std::move(moved.error())});
+        return *std::move(moved);
+    }
+
+private:
+    platform::SystemTrash move_;
+    std::string path_;
+};
+
+/// A move into the Trash folder, with its info file written.
+class FolderMove final : public TrashMove {
+public:
+    FolderMove(std::string path, std::shared_ptr<const TrashFolder> trash, std::string stored,
+               PendingTrashInfo info)
+        : path_(std::move(path)),
+          trash_(std::move(trash)),
+          stored_(std::move(stored)),
+          info_(std::move(info)) {}
+
+    std::expected<std::string, TrashFailure> make(Barrier& barrier) override {
+        if (auto reason = reasonAgainst(path_, trash_->path))
+            return std::unexpected(TrashFailure{.words = *std::move(reason)});
+        const auto source = HeldFolder::open(std::string(parentPath(path_)));
+        if (!source)
+            return failure(source.error());
+        if (!info_.isInPlace())
+            return std::unexpected(
+                TrashFailure{.words = "Its info file was removed from the Trash", .isPlanVoid = true});
+        if (const auto moved =
+                moveEntry(*source, std::string(lastPathComponent(path_)), trash_->files, stored_);
+            !moved)
+            return failure(moved.error());
+        info_.keep();
+        barrier.addMove(*source, trash_->files);
+        return joinedPath(joinedPath(trash_->path, "files"), stored_);
+    }
+
+private:
+    static std::unexpected<TrashFailure> failure(int error) {
+        return std::unexpected(TrashFailure{.words = moveFailureText(error), .isPlanVoid = error == EEXIST});
+    }
+
+    std::string path_;
+    std::shared_ptr<const TrashFolder> trash_; ///< outlives the info file in it
+    std::string stored_;
+    PendingTrashInfo info_;
+};
 
 } // namespace
 
 LiveTrash::LiveTrash(std::string trashFolder, Clock now)
     : trashFolder_(std::move(trashFolder)), now_(std::move(now)) {}
 
-std::expected<TrashedItem, std::string> LiveTrash::moveToTrash(const std::string& path,
-                                                               const AboutToMove& aboutToMove) {
+std::expected<std::unique_ptr<TrashMove>, std::string>
+LiveTrash::prepare(const std::string& path, const AboutToMove& aboutToMove, Barrier& barrier) {
     const auto itemPath = itemPathOf(path);
     if (!itemPath)
         return std::unexpected("It is not the path of an item");
@@ -95,43 +160,44 @@ std::expected<TrashedItem, std::string> LiveTrash::moveToTrash(const std::string
     if (const auto move = platform::systemTrash()) {
         if (auto go = aboutToMove({.trashPath = joinedPath(trashFolder_, name)}); !go)
             return std::unexpected(std::move(go.error()));
-        auto moved = move(*itemPath);
-        if (!moved)
-            return std::unexpected(std::move(moved.error()));
-        return TrashedItem{.path = *std::move(moved)};
+        return std::make_unique<SystemMove>(move, *itemPath);
     }
 
-    const auto source = HeldFolder::open(std::string(parentPath(*itemPath)));
-    if (!source)
-        return std::unexpected(moveFailureText(source.error()));
-    if (const auto item = source->identityOf(name); !item)
-        return std::unexpected(moveFailureText(item.error()));
-    const auto trash = TrashFolder::open(trashFolder_);
+    const auto trash = openTrash(barrier);
     if (!trash)
         return std::unexpected(trash.error());
-    if (auto reason = reasonAgainst(*itemPath, trash->path))
-        return std::unexpected(std::move(*reason));
-
+    const auto& folder = **trash;
     const auto infoContent = trashInfoText(*itemPath, now_());
-    constexpr unsigned mostAttempts = 100'000;
-    for (unsigned attempt = 1; attempt <= mostAttempts; ++attempt) {
-        const auto stored = trashName(name, attempt, trash->longestName());
-        const auto infoName = stored + std::string(trashInfoSuffix);
-        // Also where there is only an item without an info file: it is somebody's, and would be lost.
-        if (isTaken(trash->files, stored) || isTaken(trash->info, infoName))
-            continue;
-        const PlannedMove plan{.trashPath = joinedPath(joinedPath(trash->path, "files"), stored),
-                               .infoPath = joinedPath(joinedPath(trash->path, "info"), infoName),
-                               .infoContent = infoContent};
-        if (auto go = aboutToMove(plan); !go)
+    constexpr int mostAttempts = 100; // others may be quicker, but not forever
+    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+        const auto stored = freeName(folder, name);
+        if (!stored)
+            break;
+        const auto infoName = infoNameOf(*stored);
+        if (auto go = aboutToMove({.trashPath = joinedPath(joinedPath(folder.path, "files"), *stored),
+                                   .infoPath = joinedPath(joinedPath(folder.path, "info"), infoName),
+                                   .infoContent = infoContent});
+            !go)
             return std::unexpected(std::move(go.error()));
-        auto attempted = attemptMove(*source, name, *trash, stored, plan);
-        if (!attempted)
-            return std::unexpected(attempted.error());
-        if (auto& moved = *attempted)
-            return *std::move(moved);
+        auto info = PendingTrashInfo::create(folder.info, infoName, infoContent, barrier);
+        if (info)
+            return std::make_unique<FolderMove>(*itemPath, *trash, *stored, *std::move(info));
+        if (info.error() != EEXIST)
+            return std::unexpected("Its info file could not be written: "
+                                   + std::generic_category().message(info.error()));
     }
     return std::unexpected("The Trash holds too many items of this name");
+}
+
+std::expected<std::shared_ptr<const TrashFolder>, std::string> LiveTrash::openTrash(Barrier& barrier) {
+    if (auto open = openTrash_.lock())
+        return open;
+    auto opened = TrashFolder::open(trashFolder_, barrier);
+    if (!opened)
+        return std::unexpected(std::move(opened.error()));
+    auto shared = std::make_shared<const TrashFolder>(*std::move(opened));
+    openTrash_ = shared;
+    return shared;
 }
 
 } // namespace orbel

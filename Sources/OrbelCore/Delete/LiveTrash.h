@@ -4,8 +4,11 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 
 namespace orbel {
+
+struct TrashFolder;
 
 /// The user's Trash. Where the system has a call of its own for the move, that is used; elsewhere the Trash
 /// folder is kept as the freedesktop.org Trash specification 1.0 has it: items in files/, and in info/ for
@@ -16,10 +19,8 @@ namespace orbel {
 ///    another one; an item on another file system is refused.
 ///  - No link is followed on the way to the item: a folder on `path` that is a link was put there after the
 ///    real path was found, and is refused. So is a Trash that is not wholly the user's own.
-///  - The info file is complete and on the disk before the item moves, so that after a power cut the item
-///    lies either at its place or in the Trash with a whole info file. When the move fails, it is removed.
-///  - A move that happened is reported as such, also when it could not be brought to stable storage; the
-///    report then says so.
+///  - The info file is complete before the item moves, so that after a power cut the item lies either at its
+///    place or in the Trash with a whole info file. When the item does not move, the file is removed.
 ///
 /// The sizes of folders that other programs may have noted in the Trash's file `directorysizes` are left
 /// alone: a noted size is void once its info file is not the one it was noted for, and whoever wants one that
@@ -32,12 +33,15 @@ public:
     /// the folders above it, for the user alone. `now` gives the time that the info files tell.
     explicit LiveTrash(std::string trashFolder, Clock now = std::chrono::system_clock::now);
 
-    std::expected<TrashedItem, std::string> moveToTrash(const std::string& path,
-                                                        const AboutToMove& aboutToMove) override;
+    std::expected<std::unique_ptr<TrashMove>, std::string>
+    prepare(const std::string& path, const AboutToMove& aboutToMove, Barrier& barrier) override;
 
 private:
+    std::expected<std::shared_ptr<const TrashFolder>, std::string> openTrash(Barrier& barrier);
+
     std::string trashFolder_;
     Clock now_;
+    std::weak_ptr<const TrashFolder> openTrash_; ///< opened once for moves that are prepared together
 };
 
 } // namespace orbel

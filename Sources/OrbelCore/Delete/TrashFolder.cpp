@@ -1,6 +1,8 @@
 #include "Delete/TrashFolder.h"
 
+#include "Journal/Barrier.h"
 #include "Journal/MoveFailure.h"
+#include "Journal/PrivateFile.h"
 #include "Safety/RealPath.h"
 #include "Util/PathText.h"
 #include "Util/Utf8.h"
@@ -27,24 +29,14 @@ std::unexpected<std::string> refusal(const std::string& path, int error) {
     return std::unexpected("The Trash cannot be used: " + lossyUtf8(path) + ": " + moveFailureText(error));
 }
 
-void makeFolders(const std::string& path) {
-    // What cannot be made shows when it is resolved.
-    for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {
-        ::mkdir(path.substr(0, end).c_str(), forTheUserAlone);
-        if (end == std::string::npos)
-            return;
-    }
-}
-
 /// Opens one of the three folders, or makes it. `path` is only for the words.
 std::expected<HeldFolder, std::string> openOwn(const HeldFolder& parent, const std::string& name,
-                                               const std::string& path) {
+                                               const std::string& path, Barrier& barrier) {
     auto folder = parent.openInside(name);
     if (!folder && folder.error() == ENOENT) {
         if (::mkdirat(parent.descriptor(), name.c_str(), forTheUserAlone) != 0 && errno != EEXIST)
             return refusal(path, errno);
-        if (const auto lasts = parent.synchronise(); !lasts)
-            return refusal(path, lasts.error());
+        barrier.add(parent);
         folder = parent.openInside(name);
     }
     if (!folder)
@@ -61,11 +53,11 @@ std::expected<HeldFolder, std::string> openOwn(const HeldFolder& parent, const s
 
 } // namespace
 
-std::expected<TrashFolder, std::string> TrashFolder::open(const std::string& path) {
+std::expected<TrashFolder, std::string> TrashFolder::open(const std::string& path, Barrier& barrier) {
     const std::string parentName(parentPath(path));
     auto parentReal = RealPath::resolve(parentName);
     if (!parentReal) {
-        makeFolders(parentName);
+        static_cast<void>(openFolder(parentName)); // what cannot be made shows when it is resolved
         parentReal = RealPath::resolve(parentName);
     }
     if (!parentReal)
@@ -76,13 +68,13 @@ std::expected<TrashFolder, std::string> TrashFolder::open(const std::string& pat
 
     const std::string name(lastPathComponent(path));
     auto real = joinedPath(*parentReal, name);
-    const auto trash = openOwn(*parent, name, real);
+    const auto trash = openOwn(*parent, name, real, barrier);
     if (!trash)
         return std::unexpected(trash.error());
-    auto files = openOwn(*trash, "files", joinedPath(real, "files"));
+    auto files = openOwn(*trash, "files", joinedPath(real, "files"), barrier);
     if (!files)
         return std::unexpected(files.error());
-    auto info = openOwn(*trash, "info", joinedPath(real, "info"));
+    auto info = openOwn(*trash, "info", joinedPath(real, "info"), barrier);
     if (!info)
         return std::unexpected(info.error());
     return TrashFolder{.path = std::move(real), .files = std::move(*files), .info = std::move(*info)};

@@ -9,6 +9,8 @@
 
 namespace orbel {
 
+class Barrier;
+
 /// A home Trash as the freedesktop.org specification lays it out, opened and found to be the user's own.
 struct TrashFolder {
     std::string path; ///< real
@@ -18,8 +20,8 @@ struct TrashFolder {
     /// Opens the Trash at this absolute path, after making what is missing of it, of its two folders and of
     /// the folders above it, for the user alone. The folders above it may be reached by links. The Trash and
     /// its two folders must be real folders that belong to the user and that not everybody may write to: the
-    /// error says which one is not, for the user to read.
-    static std::expected<TrashFolder, std::string> open(const std::string& path);
+    /// error says which one is not, for the user to read. What was made is added to `barrier`.
+    static std::expected<TrashFolder, std::string> open(const std::string& path, Barrier& barrier);
 
     /// How many bytes a name in it may have, so that the name of its info file fits as well.
     std::size_t longestName() const;

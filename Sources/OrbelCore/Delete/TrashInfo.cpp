@@ -1,6 +1,6 @@
 #include "Delete/TrashInfo.h"
 
-#include "Platform/Synchronise.h"
+#include "Journal/Barrier.h"
 
 #include <array>
 #include <cerrno>
@@ -57,7 +57,7 @@ std::string trashInfoText(std::string_view path, std::chrono::system_clock::time
 }
 
 std::expected<PendingTrashInfo, int> PendingTrashInfo::create(const HeldFolder& folder, std::string name,
-                                                              std::string_view content) {
+                                                              std::string_view content, Barrier& barrier) {
     constexpr mode_t forTheUserAlone = 0600;
     const FileDescriptor file(::openat(folder.descriptor(), name.c_str(),
                                        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
@@ -70,15 +70,19 @@ std::expected<PendingTrashInfo, int> PendingTrashInfo::create(const HeldFolder& 
         return std::unexpected(errno);
     if (auto written = writeAll(file.get(), content); !written)
         return std::unexpected(written.error());
-    if (!platform::synchronise(file.get()))
+    const auto status = platform::fileStatus(file.get());
+    if (!status)
         return std::unexpected(errno);
-    if (auto lasts = folder.synchronise(); !lasts)
-        return std::unexpected(lasts.error());
+    info.identity_ = FileIdentity::of(*status);
+    barrier.add(file.get());
+    barrier.add(folder);
     return info;
 }
 
 PendingTrashInfo::PendingTrashInfo(PendingTrashInfo&& other) noexcept
-    : folder_(std::exchange(other.folder_, nullptr)), name_(std::move(other.name_)) {}
+    : folder_(std::exchange(other.folder_, nullptr)),
+      name_(std::move(other.name_)),
+      identity_(other.identity_) {}
 
 PendingTrashInfo::~PendingTrashInfo() {
     // An info file that cannot be removed does no harm: without its item, every listing of the Trash passes

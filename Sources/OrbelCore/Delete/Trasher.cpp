@@ -2,11 +2,13 @@
 
 #include "Delete/ItemChecks.h"
 #include "Delete/TakenAlong.h"
-#include "Journal/IntentLog.h"
+#include "Journal/MoveRecord.h"
 #include "Util/PathText.h"
 #include "Util/Utf8.h"
 #include "Util/Uuid.h"
 
+#include <deque>
+#include <expected>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -28,16 +30,19 @@ std::string unjournalledMove(std::string_view fileManager) {
 class Run {
 public:
     enum class Kind : std::uint8_t { move, rehearsal };
+    using Step = Trasher::Step;
 
-    Run(const Trasher& trasher, Kind kind, const std::string& sessionID)
+    Run(const Trasher& trasher, Kind kind, const std::string& sessionID, const Trasher::Progress& progress,
+        const Trasher::IsCancelled& isCancelled)
         : trasher_(trasher),
           kind_(kind),
+          progress_(progress),
+          isCancelled_(isCancelled),
           checks_(trasher),
-          intents_(trasher.journal->path()),
+          record_(*trasher.journal),
           report_{.sessionID = sessionID, .startedAt = now(), .finishedAt = {}} {}
 
-    DeletionReport over(std::span<const DeletionItem> items, const Trasher::Progress& progress,
-                        const Trasher::IsCancelled& isCancelled);
+    DeletionReport over(std::span<const DeletionItem> items);
 
 private:
     enum class Next : std::uint8_t { goOn, stop };
@@ -48,173 +53,288 @@ private:
         std::optional<TrashedIdentity> folder;
     };
 
+    /// One item of the group that is under way.
+    struct Move {
+        std::size_t index;
+        const DeletionItem& item;
+        /// Of the line that tells what became of the item, whatever that is: its intent names the same one,
+        /// so that settling the intents later takes no known outcome for an unknown one.
+        std::string lineID = newUuid();
+        std::optional<HeldItem> held{}; ///< absent: it was not to be prepared
+        Recognition known{};
+        std::optional<std::string> infoPath{}; ///< of the file in the Trash that stands for it
+        std::expected<std::unique_ptr<TrashMove>, std::string> prepared = nullptr;
+        bool isMade = false;
+    };
+
+    /// A move that was made and has no line yet.
+    struct Unrecorded {
+        const Move& move;
+        DeletionReport::Moved moved;
+    };
+
     Date now() const { return std::chrono::floor<std::chrono::microseconds>(trasher_.now()); }
+    bool isCancelled() { return report_.cancelled = isCancelled_ && isCancelled_(); }
+    void tell(const Move& move, Step step) const {
+        if (progress_)
+            progress_(move.index, move.item, step);
+    }
 
-    Next handle(const DeletionItem& item);
-    Next move(const DeletionItem& item, const ApprovedItem& approved);
-    Next confirm(const DeletionItem& item, const ApprovedItem& approved, Recognition known,
-                 const TrashedItem& trashed);
-    Next stopForMismatch(const DeletionItem& item, const std::string& trashPath);
+    Next handleGroup(std::vector<Move>& group);
+    std::expected<void, JournalError> prepare(std::vector<Move>& group);
+    std::expected<void, JournalError> prepare(Move& move);
+    Next handle(Move& move);
+    Next make(Move& move, const ApprovedItem& approved);
+    Next confirm(Move& move, const ApprovedItem& approved, const std::string& trashPath);
+    Next stopForMismatch(const Move& move, const std::string& trashPath);
+    void drop(Move& move);
+    bool tryAgain(const Move& move);
+    Next record();
 
-    JournalEntry entry(const DeletionItem& item, JournalEntry::Result result) const;
-    JournalEntry trashedEntry(const DeletionItem& item, const ApprovedItem& approved,
-                              const Recognition& known, const std::string& trashPath) const;
+    JournalEntry entry(const Move& move, JournalEntry::Result result) const;
+    JournalEntry trashedEntry(const Move& move, const HeldItem& held, const std::string& trashPath) const;
     void reportSkipped(const DeletionItem& item, std::string reason);
-    bool journalSkipped(JournalEntry line);
-    Next skip(const DeletionItem& item, const std::string& reason);
+    void addLine(JournalEntry line);
+    Next skip(const Move& move, const std::string& reason);
     Next stopForJournal(std::string why);
 
     const Trasher& trasher_;
     Kind kind_;
+    const Trasher::Progress& progress_;
+    const Trasher::IsCancelled& isCancelled_;
     ItemChecks checks_;
-    IntentLog intents_;
+    MoveRecord record_;
     DeletionReport report_;
-    /// Of the line that tells what became of the item in progress, whatever that is: its intent names the
-    /// same one, so that nobody who settles the intents later takes a known outcome for an unknown one.
-    std::string lineID_;
-    bool isEveryOutcomeKnown_ = true;
+    // Of the group that is under way.
+    std::optional<JournalError> journalFailure_; ///< why nothing of it may move
+    std::vector<std::size_t> again_;             ///< comes with the next one
+    std::vector<JournalEntry> lines_;            ///< waiting to be appended
+    std::vector<Unrecorded> unrecorded_;
+    std::chrono::steady_clock::time_point recordedAt_;
+    bool mustBeRecorded_ = false; ///< some waiting line tells of something in the Trash
+    int retries_ = 0;             ///< over the whole run
 };
 
-DeletionReport Run::over(std::span<const DeletionItem> items, const Trasher::Progress& progress,
-                         const Trasher::IsCancelled& isCancelled) {
+DeletionReport Run::over(std::span<const DeletionItem> items) {
     const auto isTakenAlong = takenAlong(items);
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        if (isTakenAlong[i])
-            continue;
-        if (isCancelled && isCancelled()) {
-            report_.cancelled = true;
+    std::deque<std::size_t> waiting;
+    for (std::size_t i = 0; i < items.size(); ++i)
+        if (!isTakenAlong[i])
+            waiting.push_back(i);
+    while (!waiting.empty() && !isCancelled()) {
+        std::vector<Move> group;
+        for (; !waiting.empty() && group.size() < MoveRecord::mostMoves; waiting.pop_front())
+            group.push_back({.index = waiting.front(), .item = items[waiting.front()]});
+        if (handleGroup(group) == Next::stop)
             break;
-        }
-        if (progress)
-            progress(i, items[i]);
-        if (handle(items[i]) == Next::stop)
-            break;
+        waiting.insert(waiting.begin(), again_.begin(), again_.end());
+        again_.clear();
     }
     report_.uncheckedProcesses = checks_.uncheckedProcesses();
-    if (isEveryOutcomeKnown_)
-        intents_.close();
     report_.finishedAt = now();
     return std::move(report_);
 }
 
-Run::Next Run::handle(const DeletionItem& item) {
-    lineID_ = newUuid();
-    const auto approved = checks_.approve(item);
-    if (!approved)
-        return skip(item, approved.error());
+Run::Next Run::handleGroup(std::vector<Move>& group) {
+    journalFailure_.reset();
     if (kind_ == Kind::move)
-        return move(item, *approved);
+        if (auto prepared = prepare(group); !prepared)
+            journalFailure_ = std::move(prepared.error());
+    recordedAt_ = std::chrono::steady_clock::now();
+    auto next = Next::goOn;
+    for (auto& move : group) {
+        next = isCancelled() ? Next::stop : handle(move);
+        if (next == Next::goOn
+            && std::chrono::steady_clock::now() - recordedAt_ > MoveRecord::longestUnrecorded)
+            next = record();
+        if (next == Next::stop)
+            break;
+    }
+    if (record() == Next::stop)
+        next = Next::stop;
+    for (auto& move : group)
+        drop(move);
+    record_.end();
+    return next;
+}
+
+/// Nothing is told of an item here: why it cannot move is told when its turn comes.
+std::expected<void, JournalError> Run::prepare(std::vector<Move>& group) {
+    std::size_t count = 0;
+    for (auto& move : group)
+        if (auto held = checks_.hold(move.item)) {
+            move.held = *std::move(held);
+            ++count;
+        }
+    if (count == 0)
+        return {};
+    if (auto begun = record_.begin(count); !begun)
+        return begun;
+    for (auto& move : group)
+        if (move.held)
+            if (auto prepared = prepare(move); !prepared)
+                return prepared;
+    return record_.seal();
+}
+
+std::expected<void, JournalError> Run::prepare(Move& move) {
+    const auto& held = *move.held;
+    move.known = {.item = platform::persistentIdentity(held.realPath, held.stamp.identity.inode),
+                  .folder = TrashedIdentity::of(std::string(parentPath(held.realPath)))};
+    std::expected<void, JournalError> intended;
+    const auto aboutToMove = [&](const PlannedMove& plan) -> std::expected<void, std::string> {
+        auto line = trashedEntry(move, held, plan.trashPath);
+        // What the move will be measured to free is not known yet.
+        line.bytes = move.item.estimatedBytes;
+        line.note = move.item.note;
+        MoveIntent intent{.kind = MoveIntent::Kind::toTrash,
+                          .entry = std::move(line),
+                          .sourcePath = held.realPath,
+                          .destinationPath = plan.trashPath,
+                          .stamp = held.stamp,
+                          .persistent = move.known.item};
+        if (plan.infoPath)
+            intent.infoFile = {.path = *plan.infoPath, .content = plan.infoContent};
+        move.infoPath = plan.infoPath;
+        intended = record_.intend(intent);
+        if (!intended)
+            return std::unexpected(intended.error().words);
+        return {};
+    };
+    move.prepared = trasher_.trash->prepare(held.realPath, aboutToMove, record_.barrier());
+    return intended;
+}
+
+Run::Next Run::handle(Move& move) {
+    tell(move, Step::begun);
+    const auto approved = checks_.approve(move.item);
+    if (!approved)
+        return skip(move, approved.error());
+    if (kind_ == Kind::move)
+        return make(move, *approved);
     report_.moved.push_back(
-        {.title = item.title, .path = item.path, .bytes = approved->bytes, .note = approved->note});
+        {.title = move.item.title, .path = move.item.path, .bytes = approved->bytes, .note = approved->note});
+    tell(move, Step::moved);
     return Next::goOn;
 }
 
-Run::Next Run::move(const DeletionItem& item, const ApprovedItem& approved) {
-    if (const auto writable = trasher_.journal->preflight(); !writable) {
-        skip(item, journalUnwritable);
-        return stopForJournal(writable.error().words);
+Run::Next Run::make(Move& move, const ApprovedItem& approved) {
+    if (journalFailure_) {
+        skip(move, journalUnwritable);
+        return stopForJournal(journalFailure_->words);
     }
-    Recognition known{.item = platform::persistentIdentity(approved.realPath, approved.stamp.identity.inode),
-                      .folder = TrashedIdentity::of(std::string(parentPath(approved.realPath)))};
-    std::optional<JournalError> intentFailure;
-    std::optional<std::string> infoPath;
-    bool isInPlace = true;
-    const auto aboutToMove = [&](const PlannedMove& plan) -> std::expected<void, std::string> {
-        MoveIntent intent{.kind = MoveIntent::Kind::toTrash,
-                          .entry = trashedEntry(item, approved, known, plan.trashPath),
-                          .sourcePath = approved.realPath,
-                          .destinationPath = plan.trashPath,
-                          .stamp = approved.stamp,
-                          .persistent = known.item};
-        if (plan.infoPath)
-            intent.infoFile = {.path = *plan.infoPath, .content = plan.infoContent};
-        if (const auto written = intents_.begin(intent); !written) {
-            intentFailure = written.error();
-            return std::unexpected(intentFailure->words);
-        }
-        infoPath = plan.infoPath;
-        // Writing waits for the disk, long enough for something else to take the item's place; that stays.
-        // What slips into the moment that is left, the check after the move finds.
-        isInPlace = approved.isInPlace();
-        if (!isInPlace)
-            return std::unexpected(changed);
-        return {};
-    };
-    const auto trashed = trasher_.trash->moveToTrash(approved.realPath, aboutToMove);
-    if (trashed)
-        return confirm(item, approved, std::move(known), *trashed);
-    if (intentFailure) {
-        skip(item, journalUnwritable);
-        return stopForJournal(std::move(intentFailure->words));
+    // What stood against it is gone: it was busy for a moment, or too many files were open.
+    if (!move.held && tryAgain(move))
+        return Next::goOn;
+    if (!move.held || move.held->realPath != approved.realPath)
+        return skip(move, changed);
+    if (!move.prepared)
+        return skip(move, "Could not move to the Trash: " + move.prepared.error());
+    const auto trashed = (*move.prepared)->make(record_.barrier());
+    if (trashed) {
+        move.isMade = true;
+        return confirm(move, approved, *trashed);
     }
-    // Settling removes a note that was made for the item and could not be removed now.
-    if (infoPath && platform::fileStatus(*infoPath))
-        isEveryOutcomeKnown_ = false;
-    return skip(item, isInPlace ? "Could not move to the Trash: " + trashed.error() : changed);
+    if (trashed.error().isPlanVoid && tryAgain(move))
+        return Next::goOn;
+    return skip(move, "Could not move to the Trash: " + trashed.error().words);
 }
 
-Run::Next Run::confirm(const DeletionItem& item, const ApprovedItem& approved, Recognition known,
-                       const TrashedItem& trashed) {
-    const bool isUnchanged = approved.isAt(trashed.path);
+Run::Next Run::confirm(Move& move, const ApprovedItem& approved, const std::string& trashPath) {
+    const bool isUnchanged = approved.isAt(trashPath);
     // An item that was changed in the last moment is in the Trash and has to be found there.
-    if (!isUnchanged && !approved.isObjectAt(trashed.path))
-        return stopForMismatch(item, trashed.path);
-    report_.moved.push_back(
-        {.title = item.title, .path = item.path, .bytes = approved.bytes, .note = approved.note});
+    if (!isUnchanged && !approved.isObjectAt(trashPath))
+        return stopForMismatch(move, trashPath);
+    const auto& item = move.item;
+    unrecorded_.push_back(
+        {.move = move,
+         .moved = {.title = item.title, .path = item.path, .bytes = approved.bytes, .note = approved.note}});
     // Asked again where it could not be told before: what outlives a remount is worth the call.
-    if (!known.item)
-        known.item = platform::persistentIdentity(trashed.path, approved.stamp.identity.inode);
-    auto line = trashedEntry(item, approved, known, trashed.path);
+    if (!move.known.item)
+        move.known.item = platform::persistentIdentity(trashPath, approved.stamp.identity.inode);
+    auto line = trashedEntry(move, approved, trashPath);
+    line.bytes = approved.bytes;
+    line.note = approved.note;
     if (!isUnchanged) {
-        line.trashedIdentity = TrashedIdentity::of(trashed.path);
+        line.trashedIdentity = TrashedIdentity::of(trashPath);
         reportSkipped(item, mismatch);
         report_.stoppedForMismatch = true;
     }
-    // A line would outlast a power cut that the move may not. The intent stays, and the next
-    // start records it.
-    auto recorded = trashed.flushFailure ? std::unexpected(JournalError{.words = *trashed.flushFailure})
-                                         : trasher_.journal->append(line);
-    if (recorded)
-        return isUnchanged ? Next::goOn : Next::stop;
-    isEveryOutcomeKnown_ = false;
-    reportSkipped(item, unjournalledMove(trasher_.policy.conventions().fileManager));
-    return stopForJournal(std::move(recorded.error().words));
+    addLine(std::move(line));
+    mustBeRecorded_ = true;
+    return isUnchanged ? Next::goOn : Next::stop;
 }
 
-Run::Next Run::stopForMismatch(const DeletionItem& item, const std::string& trashPath) {
-    auto line = entry(item, JournalEntry::Result::skipped);
+Run::Next Run::stopForMismatch(const Move& move, const std::string& trashPath) {
+    auto line = entry(move, JournalEntry::Result::skipped);
     line.reason = mismatch;
     line.trashPath = trashPath;
     line.trashedIdentity = TrashedIdentity::of(trashPath);
-    reportSkipped(item, mismatch);
+    reportSkipped(move.item, mismatch);
+    tell(move, Step::skipped);
     // With its line written there is nothing to settle: where the approved object went cannot be found
     // out later either.
-    isEveryOutcomeKnown_ = journalSkipped(std::move(line)) && isEveryOutcomeKnown_;
+    addLine(std::move(line));
+    mustBeRecorded_ = true;
     report_.stoppedForMismatch = true;
     return Next::stop;
 }
 
-JournalEntry Run::entry(const DeletionItem& item, JournalEntry::Result result) const {
-    return {.id = lineID_,
+/// Removes what was made in the Trash for a move that was not made.
+void Run::drop(Move& move) {
+    move.prepared = nullptr;
+    // Settling removes what could not be removed now.
+    if (!move.isMade && move.infoPath && platform::fileStatus(*move.infoPath))
+        record_.keepIntents();
+}
+
+bool Run::tryAgain(const Move& move) {
+    constexpr int mostRetries = 1000;
+    if (++retries_ > mostRetries)
+        return false;
+    again_.push_back(move.index);
+    return true;
+}
+
+/// Appends the lines that wait. Whether that is possible matters only to what was moved; of any other item
+/// nothing has changed on the disk.
+Run::Next Run::record() {
+    recordedAt_ = std::chrono::steady_clock::now();
+    if (lines_.empty())
+        return Next::goOn;
+    auto recorded = record_.record(std::exchange(lines_, {}));
+    if (std::exchange(mustBeRecorded_, false) && !recorded)
+        record_.keepIntents();
+    const auto made = std::exchange(unrecorded_, {});
+    for (const auto& [move, moved] : made) {
+        report_.moved.push_back(moved);
+        tell(move, Step::moved);
+    }
+    if (recorded || made.empty())
+        return Next::goOn;
+    for (const auto& [move, moved] : made)
+        reportSkipped(move.item, unjournalledMove(trasher_.policy.conventions().fileManager));
+    return stopForJournal(std::move(recorded.error().words));
+}
+
+JournalEntry Run::entry(const Move& move, JournalEntry::Result result) const {
+    return {.id = move.lineID,
             .sessionID = report_.sessionID,
             .time = now(),
-            .module = item.module,
-            .title = item.title,
-            .originalPath = item.path,
-            .root = item.root,
+            .module = move.item.module,
+            .title = move.item.title,
+            .originalPath = move.item.path,
+            .root = move.item.root,
             .result = result};
 }
 
-JournalEntry Run::trashedEntry(const DeletionItem& item, const ApprovedItem& approved,
-                               const Recognition& known, const std::string& trashPath) const {
-    auto line = entry(item, JournalEntry::Result::trashed);
-    line.originalParentRealPath = parentPath(approved.realPath);
-    line.originalParentIdentity = known.folder;
-    line.approvedRealPath = approved.realPath;
-    line.bytes = approved.bytes;
+JournalEntry Run::trashedEntry(const Move& move, const HeldItem& held, const std::string& trashPath) const {
+    auto line = entry(move, JournalEntry::Result::trashed);
+    line.originalParentRealPath = parentPath(held.realPath);
+    line.originalParentIdentity = move.known.folder;
+    line.approvedRealPath = held.realPath;
     line.trashPath = trashPath;
-    line.trashedIdentity = TrashedIdentity::of(approved.stamp, known.item);
-    line.note = approved.note;
+    line.trashedIdentity = TrashedIdentity::of(held.stamp, move.known.item);
     return line;
 }
 
@@ -222,23 +342,22 @@ void Run::reportSkipped(const DeletionItem& item, std::string reason) {
     report_.skipped.push_back({.title = item.title, .path = item.path, .reason = std::move(reason)});
 }
 
-/// Whether it could be written matters only to what was moved; of any other item nothing has changed on the
-/// disk.
-bool Run::journalSkipped(JournalEntry line) {
+void Run::addLine(JournalEntry line) {
     // A home that is not the user's own gets no journal either: its owner could not write to it any more.
     if (kind_ == Kind::rehearsal || trasher_.policy.homeReason())
-        return false;
+        return;
     // A path that is no text is refused for that, and written down as far as it can be read.
     line.title = lossyUtf8(line.title);
     line.originalPath = lossyUtf8(line.originalPath);
-    return trasher_.journal->append(line).has_value();
+    lines_.push_back(std::move(line));
 }
 
-Run::Next Run::skip(const DeletionItem& item, const std::string& reason) {
-    auto line = entry(item, JournalEntry::Result::skipped);
+Run::Next Run::skip(const Move& move, const std::string& reason) {
+    auto line = entry(move, JournalEntry::Result::skipped);
     line.reason = reason;
-    reportSkipped(item, reason);
-    static_cast<void>(journalSkipped(std::move(line)));
+    reportSkipped(move.item, reason);
+    addLine(std::move(line));
+    tell(move, Step::skipped);
     return Next::goOn;
 }
 
@@ -262,12 +381,12 @@ Trasher::Trasher(SafetyPolicy safetyPolicy, std::shared_ptr<JournalStore> journa
 
 DeletionReport Trasher::run(std::span<const DeletionItem> items, const std::string& sessionID,
                             const Progress& progress, const IsCancelled& isCancelled) const {
-    return Run(*this, Run::Kind::move, sessionID).over(items, progress, isCancelled);
+    return Run(*this, Run::Kind::move, sessionID, progress, isCancelled).over(items);
 }
 
 DeletionReport Trasher::rehearse(std::span<const DeletionItem> items, const std::string& sessionID,
                                  const Progress& progress, const IsCancelled& isCancelled) const {
-    return Run(*this, Run::Kind::rehearsal, sessionID).over(items, progress, isCancelled);
+    return Run(*this, Run::Kind::rehearsal, sessionID, progress, isCancelled).over(items);
 }
 
 } // namespace orbel

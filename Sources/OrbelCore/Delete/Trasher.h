@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <span>
@@ -22,12 +23,20 @@ namespace orbel {
 /// what landed in the Trash is the very object that was approved. What is doubtful is skipped with a reason,
 /// never forced, and what could make the record untrue ends the run. A stop never undoes a completed move.
 ///
+/// Items are prepared, and their lines written, in groups, so that the disk is not waited for at each (see
+/// MoveRecord). An item counts as moved once its line is on the disk.
+///
 /// A process that ends at any point leaves each item at its place or in the Trash, and in the latter case
 /// either its line in the journal or the intent from which settleIntents() writes it.
 ///
 /// A value; its functions can be replaced one by one. run() blocks and is called from one thread at a time.
 struct Trasher {
-    using Progress = std::function<void(std::size_t index, const DeletionItem& item)>;
+    enum class Step : std::uint8_t { begun, moved, skipped };
+
+    /// What becomes of the item at this place of the list. Each that is dealt with begins, one after another
+    /// in their order, and ends as one of the others, perhaps only when further ones have begun. One whose
+    /// name in the Trash was taken by another program may begin again.
+    using Progress = std::function<void(std::size_t index, const DeletionItem& item, Step step)>;
     using IsCancelled = std::function<bool()>;
 
     /// With the live measuring, in-use check and clock.
@@ -45,8 +54,8 @@ struct Trasher {
     std::function<std::chrono::system_clock::time_point()> now;
 
     /// Moves the items in the given order. One that repeats, or lies in another one, moves only once (see
-    /// takenAlong()). `progress` and `isCancelled`, which may be empty, are called on this thread, before
-    /// each item that is dealt with; an item in progress is always finished.
+    /// takenAlong()). `progress` and `isCancelled`, which may be empty, are called on this thread;
+    /// `isCancelled` before each item that is dealt with. An item in progress is always finished.
     DeletionReport run(std::span<const DeletionItem> items, const std::string& sessionID,
                        const Progress& progress, const IsCancelled& isCancelled) const;
 

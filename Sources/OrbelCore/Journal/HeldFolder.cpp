@@ -2,7 +2,6 @@
 
 #include "Platform/ExclusiveRename.h"
 #include "Platform/OpenFolder.h"
-#include "Platform/Synchronise.h"
 
 #include <cerrno>
 
@@ -40,15 +39,11 @@ std::expected<FileIdentity, int> HeldFolder::identity() const {
     return FileIdentity::of(*status);
 }
 
-std::expected<void, int> HeldFolder::synchronise() const {
-    // What is held may serve for nothing but calls relative to it: it has to be opened for reading.
-    const auto readable = openInside(".");
+std::expected<FileDescriptor, int> HeldFolder::openForFlush() const {
+    auto readable = openInside(".");
     if (!readable)
         return std::unexpected(readable.error());
-    // Some file systems keep no names that would have to be written apart from what they name, and say so.
-    if (!platform::synchronise(readable->descriptor()) && errno != EINVAL && errno != ENOTSUP)
-        return std::unexpected(errno);
-    return {};
+    return std::move(readable->folder_);
 }
 
 std::expected<void, int> moveEntry(const HeldFolder& fromFolder, const std::string& from,
@@ -62,23 +57,6 @@ std::expected<void, int> moveEntry(const HeldFolder& fromFolder, const std::stri
     if (!moved && moved.error() != EEXIST && toFolder.identityOf(to) == *item && !fromFolder.identityOf(from))
         return {};
     return moved;
-}
-
-std::expected<void, int> synchroniseMove(const HeldFolder& fromFolder, const HeldFolder& toFolder) {
-    auto lasts = toFolder.synchronise();
-    const bool isNewNameOut = lasts.has_value();
-    if (isNewNameOut)
-        lasts = fromFolder.synchronise();
-    if (lasts || lasts.error() != EACCES)
-        return lasts;
-    // A folder that may not be read can be flushed only with all of its file system, through
-    // the other folder.
-    const auto other = (isNewNameOut ? toFolder : fromFolder).openInside(".");
-    if (!other)
-        return std::unexpected(other.error());
-    if (!platform::synchroniseFileSystem(other->descriptor()))
-        return std::unexpected(errno);
-    return {};
 }
 
 } // namespace orbel

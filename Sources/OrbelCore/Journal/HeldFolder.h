@@ -28,8 +28,8 @@ public:
     /// What the folder itself is.
     std::expected<FileIdentity, int> identity() const;
 
-    /// Waits until the names in this folder are on the disk. EACCES when it may not be read.
-    std::expected<void, int> synchronise() const;
+    /// The folder opened anew, in a way that allows to flush it. EACCES when it may not be read.
+    std::expected<FileDescriptor, int> openForFlush() const;
 
 private:
     explicit HeldFolder(FileDescriptor folder) : folder_(std::move(folder)) {}
@@ -41,10 +41,5 @@ private:
 /// renameExclusively). An error means that it did not move.
 std::expected<void, int> moveEntry(const HeldFolder& fromFolder, const std::string& from,
                                    const HeldFolder& toFolder, const std::string& to);
-
-/// Waits until a move between two folders is on the disk: the new name first, then that the old one is gone,
-/// because some file systems would otherwise show both after a power cut. After an error the move may or may
-/// not outlast a power cut, even if a later call succeeds.
-std::expected<void, int> synchroniseMove(const HeldFolder& fromFolder, const HeldFolder& toFolder);
 
 } // namespace orbel

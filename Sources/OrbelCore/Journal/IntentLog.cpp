@@ -1,8 +1,8 @@
 #include "Journal/IntentLog.h"
 
+#include "Journal/Barrier.h"
 #include "Journal/JournalJson.h"
 #include "Journal/PrivateFile.h"
-#include "Platform/Synchronise.h"
 #include "Util/PathText.h"
 #include "Util/Uuid.h"
 
@@ -25,14 +25,32 @@ std::expected<void, JournalError> IntentLog::begin(const MoveIntent& intent) {
     if (!file_)
         if (auto opened = open(); !opened)
             return opened;
-    if (appendBytes(file_.get(), line) == line.size() && platform::synchronise(file_.get()))
+    if (appendBytes(file_.get(), line) == line.size())
         return {};
     const auto error = systemErrorAt(path_);
-    // What the file holds now cannot be relied on. The next intent gets a file of its own; this one is left
-    // to be settled, since an earlier intent in it may still be needed.
-    file_.reset();
-    path_.clear();
+    // What the file holds now cannot be relied on, and an earlier intent in it may still be needed.
+    leave();
     return std::unexpected(error);
+}
+
+void IntentLog::addTo(Barrier& barrier) {
+    if (file_)
+        barrier.add(file_.get());
+    if (newFolder_)
+        barrier.add(newFolder_.get());
+    newFolder_.reset();
+}
+
+void IntentLog::forget() {
+    // Should it fail, or be undone by a power cut, settling finds every line in the journal.
+    if (file_)
+        static_cast<void>(::ftruncate(file_.get(), 0));
+}
+
+void IntentLog::leave() {
+    file_.reset();
+    newFolder_.reset();
+    path_.clear();
 }
 
 void IntentLog::close() {
@@ -40,12 +58,11 @@ void IntentLog::close() {
     // journal.
     if (!path_.empty())
         static_cast<void>(::unlink(path_.c_str()));
-    path_.clear();
-    file_.reset();
+    leave();
 }
 
 std::expected<void, JournalError> IntentLog::open() {
-    const auto folder = openFolder(folder_);
+    auto folder = openFolder(folder_);
     if (!folder)
         return std::unexpected(folder.error());
     for (int attempt = 0; attempt < 100; ++attempt) {
@@ -60,9 +77,8 @@ std::expected<void, JournalError> IntentLog::open() {
         // it.
         if (!made->isStillAt(folder->get(), name))
             continue;
-        if (!platform::synchronise(folder->get()))
-            return std::unexpected(systemErrorAt(path));
         file_ = std::move(made->file);
+        newFolder_ = *std::move(folder);
         path_ = path;
         return {};
     }

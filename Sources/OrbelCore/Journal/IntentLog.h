@@ -10,7 +10,9 @@
 
 namespace orbel {
 
-/// What one run is about to move, written beside the journal before each move, so that a crash or a power cut
+class Barrier;
+
+/// What one run is about to move, written beside the journal before it moves, so that a crash or a power cut
 /// between a move and its line in the journal loses nothing: settleIntents() finds the item later and writes
 /// the line.
 ///
@@ -30,13 +32,23 @@ public:
     /// Leaves the file for settleIntents(), unless close() removed it.
     ~IntentLog() = default;
 
-    /// Writes an intent and brings it to stable storage. Only once this succeeded may the move begin; when it
-    /// failed nothing may be moved.
+    /// Writes an intent. Only once that succeeded, and a barrier that the log was added to was passed, may
+    /// the move begin.
     std::expected<void, JournalError> begin(const MoveIntent& intent);
 
+    /// Adds the file and its name to what the barrier brings to the disk.
+    void addTo(Barrier& barrier);
+
+    /// Every outcome of the intents so far is known and recorded: empties the file.
+    void forget();
+
+    /// Leaves the file as it is for settleIntents(): an outcome is not known, or not recorded. A later intent
+    /// begins another one.
+    void leave();
+
     /// The run ended and every outcome is known: removes the file. Call it only when each item that was moved
-    /// has its line in the journal; leave it out after a failed append or a move that went wrong. Nothing to
-    /// do when no intent was begun. Another run may then begin in the same log.
+    /// has its line in the journal. Nothing to do when no intent was begun. Another run may then begin in the
+    /// same log.
     void close();
 
 private:
@@ -45,6 +57,7 @@ private:
     std::string folder_;
     std::string path_; ///< of the file, empty while there is none
     FileDescriptor file_;
+    FileDescriptor newFolder_; ///< holds the file, whose name was not flushed yet
 };
 
 } // namespace orbel

@@ -1,10 +1,12 @@
 #include "Journal/IntentSettling.h"
 
+#include "Journal/Barrier.h"
 #include "Journal/HeldFolder.h"
 #include "Journal/IntentLog.h"
 #include "Journal/JournalJson.h"
 #include "Journal/MoveFailure.h"
 #include "Journal/PrivateFile.h"
+#include "Journal/TrashNote.h"
 #include "Platform/MountTable.h"
 #include "Safety/RealPath.h"
 #include "Util/PathResolver.h"
@@ -18,7 +20,9 @@
 #include <cstdint>
 #include <expected>
 #include <filesystem>
+#include <iterator>
 #include <nlohmann/json.hpp>
+#include <span>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -45,39 +49,6 @@ bool liesAt(const std::string& path, const MoveIntent& intent) {
     return isSameObject(then, *now);
 }
 
-/// The Trash's note of an attempt, in its open folder, if it is one that we wrote.
-class OwnNote {
-public:
-    enum class State : std::uint8_t {
-        none,       ///< there is no note, or it is another one
-        unfinished, ///< a beginning of ours, or nothing yet
-        whole
-    };
-
-    explicit OwnNote(const MoveIntent& intent) {
-        if (!intent.infoFile)
-            return;
-        const auto& [path, content] = *intent.infoFile;
-        folder_ = openExistingFolder(std::string(parentPath(path)));
-        name_ = lastPathComponent(path);
-        const auto note = PrivateFile::open(folder_.get(), name_, PrivateFile::Access::read, path);
-        const auto found = note ? readFile(note->file.get()) : std::nullopt;
-        if (found && content.starts_with(*found) && note->isStillAt(folder_.get(), name_))
-            state_ = *found == content ? State::whole : State::unfinished;
-    }
-
-    bool isWhole() const { return state_ == State::whole; }
-    void remove() const {
-        if (state_ != State::none)
-            static_cast<void>(::unlinkat(folder_.get(), name_.c_str(), 0));
-    }
-
-private:
-    FileDescriptor folder_;
-    std::string name_;
-    State state_ = State::none;
-};
-
 std::expected<HeldFolder, int> folderOf(const std::string& path) {
     const auto real = RealPath::resolve(std::string(parentPath(path)));
     if (!real)
@@ -85,53 +56,53 @@ std::expected<HeldFolder, int> folderOf(const std::string& path) {
     return HeldFolder::open(*real);
 }
 
-/// Whether certainly nothing has the name in the Trash that the attempt's note belongs to.
-bool isNameFree(const MoveIntent& intent) {
-    const auto& path = intent.kind == MoveIntent::Kind::toTrash ? intent.destinationPath : intent.sourcePath;
-    const auto folder = folderOf(path);
-    return folder && folder->identityOf(std::string(lastPathComponent(path))) == std::unexpected(ENOENT);
-}
-
 /// Whether something else went to the Trash in the item's place, which is still at its own: it lies there
 /// with the whole note that was made for the item. Without that note its origin would be lost.
 bool somethingElseWent(const MoveIntent& intent) {
     return intent.kind == MoveIntent::Kind::toTrash && platform::fileStatus(intent.destinationPath)
-           && OwnNote(intent).isWhole();
+           && TrashNote(intent).isWhole();
 }
 
-/// Brings a move that happened to stable storage. A folder that the item left may be gone meanwhile.
-std::expected<void, JournalError> makeLast(const MoveIntent& intent) {
-    const auto lasts = [&]() -> std::expected<void, int> {
-        const auto to = folderOf(intent.destinationPath);
-        if (!to)
-            return std::unexpected(to.error());
-        const auto from = folderOf(intent.sourcePath);
-        return from ? synchroniseMove(*from, *to) : to->synchronise();
-    }();
-    if (!lasts)
-        return std::unexpected(errorAt(intent.destinationPath, flushFailureText(lasts.error())));
-    return {};
+/// Adds a move that happened. A folder that the item left may be gone meanwhile.
+void addMove(const MoveIntent& intent, Barrier& barrier) {
+    const auto to = folderOf(intent.destinationPath);
+    const auto from = folderOf(intent.sourcePath);
+    if (!to)
+        barrier.fail(to.error());
+    else if (from)
+        barrier.addMove(*from, *to);
+    else
+        barrier.add(*to);
 }
 
 /// What the journal holds already.
-struct Recorded {
-    std::unordered_set<std::string_view> ids;
-    std::unordered_set<std::string_view> restored; ///< what `restored` lines refer to
-
+class Recorded {
+public:
     explicit Recorded(const std::vector<JournalEntry>& entries) {
         for (const auto& entry : entries) {
-            ids.insert(entry.id);
+            outcomes_.emplace(entry.id, entry.result);
             if (entry.result == JournalEntry::Result::restored && entry.refersTo)
-                restored.insert(*entry.refersTo);
+                restored_.insert(*entry.refersTo);
         }
     }
 
     /// Also when another program was quicker to put the item back.
     bool holds(const MoveIntent& intent) const {
-        return ids.contains(intent.entry.id)
+        return outcomes_.contains(intent.entry.id)
                || (intent.kind == MoveIntent::Kind::putBack && intent.entry.refersTo
-                   && restored.contains(*intent.entry.refersTo));
+                   && restored_.contains(*intent.entry.refersTo));
     }
+
+    /// Whether by its lines the item is now where the intent was to move it.
+    bool saysMoved(const MoveIntent& intent) const {
+        const auto outcome = outcomes_.find(intent.entry.id);
+        return outcome != outcomes_.end() && outcome->second == intent.entry.result
+               && !restored_.contains(intent.entry.id);
+    }
+
+private:
+    std::unordered_map<std::string_view, JournalEntry::Result> outcomes_; ///< by the line's id
+    std::unordered_set<std::string_view> restored_;                       ///< what `restored` lines refer to
 };
 
 /// The intents of one file whose process is gone, while this object holds its lock.
@@ -146,25 +117,58 @@ public:
         const auto failuresBefore = settlement.failures.size();
         if (const auto moves = read(settlement); !moves.empty()) {
             // Asked only now, under the lock: whoever settled this file before us may have been interrupted.
-            if (const auto entries = journal.read()) {
-                const Recorded recorded(*entries);
-                for (const auto& attempts : moves)
-                    if (const auto place = placeOutOfReach(attempts))
-                        settlement.failures.push_back(
-                            errorAt(*place, "lies on a volume that may not answer; what was moved there is "
-                                            "looked for again at the next start")
-                                .words);
-                    else
-                        settle(attempts, recorded.holds(attempts.front()), journal, settlement);
-            } else {
+            if (const auto entries = journal.read())
+                settle(moves, Recorded(*entries), journal, settlement);
+            else
                 settlement.failures.push_back(entries.error().words);
-            }
         }
         if (settlement.failures.size() == failuresBefore && ::unlink(path_.c_str()) != 0)
             settlement.failures.push_back(systemErrorAt(path_).words);
     }
 
 private:
+    void settle(const std::vector<Attempts>& moves, const Recorded& recorded, JournalStore& journal,
+                Settlement& settlement) {
+        std::vector<const Attempts*> arrived;
+        std::vector<JournalEntry> lines;
+        Barrier barrier(openExistingFolder(std::string(parentPath(journal.path()))));
+        for (const auto& attempts : moves) {
+            if (const auto place = placeOutOfReach(attempts)) {
+                settlement.failures.push_back(
+                    errorAt(*place, "lies on a volume that may not answer; what was moved there is "
+                                    "looked for again at the next start")
+                        .words);
+                continue;
+            }
+            const bool isRecorded = recorded.holds(attempts.front());
+            const auto found = look(attempts);
+            if (found.doubt.empty() && found.isThere) {
+                arrived.push_back(&attempts);
+                addMove(*found.intent, barrier);
+                if (!isRecorded)
+                    lines.push_back(missingLine(*found.intent));
+            } else if (found.doubt.empty() && recorded.saysMoved(*found.intent)) {
+                settlement.doubts.push_back({.entry = found.intent->entry,
+                                             .words = doubt(*found.intent, "the journal says that it moved, "
+                                                                           "but it is at its place")});
+            } else if (found.doubt.empty()) {
+                removeNotes(attempts);
+            } else if (!isRecorded) {
+                settlement.doubts.push_back(
+                    {.entry = found.intent->entry, .words = doubt(*found.intent, found.doubt)});
+            }
+        }
+        if (arrived.empty())
+            return;
+        if (const auto lasts = keep(lines, journal, barrier); !lasts) {
+            settlement.failures.push_back(lasts.error().words);
+            return;
+        }
+        std::ranges::move(lines, std::back_inserter(settlement.recorded));
+        for (const auto* attempts : arrived)
+            removeNotes(*attempts);
+    }
+
     std::optional<std::string> placeOutOfReach(const Attempts& attempts) {
         for (const auto& intent : attempts)
             for (const auto& path : {intent.sourcePath, intent.destinationPath})
@@ -199,55 +203,49 @@ private:
         return moves;
     }
 
-    static void settle(const Attempts& attempts, bool isRecorded, JournalStore& journal,
-                       Settlement& settlement) {
+    struct Found {
+        const MoveIntent* intent; ///< the attempt that counts
+        bool isThere;             ///< where that was to move it; else the item is where it was
+        std::string_view doubt;   ///< empty: it is at one place, and nothing else took the other
+    };
+
+    static Found look(const Attempts& attempts) {
         const auto arrived = std::ranges::find_if(
             attempts, [](const MoveIntent& intent) { return liesAt(intent.destinationPath, intent); });
         const bool isThere = arrived != attempts.end();
         const auto& intent = isThere ? *arrived : attempts.back();
         const bool isStillHere = liesAt(intent.sourcePath, intent);
-        if (isThere == isStillHere) {
-            if (!isRecorded)
-                settlement.doubts.push_back(
-                    {.entry = intent.entry,
-                     .words = doubt(intent, isThere ? "it is at both places now"
-                                                    : "it is at neither place any more")});
-            return;
-        }
-        if (isStillHere && somethingElseWent(intent)) {
-            if (!isRecorded)
-                settlement.doubts.push_back(
-                    {.entry = intent.entry,
-                     .words = doubt(intent, "something else went to the Trash in its place")});
-            return;
-        }
-        if (isThere)
-            if (const auto kept = keep(intent, isRecorded, journal, settlement); !kept) {
-                settlement.failures.push_back(kept.error().words);
-                return;
-            }
-        for (const auto& attempt : attempts)
-            if (isNameFree(attempt))
-                OwnNote(attempt).remove();
+        if (isThere && isStillHere)
+            return {&intent, isThere, "it is at both places now"};
+        if (!isThere && !isStillHere)
+            return {&intent, isThere, "it is at neither place any more"};
+        if (isStillHere && somethingElseWent(intent))
+            return {&intent, isThere, "something else went to the Trash in its place"};
+        return {&intent, isThere, {}};
     }
 
-    /// Makes a move last and writes its line, unless that is done.
-    static std::expected<void, JournalError> keep(const MoveIntent& intent, bool isRecorded,
-                                                  JournalStore& journal, Settlement& settlement) {
-        if (!isRecorded || intent.kind == MoveIntent::Kind::putBack)
-            if (auto lasts = makeLast(intent); !lasts)
-                return lasts;
-        if (isRecorded)
-            return {};
-        auto entry = intent.entry;
+    static JournalEntry missingLine(const MoveIntent& intent) {
+        auto line = intent.entry;
         // It may have been written to since, and is to be recognised as it is now.
         if (auto now = TrashedIdentity::of(intent.destinationPath);
             now && intent.kind == MoveIntent::Kind::toTrash)
-            entry.trashedIdentity = std::move(now);
-        if (auto appended = journal.append(entry); !appended)
-            return appended;
-        settlement.recorded.push_back(std::move(entry));
+            line.trashedIdentity = std::move(now);
+        return line;
+    }
+
+    /// Makes the moves in the barrier last, and writes their lines, if any is missing.
+    static std::expected<void, JournalError> keep(std::span<const JournalEntry> lines, JournalStore& journal,
+                                                  Barrier& barrier) {
+        if (!lines.empty())
+            return journal.append(lines, barrier);
+        if (const auto lasts = barrier.pass(); !lasts)
+            return std::unexpected(errorAt(journal.path(), flushFailureText(lasts.error())));
         return {};
+    }
+
+    static void removeNotes(const Attempts& attempts) {
+        for (const auto& attempt : attempts)
+            static_cast<void>(TrashNote(attempt).removeIfUnused()); // at worst it stays
     }
 
     static std::string doubt(const MoveIntent& intent, std::string_view found) {

@@ -1,7 +1,9 @@
 #include "Journal/JournalStore.h"
 
+#include "Journal/Barrier.h"
 #include "Journal/JournalLine.h"
 #include "Journal/JournalReading.h"
+#include "Journal/MoveFailure.h"
 #include "Journal/PrivateFile.h"
 #include "Platform/Synchronise.h"
 #include "Util/PathText.h"
@@ -55,10 +57,11 @@ bool endsWithinLine(const OpenJournal& journal) {
                || last != '\n');
 }
 
-/// Brings the file, and its name if it is new, to stable storage.
-bool synchroniseAll(const OpenJournal& journal) {
-    return platform::synchronise(journal.file.file.get())
-           && (!journal.file.isNew || platform::synchronise(journal.folder.get()));
+/// Adds the file, and its name if it is new.
+void addTo(Barrier& barrier, const OpenJournal& journal) {
+    barrier.add(journal.file.file.get());
+    if (journal.file.isNew)
+        barrier.add(journal.folder.get());
 }
 
 } // namespace
@@ -70,22 +73,41 @@ std::string JournalStore::defaultPath(const std::string& applicationSupportFolde
 }
 
 std::expected<void, JournalError> JournalStore::append(const JournalEntry& entry) {
-    const auto encoded = journalLine(entry);
-    if (!encoded)
-        return std::unexpected(encoded.error());
+    Barrier barrier;
+    return append({&entry, 1}, barrier);
+}
+
+std::expected<void, JournalError> JournalStore::append(std::span<const JournalEntry> entries,
+                                                       Barrier& barrier) {
+    std::string lines = "\n"; // in front, for a last line that is torn
+    std::size_t firstEnd = 0;
+    for (const auto& entry : entries) {
+        const auto encoded = journalLine(entry);
+        if (!encoded)
+            return std::unexpected(encoded.error());
+        lines += *encoded + "\n";
+        if (firstEnd == 0)
+            firstEnd = lines.size();
+    }
     const std::scoped_lock guard(lock_);
     const auto journal = openForAppending(path_);
     if (!journal)
         return std::unexpected(journal.error());
-    // A torn last line must stay a line of its own, or it would take this one with it.
-    const std::string line = (endsWithinLine(*journal) ? "\n" : "") + *encoded + "\n";
-    if (const auto written = appendBytes(journal->file.file.get(), line); written < line.size()) {
+    if (!barrier.keepsOrder())
+        if (const auto lasts = barrier.pass(); !lasts)
+            return std::unexpected(JournalError{.words = flushFailureText(lasts.error())});
+    // A torn last line must stay a line of its own, or it would take the next one with it.
+    const std::size_t skipped = endsWithinLine(*journal) ? 0 : 1;
+    const auto text = std::string_view(lines).substr(skipped);
+    if (const auto written = appendBytes(journal->file.file.get(), text); written < text.size()) {
         auto error = systemErrorAt(path_);
-        error.mayBeRecorded = written + 1 == line.size(); // only the line feed is missing
+        error.mayBeRecorded =
+            skipped + written + 1 >= firstEnd; // of the first, only the line feed is missing
         return std::unexpected(error);
     }
-    if (!synchroniseAll(*journal)) {
-        auto error = systemErrorAt(path_);
+    addTo(barrier, *journal);
+    if (const auto lasts = barrier.pass(); !lasts) {
+        auto error = errorAt(path_, std::generic_category().message(lasts.error()));
         error.mayBeRecorded = true;
         return std::unexpected(error);
     }
@@ -93,16 +115,26 @@ std::expected<void, JournalError> JournalStore::append(const JournalEntry& entry
 }
 
 std::expected<void, JournalError> JournalStore::preflight() {
+    Barrier barrier;
+    auto writable = preflight(1, barrier);
+    if (const auto lasts = barrier.pass(); writable && !lasts)
+        return std::unexpected(errorAt(path_, std::generic_category().message(lasts.error())));
+    return writable;
+}
+
+std::expected<void, JournalError> JournalStore::preflight(std::size_t lines, Barrier& barrier) {
     // Room for the longest line that is to be expected: four paths of the longest kind with every byte
-    // escaped.
-    constexpr std::uint64_t roomForLine = 128 * 1024;
+    // escaped. Not all are that long.
+    constexpr std::uint64_t roomForLongest = 128 * 1024;
+    constexpr std::uint64_t roomForLine = 8 * 1024;
     const std::scoped_lock guard(lock_);
     const auto journal = openForAppending(path_);
     if (!journal)
         return std::unexpected(journal.error());
-    if (!platform::reserveSpace(journal->file.file.get(), journal->length, roomForLine)
-        || !synchroniseAll(*journal))
+    if (!platform::reserveSpace(journal->file.file.get(), journal->length,
+                                roomForLongest + lines * roomForLine))
         return std::unexpected(systemErrorAt(path_));
+    addTo(barrier, *journal);
     return {};
 }
 

@@ -3,12 +3,16 @@
 #include "Journal/JournalEntry.h"
 #include "Journal/JournalError.h"
 
+#include <cstddef>
 #include <expected>
 #include <mutex>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace orbel {
+
+class Barrier;
 
 /// The journal's file: the permanent record of every move to the Trash and every attempt to put an item back,
 /// one line of JSON each, to which lines are only ever added (docs/journal-format.md). One instance is shared
@@ -32,13 +36,17 @@ public:
 
     const std::string& path() const { return path_; }
 
-    /// Adds one line and brings it to stable storage, making the folder and the file (mode 0600) when
-    /// missing. On failure the lines written before are untouched; what part of this one reached the file is
-    /// closed off by the next append and read by nobody, unless the error says that it may be recorded.
+    /// Adds these lines at once, making the folder and the file (mode 0600) when missing, and passes
+    /// `barrier`, so that afterwards they and what was added to it before are on the disk; no line gets
+    /// there before the rest of that. Holds the lock until then. On failure the lines written before are
+    /// untouched; what part of these reached the file is closed off by the next append and read by nobody,
+    /// unless the error says that some of it may be recorded.
+    std::expected<void, JournalError> append(std::span<const JournalEntry> entries, Barrier& barrier);
     std::expected<void, JournalError> append(const JournalEntry& entry);
 
-    /// Proves, without changing the file's content, that a line could be appended right now, and reserves
-    /// room for it where the file system can.
+    /// Proves, without changing the file's content, that this many lines could be appended right now, and
+    /// reserves room for them where the file system can. It all lasts once `barrier` was passed.
+    std::expected<void, JournalError> preflight(std::size_t lines, Barrier& barrier);
     std::expected<void, JournalError> preflight();
 
     /// Every readable entry in file order, oldest first. A line that cannot be read is left out; a file that

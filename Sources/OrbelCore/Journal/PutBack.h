@@ -17,7 +17,7 @@
 
 namespace orbel {
 
-class IntentLog;
+struct Destination;
 
 /// What became of one attempt to put an item back.
 struct PutBackResult {
@@ -61,7 +61,7 @@ struct PutBackOutlook {
 /// allow it there. That folder is held open from these checks until the move was verified, so nothing that
 /// takes its place on the path meanwhile gets the item. Every attempt has its line in the journal, which is
 /// proved writable, and the intent written, before anything moves; only of an item that is not in the Trash
-/// any more nothing is recorded.
+/// any more nothing is recorded. Intents and lines are written for groups of items (see MoveRecord).
 ///
 /// A value; nothing here throws, each failure is a result. Calls block and come from one thread at a time.
 class PutBack {
@@ -98,20 +98,10 @@ public:
     AllowedRoot rootForDestination(const std::string& path) const;
 
 private:
-    struct TrashedObject;
-    struct Destination;
+    class Run;
 
-    std::vector<PutBackResult> putBackAll(std::span<const JournalEntry> entries,
-                                          const IsCancelled& isCancelled) const;
-    PutBackResult putBack(const JournalEntry& entry, IntentLog& intents, bool& isEveryOutcomeKnown) const;
-    PutBackResult moveBack(const JournalEntry& entry, JournalEntry line, const TrashedObject& object,
-                           const Destination& destination, bool& isEveryOutcomeKnown) const;
     PutBackOutlook outlookInTrash(const JournalEntry& entry) const;
     std::expected<Destination, PutBackOutlook> destinationOf(const JournalEntry& entry) const;
-    PutBackResult refuse(JournalEntry line, const PutBackOutlook& outlook) const;
-    PutBackResult refuseAsGone(const JournalEntry& entry, JournalEntry line) const;
-    PutBackResult fail(JournalEntry line, std::string reason) const;
-    JournalEntry newLine(const JournalEntry& entry) const;
     bool isInTrashFolder(const std::string& path) const;
     std::string canonicalOrAsWritten(std::string_view path) const;
 

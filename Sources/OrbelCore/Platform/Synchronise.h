@@ -13,6 +13,15 @@ namespace orbel::platform {
 /// been opened for reading or writing.
 [[nodiscard]] bool synchroniseFileSystem(int descriptor);
 
+/// Whether synchroniseFileSystem() may take the place of synchronise() on each file and folder: it reports
+/// every write that failed since the descriptor was opened, and the file system keeps the order of changes,
+/// so that after a power cut no change is there without those before it. False when in doubt.
+[[nodiscard]] bool mayFlushWholeFileSystem(int descriptor);
+
+/// How many bytes all programs have written that no disk has taken yet, which synchroniseFileSystem() may
+/// have to wait for; 0 where the system does not tell.
+[[nodiscard]] std::uint64_t unwrittenBytes();
+
 /// Reserves room on the disk for `bytes` beyond the first `offset` bytes of an open file, without changing
 /// its length or content. False with errno set only when the room is not there; true also where a file system
 /// cannot reserve.

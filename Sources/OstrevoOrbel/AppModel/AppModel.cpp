@@ -1,7 +1,6 @@
 #include "AppModel/AppModel.h"
 
 #include "AppModel/AppsFlow.h"
-#include "AppModel/CountedTrash.h"
 #include "AppModel/DuplicatesFlow.h"
 #include "AppModel/JournalFlow.h"
 #include "AppModel/LargeOldFlow.h"
@@ -29,9 +28,8 @@ namespace orbel {
 
 namespace {
 
-std::shared_ptr<CountedTrash> trashOf(const AppEnvironment& environment) {
-    return std::make_shared<CountedTrash>(
-        environment.trash ? environment.trash : std::make_shared<LiveTrash>(environment.trashFolder));
+std::shared_ptr<TrashOperations> trashOf(const AppEnvironment& environment) {
+    return environment.trash ? environment.trash : std::make_shared<LiveTrash>(environment.trashFolder);
 }
 
 /// To give back the memory of a long journal takes longer than the main thread may stand still.
@@ -51,8 +49,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       environment_(std::move(environment)),
       policy_(environment_.home),
       journal_(std::make_shared<JournalStore>(environment_.journalPath)),
-      trash_(trashOf(environment_)),
-      session_(Trasher(policy_, journal_, trash_)),
+      session_(Trasher(policy_, journal_, trashOf(environment_))),
       putBackService_(policy_, journal_, std::make_shared<LiveRestore>()),
       journalHistory_(std::make_shared<JournalHistory>()),
       scanRoot_(environment_.dataVolumePath),

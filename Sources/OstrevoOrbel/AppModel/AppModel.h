@@ -32,7 +32,6 @@
 namespace orbel {
 
 class AppsFlow;
-class CountedTrash;
 class DuplicatesFlow;
 class JournalFlow;
 class LargeOldFlow;
@@ -209,7 +208,6 @@ public:
     const SafetyPolicy& policy() const { return policy_; }
     const std::shared_ptr<JournalStore>& journal() const { return journal_; }
     DeletionSession& session() { return session_; }
-    const std::shared_ptr<CountedTrash>& trash() const { return trash_; }
     MoveFlow* moves() { return moves_.get(); }
     PutBackFlow* putBack() { return putBack_.get(); }
     RescanFlow* rescan() { return rescan_.get(); }
@@ -362,7 +360,6 @@ private:
     AppEnvironment environment_;
     SafetyPolicy policy_;
     std::shared_ptr<JournalStore> journal_;
-    std::shared_ptr<CountedTrash> trash_;
     DeletionSession session_;
     PutBack putBackService_;
     std::shared_ptr<const JournalHistory> journalHistory_;

@@ -1,7 +1,6 @@
 #include "AppModel/MoveFlow.h"
 
 #include "AppModel/AppModel.h"
-#include "AppModel/CountedTrash.h"
 #include "AppModel/PutBackFlow.h"
 #include "AppModel/RescanFlow.h"
 #include "AppModel/TreeEdits.h"
@@ -16,6 +15,7 @@
 #include "Util/Uuid.h"
 
 #include <algorithm>
+#include <mutex>
 #include <unordered_set>
 #include <utility>
 
@@ -52,7 +52,45 @@ void dropTakenAlong(std::vector<TickedItem>& items) {
     items = std::move(kept);
 }
 
+MoveItemsModel::State stateAfter(Trasher::Step step) {
+    switch (step) {
+    case Trasher::Step::begun:
+        return MoveItemsModel::State::checking;
+    case Trasher::Step::moved:
+        return MoveItemsModel::State::moved;
+    case Trasher::Step::skipped:
+        return MoveItemsModel::State::skipped;
+    }
+    return MoveItemsModel::State::checking;
+}
+
 } // namespace
+
+/// What became of the items since the main thread last looked. Small files move faster than it could be told
+/// of each.
+class MoveFlow::Steps {
+public:
+    struct Entry {
+        std::size_t row;
+        Trasher::Step step;
+    };
+
+    /// Whether it is the first one to be taken.
+    bool add(Entry entry) {
+        const std::scoped_lock guard(lock_);
+        entries_.push_back(entry);
+        return entries_.size() == 1;
+    }
+
+    std::vector<Entry> take() {
+        const std::scoped_lock guard(lock_);
+        return std::exchange(entries_, {});
+    }
+
+private:
+    std::mutex lock_;
+    std::vector<Entry> entries_;
+};
 
 MoveFlow::MoveFlow(AppModel& app) : app_(app) {
     connect(&app, &AppModel::scanStateChanged, this, [this] {
@@ -134,13 +172,13 @@ void MoveFlow::confirm() {
         ids.push_back(ticked.item.id);
     }
     isReporting_ = false;
-    atWork_ = 0;
     cancellation_ = std::make_shared<ScanCancellation>();
-    const auto trash = app_.trash();
-    movesBeforeItem_ = trash->moves();
-    const auto progress = [this, trash, token = cancellation_,
-                           inbox = inbox_.address()](std::size_t index, const DeletionItem& /*item*/) {
-        inbox.send([this, token, index, moves = trash->moves()] { takeProgress(token.get(), index, moves); });
+    atWork_ = 0;
+    const auto progress = [this, token = cancellation_, steps = std::make_shared<Steps>(),
+                           inbox = inbox_.address()](std::size_t row, const DeletionItem& /*item*/,
+                                                     Trasher::Step step) {
+        if (steps->add({.row = row, .step = step}))
+            inbox.send([this, token, steps] { takeSteps(token.get(), *steps); });
     };
     // The session knows only what this confirmation showed.
     auto& session = app_.session();
@@ -165,20 +203,15 @@ bool MoveFlow::isStopping() const {
     return isDeleting() && cancellation_->isCancelled();
 }
 
-void MoveFlow::takeProgress(const ScanCancellation* token, std::size_t index, std::uint64_t movesSoFar) {
+void MoveFlow::takeSteps(const ScanCancellation* token, Steps& steps) {
     if (cancellation_.get() != token)
         return;
-    settleItemAtWork(index, movesSoFar);
-    items_.setState(index, MoveItemsModel::State::checking);
+    for (const auto& [row, step] : steps.take()) {
+        items_.setState(row, stateAfter(step));
+        if (step == Trasher::Step::begun)
+            atWork_ = row;
+    }
     Q_EMIT changed();
-}
-
-void MoveFlow::settleItemAtWork(std::size_t next, std::uint64_t movesSoFar) {
-    if (next > atWork_)
-        items_.setState(atWork_, movesSoFar > movesBeforeItem_ ? MoveItemsModel::State::moved
-                                                               : MoveItemsModel::State::skipped);
-    atWork_ = next;
-    movesBeforeItem_ = movesSoFar;
 }
 
 void MoveFlow::takeReport(const ScanCancellation* token, DeletionReport report) {

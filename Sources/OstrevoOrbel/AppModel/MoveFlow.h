@@ -127,8 +127,9 @@ Q_SIGNALS:
 
 private:
     void clearTicks();
-    void takeProgress(const ScanCancellation* token, std::size_t index, std::uint64_t movesSoFar);
-    void settleItemAtWork(std::size_t next, std::uint64_t movesSoFar);
+    class Steps;
+
+    void takeSteps(const ScanCancellation* token, Steps& steps);
     void takeReport(const ScanCancellation* token, DeletionReport report);
     void takePutBack(const std::string& sessionID, const std::vector<PutBackResult>& results);
 
@@ -139,7 +140,6 @@ private:
     std::shared_ptr<ScanCancellation> cancellation_; ///< of the batch that runs
     std::shared_future<DeletionReport> batch_;
     std::size_t atWork_ = 0; ///< the row of the item in progress
-    std::uint64_t movesBeforeItem_ = 0;
     QString origin_;
     std::optional<DeletionReport> lastReport_;
     MoveReport report_;

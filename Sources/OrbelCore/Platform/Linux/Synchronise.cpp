@@ -1,8 +1,17 @@
 #include "Platform/Synchronise.h"
 
+#include <array>
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <string_view>
 
 #include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/utsname.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace orbel::platform {
@@ -18,6 +27,30 @@ bool synchronise(int descriptor) {
 
 bool synchroniseFileSystem(int descriptor) {
     return ::syncfs(descriptor) == 0;
+}
+
+bool mayFlushWholeFileSystem(int descriptor) {
+    // syncfs has reported failed writes since Linux 5.8; before, it only told a bad descriptor.
+    struct utsname system {};
+    std::array<int, 2> version{};
+    if (::uname(&system) != 0 || std::sscanf(system.release, "%d.%d", &version[0], &version[1]) != 2
+        || version < std::array{5, 8})
+        return false;
+    // These commit all changes in one sequence of transactions. Of others nothing is promised.
+    struct statfs volume {};
+    return ::fstatfs(descriptor, &volume) == 0
+           && (volume.f_type == EXT4_SUPER_MAGIC || volume.f_type == XFS_SUPER_MAGIC
+               || volume.f_type == BTRFS_SUPER_MAGIC);
+}
+
+std::uint64_t unwrittenBytes() {
+    std::ifstream file("/proc/meminfo");
+    std::uint64_t kilobytes = 0;
+    for (std::string line; std::getline(file, line);)
+        for (const char* name : {"Dirty:", "Writeback:"})
+            if (line.starts_with(name))
+                kilobytes += std::strtoull(line.c_str() + std::string_view(name).size(), nullptr, 10);
+    return kilobytes * 1024;
 }
 
 bool reserveSpace(int descriptor, std::uint64_t offset, std::uint64_t bytes) {

@@ -1,0 +1,49 @@
+#include "Journal/MoveRecord.h"
+
+#include "Journal/JournalStore.h"
+#include "Journal/PrivateFile.h"
+#include "Util/PathText.h"
+
+#include <system_error>
+
+namespace orbel {
+
+MoveRecord::MoveRecord(JournalStore& journal) : journal_(journal), intents_(journal.path()) {}
+
+MoveRecord::~MoveRecord() {
+    if (!mustKeepIntents_)
+        intents_.close();
+}
+
+std::expected<void, JournalError> MoveRecord::begin(std::size_t moves) {
+    auto folder = openFolder(std::string(parentPath(journal_.path())));
+    if (!folder)
+        return std::unexpected(folder.error());
+    barrier_ = Barrier(*std::move(folder));
+    return journal_.preflight(moves, barrier_);
+}
+
+std::expected<void, JournalError> MoveRecord::intend(const MoveIntent& intent) {
+    return intents_.begin(intent);
+}
+
+std::expected<void, JournalError> MoveRecord::seal() {
+    intents_.addTo(barrier_);
+    const auto lasts = barrier_.pass();
+    if (lasts)
+        return {};
+    // What the file of intents holds on the disk is in doubt.
+    intents_.leave();
+    return std::unexpected(errorAt(journal_.path(), std::generic_category().message(lasts.error())));
+}
+
+std::expected<void, JournalError> MoveRecord::record(std::span<const JournalEntry> lines) {
+    return journal_.append(lines, barrier_);
+}
+
+void MoveRecord::end() {
+    if (!mustKeepIntents_)
+        intents_.forget();
+}
+
+} // namespace orbel

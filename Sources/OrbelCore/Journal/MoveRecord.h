@@ -1,0 +1,75 @@
+#pragma once
+
+#include "Journal/Barrier.h"
+#include "Journal/IntentLog.h"
+#include "Journal/JournalEntry.h"
+#include "Journal/JournalError.h"
+#include "Journal/MoveIntent.h"
+
+#include <chrono>
+#include <cstddef>
+#include <expected>
+#include <span>
+#include <string>
+
+namespace orbel {
+
+class JournalStore;
+
+/// What a run of moves writes down, group after group, so that a crash or a power cut at any moment loses
+/// nothing and leaves nothing unrecorded:
+///
+///   begin, intend for each move, seal: nothing may have moved yet;
+///   the moves, each added to barrier();
+///   record: their lines, as often as wanted; only then they count as made;
+///   end.
+///
+/// Where one flush covers all of it, a group takes two: in seal() and in record(). One thread at a time.
+class MoveRecord {
+public:
+    /// How many moves a group has at most: enough to make its flushes cheap, few enough for what is kept
+    /// open for each.
+    static constexpr std::size_t mostMoves = 128;
+
+    /// After so much work the lines of what has moved are to be recorded, if only to show that it goes on.
+    static constexpr std::chrono::milliseconds longestUnrecorded{500};
+
+    /// Nothing is created on disk before begin(). `journal` must live as long as this.
+    explicit MoveRecord(JournalStore& journal);
+
+    /// Leaves no intents behind, unless a group did not get to its end or keepIntents() was called.
+    ~MoveRecord();
+    MoveRecord(const MoveRecord&) = delete;
+    MoveRecord& operator=(const MoveRecord&) = delete;
+
+    /// Begins a group of at most so many moves: proves that the journal can take their lines.
+    std::expected<void, JournalError> begin(std::size_t moves);
+
+    /// Says what is about to move. After an error no move of the group may be made; the same for seal().
+    std::expected<void, JournalError> intend(const MoveIntent& intent);
+
+    /// Waits until all that was said, and all that was added to the barrier, is on the disk.
+    std::expected<void, JournalError> seal();
+
+    /// Of the group: what is written for the moves, and the moves themselves, are to be added to it.
+    Barrier& barrier() { return barrier_; }
+
+    /// Appends the lines and waits until they and the moves are on the disk. After an error the intents of
+    /// what was moved must be kept.
+    std::expected<void, JournalError> record(std::span<const JournalEntry> lines);
+
+    /// What became of some move is not known, or something of it is left to be done: settleIntents() does it
+    /// later.
+    void keepIntents() { mustKeepIntents_ = true; }
+
+    /// Ends the group: each of its moves is recorded, or known not to have been made.
+    void end();
+
+private:
+    JournalStore& journal_;
+    IntentLog intents_;
+    Barrier barrier_;
+    bool mustKeepIntents_ = false;
+};
+
+} // namespace orbel

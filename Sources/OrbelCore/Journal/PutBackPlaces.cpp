@@ -1,0 +1,43 @@
+#include "Journal/PutBackPlaces.h"
+
+#include "Util/PathText.h"
+
+#include <cerrno>
+#include <utility>
+
+namespace orbel {
+
+std::optional<TrashedObject> TrashedObject::hold(const std::string& path, const TrashedIdentity& moved) {
+    auto held = platform::HeldObject::hold(path);
+    const auto status = held ? held->status() : std::nullopt;
+    if (!status)
+        return std::nullopt;
+    const auto stamp = FileStamp::of(*status);
+    auto persistent = platform::persistentIdentity(path, stamp.identity.inode);
+    if (!isSameObject(moved, TrashedIdentity::of(stamp, persistent)))
+        return std::nullopt;
+    return TrashedObject{*std::move(held), stamp, std::move(persistent)};
+}
+
+std::optional<Destination> Destination::open(const JournalEntry& entry) {
+    const auto path = entry.originalParentRealPath.value_or("");
+    auto folder = HeldFolder::open(path);
+    const auto identity = folder ? folder->identity() : std::unexpected(ENOENT);
+    if (!identity)
+        return std::nullopt;
+    Destination opened{.folder = *std::move(folder),
+                       .identity = *identity,
+                       .folderPath = path,
+                       .name = std::string(lastPathComponent(entry.originalPath))};
+    const auto& then = entry.originalParentIdentity;
+    const auto now = then ? TrashedIdentity::of(path) : std::nullopt;
+    if (then && (!now || !isSameObject(*then, *now)))
+        return std::nullopt;
+    return opened;
+}
+
+std::string Destination::pathFor(const JournalEntry& entry) {
+    return joinedPath(entry.originalParentRealPath.value_or(""), lastPathComponent(entry.originalPath));
+}
+
+} // namespace orbel

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Journal/HeldFolder.h"
+#include "Journal/MoveIntent.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace orbel {
+
+/// The Trash's own note of an item.
+class TrashNote {
+public:
+    /// What an intent says of the note of an item in the files/ folder of a Trash; absent where there is
+    /// none, or none that it can name.
+    static std::optional<MoveIntent::InfoFile> of(const std::string& trashPath);
+
+    /// The note of an item that is, or just was, in the files/ folder of a Trash, whatever it says. As long
+    /// as it is there, other programs that keep to the rules do not give the item's name away.
+    explicit TrashNote(const std::string& trashPath);
+
+    /// The note that this intent names, if it holds what the intent says, or a beginning of that: a kill may
+    /// have left it unfinished.
+    explicit TrashNote(const MoveIntent& intent);
+
+    bool isWhole() const { return state_ == State::whole; }
+
+    /// Removes it if it is a regular file of this user's own and nothing in the Trash has the name that it
+    /// belongs to. False when a note is there afterwards, this one or another.
+    bool removeIfUnused() const;
+
+private:
+    enum class State : std::uint8_t {
+        none,       ///< there is no note, or it is another one
+        unfinished, ///< a beginning of ours, or nothing yet
+        whole
+    };
+
+    TrashNote(std::string itemPath, std::string path, const std::string* content);
+
+    std::string itemPath_, path_;
+    std::optional<HeldFolder> folder_; ///< of the note
+    State state_ = State::none;
+};
+
+} // namespace orbel
