@@ -161,6 +161,25 @@ TEST(LiveTrash, TellsItsPlanBeforeEachAttempt) {
     EXPECT_EQ(readFile(home.infoOf("film 2.mkv")), "theirs");
 }
 
+TEST(LiveTrash, MovesNothingWithoutItsInfoFile) {
+    const TrashHome home;
+    const auto path = home.file("file");
+    LiveTrash trash(home.trash(), atNoon);
+    for (const bool isReplaced : {false, true}) {
+        Barrier barrier;
+        const auto prepared = trash.prepare(path, goAhead, barrier);
+        ASSERT_TRUE(prepared) << prepared.error();
+        fs::remove(home.infoOf("file")); // as emptying the Trash does
+        if (isReplaced)
+            home.file(".local/share/Trash/info/file.trashinfo", "theirs");
+        const auto moved = (*prepared)->make(barrier);
+        ASSERT_FALSE(moved);
+        EXPECT_TRUE(moved.error().isPlanVoid);
+        EXPECT_TRUE(fs::exists(path));
+    }
+    EXPECT_EQ(home.contents(), Names{"info/file.trashinfo"}) << "another program's is left alone";
+}
+
 TEST(LiveTrash, IsStoppedByAnObjection) {
     const TrashHome home;
     const auto path = home.file("file");

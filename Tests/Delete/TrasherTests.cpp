@@ -186,6 +186,24 @@ TEST(Trasher, AFailedMoveIsSkippedWithItsWords) {
     EXPECT_TRUE(home.intentFiles().empty()) << "it is known to lie at its place";
 }
 
+TEST(Trasher, AnItemWhosePlanBecameVoidComesWithTheNextGroup) {
+    MoverHome home;
+    const auto items = home.files({"a/one", "a/two"});
+    std::vector<std::size_t> begun;
+    const auto progress = onBegin([&](std::size_t index) { begun.push_back(index); });
+    home.fakeTrash->voidPlans = 1;
+    const auto report = home.trasher.run(items, "session", progress, nullptr);
+    EXPECT_EQ(titles(report.moved), (Names{"two", "one"}));
+    EXPECT_TRUE(report.skipped.empty());
+    EXPECT_EQ(begun, (std::vector<std::size_t>{0, 1, 0}));
+    EXPECT_EQ(titles(home.entries()), titles(report.moved));
+    EXPECT_TRUE(home.intentFiles().empty());
+
+    home.fakeTrash->voidPlans = 1'000'000;
+    EXPECT_EQ(skipReason(home.run(home.files({"b/never"}))),
+              "Could not move to the Trash: Its name was taken");
+}
+
 TEST(Trasher, TellsHardLinksAtTheMoment) {
     MoverHome home;
     home.file("a/linked", 10);

@@ -24,12 +24,16 @@ void call(const Hook& hook, const std::string& path) {
 
 class FakeTrash::Move : public TrashMove {
 public:
-    Move(const FakeTrash& trash, std::string path, std::string target)
+    Move(FakeTrash& trash, std::string path, std::string target)
         : trash_(trash), path_(std::move(path)), target_(std::move(target)) {}
 
     std::expected<std::string, TrashFailure> make(Barrier& barrier) override {
         if (trash_.failure)
             return std::unexpected(TrashFailure{.words = *trash_.failure});
+        if (trash_.voidPlans > 0) {
+            --trash_.voidPlans;
+            return std::unexpected(TrashFailure{.words = "Its name was taken", .isPlanVoid = true});
+        }
         call(trash_.beforeMoving, path_);
         fs::rename(path_, target_);
         call(trash_.afterMoving, target_);
@@ -39,7 +43,7 @@ public:
     }
 
 private:
-    const FakeTrash& trash_;
+    FakeTrash& trash_;
     std::string path_, target_;
 };
 

@@ -23,6 +23,7 @@ public:
     std::function<void(const std::string&path)> beforeAsking, beforeMoving;
     std::function<void(const std::string& trashPath)> afterMoving;
     std::optional<std::string> failure; ///< the words with which a move fails
+    int voidPlans = 0;                  ///< how many of the next moves find their plan void
     int flushError = 0;                 ///< of every move that is made
 
 private:

@@ -1,12 +1,14 @@
 #include "AppModel/MoveFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "HookedTrash.h"
+#include "Journal/MoveRecord.h"
 #include "ModelScene.h"
 #include "RealHome.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <QSignalSpy>
+#include <thread>
 
 namespace orbel::test {
 
@@ -161,6 +163,8 @@ TEST_F(MoveFlowOn, EachItemTellsWhatBecameOfItWhileTheOthersMove) {
     measure();
     QStringList seen;
     trash->beforeMoving = [&](const std::string& path) {
+        if (path == films[0]) // then it is told without waiting for the others
+            std::this_thread::sleep_for(MoveRecord::longestUnrecorded);
         if (path != films[2])
             return;
         QMetaObject::invokeMethod(

@@ -1,6 +1,7 @@
 #include "AppModel/MoveFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "HookedTrash.h"
+#include "Journal/MoveRecord.h"
 #include "Models/TreemapItem.h"
 #include "Platform/HomeTrash.h"
 #include "RealHome.h"
@@ -13,6 +14,7 @@
 #include <QProcess>
 #include <QtTest/QTest>
 #include <set>
+#include <thread>
 
 namespace orbel::test {
 
@@ -346,6 +348,8 @@ TEST_F(MovingInTheWindow, TheSheetShowsEachItemUntilItIsToldToStop) {
     scene.environment.trash = trash;
     open(800, 560);
     trash->beforeMoving = [this](const std::string& path) {
+        if (path == films[0])
+            std::this_thread::sleep_for(MoveRecord::longestUnrecorded);
         if (path != films[1])
             return;
         QMetaObject::invokeMethod(

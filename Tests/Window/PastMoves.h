@@ -3,6 +3,7 @@
 #include "Delete/LiveTrash.h"
 #include "Journal/JournalStore.h"
 #include "Platform/HomeTrash.h"
+#include "Support/FakeMoves.h"
 #include "Support/TemporaryFolder.h"
 #include "Util/PathText.h"
 #include "Util/Uuid.h"
@@ -25,16 +26,12 @@ public:
     /// Moves new files of these names, all from Videos.
     void move(const std::string& session, const std::vector<std::string>& names, const std::string& time,
               DeletionModule module = DeletionModule::duplicates) {
+        LiveTrash liveTrash(trash);
         for (const auto& name : names) {
             home.file("Videos/" + name, 20'000);
             auto line = lineOf(session, name, time, module);
             line.bytes = 20'480;
-            line.trashPath =
-                LiveTrash(trash)
-                    .moveToTrash(line.originalPath,
-                                 [](const PlannedMove&) { return std::expected<void, std::string>(); })
-                    .value()
-                    .path;
+            line.trashPath = moveToTrash(liveTrash, line.originalPath).value();
             line.trashedIdentity = TrashedIdentity::of(*line.trashPath);
             journal.append(line).value();
         }

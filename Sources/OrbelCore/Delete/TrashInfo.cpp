@@ -64,16 +64,15 @@ std::expected<PendingTrashInfo, int> PendingTrashInfo::create(const HeldFolder& 
                                        forTheUserAlone));
     if (!file)
         return std::unexpected(errno);
-    PendingTrashInfo info(folder, std::move(name));
+    const auto status = platform::fileStatus(file.get());
+    if (!status)
+        return std::unexpected(errno);
+    PendingTrashInfo info(folder, std::move(name), FileIdentity::of(*status));
     // The umask may have taken away even the right to read it.
     if (::fchmod(file.get(), forTheUserAlone) != 0)
         return std::unexpected(errno);
     if (auto written = writeAll(file.get(), content); !written)
         return std::unexpected(written.error());
-    const auto status = platform::fileStatus(file.get());
-    if (!status)
-        return std::unexpected(errno);
-    info.identity_ = FileIdentity::of(*status);
     barrier.add(file.get());
     barrier.add(folder);
     return info;
@@ -87,7 +86,7 @@ PendingTrashInfo::PendingTrashInfo(PendingTrashInfo&& other) noexcept
 PendingTrashInfo::~PendingTrashInfo() {
     // An info file that cannot be removed does no harm: without its item, every listing of the Trash passes
     // it over.
-    if (folder_ != nullptr)
+    if (isInPlace())
         ::unlinkat(folder_->descriptor(), name_.c_str(), 0);
 }
 

@@ -34,11 +34,12 @@ public:
     void keep() { folder_ = nullptr; }
 
 private:
-    PendingTrashInfo(const HeldFolder& folder, std::string name) : folder_(&folder), name_(std::move(name)) {}
+    PendingTrashInfo(const HeldFolder& folder, std::string name, const FileIdentity& identity)
+        : folder_(&folder), name_(std::move(name)), identity_(identity) {}
 
     const HeldFolder* folder_; ///< null once nothing is to be removed any more
     std::string name_;
-    FileIdentity identity_{};
+    FileIdentity identity_;
 };
 
 } // namespace orbel

@@ -53,9 +53,14 @@ private:
         std::optional<TrashedIdentity> folder;
     };
 
+    struct Waiting {
+        std::size_t index;
+        int tries = 0; ///< so far
+    };
+
     /// One item of the group that is under way.
     struct Move {
-        std::size_t index;
+        Waiting place;
         const DeletionItem& item;
         /// Of the line that tells what became of the item, whatever that is: its intent names the same one,
         /// so that settling the intents later takes no known outcome for an unknown one.
@@ -77,7 +82,7 @@ private:
     bool isCancelled() { return report_.cancelled = isCancelled_ && isCancelled_(); }
     void tell(const Move& move, Step step) const {
         if (progress_)
-            progress_(move.index, move.item, step);
+            progress_(move.place.index, move.item, step);
     }
 
     Next handleGroup(std::vector<Move>& group);
@@ -107,24 +112,23 @@ private:
     DeletionReport report_;
     // Of the group that is under way.
     std::optional<JournalError> journalFailure_; ///< why nothing of it may move
-    std::vector<std::size_t> again_;             ///< comes with the next one
+    std::vector<Waiting> again_;                 ///< comes with the next one
     std::vector<JournalEntry> lines_;            ///< waiting to be appended
     std::vector<Unrecorded> unrecorded_;
     std::chrono::steady_clock::time_point recordedAt_;
     bool mustBeRecorded_ = false; ///< some waiting line tells of something in the Trash
-    int retries_ = 0;             ///< over the whole run
 };
 
 DeletionReport Run::over(std::span<const DeletionItem> items) {
     const auto isTakenAlong = takenAlong(items);
-    std::deque<std::size_t> waiting;
+    std::deque<Waiting> waiting;
     for (std::size_t i = 0; i < items.size(); ++i)
         if (!isTakenAlong[i])
-            waiting.push_back(i);
+            waiting.push_back({.index = i});
     while (!waiting.empty() && !isCancelled()) {
         std::vector<Move> group;
         for (; !waiting.empty() && group.size() < MoveRecord::mostMoves; waiting.pop_front())
-            group.push_back({.index = waiting.front(), .item = items[waiting.front()]});
+            group.push_back({.place = waiting.front(), .item = items[waiting.front().index]});
         if (handleGroup(group) == Next::stop)
             break;
         waiting.insert(waiting.begin(), again_.begin(), again_.end());
@@ -289,11 +293,11 @@ void Run::drop(Move& move) {
 }
 
 bool Run::tryAgain(const Move& move) {
-    constexpr int mostRetries = 1000;
-    if (++retries_ > mostRetries)
-        return false;
-    again_.push_back(move.index);
-    return true;
+    constexpr int mostTries = 20;
+    const int tries = move.place.tries + 1;
+    if (tries < mostTries)
+        again_.push_back({.index = move.place.index, .tries = tries});
+    return tries < mostTries;
 }
 
 /// Appends the lines that wait. Whether that is possible matters only to what was moved; of any other item

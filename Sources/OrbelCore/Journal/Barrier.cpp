@@ -18,11 +18,11 @@ namespace {
 constexpr std::uint64_t mostForeignBytes = 256 * 1024 * 1024;
 
 /// Flushes of files that wait at the same time are written to the disk together.
-constexpr std::size_t flushesAtOnce = 8;
+constexpr std::size_t filesPerThread = 16;
 
 std::expected<void, int> flushFiles(const std::vector<FileDescriptor>& files) {
     std::atomic<int> error = 0;
-    forEachTask(files.size(), flushesAtOnce, [&](std::size_t i) {
+    forEachTask(files.size(), 1 + files.size() / filesPerThread, [&](std::size_t i) {
         if (!platform::synchronise(files[i].get()))
             error = errno;
     });
@@ -72,6 +72,8 @@ void Barrier::add(const HeldFolder& folder) {
 }
 
 void Barrier::addMove(const HeldFolder& from, const HeldFolder& to) {
+    if (!platform::keepsMovesByFolder(to.descriptor()) && !isCovered(to.descriptor()))
+        return addVolume(to);
     addFolder(to, from, arrivals_);
     addFolder(from, to, departures_);
 }
@@ -81,7 +83,7 @@ void Barrier::fail(int error) {
 }
 
 bool Barrier::keepsOrder() const {
-    return volume_ && !error_ && files_.empty() && arrivals_.open.empty() && volumes_.empty()
+    return volume_ && !error_ && files_.empty() && arrivals_.open.empty() && volumes_.open.empty()
            && departures_.open.empty();
 }
 
@@ -94,7 +96,7 @@ std::expected<void, int> Barrier::pass() {
         return lasts;
     if (auto lasts = flushFolders(std::exchange(arrivals_, {}).open); !lasts)
         return lasts;
-    if (auto lasts = flushVolumes(std::exchange(volumes_, {})); !lasts)
+    if (auto lasts = flushVolumes(std::exchange(volumes_, {}).open); !lasts)
         return lasts;
     return flushFolders(std::exchange(departures_, {}).open);
 }
@@ -115,13 +117,21 @@ void Barrier::addFolder(const HeldFolder& folder, const HeldFolder& other, Folde
     // What is held may serve for nothing but calls relative to it: it has to be opened for reading.
     auto readable = folder.openForFlush();
     if (readable)
-        return folders.open.push_back(*std::move(readable));
-    const int error = readable.error();
-    // A folder that may not be read can be flushed only with all of its file system, through the other one.
-    if (error == EACCES)
-        if (readable = other.openForFlush(); readable)
-            return volumes_.push_back(*std::move(readable));
-    fail(error);
+        folders.open.push_back(*std::move(readable));
+    else if (readable.error() == EACCES) // it can be flushed only with all of its file system
+        addVolume(other);
+    else
+        fail(readable.error());
+}
+
+void Barrier::addVolume(const HeldFolder& folder) {
+    const auto identity = folder.identity();
+    if (identity && !volumes_.known.insert({.device = identity->device, .inode = 0}).second)
+        return;
+    if (auto readable = folder.openForFlush())
+        volumes_.open.push_back(*std::move(readable));
+    else
+        fail(readable.error());
 }
 
 } // namespace orbel

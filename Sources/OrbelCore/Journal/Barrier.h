@@ -54,6 +54,7 @@ private:
 
     bool isCovered(int descriptor);
     void addFolder(const HeldFolder& folder, const HeldFolder& other, Folders& folders);
+    void addVolume(const HeldFolder& folder);
 
     FileDescriptor volume_; ///< none: nothing is taken in by one flush
     std::uint64_t device_ = 0;
@@ -61,7 +62,7 @@ private:
     // What is flushed by itself, in the order of these lists.
     std::vector<FileDescriptor> files_;
     Folders arrivals_;
-    std::vector<FileDescriptor> volumes_; ///< whole, for the sake of folders that may not be read
+    Folders volumes_; ///< each stands for all of its file system
     Folders departures_;
     std::optional<int> error_;
 };

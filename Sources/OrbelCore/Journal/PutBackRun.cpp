@@ -1,10 +1,11 @@
 #include "Journal/PutBackRun.h"
 
 #include "Journal/TrashNote.h"
-#include "Util/PathText.h"
+#include "Util/Parallel.h"
 #include "Util/Uuid.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 namespace orbel {
@@ -153,16 +154,31 @@ void PutBack::Run::record() {
     if (lines_.empty())
         return;
     const auto recorded = record_.record(std::exchange(lines_, {}));
-    for (const auto& [place, item] : std::exchange(unrecorded_, {})) {
+    const auto made = std::exchange(unrecorded_, {});
+    if (!recorded && !made.empty()) {
+        journalFailure_ = recorded.error();
+        record_.keepIntents();
+    }
+    for (const auto& [place, item] : made)
         if (!recorded) {
             results_[place].reason = unjournalledReturn;
             results_[place].journalFailure = recorded.error().words;
-            journalFailure_ = recorded.error();
         }
-        // The note goes last: without it, an item that a power cut leaves in the Trash would have no origin.
-        if (!recorded || !TrashNote(*item.entry.trashPath).removeIfUnused())
-            record_.keepIntents();
-    }
+    if (recorded)
+        removeNotes(made);
+}
+
+/// The notes go last: without its own, an item that a power cut leaves in the Trash would have no origin.
+void PutBack::Run::removeNotes(std::span<const Unrecorded> made) {
+    // Some disks are told at once of each block that is free again, and are waited for.
+    constexpr std::size_t notesPerThread = 16;
+    std::atomic<bool> isOneLeft = false;
+    forEachTask(made.size(), 1 + made.size() / notesPerThread, [&](std::size_t i) {
+        if (!TrashNote(*made[i].item.entry.trashPath).removeIfUnused())
+            isOneLeft = true;
+    });
+    if (isOneLeft)
+        record_.keepIntents();
 }
 
 JournalEntry PutBack::Run::newLine(const JournalEntry& entry) const {

@@ -46,6 +46,7 @@ private:
     PutBackResult refuseAsGone(Return& item);
     PutBackResult fail(Return& item, std::string reason);
     void record();
+    void removeNotes(std::span<const Unrecorded> made);
     JournalEntry newLine(const JournalEntry& entry) const;
     Date now() const { return std::chrono::floor<std::chrono::microseconds>(putBack_.now_()); }
 

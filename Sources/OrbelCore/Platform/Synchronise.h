@@ -18,6 +18,10 @@ namespace orbel::platform {
 /// so that after a power cut no change is there without those before it. False when in doubt.
 [[nodiscard]] bool mayFlushWholeFileSystem(int descriptor);
 
+/// Whether a move between two folders lasts once both are flushed, the new one first, without a moment in
+/// between at which a power cut would leave both names. Elsewhere it takes synchroniseFileSystem().
+[[nodiscard]] bool keepsMovesByFolder(int descriptor);
+
 /// How many bytes all programs have written that no disk has taken yet, which synchroniseFileSystem() may
 /// have to wait for; 0 where the system does not tell.
 [[nodiscard]] std::uint64_t unwrittenBytes();

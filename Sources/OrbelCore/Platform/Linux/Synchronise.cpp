@@ -43,6 +43,12 @@ bool mayFlushWholeFileSystem(int descriptor) {
                || volume.f_type == BTRFS_SUPER_MAGIC);
 }
 
+bool keepsMovesByFolder(int descriptor) {
+    // Btrfs logs the names of a flushed folder alone.
+    struct statfs volume {};
+    return ::fstatfs(descriptor, &volume) != 0 || volume.f_type != BTRFS_SUPER_MAGIC;
+}
+
 std::uint64_t unwrittenBytes() {
     std::ifstream file("/proc/meminfo");
     std::uint64_t kilobytes = 0;

@@ -41,6 +41,10 @@ bool mayFlushWholeFileSystem(int) {
     return false;
 }
 
+bool keepsMovesByFolder(int) {
+    return true;
+}
+
 std::uint64_t unwrittenBytes() {
     return 0;
 }
