@@ -25,6 +25,8 @@ public:
     /// The run, with `tracer` and its options before the program.
     ProgramStart start(std::vector<std::string> tracer = {}) const;
 
+    std::string journalPath() const { return home_ + "/.local/share/Ostrevo Orbel/journal.jsonl"; }
+
     /// How many items stand where the move brings them.
     int moved() const;
 
@@ -48,7 +50,6 @@ private:
     std::string storedName(int item) const;
     bool isMoved(int item) const;
     std::string trash() const { return home_ + "/.local/share/Trash"; }
-    std::string journalPath() const { return home_ + "/.local/share/Ostrevo Orbel/journal.jsonl"; }
     ProgramStart movesToTrash() const;
 
     std::string home_;
