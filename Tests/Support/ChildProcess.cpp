@@ -83,8 +83,8 @@ void useOwnMountTable() {
     require(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), "making mounts private");
 }
 
-void mountTmpfs(const char* folder) {
-    require(::mount("tmpfs", folder, "tmpfs", 0, "size=1m"), "mounting a tmpfs");
+void mountTmpfs(const char* folder, const std::string& size) {
+    require(::mount("tmpfs", folder, "tmpfs", 0, ("size=" + size).c_str()), "mounting a tmpfs");
 }
 
 void bindMount(const char* source, const char* target) {

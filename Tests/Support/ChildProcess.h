@@ -28,8 +28,8 @@ void becomeOtherUser();
 /// In a child process: gets a mount table of its own, which nobody else sees and which goes with the process.
 void useOwnMountTable();
 
-/// In a child process with its own mount table: mounts a fresh tmpfs on `folder`.
-void mountTmpfs(const char* folder);
+/// In a child process with its own mount table: mounts a fresh tmpfs of this size on `folder`.
+void mountTmpfs(const char* folder, const std::string& size = "1m");
 /// The same for a second view of `source` on `target`.
 void bindMount(const char* source, const char* target);
 /// The same for a file system whose server never answers: a process that asks about it waits until it is

@@ -5,11 +5,11 @@
 
 namespace orbel::test {
 
-std::vector<std::string> TrashHome::contents() const {
+std::vector<std::string> contentsOfTrash(const std::string& trash) {
     std::vector<std::string> names;
     for (const std::string folder : {"files", "info"}) {
         std::error_code missing;
-        for (const auto& entry : std::filesystem::directory_iterator(trash() + "/" + folder, missing))
+        for (const auto& entry : std::filesystem::directory_iterator(trash + "/" + folder, missing))
             names.push_back(folder + "/" + entry.path().filename().string());
     }
     std::ranges::sort(names);

@@ -8,6 +8,9 @@
 
 namespace orbel::test {
 
+/// What is in a Trash, sorted: "files/name" and "info/name.trashinfo"; nothing when there is no Trash.
+std::vector<std::string> contentsOfTrash(const std::string& trash);
+
 /// A home folder of a test with its Trash, which does not exist until something makes it.
 class TrashHome : public TemporaryFolder {
 public:
@@ -17,8 +20,7 @@ public:
         return trash() + "/info/" + std::string(name) + ".trashinfo";
     }
 
-    /// What is in the Trash, sorted: "files/name" and "info/name.trashinfo"; nothing when there is no Trash.
-    std::vector<std::string> contents() const;
+    std::vector<std::string> contents() const { return contentsOfTrash(trash()); }
 
     /// Puts a file into the Trash as a program that keeps to the desktop's rules would have, as if it came
     /// from `from`.
