@@ -43,6 +43,10 @@ TEST(InUse, SeesEveryWayToUseAFile) {
         EXPECT_TRUE(inUseNow(home.path()).reason) << "of a folder, what is inside it";
     }
     EXPECT_FALSE(inUseNow(file).reason) << "it has ended";
+    {
+        const OtherProcess mover("mover", [&] { ::open(file.c_str(), O_PATH | O_CLOEXEC); });
+        EXPECT_FALSE(inUseNow(file).reason) << "held, as before a move, and not read or written";
+    }
 
     const auto folder = home.folder("folder/inner");
     {

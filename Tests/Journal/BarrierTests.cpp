@@ -115,11 +115,11 @@ TEST(Barrier, FlushesEachWhereOneFlushIsNotToBeTrusted) {
         test::useOwnMountTable();
         test::bindMount(memory.c_str(), "/proc/meminfo");
         for (const auto& [dirty, writeback] : {std::pair(200'000, 100'000), std::pair(300'000, 0)}) {
-            home.file("meminfo", "Dirty:   " + std::to_string(dirty)
+            home.file("meminfo", "MemTotal:   1000000 kB\nDirty:   " + std::to_string(dirty)
                                      + " kB\nWriteback:   " + std::to_string(writeback) + " kB\n");
             expectEach("much that other programs have written");
         }
-        home.file("meminfo", "Dirty:   200000 kB\nWriteback:   40000 kB\n");
+        home.file("meminfo", "MemTotal:   1000000 kB\nDirty:   200000 kB\nWriteback:   40000 kB\n");
         Barrier barrier(openPath(home.path()));
         EXPECT_TRUE(barrier.keepsOrder());
 

@@ -21,9 +21,6 @@ struct TrashedObject {
     static std::optional<TrashedObject> hold(const std::string& path, const TrashedIdentity& moved);
 
     bool isAt(const std::string& path) const { return FileIdentity::of(path) == stamp.identity; }
-    bool isIn(const HeldFolder& folder, const std::string& name) const {
-        return folder.identityOf(name) == stamp.identity;
-    }
 };
 
 /// Where an item belongs: its old folder, held open, and its name in it.

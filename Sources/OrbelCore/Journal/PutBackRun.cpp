@@ -14,7 +14,7 @@ namespace {
 
 constexpr auto journalUnwritable = "Could not write the journal, so nothing was put back";
 constexpr auto unjournalledReturn = "Put back, but the journal could not be written";
-constexpr auto folderGone = "The original folder no longer exists or moved";
+constexpr auto mismatch = "What was put back did not match the item in the Trash — check its folder";
 
 PutBackResult resultFor(const JournalEntry& entry) {
     return {.title = entry.title, .path = entry.originalPath};
@@ -106,11 +106,18 @@ PutBackResult PutBack::Run::moveBack(Return& item, const Destination& destinatio
         return refuseAsGone(item);
     if (!moved)
         return fail(item, "Could not put it back: " + moved.error());
-    if (!item.object->isIn(destination.folder, destination.name)) {
-        record_.keepIntents();
-        return fail(item, "What was put back did not match the item in the Trash — check its folder");
-    }
     auto result = resultFor(item.entry);
+    auto found = destination.folder.identityOf(destination.name);
+    if (!found) // which says nothing of the item
+        found = destination.folder.identityOf(destination.name);
+    if (found != item.object->stamp.identity) {
+        record_.keepIntents();
+        if (found)
+            return fail(item, mismatch);
+        // What cannot be looked at now is looked for at the next start, which then writes the line.
+        result.reason = mismatch;
+        return result;
+    }
     result.restored = true;
     if (!destination.isAtItsPath())
         result.reason = "Put back into its folder, which was moved meanwhile";

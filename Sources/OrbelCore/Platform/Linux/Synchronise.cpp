@@ -1,10 +1,11 @@
 #include "Platform/Synchronise.h"
 
+#include "Util/ReadFile.h"
+
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <string>
 #include <string_view>
 
@@ -50,12 +51,11 @@ bool keepsMovesByFolder(int descriptor) {
 }
 
 std::uint64_t unwrittenBytes() {
-    std::ifstream file("/proc/meminfo");
+    const auto text = readFile("/proc/meminfo").value_or("");
     std::uint64_t kilobytes = 0;
-    for (std::string line; std::getline(file, line);)
-        for (const char* name : {"Dirty:", "Writeback:"})
-            if (line.starts_with(name))
-                kilobytes += std::strtoull(line.c_str() + std::string_view(name).size(), nullptr, 10);
+    for (const std::string_view name : {"\nDirty:", "\nWriteback:"})
+        if (const auto at = text.find(name); at != std::string::npos)
+            kilobytes += std::strtoull(text.c_str() + at + name.size(), nullptr, 10);
     return kilobytes * 1024;
 }
 

@@ -154,6 +154,18 @@ void UsedFiles::throughSocket(const std::string& link, std::vector<UsedFile>& fi
     }
 }
 
+namespace {
+
+/// Whether a descriptor only names its file and can neither read nor write it (O_PATH), as this program holds
+/// what it is about to move.
+bool isMereName(int descriptors, const char* link) {
+    struct stat status {};
+    constexpr mode_t rights = S_IRUSR | S_IWUSR;
+    return ::fstatat(descriptors, link, &status, AT_SYMLINK_NOFOLLOW) == 0 && (status.st_mode & rights) == 0;
+}
+
+} // namespace
+
 UsedFiles::Outcome UsedFiles::throughDescriptors(int process, std::vector<UsedFile>& files) {
     FileDescriptor folder(::openat(process, "fd", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder)
@@ -169,8 +181,13 @@ UsedFiles::Outcome UsedFiles::throughDescriptors(int process, std::vector<UsedFi
             ::readdir(listing.get()); // NOLINT(concurrency-mt-unsafe): a listing of its own
         if (entry == nullptr)
             return errno == 0 || outcomeOf(errno) == Outcome::gone ? outcome : Outcome::unreadable;
-        if (entry->d_name[0] != '.' && throughLink(descriptors, entry->d_name, files) == Outcome::unreadable)
+        if (entry->d_name[0] == '.')
+            continue;
+        const auto known = files.size();
+        if (throughLink(descriptors, entry->d_name, files) == Outcome::unreadable)
             outcome = Outcome::unreadable;
+        else if (files.size() > known && isMereName(descriptors, entry->d_name))
+            files.pop_back();
     }
 }
 
