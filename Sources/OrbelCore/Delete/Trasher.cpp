@@ -56,15 +56,15 @@ private:
     struct Waiting {
         std::size_t index;
         int tries = 0; ///< so far
+        /// Of the line that tells what became of the item, whatever that is: its intents name the same one,
+        /// so that settling them later takes no known outcome for an unknown one.
+        std::string lineID = newUuid();
     };
 
     /// One item of the group that is under way.
     struct Move {
         Waiting place;
         const DeletionItem& item;
-        /// Of the line that tells what became of the item, whatever that is: its intent names the same one,
-        /// so that settling the intents later takes no known outcome for an unknown one.
-        std::string lineID = newUuid();
         std::optional<HeldItem> held{}; ///< absent: it was not to be prepared
         Recognition known{};
         std::optional<std::string> infoPath{}; ///< of the file in the Trash that stands for it
@@ -296,7 +296,7 @@ bool Run::tryAgain(const Move& move) {
     constexpr int mostTries = 20;
     const int tries = move.place.tries + 1;
     if (tries < mostTries)
-        again_.push_back({.index = move.place.index, .tries = tries});
+        again_.push_back({.index = move.place.index, .tries = tries, .lineID = move.place.lineID});
     return tries < mostTries;
 }
 
@@ -322,7 +322,7 @@ Run::Next Run::record() {
 }
 
 JournalEntry Run::entry(const Move& move, JournalEntry::Result result) const {
-    return {.id = move.lineID,
+    return {.id = move.place.lineID,
             .sessionID = report_.sessionID,
             .time = now(),
             .module = move.item.module,
