@@ -31,8 +31,7 @@ struct MapSvg {
         Size size;
     };
 
-    /// Valid UTF-8 and well-formed whatever the names on the disk hold. The same picture gives the same
-    /// text.
+    /// Valid UTF-8 and well-formed for any names on the disk. The same picture gives the same text.
     static std::string render(const Picture& picture);
 };
 

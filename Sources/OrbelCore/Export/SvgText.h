@@ -11,8 +11,8 @@ struct TextFont {
     bool isBold = false;
 };
 
-/// About how wide text will be in a humanist sans serif, a little too wide rather than too narrow: nobody
-/// knows which font will be found where the picture is looked at.
+/// About how wide text will be in a humanist sans serif. Prefers too wide to too narrow, because the viewer's
+/// font is not known.
 double textWidth(std::string_view text, TextFont font);
 
 /// The text, or as many of its first characters as fit before "…"; empty when not even one does.

@@ -116,7 +116,7 @@ private:
         if (!target || target->state != platform::LauncherTarget::State::missing)
             return std::nullopt;
         const bool isAutostart = lastPathComponent(parentPath(path)) == "autostart";
-        // A program that is known by its name alone may lie where nobody has looked.
+        // A program that is known by its name alone may lie in a folder that was not searched.
         const bool isPath = target->program.starts_with('/');
         return Finding{.kind = isAutostart ? Kind::autostart : Kind::launcher,
                        .target = std::move(target->program),

@@ -18,14 +18,13 @@ class SafetyPolicy;
 /// Lists shortcuts that lead nowhere: symbolic links, the user's own launchers and autostart entries whose
 /// program is gone, the file manager's alias files and its bookmarks. A bookmark is a line of a list and can
 /// only be shown: its row has the path and the node of that list, perhaps the same as another row's, and an
-/// id of its own. Left alone is what is inside packages and
-/// version-control folders. Where the root holds the home folder, only that is looked into, since nothing
-/// else can be moved.
+/// id of its own. Left alone is what is inside packages and version-control folders. Where the root holds the
+/// home folder, only that is looked into, since nothing else can be moved.
 struct BrokenShortcutFinder {
     enum class Kind : std::uint8_t { symbolicLink, alias, launcher, autostart, bookmark };
     enum class State : std::uint8_t {
         missing,    ///< what it leads to is gone; it may be selected if the policy allows it
-        unknown,    ///< it could not be told; blocked, the item says why
+        unknown,    ///< it could not be found out; blocked, the item says why
         intentional ///< a program made it so on purpose; blocked
     };
 

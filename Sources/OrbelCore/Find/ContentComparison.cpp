@@ -41,7 +41,7 @@ ContentComparison::clusters(std::span<const DuplicateFile> files, const std::fun
     while (!undecided_.empty() && !(isCancelled && isCancelled())) {
         const auto next = std::move(undecided_.back());
         undecided_.pop_back();
-        part(next, isCancelled);
+        split(next, isCancelled);
     }
     descriptors_.clear();
     std::ranges::sort(clusters_, {}, [](const Cluster& cluster) { return cluster.front(); });
@@ -49,7 +49,7 @@ ContentComparison::clusters(std::span<const DuplicateFile> files, const std::fun
 }
 
 /// Reads the next chunk of files that are equal so far. Those with the same chunk stay together.
-void ContentComparison::part(const Undecided& undecided, const std::function<bool()>& isCancelled) {
+void ContentComparison::split(const Undecided& undecided, const std::function<bool()>& isCancelled) {
     variantCount_ = 0;
     // Files that have none of the variants, by a hash of their chunk. Two hashes that differ prove two chunks
     // different; those that are alike prove nothing, so such files are read once more, among themselves.
@@ -59,7 +59,7 @@ void ContentComparison::part(const Undecided& undecided, const std::function<boo
             return;
         const auto length = readChunk(file, undecided.offset);
         if (!length) {
-            settle({file});
+            finishCluster({file});
             continue;
         }
         auto* variant = variantOf(*length);
@@ -74,11 +74,11 @@ void ContentComparison::part(const Undecided& undecided, const std::function<boo
         if (cluster.size() > 1)
             undecided_.push_back({.files = std::move(cluster), .offset = offset});
         else
-            settle(std::move(cluster));
+            finishCluster(std::move(cluster));
     };
     for (std::size_t i = 0; i < variantCount_; ++i) {
         if (variants_[i].length < chunkBytes)
-            settle(std::move(variants_[i].files)); // at the end of all of them
+            finishCluster(std::move(variants_[i].files)); // at the end of all of them
         else
             goOn(variants_[i].files, undecided.offset + chunkBytes);
     }
@@ -86,7 +86,7 @@ void ContentComparison::part(const Undecided& undecided, const std::function<boo
         goOn(cluster, undecided.offset);
 }
 
-void ContentComparison::settle(Cluster cluster) {
+void ContentComparison::finishCluster(Cluster cluster) {
     for (const std::size_t file : cluster)
         descriptors_[file].reset();
     clusters_.push_back(std::move(cluster));
@@ -133,7 +133,7 @@ std::optional<std::size_t> ContentComparison::readChunk(std::size_t file, std::u
 FileDescriptor ContentComparison::open(std::size_t file) {
     auto content = platform::FileContent::open(files_[file].path);
     if (!content && keepsOpen_ && (content.error() == EMFILE || content.error() == ENFILE)) {
-        // Somebody else took the descriptors that were meant for these files.
+        // Other threads took the descriptors that were meant for these files.
         keepsOpen_ = false;
         for (auto& descriptor : descriptors_)
             descriptor.reset();

@@ -14,7 +14,7 @@
 namespace orbel {
 
 /// Divides files by their content, reading every byte of each at most once: all files that have been equal so
-/// far are read side by side, chunk by chunk, and parted where a chunk differs. A file that equals no other
+/// far are read side by side, chunk by chunk, and split where a chunk differs. A file that equals no other
 /// any more is not read further.
 ///
 /// One thread uses it. It keeps its buffers (`bufferBytes`) from one set of files to the next.
@@ -25,7 +25,7 @@ public:
 
     /// Two of them stay in a processor's own cache; with 1 MiB a warm comparison takes a tenth longer.
     static constexpr std::size_t chunkBytes = std::size_t{128} * 1024;
-    /// So many different contents of one chunk are told apart at a time.
+    /// So many different contents of one chunk are distinguished at a time.
     static constexpr std::size_t mostVariants = 8;
     static constexpr std::size_t bufferBytes = (mostVariants + 1) * chunkBytes;
 
@@ -57,8 +57,8 @@ private:
         Cluster files;
     };
 
-    void part(const Undecided& undecided, const std::function<bool()>& isCancelled);
-    void settle(Cluster cluster);
+    void split(const Undecided& undecided, const std::function<bool()>& isCancelled);
+    void finishCluster(Cluster cluster);
     Variant* variantOf(std::size_t length);
     Variant* newVariant(std::size_t length);
     std::optional<std::size_t> readChunk(std::size_t file, std::uint64_t offset);
@@ -68,7 +68,7 @@ private:
     bool keepsOpen_ = true;
     std::span<const DuplicateFile> files_;
     std::vector<FileDescriptor> descriptors_; ///< per file; empty ones are opened when they are read
-    std::vector<Undecided> undecided_;        ///< the last one is parted next
+    std::vector<Undecided> undecided_;        ///< the last one is split next
     std::vector<Cluster> clusters_;
     Buffer chunk_;                  ///< what was read last
     std::vector<Variant> variants_; ///< the first `variantCount_` are in use, the others keep their buffers

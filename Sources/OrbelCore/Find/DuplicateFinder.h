@@ -37,11 +37,10 @@ struct DuplicateFinder {
     std::uint64_t minimumBytes = defaultMinimumBytes; ///< smaller files are ignored
 
     /// The whole search, on this thread and others; blocks. No cloud-only file is fetched to be read, by this
-    /// thread not even afterwards. The groups that free most (by `removableBytes`)
-    /// come first, equal ones by size, then in the order of the tree. `home` is the home folder's real path
-    /// in visible form. Progress comes before the first file is read and after each size, from the largest
-    /// to the smallest. Cancelled, it returns the groups that were proved by then. Both functions may be
-    /// empty.
+    /// thread not even afterwards. The groups that free most (by `removableBytes`) come first, equal ones by
+    /// size, then in the order of the tree. `home` is the home folder's real path in visible form. Progress
+    /// comes before the first file is read and after each size, from the largest to the smallest. Cancelled,
+    /// it returns the groups that were proved by then. Both functions may be empty.
     std::vector<DuplicateGroup> run(const FileTree& tree, const std::string& home,
                                     const Progress& progress = nullptr,
                                     const IsCancelled& isCancelled = nullptr) const;

@@ -45,7 +45,7 @@ struct DuplicateGroup {
     /// was found gives way to another unticked copy that has not. Where there is none, every item is blocked.
     /// Asks the disk about each ticked copy.
     ///
-    /// With `keep`, the path of the copy that somebody chose to stay, no other takes its place: absent too
+    /// With `keep`, the path of the copy that the user chose to stay, no other takes its place: absent too
     /// when it is ticked or not in the group, and every item is blocked when it has changed.
     std::optional<std::vector<DeletionItem>>
     deletionItems(const std::unordered_set<std::string>& ticked, const SafetyPolicy& policy,

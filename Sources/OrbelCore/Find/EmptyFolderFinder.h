@@ -17,8 +17,7 @@ class SafetyPolicy;
 /// version-control folders, hidden folders, node_modules and the like, parts of repositories, backups,
 /// mailboxes and environments, mount points, the user's folders that the desktop names, the folders of
 /// programs' own data, and every folder that holds one of these: an empty one of them is there for a purpose.
-/// Where the root holds
-/// the home folder, only that is looked into, since nothing else can be moved.
+/// Where the root holds the home folder, only that is looked into, since nothing else can be moved.
 struct EmptyFolderFinder {
     /// Seconds: what was changed later than so long ago is listed but not preselected.
     double settledFor = 24.0 * 60 * 60;

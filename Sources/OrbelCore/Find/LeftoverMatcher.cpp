@@ -113,7 +113,7 @@ std::string inQuotes(std::string_view name) {
 
 } // namespace
 
-/// The names of one application that nobody else bears.
+/// The names of one application that no other program has.
 struct LeftoverMatcher::Names {
     std::vector<std::string> ids;   ///< whole ids, as they are
     std::vector<std::string> words; ///< in lower case
@@ -307,7 +307,7 @@ std::string LeftoverMatcher::evidenceFor(const Candidate& candidate, const Names
             return {};
         if (auto evidence = byId(id); !evidence.empty())
             return evidence + ": it starts at login";
-        // A short id may be somebody else's: the program tells.
+        // Another application may have the same short id: its program decides.
         const auto target = platform::launcherTarget(leftover.path, home_);
         if (!isAny(app.identifiers, id) || !target || target->state != platform::LauncherTarget::State::found
             || !isAny(app.executables, RealPath::resolve(target->program).value_or("")))

@@ -17,7 +17,7 @@ namespace orbel {
 struct Leftover {
     enum class Certainty : std::uint8_t {
         certain, ///< its name is the application's whole id, or its sandbox is the application's own
-        likely   ///< its name is the application's name, and nobody else's that is known
+        likely   ///< its name is the application's name, and no other known program's
     };
 
     std::string path;
@@ -25,15 +25,15 @@ struct Leftover {
     bool needsAdmin = false;
     bool isLaunchAgent = false; ///< it starts something at login
     Certainty certainty = Certainty::likely;
-    bool isCache = false;   ///< a cache or a log: nothing that anybody would miss
+    bool isCache = false;   ///< a cache or a log, which programs make again
     std::string evidence{}; ///< the words of the rule that found it
 
     bool operator==(const Leftover&) const = default;
 };
 
-/// Finds what applications left in a home. A name matches as a whole or not at all, and whatever could belong
-/// to somebody else does not match: names that another application bears as well, names of programs that are
-/// installed besides, names that are common words, and everything that is a link or belongs to another user.
+/// Finds what applications left in a home. Prefers false negatives to false positives: a name matches as a
+/// whole or not at all, and never when another application or another installed program has it too, or when
+/// it is a common word. Links, and what belongs to another user, are left out.
 ///
 /// What lies where leftovers may lie is listed once, at construction; after that it is immutable.
 class LeftoverMatcher {
@@ -41,8 +41,8 @@ public:
     /// The real path of the program of a name, empty when there is none.
     using ProgramNamed = std::function<std::string(const std::string& name)>;
 
-    /// `home`: real path. `systemLibrary`: where applications leave things for all users; those are shown
-    /// only.
+    /// `home`: real path. `systemLibrary`: where applications leave things for all users; those are
+    /// shown only.
     LeftoverMatcher(const std::string& home, const std::string& systemLibrary);
     LeftoverMatcher(std::string home, const std::string& systemLibrary, const platform::Places& places,
                     ProgramNamed programNamed);

@@ -16,8 +16,8 @@ namespace orbel {
 
 class SafetyPolicy;
 
-/// What goes with an application. A plain value, true for the moment in which it was made; whatever of it is
-/// moved is checked again.
+/// What goes with an application. A plain value, true for the moment in which it was made; each item is
+/// checked again when it is moved.
 struct UninstallPlan {
     using Measure = std::function<TreeScanner::Measurement(const std::string& path)>;
     using Running = std::function<std::vector<platform::RunningProgram>()>;

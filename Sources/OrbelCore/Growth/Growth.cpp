@@ -20,9 +20,9 @@ struct Change {
     std::uint64_t unnamed = 0; ///< how much of that can have been in folders that the summary does not name
     std::uint64_t least = 0;   ///< by how much it grew, all in all, at least
     std::uint64_t most = 0;    ///< and at most
-    std::uint64_t gross = 0;   ///< the same as `least`, whatever else in it shrank
+    std::uint64_t gross = 0;   ///< the same as `least`, without subtracting what shrank in it
     std::uint64_t listed = 0;  ///< how much of it is listed by folders in it, at most
-    bool isTelling = false;    ///< it, or what is in it, may be listed apart from what holds it
+    bool mayBeListed = false;  ///< it, or what is in it, may be listed apart from what holds it
 };
 
 std::vector<Change> changes(const ScanSummary& before, const ScanSummary& after) {
@@ -69,15 +69,15 @@ Growth Growth::between(const ScanSummary& before, const ScanSummary& after) {
     }
     for (std::size_t i = 0; i < folders.size(); ++i) {
         const auto& parent = all[folders[i].parent];
-        all[i].isTelling =
-            i == 0 || (parent.isTelling && all[i].gross >= leastBytes && all[i].gross >= parent.gross / 20);
+        all[i].mayBeListed =
+            i == 0 || (parent.mayBeListed && all[i].gross >= leastBytes && all[i].gross >= parent.gross / 20);
     }
 
     Growth growth{.since = before.measuredAt, .folders = {}};
     for (std::size_t i = folders.size(); i-- > 0;) {
         auto& change = all[i];
         const auto own = excess(change.least, change.listed);
-        if (change.isTelling && own >= leastBytes && own >= change.least / 10) {
+        if (change.mayBeListed && own >= leastBytes && own >= change.least / 10) {
             growth.folders.push_back({.path = i == 0 ? after.root : joinedPath(after.root, folders[i].path),
                                       .grownBytes = own,
                                       .bytes = folders[i].bytes});

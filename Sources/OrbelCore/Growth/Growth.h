@@ -12,8 +12,8 @@ namespace orbel {
 /// A folder that holds more than it did.
 struct GrownFolder {
     std::string path; ///< absolute, as it was walked
-    std::uint64_t grownBytes =
-        0; ///< by how much at least, without what folders in it grew that are listed themselves
+    /// By how much at least, without what folders in it grew that are listed themselves.
+    std::uint64_t grownBytes = 0;
     std::uint64_t bytes = 0; ///< what all that is in it takes now
 
     bool operator==(const GrownFolder&) const = default;
@@ -27,7 +27,7 @@ struct Growth {
     bool operator==(const Growth&) const = default;
 
     static constexpr std::size_t mostFolders = 10;
-    static constexpr std::uint64_t leastBytes = 1'000'000; ///< less is no growth worth a word
+    static constexpr std::uint64_t leastBytes = 1'000'000; ///< smaller growth is not listed
 
     /// Compares two summaries of the same root.
     ///

@@ -9,7 +9,7 @@
 namespace orbel {
 
 /// The summaries of earlier scans, one file for each root, in a folder of this user's own. Files that are
-/// damaged, or that somebody else put there, are never believed; damaged ones are replaced.
+/// damaged or not this user's own are never believed; damaged ones are replaced.
 ///
 /// Any thread may use it. Of two scans of one root that end at the same time one is kept, and whole.
 class GrowthStore {

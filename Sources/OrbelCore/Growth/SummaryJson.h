@@ -11,8 +11,8 @@ namespace orbel {
 /// A summary as the text of its file.
 std::string summaryText(const ScanSummary& summary);
 
-/// Reads what summaryText() writes, from any bytes. Absent for all that is not wholly and exactly a summary:
-/// nothing in it is then worth comparing with.
+/// Reads what summaryText() writes, from any bytes. Absent unless the whole text is a valid summary; no part
+/// of an invalid one is used.
 std::optional<ScanSummary> summaryIn(std::string_view text);
 
 } // namespace orbel

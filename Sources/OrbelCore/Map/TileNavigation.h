@@ -15,7 +15,8 @@ struct TileNavigation {
 
     enum class Direction : std::uint8_t { left, right, up, down };
 
-    /// What of a tile is its own: the strip at the top of a folder that shows its children, else all of it.
+    /// The part of a tile that its children do not cover: the strip at the top of a folder that shows them,
+    /// else all of it.
     static TreemapRect face(const TreemapTile& tile);
 
     /// The index of the tile that a person would call the next one in that direction: near, and at about the

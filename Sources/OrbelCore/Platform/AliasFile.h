@@ -11,8 +11,8 @@ struct AliasTarget {
     std::optional<std::string> lastPath{}; ///< where that lay when the alias was last brought up to date
 };
 
-/// Follows the alias file at `path`; mounts nothing and asks nobody. Absent when it is none, cannot be read,
-/// or the system knows no such files. Any thread.
+/// Follows the alias file at `path`; mounts nothing and shows no dialog. Absent when it is no alias file,
+/// cannot be read, or the system knows no such files. Any thread.
 std::optional<AliasTarget> aliasTarget(const std::string& path);
 
 } // namespace orbel::platform

@@ -13,8 +13,7 @@ namespace orbel::platform {
 std::vector<std::string> applicationSearchFolders(const std::string& home);
 
 /// The applications that show themselves in `folders`, in no particular order. `isWritable`: whether this
-/// process may write a path. Whatever cannot be read is left out; asks the system's package manager at most
-/// once.
+/// process may write a path. What cannot be read is left out; asks the system's package manager at most once.
 std::vector<InstalledApp> installedApplications(const std::string& home, std::span<const std::string> folders,
                                                 const std::function<bool(const std::string&)>& isWritable);
 

@@ -10,7 +10,7 @@ struct Conventions {
 
     std::string_view fileManager;       ///< as in "remove it in {fileManager}"
     std::string_view thisComputer;      ///< as in "stays on {thisComputer}"
-    std::string_view notAnApplication;  ///< why a folder called like an application is none
+    std::string_view notAnApplication;  ///< why a folder named like an application is not one
     std::string_view protectedBySystem; ///< why an object that the system itself guards stays where it is
 
     /// Whether a move is also refused when it could not be undone or would take more along than was shown:

@@ -14,12 +14,12 @@ struct FileContent {
     FileStatus status;
 
     /// Opens what lies at `path` to read its bytes, leaving its access time alone where the system lets this
-    /// user. A link is not followed, and whatever took the file's place (a pipe, a device) makes nobody wait.
-    /// The error is an errno, EINVAL for what is no regular file.
+    /// user. A link is not followed, and the call does not block when a pipe or a device took the file's
+    /// place. The error is an errno, EINVAL for what is no regular file.
     static std::expected<FileContent, int> open(const std::string& path);
 
     /// Tells the system that the file will be read once, from its start to its end: it reads ahead further,
-    /// and does not take what is read for something that is often needed. Nothing leaves its memory by this.
+    /// and does not count what is read as frequently used. Nothing is evicted from its cache.
     void expectOneReading() const;
 };
 

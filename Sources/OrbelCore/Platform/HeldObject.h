@@ -10,9 +10,9 @@
 
 namespace orbel::platform {
 
-/// Keeps one object in existence for as long as this lives, whatever becomes of its names: its inode number
-/// cannot meanwhile be given to another object, so what shows that number later is this very object. It is
-/// not opened for reading; nothing of it is set off, and it may be moved and removed as if nobody held it.
+/// Keeps one object in existence for as long as this lives, even when its last name is removed: its inode
+/// number cannot meanwhile be given to another object, so what shows that number later is this very object.
+/// It is not opened for reading, holding it has no side effects, and it can still be moved and removed.
 class HeldObject {
 public:
     /// Holds what lies at `path`, a link itself and never its target. The error is an errno.

@@ -19,8 +19,8 @@ struct InstalledApp {
         unsupported ///< something else has to remove it
     };
 
-    /// The application itself when it is removable; else the file by which it is known. Unique in an
-    /// inventory.
+    /// The application itself when it is removable; else the file by which it is known. Unique in
+    /// an inventory.
     std::string path;
     std::string name;                      ///< valid UTF-8
     std::optional<std::string> bundleID{}; ///< what names it among all applications
@@ -34,9 +34,9 @@ struct InstalledApp {
     std::optional<std::uint64_t> packageBytes{};
     std::string programFolder{}; ///< what to measure for its size when that is not `path`; never to be moved
     std::vector<std::string> appGroups{};
-    bool isHidden = false; ///< in no menu: it only says to whom leftovers may belong
+    bool isHidden = false; ///< in no menu; known only because leftovers may belong to it
 
-    // What is its own, or bears its name.
+    // What belongs to it alone, or is named after it.
     std::vector<std::string> ownFiles{};    ///< launchers and icons in the home that only serve it
     std::vector<std::string> dataFolders{}; ///< where its sandbox keeps its data, whether that exists or not
     std::vector<std::string> executables{}; ///< what it runs, as far as that is its own

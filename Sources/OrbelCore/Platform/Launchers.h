@@ -12,7 +12,7 @@ struct LauncherTarget {
     enum class State : std::uint8_t {
         found,
         missing, ///< there is certainly no such program
-        unknown  ///< it cannot be told: another volume may be absent, something may not be looked at
+        unknown  ///< it cannot be found out: another volume may be absent, something may not be looked at
     };
 
     State state = State::unknown;

@@ -29,8 +29,8 @@ struct ProcessFiles {
 };
 
 /// The files that every other process uses. The kernel's own processes are left out, and counted nowhere. No
-/// file is touched that lies on a network file system, lest a dead server hang the call: of such files only
-/// the path is told.
+/// file on a network file system is touched, because a dead server would block the call: of such files only
+/// the path is known.
 ProcessFiles processFiles();
 
 } // namespace orbel::platform

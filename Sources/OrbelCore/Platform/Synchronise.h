@@ -6,7 +6,7 @@ namespace orbel::platform {
 
 /// Brings what was written to an open file, or the names in an open folder, to stable storage, the drive's
 /// own cache included. False with errno set when that failed: what had been written may then be lost although
-/// a second call succeeds, so a caller must never call again and believe it.
+/// a second call succeeds, so a caller must not rely on a retry.
 [[nodiscard]] bool synchronise(int descriptor);
 
 /// The same for everything that was written to the file system that holds an open file. The file must have
@@ -22,8 +22,8 @@ namespace orbel::platform {
 /// between at which a power cut would leave both names. Elsewhere it takes synchroniseFileSystem().
 [[nodiscard]] bool keepsMovesByFolder(int descriptor);
 
-/// How many bytes all programs have written that no disk has taken yet, which synchroniseFileSystem() may
-/// have to wait for; 0 where the system does not tell.
+/// How many bytes programs have written that are not on a disk yet, for which synchroniseFileSystem() may
+/// have to wait; 0 where the system does not say.
 [[nodiscard]] std::uint64_t unwrittenBytes();
 
 /// Reserves room on the disk for `bytes` beyond the first `offset` bytes of an open file, without changing

@@ -11,8 +11,7 @@ namespace orbel {
 
 namespace {
 
-/// As printf rounds, without its heed for the locale. (The floating-point std::to_chars is not everywhere
-/// yet.)
+/// Rounds as printf does, but ignores the locale. (The floating-point std::to_chars is not everywhere yet.)
 std::string fixed(double value, int decimals) {
     std::ostringstream text;
     text.imbue(std::locale::classic());

@@ -5,8 +5,8 @@
 
 namespace orbel {
 
-/// The one way a count of bytes is written for people: decimal units from B to TB, a point before decimals
-/// whatever the locale. Not instantiable.
+/// The one way a count of bytes is written for people: decimal units from B to TB, a point before decimals in
+/// every locale. Not instantiable.
 struct ByteFormat {
     ByteFormat() = delete;
 

@@ -19,7 +19,7 @@ struct FileStamp {
     std::int64_t modifiedNanos = 0; ///< modification time, nanoseconds since 1970 UTC
     bool isDirectory = false;       ///< false for a link, even one that leads to a folder
 
-    /// The stamp of what lies at `path`; absent when it cannot be read, for whatever reason.
+    /// The stamp of what lies at `path`; absent when it cannot be read, for any reason.
     static std::optional<FileStamp> of(const std::string& path);
     static FileStamp of(const platform::FileStatus& status);
 

@@ -8,8 +8,8 @@
 
 namespace orbel {
 
-/// What a folder is as a whole, told by the names in it. No part of such a folder means anything alone: an
-/// empty folder in it is there for a purpose.
+/// What a folder is as a whole, recognised by the names in it. No part of such a folder means anything alone:
+/// an empty folder in it is there for a purpose.
 struct FolderShape {
     struct Part {
         std::string_view name; ///< empty for none
@@ -19,8 +19,8 @@ struct FolderShape {
     std::string_view meaning; ///< as in "part of {meaning}"
     /// All of these lie in the folder. The first one is rare, so it tells where to look closer.
     std::array<Part, 5> parts;
-    std::array<std::string_view, 3>
-        beginnings{};            ///< a name in it begins with one of these; unless all are empty
+    /// A name in it begins with one of these; unless all are empty.
+    std::array<std::string_view, 3> beginnings{};
     std::string_view insideOf{}; ///< what the folder above it is called; empty for any name
     bool isProtected = true;     ///< nothing of it is moved
 

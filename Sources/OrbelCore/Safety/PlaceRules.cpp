@@ -222,7 +222,7 @@ bool PlaceRules::isLeftoverFolder(std::string_view folder) const {
               });
 }
 
-/// A folder that all programs share is nobody's leftover, although it lies in another such folder.
+/// A folder that all programs share is no leftover of one, although it lies in another such folder.
 bool PlaceRules::isSharedByPrograms(std::string_view path) const {
     const auto names = pathComponents(path);
     return std::ranges::any_of(furtherLeftoverFolders_, [&](const std::string& folder) {

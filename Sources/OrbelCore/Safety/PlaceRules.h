@@ -47,12 +47,11 @@ public:
     PlaceRules(std::string homePath, Setup setup, const PathCanonicalizer& canonicalizer,
                PathResolver& resolver);
 
-    /// Why `real`, a real path in visible form, is outside the place allowed for its kind; absent when it is
-    /// inside.
+    /// Why `real`, a real path in visible form, is outside the place allowed for its kind; absent when it
+    /// is inside.
     std::optional<std::string> reason(const std::string& real, AllowedRoot root, bool isDirectory) const;
 
-    /// Whether an application of that path would lie where applications may be removed. What lies there does
-    /// not matter, if anything.
+    /// Whether an application of that path would lie where applications may be removed. It need not exist.
     bool isApplicationPlace(std::string_view path) const;
 
     /// Whether what lies at `path` is taken for an application: a bundle by its name and place; where

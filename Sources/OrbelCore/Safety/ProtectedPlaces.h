@@ -13,17 +13,17 @@
 
 namespace orbel {
 
-/// What is protected by where or what it is, whatever kind of item it is taken for. All that it knows of the
-/// disk is read at construction; after that it is immutable and may be used by any thread.
+/// What is protected by its path or its identity, for every kind of item. All that it knows of the disk is
+/// read at construction; after that it is immutable and may be used by any thread.
 class ProtectedPlaces {
 public:
     struct Lists {
         std::vector<std::string> systemRoots;
-        std::vector<std::string>
-            homeRoots; ///< real paths where they exist, in the order in which they are tried
+        /// Real paths where they exist, in the order in which they are tried.
+        std::vector<std::string> homeRoots;
         std::vector<std::string> furtherRoots; ///< tried after them; may name what does not exist yet
-        std::string_view
-            protectedBySystem; ///< the reason for what the system guards; lives as long as the program
+        /// The reason for what the system guards; lives as long as the program.
+        std::string_view protectedBySystem;
     };
 
     /// `homePath`: the home's real path in visible form. `resolver` knows which places must not be asked

@@ -159,7 +159,7 @@ std::optional<std::string> SafetyPolicy::restoreDestinationReason(const std::str
         return homeReason_;
     const auto name = lastPathComponent(path);
     const auto folder = canonical(std::string(parentPath(path)));
-    // A path that names no item of a folder could only come from a journal that somebody has written by hand.
+    // A path that names no item of a folder could only come from a journal that was edited by hand.
     if (!folder || name.empty() || name == "/" || name == "." || name == ".."
         || name.find('\0') != std::string::npos)
         return "The original folder no longer exists or moved";
@@ -217,8 +217,8 @@ std::optional<std::string> SafetyPolicy::furtherReason(const std::string& path, 
     const auto home = platform::measureEntry(-1, homePath_.c_str());
     if (!item || !home)
         return "Already gone";
-    // The same disk mounted a second time shows the same device, and no move crosses from one mount to
-    // another.
+    // The same disk mounted a second time shows the same device, and no move crosses from one mount
+    // to another.
     if (item->place.mountId != home->place.mountId)
         return std::string(onAnotherVolume);
     return isDirectory ? mountReason(real) : std::nullopt;

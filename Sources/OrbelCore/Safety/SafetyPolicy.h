@@ -25,8 +25,8 @@ namespace orbel {
 ///
 /// A value, built once for a home folder. What it knows of protected places is read at construction and then
 /// immutable; check() and the reasons only read the disk, and may be called by any thread at once. A volume
-/// that may not answer (of a network, of a user program) is never asked, neither here nor there, unless the
-/// home itself lies on it: the mount table and the text of the path decide.
+/// that may not answer (of a network, of a user program) is never asked unless the home itself lies on it:
+/// the mount table and the text of the path decide.
 class SafetyPolicy {
 public:
     static constexpr auto& leftoverFolders = PlaceRules::leftoverFolders;

@@ -7,8 +7,8 @@
 
 namespace orbel::walk {
 
-/// Waits where no file descriptor is to be had: others give theirs back as they go on, and what could not be
-/// opened for that reason alone must not count as unreadable. Of one thread.
+/// Waits while the process is out of file descriptors: other threads release theirs as they go on, and what
+/// could not be opened for that reason alone must not count as unreadable. One thread uses it.
 class DescriptorShortage {
 public:
     explicit DescriptorShortage(const ScanCancellation& cancellation) : cancellation_(cancellation) {}

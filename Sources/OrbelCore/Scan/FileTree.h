@@ -30,12 +30,10 @@ using NodeIndex = std::uint32_t;
 ///
 /// Invariants, on which finalising and editing rely:
 ///  1. Node 0 is the root; every other node's parent has a smaller index, so one pass from the last node to
-///  the first
-///     meets every child before its parent.
+///     the first meets every child before its parent.
 ///  2. All columns hold `count()` elements; `childStart` holds one more once the child lists are built.
 ///  3. A node is attached when its chain of parents reaches node 0. Detached nodes keep their data and the
-///  links
-///     within their own subtree; they are in no child list and in no total of what is attached.
+///     links within their own subtree; they are in no child list and in no total of what is attached.
 ///
 /// A plain value: built by one thread, then read from any number at once. A copy is a real copy, of some 70
 /// bytes a node. Every query takes an index below `count()`; any other stops the process. There is no input
@@ -54,8 +52,8 @@ struct FileTree {
     Column<std::uint32_t> nameStart;  ///< per node: offset of its name in `names`
     Column<std::uint16_t> nameLength; ///< per node: bytes of its name; 0 for the root
     Column<NodeIndex> parentIndex;    ///< per node: `noParent` for the root and for detached nodes
-    Column<std::uint64_t>
-        allocatedBytes; ///< per node: bytes on disk; of a folder, what its attached children sum to
+    /// Per node: bytes on disk; of a folder, what its attached children sum to.
+    Column<std::uint64_t> allocatedBytes;
     Column<std::uint64_t> logicalBytes;     ///< per node: content length in bytes; never summed
     Column<std::int32_t> modifiedMinutes;   ///< per node: whole minutes since 1970 UTC, rounded down
     Column<std::uint64_t> inodes;           ///< per node
@@ -66,8 +64,8 @@ struct FileTree {
     Column<std::uint32_t> childStart; ///< children of node i: childList[childStart[i] ..< childStart[i + 1]]
     Column<NodeIndex> childList; ///< grouped by parent; in a group the largest first, equal ones by index
 
-    std::vector<NodeIndex>
-        protectedNodes; ///< nodes that are protected data themselves, ascending; not the root
+    /// Nodes that are protected data themselves, ascending; not the root.
+    std::vector<NodeIndex> protectedNodes;
     std::unordered_set<NodeIndex> protectedContainers; ///< nodes that are, or contain, protected data
     std::unordered_set<NodeIndex> aliasNodes;          ///< alias files of the file manager
     /// By file: the bytes that a group of hard links occupies once, and its members in node order.
@@ -79,7 +77,7 @@ struct FileTree {
     /// By node: entries that could not be read, at it and below it; of a folder as of its total. No zeros.
     std::unordered_map<NodeIndex, std::uint64_t> unreadableInside;
 
-    /// Of every node that was detached itself: the folder that held it, so that its path can still be told.
+    /// Of every node that was detached itself: the folder that held it, from which its path is still known.
     std::unordered_map<NodeIndex, NodeIndex> detachedFrom;
 
     std::uint64_t device = 0; ///< device number of the scanned volume; 0 when unknown
@@ -93,14 +91,14 @@ struct FileTree {
     // Queries.
 
     std::size_t count() const { return parentIndex.size(); }
-    /// The name as text, invalid UTF-8 replaced. The root is called by the last component of `rootPath`, or
-    /// "/".
+    /// The name as text, invalid UTF-8 replaced. The root is called by the last component of `rootPath`,
+    /// or "/".
     std::string name(NodeIndex node) const;
     /// The name's bytes as they are on disk; empty for the root. Valid until the tree changes.
     std::string_view nameBytes(NodeIndex node) const;
     std::optional<NodeIndex> parent(NodeIndex node) const;
-    /// Largest first. Empty when there are none or the child lists are not built. Valid until the tree
-    /// changes.
+    /// Largest first. Empty when there are none or the child lists are not built. Valid until the
+    /// tree changes.
     std::span<const NodeIndex> children(NodeIndex node) const;
     std::uint64_t allocated(NodeIndex node) const;
     std::uint64_t logical(NodeIndex node) const;
@@ -141,9 +139,9 @@ struct FileTree {
         std::uint64_t inode;
     };
 
-    /// Completes the tree once all nodes are there: settles hard links, marks protected containers, sums up
-    /// and builds the child lists. `hardLinkCandidates` are the non-folders of this volume with two or more
-    /// links, in node order.
+    /// Completes the tree once all nodes are there: assigns the bytes of hard links, marks protected
+    /// containers, sums up and builds the child lists. `hardLinkCandidates` are the non-folders of this
+    /// volume with two or more links, in node order.
     void finalize(std::span<const HardLinkCandidate> hardLinkCandidates);
 
     /// Detaches nodes that are gone from the disk and brings hard links and totals up to date. Node 0, nodes
@@ -168,7 +166,7 @@ private:
     void requireNode(NodeIndex node) const;
     NodeIndex holderOf(NodeIndex node) const;
     void groupHardLinks(std::span<const HardLinkCandidate> candidates);
-    void settleHardLinks();
+    void assignHardLinkOwners();
     void assignHardLinkOwner(const FileIdentity& file, std::span<const NodeIndex> members);
     void markProtectedData();
     void countUnreadable();

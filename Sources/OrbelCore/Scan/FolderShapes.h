@@ -21,8 +21,8 @@ std::vector<ShapedFolder> shapedFolders(const FileTree& tree);
 /// Whether the folder is what Git calls a repository: a ".git" or a bare one.
 bool isGitRepository(const FileTree& tree, NodeIndex folder);
 
-/// The nodes other than the root whose name passes, in ascending order. `passes` is called
-/// by several threads.
+/// The nodes other than the root whose name passes, in ascending order. `passes` is called by
+/// several threads.
 std::vector<NodeIndex> nodesNamed(const FileTree& tree, const std::function<bool(std::string_view)>& passes);
 
 } // namespace orbel

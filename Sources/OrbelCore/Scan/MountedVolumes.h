@@ -24,10 +24,10 @@ using ReadVolume = std::function<std::optional<VolumeInfo>(const std::string& pa
 
 /// Of these mounts the file systems on disks, each once, "/" first and the rest by path. Left out: what the
 /// kernel makes up, what lies in memory, images that are only read, second views of the same file system, and
-/// whatever is reached over a network, because asking a dead server never returns.
+/// network file systems, because a question to a dead server never returns.
 std::vector<MountedVolume> mountedVolumes(const std::vector<platform::Mount>& mounts, const ReadVolume& read);
 
-/// The mount that holds a path, told by text alone; absent when the table has no "/".
+/// The mount that holds a path, by its text alone; absent when the table has no "/".
 const platform::Mount* mountHolding(const std::vector<platform::Mount>& mounts, const std::string& path);
 
 } // namespace orbel

@@ -13,8 +13,8 @@ struct NodeFlags {
     static const NodeFlags symlink;    ///< a symbolic link, measured as the link itself, never followed
     static const NodeFlags unreadable; ///< the entry, or the directory's listing, could not be read
     static const NodeFlags dataless;   ///< a cloud file whose data is not on this disk
-    static const NodeFlags
-        linkCountedElsewhere;              ///< a hard link whose bytes another member of its group carries
+    /// A hard link whose bytes another member of its group carries.
+    static const NodeFlags linkCountedElsewhere;
     static const NodeFlags mayShareBlocks; ///< its blocks may belong to another file too
     static const NodeFlags otherVolume;    ///< where another volume is mounted; not descended into
 

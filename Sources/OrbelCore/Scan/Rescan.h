@@ -6,13 +6,13 @@
 
 namespace orbel {
 
-/// What measuring a folder of a scanned tree again comes to, as things are on the disk now.
+/// What has to be measured to bring a folder of a scanned tree up to date with the disk.
 struct RescanTarget {
     enum class Kind : std::uint8_t {
         folder,     ///< `node` is to be walked and can take its place in the tree
         wholeTree,  ///< nothing less than the root will do
         gone,       ///< `node` is not on the disk any more
-        unreachable ///< whether it still is there cannot be told
+        unreachable ///< whether it still exists cannot be found out
     };
 
     Kind kind = Kind::folder;

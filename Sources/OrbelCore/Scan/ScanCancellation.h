@@ -4,8 +4,8 @@
 
 namespace orbel {
 
-/// The token that stops a scan or a session. Shared between whoever stops and whoever works; any thread may
-/// call either member. There is no reset: every scan has a token of its own.
+/// The token that stops a scan or a session. Shared by the thread that cancels and those that work; any
+/// thread may call either member. There is no reset: every scan has a token of its own.
 class ScanCancellation {
 public:
     void cancel() { cancelled_.store(true, std::memory_order_relaxed); }

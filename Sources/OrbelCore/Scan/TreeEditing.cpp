@@ -16,7 +16,7 @@ void FileTree::remove(std::span<const NodeIndex> gone) {
     }
     if (!detachedAny)
         return;
-    settleHardLinks();
+    assignHardLinkOwners();
     recomputeTotals();
 }
 
@@ -32,12 +32,12 @@ void FileTree::restore(std::span<const NodeIndex> back) {
     }
     if (!attachedAny)
         return;
-    settleHardLinks();
+    assignHardLinkOwners();
     recomputeTotals();
 }
 
 /// The bytes of a group whose owner left move to a link that stays, and back when it returns.
-void FileTree::settleHardLinks() {
+void FileTree::assignHardLinkOwners() {
     std::vector<NodeIndex> attached;
     for (const auto& [file, members] : hardLinkMembers) {
         attached.clear();

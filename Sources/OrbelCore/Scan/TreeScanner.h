@@ -42,7 +42,7 @@ public:
     /// Measures one file or folder, a symbolic link as the link itself. Blocks.
     static Measurement measure(const std::string& path, std::optional<int> workers = std::nullopt);
 
-    /// The same, told from what a scan of the folder gave.
+    /// The same, derived from a scan of the folder.
     static Measurement measurement(const FileTree& tree);
 };
 

@@ -260,7 +260,7 @@ FileTree FileTree::spliced(NodeIndex folder, const FileTree& fresh) const {
     count(&FileTree::otherVolumeCount, NodeFlags::otherVolume, 0);
 
     joinHardLinks(made, *this, fresh, plan);
-    made.settleHardLinks();
+    made.assignHardLinkOwners();
     made.recomputeTotals();
     made.markProtectedData();
     return made;

@@ -14,10 +14,10 @@ namespace orbel::walk {
 
 /// Shares the folders that are still to be listed among the workers of one walk, and starts the workers.
 ///
-/// Each worker keeps a stack of its own and goes depth first without any lock. Only while somebody has
-/// nothing to do, which one relaxed load tells, does a worker give away the older half of its stack: the
-/// folders nearest to the root, which promise the most work. A shared queue that everybody visits for every
-/// folder costs a seventh more on trees with many small folders.
+/// Each worker keeps a stack of its own and goes depth first without any lock. Only while another worker is
+/// idle, which one relaxed load shows, does a worker give away the older half of its stack: the folders
+/// nearest to the root, which promise the most work. A shared queue that all workers visit for every folder
+/// costs a seventh more on trees with many small folders.
 ///
 /// Workers are started one by one while there is more shared work than idle workers, so that measuring a
 /// small folder costs one thread and not all of them.
@@ -38,7 +38,7 @@ public:
     /// may give some. Absent when the walk is over, which the last worker to run dry finds out.
     WorkUnit* next(std::vector<WorkUnit*>& own);
 
-    /// Whether somebody would take work that a worker has to spare. A hint.
+    /// Whether another worker is idle and would take work. A hint: it may be out of date.
     bool isWorkWanted() const { return workWanted_.load(std::memory_order_relaxed); }
 
     /// Gives away the older half of a worker's stack. The newest folder always stays.

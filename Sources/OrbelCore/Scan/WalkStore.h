@@ -17,12 +17,11 @@
 ///
 /// Every worker appends the nodes that it finds to chunks of its own, without a lock. The entries of one
 /// folder lie side by side (in a few runs when a chunk fills up), so that the merge copies whole runs, column
-/// by column, and can put them into an order that no thread had a say in.
+/// by column, and can put them into an order that does not depend on the threads.
 namespace orbel::walk {
 
 /// Nodes in column form. Appended to by one worker; an entry that is a folder is completed (own attributes,
-/// flags) by whichever worker opens it, which touches no other entry. Read by all once the workers have
-/// ended.
+/// flags) by the worker that opens it, which touches no other entry. Read by all once the workers have ended.
 struct Chunk {
     static constexpr std::uint32_t capacity = 16 * 1024;
     static constexpr std::uint32_t nameCapacity = 1024 * 1024;
@@ -69,8 +68,8 @@ struct Slot {
     std::atomic<std::uint64_t> bytes = 0;
 };
 
-/// One folder to list: created once, by whoever lists its parent, and listed once. It outlives the walk's
-/// threads and then tells the merge where the folder's entries are.
+/// One folder to list: created once, by the worker that lists its parent, and listed once. It outlives the
+/// walk's threads and then tells the merge where the folder's entries are.
 struct WorkUnit {
     WorkUnit* parent = nullptr; ///< absent for the root
     Chunk* chunk = nullptr;     ///< with `place`: the folder's own node; absent for the root

@@ -68,7 +68,7 @@ void WalkWorker::run() {
 void WalkWorker::list(WorkUnit& unit) {
     auto reader = shortage_.waitFor([&] { return open(unit); });
     if (!reader)
-        takeUnopened(unit, reader.error());
+        recordUnopened(unit, reader.error());
     releaseParent(unit);
     if (!reader) {
         publish();
@@ -103,7 +103,7 @@ void WalkWorker::list(WorkUnit& unit) {
     publish();
 }
 
-void WalkWorker::takeUnopened(WorkUnit& unit, int error) {
+void WalkWorker::recordUnopened(WorkUnit& unit, int error) {
     std::optional<DirectoryReader::Own> own;
     if (unit.chunk != nullptr && unit.parent->descriptor >= 0)
         own = platform::measureEntry(unit.parent->descriptor, openName_.c_str());

@@ -24,11 +24,11 @@ struct alignas(64) WorkerCounters {
     std::atomic<std::uint64_t> otherVolume = 0;
 };
 
-/// What all workers of one walk share and none changes, besides what says so.
+/// What all workers of one walk share. Immutable, except where a member says otherwise.
 struct WalkContext {
     std::string rootPath;
     int rootDescriptor = -1;       ///< open for the whole walk
-    platform::MountIdentity place; ///< what has another one is another volume
+    platform::MountIdentity place; ///< of the root; an entry with another one is on another volume
     MountBoundary boundary;
     const ScanCancellation& cancellation;
 
@@ -56,7 +56,7 @@ public:
 
 private:
     void list(WorkUnit& unit);
-    void takeUnopened(WorkUnit& unit, int error);
+    void recordUnopened(WorkUnit& unit, int error);
     std::optional<platform::DirectoryReader> open(WorkUnit& unit);
     std::optional<platform::DirectoryReader> openAlongPath(const WorkUnit& unit);
     static void releaseParent(const WorkUnit& unit);

@@ -6,12 +6,11 @@
 
 namespace orbel {
 
-/// The "file://" URL of an absolute path: plain text whatever the path's bytes, since all but letters, digits
-/// and
+/// The "file://" URL of an absolute path: ASCII for any bytes of the path, since all but letters, digits and
 /// "-._~/" are escaped.
 std::string fileUrl(std::string_view path);
 
-/// The path of such a URL; absent for a URL of another kind or with an escape that is none.
+/// The path of such a URL; absent for a URL of another kind or with an invalid escape.
 std::optional<std::string> pathOfFileUrl(std::string_view url);
 
 } // namespace orbel

@@ -29,7 +29,7 @@ bool isPathInside(std::string_view path, std::string_view folder);
 /// For a path that cannot be resolved: where a link lies before a "..", the true path is another one.
 std::string standardizedPath(std::string_view path);
 
-/// The path for people: "~" in place of the home folder, and valid UTF-8 whatever its bytes.
+/// The path for people: "~" in place of the home folder, and valid UTF-8 for any bytes.
 std::string tildePath(std::string_view path, std::string_view home);
 
 } // namespace orbel

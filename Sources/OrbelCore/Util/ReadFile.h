@@ -6,16 +6,16 @@
 
 namespace orbel {
 
-/// The whole content of a file, read to its end whatever size the system reports for it (files of /proc
-/// report 0). Absent when it cannot be opened or a read fails. Follows symbolic links; meant for the system's
-/// own tables.
+/// The whole content of a file, read to its end regardless of the size that the system reports (files of
+/// /proc report 0). Absent when it cannot be opened or a read fails. Follows symbolic links; meant for the
+/// system's own tables.
 std::optional<std::string> readFile(const std::string& path);
 
 /// The same for an open file, from where it stands.
 std::optional<std::string> readFile(int descriptor);
 
-/// The content of a file that anybody may have put there: only of a regular file, or of one that a link leads
-/// to, and only when it has at most `limit` bytes. Never waits for the other end of a pipe.
+/// The content of an untrusted file: only of a regular file, or of one that a link leads to, and only when it
+/// has at most `limit` bytes. Never waits for the other end of a pipe.
 std::optional<std::string> readRegularFile(const std::string& path, std::uint64_t limit);
 
 } // namespace orbel

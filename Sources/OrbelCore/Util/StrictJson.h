@@ -8,9 +8,9 @@
 
 namespace orbel {
 
-// The members of a JSON object by key, in their exact type: nothing is rounded, wrapped or taken for what it
-// is not, as the library's own conversions do (-1 for 2^64 - 1, true for 1, 1.5 for 1). A missing key,
-// another type or a number out of range throws nlohmann::json::exception.
+// The members of a JSON object by key, in their exact type: nothing is rounded, wrapped or converted, as the
+// library's own functions do (-1 to 2^64 - 1, true to 1, 1.5 to 1). A missing key, another type or a number
+// out of range throws nlohmann::json::exception.
 
 const std::string& textAt(const nlohmann::json& object, const char* key);
 std::uint64_t unsignedAt(const nlohmann::json& object, const char* key);

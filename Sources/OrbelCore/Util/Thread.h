@@ -17,13 +17,12 @@ public:
     Thread() = default;
 
     /// Starts a thread that runs `body` once. The name is cut to what the system takes (15 bytes on Linux).
-    /// `stackBytes` is a multiple of 64 KiB, which suits the pages of every system.
-    /// Returns a thread for which `joinable()` is false when the system has none to give; `body` has then not
-    /// run.
+    /// `stackBytes` is a multiple of 64 KiB, which suits the pages of every system. Returns a thread for
+    /// which `joinable()` is false when the system has none to give; `body` has then not run.
     static Thread start(std::string name, std::size_t stackBytes, std::function<void()> body);
 
-    /// Starts a thread that nobody joins, with the default stack; it ends with its body. False when the
-    /// system has no thread to give.
+    /// Starts a detached thread with the default stack; it ends with its body. False when the system has no
+    /// thread to give.
     [[nodiscard]] static bool startDetached(std::string name, std::function<void()> body);
 
     Thread(Thread&& other) noexcept;

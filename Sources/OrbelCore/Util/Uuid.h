@@ -16,7 +16,7 @@ std::string uuidText(const UuidBytes& uuid);
 /// none, the process stops.
 std::string newUuid();
 
-/// Whether the text is a UUID in that form, of whatever version.
+/// Whether the text is a UUID in that form, of any version.
 bool isUuid(std::string_view text);
 
 } // namespace orbel

@@ -133,7 +133,7 @@ UsedFiles::Outcome UsedFiles::throughLink(int folder, const char* link, std::vec
         file.inode = status->inode;
         if (file.path.ends_with(deletedMark)) {
             if (status->linkCount == 0)
-                return Outcome::checked; // nobody can move it any more
+                return Outcome::checked; // it has no name left to be moved by
             // Either it is called so, or it lives on under another name.
             const auto named = namedStatus(file.path);
             if (!named || named->inode != status->inode || named->device != status->device)
@@ -216,8 +216,8 @@ UsedFile UsedFiles::fileOf(int process, const MappedFile& mapped) const {
         if (const auto status = namedStatus(path); status && status->inode == file.inode)
             return {.device = status->device, .inode = status->inode, .path = path};
     }
-    // No longer there under that name, or seen otherwise by the process. This needs more rights than the
-    // rest.
+    // No longer there under that name, or seen otherwise by the process. This needs more rights than
+    // the rest.
     if (file.path.ends_with(deletedMark))
         file.path.clear();
     const std::string link = "map_files/" + std::string(mapped.range);
@@ -237,7 +237,7 @@ std::vector<UsedFile> UsedFiles::ofLoopDevices() const {
         const std::string name = std::string(entry->d_name) + "/loop/backing_file";
         auto path = contentOf(::dirfd(listing.get()), name.c_str());
         if (!path)
-            continue; // nothing stands on this one
+            continue; // no file is behind this one
         if (path->ends_with('\n'))
             path->pop_back();
         UsedFile file{.path = std::move(*path)};

@@ -26,7 +26,7 @@ public:
     enum class Outcome : std::uint8_t {
         checked,
         unreadable, ///< something of it may not be looked at; what could be is filled in
-        gone        ///< it ended meanwhile, or is none of the processes that count
+        gone        ///< it ended meanwhile, or is not a process that counts
     };
 
     /// Looks at one process.
@@ -35,7 +35,7 @@ public:
     /// Which of the sockets the processes that were looked at hold.
     const std::unordered_set<std::uint64_t>& heldSockets() const { return heldSockets_; }
 
-    /// The image files that loop devices stand on.
+    /// The image files behind loop devices.
     std::vector<UsedFile> ofLoopDevices() const;
 
     /// The sockets of the system that have a file, as far as it still goes by the path it was made by.

@@ -14,8 +14,8 @@ namespace orbel::platform {
 
 namespace {
 
-/// Asks for the regions of a process that stand on files, and for those only. The published header stops
-/// short of it.
+/// Asks for the regions of a process that are mapped from files, and for those only. The published header
+/// stops short of it.
 constexpr int fileRegionInfo = 22; // PROC_PIDREGIONPATHINFO2
 
 /// The processes that there are, ascending.

@@ -6,7 +6,7 @@ namespace orbel::platform {
 
 /// A library of the system that is opened by name at run time: the program then links without the system's
 /// development kit and starts where the library is missing. Never closed again, because frameworks do not
-/// stand being unloaded.
+/// survive being unloaded.
 class SystemLibrary {
 public:
     /// Opens the library at `path`; when that fails, find() gives nothing.

@@ -16,7 +16,7 @@ namespace orbel::platform {
 /// A name for people: valid text on one line.
 std::string shownName(std::string_view name);
 
-/// What an application is and where it came from; its name and what bears that are left to others.
+/// What an application is and where it came from. Its name, and what is named after it, are not filled in.
 struct ClassifiedApp {
     std::string key; ///< the same for all launchers of one application
     InstalledApp app;

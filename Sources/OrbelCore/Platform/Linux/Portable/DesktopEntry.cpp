@@ -62,7 +62,7 @@ DesktopEntry DesktopEntry::parse(std::string_view text) {
         if (line.starts_with('#'))
             continue;
         if (line.starts_with('[')) {
-            // What follows the head of a group that is none belongs to no group.
+            // What follows a malformed group header belongs to no group.
             group = nullptr;
             if (!line.ends_with(']') || line.size() < 3)
                 continue;

@@ -10,7 +10,7 @@
 namespace orbel::platform {
 
 /// The text of a .desktop file, or of another file of that form: groups of keys with values. Nothing in a
-/// file makes reading it fail; a line that is none of the form is passed over. Immutable.
+/// file makes reading it fail; a malformed line is passed over. Immutable.
 class DesktopEntry {
 public:
     static constexpr std::string_view mainGroup = "Desktop Entry";

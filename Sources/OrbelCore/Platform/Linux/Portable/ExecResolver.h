@@ -18,8 +18,8 @@ struct ExecResolver {
     std::vector<std::string> snapFolders;          ///< each has what is installed in NAME
     std::vector<std::string> outOfReach;           ///< real paths; what lies in these is not asked for
 
-    /// In doubt, `unknown`: what may not be looked at, what is not executable, relative paths, and whatever
-    /// lies, also through links, where volumes come and go.
+    /// In doubt, `unknown`: what may not be looked at, what is not executable, relative paths, and what lies,
+    /// also through links, where volumes come and go.
     LauncherTarget resolve(std::string_view exec) const;
     LauncherTarget resolve(const ExecCommand& command) const;
 

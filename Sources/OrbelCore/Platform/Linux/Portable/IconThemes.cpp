@@ -90,7 +90,7 @@ IconThemes::IconThemes(std::vector<std::string> folders, const std::string& them
     add(std::string(sharedTheme), known);
 }
 
-/// The theme, then those that it stands on. The shared one comes last, whoever names it.
+/// The theme, then those that it inherits from. The shared one comes last, even where a theme names it.
 void IconThemes::add(const std::string& name, std::vector<std::string>& known) {
     if (!staysBelow(name) || name.contains('/') || known.size() >= mostThemes
         || std::ranges::find(known, name) != known.end())

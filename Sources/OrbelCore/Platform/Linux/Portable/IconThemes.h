@@ -11,9 +11,9 @@ namespace orbel::platform {
 std::vector<std::string> iconFolders(const std::string& home, std::string_view dataHome,
                                      std::string_view dataFolders);
 
-/// The application icons of a desktop: those of its theme, of the themes that this one stands on, of the
-/// theme that all share, and those of no theme. The themes' descriptions are read once, at construction;
-/// after that it is immutable.
+/// The application icons of a desktop: those of its theme, of the themes that it inherits from, of the theme
+/// that all share, and those of no theme. The themes' descriptions are read once, at construction; after that
+/// it is immutable.
 class IconThemes {
 public:
     IconThemes(std::vector<std::string> folders, const std::string& theme);

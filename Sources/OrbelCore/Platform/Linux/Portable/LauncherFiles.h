@@ -14,7 +14,7 @@ struct LauncherFile {
     std::string path;
     std::string id; ///< the desktop id, without ".desktop"
     DesktopEntry entry;
-    std::optional<ExecCommand> command; ///< absent when it cannot be told
+    std::optional<ExecCommand> command; ///< absent when it cannot be found out
     LauncherTarget target;
     std::string program;               ///< the real path of the program; empty when it was not found
     std::vector<std::string> shadowed; ///< launchers of the same id that this one takes the place of

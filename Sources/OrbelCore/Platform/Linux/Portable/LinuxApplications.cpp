@@ -207,7 +207,7 @@ private:
         for (auto& [key, found] : found_) {
             auto& app = found.app;
             if (app.status == Status::removable && found.shownPrograms.size() > 1) {
-                // Whoever removes one would lose the others.
+                // Removing one would remove the others.
                 app.status = Status::unsupported;
                 app.reason = "Several applications are in this folder:";
                 for (const auto& name : found.shownNames)

@@ -31,7 +31,7 @@ void forEachLine(std::string_view text, const auto& use) {
     }
 }
 
-/// The value of "Key: value"; empty when the line is none of that key.
+/// The value of "Key: value"; empty when the line has another key.
 std::string_view valueOf(std::string_view line, std::string_view key) {
     if (!line.starts_with(key) || !line.substr(key.size()).starts_with(": "))
         return {};
@@ -173,7 +173,7 @@ void addRpmOwners(const Wanted& wanted, const std::set<std::string>& paths, cons
     });
 }
 
-/// Desktops and the programs that a session does not go on without, whatever their priority says.
+/// Desktops, and programs that a session cannot run without, regardless of their priority.
 bool isDesktopShell(std::string_view package) {
     constexpr std::array<std::string_view, 36> packages{"budgie-core",
                                                         "budgie-desktop",

@@ -21,12 +21,12 @@ std::optional<ProcessState> parseProcessState(std::string_view text);
 /// One file in /proc/PID/maps.
 struct MappedFile {
     std::string_view range{}; ///< its addresses, which name the mapping in map_files/
-    std::string_view
-        file{}; ///< device, inode and path as they stand there: equal for every mapping of one file
+    /// Device, inode and path as they stand there: equal for every mapping of one file.
+    std::string_view file{};
     std::uint64_t device = 0; ///< of the file system, which is not that of its files where it has subvolumes
     std::uint64_t inode = 0;
-    std::string_view
-        path{}; ///< as it stands there: a line feed in it is written \012, which a name may also contain
+    /// As it stands there: a line feed in it is written \012, which a name may also contain.
+    std::string_view path{};
 };
 
 /// Calls `use` for every mapped file, once for mappings of the same file that stand in a row. What is mapped
@@ -43,7 +43,7 @@ struct BoundSocket {
 /// accepted connections carry the same path and are passed over, as are lines of another form.
 void forEachBoundSocket(std::string_view sockets, const std::function<void(const BoundSocket&)>& use);
 
-/// The inode in the "socket:[1025]" that a descriptor leads to; absent when it is none of a socket.
+/// The inode in the "socket:[1025]" that a descriptor leads to; absent when it is not a socket.
 std::optional<std::uint64_t> socketInode(std::string_view link);
 
 } // namespace orbel::platform

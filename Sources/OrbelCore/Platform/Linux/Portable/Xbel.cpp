@@ -109,7 +109,7 @@ std::optional<Date> dateIn(std::string_view value) {
     return parseIso8601(std::string(value.substr(0, point)) + "Z");
 }
 
-void note(std::string_view attribute, std::string_view value, XbelBookmark& bookmark) {
+void applyAttribute(std::string_view attribute, std::string_view value, XbelBookmark& bookmark) {
     if (attribute == "href") {
         const auto address = unescaped(value);
         bookmark.path = address ? pathOfFileUrl(*address).value_or("") : "";
@@ -136,7 +136,7 @@ std::optional<XbelBookmark> attributesAt(Cursor& cursor) {
         const auto value = cursor.takeThrough(quote);
         if (!value)
             return std::nullopt;
-        note(name, *value, bookmark);
+        applyAttribute(name, *value, bookmark);
     }
 }
 
