@@ -5,6 +5,7 @@
 #include "Journal/JournalJson.h"
 #include "Journal/MoveFailure.h"
 #include "Journal/PrivateFile.h"
+#include "Journal/RecordedIds.h"
 #include "Platform/MountTable.h"
 #include "Safety/RealPath.h"
 #include "Util/PathResolver.h"
@@ -21,7 +22,6 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 
 #include <unistd.h>
 
@@ -113,26 +113,26 @@ std::expected<void, JournalError> makeLast(const MoveIntent& intent) {
     return {};
 }
 
-/// What the journal holds already.
-struct Recorded {
-    std::unordered_set<std::string_view> ids;
-    std::unordered_set<std::string_view> restored; ///< what `restored` lines refer to
-
-    explicit Recorded(const std::vector<JournalEntry>& entries) {
-        for (const auto& entry : entries) {
-            ids.insert(entry.id);
-            if (entry.result == JournalEntry::Result::restored && entry.refersTo)
-                restored.insert(*entry.refersTo);
-        }
+/// What the journal holds already of these moves.
+std::expected<RecordedIds, JournalError> recordedOf(const std::vector<Attempts>& moves,
+                                                    const JournalStore& journal) {
+    std::vector<std::string> ids;
+    std::vector<std::string> referredTo;
+    for (const auto& attempts : moves) {
+        const auto& intent = attempts.front();
+        ids.push_back(intent.entry.id);
+        if (intent.kind == MoveIntent::Kind::putBack && intent.entry.refersTo)
+            referredTo.push_back(*intent.entry.refersTo);
     }
+    return journal.recorded(ids, referredTo);
+}
 
-    /// Also when another program was quicker to put the item back.
-    bool holds(const MoveIntent& intent) const {
-        return ids.contains(intent.entry.id)
-               || (intent.kind == MoveIntent::Kind::putBack && intent.entry.refersTo
-                   && restored.contains(*intent.entry.refersTo));
-    }
-};
+/// Also when another program was quicker to put the item back.
+bool holds(const RecordedIds& recorded, const MoveIntent& intent) {
+    return recorded.ids.contains(intent.entry.id)
+           || (intent.kind == MoveIntent::Kind::putBack && intent.entry.refersTo
+               && recorded.restored.contains(*intent.entry.refersTo));
+}
 
 /// The intents of one file whose process is gone, while this object holds its lock.
 class AbandonedFile {
@@ -146,8 +146,7 @@ public:
         const auto failuresBefore = settlement.failures.size();
         if (const auto moves = read(settlement); !moves.empty()) {
             // Asked only now, under the lock: whoever settled this file before us may have been interrupted.
-            if (const auto entries = journal.read()) {
-                const Recorded recorded(*entries);
+            if (const auto recorded = recordedOf(moves, journal)) {
                 for (const auto& attempts : moves)
                     if (const auto place = placeOutOfReach(attempts))
                         settlement.failures.push_back(
@@ -155,9 +154,9 @@ public:
                                             "looked for again at the next start")
                                 .words);
                     else
-                        settle(attempts, recorded.holds(attempts.front()), journal, settlement);
+                        settle(attempts, holds(*recorded, attempts.front()), journal, settlement);
             } else {
-                settlement.failures.push_back(entries.error().words);
+                settlement.failures.push_back(recorded.error().words);
             }
         }
         if (settlement.failures.size() == failuresBefore && ::unlink(path_.c_str()) != 0)
