@@ -67,6 +67,9 @@ private:
     }
 
     std::string line() {
+        // Most lines are of the plain kind but for what one of the other oddities does to them.
+        hasBlanks_ = chance(4);
+        hasEscapes_ = chance(4);
         const nlohmann::json object = entry();
         std::vector<std::string> members;
         for (const auto& [name, value] : object.items())
@@ -74,7 +77,7 @@ private:
         // Twice, of the same or another type, or unknown.
         while (chance(3))
             members.push_back(text(chance(2) ? "id" : "refersTo") + ":" + text(id()));
-        if (chance(10))
+        if (chance(5))
             members.emplace_back(oddMember());
         if (chance(2))
             std::ranges::shuffle(members, random_);
@@ -103,7 +106,7 @@ private:
     std::string text(const nlohmann::json& value) {
         auto text = value.dump();
         // Letters and digits as escapes now and then.
-        if (value.is_string() && chance(15) && text.size() > 3 && std::isalnum(text[1]) != 0) {
+        if (hasEscapes_ && value.is_string() && chance(8) && text.size() > 3 && std::isalnum(text[1]) != 0) {
             std::array<char, 8> escape{};
             std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(text[1]));
             text.replace(1, 1, escape.data());
@@ -111,7 +114,9 @@ private:
         return text;
     }
 
-    std::string blank() { return chance(30) ? std::string(1 + below(2), " \t\r"[below(3)]) : ""; }
+    std::string blank() {
+        return hasBlanks_ && chance(8) ? std::string(1 + below(2), " \t\r"[below(3)]) : "";
+    }
 
     std::string damaged(std::string line) {
         if (!chance(5))
@@ -138,6 +143,8 @@ private:
     }
 
     std::mt19937 random_;
+    bool hasBlanks_ = false;
+    bool hasEscapes_ = false;
 };
 
 /// All entries as the JSON library alone reads them.
