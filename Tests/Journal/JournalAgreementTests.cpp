@@ -167,8 +167,7 @@ std::unordered_set<std::string> restoredOf(const std::vector<JournalEntry>& entr
     return restored;
 }
 
-std::string exported(const decltype(exportJson)& exportTo, const JournalStore& store,
-                     std::optional<Date> since) {
+std::string exported(decltype(exportJson)& exportTo, const JournalStore& store, std::optional<Date> since) {
     std::string text;
     EXPECT_TRUE(exportTo(store, since, [&](std::string_view part) { text += part; }));
     return text;

@@ -25,7 +25,7 @@ std::optional<Date> sinceIn(const Request& request) {
 }
 
 /// Prints the journal as `exportTo` writes it, and `end` behind it.
-void run(const Request& request, const decltype(exportJson)& exportTo, const std::string& end) {
+void run(const Request& request, decltype(exportJson)& exportTo, const std::string& end) {
     const auto since = sinceIn(request);
     const UserContext user;
     if (const auto& reason = user.policy().homeReason()) {
