@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <numeric>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -39,8 +38,10 @@ std::vector<Found> stretchesIn(const Lines& piece, std::optional<Date> since) {
 /// The place of each session in the order of their times; of two that began in the same second, the one that
 /// comes first in the file.
 std::vector<std::uint32_t> placesByTime(const std::vector<Date>& times) {
-    std::vector<std::uint32_t> order(times.size());
-    std::iota(order.begin(), order.end(), 0);
+    std::vector<std::uint32_t> order;
+    order.reserve(times.size());
+    for (std::uint32_t session = 0; session < times.size(); ++session)
+        order.push_back(session);
     std::ranges::stable_sort(order, {}, [&](std::uint32_t session) { return times[session]; });
     std::vector<std::uint32_t> places(times.size());
     for (std::uint32_t place = 0; place < order.size(); ++place)

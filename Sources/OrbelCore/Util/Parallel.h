@@ -4,8 +4,8 @@
 #include <array>
 #include <cstddef>
 #include <functional>
-#include <optional>
 #include <type_traits>
+#include <utility>
 
 namespace orbel {
 
@@ -28,15 +28,13 @@ void forEachRange(std::size_t count, std::size_t grain,
 template <class Make, class Take>
 void mapInOrder(std::size_t tasks, const Make& make, const Take& take) {
     constexpr std::size_t tasksAtATime = 16;
-    std::array<std::optional<std::invoke_result_t<const Make&, std::size_t>>, tasksAtATime> made;
+    std::array<std::invoke_result_t<const Make&, std::size_t>, tasksAtATime> made;
     for (std::size_t first = 0; first < tasks; first += tasksAtATime) {
         const auto count = std::min(tasks - first, tasksAtATime);
-        forEachTask(count, [&](std::size_t task) { made[task].emplace(make(first + task)); });
-        for (std::size_t task = 0; task < count; ++task) {
-            if (!take(*std::move(made[task])))
+        forEachTask(count, [&](std::size_t task) { made[task] = make(first + task); });
+        for (std::size_t task = 0; task < count; ++task)
+            if (!take(std::exchange(made[task], {})))
                 return;
-            made[task].reset();
-        }
     }
 }
 
