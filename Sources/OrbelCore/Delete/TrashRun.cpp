@@ -80,13 +80,12 @@ std::expected<void, JournalError> TrashRun::prepare(std::vector<Move>& group) {
         return begun;
     for (auto& move : group)
         if (move.held)
-            if (auto prepared = prepare(move); !prepared)
+            if (auto prepared = prepare(move, *move.held); !prepared)
                 return prepared;
     return record_.seal();
 }
 
-std::expected<void, JournalError> TrashRun::prepare(Move& move) {
-    const auto& held = *move.held;
+std::expected<void, JournalError> TrashRun::prepare(Move& move, const HeldItem& held) {
     move.known = {.item = platform::persistentIdentity(held.realPath, held.stamp.identity.inode),
                   .folder = TrashedIdentity::of(std::string(parentPath(held.realPath)))};
     std::expected<void, JournalError> intended;

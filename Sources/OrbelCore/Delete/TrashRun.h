@@ -77,7 +77,7 @@ private:
 
     Next handleGroup(std::vector<Move>& group);
     std::expected<void, JournalError> prepare(std::vector<Move>& group);
-    std::expected<void, JournalError> prepare(Move& move);
+    std::expected<void, JournalError> prepare(Move& move, const HeldItem& held);
     Next handle(Move& move);
     Next make(Move& move, const ApprovedItem& approved);
     Next confirm(Move& move, const ApprovedItem& approved, const std::string& trashPath);
