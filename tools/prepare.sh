@@ -8,9 +8,10 @@ buildPackages=(g++ cmake ninja-build nlohmann-json3-dev)
 windowPackages=(qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     qml6-module-{qtquick{,-window,-controls,-templates,-layouts,-shapes,-dialogs},qtqml{,-models,-workerscript}}
     qml6-module-qt-labs-folderlistmodel libqt6svg6)
-# The desktop's own tools for the Trash are what the moves are checked against.
-testPackages=(libgtest-dev strace git dbus dbus-daemon gvfs libglib2.0-bin trash-cli btrfs-progs libxml2-utils
-    qml6-module-qttest fonts-dejavu-core xvfb xauth)
+# The desktop's own tools for the Trash, which the moves are checked against and timed beside.
+trashPackages=(strace dbus dbus-daemon gvfs libglib2.0-bin trash-cli)
+testPackages=("${trashPackages[@]}" libgtest-dev git btrfs-progs libxml2-utils qml6-module-qttest fonts-dejavu-core xvfb
+    xauth)
 checkPackages=(ccache clang-format-14 clang-tidy-19)
 fuzzPackages=(clang-19 libclang-rt-19-dev)
 # What makes the packages, looks them over, and tries them in a bare Debian.
