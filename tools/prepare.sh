@@ -112,18 +112,23 @@ releaseBuild() { exec {buildLock}>&-; }
 isConfiguredWith() { grep -qx "$1:BOOL=ON" "$releaseFolder/CMakeCache.txt" 2>/dev/null; }
 isConfiguredWithout() { grep -qx "$1:BOOL=OFF" "$releaseFolder/CMakeCache.txt" 2>/dev/null; }
 
+# Warnings stop only the check of a change (.ci/run): another compiler or library warns of what is no fault of a user's.
+warningsAsErrors=-DCMAKE_COMPILE_WARNING_AS_ERROR:BOOL=${ORBEL_WARNINGS_AS_ERRORS:-OFF}
+
 # Configures build/release, giving CMake the arguments. Ninja does it again by itself when a CMakeLists.txt changes, but
 # knows nothing of the presets; a checkout that was moved has to start anew.
 configureRelease() {
     local fresh=()
     grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$releaseFolder/CMakeCache.txt" 2>/dev/null || fresh=(--fresh)
-    quietly inRoot cmake --preset release "${fresh[@]}" "$@" || fail "The build could not be configured."
+    quietly inRoot cmake --preset release "${fresh[@]}" "$warningsAsErrors" "$@" ||
+        fail "The build could not be configured."
     touch "$releaseFolder/.configured"
 }
 
 releaseIsConfigured() {
     [ -f "$releaseFolder/build.ninja" ] && [ "$releaseFolder/.configured" -nt "$root/CMakePresets.json" ] &&
-        grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$releaseFolder/CMakeCache.txt"
+        grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$releaseFolder/CMakeCache.txt" &&
+        grep -qxF -e "${warningsAsErrors#-D}" "$releaseFolder/CMakeCache.txt"
 }
 
 # Builds a target of build/release; `product` is the program that it is built for. The first build takes a while, so on a
