@@ -45,7 +45,7 @@ std::map<std::string, std::optional<FileStamp>> everythingIn(const std::string& 
 TEST(TrashCommand, TellsWhatCouldNotBeReadInWhatItMoves) {
     EXPECT_TRUE(test::inChildProcess([] {
         if (test::isRoot()) // who may read everything
-            test::becomeOtherUser();
+            test::holdProgramsToPermissions();
         const ProgramHome home;
         const std::string note = "3 entries in it could not be read";
         home.folder("docs/folder/closed");
