@@ -1,5 +1,6 @@
 #include "Journal/JournalLine.h"
 #include "Journal/JournalStore.h"
+#include "Journal/RecordedIds.h"
 #include "Platform/Process.h"
 #include "Util/Uuid.h"
 
@@ -8,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 namespace orbel {
 namespace {
@@ -74,6 +76,34 @@ void readJournal(benchmark::State& state) {
         static_cast<double>(platform::peakFootprintBytes()) / static_cast<double>(bytes);
 }
 BENCHMARK(readJournal)->DenseRange(0, 2)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+/// Settling looks for the ids of its intents, few of which have a line.
+void findIdsInJournal(benchmark::State& state) {
+    constexpr int lines = 500'000;
+    const Journal journal;
+    std::vector<std::string> ids;
+    {
+        std::ofstream file(journal.path(), std::ios::binary);
+        for (int i = 0; i < lines; ++i) {
+            const auto entry = entryOf(names[0]);
+            file << *journalLine(entry) << '\n';
+            if (i % 100 == 0)
+                ids.push_back(entry.id);
+        }
+    }
+    const auto known = ids.size();
+    while (ids.size() < 2 * known)
+        ids.push_back(newUuid());
+    const JournalStore store(journal.path());
+    for (auto _ : state) {
+        const auto found = store.recorded(ids, ids);
+        if (!found || found->ids.size() != known)
+            state.SkipWithError("ids are missing");
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(std::filesystem::file_size(journal.path()))
+                            * state.iterations());
+}
+BENCHMARK(findIdsInJournal)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void appendToJournal(benchmark::State& state) {
     const Journal journal;

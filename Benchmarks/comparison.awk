@@ -23,6 +23,7 @@ function table(state, subject,    i, name, key, programCount, programs) {
     for (i = 1; i <= programCount; ++i) {
         name = programs[i]
         key = state SUBSEP subject SUBSEP name
+        if (!(key in wall)) continue
         wallMedian[key] = median(wall[key])
         printf "%-9s %9.3f %9.3f %9.3f %10.1f %12s\n", name, wallMedian[key], median(user[key]), \
             median(kernel[key]), peak[key] / 1024, \

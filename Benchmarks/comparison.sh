@@ -1,10 +1,25 @@
 # Shared by the scripts that time orbel beside other programs, which source it after tools/prepare.sh. They set `programs`
-# to the names of the programs and define commandLine(), which puts the words that run one of them on a subject into
-# `command`.
+# to the names of the programs and define commandLine(), which puts the words that run one of them on a subject in a
+# state into `command`, and prepares what that run needs.
 
 # The line that each run of a program adds to: state, subject, program, wall, user, system seconds, KiB.
 results=$(mktemp)
 trap 'rm -f "$results"' EXIT
+
+# Builds measure-program and the named helpers into `tools`, and orbel unless `program` names another one.
+buildComparison() {
+    tools=$root/build/benchmarks/bin
+    ensurePackages "${buildPackages[@]}" "${benchmarkPackages[@]}"
+    lockBuild
+    quietly inRoot cmake --preset benchmarks
+    quietly inRoot cmake --build --preset benchmarks --target measure-program "$@"
+    if [ -z "$program" ]; then
+        releaseIsConfigured || configureRelease
+        buildRelease orbel orbel
+        program=$releaseFolder/bin/orbel
+    fi
+    releaseBuild
+}
 
 # Fails unless the folder is on a disk's file system.
 requireDisk() { # the folder, the option that names another one
@@ -38,7 +53,7 @@ measureRound() {
     local state=$1 subject=$2 round=$3 turn name command figures
     for ((turn = 0; turn < ${#programs[@]}; ++turn)); do
         name=${programs[(round + turn) % ${#programs[@]}]}
-        commandLine "$name" "$subject"
+        commandLine "$name" "$subject" "$state"
         if [ "$state" = cold ]; then
             sync
             echo 3 >/proc/sys/vm/drop_caches

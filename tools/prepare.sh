@@ -8,9 +8,10 @@ buildPackages=(g++ cmake ninja-build nlohmann-json3-dev)
 windowPackages=(qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     qml6-module-{qtquick{,-window,-controls,-templates,-layouts,-shapes,-dialogs},qtqml{,-models,-workerscript}}
     qml6-module-qt-labs-folderlistmodel libqt6svg6)
-# The desktop's own tools for the Trash are what the moves are checked against.
-testPackages=(libgtest-dev strace git dbus dbus-daemon gvfs libglib2.0-bin trash-cli mount e2fsprogs xfsprogs btrfs-progs
-    libxml2-utils qml6-module-qttest fonts-dejavu-core xvfb xauth)
+# The desktop's own tools for the Trash, which the moves are checked against and timed beside.
+trashPackages=(strace dbus dbus-daemon gvfs libglib2.0-bin trash-cli)
+testPackages=("${trashPackages[@]}" libgtest-dev git mount e2fsprogs xfsprogs btrfs-progs libxml2-utils qml6-module-qttest
+    fonts-dejavu-core xvfb xauth)
 checkPackages=(ccache clang-format-14 clang-tidy-19)
 fuzzPackages=(clang-19 libclang-rt-19-dev)
 # What makes the packages, looks them over, and tries them in a bare Debian.
@@ -111,18 +112,23 @@ releaseBuild() { exec {buildLock}>&-; }
 isConfiguredWith() { grep -qx "$1:BOOL=ON" "$releaseFolder/CMakeCache.txt" 2>/dev/null; }
 isConfiguredWithout() { grep -qx "$1:BOOL=OFF" "$releaseFolder/CMakeCache.txt" 2>/dev/null; }
 
+# Warnings stop only the check of a change (.ci/run): another compiler or library warns of what is no fault of a user's.
+warningsAsErrors=-DCMAKE_COMPILE_WARNING_AS_ERROR:BOOL=${ORBEL_WARNINGS_AS_ERRORS:-OFF}
+
 # Configures build/release, giving CMake the arguments. Ninja does it again by itself when a CMakeLists.txt changes, but
 # knows nothing of the presets; a checkout that was moved has to start anew.
 configureRelease() {
     local fresh=()
     grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$releaseFolder/CMakeCache.txt" 2>/dev/null || fresh=(--fresh)
-    quietly inRoot cmake --preset release "${fresh[@]}" "$@" || fail "The build could not be configured."
+    quietly inRoot cmake --preset release "${fresh[@]}" "$warningsAsErrors" "$@" ||
+        fail "The build could not be configured."
     touch "$releaseFolder/.configured"
 }
 
 releaseIsConfigured() {
     [ -f "$releaseFolder/build.ninja" ] && [ "$releaseFolder/.configured" -nt "$root/CMakePresets.json" ] &&
-        grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$releaseFolder/CMakeCache.txt"
+        grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$releaseFolder/CMakeCache.txt" &&
+        grep -qxF -e "${warningsAsErrors#-D}" "$releaseFolder/CMakeCache.txt"
 }
 
 # Builds a target of build/release; `product` is the program that it is built for. The first build takes a while, so on a

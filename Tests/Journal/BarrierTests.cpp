@@ -174,6 +174,29 @@ TEST(Barrier, WithoutOrderALineIsWrittenOnlyWhenTheMovesAreOnTheDisk) {
     }
 }
 
+TEST(Barrier, WithTheJournalOnAnotherFileSystemTheMovesComeFirst) {
+    if (!test::isRoot())
+        GTEST_SKIP() << "mounting needs root";
+    test::inChildProcess([] {
+        test::useOwnMountTable();
+        MoverHome home;
+        test::mountTmpfs(home.folder(".local/share/Ostrevo Orbel").c_str());
+        home.trasher.trash = std::make_shared<LiveTrash>(home.trash());
+        const PutBack putBack(home.policy, home.journal, std::make_shared<test::FakeRestore>());
+        const auto items = home.files({"a/one", "a/two"});
+        const auto expectEnd = [&](std::vector<Flush> flushes, const std::string& to,
+                                   const std::string& from) {
+            ASSERT_GT(flushes.size(), 3);
+            flushes.erase(flushes.begin(), flushes.end() - 3);
+            EXPECT_EQ(flushes, (std::vector{flushOf(to), flushOf(from), flushOf(home.journal->path())}));
+        };
+        expectEnd(flushesOf([&] { EXPECT_EQ(home.run(items).moved.size(), 2); }), home.trash() + "/files",
+                  home.path("a"));
+        expectEnd(flushesOf([&] { EXPECT_TRUE(putBack.putBackLast().results.at(1).restored); }),
+                  home.path("a"), home.trash() + "/files");
+    });
+}
+
 TEST(Barrier, AGroupOfMovesTakesTwoFlushes) {
     MoverHome home;
     SKIP_WHERE_ONE_FLUSH_IS_NOT_ENOUGH(home.path());

@@ -3,7 +3,6 @@
 #include "Support/JournalScene.h"
 #include "Util/FileDescriptor.h"
 
-#include <cerrno>
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -81,17 +80,20 @@ TEST(JournalReading, EveryLineIsReadOnceWhereverThePiecesOfAFileEnd) {
     }
     for (const bool hasLastLineFeed : {true, false}) {
         scene.write(hasLastLineFeed ? content : content.substr(0, content.size() - 1));
-        const FileDescriptor file(::open(scene.path.c_str(), O_RDONLY));
+        const auto read = [&](std::uint64_t length, std::uint64_t pieceBytes) {
+            return readEntries(JournalLines(FileDescriptor(::open(scene.path.c_str(), O_RDONLY)), length,
+                                            scene.path, pieceBytes));
+        };
         // All sizes around that of a short line make the pieces end before, at and behind line feeds.
         std::vector<std::uint64_t> pieceSizes{16, content.size() - 1, content.size(), 1024 * 1024};
         for (auto size = lineOf(entries[2]).size() - 20; size < lineOf(entries[2]).size() + 20; ++size)
             pieceSizes.push_back(size);
         for (const auto size : pieceSizes)
-            EXPECT_TRUE(readEntries(file.get(), content.size(), size) == entries) << "pieces of " << size;
-        EXPECT_EQ(readEntries(file.get(), lineOf(entries[0]).size() + 9, 64)->size(), 1u)
+            EXPECT_TRUE(read(content.size(), size) == entries) << "pieces of " << size;
+        EXPECT_EQ(read(lineOf(entries[0]).size() + 9, 64)->size(), 1u)
             << "what is behind the given length is being written just now";
     }
-    EXPECT_EQ(readEntries(-1, 10), std::unexpected(EBADF));
+    EXPECT_FALSE(readEntries(JournalLines(FileDescriptor(), 10, "nowhere"))) << "nothing is open";
 }
 
 TEST(JournalReading, SinceTakesTheGivenMomentIn) {

@@ -45,7 +45,7 @@ std::map<std::string, std::optional<FileStamp>> everythingIn(const std::string& 
 TEST(TrashCommand, TellsWhatCouldNotBeReadInWhatItMoves) {
     EXPECT_TRUE(test::inChildProcess([] {
         if (test::isRoot()) // who may read everything
-            test::becomeOtherUser();
+            test::holdProgramsToPermissions();
         const ProgramHome home;
         const std::string note = "3 entries in it could not be read";
         home.folder("docs/folder/closed");
@@ -78,7 +78,7 @@ TEST(TrashCommand, MovesAndReports) {
               (Names{"files/file", "files/folder", "info/file.trashinfo", "info/folder.trashinfo"}));
     const auto lines = home.entries();
     ASSERT_EQ(lines.size(), 2);
-    EXPECT_EQ(lines[0].sessionID, report["sessionID"]);
+    EXPECT_EQ(report["sessionID"], lines[0].sessionID);
     EXPECT_EQ(lines[0].module, DeletionModule::map);
     EXPECT_EQ(lines[1].trashPath, home.trashed("file"));
     EXPECT_TRUE(fs::is_empty(home.path(".local/share/Ostrevo Orbel/intents")));

@@ -55,7 +55,7 @@ TEST(DuplicatesCommand, DetailsTellWhatComesFree) {
         EXPECT_EQ(copy["mayShareStorage"], false);
         EXPECT_TRUE(copy.contains("modified"));
         EXPECT_FALSE(copy.contains("blockedReason")) << copy;
-        frees += path == group["suggestedKeep"] ? 0 : copy["bytesOnDisk"].get<std::uint64_t>();
+        frees += group["suggestedKeep"] == path ? 0 : copy["bytesOnDisk"].get<std::uint64_t>();
     }
     EXPECT_EQ(group["frees"], (json{{"least", frees}, {"most", frees}}));
 

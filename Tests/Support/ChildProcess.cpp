@@ -8,8 +8,10 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -76,6 +78,11 @@ void becomeOtherUser() {
     require(::setgroups(0, nullptr), "setgroups");
     require(::setresgid(nobody, nobody, nobody), "setresgid");
     require(::setresuid(nobody, nobody, nobody), "setresuid");
+}
+
+void holdProgramsToPermissions() {
+    for (const unsigned long right : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH})
+        require(::prctl(PR_CAPBSET_DROP, right, 0, 0, 0), "dropping a capability");
 }
 
 void useOwnMountTable() {

@@ -25,6 +25,10 @@ bool isRoot();
 /// In a child process: gives up root for an ordinary user's rights, for good.
 void becomeOtherUser();
 
+/// In a child process of root: the programs that it starts are held to the permissions of files, as an
+/// ordinary user's are. Unlike another user's, they run wherever the checkout lies.
+void holdProgramsToPermissions();
+
 /// In a child process: gets a mount table of its own, which nobody else sees and which goes with the process.
 void useOwnMountTable();
 

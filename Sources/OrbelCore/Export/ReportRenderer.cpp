@@ -1,7 +1,7 @@
 #include "Export/ReportRenderer.h"
 
 #include "Delete/DeletionReportJson.h"
-#include "Journal/JournalJson.h"
+#include "Export/JournalText.h"
 #include "Safety/ByteFormat.h"
 #include "Util/JsonText.h"
 #include "Util/Utf8.h"
@@ -22,11 +22,7 @@ class Lines {
 public:
     void add(std::string_view line) { (text_ += line) += '\n'; }
 
-    /// An item of a list with the path below it, held together by a hard line break.
-    void addItem(const std::string& words, const std::string& path) {
-        add("- " + words + "  ");
-        add("  `" + path + "`");
-    }
+    void addItem(const std::string& words, const std::string& path) { text_ += listItem(words, path); }
 
     std::string text() const { return lossyUtf8(text_); }
 
@@ -58,15 +54,6 @@ std::vector<Session> sessionsOf(std::span<const JournalEntry> entries) {
         return std::pair(session.front()->time, session.front());
     });
     return sessions;
-}
-
-std::string wordsOf(const JournalEntry& entry) {
-    std::string words = "**" + std::string(rawValue(entry.result)) + "** " + entry.title;
-    if (entry.bytes)
-        words += " — " + ByteFormat::string(*entry.bytes);
-    if (entry.reason)
-        words += " — " + *entry.reason;
-    return words;
 }
 
 } // namespace
@@ -101,19 +88,16 @@ std::string ReportRenderer::markdown(const DeletionReport& report) {
 }
 
 std::string ReportRenderer::markdown(std::span<const JournalEntry> entries) {
-    Lines lines;
-    lines.add("# Ostrevo Vanto — Journal");
-    lines.add("");
+    std::string text(journalHeading);
     if (entries.empty())
-        lines.add("_No entries._");
+        text += noEntriesText;
     for (const auto& session : sessionsOf(entries)) {
-        lines.add("## " + iso8601(session.front()->time));
-        lines.add("");
+        text += sessionHeading(session.front()->time);
         for (const JournalEntry* entry : session)
-            lines.addItem(wordsOf(*entry), entry->originalPath);
-        lines.add("");
+            text += entryMarkdown(*entry);
+        text += '\n';
     }
-    return lines.text();
+    return text;
 }
 
 std::string ReportRenderer::json(const DeletionReport& report) {
@@ -121,10 +105,10 @@ std::string ReportRenderer::json(const DeletionReport& report) {
 }
 
 std::string ReportRenderer::json(std::span<const JournalEntry> entries) {
-    nlohmann::json list = nlohmann::json::array();
+    std::string text;
     for (const auto& entry : entries)
-        list.push_back(entry);
-    return prettyJson(list);
+        text += (text.empty() ? "[\n" : ",\n") + entryJson(entry);
+    return text + (text.empty() ? "[]" : "\n]");
 }
 
 } // namespace orbel

@@ -62,9 +62,10 @@ void Barrier::add(int descriptor) {
     if (isCovered(descriptor))
         return;
     FileDescriptor own(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
-    if (!own)
-        return fail(errno);
-    files_.push_back(std::move(own));
+    if (own)
+        files_.push_back(std::move(own));
+    else
+        fail(errno);
 }
 
 void Barrier::add(const HeldFolder& folder) {
@@ -72,10 +73,12 @@ void Barrier::add(const HeldFolder& folder) {
 }
 
 void Barrier::addMove(const HeldFolder& from, const HeldFolder& to) {
-    if (!platform::keepsMovesByFolder(to.descriptor()) && !isCovered(to.descriptor()))
-        return addVolume(to);
-    addFolder(to, from, arrivals_);
-    addFolder(from, to, departures_);
+    if (platform::keepsMovesByFolder(to.descriptor())) {
+        addFolder(to, from, arrivals_);
+        addFolder(from, to, departures_);
+    } else if (!isCovered(to.descriptor())) {
+        addVolume(to);
+    }
 }
 
 void Barrier::fail(int error) {

@@ -6,6 +6,7 @@
 #include "Journal/JournalJson.h"
 #include "Journal/MoveFailure.h"
 #include "Journal/PrivateFile.h"
+#include "Journal/RecordedIds.h"
 #include "Journal/TrashNote.h"
 #include "Platform/MountTable.h"
 #include "Safety/RealPath.h"
@@ -25,7 +26,6 @@
 #include <span>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 
 #include <unistd.h>
 
@@ -75,34 +75,46 @@ void addMove(const MoveIntent& intent, Barrier& barrier) {
         barrier.add(*to);
 }
 
-/// What the journal holds already.
+/// What the journal holds already of these moves.
 class Recorded {
 public:
-    explicit Recorded(const std::vector<JournalEntry>& entries) {
-        for (const auto& entry : entries) {
-            outcomes_.emplace(entry.id, entry.result);
-            if (entry.result == JournalEntry::Result::restored && entry.refersTo)
-                restored_.insert(*entry.refersTo);
+    static std::expected<Recorded, JournalError> of(const std::vector<Attempts>& moves,
+                                                    const JournalStore& journal) {
+        std::vector<std::string> ids;
+        std::vector<std::string> referredTo;
+        for (const auto& attempts : moves) {
+            ids.push_back(attempts.front().entry.id);
+            referredTo.push_back(movedBy(attempts.front()));
         }
+        auto found = journal.recorded(ids, referredTo);
+        if (!found)
+            return std::unexpected(std::move(found.error()));
+        return Recorded(*std::move(found));
     }
 
     /// Also when another program was quicker to put the item back.
     bool holds(const MoveIntent& intent) const {
-        return outcomes_.contains(intent.entry.id)
-               || (intent.kind == MoveIntent::Kind::putBack && intent.entry.refersTo
-                   && restored_.contains(*intent.entry.refersTo));
+        return found_.outcomes.contains(intent.entry.id)
+               || (intent.kind == MoveIntent::Kind::putBack && found_.restored.contains(movedBy(intent)));
     }
 
     /// Whether by its lines the item is now where the intent was to move it.
     bool saysMoved(const MoveIntent& intent) const {
-        const auto outcome = outcomes_.find(intent.entry.id);
-        return outcome != outcomes_.end() && outcome->second == intent.entry.result
-               && !restored_.contains(intent.entry.id);
+        const auto outcome = found_.outcomes.find(intent.entry.id);
+        return outcome != found_.outcomes.end() && outcome->second == intent.entry.result
+               && !found_.restored.contains(intent.entry.id);
     }
 
 private:
-    std::unordered_map<std::string_view, JournalEntry::Result> outcomes_; ///< by the line's id
-    std::unordered_set<std::string_view> restored_;                       ///< what `restored` lines refer to
+    explicit Recorded(RecordedIds found) : found_(std::move(found)) {}
+
+    /// The id of the line that tells, or is to tell, that the item was moved to the Trash.
+    static std::string movedBy(const MoveIntent& intent) {
+        return intent.kind == MoveIntent::Kind::putBack ? intent.entry.refersTo.value_or("")
+                                                        : intent.entry.id;
+    }
+
+    RecordedIds found_;
 };
 
 /// The intents of one file whose process is gone, while this object holds its lock.
@@ -117,10 +129,10 @@ public:
         const auto failuresBefore = settlement.failures.size();
         if (const auto moves = read(settlement); !moves.empty()) {
             // Asked only now, under the lock: whoever settled this file before us may have been interrupted.
-            if (const auto entries = journal.read())
-                settle(moves, Recorded(*entries), journal, settlement);
+            if (const auto recorded = Recorded::of(moves, journal))
+                settle(moves, *recorded, journal, settlement);
             else
-                settlement.failures.push_back(entries.error().words);
+                settlement.failures.push_back(recorded.error().words);
         }
         if (settlement.failures.size() == failuresBefore && ::unlink(path_.c_str()) != 0)
             settlement.failures.push_back(systemErrorAt(path_).words);

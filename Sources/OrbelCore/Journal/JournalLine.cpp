@@ -2,6 +2,7 @@
 
 #include "Journal/EntryReader.h"
 #include "Journal/JournalJson.h"
+#include "Journal/PlainLine.h"
 #include "Util/JsonText.h"
 #include "Util/Utf8.h"
 
@@ -50,6 +51,12 @@ std::expected<std::string, JournalError> journalLine(const JournalEntry& entry) 
 }
 
 std::optional<JournalEntry> entryInLine(std::string_view line) {
+    if (EntryReader reader; readPlainLine(line, reader))
+        return reader.take();
+    return entryByLibrary(line);
+}
+
+std::optional<JournalEntry> entryByLibrary(std::string_view line) {
     // The library takes a zero byte for the end of the text, and would not look at what follows.
     if (line.find('\0') != std::string_view::npos)
         return std::nullopt;

@@ -21,4 +21,7 @@ std::expected<std::string, JournalError> journalLine(const JournalEntry& entry);
 /// over, and null counts as absent where a field may be.
 std::optional<JournalEntry> entryInLine(std::string_view line);
 
+/// The same, by the JSON library alone: it decides about lines that are not of the plain kind (PlainLine.h).
+std::optional<JournalEntry> entryByLibrary(std::string_view line);
+
 } // namespace orbel

@@ -5,12 +5,12 @@
 #include "Journal/JournalReading.h"
 #include "Journal/MoveFailure.h"
 #include "Journal/PrivateFile.h"
+#include "Journal/RecordedIds.h"
+#include "Journal/Restorable.h"
 #include "Platform/Synchronise.h"
 #include "Util/PathText.h"
 
 #include <cerrno>
-#include <system_error>
-#include <unordered_set>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -138,31 +138,30 @@ std::expected<void, JournalError> JournalStore::preflight(std::size_t lines, Bar
     return {};
 }
 
-std::expected<std::vector<JournalEntry>, JournalError> JournalStore::read() const {
-    PrivateFile journal;
+std::expected<JournalLines, JournalError> JournalStore::lines() const {
+    const std::scoped_lock guard(lock_);
     struct stat status {};
-    {
-        const std::scoped_lock guard(lock_);
-        const auto folder = openExistingFolder(std::string(parentPath(path_)));
-        const std::string name(lastPathComponent(path_));
-        const bool isThere =
-            folder && ::fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
-        if (!isThere && errno == ENOENT)
-            return {};
-        if (!isThere)
-            return std::unexpected(systemErrorAt(path_));
-        auto opened = PrivateFile::open(folder.get(), name, PrivateFile::Access::read, path_);
-        if (!opened)
-            return std::unexpected(opened.error());
-        if (::fstat(opened->file.get(), &status) != 0)
-            return std::unexpected(systemErrorAt(path_));
-        journal = std::move(*opened);
-    }
-    // The file only grows, so what it held at that moment can be read without keeping writers waiting.
-    auto entries = readEntries(journal.file.get(), static_cast<std::uint64_t>(status.st_size));
-    if (!entries)
-        return std::unexpected(errorAt(path_, std::generic_category().message(entries.error())));
-    return *std::move(entries);
+    const auto folder = openExistingFolder(std::string(parentPath(path_)));
+    const std::string name(lastPathComponent(path_));
+    const bool isThere = folder && ::fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+    if (!isThere && errno == ENOENT)
+        return JournalLines();
+    if (!isThere)
+        return std::unexpected(systemErrorAt(path_));
+    auto opened = PrivateFile::open(folder.get(), name, PrivateFile::Access::read, path_);
+    if (!opened)
+        return std::unexpected(opened.error());
+    if (::fstat(opened->file.get(), &status) != 0)
+        return std::unexpected(systemErrorAt(path_));
+    // The file only grows, so what it held at this moment can be read without keeping writers waiting.
+    return JournalLines(std::move(opened->file), static_cast<std::uint64_t>(status.st_size), path_);
+}
+
+std::expected<std::vector<JournalEntry>, JournalError> JournalStore::read() const {
+    const auto all = lines();
+    if (!all)
+        return std::unexpected(all.error());
+    return readEntries(*all);
 }
 
 std::vector<JournalEntry> JournalStore::entries() const {
@@ -176,15 +175,19 @@ std::vector<JournalEntry> JournalStore::entries(Date since) const {
 }
 
 std::vector<JournalEntry> JournalStore::restorable() const {
-    auto found = entries();
-    std::unordered_set<std::string> restored;
-    for (const auto& entry : found)
-        if (entry.result == JournalEntry::Result::restored && entry.refersTo)
-            restored.insert(*entry.refersTo);
-    std::erase_if(found, [&restored](const JournalEntry& entry) {
-        return entry.result != JournalEntry::Result::trashed || restored.contains(entry.id);
-    });
-    return found;
+    const auto all = lines();
+    if (!all)
+        return {};
+    return readRestorable(*all, [](const JournalEntry&) { return true; })
+        .value_or(std::vector<JournalEntry>{});
+}
+
+std::expected<RecordedIds, JournalError>
+JournalStore::recorded(std::span<const std::string> ids, std::span<const std::string> referredTo) const {
+    const auto all = lines();
+    if (!all)
+        return std::unexpected(all.error());
+    return recordedIds(*all, ids, referredTo);
 }
 
 } // namespace orbel

@@ -2,11 +2,11 @@
 
 #include "Journal/PutBackPlaces.h"
 #include "Journal/PutBackRun.h"
+#include "Journal/Restorable.h"
 #include "Safety/RealPath.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace orbel {
@@ -15,25 +15,6 @@ namespace {
 
 constexpr auto folderGone = "The original folder no longer exists or moved";
 constexpr auto occupied = "Something already exists at the original location";
-
-/// A line that was missing may stand after those of a newer session, so the times decide; of equal ones,
-/// the later line.
-std::vector<const JournalEntry*> newestFirst(const std::vector<JournalEntry>& entries) {
-    std::vector<const JournalEntry*> sorted;
-    for (const auto& entry : entries | std::views::reverse)
-        sorted.push_back(&entry);
-    std::ranges::stable_sort(sorted, std::ranges::greater(), &JournalEntry::time);
-    return sorted;
-}
-
-/// Those of a session, the last one first.
-std::vector<JournalEntry> entriesOf(const std::string& sessionID, const std::vector<JournalEntry>& entries) {
-    std::vector<JournalEntry> found;
-    for (const auto& entry : entries | std::views::reverse)
-        if (entry.sessionID == sessionID)
-            found.push_back(entry);
-    return found;
-}
 
 PutBackResult resultFor(const JournalEntry& entry) {
     return {.title = entry.title, .path = entry.originalPath};
@@ -55,37 +36,106 @@ PutBack::PutBack(SafetyPolicy policy, std::shared_ptr<JournalStore> journal,
       now_(std::move(now)) {}
 
 std::optional<PutBackResult> PutBack::putBackEntry(const std::string& entryID) const {
-    const auto restorable = journal_->restorable();
-    const auto found = std::ranges::find(restorable, entryID, &JournalEntry::id);
-    if (found == restorable.end())
+    const auto found = restorable([&](const JournalEntry& entry) { return entry.id == entryID; });
+    if (!found || found->empty())
         return std::nullopt;
-    return putBack(*found);
+    return putBack(found->front());
 }
 
 std::vector<PutBackResult> PutBack::putBackSession(const std::string& sessionID,
                                                    const IsCancelled& isCancelled) const {
-    return Run(*this, isCancelled).over(entriesOf(sessionID, journal_->restorable()));
+    auto found = restorable([&](const JournalEntry& entry) { return entry.sessionID == sessionID; });
+    if (!found)
+        return {};
+    std::ranges::reverse(*found);
+    return Run(*this, isCancelled).over(*found);
+}
+
+PutBackSession PutBack::putBackEntryOrSession(const std::string& id, const IsCancelled& isCancelled) const {
+    auto found =
+        restorable([&](const JournalEntry& entry) { return entry.id == id || entry.sessionID == id; });
+    if (!found)
+        return {.journalFailure = std::move(found.error().words)};
+    if (const auto entry = std::ranges::find(*found, id, &JournalEntry::id); entry != found->end())
+        return {.sessionID = entry->sessionID, .results = {putBack(*entry)}};
+    std::ranges::reverse(*found);
+    return {.sessionID = id, .results = Run(*this, isCancelled).over(*found)};
 }
 
 PutBackSession PutBack::putBackLast(const IsCancelled& isCancelled) const {
-    const auto restorable = journal_->restorable();
-    const auto byTime = newestFirst(restorable);
-    if (byTime.empty())
+    const auto failed = [](JournalError error) {
+        return PutBackSession{.journalFailure = std::move(error.words)};
+    };
+    auto lines = journal_->lines();
+    if (!lines)
+        return failed(std::move(lines.error()));
+    const auto index = RestorableIndex::of(*std::move(lines));
+    if (!index)
+        return failed(index.error());
+    if (index->newestFirst().empty())
         return {};
-    const auto possible = std::ranges::find_if(
-        byTime, [this](const JournalEntry* entry) { return !reasonNotToRestore(*entry); });
-    PutBackSession last{.sessionID = (possible == byTime.end() ? byTime.front() : *possible)->sessionID,
-                        .results = {}};
-    const auto entries = entriesOf(last.sessionID, restorable);
-    if (possible != byTime.end()) {
-        last.results = Run(*this, isCancelled).over(entries);
+    const auto possible = newestPossible(*index);
+    if (!possible)
+        return failed(possible.error());
+    const auto entries = index->entriesOf(possible->value_or(index->newestFirst().front().session));
+    if (!entries)
+        return failed(entries.error());
+    PutBackSession last{.sessionID = entries->empty() ? "" : entries->front().sessionID};
+    if (*possible) {
+        last.results = Run(*this, isCancelled).over(*entries);
         return last;
     }
-    for (const auto& entry : entries) {
+    for (const auto& entry : *entries) {
         last.results.push_back(resultFor(entry));
         last.results.back().reason = reasonNotToRestore(entry);
     }
     return last;
+}
+
+std::expected<std::vector<JournalEntry>, JournalError>
+PutBack::restorable(const std::function<bool(const JournalEntry&)>& isWanted) const {
+    const auto lines = journal_->lines();
+    if (!lines)
+        return std::unexpected(lines.error());
+    return readRestorable(*lines, isWanted);
+}
+
+/// The session of the newest entry that can come back now. Most of an old journal is not in the Trash any
+/// more, which many threads find out together; what is there is looked at closely one after another.
+std::expected<std::optional<std::uint32_t>, JournalError>
+PutBack::newestPossible(const RestorableIndex& index) const {
+    constexpr std::size_t entriesAtATime = 64;
+    const auto all = index.newestFirst();
+    using InTrash = std::vector<std::pair<JournalEntry, std::uint32_t>>;
+    std::expected<std::optional<std::uint32_t>, JournalError> possible;
+    mapInOrder((all.size() + entriesAtATime - 1) / entriesAtATime,
+               [&](std::size_t task) -> std::expected<InTrash, JournalError> {
+                   InTrash inTrash;
+                   const auto begin = task * entriesAtATime;
+                   for (const auto& place :
+                        all.subspan(begin, std::min(entriesAtATime, all.size() - begin))) {
+                       auto entries = index.entriesAt({&place, 1});
+                       if (!entries)
+                           return std::unexpected(std::move(entries.error()));
+                       for (auto& entry : *entries)
+                           if (!outlookInTrash(entry).reason)
+                               inTrash.emplace_back(std::move(entry), place.session);
+                   }
+                   return inTrash;
+               },
+               [&](std::expected<InTrash, JournalError> inTrash) {
+                   if (!inTrash) {
+                       possible = std::unexpected(std::move(inTrash.error()));
+                       return false;
+                   }
+                   for (const auto& [entry, session] : *inTrash)
+                       if (!reasonNotToRestore(entry)) {
+                           possible = session;
+                           return false;
+                       }
+                   return true;
+               });
+    return possible;
 }
 
 PutBackResult PutBack::putBack(const JournalEntry& entry) const {

@@ -17,6 +17,7 @@
 
 namespace orbel {
 
+class RestorableIndex;
 struct Destination;
 
 /// What became of one attempt to put an item back.
@@ -36,8 +37,10 @@ struct PutBackResult {
 
 /// What became of the attempts at one session.
 struct PutBackSession {
-    std::string sessionID; ///< empty when there was none
-    std::vector<PutBackResult> results;
+    std::string sessionID{}; ///< empty when there was none
+    std::vector<PutBackResult> results{};
+    /// Why the journal could not be read, and nothing was tried; it names the file.
+    std::optional<std::string> journalFailure = std::nullopt;
 };
 
 /// What putting an item back would come to now.
@@ -88,6 +91,10 @@ public:
     /// results say what stands in the way of the newest session, and nothing is recorded.
     PutBackSession putBackLast(const IsCancelled& isCancelled = nullptr) const;
 
+    /// The same for the entry of that id alone, or for the session when no such entry can be put back.
+    PutBackSession putBackEntryOrSession(const std::string& id,
+                                         const IsCancelled& isCancelled = nullptr) const;
+
     PutBackResult putBack(const JournalEntry& entry) const;
 
     /// Why the entry cannot be put back now, in the user's words; absent when it can.
@@ -100,6 +107,10 @@ public:
 private:
     class Run;
 
+    std::expected<std::vector<JournalEntry>, JournalError>
+    restorable(const std::function<bool(const JournalEntry&)>& isWanted) const;
+    std::expected<std::optional<std::uint32_t>, JournalError>
+    newestPossible(const RestorableIndex& index) const;
     PutBackOutlook outlookInTrash(const JournalEntry& entry) const;
     std::expected<Destination, PutBackOutlook> destinationOf(const JournalEntry& entry) const;
     bool isInTrashFolder(const std::string& path) const;

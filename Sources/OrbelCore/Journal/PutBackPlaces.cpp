@@ -7,16 +7,19 @@
 
 namespace orbel {
 
-std::optional<TrashedObject> TrashedObject::hold(const std::string& path, const TrashedIdentity& moved) {
+std::optional<TrashedObject> TrashedObject::hold(const JournalEntry& entry) {
+    if (!entry.trashPath || !entry.trashedIdentity)
+        return std::nullopt;
+    const auto& path = *entry.trashPath;
     auto held = platform::HeldObject::hold(path);
     const auto status = held ? held->status() : std::nullopt;
     if (!status)
         return std::nullopt;
     const auto stamp = FileStamp::of(*status);
     auto persistent = platform::persistentIdentity(path, stamp.identity.inode);
-    if (!isSameObject(moved, TrashedIdentity::of(stamp, persistent)))
+    if (!isSameObject(*entry.trashedIdentity, TrashedIdentity::of(stamp, persistent)))
         return std::nullopt;
-    return TrashedObject{*std::move(held), stamp, std::move(persistent)};
+    return TrashedObject{path, *std::move(held), stamp, std::move(persistent)};
 }
 
 std::optional<Destination> Destination::open(const JournalEntry& entry) {

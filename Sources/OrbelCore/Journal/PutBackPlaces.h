@@ -13,14 +13,15 @@ namespace orbel {
 struct TrashedObject {
     static constexpr auto isAnother = "The item in the Trash is a different file";
 
+    std::string path; ///< in the Trash
     platform::HeldObject held;
     FileStamp stamp;
     std::optional<platform::PersistentIdentity> persistent;
 
-    /// Absent when what lies there is not what was moved.
-    static std::optional<TrashedObject> hold(const std::string& path, const TrashedIdentity& moved);
+    /// Absent when what lies there is not what the entry says was moved.
+    static std::optional<TrashedObject> hold(const JournalEntry& entry);
 
-    bool isAt(const std::string& path) const { return FileIdentity::of(path) == stamp.identity; }
+    bool isInPlace() const { return FileIdentity::of(path) == stamp.identity; }
 };
 
 /// Where an item belongs: its old folder, held open, and its name in it.

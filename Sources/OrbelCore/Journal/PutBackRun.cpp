@@ -62,7 +62,7 @@ std::expected<void, JournalError> PutBack::Run::prepare(std::vector<Return>& gro
     for (auto& item : group) {
         if (putBack_.outlookInTrash(item.entry).reason)
             continue;
-        item.object = TrashedObject::hold(*item.entry.trashPath, *item.entry.trashedIdentity);
+        item.object = TrashedObject::hold(item.entry);
         count += item.object ? 1 : 0;
     }
     if (count == 0)
@@ -74,11 +74,11 @@ std::expected<void, JournalError> PutBack::Run::prepare(std::vector<Return>& gro
             continue;
         const MoveIntent intent{.kind = MoveIntent::Kind::putBack,
                                 .entry = item.line,
-                                .sourcePath = *item.entry.trashPath,
+                                .sourcePath = item.object->path,
                                 .destinationPath = Destination::pathFor(item.entry),
                                 .stamp = item.object->stamp,
                                 .persistent = item.object->persistent,
-                                .infoFile = TrashNote::of(*item.entry.trashPath)};
+                                .infoFile = TrashNote::of(item.object->path)};
         if (auto intended = record_.intend(intent); !intended)
             return intended;
     }
@@ -89,20 +89,20 @@ PutBackResult PutBack::Run::handle(Return& item) {
     const auto destination = putBack_.destinationOf(item.entry);
     if (!destination)
         return refuse(item, destination.error());
-    if (!item.object || !item.object->isAt(*item.entry.trashPath))
+    if (!item.object || !item.object->isInPlace())
         return refuseAsGone(item);
     if (!journalFailure_)
-        return moveBack(item, *destination);
+        return moveBack(item, *item.object, *destination);
     auto result = fail(item, journalUnwritable);
     result.journalFailure = journalFailure_->words;
     return result;
 }
 
-PutBackResult PutBack::Run::moveBack(Return& item, const Destination& destination) {
-    const auto& trashPath = *item.entry.trashPath;
+PutBackResult PutBack::Run::moveBack(Return& item, const TrashedObject& object,
+                                     const Destination& destination) {
     const auto moved =
-        putBack_.restore_->move(trashPath, destination.folder, destination.name, record_.barrier());
-    if (!moved && !item.object->isAt(trashPath))
+        putBack_.restore_->move(object.path, destination.folder, destination.name, record_.barrier());
+    if (!moved && !object.isInPlace())
         return refuseAsGone(item);
     if (!moved)
         return fail(item, "Could not put it back: " + moved.error());
@@ -110,7 +110,7 @@ PutBackResult PutBack::Run::moveBack(Return& item, const Destination& destinatio
     auto found = destination.folder.identityOf(destination.name);
     if (!found) // which says nothing of the item
         found = destination.folder.identityOf(destination.name);
-    if (found != item.object->stamp.identity) {
+    if (found != object.stamp.identity) {
         record_.keepIntents();
         if (found)
             return fail(item, mismatch);
@@ -123,7 +123,7 @@ PutBackResult PutBack::Run::moveBack(Return& item, const Destination& destinatio
         result.reason = "Put back into its folder, which was moved meanwhile";
     item.line.time = now();
     lines_.push_back(item.line);
-    unrecorded_.push_back({.result = results_.size(), .item = item});
+    unrecorded_.push_back({.result = results_.size(), .trashPath = object.path});
     return result;
 }
 
@@ -166,7 +166,7 @@ void PutBack::Run::record() {
         journalFailure_ = recorded.error();
         record_.keepIntents();
     }
-    for (const auto& [place, item] : made)
+    for (const auto& [place, trashPath] : made)
         if (!recorded) {
             results_[place].reason = unjournalledReturn;
             results_[place].journalFailure = recorded.error().words;
@@ -181,7 +181,7 @@ void PutBack::Run::removeNotes(std::span<const Unrecorded> made) {
     constexpr std::size_t notesPerThread = 16;
     std::atomic<bool> isOneLeft = false;
     forEachTask(made.size(), 1 + made.size() / notesPerThread, [&](std::size_t i) {
-        if (!TrashNote(*made[i].item.entry.trashPath).removeIfUnused())
+        if (!TrashNote(made[i].trashPath).removeIfUnused())
             isOneLeft = true;
     });
     if (isOneLeft)

@@ -34,14 +34,14 @@ private:
     /// An item that is back and has no line yet.
     struct Unrecorded {
         std::size_t result; ///< its place among the results
-        const Return& item;
+        std::string trashPath;
     };
 
     bool isCancelled();
     void handleGroup(std::span<const JournalEntry> entries);
     std::expected<void, JournalError> prepare(std::vector<Return>& group);
     PutBackResult handle(Return& item);
-    PutBackResult moveBack(Return& item, const Destination& destination);
+    PutBackResult moveBack(Return& item, const TrashedObject& object, const Destination& destination);
     PutBackResult refuse(Return& item, const PutBackOutlook& outlook);
     PutBackResult refuseAsGone(Return& item);
     PutBackResult fail(Return& item, std::string reason);

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <functional>
+#include <type_traits>
+#include <utility>
 
 namespace orbel {
 
@@ -17,5 +21,21 @@ void forEachTask(std::size_t tasks, std::size_t threads, const std::function<voi
 /// forEachTask does.
 void forEachRange(std::size_t count, std::size_t grain,
                   const std::function<void(std::size_t, std::size_t)>& body);
+
+/// Calls `make(task)` as forEachTask does, and `take(made)` with what each returned, on the calling
+/// thread and in the order of the tasks, until that is false. Makes no more than a few results before
+/// they are taken.
+template <class Make, class Take>
+void mapInOrder(std::size_t tasks, const Make& make, const Take& take) {
+    constexpr std::size_t tasksAtATime = 16;
+    std::array<std::invoke_result_t<const Make&, std::size_t>, tasksAtATime> made;
+    for (std::size_t first = 0; first < tasks; first += tasksAtATime) {
+        const auto count = std::min(tasks - first, tasksAtATime);
+        forEachTask(count, [&](std::size_t task) { made[task] = make(first + task); });
+        for (std::size_t task = 0; task < count; ++task)
+            if (!take(std::exchange(made[task], {})))
+                return;
+    }
+}
 
 } // namespace orbel

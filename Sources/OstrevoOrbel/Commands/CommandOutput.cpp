@@ -16,9 +16,16 @@ void say(std::string_view words) {
     std::fputs(line.c_str(), stderr);
 }
 
+void print(std::string_view part) {
+    if (std::fwrite(part.data(), 1, part.size(), stdout) == part.size())
+        return;
+    std::perror("orbel: could not write the result");
+    std::_Exit(ExitStatus::incomplete);
+}
+
 void finish(const std::string& output, int status) {
-    const bool written =
-        std::fwrite(output.data(), 1, output.size(), stdout) == output.size() && std::fflush(stdout) == 0;
+    print(output);
+    const bool written = std::fflush(stdout) == 0;
     if (!written)
         std::perror("orbel: could not write the result");
     std::_Exit(written ? status : ExitStatus::incomplete);

@@ -15,9 +15,13 @@ struct ExitStatus {
 /// A line of words for the user, on standard error.
 void say(std::string_view words);
 
-/// Prints the result of a command and ends the process with this status, or with `incomplete` when standard
-/// output does not take the result. The process ends without unwinding: freeing a tree of millions of nodes
-/// one by one would only cost time.
+/// Prints a part of a command's result. When standard output does not take it, the process ends with
+/// `incomplete`.
+void print(std::string_view part);
+
+/// Prints the result of a command, or what is left of it, and ends the process with this status, or with
+/// `incomplete` when standard output does not take the result. The process ends without unwinding: freeing a
+/// tree of millions of nodes one by one would only cost time.
 [[noreturn]] void finish(const std::string& output, int status = ExitStatus::done);
 
 /// Says what is wrong with the command line and ends the process.

@@ -2,7 +2,7 @@
 #include "Commands/CommandTable.h"
 #include "Commands/Request.h"
 #include "Commands/UserContext.h"
-#include "Export/ReportRenderer.h"
+#include "Export/JournalExport.h"
 #include "Util/Iso8601.h"
 
 #include <array>
@@ -24,21 +24,19 @@ std::optional<Date> sinceIn(const Request& request) {
     return day;
 }
 
-std::vector<JournalEntry> entriesIn(const Request& request) {
+/// Prints the journal as `exportTo` writes it, and `end` behind it.
+void run(const Request& request, decltype(exportJson)& exportTo, const std::string& end) {
     const auto since = sinceIn(request);
     const UserContext user;
     if (const auto& reason = user.policy().homeReason()) {
         say(*reason);
         finish("", ExitStatus::incomplete);
     }
-    auto entries = user.settledJournal()->read();
-    if (!entries) {
-        say(entries.error().words);
+    if (const auto written = exportTo(*user.settledJournal(), since, print); !written) {
+        say(written.error().words);
         finish("", ExitStatus::incomplete);
     }
-    if (since)
-        std::erase_if(*entries, [&](const JournalEntry& entry) { return entry.time < *since; });
-    return *std::move(entries);
+    finish(end);
 }
 
 constexpr std::array options{CommandOption{.name = "--since", .takes = "DATE"}};
@@ -48,7 +46,7 @@ constexpr std::array options{CommandOption{.name = "--since", .takes = "DATE"}};
 constinit const Command journalJsonCommand{
     .name = "--journal-json",
     .options = options,
-    .run = [](const Request& request) { finish(ReportRenderer::json(entriesIn(request)) + "\n"); },
+    .run = [](const Request& request) { run(request, exportJson, "\n"); },
 };
 
 constinit const Command journalMarkdownCommand{
@@ -56,7 +54,7 @@ constinit const Command journalMarkdownCommand{
     .options = options,
     .help = "Print the journal of all moves as JSON or as text, or what is in it from DATE on (2025-01-31 or "
             "2025-01-31T09:05:00Z, in UTC).",
-    .run = [](const Request& request) { finish(ReportRenderer::markdown(entriesIn(request))); },
+    .run = [](const Request& request) { run(request, exportMarkdown, ""); },
 };
 
 } // namespace orbel

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
-#include <vector>
 
 namespace orbel {
 
@@ -33,23 +32,18 @@ void run(const Request& request) {
         finish("[]\n", ExitStatus::incomplete);
     }
     const auto journal = user.settledJournal();
-    if (const auto readable = journal->read(); !readable) {
-        say(readable.error().words);
-        finish("[]\n", ExitStatus::incomplete);
-    }
     const PutBack putBack(user.policy(), journal, std::make_shared<LiveRestore>());
 
     const auto& id = request.operands.front();
     bool isStopped = false;
     const auto isCancelled = [&] { return isStopped = cancellation.isCancelled(); };
-    std::vector<PutBackResult> results;
-    if (id == "last") {
-        results = putBack.putBackLast(isCancelled).results;
-    } else if (auto result = putBack.putBackEntry(id)) {
-        results.push_back(*std::move(result));
-    } else {
-        results = putBack.putBackSession(id, isCancelled);
+    const auto outcome =
+        id == "last" ? putBack.putBackLast(isCancelled) : putBack.putBackEntryOrSession(id, isCancelled);
+    if (outcome.journalFailure) {
+        say(*outcome.journalFailure);
+        finish("[]\n", ExitStatus::incomplete);
     }
+    const auto& results = outcome.results;
 
     nlohmann::json json = nlohmann::json::array();
     for (const auto& result : results)

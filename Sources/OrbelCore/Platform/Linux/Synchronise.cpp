@@ -2,12 +2,12 @@
 
 #include "Util/ReadFile.h"
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <fcntl.h>
 #include <linux/magic.h>
@@ -33,9 +33,10 @@ bool synchroniseFileSystem(int descriptor) {
 bool mayFlushWholeFileSystem(int descriptor) {
     // syncfs has reported failed writes since Linux 5.8; before, it only told a bad descriptor.
     struct utsname system {};
-    std::array<int, 2> version{};
-    if (::uname(&system) != 0 || std::sscanf(system.release, "%d.%d", &version[0], &version[1]) != 2
-        || version < std::array{5, 8})
+    int major = 0;
+    int minor = 0;
+    if (::uname(&system) != 0 || std::sscanf(system.release, "%d.%d", &major, &minor) != 2
+        || std::pair(major, minor) < std::pair(5, 8))
         return false;
     // These commit all changes in one sequence of transactions. Of others nothing is promised.
     struct statfs volume {};
