@@ -29,7 +29,7 @@ class MoveRecord {
 public:
     /// How many moves a group has at most: enough to make its flushes cheap, few enough for what is kept
     /// open for each.
-    static constexpr std::size_t mostMoves = 128;
+    static constexpr std::size_t mostMoves = 192;
 
     /// After so much work the lines of what has moved are to be recorded, if only to show that it goes on.
     static constexpr std::chrono::milliseconds longestUnrecorded{500};
