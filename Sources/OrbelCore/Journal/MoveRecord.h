@@ -58,8 +58,8 @@ public:
     /// what was moved must be kept.
     std::expected<void, JournalError> record(std::span<const JournalEntry> lines);
 
-    /// What became of some move is not known, or something of it is left to be done: settleIntents() does it
-    /// later.
+    /// The outcome of some move is not known, or a part of it is left to be done: keeps the
+    /// intents for settleIntents().
     void keepIntents() { mustKeepIntents_ = true; }
 
     /// Ends the group: each of its moves is recorded, or known not to have been made.

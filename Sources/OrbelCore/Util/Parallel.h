@@ -22,9 +22,9 @@ void forEachTask(std::size_t tasks, std::size_t threads, const std::function<voi
 void forEachRange(std::size_t count, std::size_t grain,
                   const std::function<void(std::size_t, std::size_t)>& body);
 
-/// Calls `make(task)` as forEachTask does, and `take(made)` with what each returned, on the calling thread
-/// and in the order of the tasks, until that is false. Makes no more than a few results before they are
-/// taken.
+/// Calls `make(task)` as forEachTask does, and `take(made)` with what each returned, on the calling
+/// thread and in the order of the tasks, until that is false. Makes no more than a few results before
+/// they are taken.
 template <class Make, class Take>
 void mapInOrder(std::size_t tasks, const Make& make, const Take& take) {
     constexpr std::size_t tasksAtATime = 16;
