@@ -18,8 +18,8 @@ std::optional<std::string> reasonAgainstImages(const std::string& kind);
 /// that the kind allows.
 void makeImage(const std::string& kind, const std::string& image, std::uint64_t bytes = 0);
 
-/// Mounts it on a folder. It writes by itself as seldom as can be set, so that the image holds what was
-/// flushed.
+/// Mounts it on a folder. It writes by itself as seldom as can be set, so that the image holds
+/// what was flushed.
 void mountImage(const std::string& kind, const std::string& image, const std::string& folder);
 void unmount(const std::string& folder);
 

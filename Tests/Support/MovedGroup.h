@@ -39,9 +39,9 @@ public:
     /// Info files in the Trash that were not written to their end.
     std::vector<std::string> tornInfoFiles() const;
 
-    /// Settles what the run left behind. Then each item must be at exactly one place, whole; in the Trash if
-    /// and only if it has its info file, whole, and its line; and nothing may be left to settle. Tells what
-    /// is otherwise.
+    /// Settles what the run left behind. Then each item must be at exactly one place, whole; in the Trash
+    /// if and only if it has its info file, whole, and its line; and nothing may be left to settle. Tells
+    /// what is otherwise.
     std::vector<std::string> faultsOnceSettled() const;
 
 private:

@@ -3,6 +3,7 @@
 #include "Delete/ItemNote.h"
 #include "Delete/Trasher.h"
 #include "Util/PathText.h"
+#include "Util/Utf8.h"
 
 #include <algorithm>
 #include <system_error>
@@ -55,29 +56,6 @@ std::expected<ApprovedItem, std::string> ItemChecks::approve(const DeletionItem&
     const auto measured = trasher_.measure(item.path);
     if (auto reason = measuredReason(item, measured, trasher_.policy.homePath()))
         return std::unexpected(*std::move(reason));
-    auto held = holdWhatMayGo(item);
-    if (!held)
-        return std::unexpected(std::move(held.error()));
-    const auto status = held->held.status();
-    if (!status)
-        return std::unexpected(changed);
-
-    ApprovedItem approved{*std::move(held), measured.bytes,
-                          ItemNote::withUnreadable(item.note, measured.unreadable)};
-    if (status->type != platform::FileType::directory && status->linkCount > 1)
-        approved.note = ItemNote::otherLinks;
-    if (auto reason = inUseReason(approved))
-        return std::unexpected(*std::move(reason));
-    return approved;
-}
-
-std::expected<HeldItem, std::string> ItemChecks::hold(const DeletionItem& item) const {
-    if (auto reason = reasonNotToLook(item, trasher_.policy))
-        return std::unexpected(*std::move(reason));
-    return holdWhatMayGo(item);
-}
-
-std::expected<HeldItem, std::string> ItemChecks::holdWhatMayGo(const DeletionItem& item) const {
     // Held before it is checked: from here on, what shows this inode number is the object that was looked at.
     auto held = platform::HeldObject::hold(item.path);
     const auto decision = trasher_.policy.check(item.path, item.root, item.scanStamp);
@@ -90,7 +68,32 @@ std::expected<HeldItem, std::string> ItemChecks::holdWhatMayGo(const DeletionIte
     const auto status = held->status();
     if (!status || !allowance->stamp.isUnchanged(FileStamp::of(*status)))
         return std::unexpected(changed);
-    return HeldItem{.realPath = allowance->realPath, .stamp = allowance->stamp, .held = *std::move(held)};
+
+    ApprovedItem approved{
+        {.realPath = allowance->realPath, .stamp = allowance->stamp, .held = *std::move(held)},
+        measured.bytes,
+        ItemNote::withUnreadable(item.note, measured.unreadable)};
+    if (status->type != platform::FileType::directory && status->linkCount > 1)
+        approved.note = ItemNote::otherLinks;
+    if (auto reason = inUseReason(approved))
+        return std::unexpected(*std::move(reason));
+    return approved;
+}
+
+std::optional<HeldItem> ItemChecks::hold(const DeletionItem& item) const {
+    // A path that is no text could not be written into an intent.
+    if (trasher_.policy.homeReason() || reasonNotToLook(item, trasher_.policy) || !isValidUtf8(item.path))
+        return std::nullopt;
+    auto held = platform::HeldObject::hold(item.path);
+    const auto status = held ? held->status() : std::nullopt;
+    if (!status || status->type == platform::FileType::symbolicLink
+        || !item.scanStamp.isUnchanged(FileStamp::of(*status)))
+        return std::nullopt;
+    auto realPath = trasher_.policy.canonical(item.path);
+    if (!realPath)
+        return std::nullopt;
+    return HeldItem{
+        .realPath = *std::move(realPath), .stamp = FileStamp::of(*status), .held = *std::move(held)};
 }
 
 std::optional<std::string> ItemChecks::inUseReason(const ApprovedItem& item) {

@@ -42,14 +42,14 @@ public:
     /// An error is why the item stays where it is, in the user's words.
     std::expected<ApprovedItem, std::string> approve(const DeletionItem& item);
 
-    /// Holds the object, if the policy lets it go: enough to prepare its move, and no more than that.
-    std::expected<HeldItem, std::string> hold(const DeletionItem& item) const;
+    /// Holds the object of the item, so that its move can be prepared; absent when approve() is certain to
+    /// refuse it. Far cheaper than approve(), and no substitute for it.
+    std::optional<HeldItem> hold(const DeletionItem& item) const;
 
     /// The most processes that could not be looked at in a check so far.
     int uncheckedProcesses() const { return uncheckedProcesses_; }
 
 private:
-    std::expected<HeldItem, std::string> holdWhatMayGo(const DeletionItem& item) const;
     std::optional<std::string> inUseReason(const ApprovedItem& item);
 
     const Trasher& trasher_;

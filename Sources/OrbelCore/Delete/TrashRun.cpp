@@ -68,10 +68,11 @@ TrashRun::Next TrashRun::handleGroup(std::vector<Move>& group) {
 
 /// Nothing is told of an item here: why it cannot move is told when its turn comes.
 std::expected<void, JournalError> TrashRun::prepare(std::vector<Move>& group) {
+    folderPath_.clear();
     std::size_t count = 0;
     for (auto& move : group)
         if (auto held = checks_.hold(move.item)) {
-            move.held = *std::move(held);
+            move.held = std::move(held);
             ++count;
         }
     if (count == 0)
@@ -86,8 +87,13 @@ std::expected<void, JournalError> TrashRun::prepare(std::vector<Move>& group) {
 }
 
 std::expected<void, JournalError> TrashRun::prepare(Move& move, const HeldItem& held) {
+    // Most items of a group come from few folders, one after another.
+    if (const auto folder = parentPath(held.realPath); folder != folderPath_) {
+        folderPath_ = folder;
+        folder_ = TrashedIdentity::of(folderPath_);
+    }
     move.known = {.item = platform::persistentIdentity(held.realPath, held.stamp.identity.inode),
-                  .folder = TrashedIdentity::of(std::string(parentPath(held.realPath)))};
+                  .folder = folder_};
     std::expected<void, JournalError> intended;
     const auto aboutToMove = [&](const PlannedMove& plan) -> std::expected<void, std::string> {
         auto line = trashedEntry(move, held, plan.trashPath);

@@ -102,8 +102,10 @@ private:
     DeletionReport report_;
     // Of the group that is under way.
     std::optional<JournalError> journalFailure_; ///< why nothing of it may move
-    std::vector<Waiting> again_;                 ///< comes with the next one
-    std::vector<JournalEntry> lines_;            ///< waiting to be appended
+    std::string folderPath_;                     ///< of the item prepared last
+    std::optional<TrashedIdentity> folder_;
+    std::vector<Waiting> again_;      ///< comes with the next one
+    std::vector<JournalEntry> lines_; ///< waiting to be appended
     std::vector<Unrecorded> unrecorded_;
     std::chrono::steady_clock::time_point recordedAt_;
     bool mustBeRecorded_ = false; ///< some waiting line tells of something in the Trash

@@ -21,8 +21,8 @@ struct JournalOutline {
     std::vector<Date> times;        ///< of the first wanted entry of each session, by its index
     std::vector<Stretch> stretches; ///< session after session, by that time; those of a session in file order
 
-    /// Reads the whole file. Wanted are entries at or after `since`. No stretch is much longer
-    /// than `longestBytes`.
+    /// Reads the whole file. Wanted are entries at or after `since`. No stretch is much
+    /// longer than `longestBytes`.
     static std::expected<JournalOutline, JournalError>
     of(const JournalLines& lines, std::optional<Date> since, std::uint64_t longestBytes);
 };

@@ -33,8 +33,7 @@ std::expected<void, int> flushFiles(const std::vector<FileDescriptor>& files) {
 
 std::expected<void, int> flushFolders(const std::vector<FileDescriptor>& folders) {
     for (const auto& folder : folders)
-        // Some file systems keep no names that would have to be written apart from what they name, and say
-        // so.
+        // Some file systems keep no names apart from what they name, and say that there is nothing to flush.
         if (!platform::synchronise(folder.get()) && errno != EINVAL && errno != ENOTSUP)
             return std::unexpected(errno);
     return {};

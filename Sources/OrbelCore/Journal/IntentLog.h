@@ -12,9 +12,9 @@ namespace orbel {
 
 class Barrier;
 
-/// What one run is about to move, written beside the journal before it moves, so that a crash or a power cut
-/// between a move and its line in the journal loses nothing: settleIntents() finds the item later and writes
-/// the line.
+/// What one run is about to move, written beside the journal before it moves, so that a crash or a power
+/// cut between a move and its line in the journal loses nothing: settleIntents() finds the item later and
+/// writes the line.
 ///
 /// Each log is a file of its own, "intents/{uuid}.jsonl" in the journal's folder (docs/journal-format.md),
 /// locked for as long as the log lives, so that others leave it alone. One thread at a time.
@@ -46,9 +46,8 @@ public:
     /// begins another one.
     void leave();
 
-    /// The run ended and every outcome is known: removes the file. Call it only when each item that was moved
-    /// has its line in the journal. Nothing to do when no intent was begun. Another run may then begin in the
-    /// same log.
+    /// The run ended and every outcome is known: removes the file, if there is one. Call it only when each
+    /// item that was moved has its line in the journal. Another run may then begin in the same log.
     void close();
 
 private:

@@ -41,7 +41,7 @@ public:
     /// Adds these lines at once, making the folder and the file (mode 0600) when missing, and passes
     /// `barrier`, so that afterwards they and what was added to it before are on the disk; no line gets
     /// there before the rest of that. Holds the lock until then. On failure the lines written before are
-    /// untouched; what part of these reached the file is closed off by the next append and read by nobody,
+    /// untouched; a part of these that reached the file is closed off by the next append and is no entry,
     /// unless the error says that some of it may be recorded.
     std::expected<void, JournalError> append(std::span<const JournalEntry> entries, Barrier& barrier);
     std::expected<void, JournalError> append(const JournalEntry& entry);

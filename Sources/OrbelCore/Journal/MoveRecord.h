@@ -29,7 +29,7 @@ class MoveRecord {
 public:
     /// How many moves a group has at most: enough to make its flushes cheap, few enough for what is kept
     /// open for each.
-    static constexpr std::size_t mostMoves = 128;
+    static constexpr std::size_t mostMoves = 192;
 
     /// After so much work the lines of what has moved are to be recorded, if only to show that it goes on.
     static constexpr std::chrono::milliseconds longestUnrecorded{500};
@@ -58,8 +58,8 @@ public:
     /// what was moved must be kept.
     std::expected<void, JournalError> record(std::span<const JournalEntry> lines);
 
-    /// What became of some move is not known, or something of it is left to be done: settleIntents() does it
-    /// later.
+    /// The outcome of some move is not known, or a part of it is left to be done: keeps the
+    /// intents for settleIntents().
     void keepIntents() { mustKeepIntents_ = true; }
 
     /// Ends the group: each of its moves is recorded, or known not to have been made.

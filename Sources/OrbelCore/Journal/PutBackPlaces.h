@@ -34,7 +34,7 @@ struct Destination {
     /// Absent when another folder, a link or nothing has taken the place of the one that the item came from.
     static std::optional<Destination> open(const JournalEntry& entry);
 
-    /// Its path, whatever is there now.
+    /// Its path; nothing is looked at.
     static std::string pathFor(const JournalEntry& entry);
 
     bool isTaken() const { return folder.identityOf(name).has_value(); }

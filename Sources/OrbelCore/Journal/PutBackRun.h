@@ -27,7 +27,7 @@ private:
     /// One item of the group that is under way.
     struct Return {
         const JournalEntry& entry;
-        JournalEntry line;                     ///< tells what becomes of it, whatever that is
+        JournalEntry line;                     ///< of its outcome; shares its id with the intent
         std::optional<TrashedObject> object{}; ///< absent: it is not there
     };
 

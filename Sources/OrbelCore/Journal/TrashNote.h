@@ -16,8 +16,8 @@ public:
     /// none, or none that it can name.
     static std::optional<MoveIntent::InfoFile> of(const std::string& trashPath);
 
-    /// The note of an item that is, or just was, in the files/ folder of a Trash, whatever it says. As long
-    /// as it is there, other programs that keep to the rules do not give the item's name away.
+    /// The note of an item that is, or just was, in the files/ folder of a Trash; its content does not
+    /// matter. As long as it is there, programs that keep to the rules do not give the item's name away.
     explicit TrashNote(const std::string& trashPath);
 
     /// The note that this intent names, if it holds what the intent says, or a beginning of that: a kill may

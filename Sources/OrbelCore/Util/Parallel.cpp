@@ -27,6 +27,11 @@ void forEachTask(std::size_t tasks, std::size_t threads, const std::function<voi
 
 void forEachRange(std::size_t count, std::size_t grain,
                   const std::function<void(std::size_t, std::size_t)>& body) {
+    if (count <= grain) {
+        if (count > 0)
+            body(0, count);
+        return;
+    }
     // Four ranges a processor even out what one of them costs more than another.
     const auto wanted = static_cast<std::size_t>(platform::activeProcessorCount()) * 4;
     const auto size = std::max({grain, (count + wanted - 1) / wanted, std::size_t{1}});

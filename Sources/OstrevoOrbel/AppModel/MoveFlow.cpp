@@ -66,8 +66,8 @@ MoveItemsModel::State stateAfter(Trasher::Step step) {
 
 } // namespace
 
-/// What became of the items since the main thread last looked. Small files move faster than it could be told
-/// of each.
+/// What became of the items since the main thread last looked. Small files move faster than it could be
+/// told of each.
 class MoveFlow::Steps {
 public:
     struct Entry {

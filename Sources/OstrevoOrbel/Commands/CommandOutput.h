@@ -15,8 +15,8 @@ struct ExitStatus {
 /// A line of words for the user, on standard error.
 void say(std::string_view words);
 
-/// Prints a part of a command's result. When standard output does not take it, the process ends with
-/// `incomplete`.
+/// Prints a part of a command's result. When standard output does not take it, the process
+/// ends with `incomplete`.
 void print(std::string_view part);
 
 /// Prints the result of a command, or what is left of it, and ends the process with this status, or with
