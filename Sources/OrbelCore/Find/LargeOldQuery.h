@@ -16,8 +16,8 @@ namespace orbel {
 class LastUsedReader;
 class SafetyPolicy;
 
-/// Lists the large files and packages that have not been used for long. A plain value: the filter of
-/// the list.
+/// Lists the large files and packages that have not been used for long. A plain value: the filter
+/// of the list.
 struct LargeOldQuery {
     static constexpr std::uint64_t defaultMinimumBytes = 100'000'000;
     static constexpr double defaultUnusedFor = 365.0 * 24 * 60 * 60;

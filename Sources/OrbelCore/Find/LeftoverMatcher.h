@@ -41,8 +41,8 @@ public:
     /// The real path of the program of a name, empty when there is none.
     using ProgramNamed = std::function<std::string(const std::string& name)>;
 
-    /// `home`: real path. `systemLibrary`: where applications leave things for all users; those are
-    /// shown only.
+    /// `home`: real path. `systemLibrary`: where applications leave things for all users; those
+    /// are shown only.
     LeftoverMatcher(const std::string& home, const std::string& systemLibrary);
     LeftoverMatcher(std::string home, const std::string& systemLibrary, const platform::Places& places,
                     ProgramNamed programNamed);

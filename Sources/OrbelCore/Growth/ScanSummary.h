@@ -38,8 +38,8 @@ struct ScanSummary {
     bool operator==(const ScanSummary&) const = default;
 
     /// Absent when there is nothing that could be compared: the root is no folder, could not be read, or
-    /// has a path that is not valid UTF-8. Visits only the folders that it takes, and what weighs as much
-    /// beside them.
+    /// has a path that is not valid UTF-8. Visits only the folders that it takes, and what weighs as
+    /// much beside them.
     static std::optional<ScanSummary> of(const FileTree& tree, Date measuredAt);
 };
 

@@ -10,8 +10,8 @@ namespace orbel {
 
 namespace {
 
-/// A face as it is seen when looking in a direction: how far off it begins and ends, and what it
-/// spans across.
+/// A face as it is seen when looking in a direction: how far off it begins and ends, and what
+/// it spans across.
 struct Extent {
     double begin;
     double end;

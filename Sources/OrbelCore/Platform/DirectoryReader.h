@@ -57,13 +57,13 @@ public:
         done        ///< the buffer is used up
     };
 
-    /// A buffer of this size serves every directory; it must be aligned to 8 bytes and live as long as
-    /// the reader.
+    /// A buffer of this size serves every directory; it must be aligned to 8 bytes and live as long
+    /// as the reader.
     static constexpr std::size_t bufferBytes = 256 * 1024;
 
-    /// Opens `name` inside the open directory `parent` (or, when `parent` is -1, the absolute path `name`),
-    /// refusing anything but a real directory. `name` must end in a zero byte. Absent on failure, with
-    /// errno set.
+    /// Opens `name` inside the open directory `parent` (or, when `parent` is -1, the absolute path
+    /// `name`), refusing anything but a real directory. `name` must end in a zero byte. Absent on failure,
+    /// with errno set.
     static std::optional<DirectoryReader> open(int parent, const char* name, std::span<std::byte> buffer);
 
     /// The directory itself, asked of the descriptor; absent when that fails.
@@ -76,8 +76,8 @@ public:
     /// Takes the next batch of entries from the system; `failed` comes with errno set.
     Refill refill();
 
-    /// The next entry of the batch. "." and ".." never appear; an entry that vanished meanwhile is
-    /// passed over.
+    /// The next entry of the batch. "." and ".." never appear; an entry that vanished meanwhile
+    /// is passed over.
     Next next(DirectoryEntry& entry);
 
     int descriptor() const { return directory_.get(); }

@@ -9,8 +9,8 @@ namespace orbel::platform {
 /// empty when there is none. Looks at the disk, so it is not for a thread that must not wait.
 using IconFinder = std::function<std::string(const std::string& icon, int size)>;
 
-/// Looks in the desktop's icon themes, `theme` first: its name as the desktop gives it, or empty. `home`:
-/// the user's.
+/// Looks in the desktop's icon themes, `theme` first: its name as the desktop gives it, or empty.
+/// `home`: the user's.
 IconFinder iconFinder(const std::string& home, const std::string& theme);
 
 } // namespace orbel::platform

@@ -19,8 +19,8 @@ struct InstalledApp {
         unsupported ///< something else has to remove it
     };
 
-    /// The application itself when it is removable; else the file by which it is known. Unique in
-    /// an inventory.
+    /// The application itself when it is removable; else the file by which it is known. Unique
+    /// in an inventory.
     std::string path;
     std::string name;                      ///< valid UTF-8
     std::optional<std::string> bundleID{}; ///< what names it among all applications

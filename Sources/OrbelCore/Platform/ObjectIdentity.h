@@ -7,8 +7,8 @@
 namespace orbel::platform {
 
 /// What names an object, together with its inode, for as long as it exists: unlike a device number it
-/// stays the same when the volume is mounted again, and unlike an inode alone it is not taken over by a
-/// later object.
+/// stays the same when the volume is mounted again, and unlike an inode alone it is not taken over by
+/// a later object.
 struct PersistentIdentity {
     /// The file system's own UUID; where its inodes count within a part of it, as in the
     /// subvolumes of btrfs, followed by "/" and the number of that part.

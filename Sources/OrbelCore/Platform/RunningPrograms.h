@@ -13,8 +13,8 @@ struct RunningProgram {
     bool operator==(const RunningProgram&) const = default;
 };
 
-/// What every other process runs, by pid; those that may not be looked at are left out. Touches none of
-/// the files.
+/// What every other process runs, by pid; those that may not be looked at are left out. Touches none
+/// of the files.
 std::vector<RunningProgram> runningPrograms();
 
 } // namespace orbel::platform

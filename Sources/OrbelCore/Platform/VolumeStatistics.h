@@ -21,8 +21,8 @@ std::optional<VolumeStatistics> volumeStatistics(const std::string& path);
 /// has no such figure.
 std::optional<std::uint64_t> volumeSpaceUsed(const std::string& path);
 
-/// Free bytes plus what the system can free on its own for an important task; absent where it has no
-/// such figure.
+/// Free bytes plus what the system can free on its own for an important task; absent where it has
+/// no such figure.
 std::optional<std::uint64_t> volumeAvailableForImportantUsage(const std::string& path);
 
 /// The root of the volume that holds the user's data, which is what "the whole disk" means.

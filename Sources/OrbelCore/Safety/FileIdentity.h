@@ -12,8 +12,8 @@
 namespace orbel {
 
 /// Names one file system object by device and inode, independent of the path that leads to it. A number is
-/// reused once its object is gone, so an identity alone does not prove that an object is still the same one:
-/// see FileStamp.
+/// reused once its object is gone, so an identity alone does not prove that an object is still the same
+/// one: see FileStamp.
 struct FileIdentity {
     /// The device number as an unsigned 32-bit pattern, widened, never sign-extended.
     std::uint64_t device = 0;
@@ -37,8 +37,8 @@ std::ostream& operator<<(std::ostream& stream, const FileIdentity& identity);
 template <>
 struct std::hash<orbel::FileIdentity> {
     std::size_t operator()(const orbel::FileIdentity& identity) const noexcept {
-        // Inodes run in sequence and devices are few: one multiplication by 2^64/φ spreads both over
-        // all bits.
+        // Inodes run in sequence and devices are few: one multiplication by 2^64/φ spreads both
+        // over all bits.
         return static_cast<std::size_t>((identity.inode ^ (identity.device << 40)) * 0x9E3779B97F4A7C15ULL);
     }
 };

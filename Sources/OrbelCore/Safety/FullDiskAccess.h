@@ -6,8 +6,8 @@
 
 namespace orbel {
 
-/// Whether this process may read the user's protected data at all, which macOS grants program by program.
-/// Not instantiable.
+/// Whether this process may read the user's protected data at all, which macOS grants program by
+/// program. Not instantiable.
 struct FullDiskAccess {
     FullDiskAccess() = delete;
 

@@ -33,8 +33,8 @@ public:
     /// path cannot be resolved.
     std::optional<std::string> canonical(const std::string& path) const;
 
-    /// The visible name of a path under the data volume; any other path, and one that has no visible
-    /// name, unchanged.
+    /// The visible name of a path under the data volume; any other path, and one that has no
+    /// visible name, unchanged.
     std::string visiblePath(std::string_view path) const;
 
     /// The inverse: the name under the data volume of a visible path; a path that has none, unchanged.

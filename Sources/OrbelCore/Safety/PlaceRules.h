@@ -47,8 +47,8 @@ public:
     PlaceRules(std::string homePath, Setup setup, const PathCanonicalizer& canonicalizer,
                PathResolver& resolver);
 
-    /// Why `real`, a real path in visible form, is outside the place allowed for its kind; absent when it
-    /// is inside.
+    /// Why `real`, a real path in visible form, is outside the place allowed for its kind; absent when
+    /// it is inside.
     std::optional<std::string> reason(const std::string& real, AllowedRoot root, bool isDirectory) const;
 
     /// Whether an application of that path would lie where applications may be removed. It need not exist.

@@ -18,8 +18,8 @@ ProtectedPlaces::ProtectedPlaces(std::string homePath, Lists lists, const PathCa
         neverTouchRoots_.push_back(canonicalizer.visiblePath(root));
     for (const auto& place : lists.furtherRoots) {
         auto root = canonicalizer.visiblePath(resolver.resolve(place).path);
-        // A link to the home folder, or to what holds it, would protect everything: such a place
-        // means nothing.
+        // A link to the home folder, or to what holds it, would protect everything: such a
+        // place means nothing.
         if (!RealPath::isInside(homePath_, root)
             && std::ranges::find(neverTouchRoots_, root) == neverTouchRoots_.end())
             neverTouchRoots_.push_back(std::move(root));

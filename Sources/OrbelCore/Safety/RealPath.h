@@ -15,8 +15,8 @@ struct RealPath {
     /// cut it off.
     static std::optional<std::string> resolve(const std::string& path);
 
-    /// Whether `path` is `folder` or lies inside it. Exact comparison of text: both must be real
-    /// paths already.
+    /// Whether `path` is `folder` or lies inside it. Exact comparison of text: both must be
+    /// real paths already.
     static bool isInside(std::string_view path, std::string_view folder);
 };
 

@@ -217,8 +217,8 @@ std::optional<std::string> SafetyPolicy::furtherReason(const std::string& path, 
     const auto home = platform::measureEntry(-1, homePath_.c_str());
     if (!item || !home)
         return "Already gone";
-    // The same disk mounted a second time shows the same device, and no move crosses from one mount
-    // to another.
+    // The same disk mounted a second time shows the same device, and no move crosses from one
+    // mount to another.
     if (item->place.mountId != home->place.mountId)
         return std::string(onAnotherVolume);
     return isDirectory ? mountReason(real) : std::nullopt;

@@ -10,8 +10,8 @@ namespace {
 
 using std::string_view;
 
-// A listed extension is at most 13 bytes long, so it fits one 16-byte key; the look-up then compares
-// two words.
+// A listed extension is at most 13 bytes long, so it fits one 16-byte key; the look-up then
+// compares two words.
 struct Key {
     std::uint64_t low = 0;
     std::uint64_t high = 0;
@@ -111,8 +111,8 @@ private:
 
 constexpr ExtensionTable table;
 
-/// What follows the last dot when it is an extension of at most `longest` characters; empty when there
-/// is none.
+/// What follows the last dot when it is an extension of at most `longest` characters; empty when
+/// there is none.
 string_view extensionIn(string_view name, std::size_t longest) {
     const auto dot = name.rfind('.');
     if (dot == string_view::npos || dot == 0)
@@ -171,8 +171,8 @@ FileKind classify(string_view name, bool isFolder, bool isPackage) {
 }
 
 bool isPackage(string_view name) {
-    // "photoslibrary" and "imovielibrary" have 13 characters, one more than an extension may have to tell
-    // a kind.
+    // "photoslibrary" and "imovielibrary" have 13 characters, one more than an extension may have to
+    // tell a kind.
     const Listed* const listed = listedExtension(extensionIn(name, longestListed));
     return listed != nullptr && listed->isPackage;
 }

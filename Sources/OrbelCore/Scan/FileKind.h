@@ -10,8 +10,8 @@
 
 namespace orbel {
 
-/// What a node is to a person, derived from its name alone. The raw values are stored in the tree and
-/// in exports.
+/// What a node is to a person, derived from its name alone. The raw values are stored in the tree
+/// and in exports.
 enum class FileKind : std::uint8_t {
     folder = 0,
     video = 1,
@@ -39,8 +39,8 @@ std::string_view title(FileKind kind);
 /// The kind of that raw value; `other` for an invalid value.
 FileKind fileKindFromRawValue(std::uint8_t rawValue);
 
-/// The kind of an entry of this name. Names are raw bytes; only ASCII letters are compared regardless
-/// of case.
+/// The kind of an entry of this name. Names are raw bytes; only ASCII letters are compared
+/// regardless of case.
 FileKind classify(std::string_view name, bool isFolder, bool isPackage);
 
 /// Whether a directory of this name is shown as one item.

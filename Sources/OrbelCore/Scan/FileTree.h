@@ -91,14 +91,14 @@ struct FileTree {
     // Queries.
 
     std::size_t count() const { return parentIndex.size(); }
-    /// The name as text, invalid UTF-8 replaced. The root is called by the last component of `rootPath`,
-    /// or "/".
+    /// The name as text, invalid UTF-8 replaced. The root is called by the last component of
+    /// `rootPath`, or "/".
     std::string name(NodeIndex node) const;
     /// The name's bytes as they are on disk; empty for the root. Valid until the tree changes.
     std::string_view nameBytes(NodeIndex node) const;
     std::optional<NodeIndex> parent(NodeIndex node) const;
-    /// Largest first. Empty when there are none or the child lists are not built. Valid until the
-    /// tree changes.
+    /// Largest first. Empty when there are none or the child lists are not built. Valid until
+    /// the tree changes.
     std::span<const NodeIndex> children(NodeIndex node) const;
     std::uint64_t allocated(NodeIndex node) const;
     std::uint64_t logical(NodeIndex node) const;

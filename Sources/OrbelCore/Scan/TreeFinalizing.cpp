@@ -54,8 +54,8 @@ void FileTree::assignHardLinkOwner(const FileIdentity& file, std::span<const Nod
     const auto size = hardLinkSizes.find(file);
     if (size == hardLinkSizes.end() || members.empty())
         return;
-    // The first path in byte order, so that the owner does not depend on the order in which threads met
-    // the links.
+    // The first path in byte order, so that the owner does not depend on the order in which threads
+    // met the links.
     NodeIndex owner = members.front();
     std::string ownerPath = walkedPath(owner);
     for (const NodeIndex member : members.subspan(1)) {

@@ -16,8 +16,8 @@ struct VolumeInfo {
 
     /// What the system can free on its own.
     std::uint64_t purgeable() const;
-    /// What is neither used nor free here: other volumes of a shared container, or blocks kept for
-    /// the system.
+    /// What is neither used nor free here: other volumes of a shared container, or blocks kept
+    /// for the system.
     std::uint64_t otherVolumes() const;
 
     /// Absent when the path's file system cannot be asked or its figures do not fit 64 bits.

@@ -7,8 +7,8 @@
 
 namespace orbel::walk {
 
-/// Moves what the workers found into a tree that holds only its root, below that root, and empties
-/// the stores.
+/// Moves what the workers found into a tree that holds only its root, below that root, and
+/// empties the stores.
 ///
 /// The order is the tree's alone: the entries of a folder stand together as they were listed, and folders
 /// follow one another depth first, so every parent comes before its children and the same disk gives the same

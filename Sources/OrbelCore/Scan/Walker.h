@@ -10,8 +10,8 @@
 
 namespace orbel {
 
-/// Measures one folder tree with several threads. Directories are listed, files never opened, links
-/// never followed.
+/// Measures one folder tree with several threads. Directories are listed, files never opened,
+/// links never followed.
 class Walker {
 public:
     struct Result {

@@ -13,9 +13,9 @@ void* map(std::size_t bytes);
 void unmap(void* address, std::size_t bytes) noexcept;
 } // namespace pages
 
-/// A fixed number of values in pages of their own, all zero at first. A page costs memory only once it is
-/// touched, and all of it goes back to the system on release(), which the heap does not promise. Movable,
-/// not copyable.
+/// A fixed number of values in pages of their own, all zero at first. A page costs memory only once it
+/// is touched, and all of it goes back to the system on release(), which the heap does not promise.
+/// Movable, not copyable.
 template <class T>
 requires std::is_trivially_copyable_v<T>
 class PageArray {

@@ -17,8 +17,8 @@ void forEachTask(std::size_t tasks, const std::function<void(std::size_t)>& body
 /// The same on at most `threads` threads: more than processors where the tasks wait for a disk.
 void forEachTask(std::size_t tasks, std::size_t threads, const std::function<void(std::size_t)>& body);
 
-/// Cuts 0 ..< `count` into ranges of at least `grain` and calls `body(begin, end)` for each, as
-/// forEachTask does.
+/// Cuts 0 ..< `count` into ranges of at least `grain` and calls `body(begin, end)` for each,
+/// as forEachTask does.
 void forEachRange(std::size_t count, std::size_t grain,
                   const std::function<void(std::size_t, std::size_t)>& body);
 

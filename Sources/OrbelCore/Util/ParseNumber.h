@@ -10,8 +10,8 @@ namespace orbel {
 /// and for what does not fit 64 bits.
 std::optional<std::int64_t> parseInteger(std::string_view text);
 
-/// A decimal number with a point, independent of the user's locale, and nothing around it. Absent for any
-/// other text.
+/// A decimal number with a point, independent of the user's locale, and nothing around it. Absent for
+/// any other text.
 std::optional<double> parseDouble(std::string_view text);
 
 } // namespace orbel

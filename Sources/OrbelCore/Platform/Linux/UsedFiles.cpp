@@ -216,8 +216,8 @@ UsedFile UsedFiles::fileOf(int process, const MappedFile& mapped) const {
         if (const auto status = namedStatus(path); status && status->inode == file.inode)
             return {.device = status->device, .inode = status->inode, .path = path};
     }
-    // No longer there under that name, or seen otherwise by the process. This needs more rights than
-    // the rest.
+    // No longer there under that name, or seen otherwise by the process. This needs more rights
+    // than the rest.
     if (file.path.ends_with(deletedMark))
         file.path.clear();
     const std::string link = "map_files/" + std::string(mapped.range);

@@ -10,8 +10,8 @@ struct InfoPlist {
     std::string identifier, name, displayName, version;
 };
 
-/// Read by Core Foundation, which is opened at run time. Absent when there is no such file, or it is no
-/// property list.
+/// Read by Core Foundation, which is opened at run time. Absent when there is no such file, or it is
+/// no property list.
 std::optional<InfoPlist> readInfoPlist(const std::string& path);
 
 } // namespace orbel::platform

@@ -50,8 +50,8 @@ std::uint64_t unwrittenBytes() {
 }
 
 bool reserveSpace(int, std::uint64_t, std::uint64_t) {
-    // F_PREALLOCATE gives its space back when the descriptor closes, which is long before the line
-    // is written.
+    // F_PREALLOCATE gives its space back when the descriptor closes, which is long before the
+    // line is written.
     return true;
 }
 

@@ -8,9 +8,9 @@
 
 namespace orbel::platform {
 
-/// The words of an Exec value, whose escapes are resolved already: quotes taken off, field codes such as
-/// %U taken out ("%%" stays as "%"). Absent when it has no words, a quote is not closed, or a field code
-/// is invalid.
+/// The words of an Exec value, whose escapes are resolved already: quotes taken off, field codes such
+/// as %U taken out ("%%" stays as "%"). Absent when it has no words, a quote is not closed, or a field
+/// code is invalid.
 std::optional<std::vector<std::string>> execWords(std::string_view exec);
 
 /// What an Exec value starts.
@@ -28,8 +28,8 @@ struct ExecCommand {
     bool operator==(const ExecCommand&) const = default;
 };
 
-/// Sees through `env VAR=value …`, `flatpak run` and `snap run`. Absent when what is started cannot be
-/// found out.
+/// Sees through `env VAR=value …`, `flatpak run` and `snap run`. Absent when what is started cannot
+/// be found out.
 std::optional<ExecCommand> execCommand(std::string_view exec);
 
 } // namespace orbel::platform

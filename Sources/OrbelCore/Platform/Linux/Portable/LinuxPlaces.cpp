@@ -18,8 +18,8 @@ namespace {
 constexpr auto systemRoots =
     std::to_array<std::string_view>({"/etc", "/boot", "/dev", "/proc", "/sys", "/lib", "/lib32", "/lib64",
                                      "/libx32", "/snap", "/nix", "/gnu", "/lost+found"});
-/// Each of these can hold home folders. It is left out when ours is among them, and the home's own
-/// rules hold.
+/// Each of these can hold home folders. It is left out when ours is among them, and the home's
+/// own rules hold.
 constexpr auto rootsThatMayHoldHomes =
     std::to_array<std::string_view>({"/root", "/srv", "/mnt", "/media", "/run", "/var/lib", "/var/cache",
                                      "/var/log", "/var/opt", "/var/db", "/var/spool", "/var/mail"});

@@ -58,8 +58,8 @@ std::optional<std::uint64_t> numberIn(std::string_view field) {
 }
 
 bool isNetworkFileSystem(std::string_view type) {
-    // autofs counts: opening one mounts what lies behind it. Of FUSE only what serves a block device
-    // is local.
+    // autofs counts: opening one mounts what lies behind it. Of FUSE only what serves a block
+    // device is local.
     static constexpr std::array<std::string_view, 17> network{
         "9p",        "afs",    "autofs", "beegfs", "ceph", "cifs",  "coda", "davfs", "gfs2",
         "glusterfs", "lustre", "ncpfs",  "nfs",    "nfs4", "ocfs2", "smb3", "smbfs"};

@@ -24,8 +24,8 @@ struct PackageOwner {
     bool operator==(const PackageOwner&) const = default;
 };
 
-/// Runs a program, its name first, and gives what it printed; absent when it cannot be run or does not
-/// end soon.
+/// Runs a program, its name first, and gives what it printed; absent when it cannot be run or does
+/// not end soon.
 using RunProgram = std::function<std::optional<std::string>(const std::vector<std::string>& words)>;
 
 /// Where the package managers keep what they know.

@@ -11,8 +11,8 @@ namespace orbel::platform {
 
 namespace {
 
-/// Takes one value after the other out of a record. Once one does not fit, this and all later ones read
-/// as zero.
+/// Takes one value after the other out of a record. Once one does not fit, this and all later ones
+/// read as zero.
 class Fields {
 public:
     explicit Fields(std::span<const std::byte> record) : record_(record) {}
