@@ -1,6 +1,6 @@
 #include "Delete/DeletionSession.h"
 
-#include "Util/BlockingWork.h"
+#include "Platform/BlockingWork.h"
 #include "Util/Uuid.h"
 
 #include <utility>

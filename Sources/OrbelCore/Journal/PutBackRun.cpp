@@ -1,7 +1,7 @@
 #include "Journal/PutBackRun.h"
 
 #include "Journal/TrashNote.h"
-#include "Util/Parallel.h"
+#include "Platform/Parallel.h"
 #include "Util/Uuid.h"
 
 #include <algorithm>

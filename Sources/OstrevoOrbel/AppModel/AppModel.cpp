@@ -14,11 +14,11 @@
 #include "Journal/LiveRestore.h"
 #include "Models/Wording.h"
 #include "Platform/HomeTrash.h"
+#include "Platform/Thread.h"
 #include "Safety/FullDiskAccess.h"
 #include "Util/AppVersion.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
-#include "Util/Thread.h"
 
 #include <QFile>
 #include <QFileInfo>

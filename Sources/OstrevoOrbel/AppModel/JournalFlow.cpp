@@ -5,9 +5,9 @@
 #include "AppModel/PutBackFlow.h"
 #include "Export/ReportRenderer.h"
 #include "Models/Wording.h"
+#include "Platform/ReplaceFile.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
-#include "Util/ReplaceFile.h"
 
 #include <algorithm>
 

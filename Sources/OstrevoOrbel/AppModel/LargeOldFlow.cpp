@@ -4,7 +4,7 @@
 #include "AppModel/MoveFlow.h"
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
-#include "Util/Thread.h"
+#include "Platform/Thread.h"
 
 #include <algorithm>
 #include <array>

@@ -9,9 +9,9 @@
 #include "Export/ReportRenderer.h"
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
+#include "Platform/ReplaceFile.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
-#include "Util/ReplaceFile.h"
 #include "Util/Uuid.h"
 
 #include <algorithm>

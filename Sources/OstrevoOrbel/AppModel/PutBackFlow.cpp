@@ -5,7 +5,7 @@
 #include "AppModel/RescanFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "Models/Wording.h"
-#include "Util/BlockingWork.h"
+#include "Platform/BlockingWork.h"
 #include "Util/PathText.h"
 
 #include <algorithm>

@@ -2,9 +2,9 @@
 
 #include "Models/UnreadableModel.h"
 #include "Models/Wording.h"
+#include "Platform/Thread.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Util/PathText.h"
-#include "Util/Thread.h"
 
 #include <algorithm>
 #include <queue>
