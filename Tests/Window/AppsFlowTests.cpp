@@ -177,7 +177,7 @@ TEST_F(AppsFlowOn, AnUnknownAppOnTheCommandLineIsSaid) {
     scene.environment.options.selectApp = "Yew";
     EXPECT_EQ(scene.model().screen(), Screen::uninstall);
     read();
-    EXPECT_TRUE(scene.model().notice().contains(QStringLiteral("Yew")));
+    EXPECT_TRUE(scene.model().notice()->text().contains(QStringLiteral("Yew")));
     EXPECT_EQ(flow().selectedRow(), -1);
 }
 

@@ -41,8 +41,8 @@ struct DuplicatesFlowOn : testing::Test {
     }
     void measure() {
         app().setScreen(Screen::duplicates);
-        app().startScan(home.path());
-        scene.waitUntil([this] { return app().scanState() == AppModel::ScanState::done; });
+        app().scan()->startScan(home.path());
+        scene.waitUntil([this] { return app().scan()->scanState() == ScanFlow::ScanState::done; });
     }
     void search() {
         flow().setMinimumChoice(0);
@@ -179,7 +179,8 @@ TEST_F(DuplicatesFlowOn, WhatMovedGoesAtOnceAndComesBackWhenItIsPutBack) {
     home.file("Downloads/film.mkv", "another film");
     review();
     EXPECT_EQ(app().moves()->items()->rowCount(), 1) << "the other one changed";
-    EXPECT_TRUE(app().notice().startsWith(QStringLiteral("1 ticked copy can no longer be moved: Changed")));
+    EXPECT_TRUE(
+        app().notice()->text().startsWith(QStringLiteral("1 ticked copy can no longer be moved: Changed")));
     EXPECT_FALSE(told(row("Downloads/film.mkv"), DuplicateGroupsModel::RefusalRole).toString().isEmpty());
     confirm();
     EXPECT_EQ(row("Music/a.flac"), -1) << "it is the only one left";
@@ -195,17 +196,17 @@ TEST_F(DuplicatesFlowOn, WhatMovedGoesAtOnceAndComesBackWhenItIsPutBack) {
 TEST_F(DuplicatesFlowOn, AScanEndsTheSearchAndWhatWasFoundBeforeIsStale) {
     measure();
     flow().search();
-    app().measureAgain();
+    app().scan()->measureAgain();
     EXPECT_FALSE(flow().duplicatesRunning());
-    scene.waitUntil([this] { return app().scanState() == AppModel::ScanState::done; });
+    scene.waitUntil([this] { return app().scan()->scanState() == ScanFlow::ScanState::done; });
     search();
     EXPECT_EQ(flow().duplicateGroups().size(), 3U)
         << "not those of one megabyte of the search that was dropped";
     flow().tickAllOthers();
-    app().measureAgain();
+    app().scan()->measureAgain();
     EXPECT_TRUE(flow().isStale());
     EXPECT_EQ(flow().tickedCount(), 0);
-    scene.waitUntil([this] { return app().scanState() == AppModel::ScanState::done; });
+    scene.waitUntil([this] { return app().scan()->scanState() == ScanFlow::ScanState::done; });
     flow().setMinimumChoice(2);
     EXPECT_EQ(flow().groups()->rowCount(), 0);
     flow().search();

@@ -25,7 +25,7 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
     const TemporaryFolder folder;
     scene.environment.growthFolder = folder.path("growth");
     scene.world->now = std::chrono::system_clock::now();
-    auto& growth = *scene.model().growth();
+    auto& growth = *scene.model().scan()->growth();
     const QAbstractItemModelTester tester(&growth);
     scene.scanWith("/data", scanOf(10));
     EXPECT_EQ(growth.statement(), QStringLiteral("No comparison yet"));
@@ -43,7 +43,7 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
     EXPECT_EQ(growth.index(0).data(GrowthModel::KindRole), static_cast<int>(FileKind::video));
     const auto grown = [&] {
         const auto node = growth.index(0).data(GrowthModel::NodeRole).toUInt();
-        return scene.model().tree()->walkedPath(node);
+        return scene.model().scan()->tree()->walkedPath(node);
     };
     EXPECT_EQ(grown(), "/data/home/films");
     for (const bool isGone : {false, true}) {
@@ -52,9 +52,9 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
             fresh.folder(0, name);
         if (!isGone)
             fresh.file(fresh.folder(0, "films"), "a.mkv", 60 * MB);
-        const auto before = scene.model().treeVersion();
+        const auto before = scene.model().scan()->treeVersion();
         scene.model().treeEdits().splice("/data/home", std::make_shared<const FileTree>(fresh.build()));
-        scene.waitUntil([&] { return scene.model().treeVersion() > before; });
+        scene.waitUntil([&] { return scene.model().scan()->treeVersion() > before; });
         ASSERT_EQ(growth.rowCount(), isGone ? 0 : 1);
         if (!isGone) {
             EXPECT_EQ(grown(), "/data/home/films") << "nodes have other numbers in the edited tree";
@@ -63,7 +63,7 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
     EXPECT_TRUE(growth.since().startsWith(QStringLiteral("since "))
                 && growth.since().contains(QStringLiteral(" 20")))
         << "of another year: " << growth.since().toStdString();
-    scene.model().startScan("/data");
+    scene.model().scan()->startScan("/data");
     EXPECT_EQ(growth.rowCount(), 0) << "of the scan before, and its nodes are gone";
 }
 
@@ -72,7 +72,7 @@ TEST(WindowGrowth, TellsWhenAScanCannotBeKept) {
     const TemporaryFolder folder;
     scene.environment.growthFolder = folder.file("growth");
     scene.scanWith("/data", scanOf(10));
-    EXPECT_TRUE(scene.model().notice().contains(QStringLiteral("could not be kept")));
+    EXPECT_TRUE(scene.model().notice()->text().contains(QStringLiteral("could not be kept")));
 }
 
 } // namespace

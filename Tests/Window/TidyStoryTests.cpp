@@ -45,9 +45,10 @@ struct TidyInTheWindow : testing::Test {
             return result;
         };
         scene.open(width, height);
-        scene.app().startScan(place);
-        ASSERT_TRUE(scene.waitUntil(
-            [&] { return scene.app().measuredText() != QString() && !scene.app().isScanning(); }));
+        scene.app().scan()->startScan(place);
+        ASSERT_TRUE(scene.waitUntil([&] {
+            return scene.app().scan()->measuredText() != QString() && !scene.app().scan()->isScanning();
+        }));
         scene.app().setScreen(Screen::tidy);
         ASSERT_TRUE(scene.waitUntil([&] { return flow().isKnown(); }));
         scene.settle();
@@ -122,7 +123,7 @@ TEST_F(TidyInTheWindow, ASmallWindowHasTabsAndAStoppedScanNoEmptyFolders) {
     EXPECT_TRUE(scene.isShown(QStringLiteral("tidy.shortcuts.table")));
     keepPicture(scene, QStringLiteral("tidy-shortcuts-800x560"));
     isPartial = false;
-    scene.app().measureAgain();
+    scene.app().scan()->measureAgain();
     EXPECT_FALSE(flow().isKnown());
     ASSERT_TRUE(scene.waitUntil([&] { return flow().isKnown() && flow().folders()->total() == 3; }));
     scene.click(QStringLiteral("tidy.tab.0"));

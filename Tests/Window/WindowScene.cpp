@@ -98,7 +98,7 @@ WindowScene::WindowScene() : requests_(std::make_shared<Requests>()), gate_(std:
     environment.installedApps = [] { return std::vector<InstalledApp>(); };
     environment.runningPrograms = [] { return std::vector<platform::RunningProgram>(); };
     environment.askToQuit = [](const std::vector<platform::RunningProgram>& /*running*/) { return false; };
-    environment.findIcon = [](const std::string& icon, int /*size*/) { return icon; };
+    environment.iconAddress = AppIcons::addressOf;
     environment.settings = std::make_shared<QSettings>(QString::fromStdString(folder_.path("settings.ini")),
                                                        QSettings::IniFormat);
     environment.desktop = std::make_shared<NotedDesktop>(requests_);
@@ -130,7 +130,7 @@ void WindowScene::open(int width, int height) {
     window_ = qobject_cast<QQuickWindow*>(engine_->rootObjects().constFirst());
     window_->requestActivate();
     EXPECT_TRUE(QTest::qWaitForWindowActive(window_, patience));
-    EXPECT_TRUE(waitUntil([this] { return app_->trashBytes().has_value(); }));
+    EXPECT_TRUE(waitUntil([this] { return app_->disk()->trashBytes().has_value(); }));
     settle();
 }
 

@@ -2,7 +2,7 @@
 
 #include "Journal/MoveGroups.h"
 #include "Journal/TrashNote.h"
-#include "Util/Parallel.h"
+#include "Platform/Parallel.h"
 #include "Util/Uuid.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "Models/JournalModel.h"
 
+#include "Launch/Screen.h"
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
 #include "Scan/FileKind.h"
-#include "Screen.h"
 #include "Util/PathText.h"
 
 #include <algorithm>

@@ -56,11 +56,10 @@ void LeftoversModel::set(std::vector<TickedItem> items, std::size_t ownItems,
     endResetModel();
 }
 
-void LeftoversModel::remove(const std::vector<DeletionItem>& items) {
-    for (const auto& item : items) {
-        const auto row = std::ranges::find_if(rows_, [&](const Row& each) {
-            return each.words.isEmpty() && each.ticked.item.path == item.path;
-        });
+void LeftoversModel::remove(const std::vector<std::string>& paths) {
+    for (const auto& path : paths) {
+        const auto row = std::ranges::find_if(
+            rows_, [&](const Row& each) { return each.words.isEmpty() && each.ticked.item.path == path; });
         if (row == rows_.end())
             continue;
         const int number = static_cast<int>(row - rows_.begin());

@@ -37,7 +37,7 @@ public:
     /// when there are none of those.
     void set(std::vector<TickedItem> items, std::size_t ownItems,
              const std::vector<Leftover>& forAdministrators, const QString& noneText);
-    void remove(const std::vector<DeletionItem>& items);
+    void remove(const std::vector<std::string>& paths);
 
     /// Null for a row that stands for nothing that could be ticked.
     const TickedItem* itemAt(int row) const;

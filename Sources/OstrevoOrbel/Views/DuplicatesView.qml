@@ -50,7 +50,7 @@ ScreenFrame {
             iconPath: Theme.icons.rescan
             objectName: "duplicates.search"
             text: qsTr("Search Again")
-            visible: screen.flow.searched && !screen.flow.running && screen.app.measuredAny
+            visible: screen.flow.searched && !screen.flow.running && screen.app.scan.measuredAny
 
             onClicked: screen.flow.search()
         },
@@ -78,7 +78,7 @@ ScreenFrame {
             middling: screen.middling
             narrow: screen.narrow
             padding: screen.padding
-            visible: screen.app.measuredAny && !screen.flow.running || screen.hasList
+            visible: screen.app.scan.measuredAny && !screen.flow.running || screen.hasList
             width: parent.width
 
             onFolderWanted: folderDialog.open()
@@ -87,7 +87,7 @@ ScreenFrame {
             readonly property bool stale: screen.flow.stale
             readonly property bool partial: screen.flow.partial
 
-            action: screen.app.measuredAny ? qsTr("Search Again") : ""
+            action: screen.app.scan.measuredAny ? qsTr("Search Again") : ""
             explanation: stale ? qsTr("Each copy is proved again before it moves, but newer files are missing here.")
                 : partial ? qsTr("Every group that is listed was compared to the last byte; there may be more.")
                 : qsTr("Search again to find those of %1 or more.").arg(screen.flow.minimumText)
@@ -109,7 +109,7 @@ ScreenFrame {
         objectName: "duplicates.tickBar"
         remark: screen.flow.tickedRemark
         reviewText: screen.flow.reviewText
-        reviewable: !screen.flow.reviewing && !screen.app.scanning
+        reviewable: !screen.flow.reviewing && !screen.app.scan.running
         statement: screen.flow.tickedText
         sum: screen.flow.tickedFrees
         width: screen.width
@@ -210,23 +210,23 @@ ScreenFrame {
     EmptyState {
         id: nothingToShow
 
-        readonly property bool unmeasured: !screen.app.measuredAny
+        readonly property bool unmeasured: !screen.app.scan.measuredAny
         readonly property bool filtered: screen.flow.searched && screen.flow.countText !== "0"
 
-        action: screen.app.scanning ? "" : unmeasured ? qsTr("Measure This Disk")
+        action: screen.app.scan.running ? "" : unmeasured ? qsTr("Measure This Disk")
             : screen.flow.outsideHome ? "" : !screen.flow.searched ? qsTr("Find Duplicates")
             : filtered && screen.flow.filter !== "" ? qsTr("Show All Groups") : ""
         anchors.fill: parent
         iconPath: Theme.icons.duplicates
         objectName: "duplicates.empty"
         primary: !filtered
-        sentence: screen.app.scanning ? qsTr("Duplicates can be searched when everything has been measured.")
+        sentence: screen.app.scan.running ? qsTr("Duplicates can be searched when everything has been measured.")
             : unmeasured ? qsTr("Files of equal size are known once the disk is measured.")
-            : screen.flow.outsideHome ? qsTr("%1 is not in the home folder, and duplicates are searched only there.").arg(screen.app.scanRoot)
+            : screen.flow.outsideHome ? qsTr("%1 is not in the home folder, and duplicates are searched only there.").arg(screen.app.scan.root)
             : !screen.flow.searched ? qsTr("Files of equal size in the home folder are read and compared to the last byte. That can take a while, and changes nothing.")
             : filtered ? qsTr("No group has a copy with such a name or folder, and files of %1 or more.").arg(screen.flow.minimumText)
             : qsTr("No two files of %1 or more in the home folder are the same in every byte.").arg(screen.flow.minimumText)
-        statement: screen.app.scanning ? screen.app.scopeText : unmeasured ? qsTr("Not measured yet")
+        statement: screen.app.scan.running ? screen.app.scan.scopeText : unmeasured ? qsTr("Not measured yet")
             : screen.flow.outsideHome ? qsTr("Nothing to search here")
             : !screen.flow.searched ? qsTr("Not searched yet") : filtered ? qsTr("No group matches")
             : qsTr("No duplicates found")
@@ -234,7 +234,7 @@ ScreenFrame {
 
         onTriggered: {
             if (unmeasured)
-                screen.app.scanDisk();
+                screen.app.scan.scanDisk();
             else if (filtered)
                 field.clear();
             else

@@ -8,7 +8,7 @@ ScreenFrame {
     id: view
 
     required property AppModel app
-    readonly property JournalFlow journal: app.journalFlow
+    readonly property JournalFlow journal: app.journal
     readonly property bool filled: journal.state === "filled"
     readonly property bool windowActive: Window.active
 

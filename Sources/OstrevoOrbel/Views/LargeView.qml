@@ -7,7 +7,7 @@ ScreenFrame {
 
     required property AppModel app
     readonly property LargeOldFlow large: app.largeOld
-    readonly property bool measured: app.measuredAny && !app.rootUnreadable
+    readonly property bool measured: app.scan.measuredAny && !app.scan.rootUnreadable
     readonly property bool listed: measured && table.count > 0
     /// Whether the field shows where there is little room.
     property bool finding: false
@@ -49,7 +49,7 @@ ScreenFrame {
 
     firstFocus: listed ? table : state.visible ? state : null
     objectName: "large"
-    scope: narrow && measured && large.known ? [large.shownCount, large.shownSize].join(" · ") : app.scopeText
+    scope: narrow && measured && large.known ? [large.shownCount, large.shownSize].join(" · ") : app.scan.scopeText
     status: !listed ? "" : hoveredWords !== "" ? hoveredWords : currentWords
     title: qsTr("Large and Old")
 
@@ -71,14 +71,14 @@ ScreenFrame {
         },
         PushButton {
             Accessible.name: qsTr("Measure again")
-            enabled: !view.app.scanning
+            enabled: !view.app.scan.running
             iconOnly: view.narrow
             iconPath: Theme.icons.rescan
             objectName: "large.measure"
             text: qsTr("Measure Again")
-            visible: view.app.scanState !== "idle"
+            visible: view.app.scan.state !== "idle"
 
-            onClicked: view.app.measureAgain()
+            onClicked: view.app.scan.measureAgain()
         }
     ]
 
@@ -180,10 +180,10 @@ ScreenFrame {
             objectName: "large.partial"
             radius: 0
             statement: qsTr("Scan cancelled — partial")
-            visible: view.app.partial
+            visible: view.app.scan.partial
             width: parent.width
 
-            onTriggered: view.app.measureAgain()
+            onTriggered: view.app.scan.measureAgain()
         }
     }
 
@@ -333,35 +333,35 @@ ScreenFrame {
 
         readonly property bool nothingThere: view.measured && view.large.countText === "0"
 
-        action: view.app.scanning ? qsTr("Stop")
-            : view.app.rootUnreadable ? qsTr("Choose Folder…")
+        action: view.app.scan.running ? qsTr("Stop")
+            : view.app.scan.rootUnreadable ? qsTr("Choose Folder…")
             : !view.measured ? qsTr("Measure This Disk")
             : !nothingThere ? qsTr("Clear")
             : view.large.age !== 0 ? qsTr("Show Files of Any Age") : ""
         anchors.fill: parent
-        failed: view.app.rootUnreadable
-        iconPath: view.app.rootUnreadable ? Theme.icons.warn : Theme.icons.large
+        failed: view.app.scan.rootUnreadable
+        iconPath: view.app.scan.rootUnreadable ? Theme.icons.warn : Theme.icons.large
         objectName: "large.empty"
-        primary: !view.app.scanning && !view.measured
-        sentence: view.app.scanning ? qsTr("The list appears when everything has been measured.")
-            : view.app.rootUnreadable ? qsTr("Nothing in it can be listed.")
+        primary: !view.app.scan.running && !view.measured
+        sentence: view.app.scan.running ? qsTr("The list appears when everything has been measured.")
+            : view.app.scan.rootUnreadable ? qsTr("Nothing in it can be listed.")
             : !view.measured ? qsTr("Measure the disk to list large files that nobody has used for long.")
             : nothingThere ? qsTr("No file or package that was measured is that large and that old.")
             : qsTr("%1 are hidden by this text.").arg(view.large.countText)
-        statement: view.app.scanning ? view.app.scopeText
-            : view.app.rootUnreadable ? qsTr("%1 could not be read").arg(view.app.scanRoot)
+        statement: view.app.scan.running ? view.app.scan.scopeText
+            : view.app.scan.rootUnreadable ? qsTr("%1 could not be read").arg(view.app.scan.root)
             : !view.measured ? qsTr("Not measured yet")
             : nothingThere ? qsTr("Nothing here with these filters")
             : qsTr("No name or folder contains “%1”").arg(view.large.text)
         visible: !view.listed && !(view.measured && (view.large.running || !view.large.known))
 
         onTriggered: {
-            if (view.app.scanning)
-                view.app.stopScan();
-            else if (view.app.rootUnreadable)
+            if (view.app.scan.running)
+                view.app.scan.stop();
+            else if (view.app.scan.rootUnreadable)
                 view.app.chooseFolderAndScan();
             else if (!view.measured)
-                view.app.scanDisk();
+                view.app.scan.scanDisk();
             else if (!nothingThere)
                 field.clear();
             else

@@ -7,7 +7,8 @@ ScreenFrame {
     id: screen
 
     required property AppModel app
-    readonly property bool hasMap: !app.scanning && app.measuredAny && !app.rootUnreadable
+    readonly property MapModel map: app.map
+    readonly property bool hasMap: !app.scan.running && app.scan.measuredAny && !app.scan.rootUnreadable
     readonly property bool wide: Window.width >= Theme.px(1920)
     /// Whether the list lies over the map, where there is no room beside it.
     property bool listOpen: false
@@ -15,43 +16,43 @@ ScreenFrame {
     function zoomTo(node: int, from: rect): void {
         zoom.color = treemap.colorOf(node);
         zoom.run(from, Qt.rect(0, 0, treemap.width, treemap.height), true);
-        map.show(node);
+        screen.map.show(node);
     }
     function goUp(): void {
-        if (!map.canGoUp || treemap.held)
+        if (!screen.map.canGoUp || treemap.held)
             return;
-        const left = map.focus;
-        map.goUp();
+        const left = screen.map.focus;
+        screen.map.goUp();
         zoom.color = treemap.colorOf(left);
         zoom.run(Qt.rect(0, 0, treemap.width, treemap.height), treemap.boxOf(left), false);
     }
     function openMenu(node: int, item: Item, x: real, y: real): void {
-        const facts = map.facts(node);
+        const facts = screen.map.facts(node);
         menu.item = node;
         menu.itemName = facts.name;
         menu.itemFacts = [facts.kindName, facts.size].join(" · ");
         menu.zoomable = facts.zoomable;
         menu.rescannable = facts.isFolder;
-        menu.ticked = map.isTicked(node);
+        menu.ticked = screen.map.isTicked(node);
         menu.popup(item, x, y);
     }
 
     firstFocus: hasMap ? treemap : nothingToShow
     objectName: "map"
-    scope: app.scopeText
+    scope: app.scan.scopeText
     status: hasMap ? treemap.status : ""
     title: qsTr("Map")
 
     actions: [
         Chip {
             closable: true
-            kind: map.filterKind
+            kind: screen.map.filterKind
             objectName: "map.filter"
             set: true
-            text: map.filterText
-            visible: screen.hasMap && map.filterText !== ""
+            text: screen.map.filterText
+            visible: screen.hasMap && screen.map.filterText !== ""
 
-            onClicked: map.clearFilter()
+            onClicked: screen.map.clearFilter()
         },
         FindButton {
             app: screen.app
@@ -69,14 +70,14 @@ ScreenFrame {
             onClicked: screen.app.rescan.stop()
         },
         PushButton {
-            enabled: !screen.app.scanning
+            enabled: !screen.app.scan.running
             iconOnly: screen.narrow
             iconPath: Theme.icons.rescan
             objectName: "map.measure"
             visible: !screen.app.rescan.running
-            text: screen.app.scanState === "idle" ? qsTr("Measure This Disk") : qsTr("Measure Again")
+            text: screen.app.scan.state === "idle" ? qsTr("Measure This Disk") : qsTr("Measure Again")
 
-            onClicked: screen.app.measureAgain()
+            onClicked: screen.app.scan.measureAgain()
         },
         PushButton {
             iconOnly: true
@@ -91,7 +92,7 @@ ScreenFrame {
 
     bar: MapBar {
         height: visible ? Theme.breadcrumbBarHeight : 0
-        map: map
+        map: screen.map
         padding: screen.padding
         visible: screen.hasMap
         width: screen.width
@@ -104,30 +105,24 @@ ScreenFrame {
 
         MapLegend {
             height: visible ? Theme.legendHeight : 0
-            legend: map.legend
+            legend: screen.map.legend
             narrow: screen.narrow
             padding: screen.padding
             visible: screen.hasMap
             width: screen.width
 
-            onToggled: kind => map.toggleKind(kind)
+            onToggled: kind => screen.map.toggleKind(kind)
         }
         TickBar {
             id: tickBar
 
             narrow: screen.narrow
             objectName: "map.tickBar"
-            ticks: map.ticks
+            ticks: screen.map.ticks
             width: screen.width
 
-            onReviewed: screen.app.moves.review(map.ticks)
+            onReviewed: screen.app.moves.review(screen.map.ticks)
         }
-    }
-
-    MapModel {
-        id: map
-
-        app: screen.app
     }
 
     Rectangle {
@@ -150,13 +145,13 @@ ScreenFrame {
             dark: Theme.dark
             family: Theme.family
             focus: true
-            map: map
+            map: screen.map
             objectName: "map.view"
-            ticked: map.tickedNodes
+            ticked: screen.map.tickedNodes
             unit: Theme.fontScale
 
             onCopyWanted: node => screen.app.copyNodePath(node)
-            onTickWanted: node => map.toggleTick(node)
+            onTickWanted: node => screen.map.toggleTick(node)
             onMenuWanted: (node, position) => screen.openMenu(node, treemap, position.x, position.y)
             onUpWanted: screen.goUp()
             onZoomWanted: (node, from) => screen.zoomTo(node, from)
@@ -217,45 +212,45 @@ ScreenFrame {
         anchors.bottom: parent.bottom
         anchors.right: parent.right
         anchors.top: parent.top
-        map: map
+        map: screen.map
         visible: screen.hasMap && (!screen.narrow || screen.listOpen)
         width: screen.narrow ? Theme.px(300) : screen.middling ? Theme.px(260) : screen.wide ? Theme.px(400)
             : Theme.px(344)
 
         onCopyWanted: node => screen.app.copyNodePath(node)
-        onTickWanted: node => map.toggleTick(node)
+        onTickWanted: node => screen.map.toggleTick(node)
         onMenuWanted: (node, item, x, y) => screen.openMenu(node, item, x, y)
         onUpWanted: screen.goUp()
         onZoomWanted: node => {
-            if (map.facts(node).zoomable)
+            if (screen.map.facts(node).zoomable)
                 screen.zoomTo(node, treemap.boxOf(node));
         }
     }
     EmptyState {
         id: nothingToShow
 
-        action: screen.app.scanning ? qsTr("Stop")
-            : screen.app.rootUnreadable ? qsTr("Choose Folder…") : qsTr("Measure This Disk")
+        action: screen.app.scan.running ? qsTr("Stop")
+            : screen.app.scan.rootUnreadable ? qsTr("Choose Folder…") : qsTr("Measure This Disk")
         anchors.fill: parent
-        failed: screen.app.rootUnreadable
-        iconPath: screen.app.rootUnreadable ? Theme.icons.warn : Theme.icons.map
+        failed: screen.app.scan.rootUnreadable
+        iconPath: screen.app.scan.rootUnreadable ? Theme.icons.warn : Theme.icons.map
         objectName: "map.empty"
-        primary: !screen.app.scanning
-        sentence: screen.app.scanning ? qsTr("The map appears when everything has been measured.")
-            : screen.app.rootUnreadable ? qsTr("Nothing in it can be shown.")
+        primary: !screen.app.scan.running
+        sentence: screen.app.scan.running ? qsTr("The map appears when everything has been measured.")
+            : screen.app.scan.rootUnreadable ? qsTr("Nothing in it can be shown.")
             : qsTr("Measure the disk to see where its space went.")
-        statement: screen.app.scanning ? screen.app.scopeText
-            : screen.app.rootUnreadable ? qsTr("%1 could not be read").arg(screen.app.scanRoot)
+        statement: screen.app.scan.running ? screen.app.scan.scopeText
+            : screen.app.scan.rootUnreadable ? qsTr("%1 could not be read").arg(screen.app.scan.root)
             : qsTr("Not measured yet")
         visible: !screen.hasMap
 
         onTriggered: {
-            if (screen.app.scanning)
-                screen.app.stopScan();
-            else if (screen.app.rootUnreadable)
+            if (screen.app.scan.running)
+                screen.app.scan.stop();
+            else if (screen.app.scan.rootUnreadable)
                 screen.app.chooseFolderAndScan();
             else
-                screen.app.scanDisk();
+                screen.app.scan.scanDisk();
         }
     }
     ItemMenu {
@@ -263,18 +258,18 @@ ScreenFrame {
 
         objectName: "map.menu"
         // What a menu opens on is selected, and being asked about.
-        refusal: map.selection.valid && map.selection.node === item ? map.refusal : ""
+        refusal: screen.map.selection.valid && screen.map.selection.node === item ? screen.map.refusal : ""
 
         onCopyWanted: node => screen.app.copyNodePath(node)
         onOpenWanted: node => screen.app.openNode(node)
         onRescanWanted: node => screen.app.rescan.start(node)
         onShowWanted: node => screen.app.showNodeInFileManager(node)
-        onTickWanted: node => map.toggleTick(node)
+        onTickWanted: node => screen.map.toggleTick(node)
         onZoomWanted: node => screen.zoomTo(node, treemap.boxOf(node))
     }
 
     Connections {
-        target: screen.app
+        target: screen.app.scan
 
         // An edited tree may give the number of the menu's item to another one.
         function onTreeChanged(): void {
@@ -282,40 +277,40 @@ ScreenFrame {
         }
     }
     Shortcut {
-        enabled: screen.visible && map.ticks.count > 0
+        enabled: screen.visible && screen.map.ticks.count > 0
         sequence: "Del"
 
-        onActivated: screen.app.moves.review(map.ticks)
+        onActivated: screen.app.moves.review(screen.map.ticks)
     }
     Shortcut {
         enabled: screen.visible && screen.hasMap
         sequence: "Shift+F5"
 
-        onActivated: screen.app.rescan.start(map.selection.valid ? map.selection.node : map.focus)
+        onActivated: screen.app.rescan.start(screen.map.selection.valid ? screen.map.selection.node : screen.map.focus)
     }
     Shortcut {
-        enabled: screen.visible && screen.hasMap && map.canGoBack
+        enabled: screen.visible && screen.hasMap && screen.map.canGoBack
         sequence: "Alt+Left"
 
-        onActivated: map.goBack()
+        onActivated: screen.map.goBack()
     }
     Shortcut {
-        enabled: screen.visible && screen.hasMap && map.canGoForward
+        enabled: screen.visible && screen.hasMap && screen.map.canGoForward
         sequence: "Alt+Right"
 
-        onActivated: map.goForward()
+        onActivated: screen.map.goForward()
     }
     Shortcut {
-        enabled: screen.visible && screen.hasMap && map.canGoUp
+        enabled: screen.visible && screen.hasMap && screen.map.canGoUp
         sequence: "Alt+Up"
 
         onActivated: screen.goUp()
     }
     Shortcut {
-        enabled: screen.visible && screen.hasMap && map.canGoUp
+        enabled: screen.visible && screen.hasMap && screen.map.canGoUp
         sequence: "Alt+Home"
 
-        onActivated: map.goToRoot()
+        onActivated: screen.map.goToRoot()
     }
     Shortcut {
         enabled: screen.visible && screen.hasMap && screen.narrow && screen.listOpen && !screen.app.rescan.running

@@ -46,7 +46,7 @@ FocusScope {
         repeat: true
         running: true
 
-        onTriggered: view.app.refreshFullDiskAccess()
+        onTriggered: view.app.scan.refreshFullDiskAccess()
     }
 
     Rectangle {
@@ -112,7 +112,7 @@ FocusScope {
                 text: qsTr("Open Privacy Settings")
                 variant: PushButton.Primary
 
-                onClicked: view.app.openPrivacySettings()
+                onClicked: view.app.scan.openPrivacySettings()
             }
             Row {
                 height: open.height

@@ -7,13 +7,13 @@ ScreenFrame {
 
     required property AppModel app
 
-    readonly property string phase: app.scanning ? "scanning" : app.rootUnreadable ? "unreadable"
-        : app.measuredAny ? "measured" : "first"
+    readonly property string phase: app.scan.running ? "scanning" : app.scan.rootUnreadable ? "unreadable"
+        : app.scan.measuredAny ? "measured" : "first"
 
     firstFocus: phase === "scanning" ? stop : body.item
     objectName: "overview"
-    scope: app.scopeText
-    status: app.scanning ? app.scopeText : body.item?.status ?? ""
+    scope: app.scan.scopeText
+    status: app.scan.running ? app.scan.scopeText : body.item?.status ?? ""
     title: qsTr("Overview")
 
     /// A measured disk is shown from its top, without a mark on the list that has the focus.
@@ -53,20 +53,20 @@ ScreenFrame {
             variant: PushButton.Primary
             visible: view.phase === "measured" || view.phase === "unreadable"
 
-            onClicked: view.app.measureAgain()
+            onClicked: view.app.scan.measureAgain()
         },
         PushButton {
             id: stop
 
-            enabled: !view.app.stopping
+            enabled: !view.app.scan.stopping
             iconPath: Theme.icons.stop
             keys: "Esc"
             objectName: "overview.stop"
             ringAlways: true
-            text: view.app.stopping ? qsTr("Stopping…") : qsTr("Stop")
+            text: view.app.scan.stopping ? qsTr("Stopping…") : qsTr("Stop")
             visible: view.phase === "scanning"
 
-            onClicked: view.app.stopScan()
+            onClicked: view.app.scan.stop()
         }
     ]
 
@@ -113,7 +113,7 @@ ScreenFrame {
             iconPath: Theme.icons.warn
             objectName: "overview.unreadable"
             sentence: qsTr("It may be gone, or belong to somebody else. Nothing was changed.")
-            statement: qsTr("%1 could not be read").arg(view.app.scanRoot)
+            statement: qsTr("%1 could not be read").arg(view.app.scan.root)
 
             onTriggered: view.app.chooseFolderAndScan()
         }

@@ -158,7 +158,7 @@ ScreenFrame {
                         objectName: "report.openTrash"
                         text: qsTr("Open Trash")
 
-                        onClicked: screen.app.openTrash()
+                        onClicked: screen.app.disk.openTrash()
                     }
                 }
             }

@@ -7,7 +7,7 @@ ScreenFrame {
 
     required property AppModel app
     readonly property TidyFlow flow: app.tidy
-    readonly property bool hasLists: app.measuredAny && !app.rootUnreadable
+    readonly property bool hasLists: app.scan.measuredAny && !app.scan.rootUnreadable
     /// Which of the two is shown where there is no room for both.
     property int tab: 0
 
@@ -85,16 +85,16 @@ ScreenFrame {
 
             busy: !screen.flow.known
             flow: screen.flow
-            found: !screen.flow.known ? "" : screen.app.partial ? qsTr("Known only after a complete measurement")
+            found: !screen.flow.known ? "" : screen.app.scan.partial ? qsTr("Known only after a complete measurement")
                 : screen.flow.foldersText
             heading: qsTr("Empty folders")
             height: parent.height
             iconPath: Theme.icons.folders
             list: screen.flow.folders
             moveText: screen.flow.moveFoldersText
-            nothing: screen.app.partial ? qsTr("The measurement was stopped, so a folder may hold what has not been seen. Measure again to list empty ones.")
+            nothing: screen.app.scan.partial ? qsTr("The measurement was stopped, so a folder may hold what has not been seen. Measure again to list empty ones.")
                 : qsTr("No folder in the home folder is empty, save those that are there for a purpose.")
-            nothingTitle: screen.app.partial ? qsTr("Not known yet") : qsTr("Nothing to tidy here")
+            nothingTitle: screen.app.scan.partial ? qsTr("Not known yet") : qsTr("Nothing to tidy here")
             objectName: "tidy.folders"
             ticked: screen.flow.foldersTicked
             visible: !screen.narrow || screen.tab === 0
@@ -127,23 +127,23 @@ ScreenFrame {
     EmptyState {
         id: unmeasured
 
-        action: screen.app.scanning ? "" : screen.app.rootUnreadable ? qsTr("Choose Folder…") : qsTr("Measure This Disk")
+        action: screen.app.scan.running ? "" : screen.app.scan.rootUnreadable ? qsTr("Choose Folder…") : qsTr("Measure This Disk")
         anchors.fill: parent
         iconPath: Theme.icons.tidy
         objectName: "tidy.empty"
-        sentence: screen.app.scanning ? qsTr("The lists appear when everything has been measured.")
-            : screen.app.rootUnreadable ? qsTr("Nothing in it can be shown.")
+        sentence: screen.app.scan.running ? qsTr("The lists appear when everything has been measured.")
+            : screen.app.scan.rootUnreadable ? qsTr("Nothing in it can be shown.")
             : qsTr("Empty folders and broken shortcuts are found in what was measured.")
-        statement: screen.app.scanning ? screen.app.scopeText
-            : screen.app.rootUnreadable ? qsTr("%1 could not be read").arg(screen.app.scanRoot)
+        statement: screen.app.scan.running ? screen.app.scan.scopeText
+            : screen.app.scan.rootUnreadable ? qsTr("%1 could not be read").arg(screen.app.scan.root)
             : qsTr("Not measured yet")
         visible: !screen.hasLists
 
         onTriggered: {
-            if (screen.app.rootUnreadable)
+            if (screen.app.scan.rootUnreadable)
                 screen.app.chooseFolderAndScan();
             else
-                screen.app.scanDisk();
+                screen.app.scan.scanDisk();
         }
         onVisibleChanged: if (screen.activeFocus) screen.takeFocus(Qt.TabFocusReason)
     }

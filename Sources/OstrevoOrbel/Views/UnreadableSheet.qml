@@ -55,7 +55,7 @@ T.Popup {
                 Accessible.role: Accessible.Heading
                 bold: true
                 role: ThemedText.Title
-                text: sheet.app.unreadable.headline
+                text: sheet.app.scan.unreadable.headline
                 width: parent.width - 48
                 wrapMode: Text.Wrap
             }
@@ -75,7 +75,7 @@ T.Popup {
         RowList {
             id: list
 
-            Accessible.name: sheet.app.unreadable.headline
+            Accessible.name: sheet.app.scan.unreadable.headline
             anchors.bottom: foot.top
             anchors.left: parent.left
             anchors.leftMargin: 1
@@ -83,7 +83,7 @@ T.Popup {
             anchors.rightMargin: 1
             anchors.top: head.bottom
             anchors.topMargin: 1
-            model: sheet.app.unreadable
+            model: sheet.app.scan.unreadable
             objectName: "unreadable.list"
             scrolls: true
 
@@ -133,7 +133,7 @@ T.Popup {
                 }
             }
 
-            onActivated: index => sheet.app.copyText(sheet.app.unreadable.data(sheet.app.unreadable.index(index, 0),
+            onActivated: index => sheet.app.copyText(sheet.app.scan.unreadable.data(sheet.app.scan.unreadable.index(index, 0),
                 Qt.UserRole + 1))
         }
         Rectangle {
@@ -167,8 +167,8 @@ T.Popup {
                 anchors.verticalCenter: parent.verticalCenter
                 color: Theme.text3
                 role: ThemedText.Small
-                text: sheet.app.unreadable.total > sheet.app.unreadable.count
-                    ? qsTr("The first %1 are listed. Nothing was changed.").arg(sheet.app.unreadable.count)
+                text: sheet.app.scan.unreadable.total > sheet.app.scan.unreadable.count
+                    ? qsTr("The first %1 are listed. Nothing was changed.").arg(sheet.app.scan.unreadable.count)
                     : qsTr("Nothing was changed.")
             }
             PushButton {

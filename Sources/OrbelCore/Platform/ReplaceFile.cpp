@@ -1,4 +1,4 @@
-#include "Util/ReplaceFile.h"
+#include "Platform/ReplaceFile.h"
 
 #include "Platform/Synchronise.h"
 #include "Util/FileDescriptor.h"

@@ -1,17 +1,16 @@
 #pragma once
 
-#include <memory>
+#include "AppModel/AppEnvironment.h"
+
 #include <optional>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 #include <string>
 
-class QSettings;
-
 namespace orbel {
 
 /// Light or dark: what the user chose, else what the command line said, else what the desktop prefers.
-class Appearance final : public QObject {
+class AppearanceSettings final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppModel.")
@@ -21,8 +20,9 @@ class Appearance final : public QObject {
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
 
 public:
-    /// Keeps the choice in `settings`, which outlives this, under "appearance".
-    explicit Appearance(QSettings& settings, QObject* parent = nullptr);
+    /// Keeps the choice in the settings, under "appearance", and follows the desktop. `environment` outlives
+    /// this.
+    explicit AppearanceSettings(const AppEnvironment& environment);
 
     QString choice() const { return choice_; }
     void setChoice(const QString& choice);
@@ -30,8 +30,6 @@ public:
 
     /// For this run, whatever was chosen: the command line's --appearance. A choice made later wins.
     void overrideWith(std::optional<std::string> word);
-    /// What the desktop prefers, as it becomes known or changes.
-    void setSystemDark(bool dark);
 
 Q_SIGNALS:
     void choiceChanged();
@@ -40,10 +38,9 @@ Q_SIGNALS:
 private:
     void update();
 
-    QSettings& settings_;
+    const AppEnvironment& environment_;
     QString choice_;
     std::optional<bool> override_;
-    bool systemIsDark_ = false;
     bool isDark_ = false;
 };
 

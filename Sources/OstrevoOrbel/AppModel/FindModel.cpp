@@ -1,29 +1,26 @@
-#include "Models/FindModel.h"
+#include "AppModel/FindModel.h"
 
 #include "Find/NameSearch.h"
 #include "Map/TreemapModel.h"
 #include "Models/ByteFigure.h"
 #include "Models/MapWords.h"
 #include "Models/Wording.h"
+#include "Safety/PathCanonicalizer.h"
 #include "Util/PathText.h"
 
 namespace orbel {
 
 FindModel::FindModel(QObject* parent) : QAbstractListModel(parent) {}
 
-FindModel::~FindModel() {
-    stop();
-}
-
-void FindModel::setApp(AppModel* app) {
-    if (app == app_)
+void FindModel::setScan(ScanFlow* scan) {
+    if (scan == scan_)
         return;
-    if (app_ != nullptr)
-        disconnect(app_, nullptr, this, nullptr);
-    app_ = app;
-    if (app_ != nullptr)
-        connect(app_, &AppModel::treeChanged, this, &FindModel::search);
-    Q_EMIT appChanged();
+    if (scan_ != nullptr)
+        disconnect(scan_, nullptr, this, nullptr);
+    scan_ = scan;
+    if (scan_ != nullptr)
+        connect(scan_, &ScanFlow::treeChanged, this, &FindModel::search);
+    Q_EMIT scanChanged();
     search();
 }
 
@@ -35,34 +32,21 @@ void FindModel::setText(const QString& text) {
     search();
 }
 
-void FindModel::stop() {
-    if (token_)
-        token_->cancel();
-    token_.reset();
-}
-
 void FindModel::search() {
-    stop();
+    job_.drop();
     const auto wanted = text_.trimmed().toStdString();
-    if (app_ == nullptr || wanted.empty() || app_->tree()->count() == 0) {
+    if (scan_ == nullptr || wanted.empty() || scan_->tree()->count() == 0) {
         show(nullptr, {});
         return;
     }
     // Rows of a tree that is gone must not be acted upon.
-    if (tree_ != app_->tree())
+    if (tree_ != scan_->tree())
         show(nullptr, {});
-    token_ = std::make_shared<ScanCancellation>();
-    inbox_.runAside(
-        "orbel.find",
-        [token = token_, tree = app_->tree(), wanted] {
-            return NameSearch::run(*tree, wanted, most, [&] { return token->isCancelled(); });
+    job_.run(
+        [tree = scan_->tree(), wanted](const LatestJob::Run& run) {
+            return NameSearch::run(*tree, wanted, most, [&] { return run.isCancelled(); });
         },
-        [this, token = token_, tree = app_->tree()](std::vector<NodeIndex> found) {
-            if (token != token_)
-                return;
-            token_.reset();
-            show(tree, std::move(found));
-        });
+        [this, tree = scan_->tree()](std::vector<NodeIndex> found) { show(tree, std::move(found)); });
     Q_EMIT searchingChanged();
 }
 
@@ -97,8 +81,8 @@ QVariant FindModel::data(const QModelIndex& index, int role) const {
     case NameRole:
         return textOf(tree_->nameBytes(node)) + (tree_->isFolder(node) ? QStringLiteral("/") : QString());
     case FolderRole: {
-        const auto path = tree_->path(node, app_->policy().canonicalizer());
-        return textOf(tildePath(parentPath(path), app_->home()));
+        const auto path = tree_->path(node, PathCanonicalizer::shared());
+        return textOf(tildePath(parentPath(path), scan_->home()));
     }
     case KindRole:
         return static_cast<int>(TreemapModel::representativeKind(*tree_, node));

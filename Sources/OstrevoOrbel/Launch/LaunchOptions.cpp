@@ -1,4 +1,4 @@
-#include "LaunchOptions.h"
+#include "Launch/LaunchOptions.h"
 
 #include "Commands/Request.h"
 #include "Platform/Process.h"

@@ -1,4 +1,4 @@
-#include "Models/PathIcon.h"
+#include "Views/PathIcon.h"
 
 #include <QPainter>
 #include <QSvgRenderer>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Ports/Diagnostics.h"
+
 #include <chrono>
 #include <cstdint>
 #include <nlohmann/json_fwd.hpp>
@@ -10,17 +12,15 @@
 namespace orbel {
 
 /// Records what a scripted run is measured by, and writes it as one JSON file. Main thread only.
-class Diagnostics {
+class LiveDiagnostics final : public Diagnostics {
 public:
     using Clock = std::chrono::steady_clock;
 
     /// `path`: of the file; `start`: the moment from which marks are counted.
-    explicit Diagnostics(std::string path, Clock::time_point start = Clock::now());
+    explicit LiveDiagnostics(std::string path, Clock::time_point start = Clock::now());
 
-    /// Something that happened now.
-    void mark(std::string_view name);
-    /// How many tiles the map last laid out.
-    void setTiles(std::int64_t tiles) { tiles_ = tiles; }
+    void mark(std::string_view name) override;
+    void setTiles(std::int64_t tiles) override { tiles_ = tiles; }
     /// The main thread was away from its events for that long; the longest time counts.
     void noteStall(std::chrono::duration<double, std::milli> stall);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Screen.h"
+#include "Launch/Screen.h"
 
 #include <cstdint>
 #include <optional>

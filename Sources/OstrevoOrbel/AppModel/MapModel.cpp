@@ -1,6 +1,5 @@
-#include "Models/MapModel.h"
+#include "AppModel/MapModel.h"
 
-#include "AppModel/MoveFlow.h"
 #include "Delete/DeletionItem.h"
 #include "Delete/ItemNote.h"
 #include "Delete/RepositoryNote.h"
@@ -32,7 +31,9 @@ std::optional<DeletionItem> itemWithRepositories(const FileTree& tree, NodeIndex
 
 } // namespace
 
-MapModel::MapModel(QObject* parent) : QObject(parent), tree_(std::make_shared<FileTree>()) {
+MapModel::MapModel(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
+                   const ScanFlow& scan, MoveFlow& moves)
+    : environment_(environment), policy_(std::move(policy)), tree_(scan.tree()) {
     list_.setTicking([this](NodeIndex node) { return tickState(node); },
                      [this](NodeIndex node) { return tickRefusal(node); },
                      [this](NodeIndex node) { return noteOf(node); });
@@ -40,28 +41,8 @@ MapModel::MapModel(QObject* parent) : QObject(parent), tree_(std::make_shared<Fi
         list_.tellTicks();
         Q_EMIT ticksChanged();
     });
-}
-
-void MapModel::setApp(AppModel* app) {
-    if (app == app_)
-        return;
-    if (app_ != nullptr)
-        disconnect(app_, nullptr, this, nullptr);
-    app_ = app;
-    policy_.reset();
-    if (app_ != nullptr) {
-        policy_ = std::make_shared<const SafetyPolicy>(app_->policy());
-        connect(app_, &AppModel::treeChanged, this, &MapModel::takeTree);
-        connect(app_, &AppModel::mapNodeWanted, this, &MapModel::show);
-        connect(app_, &AppModel::mapKindWanted, this, &MapModel::showKind);
-        app_->moves()->watch(ticks_);
-        takeTree();
-    }
-    Q_EMIT appChanged();
-}
-
-void MapModel::takeTree() {
-    setTree(app_->tree(), app_->coverage());
+    connect(&scan, &ScanFlow::treeChanged, this, [this, &scan] { setTree(scan.tree(), scan.coverage()); });
+    moves.watch(ticks_);
 }
 
 void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage) {
@@ -217,10 +198,8 @@ void MapModel::showKind(int kind) {
 }
 
 void MapModel::updateLegend() {
-    const int job = ++legendJob_;
-    const auto take = [this, job](const KindTotals& totals) {
-        if (job != legendJob_)
-            return;
+    legendJob_.drop();
+    const auto take = [this](const KindTotals& totals) {
         legend_.setTotals(totals);
         Q_EMIT legendChanged();
     };
@@ -229,31 +208,25 @@ void MapModel::updateLegend() {
     else if (tree_->descendantCount(focus_) <= fewNodes)
         take(kindTotals(*tree_, focus_));
     else
-        inbox_.runAside(
-            "orbel.kinds", [tree = tree_, focus = focus_] { return kindTotals(*tree, focus); }, take);
+        legendJob_.run([tree = tree_, focus = focus_] { return kindTotals(*tree, focus); }, take);
 }
 
 /// Asking the policy asks the disk, which may be asleep.
 void MapModel::updateSafety() {
-    const int job = ++safetyJob_;
+    selectionJob_.drop();
     isMovable_ = false;
     refusal_.clear();
     Q_EMIT safetyChanged();
-    if (!selected_ || !policy_)
+    if (!selected_)
         return;
-    inbox_.runAside(
-        "orbel.safety",
-        [tree = tree_, node = *selected_, policy = policy_] {
-            return itemWithRepositories(*tree, node, *policy);
-        },
-        [this, job](const std::optional<DeletionItem>& item) {
-            if (job != safetyJob_)
-                return;
-            applyAnswer(*selected_, item);
-            refusal_ = tickRefusal(*selected_);
-            isMovable_ = refusal_.isEmpty();
-            Q_EMIT safetyChanged();
-        });
+    selectionJob_.run([tree = tree_, node = *selected_,
+                       policy = policy_] { return itemWithRepositories(*tree, node, *policy); },
+                      [this](const std::optional<DeletionItem>& item) {
+                          applyAnswer(*selected_, item);
+                          refusal_ = tickRefusal(*selected_);
+                          isMovable_ = refusal_.isEmpty();
+                          Q_EMIT safetyChanged();
+                      });
 }
 
 void MapModel::applyAnswer(NodeIndex node, const std::optional<DeletionItem>& item) {
@@ -276,7 +249,8 @@ QString MapModel::noteOf(NodeIndex node) const {
 /// What the list shows first is locked where it has to be; of the rest, each row when it is wanted.
 void MapModel::checkRows() {
     constexpr int mostAsked = 100;
-    if (!policy_ || tree_->count() == 0)
+    rowsJob_.drop();
+    if (tree_->count() == 0)
         return;
     std::vector<NodeIndex> asked;
     for (int row = 0; row < std::min(list_.rowCount(), mostAsked); ++row) {
@@ -284,8 +258,7 @@ void MapModel::checkRows() {
             asked.push_back(list_.nodeAt(row));
     }
     using Answers = std::vector<std::pair<NodeIndex, std::optional<DeletionItem>>>;
-    inbox_.runAside(
-        "orbel.safety",
+    rowsJob_.run(
         [tree = tree_, asked = std::move(asked), policy = policy_] {
             Answers answers;
             for (const NodeIndex node : asked)
@@ -295,16 +268,14 @@ void MapModel::checkRows() {
                                          : DeletionItem::fromTree(*tree, node, DeletionModule::map, *policy));
             return answers;
         },
-        [this, tree = tree_](const Answers& answers) {
-            if (tree != tree_)
-                return;
+        [this](const Answers& answers) {
             for (const auto& [node, item] : answers)
                 applyAnswer(node, item);
         });
 }
 
 void MapModel::toggleTick(quint32 node) {
-    if (!policy_ || node >= tree_->count() || !tree_->isAttached(node))
+    if (node >= tree_->count() || !tree_->isAttached(node))
         return;
     const auto path = tree_->path(node, canonicalizer());
     if (const auto* over = ticks_.covering(path)) {
@@ -313,7 +284,7 @@ void MapModel::toggleTick(quint32 node) {
         return;
     }
     using Answer = std::pair<std::optional<DeletionItem>, TickedItem>;
-    inbox_.runAside(
+    tickJobs_.runAside(
         "orbel.tick",
         [tree = tree_, node, policy = policy_] {
             Answer answer{itemWithRepositories(*tree, node, *policy), {}};
@@ -385,8 +356,8 @@ MapItemFacts MapModel::facts(quint32 node) const {
             .kind = static_cast<int>(TreemapModel::representativeKind(*tree_, node)),
             .kindName = kindText(*tree_, node),
             .size = ByteFigure(tree_->allocated(node)).text(),
-            .path = textOf(tildePath(path, home())),
-            .folder = textOf(tildePath(parentPath(path), home())),
+            .path = textOf(tildePath(path, environment_.home)),
+            .folder = textOf(tildePath(parentPath(path), environment_.home)),
             .changed = changedText(*tree_, node),
             .share = tr("%1 of %2").arg(shareText(tree_->allocated(node), whole), focusName()),
             .zoomable = zoomTarget(node).has_value(),
@@ -408,7 +379,7 @@ std::uint64_t MapModel::focusBytes() const {
 QString MapModel::rootName() const {
     if (coverage_)
         return tr("This disk");
-    return textOf(tildePath(tree_->rootPath, home()));
+    return textOf(tildePath(tree_->rootPath, environment_.home));
 }
 
 QString MapModel::listSummary() const {
@@ -456,11 +427,12 @@ int MapModel::selectedRow() const {
 }
 
 const PathCanonicalizer& MapModel::canonicalizer() const {
-    return policy_ ? policy_->canonicalizer() : PathCanonicalizer::shared();
+    return policy_->canonicalizer();
 }
 
-std::string MapModel::home() const {
-    return app_ == nullptr ? std::string() : app_->home();
+void MapModel::noteTiles(int tiles) const {
+    if (environment_.diagnostics)
+        environment_.diagnostics->setTiles(tiles);
 }
 
 } // namespace orbel

@@ -1,4 +1,4 @@
-#include "Models/Hatching.h"
+#include "Views/Hatching.h"
 
 #include <QPainter>
 

@@ -1,4 +1,4 @@
-#include "Screen.h"
+#include "Launch/Screen.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "Models/TreemapPainter.h"
+#include "Views/TreemapPainter.h"
 
 #include "Models/ByteFigure.h"
 

@@ -1,6 +1,6 @@
-#include "Util/BlockingWork.h"
-#include "Util/Parallel.h"
-#include "Util/Thread.h"
+#include "Platform/BlockingWork.h"
+#include "Platform/Parallel.h"
+#include "Platform/Thread.h"
 
 #include <array>
 #include <atomic>

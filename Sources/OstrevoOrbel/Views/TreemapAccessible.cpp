@@ -1,6 +1,6 @@
-#include "Models/TreemapAccessible.h"
+#include "Views/TreemapAccessible.h"
 
-#include "Models/TreemapItem.h"
+#include "Views/TreemapItem.h"
 
 #include <memory>
 #include <QAccessible>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "AppModel/MapModel.h"
 #include "Map/TileNavigation.h"
 #include "Map/TreemapTile.h"
-#include "Models/MapModel.h"
 
 #include <optional>
 #include <QColor>

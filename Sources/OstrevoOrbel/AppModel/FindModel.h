@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AppModel/AppModel.h"
+#include "AppModel/ScanFlow.h"
 
 #include <memory>
 #include <QAbstractListModel>
@@ -9,13 +9,13 @@
 
 namespace orbel {
 
-/// The files and folders of the application's tree whose names contain a text, the largest first. Looks for
+/// The files and folders of the scanned tree whose names contain a text, the largest first. Looks for
 /// them on a thread of its own; with the next letter, or another tree, what is under way is cancelled and
 /// dropped. Lives on the main thread.
 class FindModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(orbel::AppModel* app READ app WRITE setApp NOTIFY appChanged)
+    Q_PROPERTY(orbel::ScanFlow* scan READ scan WRITE setScan NOTIFY scanChanged REQUIRED)
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
     /// The rows are not yet those of the text.
     Q_PROPERTY(bool searching READ isSearching NOTIFY searchingChanged)
@@ -28,13 +28,12 @@ public:
     enum Role { NodeRole = Qt::UserRole, NameRole, FolderRole, KindRole, KindNameRole, SizeRole };
 
     explicit FindModel(QObject* parent = nullptr);
-    ~FindModel() override;
 
-    AppModel* app() const { return app_; }
-    void setApp(AppModel* app);
+    ScanFlow* scan() const { return scan_; }
+    void setScan(ScanFlow* scan);
     QString text() const { return text_; }
     void setText(const QString& text);
-    bool isSearching() const { return token_ != nullptr; }
+    bool isSearching() const { return job_.isRunning(); }
     QString summary() const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -42,22 +41,20 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
 Q_SIGNALS:
-    void appChanged();
+    void scanChanged();
     void textChanged();
     void searchingChanged();
 
 private:
     void search();
-    void stop();
     void show(std::shared_ptr<const FileTree> tree, std::vector<NodeIndex> found);
 
-    AppModel* app_ = nullptr;
+    ScanFlow* scan_ = nullptr;
     QString text_;
-    std::shared_ptr<ScanCancellation> token_; ///< of the search that is under way
-    std::shared_ptr<const FileTree> tree_;    ///< that the rows are of
+    std::shared_ptr<const FileTree> tree_; ///< that the rows are of
     std::vector<NodeIndex> found_;
 
-    Inbox inbox_; ///< the last member: what it delivers finds all others alive
+    LatestJob job_{"orbel.find"}; ///< the last member
 };
 
 } // namespace orbel

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "AppModel/AppModel.h"
+#include "AppModel/MoveFlow.h"
+#include "AppModel/ScanFlow.h"
 #include "Models/MapCrumbsModel.h"
 #include "Models/MapLegendModel.h"
 #include "Models/MapListModel.h"
@@ -21,10 +22,10 @@ namespace orbel {
 /// the kinds that are shown. Lives on the main thread and follows the application's tree: after a new scan it
 /// shows the same folder again where there still is one, and after a change of the tree the nearest folder
 /// that is left.
-class MapModel : public QObject {
+class MapModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(orbel::AppModel* app READ app WRITE setApp NOTIFY appChanged)
+    QML_UNCREATABLE("Belongs to the AppModel.")
 
     /// The node whose children fill the map.
     Q_PROPERTY(quint32 focus READ focus NOTIFY focusChanged)
@@ -59,7 +60,9 @@ class MapModel : public QObject {
     Q_PROPERTY(QList<quint32> tickedNodes READ tickedNodes NOTIFY ticksChanged)
 
 public:
-    explicit MapModel(QObject* parent = nullptr);
+    /// The references outlive this.
+    MapModel(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
+             const ScanFlow& scan, MoveFlow& moves);
 
     // Intents.
 
@@ -89,13 +92,11 @@ public:
     /// Where zooming in on a node leads; absent when that is where the map is.
     std::optional<NodeIndex> zoomTarget(NodeIndex node) const;
 
-    /// Shows a tree. With the application set, this happens by itself.
+    /// Shows a tree. With that of a scan, this happens by itself.
     void setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage);
 
     // State.
 
-    AppModel* app() const { return app_; }
-    void setApp(AppModel* app);
     const FileTree& tree() const { return *tree_; }
     const std::shared_ptr<const FileTree>& sharedTree() const { return tree_; }
     const std::optional<Coverage>& coverage() const { return coverage_; }
@@ -122,9 +123,10 @@ public:
     QString note() const { return selected_ ? noteOf(*selected_) : QString(); }
     Ticks* ticks() { return &ticks_; }
     QList<quint32> tickedNodes() const;
+    /// For the diagnostics: how many tiles were laid out.
+    void noteTiles(int tiles) const;
 
 Q_SIGNALS:
-    void appChanged();
     /// Another tree, or another folder of it: the map is to be laid out again.
     void focusChanged();
     void legendChanged();
@@ -133,7 +135,6 @@ Q_SIGNALS:
     void ticksChanged();
 
 private:
-    void takeTree();
     void setFocus(NodeIndex node);
     void showFocus();
     void updateLegend();
@@ -144,9 +145,9 @@ private:
     Qt::CheckState tickState(NodeIndex node) const;
     QString rootName() const;
     const PathCanonicalizer& canonicalizer() const;
-    std::string home() const;
 
-    AppModel* app_ = nullptr;
+    const AppEnvironment& environment_;
+    std::shared_ptr<const SafetyPolicy> policy_;
     std::shared_ptr<const FileTree> tree_;
     std::optional<Coverage> coverage_;
     NodeIndex focus_ = 0;
@@ -159,16 +160,16 @@ private:
     MapLegendModel legend_;
     QString refusal_;
     bool isMovable_ = false;
-    std::shared_ptr<const SafetyPolicy> policy_; ///< a copy, for threads that may outlive the application
 
     Ticks ticks_;
     /// Of the nodes that were asked about, in this tree; empty words for what may be moved.
     std::unordered_map<NodeIndex, QString> refusals_;
     std::unordered_map<NodeIndex, QString> notes_; ///< of the same nodes
 
-    int legendJob_ = 0; ///< what is under way for an older folder, or selection, is dropped
-    int safetyJob_ = 0;
-    Inbox inbox_;
+    LatestJob legendJob_{"orbel.kinds"}; ///< the last members
+    LatestJob selectionJob_{"orbel.safety"};
+    LatestJob rowsJob_{"orbel.safety"};
+    Inbox tickJobs_; ///< each counts
 };
 
 } // namespace orbel

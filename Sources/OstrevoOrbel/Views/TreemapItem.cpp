@@ -1,10 +1,10 @@
-#include "Models/TreemapItem.h"
+#include "Views/TreemapItem.h"
 
 #include "Map/TreemapModel.h"
 #include "Models/ByteFigure.h"
-#include "Models/TreemapAccessible.h"
-#include "Models/TreemapPainter.h"
 #include "Models/Wording.h"
+#include "Views/TreemapAccessible.h"
+#include "Views/TreemapPainter.h"
 
 #include <cmath>
 #include <QAccessible>
@@ -128,8 +128,8 @@ void TreemapItem::layOut() {
     hovered_ = pointer_ ? tileAt(*pointer_) : -1;
     takeSelection();
     update();
-    if (map_ != nullptr && map_->app() != nullptr)
-        map_->app()->noteTiles(tileCount());
+    if (map_ != nullptr)
+        map_->noteTiles(tileCount());
     Q_EMIT laidOut();
     Q_EMIT hoverChanged();
 }

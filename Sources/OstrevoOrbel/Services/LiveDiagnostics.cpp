@@ -1,4 +1,4 @@
-#include "Services/Diagnostics.h"
+#include "Services/LiveDiagnostics.h"
 
 #include "Platform/Process.h"
 #include "Util/JsonText.h"
@@ -18,24 +18,25 @@ double rounded(double milliseconds) {
 
 } // namespace
 
-Diagnostics::Diagnostics(std::string path, Clock::time_point start) : path_(std::move(path)), start_(start) {}
+LiveDiagnostics::LiveDiagnostics(std::string path, Clock::time_point start)
+    : path_(std::move(path)), start_(start) {}
 
-double Diagnostics::sinceStart() const {
+double LiveDiagnostics::sinceStart() const {
     return std::chrono::duration<double, std::milli>(Clock::now() - start_).count();
 }
 
-void Diagnostics::mark(std::string_view name) {
+void LiveDiagnostics::mark(std::string_view name) {
     marks_.push_back({std::string(name), sinceStart()});
 }
 
-void Diagnostics::noteStall(std::chrono::duration<double, std::milli> stall) {
+void LiveDiagnostics::noteStall(std::chrono::duration<double, std::milli> stall) {
     if (stall.count() <= longestStall_)
         return;
     longestStall_ = stall.count();
     longestStallEnd_ = sinceStart();
 }
 
-nlohmann::json Diagnostics::json() const {
+nlohmann::json LiveDiagnostics::json() const {
     auto marks = nlohmann::json::array();
     for (const auto& mark : marks_)
         marks.push_back({{"name", mark.name}, {"milliseconds", rounded(mark.milliseconds)}});
@@ -46,7 +47,7 @@ nlohmann::json Diagnostics::json() const {
         {"peakFootprintBytes", platform::peakFootprintBytes()}};
 }
 
-bool Diagnostics::write() const {
+bool LiveDiagnostics::write() const {
     std::ofstream file(path_, std::ios::trunc);
     file << prettyJson(json()) << '\n';
     return file.flush().good();

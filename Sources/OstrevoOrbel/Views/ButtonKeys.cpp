@@ -1,4 +1,4 @@
-#include "Models/ButtonKeys.h"
+#include "Views/ButtonKeys.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>

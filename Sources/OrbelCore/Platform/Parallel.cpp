@@ -1,7 +1,7 @@
-#include "Util/Parallel.h"
+#include "Platform/Parallel.h"
 
+#include "Platform/Thread.h"
 #include "Platform/Threads.h"
-#include "Util/Thread.h"
 
 #include <algorithm>
 #include <atomic>

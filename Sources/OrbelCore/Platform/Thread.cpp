@@ -1,4 +1,4 @@
-#include "Util/Thread.h"
+#include "Platform/Thread.h"
 
 #include "Platform/Threads.h"
 #include "Util/Check.h"
