@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Util/Thread.h"
+#include "Platform/Thread.h"
 
 #include <utility>
 
