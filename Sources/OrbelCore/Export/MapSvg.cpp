@@ -206,7 +206,7 @@ private:
     void addGlyph(FileKind kind, double x, double y, double side) {
         out_ += R"(<path class="g" transform="translate()" + pixels(x) + " " + pixels(y) + ")scale("
                 + (side > 12 ? ".875" : ".75") + ")\" stroke=\"" + hex(colors_.of(kind).label) + "\" d=\""
-                + std::string(glyphPath(kind)) + "\"/>";
+                + std::string(rowOf(kind).glyph) + "\"/>";
     }
 
     /// "Videos/Kilpisjärvi, 14.2 GB, 4 %"
@@ -235,7 +235,7 @@ private:
         const auto totals = kindTotals(picture_.tree);
         double x = gap;
         int row = 0;
-        for (const FileKind kind : allFileKinds) {
+        for (const FileKind kind : shownFileKinds) {
             const auto bytes = totals[static_cast<std::size_t>(kind)];
             if (bytes == 0)
                 continue;
