@@ -4,7 +4,6 @@
 #include "Find/InstalledApp.h"
 #include "Find/LargeOldQuery.h"
 #include "LaunchOptions.h"
-#include "Platform/IconFinder.h"
 #include "Platform/MountTable.h"
 #include "Platform/RunningPrograms.h"
 #include "Scan/ScanCancellation.h"
@@ -58,7 +57,6 @@ struct AppEnvironment {
     std::function<std::vector<platform::RunningProgram>()> runningPrograms;
     /// Asks these to quit, as their own menus would; false when none of them can be asked. Blocks.
     std::function<bool(const std::vector<platform::RunningProgram>&)> askToQuit;
-    platform::IconFinder findIcon; ///< absent: applications show no icons
 
     std::shared_ptr<TrashOperations> trash; ///< absent: the live one, over `trashFolder`
     std::shared_ptr<QSettings> settings;

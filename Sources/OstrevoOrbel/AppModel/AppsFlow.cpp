@@ -3,8 +3,8 @@
 #include "AppModel/AppModel.h"
 #include "AppModel/MoveFlow.h"
 #include "Find/CommonWords.h"
+#include "Models/IconAddress.h"
 #include "Models/Wording.h"
-#include "Services/AppIcons.h"
 #include "Services/AppQuitter.h"
 #include "Util/PathText.h"
 
@@ -20,8 +20,6 @@ using Status = InstalledApp::Status;
 /// Long enough that walking down the list makes no plan for every row on the way.
 constexpr std::chrono::milliseconds planDelay(120);
 constexpr std::chrono::milliseconds runningInterval(1500);
-/// The larger of the two sizes in which an icon is shown, on a dense display.
-constexpr int iconPixels = 112;
 
 /// What is measured for the size of an application; empty when its package tells.
 std::string measuredPlace(const InstalledApp& app) {
@@ -91,17 +89,13 @@ void AppsFlow::read() {
     const auto home = app_.policy().canonical(app_.home()).value_or(app_.home());
     inbox_.runAside(
         "orbel.apps",
-        [home, installed = app_.environment().installedApps, findIcon = app_.environment().findIcon] {
+        [home, installed = app_.environment().installedApps] {
             Inventory read{.apps = std::make_shared<const std::vector<InstalledApp>>(installed()),
                            .matcher = std::make_shared<const LeftoverMatcher>(home, "/Library"),
                            .entries = {}};
             for (const auto& app : *read.apps)
                 if (!app.isHidden)
-                    read.entries.push_back({.app = app,
-                                            .icon = AppIcons::addressOf(findIcon && !app.icon.empty()
-                                                                            ? findIcon(app.icon, iconPixels)
-                                                                            : std::string()),
-                                            .bytes = app.packageBytes});
+                    read.entries.push_back({.app = app, .bytes = app.packageBytes});
             return read;
         },
         [this, token = loading_](Inventory inventory) { takeInventory(token.get(), std::move(inventory)); });
@@ -381,7 +375,7 @@ AppFacts AppsFlow::selected() const {
     AppFacts facts;
     facts.valid = true;
     facts.name = textOf(app.name);
-    facts.icon = entry->icon;
+    facts.icon = iconAddress(entry->app.icon);
     facts.initial = entry->initial();
     facts.version = textOf(app.version.value_or(""));
     facts.source = textOf(app.source);

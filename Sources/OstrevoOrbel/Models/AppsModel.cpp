@@ -1,6 +1,8 @@
 #include "Models/AppsModel.h"
 
 #include "Models/ByteFigure.h"
+#include "Models/IconAddress.h"
+#include "Models/TypeAhead.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
@@ -96,13 +98,12 @@ void AppsModel::sortBy(bool size, bool descending) {
 void AppsModel::arrange() {
     rows_.resize(entries_.size());
     std::iota(rows_.begin(), rows_.end(), 0);
-    if (!filter_.isEmpty())
-        std::erase_if(rows_, [this](std::size_t number) {
-            const auto& entry = entries_[number];
-            return !textOf(entry.app.name).contains(filter_, Qt::CaseInsensitive)
-                   && !entry.id(home_).contains(filter_, Qt::CaseInsensitive)
-                   && !textOf(entry.app.source).contains(filter_, Qt::CaseInsensitive);
-        });
+    const TextMatcher matcher(filter_.toStdString());
+    std::erase_if(rows_, [&](std::size_t number) {
+        const auto& entry = entries_[number];
+        return !matcher.isIn(entry.app.name) && !matcher.isIn(entry.id(home_).toStdString())
+               && !matcher.isIn(entry.app.source);
+    });
     if (!bySize_) {
         if (descending_)
             std::ranges::reverse(rows_);
@@ -132,13 +133,7 @@ int AppsModel::rowOf(const std::string& path) const {
 }
 
 int AppsModel::findFrom(const QString& text, int row) const {
-    const int count = rowCount();
-    for (int step = 1; step <= count; ++step) {
-        const int next = (std::max(row, -1) + step) % count;
-        if (textOf(at(next)->app.name).startsWith(text, Qt::CaseInsensitive))
-            return next;
-    }
-    return -1;
+    return nextRowNamed(text, row, rowCount(), [this](int next) { return at(next)->app.name; });
 }
 
 int AppsModel::rowCount(const QModelIndex& parent) const {
@@ -155,7 +150,7 @@ QVariant AppsModel::data(const QModelIndex& index, int role) const {
     case IdRole:
         return entry.id(home_);
     case IconRole:
-        return entry.icon;
+        return iconAddress(entry.app.icon);
     case InitialRole:
         return entry.initial();
     case SourceRole:

@@ -24,7 +24,6 @@ public:
     /// One application, as it is shown. A plain value.
     struct Entry {
         InstalledApp app;
-        QString icon; ///< address of a picture; empty when there is none
         std::optional<std::uint64_t> bytes;
 
         /// What tells it from others of its name: its place where that is the application, else its id.

@@ -5,6 +5,7 @@
 #include "Commands/CommandOutput.h"
 #include "Commands/Request.h"
 #include "LaunchOptions.h"
+#include "Models/IconAddress.h"
 #include "Platform/Process.h"
 #include "Services/AfterScan.h"
 #include "Services/AppIcons.h"
@@ -77,7 +78,8 @@ public:
     bool open() {
         connectAppearance();
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
-        engine_.addImageProvider(AppIcons::name, new AppIcons); // the engine owns it
+        AppIcons::findThemes(model_.home());
+        engine_.addImageProvider(iconProvider, new AppIcons); // the engine owns it
         engine_.setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&model_)}});
         engine_.load(QUrl(viewsUrl + QStringLiteral("Main.qml")));
         window_ = engine_.rootObjects().isEmpty()
@@ -124,7 +126,6 @@ private:
         environment.askToQuit = [](const std::vector<platform::RunningProgram>& running) {
             return AppQuitter::quit(running, QDBusConnection::sessionBus());
         };
-        environment.findIcon = platform::iconFinder(environment.home, QIcon::themeName().toStdString());
         return environment;
     }
 
