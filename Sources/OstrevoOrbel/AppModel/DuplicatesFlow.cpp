@@ -101,7 +101,7 @@ void DuplicatesFlow::search() {
             Found found{.groups = {}, .progress = latest->get().value_or(DuplicateProgress())};
             found.groups.reserve(groups.size());
             for (auto& group : groups)
-                found.groups.emplace_back(std::move(group), *tree, home);
+                found.groups.emplace_back(std::move(group), *tree);
             return found;
         },
         [this, token](Found found) { takeGroups(token.get(), std::move(found)); });

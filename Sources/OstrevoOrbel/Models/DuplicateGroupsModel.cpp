@@ -3,6 +3,7 @@
 #include "Models/ByteFigure.h"
 #include "Models/MapWords.h"
 #include "Models/PathSet.h"
+#include "Models/TypeAhead.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
@@ -61,14 +62,13 @@ void DuplicateGroupsModel::setGroups(std::vector<CopyGroup> groups, std::string 
 }
 
 void DuplicateGroupsModel::setFilter(const QString& text, std::uint64_t minimumBytes) {
-    filter_ = foldedForSearch(text);
+    filter_ = TextMatcher(text.toStdString());
     minimumBytes_ = minimumBytes;
     showRows();
 }
 
 bool DuplicateGroupsModel::passes(const CopyGroup& group) const {
-    return group.isShown() && group.group().bytes >= minimumBytes_
-           && (filter_.empty() || group.matches(filter_));
+    return group.isShown() && group.group().bytes >= minimumBytes_ && group.matches(filter_, home_);
 }
 
 void DuplicateGroupsModel::appendRows(std::vector<Row>& rows, std::size_t group) const {
@@ -264,13 +264,8 @@ const DuplicateFile& DuplicateGroupsModel::fileAt(int row) const {
 }
 
 int DuplicateGroupsModel::find(const QString& text, int row) const {
-    const auto folded = foldedForSearch(text);
-    for (int step = 1; step <= rowCount(); ++step) {
-        const int tried = (std::max(row, -1) + step) % rowCount();
-        if (foldedForSearch(textOf(lastPathComponent(fileAt(tried).path))).starts_with(folded))
-            return tried;
-    }
-    return -1;
+    return nextRowNamed(text, row, rowCount(),
+                        [this](int next) { return lastPathComponent(fileAt(next).path); });
 }
 
 QString DuplicateGroupsModel::pathText(const DuplicateFile& file) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/CopyGroup.h"
+#include "Util/TextMatcher.h"
 
 #include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
@@ -116,7 +117,7 @@ private:
     std::vector<Row> rows_;
     std::vector<int> headRows_; ///< of each group; -1 when it is not shown
     std::string home_;
-    std::string filter_; ///< folded
+    TextMatcher filter_{""};
     std::uint64_t minimumBytes_ = 0;
     KeepRule rule_ = KeepRule::newest;
     std::string ruleFolder_;

@@ -1,6 +1,7 @@
 #include "Models/LargeOldModel.h"
 
 #include "Models/ByteFigure.h"
+#include "Models/TypeAhead.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
@@ -84,13 +85,7 @@ QString LargeOldModel::idAt(int row) const {
 }
 
 int LargeOldModel::findName(const QString& start, int row) const {
-    const int count = rowCount();
-    for (int step = 1; step <= count; ++step) {
-        const int place = (row + step + count) % count;
-        if (textOf(rowAt(place).item.title).startsWith(start, Qt::CaseInsensitive))
-            return place;
-    }
-    return -1;
+    return nextRowNamed(start, row, rowCount(), [this](int next) { return rowAt(next).item.title; });
 }
 
 const LargeOldQuery::Row& LargeOldModel::rowAt(int place) const {

@@ -1,6 +1,7 @@
 #include "Models/LeftoversModel.h"
 
 #include "Models/ByteFigure.h"
+#include "Models/TypeAhead.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
@@ -88,14 +89,9 @@ std::size_t LeftoversModel::positionOf(const std::string& path) const {
 }
 
 int LeftoversModel::findFrom(const QString& text, int row) const {
-    const int count = rowCount();
-    for (int step = 1; step <= count; ++step) {
-        const int next = (std::max(row, -1) + step) % count;
-        const auto& path = rows_[static_cast<std::size_t>(next)].ticked.item.path;
-        if (textOf(lastPathComponent(path)).startsWith(text, Qt::CaseInsensitive))
-            return next;
-    }
-    return -1;
+    return nextRowNamed(text, row, rowCount(), [this](int next) {
+        return lastPathComponent(rows_[static_cast<std::size_t>(next)].ticked.item.path);
+    });
 }
 
 QString LeftoversModel::sectionName(Section section) {

@@ -1,6 +1,7 @@
 #include "Models/TidyListModel.h"
 
 #include "Models/PathSet.h"
+#include "Models/TypeAhead.h"
 #include "Models/Wording.h"
 
 #include <algorithm>
@@ -23,10 +24,10 @@ void TidyListModel::setRows(std::vector<Row> rows, std::string home) {
 }
 
 void TidyListModel::show() {
+    const TextMatcher matcher(filter_.toStdString());
     shown_.clear();
     for (std::size_t i = 0; i < rows_.size(); ++i) {
-        const auto path = filter_.isEmpty() ? QString() : textOf(tildePath(rows_[i].item.item.path, home_));
-        if (path.contains(filter_, Qt::CaseInsensitive))
+        if (matcher.isIn(tildePath(rows_[i].item.item.path, home_)))
             shown_.push_back(i);
     }
 }
@@ -112,13 +113,8 @@ int TidyListModel::hiddenTicked() const {
 }
 
 int TidyListModel::find(const QString& text, int row) const {
-    for (int step = 1; step <= rowCount(); ++step) {
-        const int tried = (std::max(row, -1) + step) % rowCount();
-        const auto name = textOf(lastPathComponent(this->row(tried).item.item.path));
-        if (name.startsWith(text, Qt::CaseInsensitive))
-            return tried;
-    }
-    return -1;
+    return nextRowNamed(text, row, rowCount(),
+                        [this](int next) { return lastPathComponent(this->row(next).item.item.path); });
 }
 
 int TidyListModel::rowCount(const QModelIndex& parent) const {
