@@ -133,7 +133,7 @@ void AppModel::takeOutcome(const ScanCancellation* token, ScanOutcome outcome) {
     growth_.set(std::move(outcome.growth), environment_.now());
     if (!growth_.failure().isEmpty())
         setNotice(tr("This scan could not be kept to compare the next one with: %1").arg(growth_.failure()));
-    unreadable_.setPaths(std::move(outcome.unreadable), tree.unreadableCount, home());
+    unreadable_.setPaths(outcome.unreadable, tree.unreadableCount, home());
     showTree(std::move(outcome.tree));
     updateLedgers();
     Q_EMIT scanStateChanged();
@@ -164,7 +164,7 @@ void AppModel::takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome
     kinds_.setTotals(edited.kinds);
     largestFolders_.setFolders(std::move(edited.largestFolders));
     growth_.follow(tree, policy_.canonicalizer());
-    unreadable_.setPaths(std::move(edited.unreadable), tree.unreadableCount, home());
+    unreadable_.setPaths(edited.unreadable, tree.unreadableCount, home());
     showTree(std::move(edited.tree));
     updateLedgers();
     Q_EMIT measuredTextChanged();
