@@ -84,6 +84,7 @@ TEST_F(MoveFlowOn, WhatMovesIsWhatWasShownAndAllOfItComesBack) {
     EXPECT_EQ(told.size(), 2U);
     EXPECT_EQ(ticks.count(), 0);
     EXPECT_EQ(moves().report()->moved()->rowCount(), 2);
+    EXPECT_EQ(moves().lastReport()->moved.size(), 2);
     EXPECT_FALSE(isInTree(films[0]) || isInTree(films[1]));
     EXPECT_EQ(app().treeVersion(), version + 1);
     EXPECT_LT(app().tree()->allocated(0), before->allocated(0));

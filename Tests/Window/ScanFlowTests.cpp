@@ -95,11 +95,13 @@ TEST(ScanFlow, WaitsForFullDiskAccessAndThenStartsTheScanOfTheCommandLine) {
     scene.environment.options.scanPath = "/asked";
     auto& model = scene.model();
     EXPECT_TRUE(model.needsFullDiskAccess());
+    EXPECT_EQ(model.fullDiskAccess(), false);
     model.startScan("/data");
     EXPECT_EQ(model.scanState(), State::idle);
     scene.world->permission = std::nullopt; // cannot be told, which must not lock anybody out
     model.refreshFullDiskAccess();
     EXPECT_FALSE(model.needsFullDiskAccess());
+    EXPECT_EQ(model.fullDiskAccess(), true);
     EXPECT_EQ(scene.scan(0).root, "/asked");
     model.stopScan();
 }

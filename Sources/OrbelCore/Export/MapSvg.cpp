@@ -67,10 +67,8 @@ public:
                 + hex(colors_.ground) + "\"/>\n<path d=\"M0 " + pixels(headHeight) + ".5H" + pixels(width)
                 + "M0 " + pixels(mapBottom) + ".5H" + pixels(width) + "\" stroke=\"" + hex(colors_.line)
                 + "\"/>\n";
-        addTiles({.x = pagePadding,
-                  .y = headHeight + pagePadding,
-                  .width = width - 2 * pagePadding,
-                  .height = mapBottom - headHeight - 2 * pagePadding});
+        const TreemapRect map{.x = 0, .y = headHeight, .width = width, .height = mapBottom - headHeight};
+        addTiles(map.insetBy(pagePadding, pagePadding));
         for (const auto& item : legend)
             addLegendItem(item, mapBottom + item.row * legendRowHeight);
         return out_ + "</svg>\n";

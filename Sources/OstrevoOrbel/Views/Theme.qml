@@ -170,8 +170,6 @@ QtObject {
 
     // Motion, in milliseconds.
     readonly property int zoomTime: reducedMotion ? 0 : 180
-    readonly property int tileRemovalTime: reducedMotion ? 0 : 160
-    readonly property int listTime: reducedMotion ? 0 : 140
     readonly property int sheetTime: reducedMotion ? 0 : 120
     readonly property int tickBarTime: reducedMotion ? 0 : 120
     readonly property int tickTime: reducedMotion ? 0 : 80

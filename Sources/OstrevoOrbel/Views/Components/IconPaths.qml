@@ -29,7 +29,6 @@ QtObject {
     readonly property string zoom: "M11 7a4 4 0 1 1-8 0a4 4 0 0 1 8 0zM10 10l3.5 3.5M5.2 7h3.6M7 5.2v3.6"
     readonly property string close: "M4 4l8 8M12 4l-8 8"
     readonly property string trash: "M3 4.5h10M6 4.5V2.8h4v1.7M4.2 4.5l.6 9h6.4l.6-9"
-    readonly property string pin: "M5 2.5h6L10 7l2 2.5H4L6 7zM8 9.5V14"
     readonly property string exporting: "M8 10V2.5M5 5.2l3-3l3 3M3 9.5v4h10v-4"
     readonly property string link: "M6.5 9.5l3-3M7 5l1.8-1.8a2.5 2.5 0 0 1 3.6 3.6L10.6 8.6M9 11l-1.8 1.8a2.5 2.5 0 0 1-3.6-3.6L5.4 7.4"
     readonly property string bell: "M4 11V7.5a4 4 0 0 1 8 0V11l1 1.5H3zM7 14.2h2"
