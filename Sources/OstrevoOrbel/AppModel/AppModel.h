@@ -93,7 +93,7 @@ class AppModel final : public QObject {
     Q_PROPERTY(QString measuredText READ measuredText NOTIFY measuredTextChanged)
     /// Live while scanning, final afterwards.
     Q_PROPERTY(orbel::ScanFigures* figures READ figures CONSTANT)
-    Q_PROPERTY(orbel::GadgetList* topLevel READ topLevel CONSTANT)
+    Q_PROPERTY(orbel::RoleList* topLevel READ topLevel CONSTANT)
     /// One folder of it, measured again.
     Q_PROPERTY(orbel::RescanFlow* rescan READ rescan CONSTANT)
     /// Grows whenever the tree is replaced or edited.
@@ -107,9 +107,9 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::DiskLedger* ledger READ ledger CONSTANT)
     /// "5.8 GB", or "—" when it is not known.
     Q_PROPERTY(QString trashSize READ trashSizeText NOTIFY trashBytesChanged)
-    Q_PROPERTY(orbel::GadgetList* volumes READ volumes CONSTANT)
-    Q_PROPERTY(orbel::GadgetList* kinds READ kinds CONSTANT)
-    Q_PROPERTY(orbel::GadgetList* largestFolders READ largestFolders CONSTANT)
+    Q_PROPERTY(orbel::RoleList* volumes READ volumes CONSTANT)
+    Q_PROPERTY(orbel::RoleList* kinds READ kinds CONSTANT)
+    Q_PROPERTY(orbel::RoleList* largestFolders READ largestFolders CONSTANT)
     /// What grew since the scan before, once a complete one is done.
     Q_PROPERTY(orbel::GrowthModel* growth READ growth CONSTANT)
     Q_PROPERTY(orbel::UnreadableModel* unreadable READ unreadable CONSTANT)

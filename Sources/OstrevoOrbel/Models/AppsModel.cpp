@@ -31,8 +31,17 @@ QString AppsModel::Entry::size() const {
     return bytes ? ByteFigure(*bytes).text() : QStringLiteral("—");
 }
 
-AppsModel::AppsModel(std::string home, QObject* parent)
-    : QAbstractListModel(parent), home_(std::move(home)) {}
+AppsModel::AppsModel(std::string home, QObject* parent) : RoleList(parent), home_(std::move(home)) {
+    const auto of = [this](auto read) {
+        return [this, read](int row) -> QVariant { return read(*at(row)); };
+    };
+    setRoles({{"name", of([](const Entry& entry) { return textOf(entry.app.name); })},
+              {"identity", of([this](const Entry& entry) { return entry.id(home_); })},
+              {"picture", of([](const Entry& entry) { return iconAddress(entry.app.icon); })},
+              {"initial", of([](const Entry& entry) { return entry.initial(); })},
+              {"source", of([](const Entry& entry) { return textOf(entry.app.source); })},
+              {"size", of([](const Entry& entry) { return entry.size(); })}});
+}
 
 void AppsModel::setEntries(std::vector<Entry> entries) {
     beginResetModel();
@@ -49,7 +58,7 @@ void AppsModel::setBytes(const std::string& path, std::optional<std::uint64_t> b
     const int row = rowOf(path);
     if (!bySize_) {
         if (row >= 0)
-            Q_EMIT dataChanged(index(row), index(row), {SizeRole});
+            Q_EMIT dataChanged(index(row), index(row));
         return;
     }
     beginResetModel();
@@ -138,33 +147,6 @@ int AppsModel::findFrom(const QString& text, int row) const {
 
 int AppsModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-}
-
-QVariant AppsModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const auto& entry = *at(index.row());
-    switch (role) {
-    case NameRole:
-        return textOf(entry.app.name);
-    case IdRole:
-        return entry.id(home_);
-    case IconRole:
-        return iconAddress(entry.app.icon);
-    case InitialRole:
-        return entry.initial();
-    case SourceRole:
-        return textOf(entry.app.source);
-    case SizeRole:
-        return entry.size();
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> AppsModel::roleNames() const {
-    return {{NameRole, "name"},       {IdRole, "identity"},   {IconRole, "picture"},
-            {InitialRole, "initial"}, {SourceRole, "source"}, {SizeRole, "size"}};
 }
 
 } // namespace orbel

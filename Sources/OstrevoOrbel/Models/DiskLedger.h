@@ -65,7 +65,7 @@ class DiskLedger : public QObject {
     /// Kept by the file system: neither used nor free.
     Q_PROPERTY(orbel::ByteFigure reserved READ reserved NOTIFY changed)
     /// The parts in the order of the bar; their bytes add up to the whole.
-    Q_PROPERTY(orbel::GadgetList* segments READ segments CONSTANT)
+    Q_PROPERTY(orbel::RoleList* segments READ segments CONSTANT)
     /// The whole sum in words, for a screen reader.
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
 

@@ -1,44 +1,29 @@
 #pragma once
 
+#include "Models/RoleList.h"
+
 #include <algorithm>
 #include <cstddef>
-#include <QAbstractListModel>
-#include <QtQml/qqmlregistration.h>
+#include <QMetaProperty>
 #include <utility>
 #include <vector>
 
 namespace orbel {
 
-/// What QML sees of a GadgetListModel: rows whose roles are the properties of a gadget, by the same names.
-class GadgetList : public QAbstractListModel {
-    Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("Belongs to a model.")
-    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
-
-public:
-    int rowCount(const QModelIndex& parent = {}) const override = 0;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
-
-Q_SIGNALS:
-    void countChanged();
-
-protected:
-    /// `row` describes the gadget that every row is.
-    explicit GadgetList(const QMetaObject& row, QObject* parent);
-
-    virtual const void* gadgetAt(std::size_t row) const = 0;
-
-private:
-    const QMetaObject& row_;
-};
-
-/// A list of gadgets, which can be compared with ==. Used on the main thread.
+/// A list of gadgets, which can be compared with ==: each property is a role of the same name.
 template <class Row>
-class GadgetListModel : public GadgetList {
+class GadgetListModel : public RoleList {
 public:
-    explicit GadgetListModel(QObject* parent = nullptr) : GadgetList(Row::staticMetaObject, parent) {}
+    explicit GadgetListModel(QObject* parent = nullptr) : RoleList(parent) {
+        std::vector<Role> roles;
+        for (int i = 0; i < Row::staticMetaObject.propertyCount(); ++i) {
+            const auto property = Row::staticMetaObject.property(i);
+            roles.push_back({property.name(), [this, property](int row) {
+                                 return property.readOnGadget(&rows_[static_cast<std::size_t>(row)]);
+                             }});
+        }
+        setRoles(std::move(roles));
+    }
 
     const std::vector<Row>& rows() const { return rows_; }
     int rowCount(const QModelIndex& parent = {}) const override {
@@ -55,7 +40,6 @@ public:
         beginResetModel();
         rows_ = std::move(rows);
         endResetModel();
-        Q_EMIT countChanged();
     }
 
 protected:
@@ -69,8 +53,6 @@ private:
         rows_ = std::move(rows);
         Q_EMIT dataChanged(index(first), index(rowCount() - 1));
     }
-
-    const void* gadgetAt(std::size_t row) const override { return &rows_[row]; }
 };
 
 } // namespace orbel

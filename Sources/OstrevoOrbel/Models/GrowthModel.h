@@ -41,7 +41,7 @@ class GrowthModel : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppModel.")
 
-    Q_PROPERTY(orbel::GadgetList* folders READ folders CONSTANT)
+    Q_PROPERTY(orbel::RoleList* folders READ folders CONSTANT)
     /// "since 14 November"; empty when there is no comparison.
     Q_PROPERTY(QString since READ since NOTIFY changed)
     /// What stands in place of the rows when there are none.

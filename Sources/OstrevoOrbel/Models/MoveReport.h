@@ -49,8 +49,8 @@ class MoveReport : public QObject {
     Q_PROPERTY(QStringList stops READ stops NOTIFY changed)
     /// The batch stopped because what is recorded may not be true.
     Q_PROPERTY(bool untrustworthy READ isUntrustworthy NOTIFY changed)
-    Q_PROPERTY(orbel::GadgetList* moved READ moved CONSTANT)
-    Q_PROPERTY(orbel::GadgetList* skipped READ skipped CONSTANT)
+    Q_PROPERTY(orbel::RoleList* moved READ moved CONSTANT)
+    Q_PROPERTY(orbel::RoleList* skipped READ skipped CONSTANT)
     Q_PROPERTY(QString movedSize READ movedSize NOTIFY changed)
     /// "Could not check 14 system processes for open files."; empty when all could be.
     Q_PROPERTY(QString unchecked READ unchecked NOTIFY changed)

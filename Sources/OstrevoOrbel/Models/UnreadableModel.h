@@ -27,7 +27,7 @@ class UnreadableModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppModel.")
-    Q_PROPERTY(orbel::GadgetList* entries READ entries CONSTANT)
+    Q_PROPERTY(orbel::RoleList* entries READ entries CONSTANT)
     /// How many there are, listed or not.
     Q_PROPERTY(quint64 total READ total NOTIFY changed)
     /// "214 entries could not be read".

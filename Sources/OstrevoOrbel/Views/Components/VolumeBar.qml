@@ -5,7 +5,7 @@ import OstrevoOrbel
 Item {
     id: bar
 
-    required property GadgetList segments
+    required property RoleList segments
     /// Fills all of what was measured with one colour in place of those of the kinds.
     property bool plain: false
     /// The share of the whole that is used, where something points at its edge; -1 where nothing does.
