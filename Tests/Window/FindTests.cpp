@@ -36,8 +36,8 @@ TEST(Find, FollowsTheTextAndTheTree) {
     EXPECT_FALSE(model.isSearching()) << "nothing is measured";
     scene.scanWith("/data", sampleScan());
     scene.waitUntil([&] { return model.rowCount() == 2; });
-    EXPECT_EQ(model.data(model.index(0), FindModel::NameRole).toString(), QStringLiteral("a.mkv"));
-    EXPECT_EQ(model.data(model.index(0), FindModel::FolderRole).toString(), QStringLiteral("/data/films"));
+    EXPECT_EQ(model.value(0, "name").toString(), QStringLiteral("a.mkv"));
+    EXPECT_EQ(model.value(0, "folder").toString(), QStringLiteral("/data/films"));
     EXPECT_EQ(model.summary(), QStringLiteral("2 found"));
 
     // The rows are those of the last letters, however many came at once.
@@ -45,7 +45,7 @@ TEST(Find, FollowsTheTextAndTheTree) {
         model.setText(QLatin1String(text));
     scene.waitUntil([&] { return !model.isSearching(); });
     ASSERT_EQ(model.rowCount(), 1);
-    EXPECT_EQ(model.data(model.index(0), FindModel::NameRole).toString(), QStringLiteral("films/"));
+    EXPECT_EQ(model.value(0, "name").toString(), QStringLiteral("films/"));
     model.setText(QStringLiteral("nowhere"));
     scene.waitUntil([&] { return model.summary() == QLatin1String("Nothing of this name"); });
 

@@ -26,7 +26,7 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
     scene.environment.growthFolder = folder.path("growth");
     scene.world->now = std::chrono::system_clock::now();
     auto& growth = *scene.model().scan()->growth();
-    const QAbstractItemModelTester tester(&growth);
+    const QAbstractItemModelTester tester(growth.folders());
     scene.scanWith("/data", scanOf(10));
     EXPECT_EQ(growth.statement(), QStringLiteral("No comparison yet"));
     EXPECT_EQ(growth.since(), QString());
@@ -37,12 +37,12 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
 
     scene.world->now += std::chrono::hours(24 * 400);
     scene.scanWith("/data", scanOf(52));
-    ASSERT_EQ(growth.rowCount(), 1);
-    EXPECT_EQ(growth.index(0).data(GrowthModel::PathRole), QStringLiteral("/data/home/films"));
-    EXPECT_EQ(growth.index(0).data(GrowthModel::SizeRole), QStringLiteral("42 MB"));
-    EXPECT_EQ(growth.index(0).data(GrowthModel::KindRole), static_cast<int>(FileKind::video));
+    ASSERT_EQ(growth.folders()->rowCount(), 1);
+    EXPECT_EQ(growth.folders()->rows().front().path, QStringLiteral("/data/home/films"));
+    EXPECT_EQ(growth.folders()->rows().front().size(), QStringLiteral("42 MB"));
+    EXPECT_EQ(growth.folders()->rows().front().kind, static_cast<int>(FileKind::video));
     const auto grown = [&] {
-        const auto node = growth.index(0).data(GrowthModel::NodeRole).toUInt();
+        const auto node = growth.folders()->rows().front().node;
         return scene.model().scan()->tree()->walkedPath(node);
     };
     EXPECT_EQ(grown(), "/data/home/films");
@@ -55,7 +55,7 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
         const auto before = scene.model().scan()->treeVersion();
         scene.model().treeEdits().splice("/data/home", std::make_shared<const FileTree>(fresh.build()));
         scene.waitUntil([&] { return scene.model().scan()->treeVersion() > before; });
-        ASSERT_EQ(growth.rowCount(), isGone ? 0 : 1);
+        ASSERT_EQ(growth.folders()->rowCount(), isGone ? 0 : 1);
         if (!isGone) {
             EXPECT_EQ(grown(), "/data/home/films") << "nodes have other numbers in the edited tree";
         }
@@ -64,7 +64,7 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
                 && growth.since().contains(QStringLiteral(" 20")))
         << "of another year: " << growth.since().toStdString();
     scene.model().scan()->startScan("/data");
-    EXPECT_EQ(growth.rowCount(), 0) << "of the scan before, and its nodes are gone";
+    EXPECT_EQ(growth.folders()->rowCount(), 0) << "of the scan before, and its nodes are gone";
 }
 
 TEST(WindowGrowth, TellsWhenAScanCannotBeKept) {

@@ -84,6 +84,7 @@ TEST_F(MoveFlowOn, WhatMovesIsWhatWasShownAndAllOfItComesBack) {
     EXPECT_EQ(told, (std::vector{films[0], films[1]}));
     EXPECT_EQ(ticks.count(), 0);
     EXPECT_EQ(moves().report()->moved()->rowCount(), 2);
+    EXPECT_EQ(moves().lastReport()->moved.size(), 2);
     EXPECT_FALSE(isInTree(films[0]) || isInTree(films[1]));
     EXPECT_EQ(app().scan()->treeVersion(), version + 1);
     EXPECT_LT(app().scan()->tree()->allocated(0), before->allocated(0));
@@ -114,8 +115,7 @@ TEST_F(MoveFlowOn, WhatChangedMeanwhileIsSkippedWithItsReason) {
     EXPECT_FALSE(fs::exists(films[1]));
     const auto* skipped = moves().report()->skipped();
     ASSERT_EQ(skipped->rowCount(), 1);
-    EXPECT_EQ(skipped->data(skipped->index(0), ReportRowsModel::NoteRole).toString(),
-              QStringLiteral("Changed since the scan — scan again"));
+    EXPECT_EQ(skipped->rows().front().note, QStringLiteral("Changed since the scan — scan again"));
     EXPECT_TRUE(isInTree(films[0]));
 }
 
@@ -170,8 +170,8 @@ TEST_F(MoveFlowOn, EachItemTellsWhatBecameOfItWhileTheOthersMove) {
         QMetaObject::invokeMethod(
             &moves(),
             [&] {
-                for (int row = 0; row < moves().items()->rowCount(); ++row)
-                    seen << moves().items()->index(row).data(MoveItemsModel::StateRole).toString();
+                for (const auto& row : moves().items()->rows())
+                    seen << row.stage();
                 seen << moves().progressText() << moves().deletingTitle();
             },
             Qt::BlockingQueuedConnection);

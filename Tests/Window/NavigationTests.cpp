@@ -78,6 +78,8 @@ TEST(WindowNavigation, SettingsAndHelpStandInPlaceOfAScreenUntilOneIsWanted) {
     scene.press(Qt::Key_1, Qt::ControlModifier);
     EXPECT_TRUE(scene.isShown(QStringLiteral("overview")));
 
+    scene.app().showAbout();
+    EXPECT_TRUE(scene.isShown(QStringLiteral("help.motto")));
     scene.click(QStringLiteral("sidebar.settings"));
     EXPECT_TRUE(scene.isShown(QStringLiteral("settings")));
     scene.app().setScreenName(QStringLiteral("journal"));

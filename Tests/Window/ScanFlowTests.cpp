@@ -26,8 +26,7 @@ TEST(ScanFlow, PublishesWhatAScanFinds) {
                             .topLevel = {{.name = "films", .bytes = 120, .isFolder = true}}});
     scene.waitUntil([&] { return model.scan()->progress().has_value(); });
     EXPECT_EQ(model.scan()->measuredText(), QStringLiteral("120 B · 3 entries · 0.5 s"));
-    EXPECT_EQ(model.scan()->topLevel()->index(0).data(TopLevelModel::PathRole),
-              QStringLiteral("/data/films"));
+    EXPECT_EQ(model.scan()->topLevel()->rows().front().path, QStringLiteral("/data/films"));
 
     scene.endScan(0, sampleScan());
     scene.waitUntil([&] { return model.scan()->scanState() == State::done; });
@@ -35,12 +34,10 @@ TEST(ScanFlow, PublishesWhatAScanFinds) {
     EXPECT_EQ(model.scan()->measuredText(), QStringLiteral("Measured 170 B · 6 entries · 8.4 s"));
     EXPECT_EQ(model.scan()->coverage(), (Coverage(600, *model.scan()->tree())));
     EXPECT_EQ(model.scan()->unreadable()->headline(), QStringLiteral("1 entry could not be read"));
-    EXPECT_EQ(model.scan()->unreadable()->index(0).data(UnreadableModel::CommandRole),
+    EXPECT_EQ(model.scan()->unreadable()->entries()->rows().front().command,
               QStringLiteral("sudo orbel --scan-json '/data/it'\\''s closed'"));
-    EXPECT_EQ(model.scan()->largestFolders()->index(0).data(SizedFoldersModel::PathRole),
-              QStringLiteral("/data/films"));
-    EXPECT_EQ(model.scan()->largestFolders()->index(0).data(SizedFoldersModel::KindRole),
-              static_cast<int>(FileKind::video));
+    EXPECT_EQ(model.scan()->largestFolders()->rows().front().path, QStringLiteral("/data/films"));
+    EXPECT_EQ(model.scan()->largestFolders()->rows().front().kind, static_cast<int>(FileKind::video));
 }
 
 TEST(ScanFlow, IgnoresASecondStartAndReplacesTheTreeLater) {
@@ -128,15 +125,15 @@ TEST(ScanFlow, EndsWithTheModel) {
 TEST(ScanFlow, LedgerAddsUpOnEveryVolume) {
     ModelScene scene;
     scene.scanWith("/data", sampleScan());
-    const auto& ledger = *scene.model().disk()->ledger();
+    auto& ledger = *scene.model().disk()->ledger();
     EXPECT_EQ(ledger.measured().bytes() + ledger.notMeasured().bytes() + ledger.reserved().bytes()
                   + ledger.free().bytes(),
               ledger.total().bytes());
     EXPECT_EQ(ledger.summary(), QStringLiteral("Measured 170 B, not measured 430 B, reserved 100 B, "
                                                "free 300 B, total 1 KB"));
     double whole = 0;
-    for (int row = 0; row < ledger.segments()->rowCount(); ++row)
-        whole += ledger.segments()->index(row).data(SegmentsModel::FractionRole).toDouble();
+    for (const auto& segment : ledger.segments()->rows())
+        whole += segment.fraction;
     EXPECT_DOUBLE_EQ(whole, 1);
 
     // Files that share blocks can add up to more than is used.
@@ -227,21 +224,20 @@ TEST(ListModels, KeepTheirPromisesToViews) {
     ModelScene scene;
     auto& model = scene.model();
     std::vector<std::unique_ptr<QAbstractItemModelTester>> testers;
-    for (QAbstractItemModel* list : {static_cast<QAbstractItemModel*>(model.scan()->topLevel()),
-                                     static_cast<QAbstractItemModel*>(model.scan()->kinds()),
-                                     static_cast<QAbstractItemModel*>(model.scan()->unreadable()),
-                                     static_cast<QAbstractItemModel*>(model.disk()->volumes()),
-                                     static_cast<QAbstractItemModel*>(model.scan()->largestFolders()),
-                                     static_cast<QAbstractItemModel*>(model.disk()->ledger()->segments())})
+    for (QAbstractItemModel* list :
+         {static_cast<QAbstractItemModel*>(model.scan()->topLevel()), static_cast<QAbstractItemModel*>(model.scan()->kinds()),
+          static_cast<QAbstractItemModel*>(model.scan()->unreadable()->entries()),
+          static_cast<QAbstractItemModel*>(model.disk()->volumes()),
+          static_cast<QAbstractItemModel*>(model.scan()->largestFolders()),
+          static_cast<QAbstractItemModel*>(model.disk()->ledger()->segments())})
         testers.push_back(std::make_unique<QAbstractItemModelTester>(
             list, QAbstractItemModelTester::FailureReportingMode::Fatal));
     model.disk()->volumes()->setVolumes(
         {{.path = "/", .fileSystem = "ext4", .source = "/dev/sda1", .info = *scene.world->volume}});
-    EXPECT_EQ(model.disk()->volumes()->index(0).data(VolumesModel::FiguresRole),
-              QStringLiteral("300 B free of 1 KB"));
+    EXPECT_EQ(model.disk()->volumes()->rows().front().figures(), QStringLiteral("300 B free of 1 KB"));
     scene.scanWith("/data", sampleScan());
     scene.scanWith("/data", sampleScan(true));
-    EXPECT_EQ(model.scan()->kinds()->index(0).data(KindTotalsModel::TitleRole), QStringLiteral("Video"));
+    EXPECT_EQ(model.scan()->kinds()->rows().front().title, QStringLiteral("Video"));
     EXPECT_EQ(model.scan()->kinds()->rowCount(), 2);
 }
 
@@ -251,18 +247,18 @@ TEST(TopLevelModel, RowsChangePlacesAtMostOnceASecond) {
     const QSignalSpy moves(&model, &TopLevelModel::rowsMoved);
     const auto names = [&] {
         QStringList all;
-        for (int row = 0; row < model.rowCount(); ++row)
-            all << model.index(row).data(TopLevelModel::NameRole).toString();
+        for (const auto& row : model.rows())
+            all << row.path;
         return all.join(QLatin1Char(' '));
     };
     model.begin(QStringLiteral("~"));
     model.update({{"a", 30, true}, {"b", 20, true}, {"c", 10, false}}, 0.25);
     model.update({{"b", 60, true}, {"a", 30, true}, {"d", 25, true}, {"c", 10, false}}, 0.5);
-    EXPECT_EQ(names(), QStringLiteral("a b c"));
-    EXPECT_EQ(model.index(1).data(TopLevelModel::BytesRole).toULongLong(), 60) << "figures go on";
-    EXPECT_EQ(model.index(0).data(TopLevelModel::FractionRole).toDouble(), 0.5);
+    EXPECT_EQ(names(), QStringLiteral("~/a ~/b ~/c"));
+    EXPECT_EQ(model.rows()[1].entry.bytes, 60) << "figures go on";
+    EXPECT_EQ(model.rows()[0].fraction, 0.5);
     model.update({{"b", 70, true}, {"d", 40, true}, {"a", 30, true}}, 1.25);
-    EXPECT_EQ(names(), QStringLiteral("b d a"));
+    EXPECT_EQ(names(), QStringLiteral("~/b ~/d ~/a"));
     EXPECT_EQ(moves.count(), 1);
 }
 

@@ -1,5 +1,6 @@
 #include "WindowScene.h"
 
+#include "Models/IconAddress.h"
 #include "SampleDisk.h"
 #include "Services/AppIcons.h"
 #include "Util/Check.h"
@@ -98,7 +99,6 @@ WindowScene::WindowScene() : requests_(std::make_shared<Requests>()), gate_(std:
     environment.installedApps = [] { return std::vector<InstalledApp>(); };
     environment.runningPrograms = [] { return std::vector<platform::RunningProgram>(); };
     environment.askToQuit = [](const std::vector<platform::RunningProgram>& /*running*/) { return false; };
-    environment.iconAddress = AppIcons::addressOf;
     environment.settings = std::make_shared<QSettings>(QString::fromStdString(folder_.path("settings.ini")),
                                                        QSettings::IniFormat);
     environment.desktop = std::make_shared<NotedDesktop>(requests_);
@@ -116,7 +116,7 @@ void WindowScene::open(int width, int height) {
     app_ = std::make_unique<AppModel>(environment);
     engine_ = std::make_unique<QQmlApplicationEngine>();
     engine_->addImportPath(QStringLiteral(":/qt/qml"));
-    engine_->addImageProvider(AppIcons::name, new AppIcons); // the engine owns it
+    engine_->addImageProvider(iconProvider, new AppIcons); // the engine owns it
     engine_->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(app_.get())},
                                    {QStringLiteral("width"), width},
                                    {QStringLiteral("height"), height}});

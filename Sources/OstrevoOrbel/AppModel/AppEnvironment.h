@@ -60,8 +60,6 @@ struct AppEnvironment {
     std::function<std::vector<platform::RunningProgram>()> runningPrograms;
     /// Asks these to quit, as their own menus would; false when none of them can be asked. Blocks.
     std::function<bool(const std::vector<platform::RunningProgram>&)> askToQuit;
-    /// What an Image shows for a launcher's icon; absent: applications show no icons. Blocks.
-    std::function<QString(const std::string& icon)> iconAddress;
 
     std::shared_ptr<TrashOperations> trash; ///< absent: the live one, over `trashFolder`
     std::shared_ptr<QSettings> settings;

@@ -1,6 +1,7 @@
 #include "AppModel/AppsFlow.h"
 
 #include "Find/CommonWords.h"
+#include "Models/IconAddress.h"
 #include "Models/Wording.h"
 #include "Platform/FileStatus.h"
 #include "Scan/TreeScanner.h"
@@ -84,17 +85,13 @@ void AppsFlow::readAgain() {
 void AppsFlow::read() {
     const auto& ownHome = environment_.home;
     loading_.run(
-        [home = policy_->canonical(ownHome).value_or(ownHome), installed = environment_.installedApps,
-         iconAddress = environment_.iconAddress] {
+        [home = policy_->canonical(ownHome).value_or(ownHome), installed = environment_.installedApps] {
             Inventory read{.apps = std::make_shared<const std::vector<InstalledApp>>(installed()),
                            .matcher = std::make_shared<const LeftoverMatcher>(home, "/Library"),
                            .entries = {}};
             for (const auto& app : *read.apps)
                 if (!app.isHidden)
-                    read.entries.push_back(
-                        {.app = app,
-                         .icon = iconAddress && !app.icon.empty() ? iconAddress(app.icon) : QString(),
-                         .bytes = app.packageBytes});
+                    read.entries.push_back({.app = app, .bytes = app.packageBytes});
             return read;
         },
         [this](Inventory inventory) { takeInventory(std::move(inventory)); });
@@ -342,7 +339,7 @@ AppFacts AppsFlow::selected() const {
     AppFacts facts;
     facts.valid = true;
     facts.name = textOf(app.name);
-    facts.icon = entry->icon;
+    facts.icon = iconAddress(entry->app.icon);
     facts.initial = entry->initial();
     facts.version = textOf(app.version.value_or(""));
     facts.source = textOf(app.source);

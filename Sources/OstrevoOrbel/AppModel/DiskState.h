@@ -27,7 +27,7 @@ class DiskState final : public QObject {
     /// "5.8 GB", or "—" when it is not known.
     Q_PROPERTY(QString trashSize READ trashSizeText NOTIFY trashBytesChanged)
     /// Those that can be measured.
-    Q_PROPERTY(orbel::VolumesModel* volumes READ volumes CONSTANT)
+    Q_PROPERTY(orbel::RoleList* volumes READ volumes CONSTANT)
 
 public:
     /// The arguments outlive this.

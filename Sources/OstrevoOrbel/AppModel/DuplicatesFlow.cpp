@@ -100,7 +100,7 @@ void DuplicatesFlow::search() {
                         .isStopped = run.isCancelled()};
             found.groups.reserve(groups.size());
             for (auto& group : groups)
-                found.groups.emplace_back(std::move(group), *tree, home);
+                found.groups.emplace_back(std::move(group), *tree);
             return found;
         },
         [this](Found found) { takeGroups(std::move(found)); });

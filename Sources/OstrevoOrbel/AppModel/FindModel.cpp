@@ -10,7 +10,22 @@
 
 namespace orbel {
 
-FindModel::FindModel(QObject* parent) : QAbstractListModel(parent) {}
+FindModel::FindModel(QObject* parent) : RoleList(parent) {
+    const auto of = [this](auto read) {
+        return [this, read](int row) -> QVariant { return read(found_[static_cast<std::size_t>(row)]); };
+    };
+    setRoles({{"node", of([](NodeIndex node) { return node; })},
+              {"name", of([this](NodeIndex node) { return nameText(*tree_, node); })},
+              {"folder", of([this](NodeIndex node) {
+                   const auto path = tree_->path(node, PathCanonicalizer::shared());
+                   return textOf(tildePath(parentPath(path), scan_->home()));
+               })},
+              {"kind", of([this](NodeIndex node) {
+                   return static_cast<int>(TreemapModel::representativeKind(*tree_, node));
+               })},
+              {"kindName", of([this](NodeIndex node) { return kindText(*tree_, node); })},
+              {"size", of([this](NodeIndex node) { return ByteFigure(tree_->allocated(node)).text(); })}});
+}
 
 void FindModel::setScan(ScanFlow* scan) {
     if (scan == scan_)
@@ -69,35 +84,6 @@ QString FindModel::summary() const {
 
 int FindModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(found_.size());
-}
-
-QVariant FindModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const NodeIndex node = found_[static_cast<std::size_t>(index.row())];
-    switch (role) {
-    case NodeRole:
-        return node;
-    case NameRole:
-        return textOf(tree_->nameBytes(node)) + (tree_->isFolder(node) ? QStringLiteral("/") : QString());
-    case FolderRole: {
-        const auto path = tree_->path(node, PathCanonicalizer::shared());
-        return textOf(tildePath(parentPath(path), scan_->home()));
-    }
-    case KindRole:
-        return static_cast<int>(TreemapModel::representativeKind(*tree_, node));
-    case KindNameRole:
-        return kindText(*tree_, node);
-    case SizeRole:
-        return ByteFigure(tree_->allocated(node)).text();
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> FindModel::roleNames() const {
-    return {{NodeRole, "node"}, {NameRole, "name"},         {FolderRole, "folder"},
-            {KindRole, "kind"}, {KindNameRole, "kindName"}, {SizeRole, "size"}};
 }
 
 } // namespace orbel

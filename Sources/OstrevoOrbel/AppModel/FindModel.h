@@ -1,9 +1,9 @@
 #pragma once
 
 #include "AppModel/ScanFlow.h"
+#include "Models/RoleList.h"
 
 #include <memory>
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 #include <vector>
 
@@ -12,7 +12,7 @@ namespace orbel {
 /// The files and folders of the scanned tree whose names contain a text, the largest first. Looks for
 /// them on a thread of its own; with the next letter, or another tree, what is under way is cancelled and
 /// dropped. Lives on the main thread.
-class FindModel : public QAbstractListModel {
+class FindModel : public RoleList {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(orbel::ScanFlow* scan READ scan WRITE setScan NOTIFY scanChanged REQUIRED)
@@ -25,8 +25,6 @@ class FindModel : public QAbstractListModel {
 public:
     static constexpr std::size_t most = 200;
 
-    enum Role { NodeRole = Qt::UserRole, NameRole, FolderRole, KindRole, KindNameRole, SizeRole };
-
     explicit FindModel(QObject* parent = nullptr);
 
     ScanFlow* scan() const { return scan_; }
@@ -37,8 +35,6 @@ public:
     QString summary() const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
 Q_SIGNALS:
     void scanChanged();

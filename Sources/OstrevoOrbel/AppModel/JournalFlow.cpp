@@ -7,6 +7,7 @@
 #include "Platform/ReplaceFile.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
+#include "Util/TextMatcher.h"
 
 #include <algorithm>
 #include <QTimer>
@@ -18,15 +19,15 @@ namespace {
 /// What of the journal has these words in a title or a path as it is shown.
 JournalModel::Matches matchesIn(const JournalHistory& history, const QString& words,
                                 const std::string& home) {
+    const TextMatcher matcher(words.toStdString());
     JournalModel::Matches matches;
     for (std::uint32_t session = 0; session < history.sessions().size(); ++session) {
         const auto& items = history.sessions()[session].items;
         std::vector<std::uint32_t> found;
         for (std::uint32_t item = 0; item < items.size(); ++item) {
             const auto& entry = history.entry(items[item].line);
-            if (textOf(entry.title).contains(words, Qt::CaseInsensitive)
-                || textOf(tildePath(entry.originalPath, home)).contains(words, Qt::CaseInsensitive)
-                || textOf(entry.originalPath).contains(words, Qt::CaseInsensitive))
+            if (matcher.isIn(entry.title) || matcher.isIn(tildePath(entry.originalPath, home))
+                || matcher.isIn(entry.originalPath))
                 found.push_back(item);
         }
         if (!found.empty())

@@ -2,8 +2,8 @@
 
 #include "AppModel/MoveFlow.h"
 #include "AppModel/ScanFlow.h"
+#include "Models/KindTotalsModel.h"
 #include "Models/MapCrumbsModel.h"
-#include "Models/MapLegendModel.h"
 #include "Models/MapListModel.h"
 #include "Models/MapWords.h"
 #include "Models/Ticks.h"
@@ -33,14 +33,14 @@ class MapModel final : public QObject {
     Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY focusChanged)
     Q_PROPERTY(bool canGoForward READ canGoForward NOTIFY focusChanged)
     Q_PROPERTY(bool canGoUp READ canGoUp NOTIFY focusChanged)
-    Q_PROPERTY(orbel::MapCrumbsModel* crumbs READ crumbs CONSTANT)
+    Q_PROPERTY(orbel::RoleList* crumbs READ crumbs CONSTANT)
     Q_PROPERTY(orbel::MapListModel* list READ list CONSTANT)
     /// "9 items", "4 items, and 31.5 GB not measured"
     Q_PROPERTY(QString listSummary READ listSummary NOTIFY focusChanged)
     /// "345.2 GB · 88 % of what was measured"
     Q_PROPERTY(QString share READ share NOTIFY legendChanged)
 
-    Q_PROPERTY(orbel::MapLegendModel* legend READ legend CONSTANT)
+    Q_PROPERTY(orbel::RoleList* legend READ legend CONSTANT)
     /// "Video", "2 kinds"; empty when all are shown.
     Q_PROPERTY(QString filterText READ filterText NOTIFY legendChanged)
     /// The kind when exactly one is chosen, else -1.

@@ -37,7 +37,7 @@ class MoveFlow final : public QObject {
     /// A batch runs.
     Q_PROPERTY(bool deleting READ isDeleting NOTIFY deletingChanged)
     /// Of the confirmation, and of the batch after it.
-    Q_PROPERTY(orbel::MoveItemsModel* items READ items CONSTANT)
+    Q_PROPERTY(orbel::RoleList* items READ items CONSTANT)
     /// "Move 3 items to the Trash?"
     Q_PROPERTY(QString question READ question NOTIFY changed)
     /// "3 items, 26.7 GB on disk"

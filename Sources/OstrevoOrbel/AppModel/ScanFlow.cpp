@@ -132,7 +132,7 @@ void ScanFlow::show(ScanOutcome outcome) {
                   .topLevel = {}});
     kinds_.setTotals(outcome.kinds);
     largestFolders_.setFolders(std::move(outcome.largestFolders));
-    unreadable_.setPaths(std::move(outcome.unreadable), tree.unreadableCount, environment_.home);
+    unreadable_.setPaths(outcome.unreadable, tree.unreadableCount, environment_.home);
     tree_ = std::move(outcome.tree);
     ++treeVersion_;
     Q_EMIT treeChanged();

@@ -52,9 +52,9 @@ class ScanFlow final : public QObject {
     Q_PROPERTY(QString measuredText READ measuredText NOTIFY measuredTextChanged)
     /// Live while scanning, final afterwards.
     Q_PROPERTY(orbel::ScanFigures* figures READ figures CONSTANT)
-    Q_PROPERTY(orbel::TopLevelModel* topLevel READ topLevel CONSTANT)
-    Q_PROPERTY(orbel::KindTotalsModel* kinds READ kinds CONSTANT)
-    Q_PROPERTY(orbel::SizedFoldersModel* largestFolders READ largestFolders CONSTANT)
+    Q_PROPERTY(orbel::RoleList* topLevel READ topLevel CONSTANT)
+    Q_PROPERTY(orbel::RoleList* kinds READ kinds CONSTANT)
+    Q_PROPERTY(orbel::RoleList* largestFolders READ largestFolders CONSTANT)
     /// What grew since the scan before, once a complete one is done.
     Q_PROPERTY(orbel::GrowthModel* growth READ growth CONSTANT)
     Q_PROPERTY(orbel::UnreadableModel* unreadable READ unreadable CONSTANT)

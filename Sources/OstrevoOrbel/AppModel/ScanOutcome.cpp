@@ -52,10 +52,10 @@ std::vector<FileKind> mainKinds(const FileTree& tree, const std::vector<NodeInde
     return main;
 }
 
-std::vector<SizedFoldersModel::Folder> largestFolders(const FileTree& tree, const std::string& home) {
+std::vector<SizedFolder> largestFolders(const FileTree& tree, const std::string& home) {
     const auto nodes = tellingFolders(tree, mostLargestFolders);
     const auto kinds = mainKinds(tree, nodes);
-    std::vector<SizedFoldersModel::Folder> folders;
+    std::vector<SizedFolder> folders;
     folders.reserve(nodes.size());
     for (std::size_t i = 0; i < nodes.size(); ++i)
         folders.push_back({.node = nodes[i],

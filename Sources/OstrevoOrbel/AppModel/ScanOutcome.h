@@ -23,7 +23,7 @@ struct ScanOutcome {
     DiskMoment disk;     ///< read when the tree was done
     KindTotals kinds{};
     KindTotals trashedKinds{}; ///< the part of it that lies in the Trash
-    std::vector<SizedFoldersModel::Folder> largestFolders;
+    std::vector<SizedFolder> largestFolders;
     GrowthModel::Content growth;         ///< what scanGrowth() makes of it
     std::vector<std::string> unreadable; ///< visible paths of the first that could not be read
 };

@@ -39,7 +39,7 @@ QString changedWords(Date changed, std::chrono::system_clock::time_point now) {
 
 TidyListModel::Row rowOf(const EmptyFolderFinder::Row& found, std::chrono::system_clock::time_point now) {
     TidyListModel::Row row{.item = TickedItem::alone(found.item, FileKind::folder),
-                           .isTicked = found.item.preselected};
+                           .isPreselected = found.item.preselected};
     row.item.count = found.nestedCount;
     row.detail = changedWords(found.changed, now);
     if (found.nestedCount > 1)
@@ -56,7 +56,7 @@ TidyListModel::Row rowOf(const EmptyFolderFinder::Row& found, std::chrono::syste
 
 TidyListModel::Row rowOf(const Shortcuts::Row& found) {
     TidyListModel::Row row{.item = TickedItem::alone(found.item, FileKind::other),
-                           .isTicked = found.item.preselected};
+                           .isPreselected = found.item.preselected};
     row.item.kindName = wordOf(rawValue(found.kind));
     row.detail =
         found.kind == Shortcuts::Kind::symbolicLink ? QString() : row.item.kindName + QLatin1Char(' ');
@@ -162,7 +162,7 @@ void TidyFlow::take(int version, Found found) {
 
 void TidyFlow::toggleTick(TidyListModel* list, int row) {
     if (list->isRow(row))
-        list->setTicked(row, !list->row(row).isTicked);
+        list->setTicked(row, !list->isTicked(row));
 }
 
 void TidyFlow::setAllTicked(TidyListModel* list, bool ticked) {
@@ -204,6 +204,8 @@ QString TidyFlow::statusOf(TidyListModel* list, int row) const {
 }
 
 void TidyFlow::setFilter(const QString& text) {
+    if (text == filter_)
+        return;
     filter_ = text;
     folders_.setFilter(text);
     shortcuts_.setFilter(text);

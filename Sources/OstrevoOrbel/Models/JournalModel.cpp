@@ -2,6 +2,7 @@
 
 #include "Launch/Screen.h"
 #include "Models/ByteFigure.h"
+#include "Models/TypeAhead.h"
 #include "Models/Wording.h"
 #include "Scan/FileKind.h"
 #include "Util/PathText.h"
@@ -217,12 +218,8 @@ const JournalHistory::Session& JournalModel::sessionAt(int row) const {
 }
 
 int JournalModel::find(const QString& letters, int row) const {
-    for (int step = 1; step <= rows_; ++step) {
-        const int candidate = (std::max(row, -1) + step) % rows_;
-        if (index(candidate).data(TitleRole).toString().startsWith(letters, Qt::CaseInsensitive))
-            return candidate;
-    }
-    return -1;
+    return nextRowNamed(letters, row, rows_,
+                        [this](int next) { return index(next).data(TitleRole).toString().toStdString(); });
 }
 
 int JournalModel::rowOf(Line line) const {

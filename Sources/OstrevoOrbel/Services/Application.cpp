@@ -4,7 +4,7 @@
 #include "Commands/CommandOutput.h"
 #include "Commands/Request.h"
 #include "Launch/LaunchOptions.h"
-#include "Platform/IconFinder.h"
+#include "Models/IconAddress.h"
 #include "Platform/Process.h"
 #include "Services/AfterScan.h"
 #include "Services/AppIcons.h"
@@ -80,7 +80,8 @@ public:
     bool open() {
         model_.appearance()->overrideWith(valueAfter(platform::processArguments(), "--appearance"));
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
-        engine_.addImageProvider(AppIcons::name, new AppIcons); // the engine owns it
+        AppIcons::findThemes(model_.home());
+        engine_.addImageProvider(iconProvider, new AppIcons); // the engine owns it
         engine_.setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&model_)}});
         engine_.load(QUrl(viewsUrl + QStringLiteral("Main.qml")));
         window_ = engine_.rootObjects().isEmpty()
@@ -128,11 +129,6 @@ private:
         environment.askToQuit = [](const std::vector<platform::RunningProgram>& running) {
             return AppQuitter::quit(running, QDBusConnection::sessionBus());
         };
-        environment.iconAddress =
-            [find = platform::iconFinder(environment.home, QIcon::themeName().toStdString())](
-                const std::string& icon) {
-                return AppIcons::addressOf(find ? find(icon, iconPixels) : std::string());
-            };
         return environment;
     }
 

@@ -12,14 +12,7 @@ constexpr qreal spacing = 10;
 
 Hatching::Hatching(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
-}
-
-void Hatching::setLines(const QColor& lines) {
-    if (lines == lines_)
-        return;
-    lines_ = lines;
-    Q_EMIT linesChanged();
-    update();
+    connect(this, &Hatching::linesChanged, this, [this] { update(); });
 }
 
 void Hatching::paint(QPainter* painter) {

@@ -10,14 +10,11 @@ namespace orbel {
 class Hatching : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QColor lines READ lines WRITE setLines NOTIFY linesChanged)
+    Q_PROPERTY(QColor lines MEMBER lines_ NOTIFY linesChanged)
     Q_PROPERTY(QColor ground READ fillColor WRITE setFillColor NOTIFY fillColorChanged)
 
 public:
     explicit Hatching(QQuickItem* parent = nullptr);
-
-    QColor lines() const { return lines_; }
-    void setLines(const QColor& lines);
 
     void paint(QPainter* painter) override;
 

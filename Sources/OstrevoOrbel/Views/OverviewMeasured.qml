@@ -376,7 +376,7 @@ FocusScope {
                         // Whole rows only.
                         height: Theme.compactRowHeight * Math.min(count,
                             Math.floor((growthCard.height - cards.headHeight - 10) / Theme.compactRowHeight))
-                        model: measured.app.scan.growth
+                        model: measured.app.scan.growth.folders
                         objectName: "overview.growth"
                         visible: count > 0
                         width: parent.width

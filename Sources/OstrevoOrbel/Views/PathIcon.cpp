@@ -24,30 +24,7 @@ QByteArray asSvg(const QString& path, const QColor& color, qreal stroke) {
 PathIcon::PathIcon(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
     setImplicitSize(viewSize, viewSize);
-}
-
-void PathIcon::setPath(const QString& path) {
-    if (path == path_)
-        return;
-    path_ = path;
-    Q_EMIT pathChanged();
-    update();
-}
-
-void PathIcon::setColor(const QColor& color) {
-    if (color == color_)
-        return;
-    color_ = color;
-    Q_EMIT colorChanged();
-    update();
-}
-
-void PathIcon::setStroke(qreal stroke) {
-    if (stroke == stroke_)
-        return;
-    stroke_ = stroke;
-    Q_EMIT strokeChanged();
-    update();
+    connect(this, &PathIcon::changed, this, [this] { update(); });
 }
 
 void PathIcon::paint(QPainter* painter) {

@@ -12,28 +12,19 @@ namespace orbel {
 class PathIcon : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString path READ path WRITE setPath NOTIFY pathChanged)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
-    Q_PROPERTY(qreal stroke READ stroke WRITE setStroke NOTIFY strokeChanged)
+    /// In the path language of SVG; an invalid text draws nothing.
+    Q_PROPERTY(QString path MEMBER path_ NOTIFY changed)
+    Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
+    /// The width of the outline in the view's units.
+    Q_PROPERTY(qreal stroke MEMBER stroke_ NOTIFY changed)
 
 public:
     explicit PathIcon(QQuickItem* parent = nullptr);
 
-    /// In the path language of SVG; nothing is drawn for a text that is none.
-    QString path() const { return path_; }
-    void setPath(const QString& path);
-    QColor color() const { return color_; }
-    void setColor(const QColor& color);
-    /// The width of the outline in the view's units.
-    qreal stroke() const { return stroke_; }
-    void setStroke(qreal stroke);
-
     void paint(QPainter* painter) override;
 
 Q_SIGNALS:
-    void pathChanged();
-    void colorChanged();
-    void strokeChanged();
+    void changed();
 
 private:
     QString path_;

@@ -44,7 +44,7 @@ ScreenFrame {
     component Rows: Card {
         id: rows
 
-        property ReportRowsModel entries
+        property RoleList entries
 
         visible: entries.count > 0
         width: parent.width

@@ -32,6 +32,7 @@ TreemapItem::TreemapItem(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAcceptedMouseButtons(Qt::LeftButton | Qt::RightButton);
     setActiveFocusOnTab(true);
     setOpaquePainting(true);
+    connect(this, &TreemapItem::lookChanged, this, [this] { update(); });
 }
 
 void TreemapItem::setMap(MapModel* map) {
@@ -48,22 +49,6 @@ void TreemapItem::setMap(MapModel* map) {
     }
     invalidate();
     Q_EMIT mapChanged();
-}
-
-void TreemapItem::setDark(bool dark) {
-    if (dark == isDark_)
-        return;
-    isDark_ = dark;
-    update();
-    Q_EMIT lookChanged();
-}
-
-void TreemapItem::setFamily(const QString& family) {
-    if (family == family_)
-        return;
-    family_ = family;
-    update();
-    Q_EMIT lookChanged();
 }
 
 void TreemapItem::setUnit(qreal unit) {

@@ -23,8 +23,8 @@ class TreemapItem : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(orbel::MapModel* map READ map WRITE setMap NOTIFY mapChanged)
-    Q_PROPERTY(bool dark READ isDark WRITE setDark NOTIFY lookChanged)
-    Q_PROPERTY(QString family READ family WRITE setFamily NOTIFY lookChanged)
+    Q_PROPERTY(bool dark MEMBER isDark_ NOTIFY lookChanged)
+    Q_PROPERTY(QString family MEMBER family_ NOTIFY lookChanged)
     /// Pixels a point: the desktop's font scale.
     Q_PROPERTY(qreal unit READ unit WRITE setUnit NOTIFY lookChanged)
     /// Keeps the tiles that there are, whatever the map shows by now: while a zoom is drawn over them.
@@ -54,10 +54,6 @@ public:
 
     MapModel* map() const { return map_; }
     void setMap(MapModel* map);
-    bool isDark() const { return isDark_; }
-    void setDark(bool dark);
-    QString family() const { return family_; }
-    void setFamily(const QString& family);
     qreal unit() const { return unit_; }
     void setUnit(qreal unit);
     bool isHeld() const { return isHeld_; }
@@ -104,7 +100,6 @@ Q_SIGNALS:
     /// The user wants to see what is in this node, whose box is `from`.
     void zoomWanted(quint32 node, const QRectF& from);
     void upWanted();
-    void rootWanted();
     void menuWanted(quint32 node, const QPointF& position);
     void copyWanted(quint32 node);
     void tickWanted(quint32 node);

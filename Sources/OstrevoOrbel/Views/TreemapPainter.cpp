@@ -168,7 +168,7 @@ void TreemapPainter::drawGlyph(FileKind kind, const QRect& rect, const TileFace&
     QImage& glyph = glyphs_.at(static_cast<std::size_t>(kind));
     const int side = static_cast<int>(std::lround(px(face.glyphSize)));
     if (glyph.isNull()) {
-        const auto path = glyphPath(kind);
+        const auto path = rowOf(kind).glyph;
         const auto picture =
             QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 16 16'><path d='%1' "
                            "fill='none' stroke='%2' stroke-width='1.4' stroke-linecap='round' "

@@ -83,7 +83,7 @@ T.Popup {
             anchors.rightMargin: 1
             anchors.top: head.bottom
             anchors.topMargin: 1
-            model: sheet.app.scan.unreadable
+            model: sheet.app.scan.unreadable.entries
             objectName: "unreadable.list"
             scrolls: true
 
@@ -133,8 +133,7 @@ T.Popup {
                 }
             }
 
-            onActivated: index => sheet.app.copyText(sheet.app.scan.unreadable.data(sheet.app.scan.unreadable.index(index, 0),
-                Qt.UserRole + 1))
+            onActivated: index => sheet.app.copyText(list.itemAtIndex(index).command)
         }
         Rectangle {
             id: foot
@@ -167,8 +166,8 @@ T.Popup {
                 anchors.verticalCenter: parent.verticalCenter
                 color: Theme.text3
                 role: ThemedText.Small
-                text: sheet.app.scan.unreadable.total > sheet.app.scan.unreadable.count
-                    ? qsTr("The first %1 are listed. Nothing was changed.").arg(sheet.app.scan.unreadable.count)
+                text: sheet.app.scan.unreadable.total > list.count
+                    ? qsTr("The first %1 are listed. Nothing was changed.").arg(list.count)
                     : qsTr("Nothing was changed.")
             }
             PushButton {
