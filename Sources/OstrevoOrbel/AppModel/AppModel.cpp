@@ -3,7 +3,6 @@
 #include "Delete/LiveTrash.h"
 #include "Journal/LiveRestore.h"
 #include "Models/Wording.h"
-#include "Util/AppVersion.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
 
@@ -87,14 +86,6 @@ void AppModel::chooseFolderAndScan() {
     Q_EMIT folderWanted(tr("Choose a folder to map."), QUrl(textOf(fileUrl(environment_.home))));
 }
 
-void AppModel::showAbout() {
-    Q_EMIT aboutWanted();
-}
-
-void AppModel::copyText(const QString& text) {
-    environment_.desktop->copyText(text);
-}
-
 std::optional<std::string> AppModel::nodePath(quint32 node) const {
     if (node >= scan_.tree()->count())
         return std::nullopt;
@@ -126,14 +117,6 @@ void AppModel::showNodeInFileManager(quint32 node) {
 void AppModel::copyNodePath(quint32 node) {
     if (const auto path = nodePath(node))
         environment_.desktop->copyText(textOf(*path));
-}
-
-QString AppModel::version() const {
-    return textOf(appVersion());
-}
-
-QString AppModel::motto() const {
-    return QStringLiteral("Measure first. Change safely. Always reversible.");
 }
 
 } // namespace orbel

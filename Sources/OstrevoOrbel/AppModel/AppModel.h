@@ -15,6 +15,7 @@
 #include "AppModel/ScanFlow.h"
 #include "AppModel/TidyFlow.h"
 #include "AppModel/TreeEdits.h"
+#include "Util/AppVersion.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
@@ -64,8 +65,8 @@ public:
 
     /// Lets the user choose a folder to measure.
     Q_INVOKABLE void chooseFolderAndScan();
-    Q_INVOKABLE void showAbout();
-    Q_INVOKABLE void copyText(const QString& text);
+    Q_INVOKABLE void showAbout() { Q_EMIT aboutWanted(); }
+    Q_INVOKABLE void copyText(const QString& text) { environment_.desktop->copyText(text); }
     /// Shows a node of the current tree on the map.
     Q_INVOKABLE void showOnMap(quint32 node);
     /// Shows on the map, from its top, only what is of a kind.
@@ -87,8 +88,8 @@ public:
     int screenIndex() const { return static_cast<int>(screen()); }
     /// Whether what the shown screen lists is still being found.
     bool isShownScreenBusy() const;
-    QString version() const;
-    QString motto() const;
+    QString version() const { return textOf(appVersion()); }
+    QString motto() const { return QStringLiteral("Measure first. Change safely. Always reversible."); }
 
     Notice* notice() { return &notice_; }
     DiskState* disk() { return &disk_; }

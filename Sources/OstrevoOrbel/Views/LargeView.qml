@@ -76,7 +76,7 @@ ScreenFrame {
             iconPath: Theme.icons.rescan
             objectName: "large.measure"
             text: qsTr("Measure Again")
-            visible: view.app.scan.state !== "idle"
+            visible: !view.app.scan.idle
 
             onClicked: view.app.scan.measureAgain()
         }

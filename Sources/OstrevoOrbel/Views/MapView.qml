@@ -75,7 +75,7 @@ ScreenFrame {
             iconPath: Theme.icons.rescan
             objectName: "map.measure"
             visible: !screen.app.rescan.running
-            text: screen.app.scan.state === "idle" ? qsTr("Measure This Disk") : qsTr("Measure Again")
+            text: screen.app.scan.idle ? qsTr("Measure This Disk") : qsTr("Measure Again")
 
             onClicked: screen.app.scan.measureAgain()
         },
