@@ -85,7 +85,7 @@ TEST_F(TidyInTheWindow, WhatIsTickedGoesToTheTrashAndTheRestStays) {
     EXPECT_TRUE(scene.says(QStringLiteral("4 found: 2 missing, 1 unknown, 1 intentional")));
     EXPECT_EQ(flow().emptyFolderRows().size(), 3);
     EXPECT_EQ(flow().brokenShortcutRows().size(), 4);
-    EXPECT_EQ(flow().tidyVersion(), scene.app().treeVersion());
+    EXPECT_EQ(flow().tidyVersion(), scene.app().scan()->treeVersion());
     keepPicture(scene, QStringLiteral("tidy-filled"));
     scene.setFontScale(2);
     keepPicture(scene, QStringLiteral("tidy-filled-large-font"));
