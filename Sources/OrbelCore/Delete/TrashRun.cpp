@@ -41,7 +41,8 @@ std::unique_ptr<TrashRun::Group> TrashRun::nextGroup(std::span<const DeletionIte
     if (waiting_.empty() || isCancelled())
         return nullptr;
     auto group = std::make_unique<Group>(*trasher_.journal);
-    for (; !waiting_.empty() && group->moves.size() < MoveRecord::mostMoves; waiting_.pop_front())
+    const auto most = MoveRecord::mostMoves();
+    for (; !waiting_.empty() && group->moves.size() < most; waiting_.pop_front())
         group->moves.push_back({.waiting = waiting_.front(), .item = items[waiting_.front().index]});
     group->linesBefore = std::exchange(movesBefore_, group->moves.size());
     return group;

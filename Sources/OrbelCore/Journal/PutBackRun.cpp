@@ -40,7 +40,7 @@ bool PutBack::Run::isCancelled() {
 std::unique_ptr<PutBack::Run::Group> PutBack::Run::nextGroup(std::span<const JournalEntry>& entries) {
     if (entries.empty() || isCancelled())
         return nullptr;
-    const auto count = std::min(entries.size(), MoveRecord::mostMoves);
+    const auto count = std::min(entries.size(), MoveRecord::mostMoves());
     auto group = std::make_unique<Group>(*putBack_.journal_);
     group->items.reserve(count);
     for (const auto& entry : entries.first(count))
