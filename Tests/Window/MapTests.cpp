@@ -143,7 +143,7 @@ TEST(WindowMap, ListAndMapShowTheSame) {
     EXPECT_EQ(scene.selected(), QStringLiteral(".cache"));
     EXPECT_EQ(scene.view->selectedTile(), scene.tile(".cache"));
     scene.clickTile("win11.qcow2");
-    EXPECT_EQ(list->property("currentRow").toInt(), 1) << "the row of what it lies in";
+    EXPECT_EQ(list->property("currentIndex").toInt(), 1) << "the row of what it lies in";
     EXPECT_TRUE(scene.says(QStringLiteral("3 items")));
 
     scene.click(QStringLiteral("map.kind.1"));

@@ -2,6 +2,7 @@
 
 #include "AppModel/AppsFlow.h"
 #include "AppModel/DuplicatesFlow.h"
+#include "AppModel/ItemActions.h"
 #include "AppModel/JournalFlow.h"
 #include "AppModel/LargeOldFlow.h"
 #include "AppModel/MoveFlow.h"
@@ -64,7 +65,11 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       largeOld_(std::make_unique<LargeOldFlow>(*this)),
       duplicates_(std::make_unique<DuplicatesFlow>(*this)),
       tidy_(std::make_unique<TidyFlow>(*this)),
-      apps_(std::make_unique<AppsFlow>(*this)) {
+      apps_(std::make_unique<AppsFlow>(*this)),
+      actions_(std::make_unique<ItemActions>(*environment_.desktop, policy_.canonicalizer(),
+                                             [this]() -> const FileTree& { return *tree_; })) {
+    connect(actions_.get(), &ItemActions::mapWanted, this, &AppModel::showOnMap);
+    connect(actions_.get(), &ItemActions::measureWanted, rescan_.get(), &RescanFlow::start);
     screen_ = options().openScreen.value_or(options().selectApp ? Screen::uninstall : screen_);
     alertTimer_.setInterval(LowDiskAlert::checkInterval);
     connect(&alertTimer_, &QTimer::timeout, this, &AppModel::checkFreeSpace);
@@ -229,10 +234,6 @@ void AppModel::showJournalInFileManager() {
     environment_.desktop->showInFileManager(journal_->path());
 }
 
-void AppModel::showPathInFileManager(const std::string& path) {
-    environment_.desktop->showInFileManager(path);
-}
-
 void AppModel::showAbout() {
     Q_EMIT aboutWanted();
 }
@@ -245,12 +246,6 @@ void AppModel::copyText(const QString& text) {
     environment_.desktop->copyText(text);
 }
 
-std::optional<std::string> AppModel::nodePath(quint32 node) const {
-    if (node >= tree_->count())
-        return std::nullopt;
-    return tree_->path(node, policy_.canonicalizer());
-}
-
 void AppModel::showOnMap(quint32 node) {
     if (node >= tree_->count())
         return;
@@ -261,21 +256,6 @@ void AppModel::showOnMap(quint32 node) {
 void AppModel::showKindOnMap(int kind) {
     setScreen(Screen::map);
     Q_EMIT mapKindWanted(kind);
-}
-
-void AppModel::openNode(quint32 node) {
-    if (const auto path = nodePath(node))
-        environment_.desktop->open(*path);
-}
-
-void AppModel::showNodeInFileManager(quint32 node) {
-    if (const auto path = nodePath(node))
-        environment_.desktop->showInFileManager(*path);
-}
-
-void AppModel::copyNodePath(quint32 node) {
-    if (const auto path = nodePath(node))
-        environment_.desktop->copyText(textOf(*path));
 }
 
 void AppModel::noteTiles(int tiles) {

@@ -33,6 +33,7 @@ namespace orbel {
 
 class AppsFlow;
 class DuplicatesFlow;
+class ItemActions;
 class JournalFlow;
 class LargeOldFlow;
 class MoveFlow;
@@ -53,6 +54,7 @@ class AppModel final : public QObject {
     QML_UNCREATABLE("There is one, made by the application.")
     Q_MOC_INCLUDE("AppModel/AppsFlow.h")
     Q_MOC_INCLUDE("AppModel/DuplicatesFlow.h")
+    Q_MOC_INCLUDE("AppModel/ItemActions.h")
     Q_MOC_INCLUDE("AppModel/JournalFlow.h")
     Q_MOC_INCLUDE("AppModel/LargeOldFlow.h")
     Q_MOC_INCLUDE("AppModel/MoveFlow.h")
@@ -129,6 +131,9 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::TidyFlow* tidy READ tidy CONSTANT)
     Q_PROPERTY(orbel::AppsFlow* apps READ apps CONSTANT)
 
+    /// What the menu of an item offers, in every list.
+    Q_PROPERTY(orbel::ItemActions* actions READ actions CONSTANT)
+
     // Settings; a change applies and is kept at once.
 
     Q_PROPERTY(orbel::Appearance* appearance READ appearance CONSTANT)
@@ -181,10 +186,6 @@ public:
     Q_INVOKABLE void showOnMap(quint32 node);
     /// Shows on the map, from its top, only what is of a kind.
     Q_INVOKABLE void showKindOnMap(int kind);
-    // What the menu of an item offers, for a node of the current tree.
-    Q_INVOKABLE void openNode(quint32 node);
-    Q_INVOKABLE void showNodeInFileManager(quint32 node);
-    Q_INVOKABLE void copyNodePath(quint32 node);
     /// How many tiles the map shows, for the diagnostics.
     Q_INVOKABLE void noteTiles(int tiles);
 
@@ -194,10 +195,8 @@ public:
 
     /// Settles what an earlier process could not write, and reads the journal again.
     void loadJournal();
-    void showPathInFileManager(const std::string& path);
     /// An edited copy of the tree `base`; dropped unless that is still the tree that is shown.
     void takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome edited);
-    void openPath(const std::string& path) { environment_.desktop->open(path); }
     /// Shows these words as the notice.
     void tell(const QString& words) { setNotice(words); }
 
@@ -216,6 +215,7 @@ public:
     DuplicatesFlow* duplicates() { return duplicates_.get(); }
     TidyFlow* tidy() { return tidy_.get(); }
     AppsFlow* apps() { return apps_.get(); }
+    ItemActions* actions() { return actions_.get(); }
     DiskReader diskReader() const { return DiskReader(environment_); }
     /// What measures a folder; any thread may call it.
     const auto& scanner() const { return environment_.scan; }
@@ -349,7 +349,6 @@ private:
     void addCounted(DiskLedger::Figures& figures, bool holdsTrash) const;
     void mark(std::string_view name);
     void setNotice(const QString& words);
-    std::optional<std::string> nodePath(quint32 node) const;
 
     // The alert (AppModelAlert.cpp).
     static LowDiskSettings loadLowDiskSettings(const QSettings& settings);
@@ -415,6 +414,7 @@ private:
     std::unique_ptr<DuplicatesFlow> duplicates_;
     std::unique_ptr<TidyFlow> tidy_;
     std::unique_ptr<AppsFlow> apps_;
+    std::unique_ptr<ItemActions> actions_;
 
     Inbox inbox_; ///< the last member: what it delivers finds all others alive
 };

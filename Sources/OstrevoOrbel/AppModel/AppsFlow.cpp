@@ -310,40 +310,6 @@ void AppsFlow::toggleTick(int leftoverRow) {
         ticks_.setTicked(*ticked, !ticks_.contains(ticked->item.id));
 }
 
-bool AppsFlow::isTicked(int leftoverRow) const {
-    const auto* const ticked = leftovers_.itemAt(leftoverRow);
-    return ticked != nullptr && ticks_.contains(ticked->item.id);
-}
-
-QString AppsFlow::shownPath(int leftoverRow) const {
-    return textOf(tildePath(leftovers_.pathAt(leftoverRow), app_.home()));
-}
-
-void AppsFlow::openLeftover(int row) {
-    if (const auto path = leftovers_.pathAt(row); !path.empty())
-        app_.desktop().open(path);
-}
-
-void AppsFlow::showLeftover(int row) {
-    if (const auto path = leftovers_.pathAt(row); !path.empty())
-        app_.desktop().showInFileManager(path);
-}
-
-void AppsFlow::copyLeftover(int row) {
-    if (const auto path = leftovers_.pathAt(row); !path.empty())
-        app_.copyText(textOf(path));
-}
-
-void AppsFlow::showApp(int row) {
-    if (const auto* const entry = list_.at(row))
-        app_.desktop().showInFileManager(entry->app.path);
-}
-
-void AppsFlow::copyApp(int row) {
-    if (const auto* const entry = list_.at(row))
-        app_.copyText(textOf(entry->app.path));
-}
-
 void AppsFlow::setFindText(const QString& text) {
     if (text == findText_)
         return;

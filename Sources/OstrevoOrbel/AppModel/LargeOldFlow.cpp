@@ -195,39 +195,6 @@ void LargeOldFlow::toggleTick(quint32 node) {
     ticks_.setTicked(std::move(item), !wasTicked);
 }
 
-bool LargeOldFlow::isTicked(quint32 node) const {
-    const auto row = list_->find(node);
-    return row && ticks_.contains(list_->rows()[*row].id());
-}
-
-const std::string* LargeOldFlow::pathOf(quint32 node) const {
-    const auto row = list_->find(node);
-    return row ? &list_->rows()[*row].item.path : nullptr;
-}
-
-void LargeOldFlow::open(quint32 node) {
-    if (const auto* const path = pathOf(node))
-        app_.openPath(*path);
-}
-
-void LargeOldFlow::showInFileManager(quint32 node) {
-    if (const auto* const path = pathOf(node))
-        app_.showPathInFileManager(*path);
-}
-
-void LargeOldFlow::copyPath(quint32 node) {
-    if (const auto* const path = pathOf(node))
-        app_.copyText(textOf(*path));
-}
-
-void LargeOldFlow::showOnMap(quint32 node) {
-    const auto* const path = pathOf(node);
-    if (path == nullptr)
-        return;
-    if (const auto shown = app_.tree()->index(*path, policy_->canonicalizer()))
-        app_.showOnMap(*shown);
-}
-
 std::size_t LargeOldFlow::count() const {
     return list_->rows().size() - arrangement_.gone.size();
 }

@@ -74,15 +74,9 @@ public:
 
     /// Sorts by a column; once more by the same one, the other way round.
     Q_INVOKABLE void sortBy(int column);
-    // Of a row, told by its node in the tree that the rows are of, which may be another one than is shown
-    // elsewhere by now. What is in no row changes nothing.
-
+    /// Of a row, told by its node in the tree that the rows are of, which may be another one than is shown
+    /// elsewhere by now. What is in no row changes nothing.
     Q_INVOKABLE void toggleTick(quint32 node);
-    Q_INVOKABLE bool isTicked(quint32 node) const;
-    Q_INVOKABLE void open(quint32 node);
-    Q_INVOKABLE void showInFileManager(quint32 node);
-    Q_INVOKABLE void copyPath(quint32 node);
-    Q_INVOKABLE void showOnMap(quint32 node);
 
     // State.
 
@@ -135,7 +129,6 @@ private:
     void arrange();
     void show(LargeOldOrder order);
     void dropMoved(const std::vector<DeletionItem>& items);
-    const std::string* pathOf(quint32 node) const;
     std::size_t count() const;
     QString countedFiles() const;
 

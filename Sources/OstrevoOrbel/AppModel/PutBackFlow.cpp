@@ -144,7 +144,7 @@ void PutBackFlow::closeMessage() {
 
 void PutBackFlow::showRestored() {
     if (restoredPath_)
-        app_.showPathInFileManager(*restoredPath_);
+        app_.desktop().showInFileManager(*restoredPath_);
 }
 
 } // namespace orbel

@@ -196,36 +196,6 @@ void TidyFlow::review(TidyListModel* list) {
     app_.moves()->ask(list->ticked());
 }
 
-void TidyFlow::open(TidyListModel* list, int row) {
-    if (list->isRow(row))
-        app_.openPath(list->row(row).item.item.path);
-}
-
-void TidyFlow::showInFileManager(TidyListModel* list, int row) {
-    if (list->isRow(row))
-        app_.showPathInFileManager(list->row(row).item.item.path);
-}
-
-void TidyFlow::copyPath(TidyListModel* list, int row) {
-    if (list->isRow(row))
-        app_.copyText(textOf(list->row(row).item.item.path));
-}
-
-void TidyFlow::showOnMap(TidyListModel* list, int row) {
-    if (!list->isRow(row))
-        return;
-    if (const auto node = app_.tree()->index(list->row(row).item.item.path, policy_->canonicalizer()))
-        app_.showOnMap(*node);
-}
-
-QString TidyFlow::statusOf(TidyListModel* list, int row) const {
-    if (!list->isRow(row))
-        return {};
-    const auto& shown = list->row(row);
-    const auto path = textOf(tildePath(shown.item.item.path, app_.home()));
-    return tr("%1  ·  %2").arg(path, list == &folders_ ? tr("empty folder") : shown.detail);
-}
-
 void TidyFlow::setFilter(const QString& text) {
     filter_ = text;
     folders_.setFilter(text);

@@ -1,6 +1,7 @@
 #include "Models/AppsModel.h"
 
 #include "Models/ByteFigure.h"
+#include "Models/ItemKey.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
@@ -131,16 +132,6 @@ int AppsModel::rowOf(const std::string& path) const {
     return row == rows_.end() ? -1 : static_cast<int>(row - rows_.begin());
 }
 
-int AppsModel::findFrom(const QString& text, int row) const {
-    const int count = rowCount();
-    for (int step = 1; step <= count; ++step) {
-        const int next = (std::max(row, -1) + step) % count;
-        if (textOf(at(next)->app.name).startsWith(text, Qt::CaseInsensitive))
-            return next;
-    }
-    return -1;
-}
-
 int AppsModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
@@ -150,6 +141,9 @@ QVariant AppsModel::data(const QModelIndex& index, int role) const {
         return {};
     const auto& entry = *at(index.row());
     switch (role) {
+    case keyRole:
+        return keyOf(entry.app.path);
+    case Qt::DisplayRole:
     case NameRole:
         return textOf(entry.app.name);
     case IdRole:
@@ -168,7 +162,7 @@ QVariant AppsModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> AppsModel::roleNames() const {
-    return {{NameRole, "name"},       {IdRole, "identity"},   {IconRole, "picture"},
+    return {{keyRole, "key"},         {NameRole, "name"},     {IdRole, "identity"}, {IconRole, "picture"},
             {InitialRole, "initial"}, {SourceRole, "source"}, {SizeRole, "size"}};
 }
 

@@ -1,6 +1,7 @@
 #include "Models/DuplicateGroupsModel.h"
 
 #include "Models/ByteFigure.h"
+#include "Models/ItemKey.h"
 #include "Models/MapWords.h"
 #include "Models/PathSet.h"
 #include "Models/Wording.h"
@@ -263,16 +264,6 @@ const DuplicateFile& DuplicateGroupsModel::fileAt(int row) const {
     return copy < 0 ? group.keptFile() : group.file(static_cast<std::size_t>(copy));
 }
 
-int DuplicateGroupsModel::find(const QString& text, int row) const {
-    const auto folded = foldedForSearch(text);
-    for (int step = 1; step <= rowCount(); ++step) {
-        const int tried = (std::max(row, -1) + step) % rowCount();
-        if (foldedForSearch(textOf(lastPathComponent(fileAt(tried).path))).starts_with(folded))
-            return tried;
-    }
-    return -1;
-}
-
 QString DuplicateGroupsModel::pathText(const DuplicateFile& file) const {
     return textOf(tildePath(file.path, home_));
 }
@@ -282,13 +273,16 @@ int DuplicateGroupsModel::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant DuplicateGroupsModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role <= Qt::UserRole)
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || (role != Qt::DisplayRole && role < keyRole))
         return {};
     const auto [number, copy] = rows_[at(index.row())];
     const auto& group = groups_[number];
     switch (role) {
     case HeadRole:
         return copy < 0;
+    case keyRole:
+        return keyOf(fileAt(index.row()).path);
+    case Qt::DisplayRole:
     case NameRole:
         return textOf(lastPathComponent(fileAt(index.row()).path));
     case PathRole:
@@ -362,10 +356,10 @@ QVariant DuplicateGroupsModel::copyData(const CopyGroup& group, std::size_t copy
 }
 
 QHash<int, QByteArray> DuplicateGroupsModel::roleNames() const {
-    return {{HeadRole, "head"},   {NameRole, "name"},        {KindRole, "kind"},  {CopiesRole, "copies"},
-            {FreesRole, "frees"}, {FoldedRole, "folded"},    {PathRole, "path"},  {ChangedRole, "changed"},
-            {SizeRole, "size"},   {TickedRole, "ticked"},    {KeptRole, "kept"},  {RefusalRole, "refusal"},
-            {NoteRole, "note"},   {LastRole, "lastOfGroup"}, {WordsRole, "words"}};
+    return {{keyRole, "key"},         {HeadRole, "head"},   {NameRole, "name"},        {KindRole, "kind"},
+            {CopiesRole, "copies"},   {FreesRole, "frees"}, {FoldedRole, "folded"},    {PathRole, "path"},
+            {ChangedRole, "changed"}, {SizeRole, "size"},   {TickedRole, "ticked"},    {KeptRole, "kept"},
+            {RefusalRole, "refusal"}, {NoteRole, "note"},   {LastRole, "lastOfGroup"}, {WordsRole, "words"}};
 }
 
 QString rangeText(std::uint64_t least, std::uint64_t most) {

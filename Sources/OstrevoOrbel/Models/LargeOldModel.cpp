@@ -1,6 +1,7 @@
 #include "Models/LargeOldModel.h"
 
 #include "Models/ByteFigure.h"
+#include "Models/ItemKey.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
@@ -79,20 +80,6 @@ int LargeOldModel::placeOf(const QString& id) const {
     return !row || order_.places[*row] == LargeOldOrder::nowhere ? -1 : static_cast<int>(order_.places[*row]);
 }
 
-QString LargeOldModel::idAt(int row) const {
-    return row < 0 || row >= rowCount() ? QString() : QString::fromStdString(rowAt(row).id());
-}
-
-int LargeOldModel::findName(const QString& start, int row) const {
-    const int count = rowCount();
-    for (int step = 1; step <= count; ++step) {
-        const int place = (row + step + count) % count;
-        if (textOf(rowAt(place).item.title).startsWith(start, Qt::CaseInsensitive))
-            return place;
-    }
-    return -1;
-}
-
 const LargeOldQuery::Row& LargeOldModel::rowAt(int place) const {
     return list_->rows()[order_.rows[static_cast<std::size_t>(place)]];
 }
@@ -108,6 +95,9 @@ QVariant LargeOldModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case NodeRole:
         return row.index;
+    case keyRole:
+        return keyOf(row.item.path);
+    case Qt::DisplayRole:
     case NameRole:
         return textOf(row.item.title);
     case FolderRole:
@@ -137,12 +127,21 @@ QVariant LargeOldModel::data(const QModelIndex& index, int role) const {
     }
 }
 
+QModelIndexList LargeOldModel::match(const QModelIndex& start, int role, const QVariant& value, int hits,
+                                     Qt::MatchFlags flags) const {
+    if (role != keyRole)
+        return QAbstractListModel::match(start, role, value, hits, flags);
+    const auto module = std::string(rawValue(DeletionModule::largeOld));
+    const int place = placeOf(QString::fromStdString(module + ":" + pathOfKey(value.toString())));
+    return place < 0 ? QModelIndexList() : QModelIndexList{index(place)};
+}
+
 QHash<int, QByteArray> LargeOldModel::roleNames() const {
-    return {{NodeRole, "node"}, {NameRole, "name"},         {FolderRole, "folder"},
-            {PathRole, "path"}, {KindRole, "kind"},         {KindNameRole, "kindName"},
-            {SizeRole, "size"}, {LastUsedRole, "lastUsed"}, {RecordRole, "record"},
-            {TickRole, "tick"}, {RefusalRole, "refusal"},   {OpenInRole, "openIn"},
-            {NoteRole, "note"}};
+    return {{keyRole, "key"},           {NodeRole, "node"}, {NameRole, "name"},
+            {FolderRole, "folder"},     {PathRole, "path"}, {KindRole, "kind"},
+            {KindNameRole, "kindName"}, {SizeRole, "size"}, {LastUsedRole, "lastUsed"},
+            {RecordRole, "record"},     {TickRole, "tick"}, {RefusalRole, "refusal"},
+            {OpenInRole, "openIn"},     {NoteRole, "note"}};
 }
 
 } // namespace orbel

@@ -1,6 +1,7 @@
 #include "Models/LeftoversModel.h"
 
 #include "Models/ByteFigure.h"
+#include "Models/ItemKey.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
@@ -77,25 +78,9 @@ const TickedItem* LeftoversModel::itemAt(int row) const {
     return each.words.isEmpty() && each.section != Section::shared ? &each.ticked : nullptr;
 }
 
-std::string LeftoversModel::pathAt(int row) const {
-    return row < 0 || row >= rowCount() ? std::string()
-                                        : rows_[static_cast<std::size_t>(row)].ticked.item.path;
-}
-
 std::size_t LeftoversModel::positionOf(const std::string& path) const {
     const auto row = std::ranges::find(rows_, path, [](const Row& each) { return each.ticked.item.path; });
     return static_cast<std::size_t>(row - rows_.begin());
-}
-
-int LeftoversModel::findFrom(const QString& text, int row) const {
-    const int count = rowCount();
-    for (int step = 1; step <= count; ++step) {
-        const int next = (std::max(row, -1) + step) % count;
-        const auto& path = rows_[static_cast<std::size_t>(next)].ticked.item.path;
-        if (textOf(lastPathComponent(path)).startsWith(text, Qt::CaseInsensitive))
-            return next;
-    }
-    return -1;
 }
 
 QString LeftoversModel::sectionName(Section section) {
@@ -152,6 +137,12 @@ QVariant LeftoversModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case SectionRole:
         return sectionName(row.section);
+    case keyRole:
+        return keyOf(item.path);
+    case Qt::DisplayRole:
+        return textOf(lastPathComponent(item.path));
+    case PathRole:
+        return textOf(tildePath(item.path, home_));
     case TitleRole:
         return titleOf(row);
     case DetailRole:
@@ -176,9 +167,9 @@ QVariant LeftoversModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> LeftoversModel::roleNames() const {
-    return {{SectionRole, "section"}, {TitleRole, "title"}, {DetailRole, "detail"},
-            {KindRole, "kind"},       {SizeRole, "size"},   {TickRole, "tick"},
-            {RefusalRole, "refusal"}, {NoteRole, "note"},   {ListedRole, "listed"}};
+    return {{keyRole, "key"},         {PathRole, "path"}, {SectionRole, "section"}, {TitleRole, "title"},
+            {DetailRole, "detail"},   {KindRole, "kind"}, {SizeRole, "size"},       {TickRole, "tick"},
+            {RefusalRole, "refusal"}, {NoteRole, "note"}, {ListedRole, "listed"}};
 }
 
 } // namespace orbel

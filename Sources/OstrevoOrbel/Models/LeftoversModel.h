@@ -20,6 +20,7 @@ class LeftoversModel : public QAbstractListModel {
 public:
     enum Role {
         SectionRole = Qt::UserRole, ///< "app", "leftovers", "shared"
+        PathRole,                   ///< for people; empty for words in place of an item
         TitleRole,                  ///< the application's name, else the path
         DetailRole,                 ///< the path of the application, else why it belongs to it
         KindRole,
@@ -41,10 +42,7 @@ public:
 
     /// Null for a row that stands for nothing that could be ticked.
     const TickedItem* itemAt(int row) const;
-    /// Of an item, or of what an administrator would have to remove; empty for words.
-    std::string pathAt(int row) const;
     std::size_t positionOf(const std::string& path) const;
-    Q_INVOKABLE int findFrom(const QString& text, int row) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

@@ -71,6 +71,7 @@ QVariant MapListModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case NodeRole:
         return node;
+    case Qt::DisplayRole:
     case NameRole:
         return textOf(tree_->nameBytes(node)) + (tree_->isFolder(node) ? QStringLiteral("/") : QString());
     case KindRole:

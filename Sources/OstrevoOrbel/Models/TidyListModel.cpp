@@ -1,5 +1,6 @@
 #include "Models/TidyListModel.h"
 
+#include "Models/ItemKey.h"
 #include "Models/PathSet.h"
 #include "Models/Wording.h"
 
@@ -111,26 +112,20 @@ int TidyListModel::hiddenTicked() const {
     return tickedCount() - static_cast<int>(seen);
 }
 
-int TidyListModel::find(const QString& text, int row) const {
-    for (int step = 1; step <= rowCount(); ++step) {
-        const int tried = (std::max(row, -1) + step) % rowCount();
-        const auto name = textOf(lastPathComponent(this->row(tried).item.item.path));
-        if (name.startsWith(text, Qt::CaseInsensitive))
-            return tried;
-    }
-    return -1;
-}
-
 int TidyListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(shown_.size());
 }
 
 QVariant TidyListModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role <= Qt::UserRole)
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const auto& shown = row(index.row());
     const auto path = textOf(tildePath(shown.item.item.path, home_));
     switch (role) {
+    case keyRole:
+        return keyOf(shown.item.item.path);
+    case Qt::DisplayRole:
+        return textOf(lastPathComponent(shown.item.item.path));
     case PathRole:
         return path;
     case DetailRole:
@@ -154,8 +149,8 @@ QVariant TidyListModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> TidyListModel::roleNames() const {
-    return {{PathRole, "path"},     {DetailRole, "detail"},   {BadgeRole, "badge"}, {WarnRole, "warn"},
-            {TickedRole, "ticked"}, {RefusalRole, "refusal"}, {WordsRole, "words"}};
+    return {{keyRole, "key"},   {PathRole, "path"},     {DetailRole, "detail"},   {BadgeRole, "badge"},
+            {WarnRole, "warn"}, {TickedRole, "ticked"}, {RefusalRole, "refusal"}, {WordsRole, "words"}};
 }
 
 } // namespace orbel

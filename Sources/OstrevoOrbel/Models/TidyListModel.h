@@ -66,8 +66,6 @@ public:
     int tickedInside() const;
     /// Ticked rows that the filter hides.
     int hiddenTicked() const;
-    /// The first row after `row`, going round, whose name begins with `text`; -1 when there is none.
-    Q_INVOKABLE int find(const QString& text, int row) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

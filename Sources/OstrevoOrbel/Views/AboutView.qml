@@ -82,10 +82,7 @@ ScreenFrame {
                     Column {
                         width: parent.width - mark.width - parent.spacing
 
-                        ThemedText {
-                            Accessible.name: text
-                            Accessible.role: Accessible.Heading
-                            bold: true
+                        Heading {
                             role: ThemedText.Title
                             text: qsTr("Ostrevo Vanto %1").arg(view.app.version)
                             width: parent.width
@@ -99,10 +96,9 @@ ScreenFrame {
                         }
                     }
                 }
-                Rectangle {
-                    color: Theme.lineSoft
-                    height: 1
-                    width: parent.width
+                Hairline {
+                    edge: Qt.TopEdge
+                    soft: true
                 }
                 Promise {
                     iconPath: Theme.icons.large
@@ -205,9 +201,8 @@ ScreenFrame {
                 }
             }
         }
-        ThemedText {
+        SmallText {
             color: Theme.text3
-            role: ThemedText.Small
             text: qsTr("Built with Qt under the LGPL 3. The typeface is Noto Sans under the SIL Open Font License 1.1.")
             width: parent.width
             wrapMode: Text.Wrap

@@ -7,10 +7,7 @@ Column {
 
     required property DuplicatesFlow flow
 
-    ThemedText {
-        Accessible.name: text
-        Accessible.role: Accessible.Heading
-        bold: true
+    Heading {
         role: ThemedText.Title
         text: qsTr("Comparing files of equal size")
         width: parent.width

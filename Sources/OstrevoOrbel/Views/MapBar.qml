@@ -165,11 +165,9 @@ FocusScope {
                                 text: crumb.name
                                 width: Math.min(implicitWidth, Theme.px(280))
                             }
-                            ThemedText {
+                            SmallText {
                                 anchors.verticalCenter: parent.verticalCenter
-                                color: Theme.text2
                                 opacity: crumb.seen
-                                role: ThemedText.Small
                                 text: crumb.size
                                 visible: crumb.last || crumb.index === 0
                             }
@@ -179,7 +177,7 @@ FocusScope {
             }
         }
     }
-    ThemedText {
+    SmallText {
         id: share
 
         Accessible.name: text
@@ -187,16 +185,9 @@ FocusScope {
         anchors.right: parent.right
         anchors.rightMargin: bar.padding
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.text2
         objectName: "map.share"
-        role: ThemedText.Small
         text: bar.map.share
         width: Math.min(implicitWidth, bar.width * 0.4)
     }
-    Rectangle {
-        anchors.bottom: parent.bottom
-        color: Theme.line
-        height: 1
-        width: parent.width
-    }
+    Hairline {}
 }

@@ -7,7 +7,7 @@ ScreenFrame {
     id: screen
 
     required property AppModel app
-    readonly property bool hasMap: !app.scanning && app.measuredAny && !app.rootUnreadable
+    readonly property alias hasMap: nothingToShow.measured
     readonly property bool wide: Window.width >= Theme.px(1920)
     /// Whether the list lies over the map, where there is no room beside it.
     property bool listOpen: false
@@ -27,11 +27,12 @@ ScreenFrame {
     }
     function openMenu(node: int, item: Item, x: real, y: real): void {
         const facts = map.facts(node);
-        menu.item = node;
+        menu.node = node;
+        menu.key = facts.key;
         menu.itemName = facts.name;
         menu.itemFacts = [facts.kindName, facts.size].join(" · ");
         menu.zoomable = facts.zoomable;
-        menu.rescannable = facts.isFolder;
+        menu.isFolder = facts.isFolder;
         menu.ticked = map.isTicked(node);
         menu.popup(item, x, y);
     }
@@ -155,7 +156,7 @@ ScreenFrame {
             ticked: map.tickedNodes
             unit: Theme.fontScale
 
-            onCopyWanted: node => screen.app.copyNodePath(node)
+            onCopyWanted: node => screen.app.actions.copyPath(map.facts(node).key)
             onTickWanted: node => map.toggleTick(node)
             onMenuWanted: (node, position) => screen.openMenu(node, treemap, position.x, position.y)
             onUpWanted: screen.goUp()
@@ -222,7 +223,7 @@ ScreenFrame {
         width: screen.narrow ? Theme.px(300) : screen.middling ? Theme.px(260) : screen.wide ? Theme.px(400)
             : Theme.px(344)
 
-        onCopyWanted: node => screen.app.copyNodePath(node)
+        onCopyWanted: key => screen.app.actions.copyPath(key)
         onTickWanted: node => map.toggleTick(node)
         onMenuWanted: (node, item, x, y) => screen.openMenu(node, item, x, y)
         onUpWanted: screen.goUp()
@@ -231,46 +232,30 @@ ScreenFrame {
                 screen.zoomTo(node, treemap.boxOf(node));
         }
     }
-    EmptyState {
+    ListState {
         id: nothingToShow
 
-        action: screen.app.scanning ? qsTr("Stop")
-            : screen.app.rootUnreadable ? qsTr("Choose Folder…") : qsTr("Measure This Disk")
         anchors.fill: parent
-        failed: screen.app.rootUnreadable
-        iconPath: screen.app.rootUnreadable ? Theme.icons.warn : Theme.icons.map
+        app: screen.app
+        iconPath: Theme.icons.map
         objectName: "map.empty"
-        primary: !screen.app.scanning
-        sentence: screen.app.scanning ? qsTr("The map appears when everything has been measured.")
-            : screen.app.rootUnreadable ? qsTr("Nothing in it can be shown.")
-            : qsTr("Measure the disk to see where its space went.")
-        statement: screen.app.scanning ? screen.app.scopeText
-            : screen.app.rootUnreadable ? qsTr("%1 could not be read").arg(screen.app.scanRoot)
-            : qsTr("Not measured yet")
+        unmeasured: qsTr("Measure the disk to see where its space went.")
         visible: !screen.hasMap
-
-        onTriggered: {
-            if (screen.app.scanning)
-                screen.app.stopScan();
-            else if (screen.app.rootUnreadable)
-                screen.app.chooseFolderAndScan();
-            else
-                screen.app.scanDisk();
-        }
+        waiting: qsTr("The map appears when everything has been measured.")
     }
     ItemMenu {
         id: menu
 
-        objectName: "map.menu"
-        // What a menu opens on is selected, and being asked about.
-        refusal: map.selection.valid && map.selection.node === item ? map.refusal : ""
+        property int node: -1
 
-        onCopyWanted: node => screen.app.copyNodePath(node)
-        onOpenWanted: node => screen.app.openNode(node)
-        onRescanWanted: node => screen.app.rescan.start(node)
-        onShowWanted: node => screen.app.showNodeInFileManager(node)
-        onTickWanted: node => map.toggleTick(node)
-        onZoomWanted: node => screen.zoomTo(node, treemap.boxOf(node))
+        actions: screen.app.actions
+        objectName: "map.menu"
+        zooms: true
+        // What a menu opens on is selected, and being asked about.
+        refusal: map.selection.valid && map.selection.key === key ? map.refusal : ""
+
+        onTickWanted: map.toggleTick(node)
+        onZoomWanted: screen.zoomTo(node, treemap.boxOf(node))
     }
 
     Connections {
@@ -280,12 +265,6 @@ ScreenFrame {
         function onTreeChanged(): void {
             menu.close();
         }
-    }
-    Shortcut {
-        enabled: screen.visible && map.ticks.count > 0
-        sequence: "Del"
-
-        onActivated: screen.app.moves.review(map.ticks)
     }
     Shortcut {
         enabled: screen.visible && screen.hasMap

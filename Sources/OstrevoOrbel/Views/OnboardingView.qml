@@ -66,24 +66,19 @@ FocusScope {
         Mark {
             size: Theme.px(42)
         }
-        Item {
+        Gap {
             height: 28
-            width: 1
         }
-        ThemedText {
+        Heading {
             id: headline
 
-            Accessible.name: text
-            Accessible.role: Accessible.Heading
-            bold: true
             role: ThemedText.Figure
             text: qsTr("Ostrevo Vanto needs Full Disk Access to measure your whole disk.")
             width: parent.width
             wrapMode: Text.Wrap
         }
-        Item {
+        Gap {
             height: 12
-            width: 1
         }
         ThemedText {
             color: Theme.text2
@@ -94,9 +89,8 @@ FocusScope {
             width: parent.width
             wrapMode: Text.Wrap
         }
-        Item {
+        Gap {
             height: 24
-            width: 1
         }
         Flow {
             spacing: 16
@@ -148,9 +142,8 @@ FocusScope {
                 }
             }
         }
-        Item {
+        Gap {
             height: 40
-            width: 1
         }
         Card {
             height: advice.height + 2
@@ -165,10 +158,9 @@ FocusScope {
                     iconPath: Theme.icons.plus
                     text: qsTr("If Ostrevo Vanto is not in the list, click + and choose it from Applications, or drag it into the list.")
                 }
-                Rectangle {
-                    color: Theme.lineSoft
-                    height: 1
-                    width: parent.width
+                Hairline {
+                    edge: Qt.TopEdge
+                    soft: true
                 }
                 Advice {
                     iconPath: Theme.icons.rescan
@@ -177,14 +169,13 @@ FocusScope {
             }
         }
     }
-    ThemedText {
+    SmallText {
         id: motto
 
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 24
         color: Theme.text3
         horizontalAlignment: Text.AlignHCenter
-        role: ThemedText.Small
         text: view.app.motto
         width: parent.width
     }

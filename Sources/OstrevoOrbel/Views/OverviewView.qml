@@ -107,15 +107,9 @@ ScreenFrame {
     Component {
         id: unreadable
 
-        EmptyState {
-            action: qsTr("Choose Folder…")
-            failed: true
-            iconPath: Theme.icons.warn
+        ListState {
+            app: view.app
             objectName: "overview.unreadable"
-            sentence: qsTr("It may be gone, or belong to somebody else. Nothing was changed.")
-            statement: qsTr("%1 could not be read").arg(view.app.scanRoot)
-
-            onTriggered: view.app.chooseFolderAndScan()
         }
     }
 }

@@ -55,11 +55,42 @@ ScreenFrame {
             Repeater {
                 model: rows.entries
 
-                ReportRow {
-                    required property int index
+                ItemRow {
+                    id: row
 
+                    readonly property bool skipped: model.stage === "skipped"
+                    readonly property string outcome: skipped ? note : model.stage === "moved" ? qsTr("In the Trash")
+                        : model.stage === "putBack" ? qsTr("Put back") : qsTr("Not put back")
+
+                    Accessible.description: skipped ? RefusalAdvice.on(note) : note
+                    detail: model.path
                     last: index === rows.entries.count - 1
-                    width: parent.width
+                    lineHeight: Math.max(Theme.rowHeight, namesHeight + 12)
+                    words: [name, detail, outcome, size].filter(word => word !== "").join(", ")
+
+                    below: SmallText {
+                        color: row.skipped ? Theme.text2 : Theme.warn
+                        text: row.skipped ? RefusalAdvice.on(row.note) : row.note
+                        visible: text !== ""
+                        width: parent.width
+                        wrapMode: Text.Wrap
+                    }
+                    cells: [
+                        Badge {
+                            anchors.verticalCenter: parent.verticalCenter
+                            iconPath: row.model.stage === "moved" ? Theme.icons.trash
+                                : row.model.stage === "putBack" ? Theme.icons.putBack : Theme.icons.warn
+                            text: row.outcome
+                            tone: row.model.stage === "moved" ? Badge.Accent
+                                : row.model.stage === "putBack" ? Badge.Ok : Badge.Warn
+                            width: Math.min(implicitWidth, row.width * 0.6)
+                        },
+                        ItemCell {
+                            columnWidth: Theme.px(92)
+                            text: row.size
+                            visible: !row.skipped
+                        }
+                    ]
                 }
             }
         }
@@ -118,10 +149,7 @@ ScreenFrame {
                     anchors.rightMargin: 20
                     y: 24
 
-                    ThemedText {
-                        Accessible.name: text
-                        Accessible.role: Accessible.Heading
-                        bold: true
+                    Heading {
                         objectName: "report.headline"
                         role: ThemedText.Title
                         text: screen.report.headline

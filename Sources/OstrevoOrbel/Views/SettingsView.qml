@@ -110,12 +110,11 @@ ScreenFrame {
                     height: sample.height + 28
                     width: parent.width
 
-                    ThemedText {
+                    SmallText {
                         id: sampleLabel
 
                         anchors.verticalCenter: parent.verticalCenter
                         color: Theme.text3
-                        role: ThemedText.Small
                         text: qsTr("What you will see")
                         width: Math.min(Theme.px(120), parent.width * 0.3)
                         wrapMode: Text.Wrap
@@ -212,9 +211,8 @@ ScreenFrame {
             }
         }
         Gap {}
-        ThemedText {
+        SmallText {
             color: Theme.text3
-            role: ThemedText.Small
             text: qsTr("Ostrevo Vanto %1 · %2").arg(view.app.version).arg(view.app.motto)
             width: parent.width
             wrapMode: Text.Wrap

@@ -135,9 +135,7 @@ Rectangle {
                 role: ThemedText.Small
                 text: sidebar.app.disk.free.text
             }
-            ThemedText {
-                color: Theme.text2
-                role: ThemedText.Small
+            SmallText {
                 text: qsTr("free of %1").arg(sidebar.app.disk.total.text)
                 width: Math.min(implicitWidth, parent.width - free.width - parent.spacing)
             }
@@ -177,23 +175,19 @@ Rectangle {
                 }
             }
             contentItem: Item {
-                ThemedText {
+                SmallText {
                     anchors.left: parent.left
                     anchors.right: trashSize.left
                     anchors.rightMargin: 6
                     anchors.verticalCenter: parent.verticalCenter
-                    color: Theme.text2
-                    role: ThemedText.Small
                     text: qsTr("In the Trash")
                 }
-                ThemedText {
+                SmallText {
                     id: trashSize
 
                     anchors.right: parent.right
                     anchors.verticalCenter: parent.verticalCenter
-                    color: Theme.text2
                     elide: Text.ElideNone
-                    role: ThemedText.Small
                     text: sidebar.app.trashSize
                 }
             }
@@ -220,9 +214,8 @@ Rectangle {
             width: parent.width - 16
             x: 8
         }
-        Item {
+        Gap {
             height: 8
-            width: 1
         }
         NavItem {
             id: settings

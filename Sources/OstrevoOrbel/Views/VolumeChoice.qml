@@ -37,15 +37,13 @@ T.AbstractButton {
         }
     }
     contentItem: Item {
-        ThemedText {
+        SmallText {
             id: words
 
             anchors.right: chevron.left
             anchors.rightMargin: 6
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.text2
             elide: Text.ElideMiddle
-            role: ThemedText.Small
             text: choice.text
             width: Math.min(implicitWidth, parent.width - chevron.width - 6)
         }

@@ -42,20 +42,16 @@ T.Menu {
                 text: menu.itemName
                 width: parent.width - 30
             }
-            ThemedText {
-                color: Theme.text2
-                role: ThemedText.Small
+            SmallText {
                 text: menu.itemFacts
                 visible: text !== ""
                 width: parent.width - 30
             }
-            Item {
+            Gap {
                 height: 11
-                width: 1
             }
-            Rectangle {
-                color: Theme.line
-                height: 1
+            Hairline {
+                edge: Qt.TopEdge
                 width: parent.width - 30
             }
         }

@@ -14,6 +14,7 @@ T.MenuItem {
     Accessible.description: refusal
     ButtonKeys.enterClicks: true
     enabled: refusal === ""
+    height: visible ? implicitHeight : 0
     implicitHeight: Theme.menuItemHeight
     implicitWidth: Theme.menuWidth - 10
     leftPadding: 10
@@ -44,13 +45,12 @@ T.MenuItem {
             color: entry.enabled ? Theme.ink : Theme.text3
             text: entry.text
         }
-        ThemedText {
+        SmallText {
             id: shortcut
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.text3
-            role: ThemedText.Small
             text: entry.keys
         }
     }

@@ -57,14 +57,13 @@ T.AbstractButton {
             text: nav.text
             visible: !nav.rail
         }
-        ThemedText {
+        SmallText {
             id: countText
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             bold: nav.current
             color: Theme.text3
-            role: ThemedText.Small
             text: nav.count
             visible: !nav.rail
         }

@@ -46,21 +46,17 @@ FocusScope {
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
 
-            ThemedText {
-                Accessible.name: text
-                Accessible.role: Accessible.Heading
-                bold: true
+            Heading {
                 lineHeight: Theme.px(26)
                 role: ThemedText.Title
                 text: frame.title
                 width: parent.width
             }
-            ThemedText {
+            SmallText {
                 Accessible.name: text
                 Accessible.role: Accessible.StaticText
                 color: Theme.text3
                 elide: Text.ElideMiddle
-                role: ThemedText.Small
                 text: frame.scope
                 width: parent.width
             }
@@ -73,12 +69,7 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 8
         }
-        Rectangle {
-            anchors.bottom: parent.bottom
-            color: Theme.line
-            height: 1
-            width: parent.width
-        }
+        Hairline {}
     }
     Item {
         id: barSlot

@@ -33,10 +33,14 @@ Rectangle {
         }
     }
 
-    Rectangle {
-        color: Theme.line
-        height: 1
-        width: parent.width
+    Hairline {
+        edge: Qt.TopEdge
+    }
+    Shortcut {
+        enabled: bar.visible && bar.count > 0
+        sequence: "Del"
+
+        onActivated: bar.reviewed()
     }
     RowLayout {
         anchors.fill: parent
@@ -69,11 +73,10 @@ Rectangle {
                 text: " · " + bar.sum
             }
         }
-        ThemedText {
+        SmallText {
             Layout.fillWidth: true
             Layout.leftMargin: 8
             color: Theme.text3
-            role: ThemedText.Small
             text: bar.remark
         }
         PushButton {
