@@ -52,6 +52,8 @@ TEST(ItemActionsOn, WhatTheTreeHasIsFoundInItByPathAndNothingElse) {
 
     shown = builder.build();
     EXPECT_TRUE(actions.isMeasured(film));
+    EXPECT_EQ(actions.keyOf(shown.index("/data/films/a\xff.mkv", PathCanonicalizer::shared()).value()), film);
+    EXPECT_EQ(actions.keyOf(static_cast<quint32>(shown.count())), QString());
     EXPECT_FALSE(actions.isMeasured(keyOf("/data/films/b.mkv")));
     EXPECT_FALSE(actions.isMeasured(keyOf("/elsewhere")));
     actions.showOnMap(film);

@@ -10,6 +10,11 @@ namespace orbel {
 ItemActions::ItemActions(Desktop& desktop, const PathCanonicalizer& canonicalizer, ShownTree tree)
     : desktop_(desktop), canonicalizer_(canonicalizer), tree_(std::move(tree)) {}
 
+QString ItemActions::keyOf(quint32 node) const {
+    const auto& tree = tree_();
+    return node < tree.count() ? orbel::keyOf(tree.path(node, canonicalizer_)) : QString();
+}
+
 void ItemActions::open(const QString& key) const {
     if (const auto path = pathOfKey(key); !path.empty())
         desktop_.open(path);

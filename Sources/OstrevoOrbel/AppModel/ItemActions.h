@@ -25,6 +25,8 @@ public:
     /// is none.
     ItemActions(Desktop& desktop, const PathCanonicalizer& canonicalizer, ShownTree tree);
 
+    /// Of a node of that tree; empty when there is no such node.
+    Q_INVOKABLE QString keyOf(quint32 node) const;
     Q_INVOKABLE void open(const QString& key) const;
     Q_INVOKABLE void showInFileManager(const QString& key) const;
     Q_INVOKABLE void copyPath(const QString& key) const;

@@ -77,7 +77,6 @@ void LargeOldFlow::followTree() {
     }
     stop();
     list_ = std::make_shared<LargeOldList>();
-    Q_EMIT replaced();
     arrangement_.gone.clear();
     bytes_ = 0;
     version_ = -1;
@@ -115,7 +114,6 @@ void LargeOldFlow::refresh() {
 void LargeOldFlow::take(Found found, int version) {
     token_.reset();
     list_ = std::move(found.list);
-    Q_EMIT replaced();
     arrangement_.gone.clear();
     version_ = version;
     isKnown_ = true;

@@ -112,8 +112,6 @@ public:
 
 Q_SIGNALS:
     void changed();
-    /// The rows are of another look, and perhaps of another tree: a node kept from before is nobody's.
-    void replaced();
 
 private:
     struct Found {

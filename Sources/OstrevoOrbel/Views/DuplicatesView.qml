@@ -6,7 +6,6 @@ import OstrevoOrbel
 ScreenFrame {
     id: screen
 
-    required property AppModel app
     readonly property DuplicatesFlow flow: app.duplicates
     readonly property bool hasList: flow.searched && !flow.running && table.count > 0
 

@@ -45,13 +45,10 @@ ItemRow {
     showsKind: !head
     words: [name, size, detail, stages[stage]?.words ?? ""].filter(words => words !== "").join(", ")
 
-    icon: PathIcon {
+    icon: Icon {
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.text2
-        height: Theme.icon
         path: row.folded ? Theme.icons.right : Theme.icons.down
         visible: row.head
-        width: height
         x: -2
     }
     below: SmallText {

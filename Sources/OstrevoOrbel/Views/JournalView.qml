@@ -7,12 +7,11 @@ import OstrevoOrbel
 ScreenFrame {
     id: view
 
-    required property AppModel app
     readonly property JournalFlow journal: app.journalFlow
     readonly property bool filled: journal.state === "filled"
     readonly property bool windowActive: Window.active
 
-    /// Another program may have written to the journal, or emptied the Trash, while nobody looked.
+    /// Another program may have written to the journal, or emptied the Trash, while the screen was not shown.
     function lookAgain(): void {
         if (visible)
             journal.refresh();

@@ -5,7 +5,6 @@ import OstrevoOrbel
 ScreenFrame {
     id: view
 
-    required property AppModel app
     readonly property LargeOldFlow large: app.largeOld
     readonly property alias measured: state.measured
     readonly property bool listed: measured && table.count > 0

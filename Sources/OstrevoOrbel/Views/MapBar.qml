@@ -118,14 +118,13 @@ FocusScope {
                     readonly property real fullWidth: width
                     readonly property int seen: index < way.hiddenParts ? 0 : 1
 
-                    PathIcon {
+                    Icon {
                         anchors.verticalCenter: parent.verticalCenter
                         color: Theme.text3
-                        height: Theme.px(12)
+                        size: Theme.px(12)
                         opacity: crumb.seen
                         path: Theme.icons.right
                         visible: crumb.index > 0
-                        width: height
                     }
                     T.AbstractButton {
                         id: button

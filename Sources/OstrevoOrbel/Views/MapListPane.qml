@@ -80,14 +80,13 @@ FocusScope {
             }
             cells: [
                 // Its words have room in the inspector.
-                PathIcon {
+                Icon {
                     id: warning
 
                     color: Theme.warn
-                    height: Theme.px(14)
+                    size: Theme.px(14)
                     path: Theme.icons.warn
                     visible: row.note !== ""
-                    width: height
                     y: Theme.px(9)
 
                     HoverHandler {

@@ -6,7 +6,6 @@ import OstrevoOrbel
 ScreenFrame {
     id: screen
 
-    required property AppModel app
     readonly property alias hasMap: nothingToShow.measured
     readonly property bool wide: Window.width >= Theme.px(1920)
     /// Whether the list lies over the map, where there is no room beside it.

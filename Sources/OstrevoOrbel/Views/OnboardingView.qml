@@ -21,12 +21,9 @@ FocusScope {
         implicitHeight: words.implicitHeight + 32
         width: parent.width
 
-        PathIcon {
+        Icon {
             id: icon
 
-            color: Theme.text2
-            height: Theme.icon
-            width: height
             x: 20
             y: 17
         }
@@ -80,14 +77,11 @@ FocusScope {
         Gap {
             height: 12
         }
-        ThemedText {
-            color: Theme.text2
+        Paragraph {
             role: ThemedText.Lead
             text: Qt.platform.os === "osx"
                 ? qsTr("Vanto reads your disk on this Mac and never uploads anything. Deletions go to the Trash.")
                 : qsTr("Vanto reads your disk on this computer and never uploads anything. Deletions go to the Trash.")
-            width: parent.width
-            wrapMode: Text.Wrap
         }
         Gap {
             height: 24
@@ -146,12 +140,9 @@ FocusScope {
             height: 40
         }
         Card {
-            height: advice.height + 2
             width: parent.width
 
             Column {
-                id: advice
-
                 width: parent.width
 
                 Advice {

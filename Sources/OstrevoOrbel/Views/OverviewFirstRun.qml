@@ -75,13 +75,10 @@ FocusScope {
         Gap {
             height: 6
         }
-        ThemedText {
-            color: Theme.text2
+        Paragraph {
             horizontalAlignment: Text.AlignHCenter
             role: ThemedText.Lead
             text: qsTr("Measuring reads names and sizes; it changes nothing.")
-            width: parent.width
-            wrapMode: Text.Wrap
         }
         Gap {
             height: 24
@@ -116,12 +113,11 @@ FocusScope {
         Gap {
             height: 32
         }
-        SmallText {
+        Paragraph {
             color: Theme.text3
             horizontalAlignment: Text.AlignHCenter
             text: first.app.motto
-            width: parent.width
-            wrapMode: Text.Wrap
+            role: ThemedText.Small
         }
     }
 }

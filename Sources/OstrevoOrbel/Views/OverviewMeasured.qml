@@ -74,15 +74,14 @@ FocusScope {
             }
         }
         contentItem: Item {
-            PathIcon {
+            Icon {
                 id: icon
 
                 anchors.verticalCenter: parent.verticalCenter
                 color: Theme.accent
-                height: Theme.px(20)
+                size: Theme.px(20)
                 path: way.modelData.icon
                 stroke: 1.3
-                width: height
                 x: Theme.cardPadding
             }
             Column {
@@ -112,16 +111,13 @@ FocusScope {
                 role: ThemedText.Lead
                 text: way.count !== "" ? way.count : "—"
             }
-            PathIcon {
+            Icon {
                 id: chevron
 
                 anchors.right: parent.right
                 anchors.rightMargin: Theme.cardPadding
                 anchors.verticalCenter: parent.verticalCenter
-                color: Theme.text2
-                height: Theme.icon
                 path: Theme.icons.right
-                width: height
             }
         }
     }
@@ -249,15 +245,14 @@ FocusScope {
                             width: parent.width
                         }
                     }
-                    SmallText {
+                    Paragraph {
                         id: explanation
 
                         color: Theme.text3
                         text: qsTr("Space on disk; a hard-linked file counts once.")
                         topPadding: 6
                         visible: cards.explains
-                        width: parent.width
-                        wrapMode: Text.Wrap
+                        role: ThemedText.Small
                     }
                 }
             }
@@ -278,6 +273,7 @@ FocusScope {
                     // Whole rows only.
                     height: Theme.compactRowHeight * Math.min(count,
                         Math.floor((folderCard.height - cards.headHeight - 10) / Theme.compactRowHeight))
+                    menu: menu
                     model: measured.app.largestFolders
                     objectName: "overview.folders"
                     scrolls: false
@@ -288,9 +284,10 @@ FocusScope {
 
                     delegate: BarRow {
                         barWidth: cards.barWidth
+                        key: measured.app.actions.keyOf(model.node)
                     }
 
-                    onActivated: row => measured.app.showOnMap(itemAt(row).model.node)
+                    onActivated: row => measured.app.actions.showOnMap(itemAt(row).key)
                 }
                 ListState {
                     anchors.fill: parent
@@ -318,6 +315,7 @@ FocusScope {
                     // Whole rows only.
                     height: Theme.compactRowHeight * Math.min(count,
                         Math.floor((growthCard.height - cards.headHeight - 10) / Theme.compactRowHeight))
+                    menu: menu
                     model: measured.app.growth
                     objectName: "overview.growth"
                     scrolls: false
@@ -326,9 +324,11 @@ FocusScope {
                     width: parent.width
                     y: 6
 
-                    delegate: GrowthRow {}
+                    delegate: GrowthRow {
+                        key: measured.app.actions.keyOf(model.node)
+                    }
 
-                    onActivated: row => measured.app.showOnMap(itemAt(row).model.node)
+                    onActivated: row => measured.app.actions.showOnMap(itemAt(row).key)
                 }
                 ListState {
                     id: noGrowth
@@ -374,6 +374,13 @@ FocusScope {
         }
     }
 
+    ItemMenu {
+        id: menu
+
+        actions: measured.app.actions
+        objectName: "overview.menu"
+        tickable: false
+    }
     UnreadableSheet {
         id: sheet
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import OstrevoOrbel
 
-/// While measuring: the figures so far, and the top level as it grows. No percentage, because nobody knows it.
+/// While measuring: the figures so far, and the top level as it grows. No percentage, because it is not known.
 Flickable {
     id: scanning
 
@@ -174,14 +174,13 @@ Flickable {
                 soft: true
                 visible: remark.visible
             }
-            SmallText {
+            Paragraph {
                 id: remark
 
                 color: Theme.text3
                 text: qsTr("Not all of the used space can be measured from this folder, so no percentage is shown.")
                 visible: !scanning.app.wholeDisk
-                width: parent.width
-                wrapMode: Text.Wrap
+                role: ThemedText.Small
             }
         }
     }
@@ -225,11 +224,9 @@ Flickable {
         x: card.x + 4
         y: topLevel.y + topLevel.height + 12
 
-        PathIcon {
+        Icon {
             color: Theme.accent
             path: Theme.icons.info
-            height: Theme.icon
-            width: height
             y: 1
         }
         ThemedText {

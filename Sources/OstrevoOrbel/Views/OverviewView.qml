@@ -5,8 +5,6 @@ import OstrevoOrbel
 ScreenFrame {
     id: view
 
-    required property AppModel app
-
     readonly property string phase: app.scanning ? "scanning" : app.rootUnreadable ? "unreadable"
         : app.measuredAny ? "measured" : "first"
 

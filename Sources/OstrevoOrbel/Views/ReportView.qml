@@ -6,7 +6,6 @@ import OstrevoOrbel
 ScreenFrame {
     id: screen
 
-    required property AppModel app
     readonly property MoveReport report: app.moves.report
     readonly property bool whole: !report.untrustworthy
     readonly property bool nothingMoved: report.moved.count === 0
@@ -68,12 +67,11 @@ ScreenFrame {
                     lineHeight: Math.max(Theme.rowHeight, namesHeight + 12)
                     words: [name, detail, outcome, size].filter(word => word !== "").join(", ")
 
-                    below: SmallText {
+                    below: Paragraph {
                         color: row.skipped ? Theme.text2 : Theme.warn
                         text: row.skipped ? RefusalAdvice.on(row.note) : row.note
                         visible: text !== ""
-                        width: parent.width
-                        wrapMode: Text.Wrap
+                        role: ThemedText.Small
                     }
                     cells: [
                         Badge {
@@ -132,12 +130,11 @@ ScreenFrame {
                     x: 24
                     y: 24
 
-                    PathIcon {
+                    Icon {
                         anchors.centerIn: parent
                         color: screen.whole && !screen.nothingMoved ? Theme.ok : Theme.warn
-                        height: Theme.px(20)
+                        size: Theme.px(20)
                         path: screen.whole && !screen.nothingMoved ? Theme.icons.check : Theme.icons.warn
-                        width: height
                     }
                 }
                 Column {
@@ -156,13 +153,10 @@ ScreenFrame {
                         width: parent.width
                         wrapMode: Text.Wrap
                     }
-                    ThemedText {
-                        color: Theme.text2
+                    Paragraph {
                         text: screen.report.putBackWords !== ""
                             ? screen.report.putBackWords : screen.report.trashNote
                         objectName: "report.note"
-                        width: parent.width
-                        wrapMode: Text.Wrap
                     }
                 }
                 Row {
@@ -211,14 +205,11 @@ ScreenFrame {
                 implicitHeight: Theme.px(46)
                 width: parent.width
 
-                PathIcon {
+                Icon {
                     id: info
 
                     anchors.verticalCenter: parent.verticalCenter
-                    color: Theme.text2
-                    height: Theme.icon
                     path: Theme.icons.info
-                    width: height
                     x: 16
                 }
                 ThemedText {

@@ -97,13 +97,10 @@ Card {
             tickName: [card.objectName, "tick", index].join(".")
             ticks: true
 
-            icon: PathIcon {
+            icon: Icon {
                 anchors.verticalCenter: parent.verticalCenter
-                color: Theme.text2
-                height: Theme.icon
                 path: card.iconPath
                 visible: !row.showsKind
-                width: height
                 x: (row.iconWidth - width) / 2
             }
             cells: Badge {

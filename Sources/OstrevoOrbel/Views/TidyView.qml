@@ -5,7 +5,6 @@ import OstrevoOrbel
 ScreenFrame {
     id: screen
 
-    required property AppModel app
     readonly property TidyFlow flow: app.tidy
     readonly property alias hasLists: unmeasured.measured
     /// Which of the two is shown where there is no room for both.
@@ -102,7 +101,7 @@ ScreenFrame {
             heading: qsTr("Broken shortcuts")
             height: parent.height
             iconPath: Theme.icons.link
-            legend: qsTr("Missing: the target is gone. Unknown: it could not be told. Intentional: made by a program on purpose. What has a lock stays where it is.")
+            legend: qsTr("Missing: the target is gone. Unknown: it could not be checked. Intentional: made by a program on purpose. Locked items stay where they are.")
             list: screen.flow.shortcuts
             moveText: screen.flow.moveShortcutsText
             nothing: qsTr("Every shortcut in the home folder leads somewhere.")

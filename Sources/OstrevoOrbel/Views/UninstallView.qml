@@ -5,7 +5,6 @@ import OstrevoOrbel
 ScreenFrame {
     id: screen
 
-    required property AppModel app
     readonly property AppsFlow flow: app.apps
     readonly property bool hasApps: flow.loaded && flow.countText !== "0"
     /// Where there is no room for both: whether the selected app is shown in place of the list.

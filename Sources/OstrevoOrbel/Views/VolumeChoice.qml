@@ -47,16 +47,14 @@ T.AbstractButton {
             text: choice.text
             width: Math.min(implicitWidth, parent.width - chevron.width - 6)
         }
-        PathIcon {
+        Icon {
             id: chevron
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.text2
-            height: Theme.px(12)
+            size: Theme.px(12)
             path: Theme.icons.down
             stroke: 1.8
-            width: height
         }
     }
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import OstrevoOrbel
 
-/// A menu. What it acts on stands at its top, where there is such a thing, so that nobody acts on the wrong item.
+/// A menu. What it acts on stands at its top, where there is such a thing, so that it is always in sight.
 T.Menu {
     id: menu
 

@@ -51,13 +51,10 @@ T.TextField {
         text: field.placeholderText
         visible: field.length === 0 && field.preeditText === ""
     }
-    PathIcon {
+    Icon {
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.text2
-        height: Theme.icon
         path: field.iconPath
         visible: field.iconPath !== ""
-        width: height
         x: 12
     }
     KeyCap {

@@ -14,12 +14,10 @@ ItemRow {
     words: qsTr("%1, grew by %2").arg(name).arg(size)
 
     cells: [
-        PathIcon {
+        Icon {
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.text2
-            height: Theme.px(12)
+            size: Theme.px(12)
             path: Theme.icons.up
-            width: height
         },
         ItemCell {
             bold: true

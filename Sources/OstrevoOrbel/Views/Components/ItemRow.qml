@@ -28,8 +28,8 @@ Item {
 
     /// Whether the rows of this list have a tick, whether this one shows it, and what it is called.
     property bool ticks: false
-    property alias showsTick: box.visible
-    property alias tickName: box.objectName
+    property bool showsTick: ticks && listed
+    property string tickName: ""
     property int tick: model.tick ?? (model.ticked === true ? Qt.Checked : Qt.Unchecked)
     /// A row that only says something has no kind, no hover, no selection and no menu.
     property bool listed: true
@@ -92,7 +92,7 @@ Item {
         table.tickWanted(index);
     }
 
-    Accessible.checkable: ticks && box.visible && !refused
+    Accessible.checkable: showsTick && !refused
     Accessible.checked: tick === Qt.Checked
     Accessible.description: [refusal, note].filter(word => word !== "").join(". ")
     Accessible.name: words
@@ -175,20 +175,23 @@ Item {
                     row.table.openMenu(row, mouse.x + body.x, mouse.y + body.y);
             }
         }
-        Tick {
-            id: box
-
-            Accessible.name: row.name
-            checkState: row.tick
-            focusPolicy: Qt.NoFocus
+        // Most lists have none, and a report may have thousands of rows.
+        Loader {
+            active: row.showsTick
             height: parent.height
-            nextCheckState: () => row.tick
-            refusal: row.refusal
-            visible: row.ticks && row.listed
             // The box in the middle of its cell stands where the inset ends.
             x: row.inset - Math.round((Theme.tickCell - Theme.tick) / 2)
 
-            onClicked: row.tickIt()
+            sourceComponent: Tick {
+                Accessible.name: row.name
+                checkState: row.tick
+                focusPolicy: Qt.NoFocus
+                nextCheckState: () => row.tick
+                objectName: row.tickName
+                refusal: row.refusal
+
+                onClicked: row.tickIt()
+            }
         }
         Item {
             id: iconSlot

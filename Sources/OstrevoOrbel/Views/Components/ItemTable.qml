@@ -111,7 +111,7 @@ T.Control {
         else if (held === null)
             event.accepted = false;
         else if (event.key === Qt.Key_C && modifiers === Qt.ControlModifier)
-            table.copy(view.keyAt(view.currentIndex));
+            table.copy(held.key);
         else if (event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && modifiers === Qt.ShiftModifier)
             table.openMenu(held, 24, held.height - 4);
         else if (modifiers !== Qt.NoModifier && modifiers !== Qt.ShiftModifier || isEnter && !table.enters)

@@ -95,13 +95,12 @@ FocusScope {
         visible: state.looking === ""
         width: Math.min(parent.width, Theme.px(440))
 
-        PathIcon {
+        Icon {
             anchors.horizontalCenter: parent.horizontalCenter
             color: state.failed || state.unreadable ? Theme.error : Theme.text3
-            height: Theme.px(24)
+            size: Theme.px(24)
             path: state.unreadable ? Theme.icons.warn : state.iconPath
             stroke: 1.2
-            width: height
         }
         Gap {
             height: 12
@@ -117,18 +116,15 @@ FocusScope {
             width: parent.width
             wrapMode: Text.Wrap
         }
-        ThemedText {
+        Paragraph {
             id: words
 
-            color: Theme.text2
             horizontalAlignment: Text.AlignHCenter
             text: state.scanning ? state.waiting
                 : state.unreadable ? qsTr("Nothing in it can be shown.")
                 : !state.measured ? state.unmeasured : state.sentence
             topPadding: 4
             visible: text !== ""
-            width: parent.width
-            wrapMode: Text.Wrap
         }
         Gap {
             height: 16

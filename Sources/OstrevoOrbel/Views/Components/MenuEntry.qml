@@ -25,16 +25,14 @@ T.MenuItem {
         radius: Theme.menuItemRadius
     }
     contentItem: Item {
-        PathIcon {
+        Icon {
             id: icon
 
             anchors.verticalCenter: parent.verticalCenter
             color: entry.enabled ? Theme.ink : Theme.text3
-            height: Theme.icon
             path: !entry.enabled && entry.refusal !== "" ? Theme.icons.lock
                 : entry.checkable ? entry.checked ? Theme.icons.check : "" : entry.iconPath
             visible: entry.checkable || entry.iconPath !== "" || entry.refusal !== ""
-            width: height
         }
         ThemedText {
             anchors.left: icon.visible ? icon.right : parent.left

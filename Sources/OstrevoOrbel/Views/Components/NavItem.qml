@@ -36,15 +36,13 @@ T.AbstractButton {
         }
     }
     contentItem: Item {
-        PathIcon {
+        Icon {
             id: icon
 
             anchors.horizontalCenter: nav.rail ? parent.horizontalCenter : undefined
             anchors.verticalCenter: parent.verticalCenter
             color: nav.current ? Theme.accent : Theme.text2
-            height: Theme.icon
             path: nav.iconPath
-            width: height
         }
         ThemedText {
             anchors.left: icon.right

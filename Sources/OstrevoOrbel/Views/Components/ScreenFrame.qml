@@ -6,6 +6,7 @@ import OstrevoOrbel
 FocusScope {
     id: frame
 
+    required property AppModel app
     property string title: ""
     /// What the screen is about, in one line.
     property string scope: ""

@@ -54,13 +54,12 @@ Rectangle {
             color: Theme.commit
             radius: Theme.tickRadius
 
-            PathIcon {
+            Icon {
                 anchors.centerIn: parent
                 color: Theme.commitText
-                height: Theme.px(14)
+                size: Theme.px(14)
                 path: Theme.icons.check
                 stroke: 2.2
-                width: height
             }
         }
         Row {
