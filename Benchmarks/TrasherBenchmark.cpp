@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <span>
+#include <vector>
 
 namespace orbel {
 namespace {
@@ -14,9 +16,17 @@ namespace fs = std::filesystem;
 /// Accepts every move and moves nothing, so that the next round finds the items where they were.
 class NoTrash : public TrashOperations {
 public:
-    std::expected<std::unique_ptr<TrashMove>, std::string> prepare(const std::string& path,
-                                                                   const AboutToMove&, Barrier&) override {
-        return std::make_unique<Move>(path);
+    std::vector<std::expected<PlannedMove, std::string>> plan(std::span<const std::string> paths,
+                                                              Barrier&) override {
+        std::vector<std::expected<PlannedMove, std::string>> plans;
+        for (const auto& path : paths)
+            plans.push_back(PlannedMove{.path = path, .trashPath = path});
+        return plans;
+    }
+
+    std::expected<std::unique_ptr<TrashMove>, TrashFailure> prepare(const PlannedMove& move,
+                                                                    Barrier&) override {
+        return std::make_unique<Move>(move.path);
     }
 
 private:

@@ -1,5 +1,5 @@
 #include "CommandLine.h"
-#include "LaunchOptions.h"
+#include "Launch/LaunchOptions.h"
 #include "Services/Application.h"
 
 #include <QtPlugin>

@@ -24,16 +24,15 @@ using test::Restricted;
 using test::TrashHome;
 using Names = std::vector<std::string>;
 
-const AboutToMove goAhead = [](const PlannedMove&) { return std::expected<void, std::string>{}; };
-
 std::chrono::system_clock::time_point atNoon() {
     return std::chrono::sys_days{std::chrono::year{2024} / 3 / 1} + std::chrono::hours{12};
 }
 
-std::expected<std::string, std::string> moveToTrash(const TrashHome& home, const std::string& path,
-                                                    const AboutToMove& aboutToMove = goAhead) {
+std::expected<std::string, std::string> moveToTrash(
+    const TrashHome& home, const std::string& path,
+    const std::function<void(const PlannedMove&)>& planned = [](const PlannedMove&) {}) {
     LiveTrash trash(home.trash(), atNoon);
-    return test::moveToTrash(trash, path, aboutToMove);
+    return test::moveToTrash(trash, path, planned);
 }
 
 unsigned modeOf(const std::string& path) {
@@ -133,20 +132,19 @@ TEST(LiveTrash, NeverReplacesWhatIsInTheTrash) {
     EXPECT_EQ(originIn(readFile(home.infoOf("report 7.pdf")).value()), path);
 }
 
-TEST(LiveTrash, TellsItsPlanBeforeEachAttempt) {
+TEST(LiveTrash, PlansAnewWhenOthersTookTheName) {
     const TrashHome home;
     const auto path = home.file("film.mkv", "mine");
     std::vector<PlannedMove> plans;
     const auto moved = moveToTrash(home, path, [&](const PlannedMove& plan) {
         EXPECT_FALSE(fs::exists(plan.trashPath) || fs::exists(plan.infoPath.value()))
-            << "made before it was told";
+            << "made before it was written down";
         // Others are quicker: first with the item's name, then with that of the info file.
         if (plans.empty())
             home.file(".local/share/Trash/files/film.mkv", "theirs");
         else if (plans.size() == 1)
             home.file(".local/share/Trash/info/film 2.mkv.trashinfo", "theirs");
         plans.push_back(plan);
-        return std::expected<void, std::string>{};
     });
     ASSERT_EQ(moved, home.trashed("film 3.mkv"));
     ASSERT_EQ(plans.size(), 3u);
@@ -167,8 +165,8 @@ TEST(LiveTrash, MovesNothingWithoutItsInfoFile) {
     LiveTrash trash(home.trash(), atNoon);
     for (const bool isReplaced : {false, true}) {
         Barrier barrier;
-        const auto prepared = trash.prepare(path, goAhead, barrier);
-        ASSERT_TRUE(prepared) << prepared.error();
+        const auto prepared = trash.prepare(trash.plan({&path, 1}, barrier).front().value(), barrier);
+        ASSERT_TRUE(prepared) << prepared.error().words;
         fs::remove(home.infoOf("file")); // as emptying the Trash does
         if (isReplaced)
             home.file(".local/share/Trash/info/file.trashinfo", "theirs");
@@ -180,14 +178,23 @@ TEST(LiveTrash, MovesNothingWithoutItsInfoFile) {
     EXPECT_EQ(home.contents(), Names{"info/file.trashinfo"}) << "another program's is left alone";
 }
 
-TEST(LiveTrash, IsStoppedByAnObjection) {
+TEST(LiveTrash, GivesEachItemOfAGroupANameOfItsOwn) {
     const TrashHome home;
-    const auto path = home.file("file");
-    const auto moved =
-        moveToTrash(home, path, [](const PlannedMove&) { return std::unexpected(std::string("not now")); });
-    EXPECT_EQ(moved, std::unexpected(std::string("not now")));
-    EXPECT_TRUE(fs::exists(path));
-    EXPECT_EQ(home.contents(), Names{});
+    home.putIntoTrash("index.js", "/elsewhere");
+    std::vector<std::string> paths;
+    for (const std::string folder : {"a/", "b/", "c/"})
+        paths.push_back(home.file(folder + "index.js", folder));
+    LiveTrash trash(home.trash(), atNoon);
+    Barrier barrier;
+    const auto plans = trash.plan(paths, barrier);
+    EXPECT_EQ(home.contents().size(), 2u) << "a plan makes nothing";
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        const auto name = "index " + std::to_string(i + 2) + ".js";
+        const auto prepared = trash.prepare(plans[i].value(), barrier);
+        ASSERT_TRUE(prepared) << prepared.error().words;
+        EXPECT_EQ((*prepared)->make(barrier).value_or(""), home.trashed(name));
+        EXPECT_EQ(originIn(readFile(home.infoOf(name)).value()), paths[i]);
+    }
 }
 
 TEST(LiveTrash, CutsLongNamesBetweenCharacters) {
@@ -242,7 +249,8 @@ TEST(LiveTrash, RefusesATrashThatIsNotTheUsersOwn) {
         << "the folders above it are the user's to arrange";
     home.file("no folder");
     Barrier barrier;
-    EXPECT_EQ(LiveTrash(home.path("no folder/Trash")).prepare(home.file("file"), goAhead, barrier).error(),
+    const auto file = home.file("file");
+    EXPECT_EQ(LiveTrash(home.path("no folder/Trash")).plan({&file, 1}, barrier).front().error(),
               "The Trash cannot be used: " + home.path("no folder") + " is not a real folder");
 }
 
@@ -263,7 +271,6 @@ TEST(LiveTrash, FollowsNoLinkOnTheWayToTheItem) {
 
     const auto moved = moveToTrash(home, home.path("real/inner/file"), [&](const PlannedMove&) {
         test::replaceByLink(home.path("real"), home.path("aside"), home.path("decoys"));
-        return std::expected<void, std::string>{};
     });
     EXPECT_EQ(moved, std::unexpected(words));
     EXPECT_EQ(readFile(home.path("decoys/inner/file")), "decoy");

@@ -1,9 +1,9 @@
 #include "Export/MapSvg.h"
+#include "Platform/ReplaceFile.h"
 #include "Support/RunProgram.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TreeBuilder.h"
 #include "Util/ReadFile.h"
-#include "Util/ReplaceFile.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>

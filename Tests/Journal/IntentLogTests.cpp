@@ -25,8 +25,8 @@ TEST(IntentLog, MakesItsFileWithTheFirstIntentAndRemovesItWhenClosed) {
     EXPECT_FALSE(test::exists(scene.home.path("data"))) << "nothing before the first intent";
     const auto first = scene.beginToTrash("first");
     const auto second = scene.beginToTrash("second");
-    ASSERT_TRUE(log.begin(first));
-    ASSERT_TRUE(log.begin(second));
+    ASSERT_TRUE(log.begin({&first, 1}));
+    ASSERT_TRUE(log.begin({&second, 1}));
     ASSERT_EQ(scene.intentFiles().size(), 1u);
     struct stat status {};
     ASSERT_EQ(::lstat(scene.intentFiles()[0].c_str(), &status), 0);
@@ -36,7 +36,7 @@ TEST(IntentLog, MakesItsFileWithTheFirstIntentAndRemovesItWhenClosed) {
 
     log.close();
     EXPECT_TRUE(scene.intentFiles().empty());
-    ASSERT_TRUE(log.begin(first)) << "another run in the same log";
+    ASSERT_TRUE(log.begin({&first, 1})) << "another run in the same log";
     EXPECT_EQ(scene.intentFiles().size(), 1u);
 }
 
@@ -46,20 +46,20 @@ TEST(IntentLog, AnIntentThatCannotBeWrittenWholeIsRefused) {
     auto unnameable = first;
     unnameable.destinationPath += "\xFF";
     IntentLog log(scene.path);
-    EXPECT_FALSE(log.begin(unnameable));
+    EXPECT_FALSE(log.begin({&unnameable, 1}));
     EXPECT_TRUE(scene.intentFiles().empty());
 
     test::inChildProcess([&] {
-        ASSERT_TRUE(log.begin(first));
+        ASSERT_TRUE(log.begin({&first, 1}));
         std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{.rlim_cur = std::filesystem::file_size(scene.intentFiles()[0]) + 100,
                            .rlim_max = RLIM_INFINITY};
         ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
         const auto second = scene.beginToTrash("second");
-        EXPECT_FALSE(log.begin(second));
+        EXPECT_FALSE(log.begin({&second, 1}));
         const rlimit unlimited{.rlim_cur = RLIM_INFINITY, .rlim_max = RLIM_INFINITY};
         ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &unlimited), 0);
-        ASSERT_TRUE(log.begin(second)) << "a torn line does not spoil those after it";
+        ASSERT_TRUE(log.begin({&second, 1})) << "a torn line does not spoil those after it";
         test::move(first);
         test::move(second);
     });
@@ -71,7 +71,8 @@ TEST(IntentLog, AFolderThatCannotBeMadeRefusesTheMove) {
     const JournalScene scene;
     scene.home.file("data/intents", "in its place");
     IntentLog log(scene.path);
-    EXPECT_FALSE(log.begin(scene.beginToTrash("film.mp4")));
+    const auto intent = scene.beginToTrash("film.mp4");
+    EXPECT_FALSE(log.begin({&intent, 1}));
 }
 
 TEST(IntentLog, IsLeftAloneWhileItsProcessLivesAndSettledWhenItDied) {
@@ -79,13 +80,13 @@ TEST(IntentLog, IsLeftAloneWhileItsProcessLivesAndSettledWhenItDied) {
     const auto intent = scene.beginToTrash("film.mp4");
     {
         IntentLog own(scene.path);
-        ASSERT_TRUE(own.begin(intent));
+        ASSERT_TRUE(own.begin({&intent, 1}));
         EXPECT_EQ(settleIntents(scene.store), Settlement{}) << "not even by the process itself";
         own.close();
     }
     const auto other = test::startChildProcess([&] {
         IntentLog log(scene.path);
-        if (log.begin(intent))
+        if (log.begin({&intent, 1}))
             test::move(intent);
         ::pause();
     });

@@ -157,7 +157,7 @@ TEST(TrashCommand, ADryRunChecksAllAndWritesNothing) {
         intent.sourcePath = home.path("docs/one");
         intent.destinationPath = home.trashed("one");
         intent.stamp = *FileStamp::of(intent.sourcePath);
-        ASSERT_TRUE(interrupted.begin(intent));
+        ASSERT_TRUE(interrupted.begin({&intent, 1}));
     }
     const auto before = everythingIn(home.path());
     for (const auto& words : std::vector<Names>{{"--dry-run", "--trash", "docs/one", "docs/two"},

@@ -100,12 +100,12 @@ TEST_F(DeadMount, WhatACrashLeftThereIsSettledOnceItAnswers) {
     const auto path = home.file("docs/remote/item", 10);
     const auto stamp = FileStamp::of(path).value();
     {
-        IntentLog intents(home.journalPath());
-        ASSERT_TRUE(intents.begin(
-            {.entry = {.id = newUuid(), .sessionID = "s", .time = {}, .title = "item", .originalPath = path},
-             .sourcePath = path,
-             .destinationPath = home.trashed("item"),
-             .stamp = stamp}));
+        const MoveIntent intent{
+            .entry = {.id = newUuid(), .sessionID = "s", .time = {}, .title = "item", .originalPath = path},
+            .sourcePath = path,
+            .destinationPath = home.trashed("item"),
+            .stamp = stamp};
+        ASSERT_TRUE(IntentLog(home.journalPath()).begin({&intent, 1}));
     }
     const auto intents = home.path(".local/share/Ostrevo Orbel/intents");
     test::inChildProcess([&] {

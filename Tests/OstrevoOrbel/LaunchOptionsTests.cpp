@@ -1,4 +1,4 @@
-#include "LaunchOptions.h"
+#include "Launch/LaunchOptions.h"
 #include "Scan/VolumeInfo.h"
 
 #include <gtest/gtest.h>

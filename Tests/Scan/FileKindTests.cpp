@@ -1,6 +1,9 @@
 #include "Scan/FileKind.h"
 
 #include <gtest/gtest.h>
+#include <iterator>
+#include <set>
+#include <string_view>
 
 namespace orbel {
 namespace {
@@ -40,10 +43,57 @@ TEST(FileKind, OfFoldersAndPackages) {
     EXPECT_FALSE(isPackage(".app"));
 }
 
-TEST(FileKind, ReadsUnknownRawValuesAsOther) {
+/// Whether the enumeration has a case of this value: the compiler calls it by its name then, else by its
+/// number.
+template <FileKind kind>
+constexpr bool isCase() {
+    return !std::string_view(__PRETTY_FUNCTION__).contains("FileKind)");
+}
+
+TEST(FileKind, HasARowForEveryCase) {
+    static_assert(isCase<FileKind::other>());
+    constexpr auto next = static_cast<FileKind>(kindTable.size());
+    EXPECT_FALSE(isCase<next>()) << "a case without a row";
     EXPECT_EQ(fileKindFromRawValue(1), FileKind::video);
-    EXPECT_EQ(fileKindFromRawValue(8), FileKind::other);
+    EXPECT_EQ(fileKindFromRawValue(static_cast<std::uint8_t>(next)), FileKind::other);
     EXPECT_EQ(fileKindFromRawValue(255), FileKind::other);
+}
+
+// Raw values and names are in files that other versions wrote; the colours were chosen together, so that any
+// two stay apart for the colour-blind.
+TEST(FileKind, KeepsItsRawValueNameAndColours) {
+    struct Kind {
+        std::string_view name;
+        std::string_view title;
+        Rgb fill;
+        Rgb label;
+        Rgb darkFill;
+        Rgb darkLabel;
+    };
+    static constexpr Kind kinds[]{
+        {"folder", "Folders", 0x8D9493, 0x15211F, 0x5C6968, 0xFFFFFF},
+        {"video", "Video", 0xD5B4F9, 0x15211F, 0xA18FD3, 0x0C1414},
+        {"diskImage", "Disk images", 0x779BD9, 0x15211F, 0x245883, 0xFFFFFF},
+        {"archive", "Archives", 0xCDAE54, 0x15211F, 0xBD9D54, 0x0C1414},
+        {"document", "Documents", 0xB6EAF4, 0x15211F, 0x7FACA5, 0x0C1414},
+        {"application", "Apps", 0xABD6A6, 0x15211F, 0x789175, 0x0C1414},
+        {"virtualMachine", "Virtual machines", 0xCA7C4E, 0x15211F, 0x944821, 0xFFFFFF},
+        {"other", "Other", 0xAAB1B2, 0x15211F, 0x404645, 0xFFFFFF},
+    };
+    ASSERT_EQ(allFileKinds.size(), std::size(kinds));
+    std::set<std::string_view> glyphs;
+    for (std::size_t raw = 0; raw < std::size(kinds); ++raw) {
+        const auto& kind = kinds[raw];
+        SCOPED_TRACE(kind.name);
+        const auto& row = rowOf(allFileKinds[raw]);
+        EXPECT_EQ(rawValue(row.kind), kind.name);
+        EXPECT_EQ(title(row.kind), kind.title);
+        EXPECT_EQ(row.light.fill, kind.fill);
+        EXPECT_EQ(row.light.label, kind.label);
+        EXPECT_EQ(row.dark.fill, kind.darkFill);
+        EXPECT_EQ(row.dark.label, kind.darkLabel);
+        EXPECT_TRUE(row.glyph.starts_with('M') && glyphs.insert(row.glyph).second) << "one of its own";
+    }
 }
 
 } // namespace

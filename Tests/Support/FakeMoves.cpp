@@ -47,29 +47,37 @@ private:
     std::string path_, target_;
 };
 
-std::expected<std::unique_ptr<TrashMove>, std::string>
-FakeTrash::prepare(const std::string& path, const AboutToMove& aboutToMove, Barrier& /*barrier*/) {
-    asked.push_back(path);
+std::vector<std::expected<PlannedMove, std::string>> FakeTrash::plan(std::span<const std::string> paths,
+                                                                     Barrier& /*barrier*/) {
     fs::create_directories(files_);
-    const auto target = joinedPath(files_, lastPathComponent(path));
-    call(beforeAsking, path);
-    if (auto go = aboutToMove({.trashPath = target}); !go)
-        return std::unexpected(go.error());
-    return std::make_unique<Move>(*this, path, target);
+    std::vector<std::expected<PlannedMove, std::string>> plans;
+    for (const auto& path : paths) {
+        asked.push_back(path);
+        call(beforeAsking, path);
+        plans.push_back(PlannedMove{.path = path, .trashPath = joinedPath(files_, lastPathComponent(path))});
+    }
+    return plans;
+}
+
+std::expected<std::unique_ptr<TrashMove>, TrashFailure> FakeTrash::prepare(const PlannedMove& move,
+                                                                           Barrier& /*barrier*/) {
+    return std::make_unique<Move>(*this, move.path, move.trashPath);
 }
 
 std::expected<std::string, std::string> moveToTrash(TrashOperations& trash, const std::string& path,
-                                                    const AboutToMove& aboutToMove) {
+                                                    const std::function<void(const PlannedMove&)>& planned) {
     while (true) {
         Barrier barrier;
-        const auto prepared = trash.prepare(path, aboutToMove, barrier);
-        if (!prepared)
-            return std::unexpected(prepared.error());
+        const auto plan = trash.plan({&path, 1}, barrier).front();
+        if (!plan)
+            return std::unexpected(plan.error());
+        planned(*plan);
+        const auto prepared = trash.prepare(*plan, barrier);
         EXPECT_TRUE(barrier.pass());
-        auto moved = (*prepared)->make(barrier);
+        const auto moved = prepared ? (*prepared)->make(barrier) : std::unexpected(prepared.error());
         EXPECT_TRUE(barrier.pass());
         if (moved)
-            return *std::move(moved);
+            return *moved;
         if (!moved.error().isPlanVoid)
             return std::unexpected(moved.error().words);
     }

@@ -16,10 +16,12 @@ public:
     /// `files`: the folder that holds what was moved; made when missing.
     explicit FakeTrash(std::string files) : files_(std::move(files)) {}
 
-    std::expected<std::unique_ptr<TrashMove>, std::string>
-    prepare(const std::string& path, const AboutToMove& aboutToMove, Barrier& barrier) override;
+    std::vector<std::expected<PlannedMove, std::string>> plan(std::span<const std::string> paths,
+                                                              Barrier& barrier) override;
+    std::expected<std::unique_ptr<TrashMove>, TrashFailure> prepare(const PlannedMove& move,
+                                                                    Barrier& barrier) override;
 
-    std::vector<std::string> asked; ///< every path whose move was to be prepared, in order
+    std::vector<std::string> asked; ///< every path whose move was to be planned, in order
     std::function<void(const std::string&path)> beforeAsking, beforeMoving;
     std::function<void(const std::string& trashPath)> afterMoving;
     std::optional<std::string> failure; ///< the words with which a move fails
@@ -32,10 +34,11 @@ private:
     std::string files_;
 };
 
-/// Prepares the move of one item and makes it, anew as long as its plan becomes void.
+/// Plans the move of one item, prepares and makes it, anew as long as its plan becomes void. `planned` sees
+/// each plan.
 std::expected<std::string, std::string> moveToTrash(
     TrashOperations& trash, const std::string& path,
-    const AboutToMove& aboutToMove = [](const PlannedMove&) { return std::expected<void, std::string>{}; });
+    const std::function<void(const PlannedMove&)>& planned = [](const PlannedMove&) {});
 
 /// Puts one item back, and removes its note from the Trash.
 std::expected<void, std::string> putBack(const std::string& from, const std::string& to);

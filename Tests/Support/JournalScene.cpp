@@ -130,7 +130,7 @@ MoveIntent JournalScene::intentOf(MoveIntent::Kind kind, const std::string& sour
 void JournalScene::leaveBehind(const std::vector<MoveIntent>& intents) const {
     IntentLog log(path);
     for (const auto& intent : intents)
-        if (const auto begun = log.begin(intent); !begun)
+        if (const auto begun = log.begin({&intent, 1}); !begun)
             throw std::runtime_error(begun.error().words);
 }
 

@@ -11,28 +11,29 @@ TEST(AlertLoop, ChecksAtOnceWhenItIsSwitchedOnAndKeepsTheChoice) {
     ModelScene scene;
     auto& model = scene.model();
     EXPECT_TRUE(scene.posted->messages.empty());
-    model.setLowDiskEnabled(true);
+    model.alert()->setEnabled(true);
     EXPECT_EQ(scene.posted->messages.size(), 1);
     EXPECT_EQ(scene.posted->messages.front().body,
               "300 B free. Open Ostrevo Vanto to see where the space went.");
     EXPECT_EQ(scene.posted->permissionRequests, 1);
-    model.setLowDiskChoice(3);
+    model.alert()->setChoice(3);
+    EXPECT_TRUE(model.alert()->settings().enabled && model.alert()->settings().threshold == 50'000'000'000);
     EXPECT_EQ(scene.environment.settings->value(key).toString(),
               QStringLiteral(R"({"enabled":true,"threshold":50000000000})"));
 
-    model.setLowDiskEnabled(false);
-    model.setLowDiskEnabled(true);
+    model.alert()->setEnabled(false);
+    model.alert()->setEnabled(true);
     EXPECT_EQ(scene.posted->messages.size(), 1) << "the cooldown outlives the loop";
     scene.world->now += LowDiskAlert::cooldown;
-    model.setLowDiskEnabled(false);
-    model.setLowDiskEnabled(true);
+    model.alert()->setEnabled(false);
+    model.alert()->setEnabled(true);
     EXPECT_EQ(scene.posted->messages.size(), 2);
 }
 
 TEST(AlertLoop, StartsWithTheModelFromWhatWasKept) {
     ModelScene scene;
     scene.environment.settings->setValue(key, QStringLiteral(R"({"enabled":true,"threshold":20000000000})"));
-    EXPECT_EQ(scene.model().lowDiskChoice(), 2);
+    EXPECT_EQ(scene.model().alert()->choice(), 2);
     EXPECT_EQ(scene.posted->messages.size(), 1);
     EXPECT_EQ(scene.posted->permissionRequests, 0) << "only asked for when it is switched on";
 }
@@ -42,9 +43,9 @@ TEST(AlertLoop, PassesOverAVolumeThatCannotBeReadAndSettingsThatMakeNoSense) {
     scene.world->volume.reset();
     scene.environment.settings->setValue(key, QStringLiteral("{\"enabled\":tr"));
     auto& model = scene.model();
-    EXPECT_FALSE(model.isLowDiskEnabled());
-    EXPECT_EQ(model.lowDiskChoice(), 1);
-    model.setLowDiskEnabled(true);
+    EXPECT_FALSE(model.alert()->isEnabled());
+    EXPECT_EQ(model.alert()->choice(), 1);
+    model.alert()->setEnabled(true);
     EXPECT_TRUE(scene.posted->messages.empty());
 }
 

@@ -1,3 +1,5 @@
+#include "Map/MapColors.h"
+
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -101,8 +103,8 @@ TEST(WindowTheme, TextCanBeReadOnEveryGround) {
     for (const auto* dark : {"false", "true"}) {
         scene.value(QStringLiteral("Theme.dark = ") + QLatin1String(dark));
         SCOPED_TRACE(dark);
-        for (const auto* ground :
-             {"window", "side", "surface", "sunk", "hover", "accentSoft", "frame0", "frame1", "frame2"})
+        for (const auto* ground : {"window", "side", "surface", "sunk", "hover", "accentSoft",
+                                   "map.frames[0]", "map.frames[1]", "map.frames[2]"})
             for (const auto* text : {"ink", "text2", "text3"})
                 expectReadable(QLatin1String(text), QLatin1String(ground), 4.6);
         for (const auto& [text, ground] : {std::pair{"accentText", "accent"},
@@ -116,7 +118,7 @@ TEST(WindowTheme, TextCanBeReadOnEveryGround) {
                                            {"ok", "okSoft"},
                                            {"surface", "ink"}})
             expectReadable(QLatin1String(text), QLatin1String(ground), 4.5);
-        for (int kind = 0; kind < 8; ++kind)
+        for (std::size_t kind = 0; kind < allFileKinds.size(); ++kind)
             expectReadable(QStringLiteral("kindLabels[%1]").arg(kind),
                            QStringLiteral("kindFills[%1]").arg(kind), 4.5);
         // Borders that tell where a control is.
@@ -124,9 +126,77 @@ TEST(WindowTheme, TextCanBeReadOnEveryGround) {
     }
 }
 
+// The colours were chosen together and measured against each other: each is as it was chosen.
+TEST(WindowTheme, HasTheColoursThatWereChosen) {
+    struct Token {
+        const char* name;
+        QRgb light;
+        QRgb dark;
+    };
+    static constexpr Token tokens[]{
+        {"window", 0xF2F5F5, 0x131819},
+        {"side", 0xE8EDED, 0x0D1112},
+        {"surface", 0xFFFFFF, 0x1A2021},
+        {"sunk", 0xF7F9F9, 0x161C1D},
+        {"hover", 0xEDF2F2, 0x222A2B},
+        {"line", 0xD3DBDB, 0x313B3C},
+        {"lineSoft", 0xE4E9E9, 0x262F30},
+        {"control", 0x7D8A88, 0x72807F},
+        {"scrim", 0x6B0E1817, 0x9E030606},
+        {"ink", 0x15211F, 0xE7EDEC},
+        {"text2", 0x465453, 0xB0BCBB},
+        {"text3", 0x586665, 0x93A19F},
+        {"accent", 0x0B6170, 0x62BFCB},
+        {"accentHover", 0x0E7384, 0x7ACDD7},
+        {"accentText", 0xFFFFFF, 0x06252A},
+        {"accentSoft", 0xDDECEE, 0x163438},
+        {"accentLine", 0x9CC4CB, 0x2C6169},
+        {"commit", 0x15211F, 0xE7EDEC},
+        {"commitHover", 0x2C3B38, 0xFFFFFF},
+        {"commitText", 0xFFFFFF, 0x12191A},
+        {"warn", 0x7A4E00, 0xE9BD68},
+        {"warnSoft", 0xFBF0D6, 0x2E2612},
+        {"warnLine", 0xE5CC92, 0x5D4C21},
+        {"error", 0x9B2C1F, 0xF2988A},
+        {"errorSoft", 0xFBE8E4, 0x351D19},
+        {"errorLine", 0xE3B3AA, 0x693830},
+        {"ok", 0x1B6443, 0x7CCBA2},
+        {"okSoft", 0xE0F0E7, 0x15301F},
+        {"mapGround", 0xFFFFFF, 0x101516},
+        {"mapEdge", 0xB3BFBE, 0x3E4A4B},
+        {"map.frames[0]", 0xDCE3E3, 0x2B3435},
+        {"map.frames[1]", 0xE7ECEC, 0x232B2C},
+        {"map.frames[2]", 0xF0F3F3, 0x1D2425},
+        {"hatch", 0xB9C4C4, 0x3D4849},
+        {"hatchGround", 0xE6EBEB, 0x1C2324},
+    };
+    ComponentScene scene("");
+    for (const bool isDark : {false, true}) {
+        scene.value(QStringLiteral("Theme.dark = ") + QVariant(isDark).toString());
+        for (const auto& token : tokens) {
+            const auto shown =
+                scene.value(QStringLiteral("Theme.") + QLatin1String(token.name)).value<QColor>().rgba();
+            const auto chosen = isDark ? token.dark : token.light;
+            const bool isOpaque = chosen <= 0xFFFFFF;
+            EXPECT_EQ(shown, isOpaque ? chosen | 0xFF000000 : chosen)
+                << token.name << (isDark ? " dark" : "");
+        }
+        // What the map draws in the colours of screens.
+        const auto& map = isDark ? MapColors::dark() : MapColors::light();
+        for (const auto& [drawn, name] : {std::pair{map.ink, "ink"},
+                                          {map.secondInk, "text2"},
+                                          {map.line, "line"},
+                                          {map.surface, "surface"},
+                                          {map.tickMark, "commitText"}})
+            EXPECT_EQ(scene.value(QStringLiteral("Theme.") + QLatin1String(name)).value<QColor>(),
+                      QColor::fromRgb(drawn))
+                << name;
+    }
+}
+
 TEST(WindowTheme, EveryIconIsAPathThatDraws) {
     ComponentScene scene("PathIcon { id: icon; width: 32; height: 32; color: 'black' }");
-    for (int kind = 0; kind < 8; ++kind) {
+    for (std::size_t kind = 0; kind < allFileKinds.size(); ++kind) {
         scene.value(QStringLiteral("icon.path = Theme.kindIcons[%1]").arg(kind));
         EXPECT_FALSE(scene.value(QStringLiteral("icon.path")).toString().isEmpty());
     }

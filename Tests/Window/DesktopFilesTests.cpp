@@ -1,6 +1,6 @@
+#include "AppModel/AppearanceSettings.h"
 #include "Platform/Linux/Portable/DesktopEntry.h"
 #include "Platform/Linux/Portable/ExecLine.h"
-#include "Services/Appearance.h"
 #include "Services/AutostartLoginItem.h"
 #include "Support/TemporaryFolder.h"
 
@@ -31,12 +31,23 @@ TEST(AutostartLoginItem, WritesAnEntryThatStartsThisVeryProgram) {
     EXPECT_FALSE(AutostartLoginItem(config.path("notAFolder"), "/x").setEnabled(true));
 }
 
-TEST(Appearance, IsWhatWasChosenElseTheCommandLinesElseTheDesktops) {
+struct DesktopAppearance final : Appearance {
+    bool isDark() const override { return isDesktopDark; }
+
+    bool isDesktopDark = false;
+};
+
+TEST(AppearanceSettings, IsWhatWasChosenElseTheCommandLinesElseTheDesktops) {
     const TemporaryFolder folder;
-    QSettings settings(QString::fromStdString(folder.path("settings.ini")), QSettings::IniFormat);
-    Appearance appearance(settings);
-    const QSignalSpy changes(&appearance, &Appearance::darkChanged);
-    appearance.setSystemDark(true);
+    const auto desktop = std::make_shared<DesktopAppearance>();
+    AppEnvironment environment;
+    environment.settings = std::make_shared<QSettings>(QString::fromStdString(folder.path("settings.ini")),
+                                                       QSettings::IniFormat);
+    environment.appearance = desktop;
+    AppearanceSettings appearance(environment);
+    const QSignalSpy changes(&appearance, &AppearanceSettings::darkChanged);
+    desktop->isDesktopDark = true;
+    Q_EMIT desktop->darkChanged(true);
     EXPECT_TRUE(appearance.isDark());
     appearance.overrideWith("anything else");
     EXPECT_FALSE(appearance.isDark());
@@ -44,9 +55,9 @@ TEST(Appearance, IsWhatWasChosenElseTheCommandLinesElseTheDesktops) {
     EXPECT_TRUE(appearance.isDark()) << "a choice made later wins";
     EXPECT_EQ(changes.count(), 3);
     appearance.setChoice(QStringLiteral("mauve"));
-    EXPECT_EQ(Appearance(settings).choice(), QStringLiteral("dark"));
-    settings.setValue(QStringLiteral("appearance"), QStringLiteral("mauve"));
-    EXPECT_EQ(Appearance(settings).choice(), QStringLiteral("system"));
+    EXPECT_EQ(AppearanceSettings(environment).choice(), QStringLiteral("dark"));
+    environment.settings->setValue(QStringLiteral("appearance"), QStringLiteral("mauve"));
+    EXPECT_EQ(AppearanceSettings(environment).choice(), QStringLiteral("system"));
 }
 
 } // namespace

@@ -41,8 +41,8 @@ struct DuplicatesFlowOn : testing::Test {
     }
     void measure() {
         app().setScreen(Screen::duplicates);
-        app().startScan(home.path());
-        scene.waitUntil([this] { return app().scanState() == AppModel::ScanState::done; });
+        app().scan()->startScan(home.path());
+        scene.waitUntil([this] { return app().scan()->scanState() == ScanFlow::ScanState::done; });
     }
     void search() {
         flow().setMinimumChoice(0);
@@ -50,7 +50,7 @@ struct DuplicatesFlowOn : testing::Test {
         // The answer about one copy comes with those about all others.
         scene.waitUntil([this] {
             const int archive = row("Pictures/1.zip");
-            return archive >= 0 && !told(archive, DuplicateGroupsModel::RefusalRole).toString().isEmpty();
+            return archive >= 0 && !told(archive, "refusal").toString().isEmpty();
         });
     }
     AppModel& app() { return scene.model(); }
@@ -62,7 +62,7 @@ struct DuplicatesFlowOn : testing::Test {
         }
         return -1;
     }
-    QVariant told(int row, int role) { return flow().groups()->data(flow().groups()->index(row), role); }
+    QVariant told(int row, const char* role) { return flow().groups()->value(row, role); }
     std::string kept(std::size_t group) { return flow().duplicateGroups().at(group).keptFile().path; }
     void review() {
         flow().review();
@@ -83,8 +83,10 @@ TEST_F(DuplicatesFlowOn, OneCopyOfEachGroupStaysWhateverIsClicked) {
     measure();
     const QAbstractItemModelTester tester(flow().groups(),
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
+    EXPECT_EQ(flow().duplicateMinimumBytes(), 1'000'000) << "at first";
     search();
     ASSERT_EQ(flow().duplicateGroups().size(), 3U);
+    EXPECT_EQ(flow().duplicateProgress()->groupsFound, 3);
     std::mt19937 random(7); // NOLINT(cert-msc51-cpp): the same clicks every time
     const std::vector<QString> filters{
         {}, QStringLiteral("films"), QStringLiteral("VIDEOS"), QStringLiteral("/1.")};
@@ -152,15 +154,15 @@ TEST_F(DuplicatesFlowOn, RulesAndChoicesSayWhichCopyStays) {
     EXPECT_EQ(flow().ruleFolderText(), QStringLiteral("~/Downloads"));
 
     const int film = row("Videos/old.mkv");
-    EXPECT_EQ(told(0, DuplicateGroupsModel::FreesRole), QStringLiteral("frees up to 2 MB"));
+    EXPECT_EQ(told(0, "frees"), QStringLiteral("frees up to 2 MB"));
     flow().toggleTick(film);
-    EXPECT_TRUE(told(film, DuplicateGroupsModel::TickedRole).toBool());
+    EXPECT_TRUE(told(film, "ticked").toBool());
     flow().keep(film);
-    EXPECT_FALSE(told(film, DuplicateGroupsModel::TickedRole).toBool());
+    EXPECT_FALSE(told(film, "ticked").toBool());
     flow().toggleTick(film);
     EXPECT_EQ(flow().tickedCount(), 0) << "what is kept cannot be ticked";
     flow().toggleTick(0);
-    EXPECT_EQ(told(0, DuplicateGroupsModel::FreesRole), QStringLiteral("frees 2 MB"));
+    EXPECT_EQ(told(0, "frees"), QStringLiteral("frees 2 MB"));
     EXPECT_EQ(flow().tickedText(), QStringLiteral("2 copies ticked"));
     flow().setFilter(QStringLiteral("music/B"));
     EXPECT_EQ(flow().groupsText(), QStringLiteral("1 of 3 groups"));
@@ -179,8 +181,9 @@ TEST_F(DuplicatesFlowOn, WhatMovedGoesAtOnceAndComesBackWhenItIsPutBack) {
     home.file("Downloads/film.mkv", "another film");
     review();
     EXPECT_EQ(app().moves()->items()->rowCount(), 1) << "the other one changed";
-    EXPECT_TRUE(app().notice().startsWith(QStringLiteral("1 ticked copy can no longer be moved: Changed")));
-    EXPECT_FALSE(told(row("Downloads/film.mkv"), DuplicateGroupsModel::RefusalRole).toString().isEmpty());
+    EXPECT_TRUE(
+        app().notice()->text().startsWith(QStringLiteral("1 ticked copy can no longer be moved: Changed")));
+    EXPECT_FALSE(told(row("Downloads/film.mkv"), "refusal").toString().isEmpty());
     confirm();
     EXPECT_EQ(row("Music/a.flac"), -1) << "it is the only one left";
     EXPECT_EQ(flow().countText(), QStringLiteral("2"));
@@ -195,17 +198,17 @@ TEST_F(DuplicatesFlowOn, WhatMovedGoesAtOnceAndComesBackWhenItIsPutBack) {
 TEST_F(DuplicatesFlowOn, AScanEndsTheSearchAndWhatWasFoundBeforeIsStale) {
     measure();
     flow().search();
-    app().measureAgain();
+    app().scan()->measureAgain();
     EXPECT_FALSE(flow().duplicatesRunning());
-    scene.waitUntil([this] { return app().scanState() == AppModel::ScanState::done; });
+    scene.waitUntil([this] { return app().scan()->scanState() == ScanFlow::ScanState::done; });
     search();
     EXPECT_EQ(flow().duplicateGroups().size(), 3U)
         << "not those of one megabyte of the search that was dropped";
     flow().tickAllOthers();
-    app().measureAgain();
+    app().scan()->measureAgain();
     EXPECT_TRUE(flow().isStale());
     EXPECT_EQ(flow().tickedCount(), 0);
-    scene.waitUntil([this] { return app().scanState() == AppModel::ScanState::done; });
+    scene.waitUntil([this] { return app().scan()->scanState() == ScanFlow::ScanState::done; });
     flow().setMinimumChoice(2);
     EXPECT_EQ(flow().groups()->rowCount(), 0);
     flow().search();

@@ -34,8 +34,9 @@ struct DuplicatesInTheWindow : testing::Test {
         useRealHome(scene.environment, place);
         scene.environment.dataVolumePath = place;
         scene.open(width, height);
-        scene.app().startScan(place);
-        ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+        scene.app().scan()->startScan(place);
+        ASSERT_TRUE(
+            scene.waitUntil([&] { return scene.app().scan()->scanState() == ScanFlow::ScanState::done; }));
         scene.app().setScreen(Screen::duplicates);
         scene.settle();
     }
@@ -141,8 +142,9 @@ TEST_F(DuplicatesInTheWindow, ASearchThatIsStoppedKeepsWhatItProved) {
         std::ofstream(path) << (gigabytes == 80 ? name : "same");
         fs::resize_file(path, static_cast<std::uintmax_t>(gigabytes) * 1'000'000'000);
     }
-    scene.app().measureAgain();
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+    scene.app().scan()->measureAgain();
+    ASSERT_TRUE(
+        scene.waitUntil([&] { return scene.app().scan()->scanState() == ScanFlow::ScanState::done; }));
     scene.settle();
     scene.click(QStringLiteral("duplicates.empty.action"));
     ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("160.0 GB of 280")); }));

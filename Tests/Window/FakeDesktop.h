@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Services/Desktop.h"
+#include "Ports/Desktop.h"
 
 #include <QString>
 #include <string>

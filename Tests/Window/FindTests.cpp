@@ -1,8 +1,8 @@
+#include "AppModel/FindModel.h"
 #include "AppModel/LargeOldFlow.h"
-#include "Models/FindModel.h"
-#include "Models/TreemapItem.h"
 #include "ModelScene.h"
 #include "Support/TreeBuilder.h"
+#include "Views/TreemapItem.h"
 #include "WindowScene.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ void type(WindowScene& scene, const char* letters) {
 /// The window with the sample disk measured.
 void measure(WindowScene& scene) {
     scene.open();
-    scene.app().scanDisk();
+    scene.app().scan()->scanDisk();
     ASSERT_TRUE(scene.waitUntil([&] { return scene.app().largeOld()->isKnown(); }));
     scene.settle();
 }
@@ -31,13 +31,13 @@ TEST(Find, FollowsTheTextAndTheTree) {
     ModelScene scene;
     FindModel model;
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    model.setApp(&scene.model());
+    model.setScan(scene.model().scan());
     model.setText(QStringLiteral("mkv"));
     EXPECT_FALSE(model.isSearching()) << "nothing is measured";
     scene.scanWith("/data", sampleScan());
     scene.waitUntil([&] { return model.rowCount() == 2; });
-    EXPECT_EQ(model.data(model.index(0), FindModel::NameRole).toString(), QStringLiteral("a.mkv"));
-    EXPECT_EQ(model.data(model.index(0), FindModel::FolderRole).toString(), QStringLiteral("/data/films"));
+    EXPECT_EQ(model.value(0, "name").toString(), QStringLiteral("a.mkv"));
+    EXPECT_EQ(model.value(0, "folder").toString(), QStringLiteral("/data/films"));
     EXPECT_EQ(model.summary(), QStringLiteral("2 found"));
 
     // The rows are those of the last letters, however many came at once.
@@ -45,13 +45,13 @@ TEST(Find, FollowsTheTextAndTheTree) {
         model.setText(QLatin1String(text));
     scene.waitUntil([&] { return !model.isSearching(); });
     ASSERT_EQ(model.rowCount(), 1);
-    EXPECT_EQ(model.data(model.index(0), FindModel::NameRole).toString(), QStringLiteral("films/"));
+    EXPECT_EQ(model.value(0, "name").toString(), QStringLiteral("films/"));
     model.setText(QStringLiteral("nowhere"));
     scene.waitUntil([&] { return model.summary() == QLatin1String("Nothing of this name"); });
 
     model.setText(QStringLiteral("notes"));
     scene.waitUntil([&] { return model.rowCount() == 1; });
-    scene.model().startScan("/data");
+    scene.model().scan()->startScan("/data");
     EXPECT_EQ(model.rowCount(), 0) << "of a tree that is gone";
 }
 

@@ -25,8 +25,8 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
     const TemporaryFolder folder;
     scene.environment.growthFolder = folder.path("growth");
     scene.world->now = std::chrono::system_clock::now();
-    auto& growth = *scene.model().growth();
-    const QAbstractItemModelTester tester(&growth);
+    auto& growth = *scene.model().scan()->growth();
+    const QAbstractItemModelTester tester(growth.folders());
     scene.scanWith("/data", scanOf(10));
     EXPECT_EQ(growth.statement(), QStringLiteral("No comparison yet"));
     EXPECT_EQ(growth.since(), QString());
@@ -37,13 +37,13 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
 
     scene.world->now += std::chrono::hours(24 * 400);
     scene.scanWith("/data", scanOf(52));
-    ASSERT_EQ(growth.rowCount(), 1);
-    EXPECT_EQ(growth.index(0).data(GrowthModel::PathRole), QStringLiteral("/data/home/films"));
-    EXPECT_EQ(growth.index(0).data(GrowthModel::SizeRole), QStringLiteral("42 MB"));
-    EXPECT_EQ(growth.index(0).data(GrowthModel::KindRole), static_cast<int>(FileKind::video));
+    ASSERT_EQ(growth.folders()->rowCount(), 1);
+    EXPECT_EQ(growth.folders()->rows().front().path, QStringLiteral("/data/home/films"));
+    EXPECT_EQ(growth.folders()->rows().front().size(), QStringLiteral("42 MB"));
+    EXPECT_EQ(growth.folders()->rows().front().kind, static_cast<int>(FileKind::video));
     const auto grown = [&] {
-        const auto node = growth.index(0).data(GrowthModel::NodeRole).toUInt();
-        return scene.model().tree()->walkedPath(node);
+        const auto node = growth.folders()->rows().front().node;
+        return scene.model().scan()->tree()->walkedPath(node);
     };
     EXPECT_EQ(grown(), "/data/home/films");
     for (const bool isGone : {false, true}) {
@@ -52,10 +52,10 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
             fresh.folder(0, name);
         if (!isGone)
             fresh.file(fresh.folder(0, "films"), "a.mkv", 60 * MB);
-        const auto before = scene.model().treeVersion();
+        const auto before = scene.model().scan()->treeVersion();
         scene.model().treeEdits().splice("/data/home", std::make_shared<const FileTree>(fresh.build()));
-        scene.waitUntil([&] { return scene.model().treeVersion() > before; });
-        ASSERT_EQ(growth.rowCount(), isGone ? 0 : 1);
+        scene.waitUntil([&] { return scene.model().scan()->treeVersion() > before; });
+        ASSERT_EQ(growth.folders()->rowCount(), isGone ? 0 : 1);
         if (!isGone) {
             EXPECT_EQ(grown(), "/data/home/films") << "nodes have other numbers in the edited tree";
         }
@@ -63,8 +63,8 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
     EXPECT_TRUE(growth.since().startsWith(QStringLiteral("since "))
                 && growth.since().contains(QStringLiteral(" 20")))
         << "of another year: " << growth.since().toStdString();
-    scene.model().startScan("/data");
-    EXPECT_EQ(growth.rowCount(), 0) << "of the scan before, and its nodes are gone";
+    scene.model().scan()->startScan("/data");
+    EXPECT_EQ(growth.folders()->rowCount(), 0) << "of the scan before, and its nodes are gone";
 }
 
 TEST(WindowGrowth, TellsWhenAScanCannotBeKept) {
@@ -72,7 +72,7 @@ TEST(WindowGrowth, TellsWhenAScanCannotBeKept) {
     const TemporaryFolder folder;
     scene.environment.growthFolder = folder.file("growth");
     scene.scanWith("/data", scanOf(10));
-    EXPECT_TRUE(scene.model().notice().contains(QStringLiteral("could not be kept")));
+    EXPECT_TRUE(scene.model().notice()->text().contains(QStringLiteral("could not be kept")));
 }
 
 } // namespace

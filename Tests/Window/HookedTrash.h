@@ -14,12 +14,17 @@ class HookedTrash final : public TrashOperations {
 public:
     explicit HookedTrash(const std::string& folder) : trash_(folder) {}
 
-    std::expected<std::unique_ptr<TrashMove>, std::string>
-    prepare(const std::string& path, const AboutToMove& aboutToMove, Barrier& barrier) override {
-        auto prepared = trash_.prepare(path, aboutToMove, barrier);
+    std::vector<std::expected<PlannedMove, std::string>> plan(std::span<const std::string> paths,
+                                                              Barrier& barrier) override {
+        return trash_.plan(paths, barrier);
+    }
+
+    std::expected<std::unique_ptr<TrashMove>, TrashFailure> prepare(const PlannedMove& move,
+                                                                    Barrier& barrier) override {
+        auto prepared = trash_.prepare(move, barrier);
         if (!prepared)
             return prepared;
-        return std::make_unique<Move>(*this, path, *std::move(prepared));
+        return std::make_unique<Move>(*this, move.path, *std::move(prepared));
     }
 
     std::function<void(const std::string& path)> beforeMoving;

@@ -70,10 +70,10 @@ TEST_F(TheJournalInTheWindow, IsReadFoldedAndPutBackByKeys) {
     keep(QStringLiteral("filled"));
 
     scene.press(Qt::Key_Left);
-    EXPECT_EQ(scene.app().journalFlow()->list()->rowCount(), 9);
+    EXPECT_EQ(scene.app().journal()->list()->rowCount(), 9);
     keep(QStringLiteral("folded"));
     scene.press(Qt::Key_Space);
-    EXPECT_EQ(scene.app().journalFlow()->list()->rowCount(), 12);
+    EXPECT_EQ(scene.app().journal()->list()->rowCount(), 12);
     scene.press(Qt::Key_W);
     scene.press(Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(scene.requests().copied, QString::fromStdString(past.video("Win11.iso")));
@@ -95,12 +95,12 @@ TEST_F(TheJournalInTheWindow, IsReadFoldedAndPutBackByKeys) {
     EXPECT_TRUE(scene.hasFocus(QStringLiteral("journal.find")));
     for (const int key : {Qt::Key_L, Qt::Key_E, Qt::Key_C, Qt::Key_T})
         scene.press(key);
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().journalFlow()->list()->rowCount() == 3; }));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().journal()->list()->rowCount() == 3; }));
     scene.press(Qt::Key_X);
     ASSERT_TRUE(waitFor("Nothing found"));
     keep(QStringLiteral("nothing-found"));
     scene.press(Qt::Key_Escape);
-    EXPECT_EQ(scene.app().journalFlow()->list()->rowCount(), 12);
+    EXPECT_EQ(scene.app().journal()->list()->rowCount(), 12);
 }
 
 TEST_F(TheJournalInTheWindow, CtrlZPutsTheLastBatchBackFromEveryScreen) {
@@ -108,11 +108,12 @@ TEST_F(TheJournalInTheWindow, CtrlZPutsTheLastBatchBackFromEveryScreen) {
     open();
     scene.press(Qt::Key_1, Qt::ControlModifier);
     scene.holdScans();
-    scene.app().scanDisk();
+    scene.app().scan()->scanDisk();
     scene.press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_FALSE(scene.app().putBack()->isRunning()) << "not beside a scan";
     scene.releaseScans();
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+    ASSERT_TRUE(
+        scene.waitUntil([&] { return scene.app().scan()->scanState() == ScanFlow::ScanState::done; }));
     scene.press(Qt::Key_Z, Qt::ControlModifier);
     ASSERT_TRUE(waitFor("and 2 more"));
     EXPECT_TRUE(fs::exists(past.video("raspios-full.img")) && fs::exists(past.video("Win11.iso")));

@@ -33,7 +33,7 @@ struct JournalOn : testing::Test {
     }
 
     AppModel& app() { return scene.model(); }
-    JournalFlow& journal() { return *app().journalFlow(); }
+    JournalFlow& journal() { return *app().journal(); }
     JournalModel& list() { return *journal().list(); }
     QString said(int row, JournalModel::Role role) { return list().index(row).data(role).toString(); }
     void waitForPutBack() {
@@ -102,8 +102,8 @@ TEST_F(JournalOn, RowsKeepTheirPlaceWhileTheirItemsComeBack) {
     journal().putBack(2);
     EXPECT_TRUE(app().putBack()->isRunning());
     journal().putBack(1);
-    app().startScan(past.home.path());
-    EXPECT_FALSE(app().isScanning()) << "a scan beside it would see half of it";
+    app().scan()->startScan(past.home.path());
+    EXPECT_FALSE(app().scan()->isScanning()) << "a scan beside it would see half of it";
     waitForPutBack();
     EXPECT_EQ(back, std::vector{past.video("b.mkv")}) << "one at a time";
     EXPECT_EQ(app().putBack()->putBackMessage(), QStringLiteral("Put back “b.mkv” to ~/Videos"));
@@ -180,7 +180,7 @@ TEST_F(JournalOn, IsExportedAndSaysWhyItCannotBeRead) {
     EXPECT_TRUE(exported("journal.md").starts_with("# "));
     EXPECT_TRUE(exported("journal.json").starts_with("["));
     journal().exportJournal(QUrl::fromLocalFile(QString::fromStdString(past.home.path("no/such/folder.md"))));
-    scene.waitUntil([this] { return !app().notice().isEmpty(); });
+    scene.waitUntil([this] { return !app().notice()->text().isEmpty(); });
 
     fs::rename(scene.environment.journalPath, past.home.path("elsewhere"));
     past.home.link("journal/journal.jsonl", past.home.path("elsewhere"));

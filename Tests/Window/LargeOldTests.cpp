@@ -31,19 +31,20 @@ struct LargeOldFlowOn : testing::Test {
     void measure() {
         flow().setSize(0);
         flow().setAge(0);
-        scene.model().startScan(home.path());
+        scene.model().scan()->startScan(home.path());
         settle();
     }
     void settle() {
         scene.waitUntil([this] {
-            return !scene.model().isScanning() && !scene.model().treeEdits().isBusy() && flow().isKnown()
-                   && !flow().largeOldRunning() && flow().largeOldVersion() == scene.model().treeVersion();
+            return !scene.model().scan()->isScanning() && !scene.model().treeEdits().isBusy()
+                   && flow().isKnown() && !flow().largeOldRunning()
+                   && flow().largeOldVersion() == scene.model().scan()->treeVersion();
         });
     }
     QStringList names() {
         QStringList found;
         for (int row = 0; row < rows().rowCount(); ++row)
-            found << rows().data(rows().index(row), LargeOldModel::NameRole).toString();
+            found << rows().value(row, "name").toString();
         return found;
     }
     void waitFor(const QStringList& wanted) {
@@ -66,6 +67,7 @@ struct LargeOldFlowOn : testing::Test {
 
 TEST_F(LargeOldFlowOn, ListsFiltersAndSorts) {
     EXPECT_EQ(flow().countText(), QString());
+    EXPECT_EQ(flow().largeOldQuery().unusedFor, 31'536'000) << "at first";
     const QAbstractItemModelTester tester(&rows(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     measure();
     EXPECT_EQ(names(), (QStringList{"a.mkv", "B.mkv", "c.iso"}));
@@ -142,7 +144,7 @@ TEST_F(LargeOldFlowOn, TakesOnlyWhatWasAskedForLast) {
     };
     flow().setAge(0);
     flow().setSize(0);
-    scene.model().startScan(home.path());
+    scene.model().scan()->startScan(home.path());
     scene.waitUntil([&] { return looks->at(0).isWaiting.load(); });
     flow().setKind(2);
     scene.waitUntil([&] { return looks->at(1).isWaiting.load(); });
@@ -154,7 +156,7 @@ TEST_F(LargeOldFlowOn, TakesOnlyWhatWasAskedForLast) {
     EXPECT_EQ(names(), QStringList{"c.iso"}) << "the older, wider look ended last";
     EXPECT_FALSE(looks->at(1).wasCancelled);
 
-    scene.model().startScan(home.path());
+    scene.model().scan()->startScan(home.path());
     EXPECT_EQ(rows().rowCount(), 0) << "of a tree that is gone";
     EXPECT_EQ(flow().countText(), QString());
     EXPECT_EQ(flow().largeOldVersion(), -1);
@@ -204,7 +206,7 @@ TEST(WindowLarge, KeysTickCopyFindAndReview) {
 TEST(WindowLarge, FocusKeepsToItsFileAndTheMenuToItsItem) {
     WindowScene scene;
     scene.open();
-    scene.app().scanDisk();
+    scene.app().scan()->scanDisk();
     ASSERT_TRUE(scene.waitUntil([&] { return scene.app().largeOld()->isKnown(); }));
     scene.press(Qt::Key_3, Qt::ControlModifier);
     scene.click(QStringLiteral("large.row.raw.arw"));

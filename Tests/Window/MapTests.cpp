@@ -1,5 +1,6 @@
-#include "Models/TreemapItem.h"
+#include "ModelScene.h"
 #include "Support/TreeBuilder.h"
+#include "Views/TreemapItem.h"
 #include "WindowScene.h"
 
 #include <gtest/gtest.h>
@@ -40,8 +41,8 @@ public:
             return ScanResult{.tree = sampleTree(), .startedAt = {}, .firstProgress = {}, .duration = 1};
         };
         open(width, height);
-        app().scanDisk();
-        EXPECT_TRUE(waitUntil([this] { return app().scanState() == AppModel::ScanState::done; }));
+        app().scan()->scanDisk();
+        EXPECT_TRUE(waitUntil([this] { return app().scan()->scanState() == ScanFlow::ScanState::done; }));
         app().setScreenName(QStringLiteral("map"));
         settle();
         view = qobject_cast<TreemapItem*>(item(QStringLiteral("map.view")));
@@ -241,7 +242,8 @@ TEST(WindowMap, AssistiveTechnologyReachesEveryTile) {
 }
 
 TEST(WindowMap, FollowsTheTree) {
-    MapModel map;
+    ModelScene scene;
+    auto& map = *scene.model().map();
     const auto tree = std::make_shared<FileTree>(sampleTree());
     const auto at = [&](const char* path) { return *map.tree().index(path, PathCanonicalizer::shared()); };
     map.setTree(tree, std::nullopt);

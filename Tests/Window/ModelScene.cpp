@@ -94,10 +94,10 @@ void ModelScene::scanWith(const std::string& root, ScanResult result) {
         const std::scoped_lock lock(scanner_->mutex);
         number = scanner_->calls.size();
     }
-    model().startScan(root);
+    model().scan()->startScan(root);
     scan(number);
     endScan(number, std::move(result));
-    waitUntil([this] { return !model().isScanning(); });
+    waitUntil([this] { return !model().scan()->isScanning(); });
 }
 
 ScanResult sampleScan(bool cancelled) {

@@ -29,21 +29,21 @@ struct MoveFlowOn : testing::Test {
     }
 
     void measure() {
-        app().startScan(home.path());
-        scene.waitUntil([this] { return app().scanState() == AppModel::ScanState::done; });
+        app().scan()->startScan(home.path());
+        scene.waitUntil([this] { return app().scan()->scanState() == ScanFlow::ScanState::done; });
         app().moves()->watch(ticks);
     }
     AppModel& app() { return scene.model(); }
     MoveFlow& moves() { return *app().moves(); }
 
     TickedItem ticked(const std::string& path) {
-        const auto& tree = *app().tree();
+        const auto& tree = *app().scan()->tree();
         const auto node = tree.index(path, app().policy().canonicalizer()).value();
         return TickedItem::ofNode(
             DeletionItem::fromTree(tree, node, DeletionModule::map, app().policy()).value(), tree, node);
     }
     bool isInTree(const std::string& path) {
-        return app().tree()->index(path, app().policy().canonicalizer()).has_value();
+        return app().scan()->tree()->index(path, app().policy().canonicalizer()).has_value();
     }
     void review(const std::vector<std::string>& paths) {
         for (const auto& path : paths)
@@ -68,10 +68,10 @@ struct MoveFlowOn : testing::Test {
 
 TEST_F(MoveFlowOn, WhatMovesIsWhatWasShownAndAllOfItComesBack) {
     measure();
-    const auto before = app().tree();
-    const int version = app().treeVersion();
-    std::vector<DeletionItem> told;
-    QObject::connect(&moves(), &MoveFlow::moved, [&](const auto& items) { told = items; });
+    const auto before = app().scan()->tree();
+    const int version = app().scan()->treeVersion();
+    std::vector<std::string> told;
+    QObject::connect(&moves(), &MoveFlow::moved, [&](const auto& paths) { told = paths; });
     review({films[0], films[1]});
     EXPECT_EQ(moves().question(), QStringLiteral("Move 2 items to the Trash?"));
     const auto request = moves().confirmRequest()->id;
@@ -81,21 +81,22 @@ TEST_F(MoveFlowOn, WhatMovesIsWhatWasShownAndAllOfItComesBack) {
 
     EXPECT_FALSE(fs::exists(films[0]) || fs::exists(films[1]));
     EXPECT_TRUE(fs::exists(films[2])) << "it was ticked after the confirmation was shown";
-    EXPECT_EQ(told.size(), 2U);
+    EXPECT_EQ(told, (std::vector{films[0], films[1]}));
     EXPECT_EQ(ticks.count(), 0);
     EXPECT_EQ(moves().report()->moved()->rowCount(), 2);
+    EXPECT_EQ(moves().lastReport()->moved.size(), 2);
     EXPECT_FALSE(isInTree(films[0]) || isInTree(films[1]));
-    EXPECT_EQ(app().treeVersion(), version + 1);
-    EXPECT_LT(app().tree()->allocated(0), before->allocated(0));
+    EXPECT_EQ(app().scan()->treeVersion(), version + 1);
+    EXPECT_LT(app().scan()->tree()->allocated(0), before->allocated(0));
     EXPECT_TRUE(before->index(films[0], app().policy().canonicalizer())) << "what others hold never changes";
-    scene.waitUntil([this] { return app().journalEntries().size() == 2; });
+    scene.waitUntil([this] { return app().journal()->journalEntries().size() == 2; });
 
     moves().putBackAll();
     scene.waitUntil([this] { return !moves().isPuttingBack() && !app().treeEdits().isBusy(); });
     EXPECT_TRUE(fs::exists(films[0]) && fs::exists(films[1]));
     EXPECT_EQ(moves().report()->putBackWords(), QStringLiteral("2 items put back"));
     EXPECT_FALSE(moves().report()->canPutBack());
-    EXPECT_EQ(app().tree()->allocated(0), before->allocated(0));
+    EXPECT_EQ(app().scan()->tree()->allocated(0), before->allocated(0));
     EXPECT_TRUE(isInTree(films[0]));
 
     review({films[0]});
@@ -114,8 +115,7 @@ TEST_F(MoveFlowOn, WhatChangedMeanwhileIsSkippedWithItsReason) {
     EXPECT_FALSE(fs::exists(films[1]));
     const auto* skipped = moves().report()->skipped();
     ASSERT_EQ(skipped->rowCount(), 1);
-    EXPECT_EQ(skipped->data(skipped->index(0), ReportRowsModel::NoteRole).toString(),
-              QStringLiteral("Changed since the scan — scan again"));
+    EXPECT_EQ(skipped->rows().front().note, QStringLiteral("Changed since the scan — scan again"));
     EXPECT_TRUE(isInTree(films[0]));
 }
 
@@ -145,8 +145,8 @@ TEST_F(MoveFlowOn, StoppingFinishesTheItemInProgressAndTakesNoOther) {
         QMetaObject::invokeMethod(
             &moves(),
             [&] {
-                app().measureAgain();
-                startedScan = app().isScanning();
+                app().scan()->measureAgain();
+                startedScan = app().scan()->isScanning();
                 moves().stopAfterThisItem();
             },
             Qt::BlockingQueuedConnection);
@@ -170,8 +170,8 @@ TEST_F(MoveFlowOn, EachItemTellsWhatBecameOfItWhileTheOthersMove) {
         QMetaObject::invokeMethod(
             &moves(),
             [&] {
-                for (int row = 0; row < moves().items()->rowCount(); ++row)
-                    seen << moves().items()->index(row).data(MoveItemsModel::StateRole).toString();
+                for (const auto& row : moves().items()->rows())
+                    seen << row.stage();
                 seen << moves().progressText() << moves().deletingTitle();
             },
             Qt::BlockingQueuedConnection);
@@ -197,25 +197,25 @@ TEST_F(MoveFlowOn, TheReportIsExportedInTheFormThatTheFileIsNamedFor) {
     EXPECT_TRUE(exported("report.md").startsWith("# "));
     EXPECT_TRUE(exported("report.json").startsWith("{"));
     moves().exportReport(QUrl::fromLocalFile(QString::fromStdString(home.path("no/such/folder.md"))));
-    EXPECT_FALSE(app().notice().isEmpty());
+    EXPECT_FALSE(app().notice()->text().isEmpty());
 }
 
 TEST_F(MoveFlowOn, ANewScanEndsAConfirmationAndMakesEditsOfTheOldTreeVoid) {
     measure();
-    const auto old = app().tree();
+    const auto old = app().scan()->tree();
     review({films[0]});
-    app().measureAgain();
+    app().scan()->measureAgain();
     EXPECT_FALSE(moves().isConfirming());
     EXPECT_EQ(ticks.count(), 0);
     moves().confirm();
     EXPECT_FALSE(moves().isDeleting());
-    scene.waitUntil([this] { return app().scanState() == AppModel::ScanState::done; });
+    scene.waitUntil([this] { return app().scan()->scanState() == ScanFlow::ScanState::done; });
 
-    const auto now = app().tree();
+    const auto now = app().scan()->tree();
     ScanResult edited;
     edited.tree = *old;
-    app().takeEdit(old, scanOutcome(std::move(edited), app().diskReader(), home.path()));
-    EXPECT_EQ(app().tree(), now);
+    app().scan()->takeEdit(old, scanOutcome(std::move(edited), app().disk()->reader(), home.path()));
+    EXPECT_EQ(app().scan()->tree(), now);
 }
 
 TEST_F(MoveFlowOn, TicksRefuseNestAndTellWhatTheyFree) {

@@ -2,10 +2,10 @@
 #include "AppModel/TreeEdits.h"
 #include "HookedTrash.h"
 #include "Journal/MoveRecord.h"
-#include "Models/TreemapItem.h"
 #include "Platform/HomeTrash.h"
 #include "RealHome.h"
 #include "Support/DesktopSession.h"
+#include "Views/TreemapItem.h"
 #include "WindowScene.h"
 
 #include <filesystem>
@@ -88,15 +88,16 @@ struct MovingInTheWindow : testing::Test {
             };
         }
         scene.open(width, height);
-        scene.app().startScan(place);
-        ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+        scene.app().scan()->startScan(place);
+        ASSERT_TRUE(
+            scene.waitUntil([&] { return scene.app().scan()->scanState() == ScanFlow::ScanState::done; }));
         scene.app().setScreen(Screen::map);
         scene.settle();
         map = qobject_cast<TreemapItem*>(scene.item(QStringLiteral("map.view")));
         ASSERT_NE(map, nullptr);
     }
     QRectF box(const std::string& path) {
-        const auto node = scene.app().tree()->index(path, scene.app().policy().canonicalizer());
+        const auto node = scene.app().scan()->tree()->index(path, scene.app().policy().canonicalizer());
         return node ? map->boxOf(*node) : QRectF();
     }
     void tick(const std::string& path, Qt::MouseButton button = Qt::LeftButton) {
@@ -189,7 +190,8 @@ TEST_F(MovingInTheWindow, WhatCouldNotBeReadIsToldBeforeItMoves) {
         tree.recomputeTotals();
     });
     const auto videos = scene.environment.home + "/Videos";
-    scene.app().showOnMap(scene.app().tree()->index(videos, scene.app().policy().canonicalizer()).value());
+    scene.app().showOnMap(
+        scene.app().scan()->tree()->index(videos, scene.app().policy().canonicalizer()).value());
     scene.settle();
     scene.click(QStringLiteral("map.tick.Travels with a name that goes on/"));
     ASSERT_TRUE(scene.waitUntil([&] { return ticked() == 1; }));
@@ -280,7 +282,7 @@ TEST_F(MovingInTheWindow, AFolderIsMeasuredAgainFromTheMap) {
     scene.press(Qt::Key_F5, Qt::ShiftModifier);
     ASSERT_TRUE(scene.waitUntil([&] { return !box(added).isEmpty(); }));
     scene.settle();
-    EXPECT_EQ(scene.app().scanState(), AppModel::ScanState::done) << "no whole scan";
+    EXPECT_EQ(scene.app().scan()->scanState(), ScanFlow::ScanState::done) << "no whole scan";
 
     fs::remove(added);
     const auto folder = box(scene.environment.home + "/Videos");

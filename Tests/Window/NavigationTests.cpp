@@ -1,5 +1,5 @@
-#include "Models/ButtonKeys.h"
 #include "Scan/TreeScanner.h"
+#include "Views/ButtonKeys.h"
 #include "WindowScene.h"
 
 #include <atomic>
@@ -27,8 +27,9 @@ void collectButtons(QQuickItem& item, std::vector<QQuickItem*>& buttons) {
 TEST(WindowNavigation, NoButtonLeavesItsKeysToTheDesktop) {
     WindowScene scene;
     scene.open();
-    scene.app().scanDisk();
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+    scene.app().scan()->scanDisk();
+    ASSERT_TRUE(
+        scene.waitUntil([&] { return scene.app().scan()->scanState() == ScanFlow::ScanState::done; }));
     std::size_t looked = 0;
     const auto look = [&](const char* screen) {
         scene.settle();
@@ -77,6 +78,8 @@ TEST(WindowNavigation, SettingsAndHelpStandInPlaceOfAScreenUntilOneIsWanted) {
     scene.press(Qt::Key_1, Qt::ControlModifier);
     EXPECT_TRUE(scene.isShown(QStringLiteral("overview")));
 
+    scene.app().showAbout();
+    EXPECT_TRUE(scene.isShown(QStringLiteral("help.motto")));
     scene.click(QStringLiteral("sidebar.settings"));
     EXPECT_TRUE(scene.isShown(QStringLiteral("settings")));
     scene.app().setScreenName(QStringLiteral("journal"));
@@ -127,7 +130,8 @@ TEST(WindowScan, ShowsWhatAFolderHoldsFromTheFirstRunToTheEnd) {
     scene.open();
     EXPECT_TRUE(scene.says(QStringLiteral("See where 421.8 GB went")));
     scene.press(Qt::Key_Return);
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+    ASSERT_TRUE(
+        scene.waitUntil([&] { return scene.app().scan()->scanState() == ScanFlow::ScanState::done; }));
     scene.settle();
     EXPECT_TRUE(scene.isShown(QStringLiteral("overview.kinds")));
     EXPECT_TRUE(scene.says(QStringLiteral("Video")));
@@ -145,7 +149,7 @@ TEST(WindowScan, StopsAndKeepsWhatWasMeasuredAsPartial) {
     EXPECT_TRUE(scene.says(QStringLiteral("Top level so far")));
     EXPECT_TRUE(scene.hasFocus(QStringLiteral("overview.stop")));
     scene.press(Qt::Key_Escape);
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().isPartial(); }));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scan()->isPartial(); }));
     scene.settle();
     EXPECT_TRUE(scene.says(QStringLiteral("Scan cancelled — partial")));
 
@@ -155,7 +159,8 @@ TEST(WindowScan, StopsAndKeepsWhatWasMeasuredAsPartial) {
     EXPECT_TRUE(scene.isShown(QStringLiteral("overview.partial")));
     scene.releaseScans();
     scene.click(QStringLiteral("overview.partial.action"));
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
+    ASSERT_TRUE(
+        scene.waitUntil([&] { return scene.app().scan()->scanState() == ScanFlow::ScanState::done; }));
     scene.settle();
     EXPECT_FALSE(scene.isShown(QStringLiteral("overview.partial")));
 }
@@ -164,11 +169,12 @@ TEST(WindowScan, MeasuringAgainAsksForTheSameRootByF5) {
     WindowScene scene;
     scene.open();
     scene.press(Qt::Key_F5);
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
-    const auto version = scene.app().treeVersion();
+    ASSERT_TRUE(
+        scene.waitUntil([&] { return scene.app().scan()->scanState() == ScanFlow::ScanState::done; }));
+    const auto version = scene.app().scan()->treeVersion();
     scene.settle();
     scene.click(QStringLiteral("overview.again"));
-    EXPECT_TRUE(scene.waitUntil([&] { return scene.app().treeVersion() == version + 2; }));
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.app().scan()->treeVersion() == version + 2; }));
 }
 
 TEST(WindowOverview, ListsWhatCouldNotBeReadWithItsCommand) {
@@ -192,8 +198,9 @@ TEST(WindowOverview, OffersTheOtherFileSystems) {
     scene.click(QStringLiteral("overview.volume"));
     ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("/media/mira/backup")); }));
     scene.click(QStringLiteral("overview.volume.1"));
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scanState() == AppModel::ScanState::done; }));
-    EXPECT_EQ(scene.app().scanRootPath(), "/media/mira/backup");
+    ASSERT_TRUE(
+        scene.waitUntil([&] { return scene.app().scan()->scanState() == ScanFlow::ScanState::done; }));
+    EXPECT_EQ(scene.app().scan()->scanRoot(), "/media/mira/backup");
 }
 
 TEST(WindowOverview, ArrowsMoveWithinAListAndEnterOpensTheMap) {
@@ -225,18 +232,18 @@ TEST(WindowSettings, ApplyAtOnce) {
 
     EXPECT_FALSE(scene.item(QStringLiteral("settings.threshold"))->isEnabled());
     scene.click(QStringLiteral("settings.alert"));
-    EXPECT_TRUE(scene.app().isLowDiskEnabled());
+    EXPECT_TRUE(scene.app().alert()->isEnabled());
     EXPECT_TRUE(scene.item(QStringLiteral("settings.threshold"))->isEnabled());
     scene.item(QStringLiteral("settings.threshold"))->forceActiveFocus(Qt::TabFocusReason);
     scene.press(Qt::Key_Down);
-    EXPECT_EQ(scene.app().lowDiskThreshold(), 20'000'000'000U);
+    EXPECT_EQ(scene.app().alert()->lowDisk().threshold, 20'000'000'000U);
     scene.click(QStringLiteral("settings.threshold"));
     EXPECT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("50 GB")); }));
     scene.press(Qt::Key_Down);
     scene.press(Qt::Key_Return);
-    EXPECT_EQ(scene.app().lowDiskThreshold(), 50'000'000'000U);
+    EXPECT_EQ(scene.app().alert()->lowDisk().threshold, 50'000'000'000U);
     scene.click(QStringLiteral("settings.login"));
-    EXPECT_TRUE(scene.app().opensAtLogin());
+    EXPECT_TRUE(scene.app().alert()->opensAtLogin());
 }
 
 TEST(WindowOnboarding, StandsAloneUntilAccessIsGranted) {
@@ -250,7 +257,7 @@ TEST(WindowOnboarding, StandsAloneUntilAccessIsGranted) {
     EXPECT_FALSE(scene.isShown(QStringLiteral("sidebar")));
     EXPECT_TRUE(scene.hasFocus(QStringLiteral("onboarding.open")));
     scene.press(Qt::Key_F5);
-    EXPECT_EQ(scene.app().scanState(), AppModel::ScanState::idle);
+    EXPECT_EQ(scene.app().scan()->scanState(), ScanFlow::ScanState::idle);
     isGranted->store(true);
     EXPECT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("overview.measure")); }));
     EXPECT_FALSE(scene.isShown(QStringLiteral("onboarding")));
@@ -267,7 +274,7 @@ TEST(WindowFrame, LooksAtTheDiskAgainWhenItIsReturnedTo) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
     *trash = 7;
     scene.window().requestActivate();
-    EXPECT_TRUE(scene.waitUntil([&] { return scene.app().trashBytes() == 7; }));
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.app().disk()->trashBytes() == 7; }));
 }
 
 TEST(WindowFrame, BlamesWhatCouldNotBeReadForNothingOutsideTheFolder) {
@@ -279,11 +286,11 @@ TEST(WindowFrame, BlamesWhatCouldNotBeReadForNothingOutsideTheFolder) {
     const auto link = [&] {
         return scene.item(QStringLiteral("overview.term.notmeasured"))->property("link").toString();
     };
-    scene.app().startScan("/home/mira/Videos");
+    scene.app().scan()->startScan("/home/mira/Videos");
     ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("overview.unreadable")); }));
     EXPECT_EQ(remark(), QStringLiteral("outside of ~/Videos"));
     EXPECT_EQ(link(), QString());
-    scene.app().scanDisk();
+    scene.app().scan()->scanDisk();
     ASSERT_TRUE(scene.waitUntil(
         [&] { return scene.isShown(QStringLiteral("overview.term.notmeasured")) && !link().isEmpty(); }));
     EXPECT_EQ(remark(), QString());

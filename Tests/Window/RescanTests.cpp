@@ -1,7 +1,7 @@
+#include "AppModel/MapModel.h"
 #include "AppModel/MoveFlow.h"
 #include "AppModel/RescanFlow.h"
 #include "AppModel/TreeEdits.h"
-#include "Models/MapModel.h"
 #include "ModelScene.h"
 #include "Platform/HomeTrash.h"
 #include "Scan/TreeScanner.h"
@@ -30,14 +30,14 @@ struct RescanInTheModel : testing::Test {
         home.file("Videos/a.mkv", 20'000);
         home.file("Videos/Old/b.mkv", 20'000);
         home.file("Music/c.flac", 20'000);
-        app().startScan(home.path());
-        scene.waitUntil([this] { return app().scanState() == AppModel::ScanState::done; });
-        map.setApp(&app());
+        app().scan()->startScan(home.path());
+        scene.waitUntil([this] { return app().scan()->scanState() == ScanFlow::ScanState::done; });
     }
 
     AppModel& app() { return scene.model(); }
+    MapModel& map() { return *app().map(); }
     std::optional<NodeIndex> at(const char* path) {
-        return app().tree()->index(home.path(path), app().policy().canonicalizer());
+        return app().scan()->tree()->index(home.path(path), app().policy().canonicalizer());
     }
     void rescan(const char* path) {
         app().rescan()->start(at(path).value());
@@ -45,56 +45,55 @@ struct RescanInTheModel : testing::Test {
     }
     void finish() {
         scene.waitUntil([this] {
-            return !app().rescan()->isRunning() && !app().treeEdits().isBusy() && !app().isScanning();
+            return !app().rescan()->isRunning() && !app().treeEdits().isBusy() && !app().scan()->isScanning();
         });
     }
 
     TemporaryFolder home;
     std::atomic<bool> isHeld = false;
     ModelScene scene;
-    MapModel map;
 };
 
 } // namespace
 
 TEST_F(RescanInTheModel, BringsTheFolderUpToDateAndTheMapKeepsItsPlace) {
-    map.show(*at("Videos"));
-    map.select(*at("Videos/a.mkv"));
+    map().show(*at("Videos"));
+    map().select(*at("Videos/a.mkv"));
     for (const auto* path : {"Videos/a.mkv", "Music/c.flac"}) {
-        map.toggleTick(*at(path));
-        scene.waitUntil([&] { return map.isTicked(*at(path)); });
+        map().toggleTick(*at(path));
+        scene.waitUntil([&] { return map().isTicked(*at(path)); });
     }
     home.file("Videos/Old/new.mkv", 50'000);
     fs::remove(home.path("Videos/Old/b.mkv"));
-    const auto before = app().tree()->allocated(0);
+    const auto before = app().scan()->tree()->allocated(0);
     rescan("Videos");
     EXPECT_TRUE(at("Videos/Old/new.mkv"));
     EXPECT_FALSE(at("Videos/Old/b.mkv"));
-    EXPECT_GT(app().tree()->allocated(0), before);
-    EXPECT_EQ(app().figures()->entries().toUInt(), app().tree()->descendantCount(0) + 1);
-    EXPECT_EQ(map.focus(), *at("Videos"));
-    EXPECT_EQ(map.selectedNode(), at("Videos/a.mkv"));
-    EXPECT_FALSE(map.isTicked(*at("Videos/a.mkv"))) << "what was measured again is not what was ticked";
-    EXPECT_TRUE(map.isTicked(*at("Music/c.flac")));
+    EXPECT_GT(app().scan()->tree()->allocated(0), before);
+    EXPECT_EQ(app().scan()->figures()->entries().toUInt(), app().scan()->tree()->descendantCount(0) + 1);
+    EXPECT_EQ(map().focus(), *at("Videos"));
+    EXPECT_EQ(map().selectedNode(), at("Videos/a.mkv"));
+    EXPECT_FALSE(map().isTicked(*at("Videos/a.mkv"))) << "what was measured again is not what was ticked";
+    EXPECT_TRUE(map().isTicked(*at("Music/c.flac")));
 
     fs::remove_all(home.path("Videos"));
     rescan("Videos/Old");
     EXPECT_FALSE(at("Videos"));
-    EXPECT_EQ(map.focus(), 0U);
+    EXPECT_EQ(map().focus(), 0U);
 }
 
 TEST_F(RescanInTheModel, IsStoppedAndGivesWayToWhatChangesTheDisk) {
     isHeld = true;
     home.file("Videos/new.mkv", 50'000);
-    const auto tree = app().tree();
+    const auto tree = app().scan()->tree();
     app().rescan()->start(*at("Videos"));
     EXPECT_EQ(app().rescan()->text(), QStringLiteral("Measuring ~/Videos again…"));
     app().rescan()->stop();
     EXPECT_TRUE(app().rescan()->text().isEmpty());
     app().rescan()->start(*at("Videos"));
-    map.toggleTick(*at("Music/c.flac"));
-    scene.waitUntil([this] { return map.isTicked(*at("Music/c.flac")); });
-    app().moves()->review(map.ticks());
+    map().toggleTick(*at("Music/c.flac"));
+    scene.waitUntil([this] { return map().isTicked(*at("Music/c.flac")); });
+    app().moves()->review(map().ticks());
     app().moves()->confirm();
     EXPECT_FALSE(app().rescan()->isRunning());
     app().rescan()->start(*at("Videos"));
@@ -106,7 +105,7 @@ TEST_F(RescanInTheModel, IsStoppedAndGivesWayToWhatChangesTheDisk) {
 
     app().rescan()->start(*at("Videos"));
     isHeld = false;
-    app().measureAgain();
+    app().scan()->measureAgain();
     EXPECT_FALSE(app().rescan()->isRunning());
     finish();
     EXPECT_TRUE(at("Videos/new.mkv"));

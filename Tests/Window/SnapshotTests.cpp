@@ -34,17 +34,17 @@ void keepScreens(WindowScene& scene, const QString& suffix) {
 void keepOverview(WindowScene& scene, const QString& suffix) {
     keepPicture(scene, QStringLiteral("overview-first-run") + suffix);
     scene.holdScans();
-    scene.app().scanDisk();
+    scene.app().scan()->scanDisk();
     ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("612,408")); }));
     keepPicture(scene, QStringLiteral("overview-scanning") + suffix);
-    scene.app().stopScan();
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().isPartial(); }));
+    scene.app().scan()->stop();
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scan()->isPartial(); }));
     keepPicture(scene, QStringLiteral("overview-partial") + suffix);
     scene.releaseScans();
-    scene.app().scanDisk();
+    scene.app().scan()->scanDisk();
     auto& large = *scene.app().largeOld();
     ASSERT_TRUE(scene.waitUntil(
-        [&] { return scene.app().scanState() == AppModel::ScanState::done && large.isKnown(); }));
+        [&] { return scene.app().scan()->scanState() == ScanFlow::ScanState::done && large.isKnown(); }));
     for (const auto row : {1U, 4U})
         large.toggleTick(large.largeOldRows().at(row).index);
     scene.settle();
@@ -138,7 +138,7 @@ TEST(WindowSnapshotOf, AppsAndWhatTheyLeave) {
 TEST(WindowSnapshotOf, WhatOpensOverAScreen) {
     WindowScene scene;
     scene.open();
-    scene.app().scanDisk();
+    scene.app().scan()->scanDisk();
     ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("overview.unreadable")); }));
     scene.settle();
     scene.click(QStringLiteral("overview.volume"));

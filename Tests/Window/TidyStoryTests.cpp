@@ -45,9 +45,10 @@ struct TidyInTheWindow : testing::Test {
             return result;
         };
         scene.open(width, height);
-        scene.app().startScan(place);
-        ASSERT_TRUE(scene.waitUntil(
-            [&] { return scene.app().measuredText() != QString() && !scene.app().isScanning(); }));
+        scene.app().scan()->startScan(place);
+        ASSERT_TRUE(scene.waitUntil([&] {
+            return scene.app().scan()->measuredText() != QString() && !scene.app().scan()->isScanning();
+        }));
         scene.app().setScreen(Screen::tidy);
         ASSERT_TRUE(scene.waitUntil([&] { return flow().isKnown(); }));
         scene.settle();
@@ -82,6 +83,9 @@ TEST_F(TidyInTheWindow, WhatIsTickedGoesToTheTrashAndTheRestStays) {
     EXPECT_TRUE(scene.says(QStringLiteral("3 topmost folders, 6 with those inside")));
     EXPECT_TRUE(scene.says(QStringLiteral("Move 5 empty folders to the Trash")));
     EXPECT_TRUE(scene.says(QStringLiteral("4 found: 2 missing, 1 unknown, 1 intentional")));
+    EXPECT_EQ(flow().emptyFolderRows().size(), 3);
+    EXPECT_EQ(flow().brokenShortcutRows().size(), 4);
+    EXPECT_EQ(flow().tidyVersion(), scene.app().scan()->treeVersion());
     keepPicture(scene, QStringLiteral("tidy-filled"));
     scene.setFontScale(2);
     keepPicture(scene, QStringLiteral("tidy-filled-large-font"));
@@ -89,7 +93,7 @@ TEST_F(TidyInTheWindow, WhatIsTickedGoesToTheTrashAndTheRestStays) {
 
     const int locked = row(flow().shortcuts(), "Projects/site/node_modules/.bin/tsx");
     scene.click(QStringLiteral("tidy.shortcuts.tick.%1").arg(locked));
-    EXPECT_FALSE(flow().shortcuts()->row(locked).isTicked);
+    EXPECT_FALSE(flow().shortcuts()->isTicked(locked));
     const int exported = row(flow().folders(), "Downloads/statement export");
     scene.click(QStringLiteral("tidy.folders.tick.%1").arg(exported));
     EXPECT_TRUE(scene.says(QStringLiteral("Move 4 empty folders to the Trash")));
@@ -101,7 +105,7 @@ TEST_F(TidyInTheWindow, WhatIsTickedGoesToTheTrashAndTheRestStays) {
     scene.click(QStringLiteral("report.putBack"));
     ASSERT_TRUE(scene.waitUntil([&] { return isThere("Projects/old notes/attachments/a/b"); }));
     ASSERT_TRUE(scene.waitUntil([&] { return flow().folders()->total() == 3 && !flow().tidyRunning(); }));
-    EXPECT_FALSE(flow().folders()->row(row(flow().folders(), "Downloads/statement export")).isTicked)
+    EXPECT_FALSE(flow().folders()->isTicked(row(flow().folders(), "Downloads/statement export")))
         << "it was unticked by hand";
     scene.click(QStringLiteral("report.done"));
 
@@ -148,7 +152,7 @@ TEST_F(TidyInTheWindow, ASmallWindowHasTabsAndAStoppedScanNoEmptyFolders) {
     EXPECT_TRUE(scene.isShown(QStringLiteral("tidy.shortcuts.table")));
     keepPicture(scene, QStringLiteral("tidy-shortcuts-800x560"));
     isPartial = false;
-    scene.app().measureAgain();
+    scene.app().scan()->measureAgain();
     EXPECT_FALSE(flow().isKnown());
     ASSERT_TRUE(scene.waitUntil([&] { return flow().isKnown() && flow().folders()->total() == 3; }));
     scene.click(QStringLiteral("tidy.tab.0"));

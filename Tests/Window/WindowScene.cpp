@@ -1,5 +1,6 @@
 #include "WindowScene.h"
 
+#include "Models/IconAddress.h"
 #include "SampleDisk.h"
 #include "Services/AppIcons.h"
 #include "Util/Check.h"
@@ -84,7 +85,6 @@ WindowScene::WindowScene() : gate_(std::make_shared<Gate>()) {
     environment.installedApps = [] { return std::vector<InstalledApp>(); };
     environment.runningPrograms = [] { return std::vector<platform::RunningProgram>(); };
     environment.askToQuit = [](const std::vector<platform::RunningProgram>& /*running*/) { return false; };
-    environment.findIcon = [](const std::string& icon, int /*size*/) { return icon; };
     environment.settings = std::make_shared<QSettings>(QString::fromStdString(folder_.path("settings.ini")),
                                                        QSettings::IniFormat);
     environment.desktop = desktop_;
@@ -102,7 +102,7 @@ void WindowScene::open(int width, int height) {
     app_ = std::make_unique<AppModel>(environment);
     engine_ = std::make_unique<QQmlApplicationEngine>();
     engine_->addImportPath(QStringLiteral(":/qt/qml"));
-    engine_->addImageProvider(AppIcons::name, new AppIcons); // the engine owns it
+    engine_->addImageProvider(iconProvider, new AppIcons); // the engine owns it
     engine_->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(app_.get())},
                                    {QStringLiteral("width"), width},
                                    {QStringLiteral("height"), height}});
@@ -116,7 +116,7 @@ void WindowScene::open(int width, int height) {
     window_ = qobject_cast<QQuickWindow*>(engine_->rootObjects().constFirst());
     window_->requestActivate();
     EXPECT_TRUE(QTest::qWaitForWindowActive(window_, patience));
-    EXPECT_TRUE(waitUntil([this] { return app_->trashBytes().has_value(); }));
+    EXPECT_TRUE(waitUntil([this] { return app_->disk()->trashBytes().has_value(); }));
     settle();
 }
 

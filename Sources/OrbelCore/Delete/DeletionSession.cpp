@@ -1,6 +1,6 @@
 #include "Delete/DeletionSession.h"
 
-#include "Util/BlockingWork.h"
+#include "Platform/BlockingWork.h"
 #include "Util/Uuid.h"
 
 #include <utility>
@@ -22,15 +22,20 @@ std::optional<DeletionItem> DeletionSession::item(const std::string& id) const {
 
 std::future<DeletionReport> DeletionSession::run(std::span<const std::string> ids, Trasher::Progress progress,
                                                  Trasher::IsCancelled isCancelled) const {
+    return BlockingWork::run("orbel.deletion",
+                             [move = prepared(ids), progress = std::move(progress),
+                              isCancelled = std::move(isCancelled)] { return move(progress, isCancelled); });
+}
+
+DeletionSession::Move DeletionSession::prepared(std::span<const std::string> ids) const {
     std::vector<DeletionItem> approved;
     for (const auto& id : ids)
         if (const auto found = items_.find(id); found != items_.end())
             approved.push_back(found->second);
-    return BlockingWork::run("orbel.deletion",
-                             [trasher = trasher_, approved = std::move(approved),
-                              progress = std::move(progress), isCancelled = std::move(isCancelled)] {
-                                 return trasher->run(approved, newUuid(), progress, isCancelled);
-                             });
+    return [trasher = trasher_, approved = std::move(approved)](const Trasher::Progress& progress,
+                                                                const Trasher::IsCancelled& isCancelled) {
+        return trasher->run(approved, newUuid(), progress, isCancelled);
+    };
 }
 
 } // namespace orbel

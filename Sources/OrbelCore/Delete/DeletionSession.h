@@ -4,6 +4,7 @@
 #include "Delete/DeletionReport.h"
 #include "Delete/Trasher.h"
 
+#include <functional>
 #include <future>
 #include <memory>
 #include <optional>
@@ -34,6 +35,11 @@ public:
     /// dropped.
     std::future<DeletionReport> run(std::span<const std::string> ids, Trasher::Progress progress,
                                     Trasher::IsCancelled isCancelled) const;
+
+    using Move = std::function<DeletionReport(Trasher::Progress, Trasher::IsCancelled)>;
+    /// The same for a caller that has a thread of its own: the call that makes the moves, and blocks. It owns
+    /// all that it uses, and may outlive the session.
+    Move prepared(std::span<const std::string> ids) const;
 
 private:
     std::unordered_map<std::string, DeletionItem> items_;

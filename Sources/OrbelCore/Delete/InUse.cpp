@@ -4,7 +4,9 @@
 #include "Scan/Walker.h"
 
 #include <algorithm>
+#include <functional>
 #include <unordered_map>
+#include <utility>
 
 namespace orbel {
 
@@ -12,6 +14,11 @@ namespace {
 
 FileIdentity identityOf(const platform::UsedFile& file) {
     return {.device = file.device, .inode = file.inode};
+}
+
+template <class Value>
+std::size_t hashOf(const Value& value) {
+    return std::hash<Value>()(value);
 }
 
 /// What lies in a folder, to be asked for by identity, whatever name a process knows it by.
@@ -78,7 +85,15 @@ std::optional<std::string> reasonFor(const std::vector<ProcessUse>& users) {
 
 MappedFilesSnapshot takeMappedSnapshot() {
     const auto takenAt = std::chrono::system_clock::now();
-    return {.takenAt = takenAt, .processes = platform::processFiles()};
+    auto processes = platform::processFiles();
+    auto known = std::make_shared<std::unordered_set<std::size_t>>();
+    for (const auto& process : processes.processes)
+        for (const auto& file : process.files) {
+            if (file.inode != 0)
+                known->insert(hashOf(identityOf(file)));
+            known->insert(hashOf(file.path));
+        }
+    return {.takenAt = takenAt, .processes = std::move(processes), .known = std::move(known)};
 }
 
 InUseReport inUse(const std::string& path, const FileStamp& stamp, const MappedFilesSnapshot& snapshot) {
@@ -86,10 +101,13 @@ InUseReport inUse(const std::string& path, const FileStamp& stamp, const MappedF
     if (stamp.isDirectory)
         folder.emplace(path);
     InUseReport report;
+    report.uncheckedProcesses = snapshot.processes.unchecked;
+    if (!stamp.isDirectory && snapshot.known && !snapshot.known->contains(hashOf(stamp.identity))
+        && !snapshot.known->contains(hashOf(path)))
+        return report;
     for (const auto& process : snapshot.processes.processes)
         if (usesItem(process, path, stamp) || (folder && usesSomethingIn(process, *folder)))
             report.users.push_back(ProcessUse::of(process));
-    report.uncheckedProcesses = snapshot.processes.unchecked;
     report.reason = reasonFor(report.users);
     return report;
 }

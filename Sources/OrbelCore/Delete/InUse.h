@@ -5,8 +5,11 @@
 #include "Safety/FileStamp.h"
 
 #include <chrono>
+#include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace orbel {
@@ -15,6 +18,9 @@ namespace orbel {
 struct MappedFilesSnapshot {
     std::chrono::system_clock::time_point takenAt; ///< before the first process was looked at
     platform::ProcessFiles processes;
+    /// Hashes of the identities and of the paths of all their files: what has neither is used by none of
+    /// them. Null: every file is compared.
+    std::shared_ptr<const std::unordered_set<std::size_t>> known{};
 };
 
 /// Who uses an item, as far as that could be found out.

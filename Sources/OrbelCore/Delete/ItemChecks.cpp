@@ -6,6 +6,7 @@
 #include "Util/Utf8.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <system_error>
 #include <utility>
 
@@ -80,20 +81,19 @@ std::expected<ApprovedItem, std::string> ItemChecks::approve(const DeletionItem&
     return approved;
 }
 
-std::optional<HeldItem> ItemChecks::hold(const DeletionItem& item) const {
+std::optional<HeldItem> ItemChecks::hold(const DeletionItem& item, PathResolver& paths) const {
     // A path that is no text could not be written into an intent.
-    if (trasher_.policy.homeReason() || reasonNotToLook(item, trasher_.policy) || !isValidUtf8(item.path))
+    if (trasher_.policy.homeReason() || item.blockedReason || !isValidUtf8(item.path))
         return std::nullopt;
-    auto held = platform::HeldObject::hold(item.path);
+    const auto resolved = paths.resolve(item.path, PathResolver::Last::keep);
+    auto held = resolved.isFound() ? platform::HeldObject::hold(item.path) : std::unexpected(ENOENT);
     const auto status = held ? held->status() : std::nullopt;
     if (!status || status->type == platform::FileType::symbolicLink
         || !item.scanStamp.isUnchanged(FileStamp::of(*status)))
         return std::nullopt;
-    auto realPath = trasher_.policy.canonical(item.path);
-    if (!realPath)
-        return std::nullopt;
-    return HeldItem{
-        .realPath = *std::move(realPath), .stamp = FileStamp::of(*status), .held = *std::move(held)};
+    return HeldItem{.realPath = trasher_.policy.canonicalizer().visiblePath(resolved.path),
+                    .stamp = FileStamp::of(*status),
+                    .held = *std::move(held)};
 }
 
 std::optional<std::string> ItemChecks::inUseReason(const ApprovedItem& item) {

@@ -11,6 +11,7 @@
 
 namespace orbel {
 
+class PathResolver;
 struct Trasher;
 
 /// The object that an item stands for, which cannot be mistaken for another one as long as this lives.
@@ -43,8 +44,9 @@ public:
     std::expected<ApprovedItem, std::string> approve(const DeletionItem& item);
 
     /// Holds the object of the item, so that its move can be prepared; absent when approve() is certain to
-    /// refuse it. Far cheaper than approve(), and no substitute for it.
-    std::optional<HeldItem> hold(const DeletionItem& item) const;
+    /// refuse it. Far cheaper than approve(), and no substitute for it. `paths`: the policy's, for items that
+    /// are held within a moment of each other. Any thread.
+    std::optional<HeldItem> hold(const DeletionItem& item, PathResolver& paths) const;
 
     /// The most processes that could not be looked at in a check so far.
     int uncheckedProcesses() const { return uncheckedProcesses_; }

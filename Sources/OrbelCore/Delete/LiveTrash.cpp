@@ -8,13 +8,14 @@
 #include "Platform/MountTable.h"
 #include "Platform/SystemTrash.h"
 #include "Safety/RealPath.h"
+#include "Util/Check.h"
 #include "Util/PathText.h"
 #include "Util/Utf8.h"
 
 #include <cerrno>
-#include <cstdint>
 #include <optional>
 #include <system_error>
+#include <unordered_set>
 #include <utility>
 
 namespace orbel {
@@ -62,33 +63,59 @@ std::string infoNameOf(const std::string& stored) {
     return stored + std::string(trashInfoSuffix);
 }
 
-/// Also where there is only an item without an info file: it belongs to another program, and would be lost.
-bool isTaken(const TrashFolder& trash, const std::string& stored) {
-    return isTaken(trash.files, stored) || isTaken(trash.info, infoNameOf(stored));
-}
+/// Plans the moves of one group into a Trash folder.
+class Planner {
+public:
+    Planner(const TrashFolder& trash, std::chrono::system_clock::time_point now)
+        : trash_(trash), longestName_(trash.longestName()), now_(now) {}
 
-/// A name by which the item could go; absent when there are too many of its name. A Trash may hold thousands
-/// of them, so the numbers are not tried one by one: it is the first that is free if those that are taken
-/// follow each other.
-std::optional<std::string> freeName(const TrashFolder& trash, const std::string& name) {
-    constexpr unsigned mostOfOneName = 1'000'000;
-    const auto longest = trash.longestName();
-    const auto isNumberTaken = [&](unsigned number) {
-        return isTaken(trash, trashName(name, number, longest));
-    };
-    unsigned taken = 0;
-    unsigned free = 1;
-    for (; isNumberTaken(free); free *= 2) {
-        if (free > mostOfOneName)
-            return std::nullopt;
-        taken = free;
+    std::expected<PlannedMove, std::string> plan(const std::string& path) {
+        auto stored = freeName(std::string(lastPathComponent(path)));
+        if (!stored)
+            return std::unexpected("The Trash holds too many items of this name");
+        PlannedMove move{.path = path,
+                         .trashPath = joinedPath(joinedPath(trash_.path, "files"), *stored),
+                         .infoPath = joinedPath(joinedPath(trash_.path, "info"), infoNameOf(*stored)),
+                         .infoContent = trashInfoText(path, now_)};
+        planned_.insert(*std::move(stored));
+        return move;
     }
-    while (free - taken > 1) {
-        const auto middle = taken + (free - taken) / 2;
-        (isNumberTaken(middle) ? taken : free) = middle;
+
+private:
+    /// A name by which an item could go; absent when there are too many of its name. A Trash may hold
+    /// thousands of them, so the numbers are not tried one by one: it is the first that is free if those that
+    /// are taken follow each other.
+    std::optional<std::string> freeName(const std::string& name) const {
+        constexpr unsigned mostOfOneName = 1'000'000;
+        const auto isNumberTaken = [&](unsigned number) {
+            return isTaken(trashName(name, number, longestName_));
+        };
+        unsigned taken = 0;
+        unsigned free = 1;
+        for (; isNumberTaken(free); free *= 2) {
+            if (free > mostOfOneName)
+                return std::nullopt;
+            taken = free;
+        }
+        while (free - taken > 1) {
+            const auto middle = taken + (free - taken) / 2;
+            (isNumberTaken(middle) ? taken : free) = middle;
+        }
+        return trashName(name, free, longestName_);
     }
-    return trashName(name, free, longest);
-}
+
+    /// Also where there is only an item without an info file: it belongs to another program, and would be
+    /// lost.
+    bool isTaken(const std::string& stored) const {
+        return planned_.contains(stored) || orbel::isTaken(trash_.files, stored)
+               || orbel::isTaken(trash_.info, infoNameOf(stored));
+    }
+
+    const TrashFolder& trash_;
+    std::size_t longestName_;
+    std::chrono::system_clock::time_point now_;
+    std::unordered_set<std::string> planned_; ///< names for items of the group
+};
 
 /// A move by the system's own call, which needs nothing before it.
 class SystemMove final : public TrashMove {
@@ -151,53 +178,49 @@ private:
 LiveTrash::LiveTrash(std::string trashFolder, Clock now)
     : trashFolder_(std::move(trashFolder)), now_(std::move(now)) {}
 
-std::expected<std::unique_ptr<TrashMove>, std::string>
-LiveTrash::prepare(const std::string& path, const AboutToMove& aboutToMove, Barrier& barrier) {
-    const auto itemPath = itemPathOf(path);
-    if (!itemPath)
-        return std::unexpected("It is not the path of an item");
-    const std::string name(lastPathComponent(*itemPath));
-    if (const auto move = platform::systemTrash()) {
-        if (auto go = aboutToMove({.trashPath = joinedPath(trashFolder_, name)}); !go)
-            return std::unexpected(std::move(go.error()));
-        return std::make_unique<SystemMove>(move, *itemPath);
+std::vector<std::expected<PlannedMove, std::string>> LiveTrash::plan(std::span<const std::string> paths,
+                                                                     Barrier& barrier) {
+    std::vector<std::expected<PlannedMove, std::string>> plans;
+    plans.reserve(paths.size());
+    std::optional<std::string> unusable;
+    std::optional<Planner> planner;
+    if (platform::systemTrash() == nullptr) {
+        openTrash_ = nullptr;
+        if (auto trash = TrashFolder::open(trashFolder_, barrier)) {
+            openTrash_ = std::make_shared<const TrashFolder>(*std::move(trash));
+            planner.emplace(*openTrash_, now_());
+        } else {
+            unusable = std::move(trash.error());
+        }
     }
-
-    const auto trash = openTrash(barrier);
-    if (!trash)
-        return std::unexpected(trash.error());
-    const auto& folder = **trash;
-    const auto infoContent = trashInfoText(*itemPath, now_());
-    constexpr int mostAttempts = 100; // others may be quicker, but not forever
-    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-        const auto stored = freeName(folder, name);
-        if (!stored)
-            break;
-        const auto infoName = infoNameOf(*stored);
-        if (auto go = aboutToMove({.trashPath = joinedPath(joinedPath(folder.path, "files"), *stored),
-                                   .infoPath = joinedPath(joinedPath(folder.path, "info"), infoName),
-                                   .infoContent = infoContent});
-            !go)
-            return std::unexpected(std::move(go.error()));
-        auto info = PendingTrashInfo::create(folder.info, infoName, infoContent, barrier);
-        if (info)
-            return std::make_unique<FolderMove>(*itemPath, *trash, *stored, *std::move(info));
-        if (info.error() != EEXIST)
-            return std::unexpected("Its info file could not be written: "
-                                   + std::generic_category().message(info.error()));
+    for (const auto& path : paths) {
+        const auto plain = itemPathOf(path);
+        if (!plain)
+            plans.push_back(std::unexpected("It is not the path of an item"));
+        else if (unusable)
+            plans.push_back(std::unexpected(*unusable));
+        else if (planner)
+            plans.push_back(planner->plan(*plain));
+        else
+            plans.push_back(PlannedMove{.path = *plain,
+                                        .trashPath = joinedPath(trashFolder_, lastPathComponent(*plain))});
     }
-    return std::unexpected("The Trash holds too many items of this name");
+    return plans;
 }
 
-std::expected<std::shared_ptr<const TrashFolder>, std::string> LiveTrash::openTrash(Barrier& barrier) {
-    if (auto open = openTrash_.lock())
-        return open;
-    auto opened = TrashFolder::open(trashFolder_, barrier);
-    if (!opened)
-        return std::unexpected(std::move(opened.error()));
-    auto shared = std::make_shared<const TrashFolder>(*std::move(opened));
-    openTrash_ = shared;
-    return shared;
+std::expected<std::unique_ptr<TrashMove>, TrashFailure> LiveTrash::prepare(const PlannedMove& move,
+                                                                           Barrier& barrier) {
+    if (const auto systemMove = platform::systemTrash())
+        return std::make_unique<SystemMove>(systemMove, move.path);
+    ORBEL_CHECK(openTrash_ && move.infoPath, "a move into the Trash folder is planned before it is prepared");
+    auto info = PendingTrashInfo::create(openTrash_->info, std::string(lastPathComponent(*move.infoPath)),
+                                         move.infoContent, barrier);
+    if (!info)
+        return std::unexpected(TrashFailure{.words = "Its info file could not be written: "
+                                                     + std::generic_category().message(info.error()),
+                                            .isPlanVoid = info.error() == EEXIST});
+    return std::make_unique<FolderMove>(move.path, openTrash_, std::string(lastPathComponent(move.trashPath)),
+                                        *std::move(info));
 }
 
 } // namespace orbel

@@ -22,9 +22,8 @@ struct TrashFolder;
 ///  - The info file is complete before the item moves, so that after a power cut the item lies either at its
 ///    place or in the Trash with a whole info file. When the item does not move, the file is removed.
 ///
-/// The sizes of folders that other programs may have noted in the Trash's file `directorysizes` are left
-/// alone: a noted size is void once its info file is not the one it was noted for, and whoever wants one that
-/// is not noted measures it.
+/// The sizes of folders that other programs may have recorded in the Trash's file `directorysizes` are left
+/// alone: a recorded size is stale once its info file has changed.
 class LiveTrash final : public TrashOperations {
 public:
     using Clock = std::function<std::chrono::system_clock::time_point()>;
@@ -33,15 +32,15 @@ public:
     /// the folders above it, for the user alone. `now` gives the time that the info files tell.
     explicit LiveTrash(std::string trashFolder, Clock now = std::chrono::system_clock::now);
 
-    std::expected<std::unique_ptr<TrashMove>, std::string>
-    prepare(const std::string& path, const AboutToMove& aboutToMove, Barrier& barrier) override;
+    std::vector<std::expected<PlannedMove, std::string>> plan(std::span<const std::string> paths,
+                                                              Barrier& barrier) override;
+    std::expected<std::unique_ptr<TrashMove>, TrashFailure> prepare(const PlannedMove& move,
+                                                                    Barrier& barrier) override;
 
 private:
-    std::expected<std::shared_ptr<const TrashFolder>, std::string> openTrash(Barrier& barrier);
-
     std::string trashFolder_;
     Clock now_;
-    std::weak_ptr<const TrashFolder> openTrash_; ///< opened once for moves that are prepared together
+    std::shared_ptr<const TrashFolder> openTrash_; ///< that the last plans are for; null where there is none
 };
 
 } // namespace orbel

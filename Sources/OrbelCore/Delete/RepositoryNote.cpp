@@ -1,9 +1,9 @@
 #include "Delete/RepositoryNote.h"
 
 #include "Platform/GitRepository.h"
+#include "Platform/Parallel.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Scan/FolderShapes.h"
-#include "Util/Parallel.h"
 #include "Util/PathText.h"
 
 #include <algorithm>

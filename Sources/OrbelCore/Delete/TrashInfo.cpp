@@ -64,12 +64,13 @@ std::expected<PendingTrashInfo, int> PendingTrashInfo::create(const HeldFolder& 
                                        forTheUserAlone));
     if (!file)
         return std::unexpected(errno);
-    const auto status = platform::fileStatus(file.get());
-    if (!status)
+    struct stat status {};
+    if (::fstat(file.get(), &status) != 0)
         return std::unexpected(errno);
-    PendingTrashInfo info(folder, std::move(name), FileIdentity::of(*status));
+    PendingTrashInfo info(folder, std::move(name),
+                          {.device = static_cast<std::uint32_t>(status.st_dev), .inode = status.st_ino});
     // The umask may have taken away even the right to read it.
-    if (::fchmod(file.get(), forTheUserAlone) != 0)
+    if ((status.st_mode & 07777) != forTheUserAlone && ::fchmod(file.get(), forTheUserAlone) != 0)
         return std::unexpected(errno);
     if (auto written = writeAll(file.get(), content); !written)
         return std::unexpected(written.error());

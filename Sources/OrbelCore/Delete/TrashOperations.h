@@ -1,20 +1,21 @@
 #pragma once
 
 #include <expected>
-#include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
 namespace orbel {
 
 class Barrier;
 
-/// What one attempt to move an item would leave in the Trash. Whoever finds these after a crash knows what
-/// was under way.
+/// What a move will leave in the Trash; settling an interrupted move looks there.
 struct PlannedMove {
-    std::string trashPath; ///< where the item would lie; absolute
-    /// The file that would tell where the item came from, and what it would hold; absent and empty where the
+    std::string path;      ///< the item's real path
+    std::string trashPath; ///< where the item will lie; absolute
+    /// The file that will tell where the item came from, and what it will hold; absent and empty where the
     /// system keeps that to itself.
     std::optional<std::string> infoPath{};
     std::string infoContent{};
@@ -22,15 +23,10 @@ struct PlannedMove {
     bool operator==(const PlannedMove&) const = default;
 };
 
-/// Asked before each attempt, before anything is created for it. More than one attempt is made when a name
-/// turns out to be taken; each plan takes the place of the one before. An error stops the move, with these
-/// words as its reason; nothing is then left behind. Never empty.
-using AboutToMove = std::function<std::expected<void, std::string>(const PlannedMove&)>;
-
 /// Why an item was not moved. It still lies at its path, and nothing of it in the Trash.
 struct TrashFailure {
     std::string words; ///< for the user
-    /// Another program took the planned name, or emptied the Trash: prepared anew, the item may move.
+    /// Another program took the planned name, or emptied the Trash: planned anew, the item may move.
     bool isPlanVoid = false;
 };
 
@@ -48,7 +44,8 @@ public:
     virtual std::expected<std::string, TrashFailure> make(Barrier& barrier) = 0;
 };
 
-/// Moves items to the Trash. One thread at a time.
+/// Moves items to the Trash, in groups: the moves of a group are planned, then prepared, then made. One
+/// thread at a time.
 class TrashOperations {
 public:
     TrashOperations() = default;
@@ -56,10 +53,16 @@ public:
     TrashOperations& operator=(const TrashOperations&) = delete;
     virtual ~TrashOperations() = default;
 
-    /// Writes what must be in the Trash before the item moves, and adds it to `barrier`. `path` must be the
-    /// item's real path. The error is the words of why it cannot be moved.
-    virtual std::expected<std::unique_ptr<TrashMove>, std::string>
-    prepare(const std::string& path, const AboutToMove& aboutToMove, Barrier& barrier) = 0;
+    /// Plans the moves of a group, each with a name of its own, and makes nothing but a Trash that is
+    /// missing, which is added to `barrier`. `paths`: the items' real paths. Gives for each its plan, or the
+    /// words of why it cannot be moved.
+    virtual std::vector<std::expected<PlannedMove, std::string>> plan(std::span<const std::string> paths,
+                                                                      Barrier& barrier) = 0;
+
+    /// Writes what must be in the Trash before the item moves, and adds it to `barrier`. `move`: of the group
+    /// that was planned last.
+    virtual std::expected<std::unique_ptr<TrashMove>, TrashFailure> prepare(const PlannedMove& move,
+                                                                            Barrier& barrier) = 0;
 };
 
 } // namespace orbel

@@ -1,10 +1,10 @@
 #include "Delete/TrashRun.h"
 
 #include "Delete/TakenAlong.h"
+#include "Journal/MoveGroups.h"
 #include "Util/PathText.h"
 #include "Util/Utf8.h"
 
-#include <deque>
 #include <string_view>
 #include <utility>
 
@@ -25,32 +25,126 @@ std::string unjournalledMove(std::string_view fileManager) {
 
 DeletionReport TrashRun::over(std::span<const DeletionItem> items) {
     const auto isTakenAlong = takenAlong(items);
-    std::deque<Waiting> waiting;
     for (std::size_t i = 0; i < items.size(); ++i)
         if (!isTakenAlong[i])
-            waiting.push_back({.index = i});
-    while (!waiting.empty() && !isCancelled()) {
-        std::vector<Move> group;
-        for (; !waiting.empty() && group.size() < MoveRecord::mostMoves; waiting.pop_front())
-            group.push_back({.waiting = waiting.front(), .item = items[waiting.front().index]});
-        if (handleGroup(group) == Next::stop)
-            break;
-        waiting.insert(waiting.begin(), again_.begin(), again_.end());
-        again_.clear();
-    }
+            waiting_.push_back({.index = i});
+    forEachGroup([&] { return nextGroup(items); }, [this](Group& group) { prepare(group); },
+                 [this](Group& group) { return handle(group) == Next::goOn; });
     report_.uncheckedProcesses = checks_.uncheckedProcesses();
     report_.finishedAt = now();
     return std::move(report_);
 }
 
-TrashRun::Next TrashRun::handleGroup(std::vector<Move>& group) {
-    journalFailure_.reset();
-    if (kind_ == Kind::move)
-        if (auto prepared = prepare(group); !prepared)
-            journalFailure_ = std::move(prepared.error());
+std::unique_ptr<TrashRun::Group> TrashRun::nextGroup(std::span<const DeletionItem> items) {
+    waiting_.insert(waiting_.begin(), again_.begin(), again_.end());
+    again_.clear();
+    if (waiting_.empty() || isCancelled())
+        return nullptr;
+    auto group = std::make_unique<Group>(*trasher_.journal);
+    for (; !waiting_.empty() && group->moves.size() < MoveRecord::mostMoves; waiting_.pop_front())
+        group->moves.push_back({.waiting = waiting_.front(), .item = items[waiting_.front().index]});
+    group->linesBefore = std::exchange(movesBefore_, group->moves.size());
+    return group;
+}
+
+TrashRun::Group::~Group() {
+    for (auto& move : moves) {
+        move.prepared = nullptr;
+        // Settling removes what could not be removed now.
+        if (!move.isMade && move.infoPath && platform::fileStatus(*move.infoPath))
+            record.keepIntents();
+    }
+}
+
+/// Nothing is told of an item here: why it cannot move is told when its turn comes.
+void TrashRun::prepare(Group& group) const {
+    if (kind_ == Kind::rehearsal)
+        return;
+    if (auto prepared = prepareMoves(group); !prepared)
+        group.journalFailure = std::move(prepared.error());
+}
+
+std::expected<void, JournalError> TrashRun::prepareMoves(Group& group) const {
+    hold(group.moves);
+    std::vector<Move*> held;
+    std::vector<std::string> paths;
+    for (auto& move : group.moves)
+        if (move.held) {
+            held.push_back(&move);
+            paths.push_back(move.held->realPath);
+        }
+    if (held.empty())
+        return {};
+    auto& record = group.record;
+    if (auto begun = record.begin(held.size() + group.linesBefore); !begun)
+        return begun;
+    const auto plans = trasher_.trash->plan(paths, record.barrier());
+    std::vector<MoveIntent> intents;
+    intents.reserve(held.size());
+    for (std::size_t i = 0; i < held.size(); ++i)
+        if (plans[i])
+            intents.push_back(intent(*held[i], *held[i]->held, *plans[i]));
+    if (auto intended = record.intend(intents); !intended)
+        return intended;
+    for (std::size_t i = 0; i < held.size(); ++i)
+        prepare(*held[i], plans[i], record.barrier());
+    return record.seal();
+}
+
+void TrashRun::hold(std::span<Move> moves) const {
+    // Most items of a group come from few folders, one after another.
+    auto paths = trasher_.policy.resolver();
+    platform::KnownVolumes volumes;
+    std::string folderPath;
+    std::optional<TrashedIdentity> folder;
+    for (auto& move : moves) {
+        auto held = checks_.hold(move.item, paths);
+        if (!held)
+            continue;
+        if (const auto path = parentPath(held->realPath); path != folderPath) {
+            folderPath = path;
+            folder = TrashedIdentity::of(folderPath);
+        }
+        move.known = {.item =
+                          platform::persistentIdentity(held->realPath, held->stamp.identity.inode, volumes),
+                      .folder = folder};
+        move.held = std::move(held);
+    }
+}
+
+MoveIntent TrashRun::intent(const Move& move, const HeldItem& held, const PlannedMove& plan) const {
+    auto line = trashedEntry(move, held, plan.trashPath);
+    // What the move will be measured to free is not known yet.
+    line.bytes = move.item.estimatedBytes;
+    line.note = move.item.note;
+    MoveIntent intent{.kind = MoveIntent::Kind::toTrash,
+                      .entry = std::move(line),
+                      .sourcePath = held.realPath,
+                      .destinationPath = plan.trashPath,
+                      .stamp = held.stamp,
+                      .persistent = move.known.item};
+    if (plan.infoPath)
+        intent.infoFile = {.path = *plan.infoPath, .content = plan.infoContent};
+    return intent;
+}
+
+void TrashRun::prepare(Move& move, const std::expected<PlannedMove, std::string>& plan,
+                       Barrier& barrier) const {
+    if (!plan) {
+        move.prepared = std::unexpected(TrashFailure{.words = plan.error()});
+        return;
+    }
+    move.prepared = trasher_.trash->prepare(*plan, barrier);
+    // A file of that name that another program made is not this move's.
+    if (move.prepared || !move.prepared.error().isPlanVoid)
+        move.infoPath = plan->infoPath;
+}
+
+TrashRun::Next TrashRun::handle(Group& group) {
+    group_ = &group;
     recordedAt_ = std::chrono::steady_clock::now();
     auto next = Next::goOn;
-    for (auto& move : group) {
+    for (auto& move : group.moves) {
         next = isCancelled() ? Next::stop : handle(move);
         if (next == Next::goOn
             && std::chrono::steady_clock::now() - recordedAt_ > MoveRecord::longestUnrecorded)
@@ -58,64 +152,7 @@ TrashRun::Next TrashRun::handleGroup(std::vector<Move>& group) {
         if (next == Next::stop)
             break;
     }
-    if (record() == Next::stop)
-        next = Next::stop;
-    for (auto& move : group)
-        drop(move);
-    record_.end();
-    return next;
-}
-
-/// Nothing is told of an item here: why it cannot move is told when its turn comes.
-std::expected<void, JournalError> TrashRun::prepare(std::vector<Move>& group) {
-    folderPath_.clear();
-    std::size_t count = 0;
-    for (auto& move : group)
-        if (auto held = checks_.hold(move.item)) {
-            move.held = std::move(held);
-            ++count;
-        }
-    if (count == 0)
-        return {};
-    if (auto begun = record_.begin(count); !begun)
-        return begun;
-    for (auto& move : group)
-        if (move.held)
-            if (auto prepared = prepare(move, *move.held); !prepared)
-                return prepared;
-    return record_.seal();
-}
-
-std::expected<void, JournalError> TrashRun::prepare(Move& move, const HeldItem& held) {
-    // Most items of a group come from few folders, one after another.
-    if (const auto folder = parentPath(held.realPath); folder != folderPath_) {
-        folderPath_ = folder;
-        folder_ = TrashedIdentity::of(folderPath_);
-    }
-    move.known = {.item = platform::persistentIdentity(held.realPath, held.stamp.identity.inode),
-                  .folder = folder_};
-    std::expected<void, JournalError> intended;
-    const auto aboutToMove = [&](const PlannedMove& plan) -> std::expected<void, std::string> {
-        auto line = trashedEntry(move, held, plan.trashPath);
-        // What the move will be measured to free is not known yet.
-        line.bytes = move.item.estimatedBytes;
-        line.note = move.item.note;
-        MoveIntent intent{.kind = MoveIntent::Kind::toTrash,
-                          .entry = std::move(line),
-                          .sourcePath = held.realPath,
-                          .destinationPath = plan.trashPath,
-                          .stamp = held.stamp,
-                          .persistent = move.known.item};
-        if (plan.infoPath)
-            intent.infoFile = {.path = *plan.infoPath, .content = plan.infoContent};
-        move.infoPath = plan.infoPath;
-        intended = record_.intend(intent);
-        if (!intended)
-            return std::unexpected(intended.error().words);
-        return {};
-    };
-    move.prepared = trasher_.trash->prepare(held.realPath, aboutToMove, record_.barrier());
-    return intended;
+    return record() == Next::stop ? Next::stop : next;
 }
 
 TrashRun::Next TrashRun::handle(Move& move) {
@@ -132,18 +169,17 @@ TrashRun::Next TrashRun::handle(Move& move) {
 }
 
 TrashRun::Next TrashRun::make(Move& move, const ApprovedItem& approved) {
-    if (journalFailure_) {
+    if (group_->journalFailure) {
         skip(move, journalUnwritable);
-        return stopForJournal(journalFailure_->words);
+        return stopForJournal(group_->journalFailure->words);
     }
     // What stood against it is gone: it was busy for a moment, or too many files were open.
     if (!move.held && tryAgain(move))
         return Next::goOn;
     if (!move.held || move.held->realPath != approved.realPath)
         return skip(move, changed);
-    if (!move.prepared)
-        return skip(move, "Could not move to the Trash: " + move.prepared.error());
-    const auto trashed = (*move.prepared)->make(record_.barrier());
+    const auto trashed = move.prepared ? (*move.prepared)->make(group_->record.barrier())
+                                       : std::unexpected(move.prepared.error());
     if (trashed) {
         move.isMade = true;
         return confirm(move, approved, *trashed);
@@ -193,14 +229,6 @@ TrashRun::Next TrashRun::stopForMismatch(const Move& move, const std::string& tr
     return Next::stop;
 }
 
-/// Removes what was made in the Trash for a move that was not made.
-void TrashRun::drop(Move& move) {
-    move.prepared = nullptr;
-    // Settling removes what could not be removed now.
-    if (!move.isMade && move.infoPath && platform::fileStatus(*move.infoPath))
-        record_.keepIntents();
-}
-
 bool TrashRun::tryAgain(const Move& move) {
     constexpr int mostTries = 20;
     const int tries = move.waiting.tries + 1;
@@ -215,9 +243,9 @@ TrashRun::Next TrashRun::record() {
     recordedAt_ = std::chrono::steady_clock::now();
     if (lines_.empty())
         return Next::goOn;
-    auto recorded = record_.record(std::exchange(lines_, {}));
+    auto recorded = group_->record.record(std::exchange(lines_, {}));
     if (std::exchange(mustBeRecorded_, false) && !recorded)
-        record_.keepIntents();
+        group_->record.keepIntents();
     const auto made = std::exchange(unrecorded_, {});
     for (const auto& [move, moved] : made) {
         report_.moved.push_back(moved);

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <expected>
 #include <memory>
 #include <optional>
@@ -30,7 +31,6 @@ public:
           progress_(progress),
           isCancelled_(isCancelled),
           checks_(trasher),
-          record_(*trasher.journal),
           report_{.sessionID = sessionID, .startedAt = now(), .finishedAt = {}} {}
 
     DeletionReport over(std::span<const DeletionItem> items);
@@ -58,8 +58,21 @@ private:
         std::optional<HeldItem> held{}; ///< absent: it was not to be prepared
         Recognition known{};
         std::optional<std::string> infoPath{}; ///< of the file in the Trash that stands for it
-        std::expected<std::unique_ptr<TrashMove>, std::string> prepared = nullptr;
+        std::expected<std::unique_ptr<TrashMove>, TrashFailure> prepared = nullptr;
         bool isMade = false;
+    };
+
+    struct Group {
+        explicit Group(JournalStore& journal) : record(journal) {}
+        /// Removes what was made in the Trash for moves that were not made.
+        ~Group();
+        Group(const Group&) = delete;
+        Group& operator=(const Group&) = delete;
+
+        MoveRecord record;
+        std::vector<Move> moves;
+        std::size_t linesBefore = 0; ///< at most so many of the group before may still be appended
+        std::optional<JournalError> journalFailure; ///< why nothing of it may move
     };
 
     /// A move that was made and has no line yet.
@@ -75,14 +88,19 @@ private:
             progress_(move.waiting.index, move.item, step);
     }
 
-    Next handleGroup(std::vector<Move>& group);
-    std::expected<void, JournalError> prepare(std::vector<Move>& group);
-    std::expected<void, JournalError> prepare(Move& move, const HeldItem& held);
+    std::unique_ptr<Group> nextGroup(std::span<const DeletionItem> items);
+    // On another thread than all others, while another group is handled.
+    void prepare(Group& group) const;
+    std::expected<void, JournalError> prepareMoves(Group& group) const;
+    void hold(std::span<Move> moves) const;
+    MoveIntent intent(const Move& move, const HeldItem& held, const PlannedMove& plan) const;
+    void prepare(Move& move, const std::expected<PlannedMove, std::string>& plan, Barrier& barrier) const;
+
+    Next handle(Group& group);
     Next handle(Move& move);
     Next make(Move& move, const ApprovedItem& approved);
     Next confirm(Move& move, const ApprovedItem& approved, const std::string& trashPath);
     Next stopForMismatch(const Move& move, const std::string& trashPath);
-    void drop(Move& move);
     bool tryAgain(const Move& move);
     Next record();
 
@@ -98,13 +116,12 @@ private:
     const Trasher::Progress& progress_;
     const Trasher::IsCancelled& isCancelled_;
     ItemChecks checks_;
-    MoveRecord record_;
     DeletionReport report_;
-    // Of the group that is under way.
-    std::optional<JournalError> journalFailure_; ///< why nothing of it may move
-    std::string folderPath_;                     ///< of the item prepared last
-    std::optional<TrashedIdentity> folder_;
-    std::vector<Waiting> again_;      ///< comes with the next one
+    std::deque<Waiting> waiting_; ///< for a group
+    std::size_t movesBefore_ = 0; ///< in the group that was begun last
+    std::vector<Waiting> again_;  ///< comes with a later group
+    // Of the group that is handled.
+    Group* group_ = nullptr;
     std::vector<JournalEntry> lines_; ///< waiting to be appended
     std::vector<Unrecorded> unrecorded_;
     std::chrono::steady_clock::time_point recordedAt_;

@@ -67,10 +67,8 @@ public:
                 + hex(colors_.ground) + "\"/>\n<path d=\"M0 " + pixels(headHeight) + ".5H" + pixels(width)
                 + "M0 " + pixels(mapBottom) + ".5H" + pixels(width) + "\" stroke=\"" + hex(colors_.line)
                 + "\"/>\n";
-        addTiles({.x = pagePadding,
-                  .y = headHeight + pagePadding,
-                  .width = width - 2 * pagePadding,
-                  .height = mapBottom - headHeight - 2 * pagePadding});
+        const TreemapRect map{.x = 0, .y = headHeight, .width = width, .height = mapBottom - headHeight};
+        addTiles(map.insetBy(pagePadding, pagePadding));
         for (const auto& item : legend)
             addLegendItem(item, mapBottom + item.row * legendRowHeight);
         return out_ + "</svg>\n";
@@ -206,7 +204,7 @@ private:
     void addGlyph(FileKind kind, double x, double y, double side) {
         out_ += R"(<path class="g" transform="translate()" + pixels(x) + " " + pixels(y) + ")scale("
                 + (side > 12 ? ".875" : ".75") + ")\" stroke=\"" + hex(colors_.of(kind).label) + "\" d=\""
-                + std::string(glyphPath(kind)) + "\"/>";
+                + std::string(rowOf(kind).glyph) + "\"/>";
     }
 
     /// "Videos/Kilpisjärvi, 14.2 GB, 4 %"
@@ -235,7 +233,7 @@ private:
         const auto totals = kindTotals(picture_.tree);
         double x = gap;
         int row = 0;
-        for (const FileKind kind : allFileKinds) {
+        for (const FileKind kind : shownFileKinds) {
             const auto bytes = totals[static_cast<std::size_t>(kind)];
             if (bytes == 0)
                 continue;

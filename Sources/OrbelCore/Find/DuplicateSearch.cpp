@@ -2,9 +2,9 @@
 
 #include "Find/ContentComparison.h"
 #include "Find/FileSample.h"
+#include "Platform/Parallel.h"
 #include "Platform/Threads.h"
 #include "Safety/PathCanonicalizer.h"
-#include "Util/Parallel.h"
 
 #include <algorithm>
 #include <atomic>

@@ -2,9 +2,9 @@
 
 #include "Growth/SummaryJson.h"
 #include "Journal/PrivateFile.h"
+#include "Platform/ReplaceFile.h"
 #include "Util/PathText.h"
 #include "Util/ReadFile.h"
-#include "Util/ReplaceFile.h"
 
 #include <sys/stat.h>
 

@@ -1,8 +1,8 @@
 #include "Journal/Barrier.h"
 
 #include "Journal/HeldFolder.h"
+#include "Platform/Parallel.h"
 #include "Platform/Synchronise.h"
-#include "Util/Parallel.h"
 
 #include <atomic>
 #include <cerrno>

@@ -17,6 +17,13 @@ std::expected<HeldFolder, int> HeldFolder::open(const std::string& realPath) {
     return HeldFolder(std::move(*folder));
 }
 
+std::expected<HeldFolder, int> HeldFolder::openThroughLinks(const std::string& path) {
+    auto folder = platform::openFolderThroughLinks(path);
+    if (!folder)
+        return std::unexpected(folder.error());
+    return HeldFolder(std::move(*folder));
+}
+
 std::expected<HeldFolder, int> HeldFolder::openInside(const std::string& name) const {
     FileDescriptor folder(
         ::openat(folder_.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));

@@ -17,6 +17,9 @@ public:
     /// Opens a folder by its real path, following no link.
     static std::expected<HeldFolder, int> open(const std::string& realPath);
 
+    /// Opens the folder that a path leads to, through links.
+    static std::expected<HeldFolder, int> openThroughLinks(const std::string& path);
+
     /// Opens the folder `name` inside this one, itself and not what a link leads to. It must be readable.
     std::expected<HeldFolder, int> openInside(const std::string& name) const;
 

@@ -15,17 +15,18 @@ namespace orbel {
 IntentLog::IntentLog(const std::string& journalPath)
     : folder_(joinedPath(parentPath(journalPath), folderName)) {}
 
-std::expected<void, JournalError> IntentLog::begin(const MoveIntent& intent) {
-    std::string line;
+std::expected<void, JournalError> IntentLog::begin(std::span<const MoveIntent> intents) {
+    std::string lines;
     try {
-        line = nlohmann::json(intent).dump() + "\n";
+        for (const auto& intent : intents)
+            lines += nlohmann::json(intent).dump() + "\n";
     } catch (const nlohmann::json::exception&) {
         return std::unexpected(JournalError{.words = "a path that is not valid text cannot be journalled"});
     }
     if (!file_)
         if (auto opened = open(); !opened)
             return opened;
-    if (appendBytes(file_.get(), line) == line.size())
+    if (appendBytes(file_.get(), lines) == lines.size())
         return {};
     const auto error = systemErrorAt(path_);
     // What the file holds now cannot be relied on, and an earlier intent in it may still be needed.
@@ -39,12 +40,6 @@ void IntentLog::addTo(Barrier& barrier) {
     if (newFolder_)
         barrier.add(newFolder_.get());
     newFolder_.reset();
-}
-
-void IntentLog::forget() {
-    // Should it fail, or be undone by a power cut, settling finds every line in the journal.
-    if (file_)
-        static_cast<void>(::ftruncate(file_.get(), 0));
 }
 
 void IntentLog::leave() {

@@ -5,6 +5,7 @@
 #include "Util/FileDescriptor.h"
 
 #include <expected>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -32,15 +33,12 @@ public:
     /// Leaves the file for settleIntents(), unless close() removed it.
     ~IntentLog() = default;
 
-    /// Writes an intent. Only once that succeeded, and a barrier that the log was added to was passed, may
-    /// the move begin.
-    std::expected<void, JournalError> begin(const MoveIntent& intent);
+    /// Writes intents. Only once that succeeded, and a barrier that
+    /// the log was added to was passed, may the moves begin.
+    std::expected<void, JournalError> begin(std::span<const MoveIntent> intents);
 
     /// Adds the file and its name to what the barrier brings to the disk.
     void addTo(Barrier& barrier);
-
-    /// Every outcome of the intents so far is known and recorded: empties the file.
-    void forget();
 
     /// Leaves the file as it is for settleIntents(): an outcome is not known, or not recorded. A later intent
     /// begins another one.

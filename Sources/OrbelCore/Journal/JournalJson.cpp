@@ -21,31 +21,36 @@ void putIfPresent(json& object, const char* key, const std::optional<Value>& val
 }
 
 json persistentJson(const platform::PersistentIdentity& identity) {
-    return {{"volume", identity.volume}, {"birthNanos", identity.birthNanos}};
+    json object = json::object();
+    object["volume"] = identity.volume;
+    object["birthNanos"] = identity.birthNanos;
+    return object;
 }
 
 } // namespace
 
+// Member by member: a list of all of them is built twice, which costs more than the members.
+
 void to_json(json& object, const TrashedIdentity& identity) {
-    object = {{"device", identity.device},
-              {"inode", identity.inode},
-              {"size", identity.size},
-              {"isDirectory", identity.isDirectory}};
+    object["device"] = identity.device;
+    object["inode"] = identity.inode;
+    object["size"] = identity.size;
+    object["isDirectory"] = identity.isDirectory;
     if (identity.persistent)
         object["persistent"] = persistentJson(*identity.persistent);
 }
 
 void to_json(json& object, const JournalEntry& entry) {
-    object = {{"id", entry.id},
-              {"sessionID", entry.sessionID},
-              {"time", iso8601(entry.time)},
-              {"module", rawValue(entry.module)},
-              {"title", entry.title},
-              {"originalPath", entry.originalPath},
-              {"root", rawValue(entry.root)},
-              {"mode", entry.mode},
-              {"result", rawValue(entry.result)},
-              {"appVersion", entry.appVersion}};
+    object["id"] = entry.id;
+    object["sessionID"] = entry.sessionID;
+    object["time"] = iso8601(entry.time);
+    object["module"] = rawValue(entry.module);
+    object["title"] = entry.title;
+    object["originalPath"] = entry.originalPath;
+    object["root"] = rawValue(entry.root);
+    object["mode"] = entry.mode;
+    object["result"] = rawValue(entry.result);
+    object["appVersion"] = entry.appVersion;
     putIfPresent(object, "originalParentRealPath", entry.originalParentRealPath);
     putIfPresent(object, "originalParentIdentity", entry.originalParentIdentity);
     putIfPresent(object, "approvedRealPath", entry.approvedRealPath);
@@ -65,11 +70,11 @@ void from_json(const json& object, JournalEntry& entry) {
 }
 
 void to_json(json& object, const MoveIntent& intent) {
-    object = {{"kind", rawValue(intent.kind)},
-              {"entry", intent.entry},
-              {"sourcePath", intent.sourcePath},
-              {"destinationPath", intent.destinationPath},
-              {"stamp", intent.stamp}};
+    object["kind"] = rawValue(intent.kind);
+    object["entry"] = intent.entry;
+    object["sourcePath"] = intent.sourcePath;
+    object["destinationPath"] = intent.destinationPath;
+    object["stamp"] = intent.stamp;
     if (intent.persistent)
         object["persistent"] = persistentJson(*intent.persistent);
     if (intent.infoFile)

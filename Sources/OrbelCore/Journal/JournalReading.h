@@ -2,8 +2,8 @@
 
 #include "Journal/JournalEntry.h"
 #include "Journal/JournalError.h"
+#include "Platform/Parallel.h"
 #include "Util/FileDescriptor.h"
-#include "Util/Parallel.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -3,7 +3,6 @@
 #include "Journal/Barrier.h"
 #include "Journal/HeldFolder.h"
 #include "Journal/MoveFailure.h"
-#include "Safety/RealPath.h"
 #include "Util/PathText.h"
 
 #include <cerrno>
@@ -16,12 +15,10 @@ std::expected<void, std::string> LiveRestore::move(const std::string& from, cons
     if (fromName.empty() || fromName == "." || fromName == ".." || fromName == "/"
         || from.find('\0') != std::string::npos)
         return std::unexpected(moveFailureText(ENOENT));
-    const auto sourcePath = RealPath::resolve(std::string(parentPath(from)));
-    if (!sourcePath)
-        return std::unexpected("Its folder no longer exists");
-    const auto source = HeldFolder::open(*sourcePath);
+    const auto source = HeldFolder::openThroughLinks(std::string(parentPath(from)));
     if (!source)
-        return std::unexpected(moveFailureText(source.error()));
+        return std::unexpected(source.error() == ENOENT ? "Its folder no longer exists"
+                                                        : moveFailureText(source.error()));
     if (const auto moved = moveEntry(*source, fromName, folder, name); !moved)
         return std::unexpected(moveFailureText(moved.error()));
     barrier.addMove(*source, folder);

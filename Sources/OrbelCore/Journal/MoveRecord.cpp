@@ -15,16 +15,16 @@ MoveRecord::~MoveRecord() {
         intents_.close();
 }
 
-std::expected<void, JournalError> MoveRecord::begin(std::size_t moves) {
+std::expected<void, JournalError> MoveRecord::begin(std::size_t lines) {
     auto folder = openFolder(std::string(parentPath(journal_.path())));
     if (!folder)
         return std::unexpected(folder.error());
     barrier_ = Barrier(*std::move(folder));
-    return journal_.preflight(moves, barrier_);
+    return journal_.preflight(lines, barrier_);
 }
 
-std::expected<void, JournalError> MoveRecord::intend(const MoveIntent& intent) {
-    return intents_.begin(intent);
+std::expected<void, JournalError> MoveRecord::intend(std::span<const MoveIntent> intents) {
+    return intents_.begin(intents);
 }
 
 std::expected<void, JournalError> MoveRecord::seal() {
@@ -39,11 +39,6 @@ std::expected<void, JournalError> MoveRecord::seal() {
 
 std::expected<void, JournalError> MoveRecord::record(std::span<const JournalEntry> lines) {
     return journal_.append(lines, barrier_);
-}
-
-void MoveRecord::end() {
-    if (!mustKeepIntents_)
-        intents_.forget();
 }
 
 } // namespace orbel

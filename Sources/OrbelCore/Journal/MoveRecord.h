@@ -16,15 +16,15 @@ namespace orbel {
 
 class JournalStore;
 
-/// What a run of moves writes down, group after group, so that a crash or a power cut at any moment loses
-/// nothing and leaves nothing unrecorded:
+/// What a group of moves writes down, so that a crash or a power cut at any moment loses nothing and leaves
+/// nothing unrecorded:
 ///
-///   begin, intend for each move, seal: nothing may have moved yet;
+///   begin, intend, seal: nothing may have moved yet;
 ///   the moves, each added to barrier();
-///   record: their lines, as often as wanted; only then they count as made;
-///   end.
+///   record: their lines, as often as wanted; only then they count as made.
 ///
-/// Where one flush covers all of it, a group takes two: in seal() and in record(). One thread at a time.
+/// Where one flush covers all of it, a group takes two: in seal() and in record(). One thread at a time;
+/// while a group is under way, the next one may begin.
 class MoveRecord {
 public:
     /// How many moves a group has at most: enough to make its flushes cheap, few enough for what is kept
@@ -37,18 +37,20 @@ public:
     /// Nothing is created on disk before begin(). `journal` must live as long as this.
     explicit MoveRecord(JournalStore& journal);
 
-    /// Leaves no intents behind, unless a group did not get to its end or keepIntents() was called.
+    /// Ends the group: each of its moves is recorded, or known not to have been made. Leaves no intents
+    /// behind unless keepIntents() was called.
     ~MoveRecord();
     MoveRecord(const MoveRecord&) = delete;
     MoveRecord& operator=(const MoveRecord&) = delete;
 
-    /// Begins a group of at most so many moves: proves that the journal can take their lines.
-    std::expected<void, JournalError> begin(std::size_t moves);
+    /// Begins a group: proves that the journal can take so many lines. Those of a group before that is under
+    /// way count too.
+    std::expected<void, JournalError> begin(std::size_t lines);
 
-    /// Says what is about to move. After an error no move of the group may be made; the same for seal().
-    std::expected<void, JournalError> intend(const MoveIntent& intent);
+    /// Writes what is about to move. After an error no move of the group may be made; the same for seal().
+    std::expected<void, JournalError> intend(std::span<const MoveIntent> intents);
 
-    /// Waits until all that was said, and all that was added to the barrier, is on the disk.
+    /// Waits until the intents, and all that was added to the barrier, is on the disk.
     std::expected<void, JournalError> seal();
 
     /// Of the group: what is written for the moves, and the moves themselves, are to be added to it.
@@ -61,9 +63,6 @@ public:
     /// The outcome of some move is not known, or a part of it is left to be done: keeps the
     /// intents for settleIntents().
     void keepIntents() { mustKeepIntents_ = true; }
-
-    /// Ends the group: each of its moves is recorded, or known not to have been made.
-    void end();
 
 private:
     JournalStore& journal_;

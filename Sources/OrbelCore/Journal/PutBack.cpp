@@ -111,6 +111,7 @@ PutBack::newestPossible(const RestorableIndex& index) const {
     mapInOrder((all.size() + entriesAtATime - 1) / entriesAtATime,
                [&](std::size_t task) -> std::expected<InTrash, JournalError> {
                    InTrash inTrash;
+                   auto paths = policy_.resolver();
                    const auto begin = task * entriesAtATime;
                    for (const auto& place :
                         all.subspan(begin, std::min(entriesAtATime, all.size() - begin))) {
@@ -118,7 +119,7 @@ PutBack::newestPossible(const RestorableIndex& index) const {
                        if (!entries)
                            return std::unexpected(std::move(entries.error()));
                        for (auto& entry : *entries)
-                           if (!outlookInTrash(entry).reason)
+                           if (!outlookInTrash(entry, paths).reason)
                                inTrash.emplace_back(std::move(entry), place.session);
                    }
                    return inTrash;
@@ -151,7 +152,7 @@ PutBackOutlook PutBack::outlook(const JournalEntry& entry) const {
     return destination ? PutBackOutlook() : destination.error();
 }
 
-PutBackOutlook PutBack::outlookInTrash(const JournalEntry& entry) const {
+PutBackOutlook PutBack::outlookInTrash(const JournalEntry& entry, PathResolver& paths) const {
     using Kind = PutBackOutlook::Kind;
     if (entry.result != JournalEntry::Result::trashed || !entry.trashPath || !entry.trashedIdentity)
         return {.kind = Kind::refused, .reason = "Nothing to put back"};
@@ -162,7 +163,7 @@ PutBackOutlook PutBack::outlookInTrash(const JournalEntry& entry) const {
         return {.kind = Kind::gone, .reason = "No longer in the Trash (emptied or moved)"};
     if (!isSameObject(*entry.trashedIdentity, *identity))
         return {.kind = Kind::gone, .reason = TrashedObject::isAnother};
-    if (!isInTrashFolder(*entry.trashPath))
+    if (!isInTrashFolder(*entry.trashPath, paths))
         return {.kind = Kind::gone, .reason = "Not in a Trash folder"};
     return {};
 }
@@ -172,7 +173,8 @@ std::expected<Destination, PutBackOutlook> PutBack::destinationOf(const JournalE
     const auto refused = [](Kind kind, std::string reason) {
         return std::unexpected(PutBackOutlook{.kind = kind, .reason = std::move(reason)});
     };
-    if (auto inTrash = outlookInTrash(entry); inTrash.reason)
+    auto paths = policy_.resolver();
+    if (auto inTrash = outlookInTrash(entry, paths); inTrash.reason)
         return std::unexpected(std::move(inTrash));
     // A volume whose server may never answer was mounted over its folder since.
     if (policy_.isOutOfReach(entry.originalPath))
@@ -180,7 +182,7 @@ std::expected<Destination, PutBackOutlook> PutBack::destinationOf(const JournalE
     // A link that leads nowhere is something too.
     if (platform::fileStatus(entry.originalPath))
         return refused(Kind::occupied, occupied);
-    const auto folder = policy_.canonical(std::string(parentPath(entry.originalPath)));
+    const auto folder = policy_.canonical(std::string(parentPath(entry.originalPath)), paths);
     if (!folder || folder != entry.originalParentRealPath)
         return refused(Kind::refused, folderGone);
     auto destination = Destination::open(entry);
@@ -188,8 +190,8 @@ std::expected<Destination, PutBackOutlook> PutBack::destinationOf(const JournalE
         return refused(Kind::refused, folderGone);
     if (destination->isTaken())
         return refused(Kind::occupied, occupied);
-    if (auto reason =
-            policy_.restoreDestinationReason(entry.originalPath, rootForDestination(entry.originalPath)))
+    if (auto reason = policy_.restoreDestinationReason(entry.originalPath,
+                                                       rootForDestination(entry.originalPath, paths), paths))
         return refused(Kind::refused, *std::move(reason));
     // What the policy was asked about by its path must be what is held.
     if (!destination->isAtItsPath())
@@ -198,23 +200,28 @@ std::expected<Destination, PutBackOutlook> PutBack::destinationOf(const JournalE
 }
 
 AllowedRoot PutBack::rootForDestination(const std::string& path) const {
-    const auto place = joinedPath(canonicalOrAsWritten(parentPath(path)), lastPathComponent(path));
+    auto paths = policy_.resolver();
+    return rootForDestination(path, paths);
+}
+
+AllowedRoot PutBack::rootForDestination(const std::string& path, PathResolver& paths) const {
+    const auto place = joinedPath(canonicalOrAsWritten(parentPath(path), paths), lastPathComponent(path));
     if (policy_.isApplicationPlace(place))
         return AllowedRoot::applicationBundle;
     return policy_.isLeftoverPlace(place) ? AllowedRoot::leftover : AllowedRoot::homeItem;
 }
 
-bool PutBack::isInTrashFolder(const std::string& path) const {
-    const auto item = canonicalOrAsWritten(path);
+bool PutBack::isInTrashFolder(const std::string& path, PathResolver& paths) const {
+    const auto item = canonicalOrAsWritten(path, paths);
     return std::ranges::any_of(trashFolders_, [&](const std::string& trashFolder) {
-        const auto folder = canonicalOrAsWritten(trashFolder);
+        const auto folder = canonicalOrAsWritten(trashFolder, paths);
         return item != folder && RealPath::isInside(item, folder);
     });
 }
 
-std::string PutBack::canonicalOrAsWritten(std::string_view path) const {
+std::string PutBack::canonicalOrAsWritten(std::string_view path, PathResolver& paths) const {
     const std::string asWritten(path);
-    return policy_.canonical(asWritten).value_or(asWritten);
+    return policy_.canonical(asWritten, paths).value_or(asWritten);
 }
 
 } // namespace orbel

@@ -111,10 +111,11 @@ private:
     restorable(const std::function<bool(const JournalEntry&)>& isWanted) const;
     std::expected<std::optional<std::uint32_t>, JournalError>
     newestPossible(const RestorableIndex& index) const;
-    PutBackOutlook outlookInTrash(const JournalEntry& entry) const;
+    PutBackOutlook outlookInTrash(const JournalEntry& entry, PathResolver& paths) const;
     std::expected<Destination, PutBackOutlook> destinationOf(const JournalEntry& entry) const;
-    bool isInTrashFolder(const std::string& path) const;
-    std::string canonicalOrAsWritten(std::string_view path) const;
+    AllowedRoot rootForDestination(const std::string& path, PathResolver& paths) const;
+    bool isInTrashFolder(const std::string& path, PathResolver& paths) const;
+    std::string canonicalOrAsWritten(std::string_view path, PathResolver& paths) const;
 
     SafetyPolicy policy_;
     std::shared_ptr<JournalStore> journal_;

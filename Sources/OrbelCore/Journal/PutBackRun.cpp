@@ -1,7 +1,8 @@
 #include "Journal/PutBackRun.h"
 
+#include "Journal/MoveGroups.h"
 #include "Journal/TrashNote.h"
-#include "Util/Parallel.h"
+#include "Platform/Parallel.h"
 #include "Util/Uuid.h"
 
 #include <algorithm>
@@ -23,11 +24,11 @@ PutBackResult resultFor(const JournalEntry& entry) {
 } // namespace
 
 std::vector<PutBackResult> PutBack::Run::over(std::span<const JournalEntry> entries) {
-    while (!entries.empty() && !isCancelled()) {
-        const auto count = std::min(entries.size(), MoveRecord::mostMoves);
-        handleGroup(entries.first(count));
-        entries = entries.subspan(count);
-    }
+    forEachGroup([&] { return nextGroup(entries); }, [this](Group& group) { prepare(group); },
+                 [this](Group& group) {
+                     handle(group);
+                     return !wasCancelled_;
+                 });
     return std::move(results_);
 }
 
@@ -36,16 +37,23 @@ bool PutBack::Run::isCancelled() {
     return wasCancelled_;
 }
 
-void PutBack::Run::handleGroup(std::span<const JournalEntry> entries) {
-    std::vector<Return> group;
-    group.reserve(entries.size());
-    for (const auto& entry : entries)
-        group.push_back({.entry = entry, .line = newLine(entry)});
-    journalFailure_.reset();
-    if (auto prepared = prepare(group); !prepared)
-        journalFailure_ = std::move(prepared.error());
+std::unique_ptr<PutBack::Run::Group> PutBack::Run::nextGroup(std::span<const JournalEntry>& entries) {
+    if (entries.empty() || isCancelled())
+        return nullptr;
+    const auto count = std::min(entries.size(), MoveRecord::mostMoves);
+    auto group = std::make_unique<Group>(*putBack_.journal_);
+    group->items.reserve(count);
+    for (const auto& entry : entries.first(count))
+        group->items.push_back({.entry = entry, .line = newLine(entry)});
+    group->linesBefore = std::exchange(movesBefore_, count);
+    entries = entries.subspan(count);
+    return group;
+}
+
+void PutBack::Run::handle(Group& group) {
+    group_ = &group;
     recordedAt_ = std::chrono::steady_clock::now();
-    for (auto& item : group) {
+    for (auto& item : group.items) {
         if (isCancelled())
             break;
         results_.push_back(handle(item));
@@ -53,36 +61,41 @@ void PutBack::Run::handleGroup(std::span<const JournalEntry> entries) {
             record();
     }
     record();
-    record_.end();
 }
 
 /// Nothing is told of an item here: why it cannot go back is told when its turn comes.
-std::expected<void, JournalError> PutBack::Run::prepare(std::vector<Return>& group) {
-    std::size_t count = 0;
-    for (auto& item : group) {
-        if (putBack_.outlookInTrash(item.entry).reason)
-            continue;
-        item.object = TrashedObject::hold(item.entry);
-        count += item.object ? 1 : 0;
-    }
+void PutBack::Run::prepare(Group& group) const {
+    if (auto prepared = prepareMoves(group); !prepared)
+        group.journalFailure = std::move(prepared.error());
+}
+
+std::expected<void, JournalError> PutBack::Run::prepareMoves(Group& group) const {
+    auto paths = putBack_.policy_.resolver();
+    for (auto& item : group.items)
+        if (!putBack_.outlookInTrash(item.entry, paths).reason) {
+            item.object = TrashedObject::hold(item.entry);
+            item.note = TrashNote::of(*item.entry.trashPath);
+        }
+    const auto count = static_cast<std::size_t>(
+        std::ranges::count_if(group.items, [](const Return& item) { return item.object.has_value(); }));
     if (count == 0)
         return {};
-    if (auto begun = record_.begin(count); !begun)
+    if (auto begun = group.record.begin(count + group.linesBefore); !begun)
         return begun;
-    for (auto& item : group) {
-        if (!item.object)
-            continue;
-        const MoveIntent intent{.kind = MoveIntent::Kind::putBack,
-                                .entry = item.line,
-                                .sourcePath = item.object->path,
-                                .destinationPath = Destination::pathFor(item.entry),
-                                .stamp = item.object->stamp,
-                                .persistent = item.object->persistent,
-                                .infoFile = TrashNote::of(item.object->path)};
-        if (auto intended = record_.intend(intent); !intended)
-            return intended;
-    }
-    return record_.seal();
+    std::vector<MoveIntent> intents;
+    intents.reserve(count);
+    for (const auto& item : group.items)
+        if (item.object)
+            intents.push_back({.kind = MoveIntent::Kind::putBack,
+                               .entry = item.line,
+                               .sourcePath = item.object->path,
+                               .destinationPath = Destination::pathFor(item.entry),
+                               .stamp = item.object->stamp,
+                               .persistent = item.object->persistent,
+                               .infoFile = item.note});
+    if (auto intended = group.record.intend(intents); !intended)
+        return intended;
+    return group.record.seal();
 }
 
 PutBackResult PutBack::Run::handle(Return& item) {
@@ -91,17 +104,18 @@ PutBackResult PutBack::Run::handle(Return& item) {
         return refuse(item, destination.error());
     if (!item.object || !item.object->isInPlace())
         return refuseAsGone(item);
-    if (!journalFailure_)
+    const auto& failure = journalFailure_ ? journalFailure_ : group_->journalFailure;
+    if (!failure)
         return moveBack(item, *item.object, *destination);
     auto result = fail(item, journalUnwritable);
-    result.journalFailure = journalFailure_->words;
+    result.journalFailure = failure->words;
     return result;
 }
 
 PutBackResult PutBack::Run::moveBack(Return& item, const TrashedObject& object,
                                      const Destination& destination) {
     const auto moved =
-        putBack_.restore_->move(object.path, destination.folder, destination.name, record_.barrier());
+        putBack_.restore_->move(object.path, destination.folder, destination.name, group_->record.barrier());
     if (!moved && !object.isInPlace())
         return refuseAsGone(item);
     if (!moved)
@@ -111,7 +125,7 @@ PutBackResult PutBack::Run::moveBack(Return& item, const TrashedObject& object,
     if (!found) // which says nothing of the item
         found = destination.folder.identityOf(destination.name);
     if (found != object.stamp.identity) {
-        record_.keepIntents();
+        group_->record.keepIntents();
         if (found)
             return fail(item, mismatch);
         // What cannot be looked at now is looked for at the next start, which then writes the line.
@@ -138,9 +152,11 @@ PutBackResult PutBack::Run::refuse(Return& item, const PutBackOutlook& outlook) 
 
 /// Another program may take an item from the Trash at any moment, and may even put it back itself.
 PutBackResult PutBack::Run::refuseAsGone(Return& item) {
-    return refuse(item,
-                  {.kind = PutBackOutlook::Kind::gone,
-                   .reason = putBack_.outlookInTrash(item.entry).reason.value_or(TrashedObject::isAnother)});
+    auto paths = putBack_.policy_.resolver();
+    return refuse(
+        item,
+        {.kind = PutBackOutlook::Kind::gone,
+         .reason = putBack_.outlookInTrash(item.entry, paths).reason.value_or(TrashedObject::isAnother)});
 }
 
 PutBackResult PutBack::Run::fail(Return& item, std::string reason) {
@@ -160,11 +176,11 @@ void PutBack::Run::record() {
     recordedAt_ = std::chrono::steady_clock::now();
     if (lines_.empty())
         return;
-    const auto recorded = record_.record(std::exchange(lines_, {}));
+    const auto recorded = group_->record.record(std::exchange(lines_, {}));
     const auto made = std::exchange(unrecorded_, {});
     if (!recorded && !made.empty()) {
         journalFailure_ = recorded.error();
-        record_.keepIntents();
+        group_->record.keepIntents();
     }
     for (const auto& [place, trashPath] : made)
         if (!recorded) {
@@ -185,7 +201,7 @@ void PutBack::Run::removeNotes(std::span<const Unrecorded> made) {
             isOneLeft = true;
     });
     if (isOneLeft)
-        record_.keepIntents();
+        group_->record.keepIntents();
 }
 
 JournalEntry PutBack::Run::newLine(const JournalEntry& entry) const {

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -18,7 +19,7 @@ class PutBack::Run {
 public:
     /// Both must live as long as this; `isCancelled` may be empty.
     Run(const PutBack& putBack, const IsCancelled& isCancelled)
-        : putBack_(putBack), isCancelled_(isCancelled), record_(*putBack.journal_) {}
+        : putBack_(putBack), isCancelled_(isCancelled) {}
 
     /// See PutBack::putBackSession.
     std::vector<PutBackResult> over(std::span<const JournalEntry> entries);
@@ -29,6 +30,16 @@ private:
         const JournalEntry& entry;
         JournalEntry line;                     ///< of its outcome; shares its id with the intent
         std::optional<TrashedObject> object{}; ///< absent: it is not there
+        std::optional<MoveIntent::InfoFile> note{};
+    };
+
+    struct Group {
+        explicit Group(JournalStore& journal) : record(journal) {}
+
+        MoveRecord record;
+        std::vector<Return> items;
+        std::size_t linesBefore = 0; ///< at most so many of the group before may still be appended
+        std::optional<JournalError> journalFailure; ///< why nothing of it may move
     };
 
     /// An item that is back and has no line yet.
@@ -38,8 +49,12 @@ private:
     };
 
     bool isCancelled();
-    void handleGroup(std::span<const JournalEntry> entries);
-    std::expected<void, JournalError> prepare(std::vector<Return>& group);
+    std::unique_ptr<Group> nextGroup(std::span<const JournalEntry>& entries);
+    // On another thread than all others, while another group is handled.
+    void prepare(Group& group) const;
+    std::expected<void, JournalError> prepareMoves(Group& group) const;
+
+    void handle(Group& group);
     PutBackResult handle(Return& item);
     PutBackResult moveBack(Return& item, const TrashedObject& object, const Destination& destination);
     PutBackResult refuse(Return& item, const PutBackOutlook& outlook);
@@ -52,12 +67,13 @@ private:
 
     const PutBack& putBack_;
     const IsCancelled& isCancelled_;
-    MoveRecord record_;
     std::vector<PutBackResult> results_;
     bool wasCancelled_ = false;
-    // Of the group that is under way.
-    std::optional<JournalError> journalFailure_; ///< why nothing more of it may move
-    std::vector<JournalEntry> lines_;            ///< waiting to be appended
+    std::size_t movesBefore_ = 0;                ///< in the group that was begun last
+    std::optional<JournalError> journalFailure_; ///< why nothing more may move
+    // Of the group that is handled.
+    Group* group_ = nullptr;
+    std::vector<JournalEntry> lines_; ///< waiting to be appended
     std::vector<Unrecorded> unrecorded_;
     std::chrono::steady_clock::time_point recordedAt_;
 };

@@ -1,7 +1,6 @@
 #include "Journal/TrashNote.h"
 
 #include "Journal/PrivateFile.h"
-#include "Safety/RealPath.h"
 #include "Util/PathText.h"
 #include "Util/ReadFile.h"
 #include "Util/Utf8.h"
@@ -14,15 +13,9 @@ namespace orbel {
 
 namespace {
 
-std::optional<HeldFolder> folderAt(const std::string& path) {
-    const auto real = RealPath::resolve(path);
-    auto folder = real ? HeldFolder::open(*real) : std::unexpected(ENOENT);
-    return folder ? std::optional(*std::move(folder)) : std::nullopt;
-}
-
 /// The folder of the notes: itself, and not what a link leads to.
 std::optional<HeldFolder> notesFolder(std::string_view path) {
-    const auto trash = folderAt(std::string(parentPath(path)));
+    const auto trash = HeldFolder::openThroughLinks(std::string(parentPath(path)));
     auto folder = trash ? trash->openInside(std::string(lastPathComponent(path))) : std::unexpected(ENOENT);
     return folder ? std::optional(*std::move(folder)) : std::nullopt;
 }
@@ -70,7 +63,9 @@ TrashNote::TrashNote(std::string itemPath, std::string path, const std::string* 
 }
 
 bool TrashNote::removeIfUnused() const {
-    const auto items = state_ == State::none ? std::nullopt : folderAt(std::string(parentPath(itemPath_)));
+    const auto items = state_ == State::none
+                           ? std::unexpected(ENOENT)
+                           : HeldFolder::openThroughLinks(std::string(parentPath(itemPath_)));
     // Only if certainly nothing has the name.
     if (items && items->identityOf(std::string(lastPathComponent(itemPath_))) == std::unexpected(ENOENT))
         ::unlinkat(folder_->descriptor(), std::string(lastPathComponent(path_)).c_str(), 0);

@@ -4,14 +4,7 @@ namespace orbel {
 
 const MapColors& MapColors::light() {
     static constexpr MapColors colors{
-        .kinds = {{{.fill = 0x8D9493, .label = 0x15211F},
-                   {.fill = 0xD5B4F9, .label = 0x15211F},
-                   {.fill = 0x779BD9, .label = 0x15211F},
-                   {.fill = 0xCDAE54, .label = 0x15211F},
-                   {.fill = 0xB6EAF4, .label = 0x15211F},
-                   {.fill = 0xABD6A6, .label = 0x15211F},
-                   {.fill = 0xCA7C4E, .label = 0x15211F},
-                   {.fill = 0xAAB1B2, .label = 0x15211F}}},
+        .isDark = false,
         .frames = {0xDCE3E3, 0xE7ECEC, 0xF0F3F3},
         .ground = 0xFFFFFF,
         .edge = 0xB3BFBE,
@@ -28,14 +21,7 @@ const MapColors& MapColors::light() {
 
 const MapColors& MapColors::dark() {
     static constexpr MapColors colors{
-        .kinds = {{{.fill = 0x5C6968, .label = 0xFFFFFF},
-                   {.fill = 0xA18FD3, .label = 0x0C1414},
-                   {.fill = 0x245883, .label = 0xFFFFFF},
-                   {.fill = 0xBD9D54, .label = 0x0C1414},
-                   {.fill = 0x7FACA5, .label = 0x0C1414},
-                   {.fill = 0x789175, .label = 0x0C1414},
-                   {.fill = 0x944821, .label = 0xFFFFFF},
-                   {.fill = 0x404645, .label = 0xFFFFFF}}},
+        .isDark = true,
         .frames = {0x2B3435, 0x232B2C, 0x1D2425},
         .ground = 0x101516,
         .edge = 0x3E4A4B,

@@ -2,8 +2,6 @@
 
 #include "Map/TreemapTile.h"
 
-#include <string_view>
-
 namespace orbel {
 
 /// Where a tile is drawn once its edges are on the grid of pixels: without the gap of one pixel to its right
@@ -43,8 +41,5 @@ struct TileFace {
     /// What fits a tile that is drawn `width` by `height` points large.
     static TileFace of(const TreemapTile& tile, double width, double height);
 };
-
-/// The glyph of a kind as SVG path data in a square of 16, drawn with round strokes of 1.4, unfilled.
-std::string_view glyphPath(FileKind kind);
 
 } // namespace orbel

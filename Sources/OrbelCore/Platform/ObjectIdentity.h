@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -22,5 +23,11 @@ struct PersistentIdentity {
 /// the file system keeps no birth time, when its UUID cannot be learned without special rights, or when the
 /// object is gone.
 std::optional<PersistentIdentity> persistentIdentity(const std::string& path, std::uint64_t inode);
+
+/// The `volume` of each device number, absent where it has none: for objects that are asked about within a
+/// moment of each other, since numbers change when volumes are mounted.
+using KnownVolumes = std::map<std::uint64_t, std::optional<std::string>>;
+std::optional<PersistentIdentity> persistentIdentity(const std::string& path, std::uint64_t inode,
+                                                     KnownVolumes& known);
 
 } // namespace orbel::platform

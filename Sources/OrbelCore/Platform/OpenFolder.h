@@ -13,4 +13,8 @@ namespace orbel::platform {
 /// byte, "." or "..".
 std::expected<FileDescriptor, int> openFolderWithoutLinks(const std::string& path);
 
+/// Opens the folder that a path leads to, through links, for calls relative to it. It need not be readable.
+/// The error is an errno.
+std::expected<FileDescriptor, int> openFolderThroughLinks(const std::string& path);
+
 } // namespace orbel::platform

@@ -5,6 +5,7 @@
 #include "Util/PathText.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace orbel {
@@ -44,13 +45,25 @@ void ProtectedPlaces::recordIdentities(const std::string& root, const PathResolv
 
 std::optional<std::string> ProtectedPlaces::reason(const std::string& real,
                                                    const std::optional<FileIdentity>& identity) const {
+    std::vector<SeenObject> onPath;
+    for (std::string path = real; path.size() > 1; path.resize(parentPath(path).size()))
+        if (const auto there = FileIdentity::of(path))
+            onPath.push_back({.device = there->device, .inode = there->inode});
+    return reason(real, identity, onPath);
+}
+
+std::optional<std::string> ProtectedPlaces::reason(const std::string& real,
+                                                   const std::optional<FileIdentity>& identity,
+                                                   std::span<const SeenObject> onPath) const {
     if (auto reason = reasonByPath(real))
         return reason;
     if (identity)
         if (auto reason = reasonByIdentity(*identity))
             return reason;
-    if (auto reason = reasonByFoldersAbove(real))
-        return reason;
+    for (const auto [device, inode] : onPath | std::views::reverse)
+        if (const auto root = neverTouchIdentities_.find({.device = device, .inode = inode});
+            root != neverTouchIdentities_.end())
+            return protectedRoot(root->second);
     if (NeverTouch::hasProtectedComponent(real))
         return "Protected library or backup";
     if (NeverTouch::isAppleOwned(real, homePath_))
@@ -79,19 +92,6 @@ std::optional<std::string> ProtectedPlaces::reasonByIdentity(const FileIdentity&
     if (const auto root = protectedAncestorIdentities_.find(identity);
         root != protectedAncestorIdentities_.end())
         return containsRoot(root->second);
-    return std::nullopt;
-}
-
-std::optional<std::string> ProtectedPlaces::reasonByFoldersAbove(std::string path) const {
-    while (!path.empty()) {
-        if (const auto identity = FileIdentity::of(path))
-            if (const auto root = neverTouchIdentities_.find(*identity); root != neverTouchIdentities_.end())
-                return protectedRoot(root->second);
-        const auto parentSize = parentPath(path).size();
-        if (parentSize == path.size())
-            break;
-        path.resize(parentSize);
-    }
     return std::nullopt;
 }
 

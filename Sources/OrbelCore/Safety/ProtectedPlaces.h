@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -32,7 +33,10 @@ public:
                     PathResolver& resolver);
 
     /// Why `real`, a real path in visible form, is protected; absent when it is not. `identity`: that of the
-    /// object, when there is one.
+    /// object, when there is one. `onPath`: what stands by the names of the path, such as the folders above.
+    std::optional<std::string> reason(const std::string& real, const std::optional<FileIdentity>& identity,
+                                      std::span<const SeenObject> onPath) const;
+    /// The same, with what stands there now.
     std::optional<std::string> reason(const std::string& real,
                                       const std::optional<FileIdentity>& identity) const;
 
@@ -45,8 +49,6 @@ private:
     void recordIdentities(const std::string& root, const PathResolver& resolver);
     std::optional<std::string> reasonByPath(const std::string& real) const;
     std::optional<std::string> reasonByIdentity(const FileIdentity& identity) const;
-    /// The path itself included.
-    std::optional<std::string> reasonByFoldersAbove(std::string path) const;
     std::string protectedRoot(std::string_view root) const;
     std::string containsRoot(std::string_view root) const;
 

@@ -130,7 +130,7 @@ SafetyDecision SafetyPolicy::check(const std::string& path, AllowedRoot root,
         return SafetyDecision::refused(std::string(onAnotherVolume));
     if (real == "/" || real == homePath_)
         return SafetyDecision::refused("Refusing to delete the root or home folder");
-    if (auto reason = protectionReason(real, current.identity))
+    if (auto reason = protectedPlaces_.reason(real, current.identity, resolved.objects))
         return SafetyDecision::refused(std::move(*reason));
     // Not a matter of what may be put back: what left such a place before may return to it.
     if (auto reason = ProtectedContent::reason(real, current.isDirectory, homePath_))
@@ -155,16 +155,22 @@ std::optional<std::string> SafetyPolicy::rootReason(const std::string& real, All
 
 std::optional<std::string> SafetyPolicy::restoreDestinationReason(const std::string& path,
                                                                   AllowedRoot root) const {
+    auto paths = resolver();
+    return restoreDestinationReason(path, root, paths);
+}
+
+std::optional<std::string> SafetyPolicy::restoreDestinationReason(const std::string& path, AllowedRoot root,
+                                                                  PathResolver& paths) const {
     if (homeReason_)
         return homeReason_;
     const auto name = lastPathComponent(path);
-    const auto folder = canonical(std::string(parentPath(path)));
+    const auto folder = paths.resolve(parentPath(path));
     // A path that names no item of a folder could only come from a journal that was edited by hand.
-    if (!folder || name.empty() || name == "/" || name == "." || name == ".."
+    if (!folder.isFound() || name.empty() || name == "/" || name == "." || name == ".."
         || name.find('\0') != std::string::npos)
         return "The original folder no longer exists or moved";
-    const auto destination = joinedPath(*folder, name);
-    if (const auto reason = protectionReason(destination, std::nullopt))
+    const auto destination = joinedPath(canonicalizer_.visiblePath(folder.path), name);
+    if (const auto reason = protectedPlaces_.reason(destination, std::nullopt, folder.objects))
         return "Cannot restore to a protected location (" + *reason + ")";
     if (root == AllowedRoot::applicationBundle) {
         if (!placeRules_.isApplicationPlace(destination))
@@ -180,10 +186,15 @@ PathResolver SafetyPolicy::resolver() const {
 }
 
 std::optional<std::string> SafetyPolicy::canonical(const std::string& path) const {
+    auto paths = resolver();
+    return canonical(path, paths);
+}
+
+std::optional<std::string> SafetyPolicy::canonical(const std::string& path, PathResolver& paths) const {
     std::error_code error;
     const auto absolute =
         path.starts_with('/') ? path : joinedPath(std::filesystem::current_path(error).native(), path);
-    const auto resolved = resolver().resolve(absolute);
+    const auto resolved = paths.resolve(absolute);
     return resolved.isFound() ? std::optional(canonicalizer_.visiblePath(resolved.path)) : std::nullopt;
 }
 

@@ -66,6 +66,8 @@ public:
 
     /// Why an item may not be put back to where it came from, or absent.
     std::optional<std::string> restoreDestinationReason(const std::string& path, AllowedRoot root) const;
+    std::optional<std::string> restoreDestinationReason(const std::string& path, AllowedRoot root,
+                                                        PathResolver& paths) const;
 
     /// Why nothing at all is moved or put back for this home folder, or absent.
     const std::optional<std::string>& homeReason() const { return homeReason_; }
@@ -80,6 +82,11 @@ public:
     /// The real path of `path`, which may be relative, in visible form; absent when it cannot be resolved, or
     /// leads to where a question might never be answered.
     std::optional<std::string> canonical(const std::string& path) const;
+    /// The same, with what `paths` has seen already.
+    std::optional<std::string> canonical(const std::string& path, PathResolver& paths) const;
+
+    /// For several paths of one question about the disk as it is now.
+    PathResolver resolver() const;
 
     /// Whether asking about what lies at this path might never be answered, such as on a network volume;
     /// never so for the volume of the home. Such an item is on another volume, and nothing more is asked.
@@ -104,7 +111,6 @@ private:
     struct Prepared;
     explicit SafetyPolicy(Prepared prepared);
 
-    PathResolver resolver() const;
     bool isOnAnotherVolume(const std::string& path, const platform::FileStatus& status) const;
     std::optional<std::string> furtherReason(const std::string& path, const std::string& real,
                                              bool isDirectory) const;

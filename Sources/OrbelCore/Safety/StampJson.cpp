@@ -8,7 +8,8 @@
 namespace orbel {
 
 void to_json(nlohmann::json& json, const FileIdentity& identity) {
-    json = {{"device", identity.device}, {"inode", identity.inode}};
+    json["device"] = identity.device;
+    json["inode"] = identity.inode;
 }
 
 void from_json(const nlohmann::json& json, FileIdentity& identity) {
@@ -17,10 +18,10 @@ void from_json(const nlohmann::json& json, FileIdentity& identity) {
 }
 
 void to_json(nlohmann::json& json, const FileStamp& stamp) {
-    json = {{"identity", stamp.identity},
-            {"size", stamp.size},
-            {"modifiedNanos", stamp.modifiedNanos},
-            {"isDirectory", stamp.isDirectory}};
+    json["identity"] = stamp.identity;
+    json["size"] = stamp.size;
+    json["modifiedNanos"] = stamp.modifiedNanos;
+    json["isDirectory"] = stamp.isDirectory;
 }
 
 void from_json(const nlohmann::json& json, FileStamp& stamp) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <span>
 
 namespace orbel {
 
@@ -44,15 +43,6 @@ struct Listed {
     bool isPackage = false;
 };
 
-constexpr std::array video{"mp4",  "mov", "m4v",  "mkv", "avi",  "wmv", "flv", "webm", "mpg",
-                           "mpeg", "mts", "m2ts", "3gp", "braw", "r3d", "mxf", "insv", "lrv"};
-constexpr std::array diskImage{"dmg", "iso", "img", "sparseimage", "sparsebundle", "toast", "cdr"};
-constexpr std::array archive{"zip", "tar", "gz",  "tgz", "bz2", "xz",  "7z",
-                             "rar", "zst", "lz4", "xip", "pkg", "mpkg"};
-constexpr std::array document{"pdf", "doc", "docx", "xls", "xlsx", "ppt",  "pptx", "pages", "numbers", "key",
-                              "txt", "rtf", "rtfd", "md",  "csv",  "epub", "psd",  "ai",    "sketch",  "fig"};
-constexpr std::array application{"app", "ipa", "apk", "exe", "appex"};
-constexpr std::array virtualMachine{"vmdk", "qcow2", "utm", "vdi", "vhd", "vhdx", "pvm", "vmwarevm", "hdd"};
 constexpr std::array packages{
     "app",           "appex",        "framework",    "bundle",    "plugin",        "kext",         "xpc",
     "photoslibrary", "photolibrary", "musiclibrary", "tvlibrary", "imovielibrary", "fcpbundle",    "logicx",
@@ -66,12 +56,8 @@ static_assert(packages.size() == 33);
 class ExtensionTable {
 public:
     constexpr ExtensionTable() {
-        addKind(video, FileKind::video);
-        addKind(diskImage, FileKind::diskImage);
-        addKind(archive, FileKind::archive);
-        addKind(document, FileKind::document);
-        addKind(application, FileKind::application);
-        addKind(virtualMachine, FileKind::virtualMachine);
+        for (const KindRow& row : kindTable)
+            addKind(row.extensions, row.kind);
         for (const string_view extension : packages)
             slotOf(keyOf(extension)).isPackage = true;
     }
@@ -86,11 +72,14 @@ public:
     }
 
 private:
-    constexpr void addKind(std::span<const char* const> extensions, FileKind kind) {
-        for (const string_view extension : extensions) {
+    constexpr void addKind(string_view extensions, FileKind kind) {
+        while (!extensions.empty()) {
+            const string_view extension = extensions.substr(0, extensions.find(' '));
+            ORBEL_CHECK(extension.size() <= longestExtension, "no name has so long an extension");
             Listed& slot = slotOf(keyOf(extension));
             slot.kind = kind;
             slot.hasKind = true;
+            extensions.remove_prefix(std::min(extension.size() + 1, extensions.size()));
         }
     }
 
@@ -132,28 +121,6 @@ const Listed* listedExtension(string_view extension) {
 }
 
 } // namespace
-
-string_view title(FileKind kind) {
-    switch (kind) {
-    case FileKind::folder:
-        return "Folders";
-    case FileKind::video:
-        return "Video";
-    case FileKind::diskImage:
-        return "Disk images";
-    case FileKind::archive:
-        return "Archives";
-    case FileKind::document:
-        return "Documents";
-    case FileKind::application:
-        return "Apps";
-    case FileKind::virtualMachine:
-        return "Virtual machines";
-    case FileKind::other:
-        break;
-    }
-    return "Other";
-}
 
 FileKind fileKindFromRawValue(std::uint8_t rawValue) {
     return rawValue < allFileKinds.size() ? static_cast<FileKind>(rawValue) : FileKind::other;

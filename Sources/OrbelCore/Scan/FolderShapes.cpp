@@ -1,6 +1,6 @@
 #include "Scan/FolderShapes.h"
 
-#include "Util/Parallel.h"
+#include "Platform/Parallel.h"
 #include "Util/PathText.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
+#include "Platform/Parallel.h"
 #include "Scan/FileTree.h"
-#include "Util/Parallel.h"
 
 #include <algorithm>
 

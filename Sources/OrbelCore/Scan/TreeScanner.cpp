@@ -1,5 +1,6 @@
 #include "Scan/TreeScanner.h"
 
+#include "Platform/BlockingWork.h"
 #include "Platform/FileStatus.h"
 #include "Safety/NeverTouch.h"
 #include "Safety/PathCanonicalizer.h"
@@ -7,7 +8,6 @@
 #include "Scan/EmptyFolderMask.h"
 #include "Scan/FolderShapes.h"
 #include "Scan/Walker.h"
-#include "Util/BlockingWork.h"
 #include "Util/PathText.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "Scan/WalkMerge.h"
 
+#include "Platform/Parallel.h"
 #include "Util/Check.h"
-#include "Util/Parallel.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Platform/Thread.h"
 #include "Scan/WalkStore.h"
-#include "Util/Thread.h"
 
 #include <atomic>
 #include <chrono>

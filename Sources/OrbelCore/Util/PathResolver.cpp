@@ -16,11 +16,10 @@ namespace {
 constexpr int mostLinks = 40; // as the system has it
 
 /// Takes the first name of a path; empty when there is none left.
-std::string takeName(std::string& rest) {
-    const auto begin = std::min(rest.find_first_not_of('/'), rest.size());
-    const auto end = std::min(rest.find('/', begin), rest.size());
-    auto name = rest.substr(begin, end - begin);
-    rest.erase(0, end);
+std::string_view takeName(std::string_view& rest) {
+    rest.remove_prefix(std::min(rest.find_first_not_of('/'), rest.size()));
+    const auto name = rest.substr(0, rest.find('/'));
+    rest.remove_prefix(name.size());
     return name;
 }
 
@@ -38,28 +37,36 @@ bool PathResolver::isOutOfReach(std::string_view path) const {
 ResolvedPath PathResolver::resolve(std::string_view path, Last last) {
     using enum ResolvedPath::State;
     std::string real = "/";
-    std::string rest(path);
+    std::string behindLink; // owns what `rest` views once a link was followed
+    std::string_view rest = path;
+    std::vector<SeenObject> objects;
     const auto stoppedAt = [&](ResolvedPath::State state, const std::string& at, int error = 0) {
-        return ResolvedPath{.state = state, .path = standardizedPath(joinedPath(at, rest)), .error = error};
+        return ResolvedPath{.state = state,
+                            .path = standardizedPath(joinedPath(at, rest)),
+                            .error = error,
+                            .objects = objects};
     };
     if (!path.starts_with('/'))
-        return {.state = failed, .path = rest, .error = EINVAL};
+        return {.state = failed, .path = std::string(path), .error = EINVAL};
     // The system would silently cut the path off there.
     if (path.find('\0') != std::string_view::npos)
-        return {.state = failed, .path = rest, .error = EINVAL};
+        return {.state = failed, .path = std::string(path), .error = EINVAL};
     for (int links = 0;;) {
         const auto name = takeName(rest);
         if (name.empty())
-            return {.state = found, .path = std::move(real)};
+            return {.state = found, .path = std::move(real), .objects = std::move(objects)};
         if (name == ".")
             continue;
         if (name == "..") {
             real = parentPath(real); // no link is in it, so this is where the system goes too
+            if (!objects.empty())
+                objects.pop_back();
             continue;
         }
         auto here = joinedPath(real, name);
-        if (folders_.contains(here)) {
+        if (const auto folder = folders_.find(here); folder != folders_.end()) {
             real = std::move(here);
+            objects.push_back(folder->second);
             continue;
         }
         if (isOutOfReach(here))
@@ -76,16 +83,21 @@ ResolvedPath PathResolver::resolve(std::string_view path, Last last) {
                 return stoppedAt(failed, here, EIO);
             if (++links > mostLinks)
                 return stoppedAt(circular, here);
-            rest = joinedPath(*text, rest);
-            if (text->starts_with('/'))
+            behindLink = joinedPath(*text, rest);
+            rest = behindLink;
+            if (text->starts_with('/')) {
                 real = "/";
+                objects.clear();
+            }
             continue;
         }
+        const SeenObject object{.device = static_cast<std::uint32_t>(status.st_dev), .inode = status.st_ino};
         if (S_ISDIR(status.st_mode))
-            folders_.insert(here);
+            folders_.emplace(here, object);
         else if (!isLast)
             return stoppedAt(missing, here, ENOTDIR);
         real = std::move(here);
+        objects.push_back(object);
     }
 }
 

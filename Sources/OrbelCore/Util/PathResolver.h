@@ -3,10 +3,16 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 namespace orbel {
+
+/// What tells one object of the disk from all others, as the system numbers them.
+struct SeenObject {
+    std::uint64_t device = 0; ///< an unsigned 32-bit pattern, widened
+    std::uint64_t inode = 0;
+};
 
 /// Where a path leads.
 struct ResolvedPath {
@@ -23,6 +29,8 @@ struct ResolvedPath {
     /// give once the missing names are there.
     std::string path;
     int error = 0;
+    /// What stands by each name of `path`, in order, as far as it is known.
+    std::vector<SeenObject> objects{};
 
     bool isFound() const { return state == State::found; }
 };
@@ -47,7 +55,7 @@ public:
 
 private:
     std::vector<std::string> outOfReach_;
-    std::unordered_set<std::string> folders_; ///< seen to be folders and no links
+    std::unordered_map<std::string, SeenObject> folders_; ///< seen to be folders and no links
 };
 
 } // namespace orbel

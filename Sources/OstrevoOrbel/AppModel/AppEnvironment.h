@@ -3,18 +3,18 @@
 #include "Delete/TrashOperations.h"
 #include "Find/InstalledApp.h"
 #include "Find/LargeOldQuery.h"
-#include "LaunchOptions.h"
-#include "Platform/IconFinder.h"
+#include "Launch/LaunchOptions.h"
 #include "Platform/MountTable.h"
 #include "Platform/RunningPrograms.h"
+#include "Ports/Appearance.h"
+#include "Ports/Desktop.h"
+#include "Ports/Diagnostics.h"
+#include "Ports/LoginItem.h"
+#include "Ports/Notifier.h"
 #include "Scan/ScanCancellation.h"
 #include "Scan/ScanProgress.h"
 #include "Scan/ScanResult.h"
 #include "Scan/VolumeInfo.h"
-#include "Services/Desktop.h"
-#include "Services/Diagnostics.h"
-#include "Services/LoginItem.h"
-#include "Services/Notifier.h"
 
 #include <chrono>
 #include <cstdint>
@@ -22,7 +22,9 @@
 #include <memory>
 #include <optional>
 #include <QSettings>
+#include <QString>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orbel {
@@ -58,14 +60,20 @@ struct AppEnvironment {
     std::function<std::vector<platform::RunningProgram>()> runningPrograms;
     /// Asks these to quit, as their own menus would; false when none of them can be asked. Blocks.
     std::function<bool(const std::vector<platform::RunningProgram>&)> askToQuit;
-    platform::IconFinder findIcon; ///< absent: applications show no icons
 
     std::shared_ptr<TrashOperations> trash; ///< absent: the live one, over `trashFolder`
     std::shared_ptr<QSettings> settings;
     std::shared_ptr<Desktop> desktop;
     std::shared_ptr<Notifier> notifier;
     std::shared_ptr<LoginItem> loginItem;
+    std::shared_ptr<Appearance> appearance;   ///< absent: light, unless dark is chosen
     std::shared_ptr<Diagnostics> diagnostics; ///< absent unless a run is to be measured
+
+    /// Tells the diagnostics, if there are any.
+    void mark(std::string_view name) const {
+        if (diagnostics)
+            diagnostics->mark(name);
+    }
 
     /// The live one for everything but the services, which need the application that they serve.
     static AppEnvironment ofThisUser();

@@ -1,11 +1,10 @@
 #include "AppModel/AppsFlow.h"
 
-#include "AppModel/AppModel.h"
-#include "AppModel/MoveFlow.h"
 #include "Find/CommonWords.h"
+#include "Models/IconAddress.h"
 #include "Models/Wording.h"
-#include "Services/AppIcons.h"
-#include "Services/AppQuitter.h"
+#include "Platform/FileStatus.h"
+#include "Scan/TreeScanner.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
@@ -20,8 +19,6 @@ using Status = InstalledApp::Status;
 /// Long enough that walking down the list makes no plan for every row on the way.
 constexpr std::chrono::milliseconds planDelay(120);
 constexpr std::chrono::milliseconds runningInterval(1500);
-/// The larger of the two sizes in which an icon is shown, on a dense display.
-constexpr int iconPixels = 112;
 
 /// What is measured for the size of an application; empty when its package tells.
 std::string measuredPlace(const InstalledApp& app) {
@@ -46,33 +43,34 @@ bool isCalled(const InstalledApp& app, const std::string& name) {
 
 } // namespace
 
-AppsFlow::AppsFlow(AppModel& app)
-    : app_(app), list_(app.home()), leftovers_(app.home(), ticks_), wanted_(app.options().selectApp) {
-    app.moves()->watch(ticks_);
+AppsFlow::AppsFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
+                   MoveFlow& moves, const ShownScreen& shown, Notice& notice)
+    : environment_(environment),
+      policy_(std::move(policy)),
+      shown_(shown),
+      notice_(notice),
+      list_(environment.home),
+      leftovers_(environment.home, ticks_),
+      wanted_(environment.options.selectApp) {
+    moves.watch(ticks_);
     ticks_.setPosition([this](const TickedItem& ticked) { return leftovers_.positionOf(ticked.item.path); });
     planDelay_.setSingleShot(true);
     planDelay_.setInterval(planDelay);
     connect(&planDelay_, &QTimer::timeout, this, &AppsFlow::makePlan);
     runningPoll_.setInterval(runningInterval);
     connect(&runningPoll_, &QTimer::timeout, this, &AppsFlow::watchRunning);
-    connect(app.moves(), &MoveFlow::moved, this, [this](const std::vector<DeletionItem>& items) {
+    connect(&moves, &MoveFlow::moved, this, [this](const std::vector<std::string>& paths) {
         if (!isLoaded())
             return;
-        leftovers_.remove(items);
-        for (const auto& item : items)
-            list_.remove(item.path);
+        leftovers_.remove(paths);
+        for (const auto& path : paths)
+            list_.remove(path);
         read();
     });
-    connect(app.moves(), &MoveFlow::restored, this, [this] {
+    connect(&moves, &MoveFlow::restored, this, [this] {
         if (isLoaded())
             read();
     });
-}
-
-AppsFlow::~AppsFlow() {
-    for (const auto& token : {loading_, planning_, sizing_})
-        if (token)
-            token->cancel();
 }
 
 void AppsFlow::open() {
@@ -85,33 +83,22 @@ void AppsFlow::readAgain() {
 }
 
 void AppsFlow::read() {
-    if (loading_)
-        loading_->cancel();
-    loading_ = std::make_shared<ScanCancellation>();
-    const auto home = app_.policy().canonical(app_.home()).value_or(app_.home());
-    inbox_.runAside(
-        "orbel.apps",
-        [home, installed = app_.environment().installedApps, findIcon = app_.environment().findIcon] {
+    const auto& ownHome = environment_.home;
+    loading_.run(
+        [home = policy_->canonical(ownHome).value_or(ownHome), installed = environment_.installedApps] {
             Inventory read{.apps = std::make_shared<const std::vector<InstalledApp>>(installed()),
                            .matcher = std::make_shared<const LeftoverMatcher>(home, "/Library"),
                            .entries = {}};
             for (const auto& app : *read.apps)
                 if (!app.isHidden)
-                    read.entries.push_back({.app = app,
-                                            .icon = AppIcons::addressOf(findIcon && !app.icon.empty()
-                                                                            ? findIcon(app.icon, iconPixels)
-                                                                            : std::string()),
-                                            .bytes = app.packageBytes});
+                    read.entries.push_back({.app = app, .bytes = app.packageBytes});
             return read;
         },
-        [this, token = loading_](Inventory inventory) { takeInventory(token.get(), std::move(inventory)); });
+        [this](Inventory inventory) { takeInventory(std::move(inventory)); });
     Q_EMIT changed();
 }
 
-void AppsFlow::takeInventory(const ScanCancellation* token, Inventory inventory) {
-    if (loading_.get() != token)
-        return;
-    loading_.reset();
+void AppsFlow::takeInventory(Inventory inventory) {
     inventory_ = std::move(inventory.apps);
     matcher_ = std::move(inventory.matcher);
     // What was measured before stays until it is measured again.
@@ -130,45 +117,28 @@ void AppsFlow::takeInventory(const ScanCancellation* token, Inventory inventory)
 
 /// One after another, so that the disk is left to whoever waits for something.
 void AppsFlow::measure() {
-    if (sizing_)
-        sizing_->cancel();
-    sizing_ = std::make_shared<ScanCancellation>();
     std::vector<std::pair<std::string, std::string>> places;
     for (const auto& entry : list_.entries())
         if (auto place = measuredPlace(entry.app); !place.empty())
             places.emplace_back(entry.app.path, std::move(place));
-    unmeasured_ = places.size();
-    if (places.empty())
-        return;
-    const auto address = inbox_.address();
-    inbox_.runAside(
-        "orbel.app-sizes",
-        [this, places = std::move(places), token = sizing_, address] {
+    sizing_.run(
+        [this, places = std::move(places)](const LatestJob::Run& run) {
             for (const auto& [path, place] : places) {
                 std::optional<std::uint64_t> bytes;
                 if (const auto status = platform::fileStatus(place);
                     status && status->type == platform::FileType::directory) {
-                    const auto tree = TreeScanner::scan(place, 2, *token, nullptr).tree;
+                    const auto tree = TreeScanner::scan(place, 2, run.cancellation(), nullptr).tree;
                     if (tree.count() > 0)
                         bytes = tree.allocated(0);
                 } else if (status) {
                     bytes = status->allocatedBytes;
                 }
-                if (token->isCancelled())
-                    return 0;
-                address.send([this, path = path, bytes, token] {
-                    if (sizing_ == token)
-                        list_.setBytes(path, bytes);
-                });
+                if (run.isCancelled())
+                    return;
+                run.report([this, path = path, bytes] { list_.setBytes(path, bytes); });
             }
-            return 0;
         },
-        [this, token = sizing_](int) {
-            if (sizing_ != token)
-                return;
-            unmeasured_ = 0;
-            Q_EMIT changed();
-        });
+        [this] { Q_EMIT changed(); });
 }
 
 void AppsFlow::selectWanted() {
@@ -179,7 +149,7 @@ void AppsFlow::selectWanted() {
     const auto found = std::ranges::find_if(
         entries, [&](const AppsModel::Entry& entry) { return isCalled(entry.app, name); });
     if (found == entries.end())
-        app_.tell(tr("No app called “%1” was found.").arg(textOf(name)));
+        notice_.show(tr("No app called “%1” was found.").arg(textOf(name)));
     else
         selectPath(found->app.path);
 }
@@ -203,7 +173,6 @@ void AppsFlow::selectPath(const std::string& path) {
     clearSelection();
     selectedPath_ = path;
     preselects_ = true;
-    planning_ = std::make_shared<ScanCancellation>();
     planDelay_.start();
     Q_EMIT changed();
 }
@@ -214,9 +183,9 @@ void AppsFlow::clearSelection() {
     quitting_ = Quitting::notAsked;
     planDelay_.stop();
     runningPoll_.stop();
-    if (planning_)
-        planning_->cancel();
-    planning_.reset();
+    planning_.drop();
+    polling_.drop();
+    quitJob_.drop();
     ticks_.clear();
     leftovers_.set({}, 0, {}, {});
     Q_EMIT changed();
@@ -227,22 +196,16 @@ void AppsFlow::makePlan() {
     if (entry == nullptr)
         return;
     planDelay_.stop();
-    if (planning_)
-        planning_->cancel();
-    planning_ = std::make_shared<ScanCancellation>();
-    inbox_.runAside(
-        "orbel.app-plan",
-        [app = entry->app, inventory = inventory_, matcher = matcher_, policy = app_.policy(),
-         running = app_.environment().runningPrograms,
-         token = planning_] { return AppPlan::make(app, *inventory, *matcher, policy, running, *token); },
-        [this, token = planning_](AppPlan plan) { takePlan(token.get(), std::move(plan)); });
+    planning_.run(
+        [app = entry->app, inventory = inventory_, matcher = matcher_, policy = policy_,
+         running = environment_.runningPrograms](const LatestJob::Run& run) {
+            return AppPlan::make(app, *inventory, *matcher, *policy, running, run.cancellation());
+        },
+        [this](AppPlan plan) { takePlan(std::move(plan)); });
     Q_EMIT changed();
 }
 
-void AppsFlow::takePlan(const ScanCancellation* token, AppPlan made) {
-    if (planning_.get() != token)
-        return;
-    planning_.reset();
+void AppsFlow::takePlan(AppPlan made) {
     const bool isFirst = std::exchange(preselects_, false);
     std::vector<TickedItem> ticked;
     for (const auto& item : made.items)
@@ -272,17 +235,14 @@ void AppsFlow::takePlan(const ScanCancellation* token, AppPlan made) {
 
 /// While it runs, nothing of it can be ticked: the plan is made anew as soon as it has quit.
 void AppsFlow::watchRunning() {
-    if (isPolling_ || isPlanning() || !plan_ || app_.screen() != Screen::uninstall)
+    if (polling_.isRunning() || isPlanning() || !plan_ || shown_.screen() != Screen::uninstall)
         return;
-    isPolling_ = true;
-    inbox_.runAside(
-        "orbel.running",
-        [app = plan_->app, running = app_.environment().runningPrograms] {
-            return std::pair(app.path, UninstallPlan::runningOf(app, running()).empty());
+    polling_.run(
+        [app = plan_->app, running = environment_.runningPrograms] {
+            return UninstallPlan::runningOf(app, running()).empty();
         },
-        [this](const std::pair<std::string, bool>& answer) {
-            isPolling_ = false;
-            if (answer.first == selectedPath_ && answer.second && !isPlanning()) {
+        [this](bool hasQuit) {
+            if (hasQuit && !isPlanning()) {
                 preselects_ = ticks_.count() == 0;
                 makePlan();
             }
@@ -293,15 +253,13 @@ void AppsFlow::askToQuit() {
     if (!plan_ || plan_->runningProcesses.empty() || quitting_ == Quitting::asked)
         return;
     quitting_ = Quitting::asked;
-    inbox_.runAside(
-        "orbel.quit",
-        [ask = app_.environment().askToQuit, running = plan_->runningProcesses] { return ask(running); },
-        [this, path = selectedPath_](bool isAsked) {
-            if (path != selectedPath_ || quitting_ != Quitting::asked || isAsked)
-                return;
-            quitting_ = Quitting::refused;
-            Q_EMIT changed();
-        });
+    quitJob_.run([ask = environment_.askToQuit, running = plan_->runningProcesses] { return ask(running); },
+                 [this](bool isAsked) {
+                     if (isAsked || quitting_ != Quitting::asked)
+                         return;
+                     quitting_ = Quitting::refused;
+                     Q_EMIT changed();
+                 });
     Q_EMIT changed();
 }
 
@@ -347,7 +305,7 @@ AppFacts AppsFlow::selected() const {
     AppFacts facts;
     facts.valid = true;
     facts.name = textOf(app.name);
-    facts.icon = entry->icon;
+    facts.icon = iconAddress(entry->app.icon);
     facts.initial = entry->initial();
     facts.version = textOf(app.version.value_or(""));
     facts.source = textOf(app.source);
@@ -376,10 +334,12 @@ AppFacts AppsFlow::selected() const {
     if (!running.empty()) {
         facts.warning = tr("%1 is running.").arg(facts.name);
         facts.canAskToQuit = quitting_ == Quitting::notAsked;
-        facts.explanation = quitting_ == Quitting::notAsked ? textOf(AppQuitter::explanation)
-                            : quitting_ == Quitting::asked
-                                ? tr("It was asked to quit. This list changes as soon as it has.")
-                                : tr("It could not be asked from here. Quit it in the app itself.");
+        facts.explanation =
+            quitting_ == Quitting::notAsked
+                ? tr("This is the same as choosing Quit in the app. It may ask you to save your work.")
+            : quitting_ == Quitting::asked
+                ? tr("It was asked to quit. This list changes as soon as it has.")
+                : tr("It could not be asked from here. Quit it in the app itself.");
     } else if (app.status == Status::system) {
         facts.warning = tr("%1 is a part of the system.").arg(facts.name);
         facts.explanation = tr("Nothing of it can be moved from here.");

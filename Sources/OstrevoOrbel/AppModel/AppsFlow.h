@@ -1,7 +1,8 @@
 #pragma once
 
 #include "AppModel/AppPlan.h"
-#include "AppModel/Inbox.h"
+#include "AppModel/LatestJob.h"
+#include "AppModel/MoveFlow.h"
 #include "Models/AppFacts.h"
 #include "Models/AppsModel.h"
 #include "Models/LeftoversModel.h"
@@ -16,8 +17,6 @@
 #include <vector>
 
 namespace orbel {
-
-class AppModel;
 
 /// The applications that are installed, and what would go with the one that is selected. Belongs to
 /// the AppModel; used on the main thread, while what takes long runs on threads of its own.
@@ -52,8 +51,9 @@ class AppsFlow final : public QObject {
     Q_PROPERTY(bool planning READ isPlanning NOTIFY changed)
 
 public:
-    explicit AppsFlow(AppModel& app);
-    ~AppsFlow() override;
+    /// The references outlive this.
+    AppsFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy, MoveFlow& moves,
+             const ShownScreen& shown, Notice& notice);
 
     // Intents.
 
@@ -76,18 +76,18 @@ public:
     QString summary() const;
     QString shownText() const;
     /// Something is still being read, measured or planned.
-    bool isBusy() const { return isLoading() || isPlanning() || unmeasured_ > 0; }
+    bool isBusy() const { return isLoading() || isPlanning() || sizing_.isRunning(); }
     AppsModel* list() { return &list_; }
     LeftoversModel* leftovers() { return &leftovers_; }
     Ticks* ticks() { return &ticks_; }
-    bool isLoading() const { return loading_ != nullptr; }
+    bool isLoading() const { return loading_.isRunning(); }
     bool isLoaded() const { return inventory_ != nullptr; }
     bool isAnyShown() const { return list_.rowCount() > 0; }
     const QString& findText() const { return findText_; }
     void setFindText(const QString& text);
     int selectedRow() const { return list_.rowOf(selectedPath_); }
     AppFacts selected() const;
-    bool isPlanning() const { return planning_ != nullptr; }
+    bool isPlanning() const { return planDelay_.isActive() || planning_.isRunning(); }
     /// All applications, hidden ones as well; null until read.
     const std::shared_ptr<const std::vector<InstalledApp>>& apps() const { return inventory_; }
     /// Of the selected application; absent until made.
@@ -106,22 +106,21 @@ private:
     enum class Quitting { notAsked, asked, refused };
 
     void read();
-    void takeInventory(const ScanCancellation* token, Inventory inventory);
+    void takeInventory(Inventory inventory);
     void measure();
     void selectPath(const std::string& path);
     void clearSelection();
     void makePlan();
-    void takePlan(const ScanCancellation* token, AppPlan plan);
+    void takePlan(AppPlan plan);
     void watchRunning();
     void selectWanted();
 
-    AppModel& app_;
+    const AppEnvironment& environment_;
+    std::shared_ptr<const SafetyPolicy> policy_;
+    const ShownScreen& shown_;
+    Notice& notice_;
     std::shared_ptr<const std::vector<InstalledApp>> inventory_;
     std::shared_ptr<const LeftoverMatcher> matcher_;
-    std::shared_ptr<ScanCancellation> loading_;  ///< of the reading that runs
-    std::shared_ptr<ScanCancellation> planning_; ///< of the plan that is waited for
-    std::shared_ptr<ScanCancellation> sizing_;   ///< of the sizes that are being measured
-    std::size_t unmeasured_ = 0;
     AppsModel list_;
     Ticks ticks_;
     LeftoversModel leftovers_;
@@ -133,9 +132,12 @@ private:
     std::optional<std::string> wanted_; ///< what the command line asked to select
     QTimer planDelay_;
     QTimer runningPoll_;
-    bool isPolling_ = false;
 
-    Inbox inbox_; ///< the last member: what it delivers finds all others alive
+    LatestJob loading_{"orbel.apps"}; ///< the last members
+    LatestJob sizing_{"orbel.app-sizes"};
+    LatestJob planning_{"orbel.app-plan"};
+    LatestJob polling_{"orbel.running"};
+    LatestJob quitJob_{"orbel.quit"};
 };
 
 } // namespace orbel

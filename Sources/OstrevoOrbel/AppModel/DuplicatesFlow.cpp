@@ -1,7 +1,5 @@
 #include "AppModel/DuplicatesFlow.h"
 
-#include "AppModel/AppModel.h"
-#include "AppModel/MoveFlow.h"
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
 #include "Util/Check.h"
@@ -48,63 +46,64 @@ struct DuplicatesFlow::LatestProgress {
     }
 };
 
-DuplicatesFlow::DuplicatesFlow(AppModel& app)
-    : app_(app), policy_(std::make_shared<const SafetyPolicy>(app.policy())) {
+DuplicatesFlow::DuplicatesFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
+                               const ScanFlow& scan, MoveFlow& moves, const ShownScreen& shown,
+                               Notice& notice)
+    : environment_(environment),
+      policy_(std::move(policy)),
+      scan_(scan),
+      moves_(moves),
+      shown_(shown),
+      notice_(notice) {
     progressTimer_.setInterval(betweenLooks);
     connect(&progressTimer_, &QTimer::timeout, this, &DuplicatesFlow::lookAtProgress);
     connect(&groups_, &DuplicateGroupsModel::changed, this, &DuplicatesFlow::changed);
-    connect(&app, &AppModel::treeChanged, this, &DuplicatesFlow::takeTree);
-    connect(app.moves(), &MoveFlow::moved, this, [this](const std::vector<DeletionItem>& items) {
-        std::vector<std::string> paths;
-        paths.reserve(items.size());
-        for (const auto& item : items)
-            paths.push_back(item.path);
+    connect(&scan, &ScanFlow::treeChanged, this, &DuplicatesFlow::takeTree);
+    connect(&moves, &MoveFlow::moved, this, [this](const std::vector<std::string>& paths) {
         groups_.setGone(paths, true);
         clearTicks();
     });
     // Their stamps are still those of the search, and are proved again before any move.
-    connect(app.moves(), &MoveFlow::restored, this,
+    connect(&moves, &MoveFlow::restored, this,
             [this](const std::vector<std::string>& paths) { check(groups_.setGone(paths, false)); });
 }
 
 DuplicatesFlow::~DuplicatesFlow() {
-    if (duplicateCancellation_)
-        duplicateCancellation_->cancel();
     if (checking_)
         checking_->cancel();
 }
 
 void DuplicatesFlow::search() {
-    if (duplicatesRunning() || !app_.hasTree())
+    if (duplicatesRunning() || !scan_.hasTree())
         return;
     if (checking_)
         checking_->cancel();
-    ++search_;
+    checking_ = std::make_shared<ScanCancellation>();
+    reviewing_.drop();
     noteChoice();
     groups_.setGroups({}, {});
     duplicatesSearched_ = isPartial_ = isStale_ = false;
     duplicateProgress_.reset();
     searchedMinimum_ = duplicateMinimumBytes_;
-    searchedNodes_ = app_.tree()->count();
-    searchedRoot_ = app_.tree()->rootPath;
-    duplicateCancellation_ = std::make_shared<ScanCancellation>();
+    searchedNodes_ = scan_.tree()->count();
+    searchedRoot_ = scan_.tree()->rootPath;
     latestProgress_ = std::make_shared<LatestProgress>();
     progressTimer_.start();
-    const auto token = duplicateCancellation_;
-    inbox_.runAside(
-        "orbel.duplicates",
-        [token, tree = app_.tree(), home = policy_->homePath(), minimum = duplicateMinimumBytes_,
-         latest = latestProgress_] {
+    searching_.run(
+        [tree = scan_.tree(), home = policy_->homePath(), minimum = duplicateMinimumBytes_,
+         latest = latestProgress_](const LatestJob::Run& run) {
             auto groups = DuplicateFinder{minimum}.run(
                 *tree, home, [&](const DuplicateProgress& progress) { latest->set(progress); },
-                [&] { return token->isCancelled(); });
-            Found found{.groups = {}, .progress = latest->get().value_or(DuplicateProgress())};
+                [&] { return run.isCancelled(); });
+            Found found{.groups = {},
+                        .progress = latest->get().value_or(DuplicateProgress()),
+                        .isStopped = run.isCancelled()};
             found.groups.reserve(groups.size());
             for (auto& group : groups)
-                found.groups.emplace_back(std::move(group), *tree, home);
+                found.groups.emplace_back(std::move(group), *tree);
             return found;
         },
-        [this, token](Found found) { takeGroups(token.get(), std::move(found)); });
+        [this](Found found) { takeGroups(std::move(found)); });
     Q_EMIT progressChanged();
     Q_EMIT changed();
 }
@@ -112,7 +111,7 @@ void DuplicatesFlow::search() {
 void DuplicatesFlow::stop() {
     if (!duplicatesRunning() || isStopping())
         return;
-    duplicateCancellation_->cancel();
+    searching_.stop();
     Q_EMIT changed();
 }
 
@@ -124,19 +123,12 @@ void DuplicatesFlow::lookAtProgress() {
     Q_EMIT progressChanged();
 }
 
-void DuplicatesFlow::endSearch() {
-    duplicateCancellation_.reset();
+void DuplicatesFlow::takeGroups(Found found) {
+    isPartial_ = found.isStopped && found.progress.bytesCompared < found.progress.bytesToCompare;
     progressTimer_.stop();
-}
-
-void DuplicatesFlow::takeGroups(const ScanCancellation* token, Found found) {
-    if (duplicateCancellation_.get() != token)
-        return;
-    isPartial_ = isStopping() && found.progress.bytesCompared < found.progress.bytesToCompare;
-    endSearch();
     duplicateProgress_ = found.progress;
     duplicatesSearched_ = true;
-    searchedAt_ = app_.now();
+    searchedAt_ = environment_.now();
     groups_.setGroups(std::move(found.groups), policy_->homePath());
     if (rule_ != KeepRule::newest)
         groups_.setRule(rule_, ruleFolder_);
@@ -149,17 +141,17 @@ void DuplicatesFlow::takeGroups(const ScanCancellation* token, Found found) {
 }
 
 void DuplicatesFlow::takeTree() {
-    if (duplicatesRunning() && app_.isScanning()) {
+    if (duplicatesRunning() && scan_.isScanning()) {
         // Its tree is no longer the one that is shown.
-        duplicateCancellation_->cancel();
-        endSearch();
+        searching_.drop();
+        progressTimer_.stop();
     }
-    if (app_.isScanning())
+    if (scan_.isScanning())
         clearTicks();
     // An edited tree has the nodes of the one that it was made from.
     if (duplicatesSearched_
-        && (app_.tree()->count() != searchedNodes_ || app_.tree()->rootPath != searchedRoot_
-            || app_.isScanning()))
+        && (scan_.tree()->count() != searchedNodes_ || scan_.tree()->rootPath != searchedRoot_
+            || scan_.isScanning()))
         isStale_ = true;
     Q_EMIT changed();
 }
@@ -169,34 +161,30 @@ void DuplicatesFlow::takeTree() {
 void DuplicatesFlow::check(const std::vector<std::size_t>& groups) {
     if (groups.empty())
         return;
-    if (!checking_ || checking_->isCancelled())
-        checking_ = std::make_shared<ScanCancellation>();
     std::vector<std::pair<std::size_t, DuplicateGroup>> asked;
     asked.reserve(groups.size());
     for (const auto number : groups)
         asked.emplace_back(number, duplicateGroups()[number].group());
-    inbox_.runAside(
+    checks_.runAside(
         "orbel.duplicates",
-        [this, asked = std::move(asked), token = checking_, search = search_, policy = policy_,
-         address = inbox_.address()] {
+        [this, asked = std::move(asked), token = checking_, policy = policy_, address = checks_.address()] {
             std::vector<DuplicateGroupsModel::Answered> batch;
             const auto deliver = [&] {
-                address.send([this, search, answers = std::exchange(batch, {})] {
-                    if (search == search_)
+                address.send([this, token, answers = std::exchange(batch, {})] {
+                    if (token == checking_)
                         groups_.setAnswers(answers);
                 });
             };
             for (const auto& [number, group] : asked) {
                 if (token->isCancelled())
-                    return false;
+                    return;
                 batch.emplace_back(number, answersFor(group, *policy));
                 if (batch.size() >= groupsInABatch)
                     deliver();
             }
             deliver();
-            return true;
         },
-        [](bool) {});
+        [] {});
 }
 
 void DuplicatesFlow::noteChoice() {
@@ -264,7 +252,7 @@ int DuplicatesFlow::headOf(int row) const {
 }
 
 void DuplicatesFlow::review() {
-    if (tickedCount() == 0 || isReviewing_ || app_.isScanning())
+    if (tickedCount() == 0 || isReviewing() || scan_.isScanning())
         return;
     struct Asked {
         std::size_t number;
@@ -279,9 +267,7 @@ void DuplicatesFlow::review() {
         if (group.figures().ticked > 0)
             asked.push_back({i, group.group(), group.tickedPaths(), group.keptFile().path, group.kind()});
     }
-    isReviewing_ = true;
-    inbox_.runAside(
-        "orbel.tick",
+    reviewing_.run(
         [asked = std::move(asked), policy = policy_] {
             Reviewed reviewed;
             for (const auto& [number, group, ticked, kept, kind] : asked) {
@@ -300,16 +286,13 @@ void DuplicatesFlow::review() {
             }
             return reviewed;
         },
-        [this, search = search_, choice = choice_](Reviewed reviewed) {
-            takeReviewed(search, choice, std::move(reviewed));
-        });
+        [this, choice = choice_](Reviewed reviewed) { takeReviewed(choice, std::move(reviewed)); });
     Q_EMIT changed();
 }
 
-void DuplicatesFlow::takeReviewed(int search, int choice, Reviewed reviewed) {
-    isReviewing_ = false;
+void DuplicatesFlow::takeReviewed(int choice, Reviewed reviewed) {
     Q_EMIT changed();
-    if (search != search_ || app_.screen() != Screen::duplicates)
+    if (shown_.screen() != Screen::duplicates)
         return;
     // What is shown for approval is what is ticked now.
     if (choice != choice_) {
@@ -318,13 +301,13 @@ void DuplicatesFlow::takeReviewed(int search, int choice, Reviewed reviewed) {
     }
     if (!reviewed.refused.empty()) {
         const auto& why = reviewed.refused.front().item;
-        app_.tell(tr("%1 can no longer be moved: %2")
-                      .arg(countOf(reviewed.refused.size(), tr("ticked copy"), tr("ticked copies")),
-                           why ? textOf(*why->blockedReason) : tr("It is not there any more")));
+        notice_.show(tr("%1 can no longer be moved: %2")
+                         .arg(countOf(reviewed.refused.size(), tr("ticked copy"), tr("ticked copies")),
+                              why ? textOf(*why->blockedReason) : tr("It is not there any more")));
         for (const auto& [group, path, item] : reviewed.refused)
             groups_.setAnswer(group, path, item);
     }
-    app_.moves()->ask(std::move(reviewed.items));
+    moves_.ask(std::move(reviewed.items));
 }
 
 void DuplicatesFlow::setDuplicateMinimumBytes(std::uint64_t bytes) {
@@ -389,8 +372,8 @@ QString DuplicatesFlow::summary() const {
 }
 
 bool DuplicatesFlow::isOutsideHome() const {
-    const auto root = policy_->canonicalizer().visiblePath(app_.tree()->rootPath);
-    return app_.hasTree() && !isPathInside(root, policy_->homePath())
+    const auto root = policy_->canonicalizer().visiblePath(scan_.tree()->rootPath);
+    return scan_.hasTree() && !isPathInside(root, policy_->homePath())
            && !isPathInside(policy_->homePath(), root);
 }
 
@@ -399,7 +382,7 @@ QString DuplicatesFlow::scopeText() const {
         return tr("Home folder · comparing every byte");
     if (!duplicatesSearched_)
         return tr("Home folder · every byte compared");
-    const auto when = whenText(searchedAt_, app_.now());
+    const auto when = whenText(searchedAt_, environment_.now());
     return isPartial_ ? tr("Home folder · partly searched %1").arg(when)
                       : tr("Home folder · every byte compared · searched %1").arg(when);
 }

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "AppModel/Inbox.h"
+#include "AppModel/LatestJob.h"
+#include "AppModel/MoveFlow.h"
 #include "Find/DuplicateFinder.h"
 #include "Models/DuplicateGroupsModel.h"
 #include "Models/TickedItem.h"
 #include "Safety/SafetyPolicy.h"
-#include "Scan/ScanCancellation.h"
 
 #include <chrono>
 #include <memory>
@@ -19,8 +19,6 @@
 #include <vector>
 
 namespace orbel {
-
-class AppModel;
 
 /// The search for files of the same content, the groups that it found, which copy of each is kept and which
 /// are ticked. Belongs to the AppModel; used on the main thread, while what takes long runs on threads of its
@@ -93,7 +91,9 @@ class DuplicatesFlow final : public QObject {
     Q_PROPERTY(bool reviewing READ isReviewing NOTIFY changed)
 
 public:
-    explicit DuplicatesFlow(AppModel& app);
+    /// The references outlive this.
+    DuplicatesFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
+                   const ScanFlow& scan, MoveFlow& moves, const ShownScreen& shown, Notice& notice);
     ~DuplicatesFlow() override;
 
     // Intents. Rows are those of `groups`; what is out of their range changes nothing.
@@ -120,14 +120,14 @@ public:
     void setDuplicateMinimumBytes(std::uint64_t bytes);
     const std::vector<CopyGroup>& duplicateGroups() const { return groups_.groups(); }
     const std::optional<DuplicateProgress>& duplicateProgress() const { return duplicateProgress_; }
-    bool duplicatesRunning() const { return duplicateCancellation_ != nullptr; }
+    bool duplicatesRunning() const { return searching_.isRunning(); }
     bool duplicatesSearched() const { return duplicatesSearched_; }
     DuplicateGroupsModel* groups() { return &groups_; }
     QString countText() const;
     QString summary() const;
     QString groupsText() const;
     QString potentialText() const;
-    bool isStopping() const { return duplicatesRunning() && duplicateCancellation_->isCancelled(); }
+    bool isStopping() const { return searching_.isStopping(); }
     bool isPartial() const { return isPartial_; }
     bool isStale() const { return isStale_; }
     bool isTooFew() const { return duplicatesSearched_ && duplicateMinimumBytes_ < searchedMinimum_; }
@@ -150,7 +150,7 @@ public:
     QString tickedFrees() const;
     QString tickedRemark() const;
     QString reviewText() const;
-    bool isReviewing() const { return isReviewing_; }
+    bool isReviewing() const { return reviewing_.isRunning(); }
     bool isBusy() const { return duplicatesRunning(); }
 
 Q_SIGNALS:
@@ -161,6 +161,7 @@ private:
     struct Found {
         std::vector<CopyGroup> groups;
         DuplicateProgress progress; ///< the last that was reported
+        bool isStopped = false;
     };
     /// A copy that was ticked and may not be moved any more; without an item it is gone.
     struct Refused {
@@ -176,16 +177,19 @@ private:
     struct LatestProgress;
 
     void lookAtProgress();
-    void endSearch();
-    void takeGroups(const ScanCancellation* token, Found found);
+    void takeGroups(Found found);
     void takeTree();
     void check(const std::vector<std::size_t>& groups);
-    void takeReviewed(int search, int choice, Reviewed reviewed);
+    void takeReviewed(int choice, Reviewed reviewed);
     void setRule(KeepRule rule, std::string folder);
     void noteChoice();
 
-    AppModel& app_;
-    std::shared_ptr<const SafetyPolicy> policy_; ///< a copy, for threads that may outlive the application
+    const AppEnvironment& environment_;
+    std::shared_ptr<const SafetyPolicy> policy_;
+    const ScanFlow& scan_;
+    MoveFlow& moves_;
+    const ShownScreen& shown_;
+    Notice& notice_;
     DuplicateGroupsModel groups_;
     std::uint64_t duplicateMinimumBytes_ = DuplicateFinder::defaultMinimumBytes;
     std::optional<DuplicateProgress> duplicateProgress_;
@@ -193,8 +197,7 @@ private:
     std::shared_ptr<LatestProgress> latestProgress_;
     QTimer progressTimer_;
     bool duplicatesSearched_ = false;
-    std::shared_ptr<ScanCancellation> duplicateCancellation_; ///< of the search that runs
-    std::shared_ptr<ScanCancellation> checking_;              ///< of the checks that follow it
+    std::shared_ptr<ScanCancellation> checking_; ///< of the checks that follow the last search
     bool isPartial_ = false;
     bool isStale_ = false;
     std::uint64_t searchedMinimum_ = 0;
@@ -204,11 +207,11 @@ private:
     QString filter_;
     KeepRule rule_ = KeepRule::newest;
     std::string ruleFolder_;
-    int search_ = 0; ///< which one the groups are of
     int choice_ = 0; ///< grows with every tick and every choice of a copy to keep
-    bool isReviewing_ = false;
 
-    Inbox inbox_; ///< the last member: what it delivers finds all others alive
+    LatestJob searching_{"orbel.duplicates"}; ///< the last members
+    LatestJob reviewing_{"orbel.tick"};
+    Inbox checks_; ///< each counts
 };
 
 } // namespace orbel

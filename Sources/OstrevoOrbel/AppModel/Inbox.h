@@ -1,10 +1,11 @@
 #pragma once
 
-#include "Util/Thread.h"
+#include "Platform/Thread.h"
 
 #include <functional>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace orbel {
@@ -38,8 +39,13 @@ public:
     template <class Work, class Then>
     void runAside(std::string label, Work work, Then then) const {
         auto job = [address = address(), work = std::move(work), then = std::move(then)]() mutable {
-            auto result = std::make_shared<decltype(work())>(work());
-            address.send([result, then]() mutable { then(std::move(*result)); });
+            if constexpr (std::is_void_v<decltype(work())>) {
+                work();
+                address.send(then);
+            } else {
+                auto result = std::make_shared<decltype(work())>(work());
+                address.send([result, then]() mutable { then(std::move(*result)); });
+            }
         };
         // A std::function copies what it holds; the work may own what cannot be copied.
         auto shared = std::make_shared<decltype(job)>(std::move(job));

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Ports/Desktop.h"
 #include "Scan/FileTree.h"
-#include "Services/Desktop.h"
 
 #include <functional>
 #include <optional>

@@ -1,15 +1,16 @@
 #include "AppModel/JournalFlow.h"
 
-#include "AppModel/AppModel.h"
-#include "AppModel/MoveFlow.h"
-#include "AppModel/PutBackFlow.h"
+#include "AppModel/FreedAside.h"
 #include "Export/ReportRenderer.h"
+#include "Journal/IntentSettling.h"
 #include "Models/Wording.h"
+#include "Platform/ReplaceFile.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
-#include "Util/ReplaceFile.h"
+#include "Util/TextMatcher.h"
 
 #include <algorithm>
+#include <QTimer>
 
 namespace orbel {
 
@@ -18,15 +19,15 @@ namespace {
 /// What of the journal has these words in a title or a path as it is shown.
 JournalModel::Matches matchesIn(const JournalHistory& history, const QString& words,
                                 const std::string& home) {
+    const TextMatcher matcher(words.toStdString());
     JournalModel::Matches matches;
     for (std::uint32_t session = 0; session < history.sessions().size(); ++session) {
         const auto& items = history.sessions()[session].items;
         std::vector<std::uint32_t> found;
         for (std::uint32_t item = 0; item < items.size(); ++item) {
             const auto& entry = history.entry(items[item].line);
-            if (textOf(entry.title).contains(words, Qt::CaseInsensitive)
-                || textOf(tildePath(entry.originalPath, home)).contains(words, Qt::CaseInsensitive)
-                || textOf(entry.originalPath).contains(words, Qt::CaseInsensitive))
+            if (matcher.isIn(entry.title) || matcher.isIn(tildePath(entry.originalPath, home))
+                || matcher.isIn(entry.originalPath))
                 found.push_back(item);
         }
         if (!found.empty())
@@ -37,43 +38,105 @@ JournalModel::Matches matchesIn(const JournalHistory& history, const QString& wo
 
 } // namespace
 
-JournalFlow::JournalFlow(AppModel& app) : app_(app), history_(app.journalHistory()) {
+JournalFlow::JournalFlow(const AppEnvironment& environment, std::shared_ptr<JournalStore> journal,
+                         bool maySettle, const PutBack& service, PutBackFlow& putBack,
+                         const Activity& activity, Notice& notice)
+    : environment_(environment),
+      journal_(std::move(journal)),
+      maySettle_(maySettle),
+      service_(service),
+      putBack_(putBack),
+      activity_(activity),
+      notice_(notice),
+      latest_(std::make_shared<JournalHistory>()),
+      history_(latest_) {
     list_.setAsking([this](Line line) { askLine(line); },
                     [this](std::size_t session) { askSession(session); });
-    connect(&app, &AppModel::journalEntriesChanged, this, &JournalFlow::takeHistory);
     connect(&list_, &JournalModel::rowsChanged, this, &JournalFlow::changed);
+    load();
 }
 
 // What is shown.
 
 void JournalFlow::refresh() {
-    if (app_.moves()->isDeleting() || app_.putBack()->isRunning())
+    if (!activity_.isMoving())
+        load();
+}
+
+void JournalFlow::load() {
+    // What a reading tells is not to be dropped: a newer one waits for it.
+    isLoadWanted_ = loading_.isRunning();
+    if (isLoadWanted_)
         return;
-    app_.loadJournal();
+    loading_.run(
+        [journal = journal_, maySettle = maySettle_, known = latest_, knownStamp = stamp_] {
+            Loaded loaded;
+            if (maySettle) {
+                const auto settlement = settleIntents(*journal);
+                QStringList words;
+                for (const auto& doubt : settlement.doubts)
+                    words << textOf(doubt.words);
+                for (const auto& failure : settlement.failures)
+                    words << textOf(failure);
+                loaded.notice = words.join(QLatin1Char('\n'));
+            }
+            // Lines are only ever added, so a file of the same length holds the same lines.
+            loaded.stamp = FileStamp::of(journal->path());
+            if (loaded.stamp && loaded.stamp == knownStamp) {
+                loaded.history = known;
+                return loaded;
+            }
+            auto entries = journal->read();
+            if (!entries) {
+                loaded.failure = textOf(entries.error().words);
+                loaded.stamp.reset();
+            }
+            constexpr std::size_t quicklyFreed = 1'000;
+            const bool isLong = entries && entries->size() > quicklyFreed;
+            loaded.history = freedAside(std::make_unique<const JournalHistory>(
+                                            entries ? *std::move(entries) : std::vector<JournalEntry>()),
+                                        isLong);
+            return loaded;
+        },
+        [this](Loaded loaded) { takeLoaded(std::move(loaded)); });
+}
+
+void JournalFlow::takeLoaded(Loaded loaded) {
+    if (!loaded.notice.isEmpty())
+        notice_.show(loaded.notice);
+    if (!loaded.failure.isEmpty() && loaded.failure != failure_)
+        notice_.show(loaded.failure);
+    if (loaded.failure.isEmpty() && !failure_.isEmpty() && notice_.text() == failure_)
+        notice_.dismiss();
+    failure_ = loaded.failure;
+    stamp_ = loaded.stamp;
+    latest_ = std::move(loaded.history);
+    isRead_ = true;
+    takeHistory();
+    if (isLoadWanted_)
+        load();
 }
 
 void JournalFlow::takeHistory() {
-    ++searchJob_;
     if (search_.isEmpty()) {
-        history_ = app_.journalHistory();
-        list_.setHistory(history_, std::nullopt, app_.home(), app_.now());
-        look();
-        Q_EMIT changed();
+        searching_.drop();
+        showHistory(std::nullopt);
         return;
     }
-    inbox_.runAside(
-        "orbel.journal-search",
-        [history = app_.journalHistory(), words = search_, home = app_.home()] {
-            return matchesIn(*history, words, home);
-        },
-        [this, job = searchJob_, history = app_.journalHistory()](JournalModel::Matches matches) {
-            if (job != searchJob_)
-                return;
-            history_ = history;
-            list_.setHistory(history_, std::move(matches), app_.home(), app_.now());
-            look();
-            Q_EMIT changed();
-        });
+    searching_.run([history = latest_, words = search_,
+                    home = environment_.home] { return matchesIn(*history, words, home); },
+                   [this](JournalModel::Matches matches) { showHistory(std::move(matches)); });
+}
+
+void JournalFlow::showHistory(std::optional<JournalModel::Matches> matches) {
+    history_ = latest_;
+    list_.setHistory(history_, std::move(matches), environment_.home, environment_.now());
+    // The queues, and what is being asked, are of the history before.
+    asking_.drop();
+    inSight_.clear();
+    wholeSessions_.clear();
+    list_.distrust();
+    Q_EMIT changed();
 }
 
 void JournalFlow::setSearch(const QString& words) {
@@ -89,13 +152,6 @@ void JournalFlow::setFolded(int row, bool folded) {
 }
 
 // Where the items are.
-
-/// The queues are of the history before.
-void JournalFlow::look() {
-    inSight_.clear();
-    wholeSessions_.clear();
-    list_.distrust();
-}
 
 void JournalFlow::askLine(Line line) {
     // A row asks once for each thing that it says.
@@ -134,28 +190,27 @@ std::vector<JournalFlow::Line> JournalFlow::nextLines() {
 
 /// One thread at a time, and not before all rows that are being drawn have asked.
 void JournalFlow::askNext() {
-    if (isAsking_ || isAskingPlanned_)
+    if (asking_.isRunning() || isAskingPlanned_)
         return;
     isAskingPlanned_ = true;
-    inbox_.address().send([this] {
+    QTimer::singleShot(0, this, [this] {
         isAskingPlanned_ = false;
         auto lines = nextLines();
-        if (lines.empty())
+        if (lines.empty() || asking_.isRunning())
             return;
-        isAsking_ = true;
         using Outlooks = std::vector<std::pair<Line, PutBackOutlook>>;
-        inbox_.runAside(
-            "orbel.journal-look",
-            [history = history_, lines = std::move(lines), service = app_.putBackService()] {
+        asking_.run(
+            [history = history_, lines = std::move(lines), service = service_](const LatestJob::Run& run) {
                 Outlooks outlooks;
-                for (const auto line : lines)
+                for (const auto line : lines) {
+                    if (run.isCancelled())
+                        break;
                     outlooks.emplace_back(line, service.outlook(history->entry(line)));
+                }
                 return outlooks;
             },
-            [this, history = history_](const Outlooks& outlooks) {
-                isAsking_ = false;
-                if (history == history_)
-                    list_.setOutlooks(outlooks);
+            [this](const Outlooks& outlooks) {
+                list_.setOutlooks(outlooks);
                 askNext();
             });
     });
@@ -167,18 +222,18 @@ void JournalFlow::putBack(int row) {
     if (!list_.isPossibleAt(row))
         return;
     if (const auto* const entry = list_.entryAt(row))
-        app_.putBack()->putBackEntry(entry->id);
+        putBack_.putBackEntry(entry->id);
     else
-        app_.putBack()->putBackSession(std::string(list_.sessionAt(row).id));
+        putBack_.putBackSession(std::string(list_.sessionAt(row).id));
 }
 
 void JournalFlow::exportJournal(const QUrl& file) {
     const auto path = pathOfFileUrl(file.toEncoded().toStdString());
     if (!path)
         return;
-    inbox_.runAside(
+    exports_.runAside(
         "orbel.journal-export",
-        [history = app_.journalHistory(), path = *path] {
+        [history = latest_, path = *path] {
             const auto& entries = history->entries();
             const auto text = path.ends_with(".json") ? ReportRenderer::json(entries) + "\n"
                                                       : ReportRenderer::markdown(entries);
@@ -186,46 +241,50 @@ void JournalFlow::exportJournal(const QUrl& file) {
         },
         [this, path = *path](bool isWritten) {
             if (!isWritten)
-                app_.tell(tr("The journal could not be written to %1.").arg(textOf(path)));
+                notice_.show(tr("The journal could not be written to %1.").arg(textOf(path)));
         });
 }
 
 // State.
 
 QString JournalFlow::countText() const {
-    if (!app_.isJournalRead() || !failure().isEmpty())
+    if (!isRead_ || !failure_.isEmpty())
         return {};
-    return orbel::countText(app_.journalHistory()->sessions().size());
+    return orbel::countText(latest_->sessions().size());
 }
 
 QString JournalFlow::summary() const {
     if (countText().isEmpty())
         return {};
-    return countOf(app_.journalHistory()->sessions().size(), tr("session"), tr("sessions"));
+    return countOf(latest_->sessions().size(), tr("session"), tr("sessions"));
 }
 
 bool JournalFlow::isBusy() const {
-    return !app_.isJournalRead() || isAsking_ || isAskingPlanned_;
+    return !isRead_ || asking_.isRunning() || isAskingPlanned_;
 }
 
 QString JournalFlow::state() const {
-    if (!app_.isJournalRead())
+    if (!isRead_)
         return QStringLiteral("loading");
-    if (!failure().isEmpty())
+    if (!failure_.isEmpty())
         return QStringLiteral("failed");
-    if (app_.journalHistory()->sessions().empty())
+    if (latest_->sessions().empty())
         return QStringLiteral("empty");
     return list_.rowCount() == 0 ? QStringLiteral("noMatch") : QStringLiteral("filled");
 }
 
-QString JournalFlow::failure() const {
-    return app_.journalFailure();
+QString JournalFlow::path() const {
+    return textOf(tildePath(journal_->path(), environment_.home));
+}
+
+void JournalFlow::showFile() {
+    environment_.desktop->showInFileManager(journal_->path());
 }
 
 QString JournalFlow::status() const {
     if (state() != QLatin1String("filled"))
         return {};
-    const auto items = countOf(app_.journalHistory()->itemCount(), tr("item"), tr("items"));
+    const auto items = countOf(latest_->itemCount(), tr("item"), tr("items"));
     return tr("%1 · %2").arg(summary(), items);
 }
 

@@ -1,10 +1,8 @@
 #include "AppModel/LargeOldFlow.h"
 
-#include "AppModel/AppModel.h"
-#include "AppModel/MoveFlow.h"
+#include "AppModel/FreedAside.h"
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
-#include "Util/Thread.h"
 
 #include <algorithm>
 #include <array>
@@ -24,16 +22,6 @@ constexpr std::array<std::optional<double>, 5> ageChoices{
 /// All that a row can be: plain folders have none.
 constexpr std::span<const FileKind> kindChoices = std::span(allFileKinds).subspan(1);
 
-/// Whoever drops the last reference does not wait for the memory of so many rows to be freed.
-std::shared_ptr<const LargeOldList> sharedList(std::vector<LargeOldQuery::Row> rows, const FileTree& tree) {
-    constexpr std::size_t quicklyFreed = 2'000;
-    return {new LargeOldList(std::move(rows), tree), [](const LargeOldList* last) {
-                const auto dispose = [last] { delete last; };
-                if (last->rows().size() <= quicklyFreed || !Thread::startDetached("orbel.free", dispose))
-                    dispose();
-            }};
-}
-
 template <class Choices, class Value>
 int indexIn(const Choices& choices, const Value& value) {
     const auto found = std::ranges::find(choices, value);
@@ -42,15 +30,17 @@ int indexIn(const Choices& choices, const Value& value) {
 
 } // namespace
 
-LargeOldFlow::LargeOldFlow(AppModel& app)
-    : app_(app),
-      policy_(std::make_shared<const SafetyPolicy>(app.policy())),
+LargeOldFlow::LargeOldFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
+                           const ScanFlow& scan, MoveFlow& moves)
+    : environment_(environment),
+      policy_(std::move(policy)),
+      scan_(scan),
       list_(std::make_shared<LargeOldList>()),
-      model_(ticks_, app.home()) {
-    connect(&app, &AppModel::treeChanged, this, &LargeOldFlow::followTree);
-    connect(&app, &AppModel::scanStateChanged, this, &LargeOldFlow::changed);
-    connect(app.moves(), &MoveFlow::moved, this, &LargeOldFlow::dropMoved);
-    app.moves()->watch(ticks_);
+      model_(ticks_, environment.home) {
+    connect(&scan, &ScanFlow::treeChanged, this, &LargeOldFlow::followTree);
+    connect(&scan, &ScanFlow::scanStateChanged, this, &LargeOldFlow::changed);
+    connect(&moves, &MoveFlow::moved, this, &LargeOldFlow::dropMoved);
+    moves.watch(ticks_);
     connect(&ticks_, &Ticks::changed, &model_, &LargeOldModel::tellTicks);
     ticks_.setPosition([this](const TickedItem& ticked) {
         // What filters hide comes last.
@@ -59,60 +49,42 @@ LargeOldFlow::LargeOldFlow(AppModel& app)
     });
 }
 
-LargeOldFlow::~LargeOldFlow() {
-    stop();
-}
-
-void LargeOldFlow::stop() {
-    if (token_)
-        token_->cancel();
-    token_.reset();
-}
-
 /// What was put back comes with the tree too.
 void LargeOldFlow::followTree() {
-    if (app_.hasTree()) {
+    if (scan_.hasTree()) {
         refresh();
         return;
     }
-    stop();
+    finding_.drop();
     list_ = std::make_shared<LargeOldList>();
     arrangement_.gone.clear();
     bytes_ = 0;
     version_ = -1;
     isKnown_ = false;
-    ++arrangeJob_;
+    arranging_.drop();
     show({});
 }
 
 void LargeOldFlow::refresh() {
-    stop();
-    token_ = std::make_shared<ScanCancellation>();
     auto arrangement = arrangement_;
     arrangement.gone.clear();
-    inbox_.runAside(
-        "orbel.large-old",
-        [token = token_, tree = app_.tree(), policy = policy_, query = query_,
-         arrangement = std::move(arrangement), now = std::chrono::time_point_cast<Date::duration>(app_.now()),
-         find = app_.findLargeOld()] {
-            const auto isCancelled = [&] { return token->isCancelled(); };
+    finding_.run(
+        [tree = scan_.tree(), policy = policy_, query = query_, arrangement = std::move(arrangement),
+         now = std::chrono::time_point_cast<Date::duration>(environment_.now()),
+         find = environment_.findLargeOld](const LatestJob::Run& run) {
             Found found{.list = nullptr, .arrangement = arrangement, .order = {}};
-            auto rows = find(query, *tree, *policy, now, isCancelled);
-            if (!isCancelled()) {
-                found.list = sharedList(std::move(rows), *tree);
-                found.order = arranged(*found.list, arrangement, policy->homePath());
-            }
+            auto rows = find(query, *tree, *policy, now, [&] { return run.isCancelled(); });
+            constexpr std::size_t quicklyFreed = 2'000;
+            const bool isLong = rows.size() > quicklyFreed;
+            found.list = freedAside(std::make_unique<const LargeOldList>(std::move(rows), *tree), isLong);
+            found.order = arranged(*found.list, arrangement, policy->homePath());
             return found;
         },
-        [this, token = token_, version = app_.treeVersion()](Found found) {
-            if (token == token_)
-                take(std::move(found), version);
-        });
+        [this, version = scan_.treeVersion()](Found found) { take(std::move(found), version); });
     Q_EMIT changed();
 }
 
 void LargeOldFlow::take(Found found, int version) {
-    token_.reset();
     list_ = std::move(found.list);
     arrangement_.gone.clear();
     version_ = version;
@@ -121,7 +93,7 @@ void LargeOldFlow::take(Found found, int version) {
     for (const auto& row : list_->rows())
         bytes_ += row.bytes;
     if (found.arrangement == arrangement_) {
-        ++arrangeJob_;
+        arranging_.drop();
         show(std::move(found.order));
     } else {
         arrange();
@@ -129,15 +101,9 @@ void LargeOldFlow::take(Found found, int version) {
 }
 
 void LargeOldFlow::arrange() {
-    inbox_.runAside(
-        "orbel.arrange",
-        [list = list_, arrangement = arrangement_, home = policy_->homePath()] {
-            return arranged(*list, arrangement, home);
-        },
-        [this, job = ++arrangeJob_](LargeOldOrder order) {
-            if (job == arrangeJob_)
-                show(std::move(order));
-        });
+    arranging_.run([list = list_, arrangement = arrangement_,
+                    home = policy_->homePath()] { return arranged(*list, arrangement, home); },
+                   [this](LargeOldOrder order) { show(std::move(order)); });
     Q_EMIT changed();
 }
 
@@ -149,13 +115,11 @@ void LargeOldFlow::show(LargeOldOrder order) {
     Q_EMIT changed();
 }
 
-void LargeOldFlow::dropMoved(const std::vector<DeletionItem>& items) {
+void LargeOldFlow::dropMoved(const std::vector<std::string>& moved) {
     // What is being looked for may have seen them; the tree without them, which is about to come, has it
     // looked for again.
-    stop();
-    std::unordered_set<std::string> paths;
-    for (const auto& item : items)
-        paths.insert(item.path);
+    finding_.drop();
+    const std::unordered_set<std::string> paths(moved.begin(), moved.end());
     for (std::uint32_t row = 0; row < list_->rows().size(); ++row) {
         const auto& found = list_->rows()[row];
         if (paths.contains(found.item.path) && arrangement_.gone.insert(row).second)
@@ -167,7 +131,7 @@ void LargeOldFlow::dropMoved(const std::vector<DeletionItem>& items) {
 
 void LargeOldFlow::setLargeOldQuery(LargeOldQuery query) {
     query_ = std::move(query);
-    if (app_.hasTree())
+    if (scan_.hasTree())
         refresh();
     else
         Q_EMIT changed();
@@ -199,7 +163,7 @@ std::size_t LargeOldFlow::count() const {
 
 QString LargeOldFlow::countedFiles() const {
     const auto files = countOf(count(), tr("file"), tr("files"));
-    return app_.isPartial() ? tr("%1 so far").arg(files) : files;
+    return scan_.isPartial() ? tr("%1 so far").arg(files) : files;
 }
 
 QString LargeOldFlow::countText() const {

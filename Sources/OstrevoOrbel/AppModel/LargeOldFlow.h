@@ -1,11 +1,11 @@
 #pragma once
 
-#include "AppModel/Inbox.h"
+#include "AppModel/LatestJob.h"
+#include "AppModel/MoveFlow.h"
 #include "Find/LargeOldQuery.h"
 #include "Models/LargeOldList.h"
 #include "Models/LargeOldModel.h"
 #include "Models/Ticks.h"
-#include "Scan/ScanCancellation.h"
 
 #include <memory>
 #include <QObject>
@@ -16,8 +16,6 @@
 #include <vector>
 
 namespace orbel {
-
-class AppModel;
 
 /// The large and old files: the filter, the rows it leaves, and what is ticked of them. Belongs to
 /// the AppModel; used on the main thread, while what takes long runs on threads of its own.
@@ -67,8 +65,9 @@ public:
     enum Column { Name, Kind, LastUsed, Size };
     Q_ENUM(Column)
 
-    explicit LargeOldFlow(AppModel& app);
-    ~LargeOldFlow() override;
+    /// The references outlive this.
+    LargeOldFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
+                 const ScanFlow& scan, MoveFlow& moves);
 
     // Intents.
 
@@ -84,7 +83,7 @@ public:
     void setLargeOldQuery(LargeOldQuery query);
     /// As the last look found them, the largest first; what has moved since then is among them.
     const std::vector<LargeOldQuery::Row>& largeOldRows() const { return list_->rows(); }
-    bool largeOldRunning() const { return token_ != nullptr; }
+    bool largeOldRunning() const { return finding_.isRunning(); }
     /// The version of the tree that the rows are of; -1 when there are none.
     int largeOldVersion() const { return version_; }
 
@@ -115,35 +114,34 @@ Q_SIGNALS:
 
 private:
     struct Found {
-        std::shared_ptr<const LargeOldList> list; ///< null when it was cancelled
+        std::shared_ptr<const LargeOldList> list;
         LargeOldArrangement arrangement;
         LargeOldOrder order;
     };
 
     void followTree();
-    void stop();
     void refresh();
     void take(Found found, int version);
     void arrange();
     void show(LargeOldOrder order);
-    void dropMoved(const std::vector<DeletionItem>& items);
+    void dropMoved(const std::vector<std::string>& moved);
     std::size_t count() const;
     QString countedFiles() const;
 
-    AppModel& app_;
-    std::shared_ptr<const SafetyPolicy> policy_; ///< a copy, for threads that may outlive the application
+    const AppEnvironment& environment_;
+    std::shared_ptr<const SafetyPolicy> policy_;
+    const ScanFlow& scan_;
     LargeOldQuery query_;
     LargeOldArrangement arrangement_;
-    std::shared_ptr<ScanCancellation> token_; ///< of the look that is under way
     std::shared_ptr<const LargeOldList> list_;
     std::uint64_t bytes_ = 0; ///< of all rows, whatever the text hides
     int version_ = -1;
     bool isKnown_ = false;
-    int arrangeJob_ = 0; ///< an older order that is under way is dropped
     Ticks ticks_;
     LargeOldModel model_;
 
-    Inbox inbox_; ///< the last member: what it delivers finds all others alive
+    LatestJob finding_{"orbel.large-old"}; ///< the last members
+    LatestJob arranging_{"orbel.arrange"};
 };
 
 } // namespace orbel

@@ -1,22 +1,16 @@
 #include "AppModel/MoveFlow.h"
 
-#include "AppModel/AppModel.h"
-#include "AppModel/PutBackFlow.h"
-#include "AppModel/RescanFlow.h"
-#include "AppModel/TreeEdits.h"
-#include "Delete/DeletionSession.h"
 #include "Delete/TakenAlong.h"
 #include "Export/ReportRenderer.h"
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
+#include "Platform/ReplaceFile.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
-#include "Util/ReplaceFile.h"
 #include "Util/Uuid.h"
 
 #include <algorithm>
 #include <mutex>
-#include <unordered_set>
 #include <utility>
 
 namespace orbel {
@@ -25,18 +19,6 @@ namespace {
 
 QString itemsText(std::size_t count) {
     return countOf(count, MoveFlow::tr("item"), MoveFlow::tr("items"));
-}
-
-std::vector<DeletionItem> movedItems(const DeletionReport& report, const std::vector<TickedItem>& approved) {
-    std::unordered_set<std::string_view> paths;
-    for (const auto& moved : report.moved)
-        paths.insert(moved.path);
-    std::vector<DeletionItem> items;
-    for (const auto& ticked : approved) {
-        if (paths.contains(ticked.item.path))
-            items.push_back(ticked.item);
-    }
-    return items;
 }
 
 /// So that the confirmation counts each item once.
@@ -92,25 +74,29 @@ private:
     std::vector<Entry> entries_;
 };
 
-MoveFlow::MoveFlow(AppModel& app) : app_(app) {
-    connect(&app, &AppModel::scanStateChanged, this, [this] {
-        if (!app_.isScanning())
+MoveFlow::MoveFlow(const AppEnvironment& environment, DeletionSession& session, const ScanFlow& scan,
+                   PutBackFlow& putBack, const ShownScreen& shown, Activity& activity, Notice& notice)
+    : environment_(environment),
+      session_(session),
+      scan_(scan),
+      putBack_(putBack),
+      shown_(shown),
+      activity_(activity),
+      notice_(notice) {
+    connect(&scan, &ScanFlow::scanStateChanged, this, [this] {
+        if (!scan_.isScanning())
             return;
         clearTicks();
         // The items of a confirmation are of the tree that has just gone.
         cancel();
     });
-    auto* const putBack = app.putBack();
-    connect(this, &MoveFlow::deletingChanged, putBack, &PutBackFlow::changed);
-    connect(putBack, &PutBackFlow::changed, this, &MoveFlow::changed);
-    connect(putBack, &PutBackFlow::finished, this, &MoveFlow::takePutBack);
-    connect(putBack, &PutBackFlow::restored, this, &MoveFlow::restored);
+    connect(&putBack, &PutBackFlow::changed, this, &MoveFlow::changed);
+    connect(&putBack, &PutBackFlow::finished, this, &MoveFlow::takePutBack);
+    connect(&putBack, &PutBackFlow::restored, this, &MoveFlow::restored);
 }
 
 MoveFlow::~MoveFlow() {
-    stopAfterThisItem();
-    if (batch_.valid())
-        batch_.wait();
+    batch_.stopAndWait();
 }
 
 void MoveFlow::watch(Ticks& ticks) {
@@ -144,9 +130,9 @@ void MoveFlow::review(Ticks* ticks) {
 void MoveFlow::ask(std::vector<TickedItem> items) {
     std::erase_if(items, [](const TickedItem& ticked) { return !ticked.item.isSelectable(); });
     dropTakenAlong(items);
-    if (items.empty() || isConfirming() || isDeleting() || isPuttingBack() || app_.isScanning())
+    if (items.empty() || isConfirming() || !activity_.isIdle())
         return;
-    origin_ = app_.screenTitle();
+    origin_ = shown_.title();
     items_.setItems(items);
     request_ = {.id = newUuid(), .items = std::move(items)};
     Q_EMIT changed();
@@ -161,9 +147,8 @@ void MoveFlow::cancel() {
 }
 
 void MoveFlow::confirm() {
-    if (!isConfirming() || isDeleting())
+    if (!isConfirming() || !activity_.isIdle())
         return;
-    app_.rescan()->stop();
     request_.reset();
     std::vector<DeletionItem> approved;
     std::vector<std::string> ids;
@@ -172,22 +157,21 @@ void MoveFlow::confirm() {
         ids.push_back(ticked.item.id);
     }
     isReporting_ = false;
-    cancellation_ = std::make_shared<ScanCancellation>();
     atWork_ = 0;
-    const auto progress = [this, token = cancellation_, steps = std::make_shared<Steps>(),
-                           inbox = inbox_.address()](std::size_t row, const DeletionItem& /*item*/,
-                                                     Trasher::Step step) {
-        if (steps->add({.row = row, .step = step}))
-            inbox.send([this, token, steps] { takeSteps(token.get(), *steps); });
-    };
     // The session knows only what this confirmation showed.
-    auto& session = app_.session();
-    session.forgetItems();
-    session.registerItems(approved);
-    batch_ = session.run(ids, progress, [token = cancellation_] { return token->isCancelled(); }).share();
-    inbox_.runAside(
-        "orbel.moves", [batch = batch_] { return batch.get(); },
-        [this, token = cancellation_](DeletionReport report) { takeReport(token.get(), std::move(report)); });
+    session_.forgetItems();
+    session_.registerItems(approved);
+    batch_.run(
+        [this, move = session_.prepared(ids)](const LatestJob::Run& run) {
+            const auto progress = [this, run, steps = std::make_shared<Steps>()](
+                                      std::size_t row, const DeletionItem& /*item*/, Trasher::Step step) {
+                if (steps->add({.row = row, .step = step}))
+                    run.report([this, steps] { takeSteps(*steps); });
+            };
+            return move(progress, [run] { return run.isCancelled(); });
+        },
+        [this](DeletionReport report) { takeReport(std::move(report)); });
+    activity_.begin(Activity::Kind::move);
     Q_EMIT deletingChanged();
     Q_EMIT changed();
 }
@@ -195,17 +179,11 @@ void MoveFlow::confirm() {
 void MoveFlow::stopAfterThisItem() {
     if (!isDeleting() || isStopping())
         return;
-    cancellation_->cancel();
+    batch_.stop();
     Q_EMIT changed();
 }
 
-bool MoveFlow::isStopping() const {
-    return isDeleting() && cancellation_->isCancelled();
-}
-
-void MoveFlow::takeSteps(const ScanCancellation* token, Steps& steps) {
-    if (cancellation_.get() != token)
-        return;
+void MoveFlow::takeSteps(Steps& steps) {
     for (const auto& [row, step] : steps.take()) {
         items_.setState(row, stateAfter(step));
         if (step == Trasher::Step::begun)
@@ -214,26 +192,19 @@ void MoveFlow::takeSteps(const ScanCancellation* token, Steps& steps) {
     Q_EMIT changed();
 }
 
-void MoveFlow::takeReport(const ScanCancellation* token, DeletionReport report) {
-    if (cancellation_.get() != token)
-        return;
+void MoveFlow::takeReport(DeletionReport report) {
     const auto approved = items_.items();
-    const auto gone = movedItems(report, approved);
-    cancellation_.reset();
-    report_.set(report, approved, origin_, app_.home(), app_.now());
+    std::vector<std::string> gone;
+    for (const auto& item : report.moved)
+        gone.push_back(item.path);
+    report_.set(report, approved, origin_, environment_.home, environment_.now());
     lastReport_ = std::move(report);
     isReporting_ = true;
+    activity_.end();
     Q_EMIT deletingChanged();
     items_.setItems({});
     clearTicks();
     Q_EMIT moved(gone);
-    std::vector<std::string> paths;
-    paths.reserve(gone.size());
-    for (const auto& item : gone)
-        paths.push_back(item.path);
-    app_.treeEdits().remove(std::move(paths));
-    app_.refreshVolume();
-    app_.loadJournal();
     Q_EMIT changed();
     Q_EMIT finished();
 }
@@ -247,11 +218,7 @@ void MoveFlow::closeReport() {
 
 void MoveFlow::putBackAll() {
     if (lastReport_ && report_.canPutBack())
-        app_.putBack()->putBackSession(lastReport_->sessionID);
-}
-
-bool MoveFlow::isPuttingBack() const {
-    return app_.putBack()->isRunning();
+        putBack_.putBackSession(lastReport_->sessionID);
 }
 
 void MoveFlow::takePutBack(const std::string& sessionID, const std::vector<PutBackResult>& results) {
@@ -260,7 +227,7 @@ void MoveFlow::takePutBack(const std::string& sessionID, const std::vector<PutBa
     report_.takePutBack(results);
     // The report that is in sight tells it, item by item.
     if (isReporting_)
-        app_.putBack()->closeMessage();
+        putBack_.closeMessage();
 }
 
 void MoveFlow::exportReport(const QUrl& file) {
@@ -270,7 +237,7 @@ void MoveFlow::exportReport(const QUrl& file) {
     const auto text = path->ends_with(".json") ? ReportRenderer::json(*lastReport_) + "\n"
                                                : ReportRenderer::markdown(*lastReport_);
     if (const auto written = replaceFile(*path, text); !written)
-        app_.tell(tr("The report could not be written to %1.").arg(textOf(*path)));
+        notice_.show(tr("The report could not be written to %1.").arg(textOf(*path)));
 }
 
 QString MoveFlow::question() const {

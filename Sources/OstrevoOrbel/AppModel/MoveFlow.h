@@ -1,14 +1,15 @@
 #pragma once
 
-#include "AppModel/Inbox.h"
-#include "Delete/DeletionReport.h"
+#include "AppModel/LatestJob.h"
+#include "AppModel/Notice.h"
+#include "AppModel/PutBackFlow.h"
+#include "AppModel/ScanFlow.h"
+#include "AppModel/ShownScreen.h"
+#include "Delete/DeletionSession.h"
 #include "Models/MoveItemsModel.h"
 #include "Models/MoveReport.h"
 #include "Models/Ticks.h"
-#include "Scan/ScanCancellation.h"
 
-#include <future>
-#include <memory>
 #include <optional>
 #include <QObject>
 #include <QPointer>
@@ -18,8 +19,6 @@
 #include <vector>
 
 namespace orbel {
-
-class AppModel;
 
 /// The way from ticks to the Trash: a confirmation, a batch of moves, its report. Belongs to the AppModel;
 /// used on the main thread, while each batch runs on a thread of its own.
@@ -38,7 +37,7 @@ class MoveFlow final : public QObject {
     /// A batch runs.
     Q_PROPERTY(bool deleting READ isDeleting NOTIFY deletingChanged)
     /// Of the confirmation, and of the batch after it.
-    Q_PROPERTY(orbel::MoveItemsModel* items READ items CONSTANT)
+    Q_PROPERTY(orbel::RoleList* items READ items CONSTANT)
     /// "Move 3 items to the Trash?"
     Q_PROPERTY(QString question READ question NOTIFY changed)
     /// "3 items, 26.7 GB on disk"
@@ -70,7 +69,9 @@ public:
         std::vector<TickedItem> items;
     };
 
-    explicit MoveFlow(AppModel& app);
+    /// The arguments outlive this.
+    MoveFlow(const AppEnvironment& environment, DeletionSession& session, const ScanFlow& scan,
+             PutBackFlow& putBack, const ShownScreen& shown, Activity& activity, Notice& notice);
     /// Stops a batch after the item in progress, and waits for it.
     ~MoveFlow() override;
 
@@ -101,7 +102,7 @@ public:
     const std::optional<ConfirmRequest>& confirmRequest() const { return request_; }
     const std::optional<DeletionReport>& lastReport() const { return lastReport_; }
     bool isConfirming() const { return request_.has_value(); }
-    bool isDeleting() const { return cancellation_ != nullptr; }
+    bool isDeleting() const { return batch_.isRunning(); }
     MoveItemsModel* items() { return &items_; }
     QString question() const;
     QString sum() const;
@@ -110,16 +111,17 @@ public:
     QString progressText() const;
     QString deletingTitle() const;
     int doneCount() const { return static_cast<int>(atWork_); }
-    bool isStopping() const;
+    bool isStopping() const { return batch_.isStopping(); }
     bool isReporting() const { return isReporting_; }
     MoveReport* report() { return &report_; }
-    bool isPuttingBack() const;
+    bool isPuttingBack() const { return putBack_.isRunning(); }
 
 Q_SIGNALS:
     void changed();
     void deletingChanged();
-    /// These were moved just now: lists drop their rows at once, before the edited tree is there.
-    void moved(const std::vector<orbel::DeletionItem>& items);
+    /// What was at these paths was moved just now: lists drop their rows at once, before the edited tree is
+    /// there.
+    void moved(const std::vector<std::string>& paths);
     /// What was at these paths is back there, whichever way it was put back.
     void restored(const std::vector<std::string>& paths);
     /// A batch has ended and its report is there.
@@ -129,23 +131,27 @@ private:
     void clearTicks();
     class Steps;
 
-    void takeSteps(const ScanCancellation* token, Steps& steps);
-    void takeReport(const ScanCancellation* token, DeletionReport report);
+    void takeSteps(Steps& steps);
+    void takeReport(DeletionReport report);
     void takePutBack(const std::string& sessionID, const std::vector<PutBackResult>& results);
 
-    AppModel& app_;
+    const AppEnvironment& environment_;
+    DeletionSession& session_;
+    const ScanFlow& scan_;
+    PutBackFlow& putBack_;
+    const ShownScreen& shown_;
+    Activity& activity_;
+    Notice& notice_;
     std::vector<QPointer<Ticks>> watched_;
     std::optional<ConfirmRequest> request_;
     MoveItemsModel items_;
-    std::shared_ptr<ScanCancellation> cancellation_; ///< of the batch that runs
-    std::shared_future<DeletionReport> batch_;
     std::size_t atWork_ = 0; ///< the row of the item in progress
     QString origin_;
     std::optional<DeletionReport> lastReport_;
     MoveReport report_;
     bool isReporting_ = false;
 
-    Inbox inbox_; ///< the last member: what it delivers finds all others alive
+    LatestJob batch_{"orbel.deletion"}; ///< the last member
 };
 
 } // namespace orbel

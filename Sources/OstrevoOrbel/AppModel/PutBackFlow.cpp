@@ -1,11 +1,6 @@
 #include "AppModel/PutBackFlow.h"
 
-#include "AppModel/AppModel.h"
-#include "AppModel/MoveFlow.h"
-#include "AppModel/RescanFlow.h"
-#include "AppModel/TreeEdits.h"
 #include "Models/Wording.h"
-#include "Util/BlockingWork.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
@@ -21,18 +16,13 @@ QString quoted(const PutBackResult& result) {
 
 } // namespace
 
-PutBackFlow::PutBackFlow(AppModel& app) : app_(app) {
-    connect(&app, &AppModel::scanStateChanged, this, &PutBackFlow::changed);
+PutBackFlow::PutBackFlow(const AppEnvironment& environment, const PutBack& service, Activity& activity)
+    : environment_(environment), service_(service), activity_(activity) {
+    connect(&activity, &Activity::changed, this, &PutBackFlow::changed);
 }
 
 PutBackFlow::~PutBackFlow() {
-    stopAfterThisItem();
-    if (work_.valid())
-        work_.wait();
-}
-
-bool PutBackFlow::isReady() const {
-    return !isRunning() && !app_.isScanning() && !app_.moves()->isDeleting();
+    job_.stopAndWait();
 }
 
 void PutBackFlow::putBackEntry(const std::string& entryID) {
@@ -61,23 +51,16 @@ void PutBackFlow::putBackLast() {
 void PutBackFlow::start(std::function<Outcome(const PutBack&, const ScanCancellation&)> work) {
     if (!isReady())
         return;
-    app_.rescan()->stop();
-    cancellation_ = std::make_shared<ScanCancellation>();
     statement_.clear();
     explanation_.clear();
     restoredPath_.reset();
-    Q_EMIT changed();
-    work_ = BlockingWork::run("orbel.put-back", [work = std::move(work), service = app_.putBackService(),
-                                                 token = cancellation_] {
-                return work(service, *token);
-            }).share();
-    inbox_.runAside(
-        "orbel.put-backs", [result = work_] { return result.get(); },
-        [this](const Outcome& outcome) { take(outcome); });
+    job_.run([work = std::move(work),
+              service = service_](const LatestJob::Run& run) { return work(service, run.cancellation()); },
+             [this](const Outcome& outcome) { take(outcome); });
+    activity_.begin(Activity::Kind::putBack);
 }
 
 void PutBackFlow::take(const Outcome& outcome) {
-    cancellation_.reset();
     std::vector<std::string> paths;
     for (const auto& result : outcome.results) {
         if (result.restored)
@@ -86,12 +69,9 @@ void PutBackFlow::take(const Outcome& outcome) {
     if (!paths.empty())
         restoredPath_ = paths.front();
     tell(outcome.results);
+    activity_.end();
     Q_EMIT finished(outcome.sessionID, outcome.results);
     Q_EMIT restored(paths);
-    app_.treeEdits().restore(std::move(paths));
-    app_.refreshVolume();
-    app_.loadJournal();
-    Q_EMIT changed();
 }
 
 void PutBackFlow::tell(const std::vector<PutBackResult>& results) {
@@ -119,8 +99,8 @@ void PutBackFlow::tell(const std::vector<PutBackResult>& results) {
         const auto folder = parentPath(back->path);
         const bool isOneFolder = std::ranges::all_of(
             results, [&](const PutBackResult& result) { return parentPath(result.path) == folder; });
-        explanation_ =
-            isOneFolder ? tr("to %1").arg(textOf(tildePath(folder, app_.home()))) : tr("to where they were");
+        explanation_ = isOneFolder ? tr("to %1").arg(textOf(tildePath(folder, environment_.home)))
+                                   : tr("to where they were");
     }
 }
 
@@ -131,8 +111,7 @@ QString PutBackFlow::putBackMessage() const {
 }
 
 void PutBackFlow::stopAfterThisItem() {
-    if (isRunning())
-        cancellation_->cancel();
+    job_.stop();
 }
 
 void PutBackFlow::closeMessage() {
@@ -144,7 +123,7 @@ void PutBackFlow::closeMessage() {
 
 void PutBackFlow::showRestored() {
     if (restoredPath_)
-        app_.desktop().showInFileManager(*restoredPath_);
+        environment_.desktop->showInFileManager(*restoredPath_);
 }
 
 } // namespace orbel

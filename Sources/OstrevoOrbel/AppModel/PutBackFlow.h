@@ -1,11 +1,11 @@
 #pragma once
 
-#include "AppModel/Inbox.h"
+#include "AppModel/Activity.h"
+#include "AppModel/AppEnvironment.h"
+#include "AppModel/LatestJob.h"
 #include "Journal/PutBack.h"
-#include "Scan/ScanCancellation.h"
 
 #include <functional>
-#include <future>
 #include <memory>
 #include <optional>
 #include <QObject>
@@ -15,11 +15,8 @@
 
 namespace orbel {
 
-class AppModel;
-
-/// The one way in which the window puts something back, whatever screen asks for it: one at a time, on a
-/// thread of its own, and never beside a scan or a batch of moves. What came back is then brought into the
-/// tree, the Trash is measured and the journal read again. Belongs to the AppModel; used on the main thread.
+/// The one way in which the window puts something back, whichever screen asks for it: one at a time, on a
+/// thread of its own, and never beside a scan or a batch of moves. Used on the main thread.
 class PutBackFlow final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -42,7 +39,8 @@ class PutBackFlow final : public QObject {
     Q_PROPERTY(bool showable READ isShowable NOTIFY changed)
 
 public:
-    explicit PutBackFlow(AppModel& app);
+    /// The arguments outlive this.
+    PutBackFlow(const AppEnvironment& environment, const PutBack& service, Activity& activity);
     /// Stops after the item in progress, and waits for it.
     ~PutBackFlow() override;
 
@@ -59,8 +57,8 @@ public:
 
     // State.
 
-    bool isRunning() const { return cancellation_ != nullptr; }
-    bool isReady() const;
+    bool isRunning() const { return job_.isRunning(); }
+    bool isReady() const { return activity_.isIdle(); }
     QString putBackMessage() const;
     QString statement() const { return statement_; }
     QString explanation() const { return explanation_; }
@@ -80,15 +78,15 @@ private:
     void take(const Outcome& outcome);
     void tell(const std::vector<PutBackResult>& results);
 
-    AppModel& app_;
-    std::shared_ptr<ScanCancellation> cancellation_; ///< of the one that runs
-    std::shared_future<Outcome> work_;
+    const AppEnvironment& environment_;
+    const PutBack& service_;
+    Activity& activity_;
     QString statement_;
     QString explanation_;
     bool isFailed_ = false;
     std::optional<std::string> restoredPath_;
 
-    Inbox inbox_; ///< the last member: what it delivers finds all others alive
+    LatestJob job_{"orbel.put-back"}; ///< the last member
 };
 
 } // namespace orbel

@@ -1,45 +1,46 @@
 #include "AppModel/RescanFlow.h"
 
-#include "AppModel/AppModel.h"
-#include "AppModel/MoveFlow.h"
-#include "AppModel/PutBackFlow.h"
-#include "AppModel/TreeEdits.h"
 #include "Models/Wording.h"
+#include "Safety/PathCanonicalizer.h"
 #include "Util/PathText.h"
 
 #include <utility>
 
 namespace orbel {
 
-RescanFlow::RescanFlow(AppModel& app) : app_(app) {}
-
-RescanFlow::~RescanFlow() {
-    stop();
+RescanFlow::RescanFlow(const AppEnvironment& environment, ScanFlow& scan, TreeEdits& edits, MoveFlow& moves,
+                       const Activity& activity, Notice& notice)
+    : environment_(environment),
+      scan_(scan),
+      edits_(edits),
+      moves_(moves),
+      activity_(activity),
+      notice_(notice) {
+    connect(&activity, &Activity::changed, this, [this] {
+        if (!activity_.isIdle())
+            stop();
+    });
 }
 
 void RescanFlow::start(quint32 node) {
-    const auto& tree = app_.tree();
-    if (isRunning() || !app_.hasTree() || node >= tree->count() || app_.moves()->isDeleting()
-        || app_.putBack()->isRunning())
+    const auto& tree = scan_.tree();
+    if (isRunning() || !scan_.hasTree() || node >= tree->count() || !activity_.isIdle())
         return;
     if (node == 0) {
-        app_.measureAgain();
+        scan_.measureAgain();
         return;
     }
-    cancellation_ = std::make_shared<ScanCancellation>();
     text_ = tr("Measuring %1 again…")
-                .arg(textOf(tildePath(tree->path(node, app_.policy().canonicalizer()), app_.home())));
-    Q_EMIT changed();
-    inbox_.runAside(
-        "orbel.rescan",
-        [tree, node, token = cancellation_, scan = app_.scanner()] {
+                .arg(textOf(tildePath(tree->path(node, PathCanonicalizer::shared()), environment_.home)));
+    job_.run(
+        [tree, node, scan = environment_.scan](const LatestJob::Run& run) {
             Measured measured;
             // What changes between the look at it and the walk is looked at once more.
             for (int attempt = 0; attempt < 3; ++attempt) {
                 measured.target = rescanTarget(*tree, node);
                 if (measured.target.kind != RescanTarget::Kind::folder)
                     return measured;
-                measured.result = scan(tree->walkedPath(measured.target.node), *token,
+                measured.result = scan(tree->walkedPath(measured.target.node), run.cancellation(),
                                        [](const ScanProgress& /*progress*/) {});
                 const auto& fresh = measured.result.tree;
                 if (measured.result.cancelled || (fresh.count() > 0 && fresh.isFolder(0)))
@@ -48,50 +49,44 @@ void RescanFlow::start(quint32 node) {
             measured.target.kind = RescanTarget::Kind::unreachable;
             return measured;
         },
-        [this, tree, token = cancellation_](Measured measured) {
-            take(token.get(), tree, std::move(measured));
-        });
+        [this, tree](Measured measured) { take(*tree, std::move(measured)); });
+    Q_EMIT changed();
 }
 
 void RescanFlow::stop() {
     if (!isRunning())
         return;
-    cancellation_->cancel();
-    cancellation_.reset();
+    job_.drop();
     text_.clear();
     Q_EMIT changed();
 }
 
-void RescanFlow::take(const ScanCancellation* token, const std::shared_ptr<const FileTree>& tree,
-                      Measured measured) {
+void RescanFlow::take(const FileTree& tree, Measured measured) {
     using Kind = RescanTarget::Kind;
-    if (cancellation_.get() != token)
-        return;
-    cancellation_.reset();
     text_.clear();
     Q_EMIT changed();
-    const auto path = tree->path(measured.target.node, app_.policy().canonicalizer());
-    const auto tellUnreadable = [&] {
-        app_.tell(tr("%1 could not be read.").arg(textOf(tildePath(path, app_.home()))));
+    const auto path = tree.path(measured.target.node, PathCanonicalizer::shared());
+    const auto showUnreadable = [&] {
+        notice_.show(tr("%1 could not be read.").arg(textOf(tildePath(path, environment_.home))));
     };
     switch (measured.target.kind) {
     case Kind::wholeTree:
-        app_.measureAgain();
+        scan_.measureAgain();
         return;
     case Kind::unreachable:
-        tellUnreadable();
+        showUnreadable();
         return;
     case Kind::gone:
-        app_.moves()->untickInside(path);
-        app_.treeEdits().remove({path});
+        moves_.untickInside(path);
+        edits_.remove({path});
         return;
     case Kind::folder:
         break;
     }
     if (measured.result.tree.flags(0).contains(NodeFlags::unreadable))
-        tellUnreadable();
-    app_.moves()->untickInside(path);
-    app_.treeEdits().splice(path, sharedTree(std::move(measured.result.tree)));
+        showUnreadable();
+    moves_.untickInside(path);
+    edits_.splice(path, sharedTree(std::move(measured.result.tree)));
 }
 
 } // namespace orbel

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "AppModel/Inbox.h"
+#include "AppModel/LatestJob.h"
+#include "AppModel/MoveFlow.h"
+#include "AppModel/TreeEdits.h"
 #include "Scan/Rescan.h"
-#include "Scan/ScanCancellation.h"
 #include "Scan/ScanResult.h"
 
 #include <memory>
@@ -11,8 +12,6 @@
 #include <string>
 
 namespace orbel {
-
-class AppModel;
 
 /// Measures one folder of the shown tree again, and brings it into the tree. Belongs to the AppModel; used on
 /// the main thread, while the walk runs on threads of its own.
@@ -28,8 +27,9 @@ class RescanFlow final : public QObject {
     Q_PROPERTY(QString text READ text NOTIFY changed)
 
 public:
-    explicit RescanFlow(AppModel& app);
-    ~RescanFlow() override;
+    /// The arguments outlive this.
+    RescanFlow(const AppEnvironment& environment, ScanFlow& scan, TreeEdits& edits, MoveFlow& moves,
+               const Activity& activity, Notice& notice);
 
     /// Measures this node of the shown tree, or the folder that it is in; a root by a whole new scan. Ignored
     /// while that or anything else is under way that measures or moves.
@@ -37,7 +37,7 @@ public:
     /// The tree stays as it was.
     Q_INVOKABLE void stop();
 
-    bool isRunning() const { return cancellation_ != nullptr; }
+    bool isRunning() const { return job_.isRunning(); }
     QString text() const { return text_; }
 
 Q_SIGNALS:
@@ -49,13 +49,17 @@ private:
         ScanResult result;
     };
 
-    void take(const ScanCancellation* token, const std::shared_ptr<const FileTree>& tree, Measured measured);
+    void take(const FileTree& tree, Measured measured);
 
-    AppModel& app_;
-    std::shared_ptr<ScanCancellation> cancellation_; ///< of the one that runs
+    const AppEnvironment& environment_;
+    ScanFlow& scan_;
+    TreeEdits& edits_;
+    MoveFlow& moves_;
+    const Activity& activity_;
+    Notice& notice_;
     QString text_;
 
-    Inbox inbox_; ///< the last member: what it delivers finds all others alive
+    LatestJob job_{"orbel.rescan"}; ///< the last member
 };
 
 } // namespace orbel

@@ -1,10 +1,10 @@
 #include "AppModel/ScanOutcome.h"
 
+#include "AppModel/FreedAside.h"
 #include "Models/UnreadableModel.h"
 #include "Models/Wording.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Util/PathText.h"
-#include "Util/Thread.h"
 
 #include <algorithm>
 #include <queue>
@@ -52,10 +52,10 @@ std::vector<FileKind> mainKinds(const FileTree& tree, const std::vector<NodeInde
     return main;
 }
 
-std::vector<SizedFoldersModel::Folder> largestFolders(const FileTree& tree, const std::string& home) {
+std::vector<SizedFolder> largestFolders(const FileTree& tree, const std::string& home) {
     const auto nodes = tellingFolders(tree, mostLargestFolders);
     const auto kinds = mainKinds(tree, nodes);
-    std::vector<SizedFoldersModel::Folder> folders;
+    std::vector<SizedFolder> folders;
     folders.reserve(nodes.size());
     for (std::size_t i = 0; i < nodes.size(); ++i)
         folders.push_back({.node = nodes[i],
@@ -98,11 +98,8 @@ ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::
 std::shared_ptr<const FileTree> sharedTree(FileTree tree) {
     // Giving back the memory of ten million nodes takes a tenth of a second: too long for the main thread.
     constexpr std::size_t quicklyFreed = 100'000;
-    return {new FileTree(std::move(tree)), [](const FileTree* last) {
-                const auto dispose = [last] { delete last; };
-                if (last->count() <= quicklyFreed || !Thread::startDetached("orbel.free", dispose))
-                    dispose();
-            }};
+    const bool isLarge = tree.count() > quicklyFreed;
+    return freedAside(std::make_unique<const FileTree>(std::move(tree)), isLarge);
 }
 
 std::vector<NodeIndex> tellingFolders(const FileTree& tree, std::size_t most) {

@@ -23,7 +23,7 @@ struct ScanOutcome {
     DiskMoment disk;     ///< read when the tree was done
     KindTotals kinds{};
     KindTotals trashedKinds{}; ///< the part of it that lies in the Trash
-    std::vector<SizedFoldersModel::Folder> largestFolders;
+    std::vector<SizedFolder> largestFolders;
     GrowthModel::Content growth;         ///< what scanGrowth() makes of it
     std::vector<std::string> unreadable; ///< visible paths of the first that could not be read
 };
@@ -31,7 +31,7 @@ struct ScanOutcome {
 /// Takes the tree out of `result`, and reads the disk. `home` is what "~" stands for.
 ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::string& home);
 
-/// A tree to be shared. Whoever drops the last reference does not wait for its memory to be freed.
+/// A tree to be shared; to drop the last reference takes no time (see FreedAside.h).
 std::shared_ptr<const FileTree> sharedTree(FileTree tree);
 
 /// The attached folders that tell most about where the space went, largest first: a folder stands for what is

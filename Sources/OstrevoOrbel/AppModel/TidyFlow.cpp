@@ -1,7 +1,5 @@
 #include "AppModel/TidyFlow.h"
 
-#include "AppModel/AppModel.h"
-#include "AppModel/MoveFlow.h"
 #include "Models/MapWords.h"
 #include "Models/PathSet.h"
 #include "Models/Wording.h"
@@ -41,7 +39,7 @@ QString changedWords(Date changed, std::chrono::system_clock::time_point now) {
 
 TidyListModel::Row rowOf(const EmptyFolderFinder::Row& found, std::chrono::system_clock::time_point now) {
     TidyListModel::Row row{.item = TickedItem::alone(found.item, FileKind::folder),
-                           .isTicked = found.item.preselected};
+                           .isPreselected = found.item.preselected};
     row.item.count = found.nestedCount;
     row.detail = changedWords(found.changed, now);
     if (found.nestedCount > 1)
@@ -58,7 +56,7 @@ TidyListModel::Row rowOf(const EmptyFolderFinder::Row& found, std::chrono::syste
 
 TidyListModel::Row rowOf(const Shortcuts::Row& found) {
     TidyListModel::Row row{.item = TickedItem::alone(found.item, FileKind::other),
-                           .isTicked = found.item.preselected};
+                           .isPreselected = found.item.preselected};
     row.item.kindName = wordOf(rawValue(found.kind));
     row.detail =
         found.kind == Shortcuts::Kind::symbolicLink ? QString() : row.item.kindName + QLatin1Char(' ');
@@ -83,29 +81,20 @@ QString tickedWords(const TidyListModel& list) {
 
 } // namespace
 
-TidyFlow::TidyFlow(AppModel& app) : app_(app), policy_(std::make_shared<const SafetyPolicy>(app.policy())) {
+TidyFlow::TidyFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
+                   const ScanFlow& scan, MoveFlow& moves, const ShownScreen& shown)
+    : environment_(environment), policy_(std::move(policy)), scan_(scan), moves_(moves), shown_(shown) {
     connect(&folders_, &TidyListModel::changed, this, &TidyFlow::changed);
     connect(&shortcuts_, &TidyListModel::changed, this, &TidyFlow::changed);
-    connect(&app, &AppModel::treeChanged, this, &TidyFlow::takeTree);
-    connect(&app, &AppModel::scanStateChanged, this, &TidyFlow::refreshIfShown);
-    connect(&app, &AppModel::screenChanged, this, &TidyFlow::refreshIfShown);
+    connect(&scan, &ScanFlow::treeChanged, this, &TidyFlow::takeTree);
+    connect(&scan, &ScanFlow::scanStateChanged, this, &TidyFlow::refreshIfShown);
+    connect(&shown, &ShownScreen::changed, this, &TidyFlow::refreshIfShown);
     // The edited tree comes later, and with it the next refresh.
-    connect(app.moves(), &MoveFlow::moved, this, [this](const std::vector<DeletionItem>& items) {
-        std::vector<std::string> paths;
-        paths.reserve(items.size());
-        for (const auto& item : items)
-            paths.push_back(item.path);
-        drop(paths);
-    });
-}
-
-TidyFlow::~TidyFlow() {
-    if (tidyCancellation_)
-        tidyCancellation_->cancel();
+    connect(&moves, &MoveFlow::moved, this, &TidyFlow::drop);
 }
 
 void TidyFlow::takeTree() {
-    if (app_.isScanning())
+    if (scan_.isScanning())
         clear();
     refreshIfShown();
 }
@@ -120,9 +109,7 @@ void TidyFlow::drop(const std::vector<std::string>& paths) {
 }
 
 void TidyFlow::clear() {
-    if (tidyCancellation_)
-        tidyCancellation_->cancel();
-    tidyCancellation_.reset();
+    job_.drop();
     tidyVersion_ = -1;
     emptyFolderRows_.clear();
     brokenShortcutRows_.clear();
@@ -134,26 +121,21 @@ void TidyFlow::clear() {
 }
 
 void TidyFlow::refreshIfShown() {
-    if (app_.screen() == Screen::tidy && app_.hasTree() && tidyVersion_ != app_.treeVersion())
+    if (shown_.screen() == Screen::tidy && scan_.hasTree() && tidyVersion_ != scan_.treeVersion())
         refresh();
 }
 
 void TidyFlow::lookAgain() {
-    if (app_.hasTree())
+    if (scan_.hasTree())
         refresh();
 }
 
-/// The last one asked for is the one that counts.
 void TidyFlow::refresh() {
-    if (tidyCancellation_)
-        tidyCancellation_->cancel();
-    tidyCancellation_ = std::make_shared<ScanCancellation>();
-    inbox_.runAside(
-        "orbel.tidy",
-        [token = tidyCancellation_, tree = app_.tree(), policy = policy_, finder = emptyFolderFinder_,
-         isPartial = app_.isPartial(), clock = app_.now()] {
+    job_.run(
+        [tree = scan_.tree(), policy = policy_, finder = emptyFolderFinder_, isPartial = scan_.isPartial(),
+         clock = environment_.now()](const LatestJob::Run& run) {
             const auto now = std::chrono::time_point_cast<Date::duration>(clock);
-            const auto isCancelled = [&] { return token->isCancelled(); };
+            const auto isCancelled = [&] { return run.isCancelled(); };
             Found found;
             if (!isPartial)
                 found.folders = finder.run(*tree, *policy, now, isCancelled);
@@ -164,28 +146,23 @@ void TidyFlow::refresh() {
                 found.shortcutRows.push_back(rowOf(shortcut));
             return found;
         },
-        [this, token = tidyCancellation_, version = app_.treeVersion()](Found found) {
-            take(token.get(), version, std::move(found));
-        });
+        [this, version = scan_.treeVersion()](Found found) { take(version, std::move(found)); });
     Q_EMIT changed();
 }
 
-void TidyFlow::take(const ScanCancellation* token, int version, Found found) {
-    if (tidyCancellation_.get() != token)
-        return;
-    tidyCancellation_.reset();
+void TidyFlow::take(int version, Found found) {
     tidyVersion_ = version;
     emptyFolderRows_ = std::move(found.folders);
     brokenShortcutRows_ = std::move(found.shortcuts);
-    folders_.setRows(std::move(found.folderRows), app_.home());
-    shortcuts_.setRows(std::move(found.shortcutRows), app_.home());
+    folders_.setRows(std::move(found.folderRows), environment_.home);
+    shortcuts_.setRows(std::move(found.shortcutRows), environment_.home);
     Q_EMIT changed();
     refreshIfShown();
 }
 
 void TidyFlow::toggleTick(TidyListModel* list, int row) {
     if (list->isRow(row))
-        list->setTicked(row, !list->row(row).isTicked);
+        list->setTicked(row, !list->isTicked(row));
 }
 
 void TidyFlow::setAllTicked(TidyListModel* list, bool ticked) {
@@ -193,10 +170,12 @@ void TidyFlow::setAllTicked(TidyListModel* list, bool ticked) {
 }
 
 void TidyFlow::review(TidyListModel* list) {
-    app_.moves()->ask(list->ticked());
+    moves_.ask(list->ticked());
 }
 
 void TidyFlow::setFilter(const QString& text) {
+    if (text == filter_)
+        return;
     filter_ = text;
     folders_.setFilter(text);
     shortcuts_.setFilter(text);

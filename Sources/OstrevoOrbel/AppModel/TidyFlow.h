@@ -1,11 +1,11 @@
 #pragma once
 
-#include "AppModel/Inbox.h"
+#include "AppModel/LatestJob.h"
+#include "AppModel/MoveFlow.h"
 #include "Find/BrokenShortcutFinder.h"
 #include "Find/EmptyFolderFinder.h"
 #include "Models/TidyListModel.h"
 #include "Safety/SafetyPolicy.h"
-#include "Scan/ScanCancellation.h"
 
 #include <memory>
 #include <QObject>
@@ -14,8 +14,6 @@
 #include <vector>
 
 namespace orbel {
-
-class AppModel;
 
 /// The empty folders and the broken shortcuts. Belongs to the AppModel; used on the main thread, while what
 /// takes long runs on threads of its own.
@@ -50,8 +48,9 @@ class TidyFlow final : public QObject {
     Q_PROPERTY(QString filter READ filter WRITE setFilter NOTIFY changed)
 
 public:
-    explicit TidyFlow(AppModel& app);
-    ~TidyFlow() override;
+    /// The references outlive this.
+    TidyFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
+             const ScanFlow& scan, MoveFlow& moves, const ShownScreen& shown);
 
     // Intents. Rows are those of the given list; what is out of their range changes nothing.
 
@@ -66,7 +65,7 @@ public:
 
     const std::vector<EmptyFolderFinder::Row>& emptyFolderRows() const { return emptyFolderRows_; }
     const std::vector<BrokenShortcutFinder::Row>& brokenShortcutRows() const { return brokenShortcutRows_; }
-    bool tidyRunning() const { return tidyCancellation_ != nullptr; }
+    bool tidyRunning() const { return job_.isRunning(); }
     /// Of the tree that the lists were made from; -1 before the first.
     int tidyVersion() const { return tidyVersion_; }
     bool isKnown() const { return tidyVersion_ >= 0; }
@@ -98,22 +97,24 @@ private:
     void takeTree();
     void refreshIfShown();
     void refresh();
-    void take(const ScanCancellation* token, int version, Found found);
+    void take(int version, Found found);
     void drop(const std::vector<std::string>& paths);
     void clear();
 
-    AppModel& app_;
-    std::shared_ptr<const SafetyPolicy> policy_; ///< a copy, for threads that may outlive the application
+    const AppEnvironment& environment_;
+    std::shared_ptr<const SafetyPolicy> policy_;
+    const ScanFlow& scan_;
+    MoveFlow& moves_;
+    const ShownScreen& shown_;
     EmptyFolderFinder emptyFolderFinder_;
     std::vector<EmptyFolderFinder::Row> emptyFolderRows_;
     std::vector<BrokenShortcutFinder::Row> brokenShortcutRows_;
     TidyListModel folders_;
     TidyListModel shortcuts_;
-    std::shared_ptr<ScanCancellation> tidyCancellation_; ///< of the refresh that runs
     int tidyVersion_ = -1;
     QString filter_;
 
-    Inbox inbox_; ///< the last member: what it delivers finds all others alive
+    LatestJob job_{"orbel.tidy"}; ///< the last member
 };
 
 } // namespace orbel

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "AppModel/Inbox.h"
-#include "AppModel/ScanOutcome.h"
+#include "AppModel/LatestJob.h"
+#include "AppModel/ScanFlow.h"
 #include "Scan/FileTree.h"
 
 #include <deque>
@@ -13,8 +13,6 @@
 
 namespace orbel {
 
-class AppModel;
-
 /// Brings what has changed on the disk into the tree that is shown: on a copy, on another thread, one change
 /// after another; the copy then takes the tree's place. A new scan makes what is under way void, since it
 /// looks at the disk itself. Belongs to the AppModel.
@@ -22,7 +20,8 @@ class TreeEdits final : public QObject {
     Q_OBJECT
 
 public:
-    explicit TreeEdits(AppModel& app);
+    /// The arguments outlive this.
+    TreeEdits(const AppEnvironment& environment, ScanFlow& scan, DiskState& disk);
 
     /// What was at these paths is gone.
     void remove(std::vector<std::string> paths);
@@ -34,7 +33,7 @@ public:
     /// this is done makes it void.
     void splice(std::string path, std::shared_ptr<const FileTree> fresh);
 
-    bool isBusy() const { return isBusy_; }
+    bool isBusy() const { return job_.isRunning(); }
 
 Q_SIGNALS:
     /// The last of the changes is in the tree.
@@ -45,17 +44,18 @@ private:
 
     struct Waiting {
         Edit edit;
-        bool isOlderThanScan = false; ///< of what was seen before the scan that runs or comes
+        bool isOlderThanScan; ///< of what was seen before the scan that runs or comes
     };
 
-    void add(Edit edit);
+    void add(Edit edit, bool isOlderThanScan = false);
     void startNext();
 
-    AppModel& app_;
+    const AppEnvironment& environment_;
+    ScanFlow& scan_;
+    DiskState& disk_;
     std::deque<Waiting> waiting_;
-    bool isBusy_ = false;
 
-    Inbox inbox_; ///< the last member
+    LatestJob job_{"orbel.tree-edit"}; ///< the last member; one run after another
 };
 
 } // namespace orbel

@@ -3,12 +3,12 @@
 #include "Commands/Request.h"
 #include "Commands/RootScan.h"
 #include "Export/MapSvg.h"
+#include "Platform/ReplaceFile.h"
 #include "Safety/ByteFormat.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Scan/VolumeInfo.h"
 #include "Util/Iso8601.h"
 #include "Util/ParseNumber.h"
-#include "Util/ReplaceFile.h"
 
 #include <array>
 #include <optional>

@@ -13,6 +13,7 @@
 #include "Delete/ManageHint.h"
 #include "Delete/RepositoryNote.h"
 #include "Find/BrokenShortcutFinder.h"
+#include "Platform/Parallel.h"
 #include "Safety/SafetyPolicy.h"
 #include "Scan/TreeScanner.h"
 #include "Util/JsonPath.h"
@@ -26,6 +27,7 @@
 #include <limits>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <span>
 #include <system_error>
 #include <vector>
 
@@ -46,12 +48,12 @@ std::string absolutePath(std::string_view path) {
     return standardizedPath(path.starts_with('/') ? std::string(path) : joinedPath(here, path));
 }
 
-std::string itemPath(std::string_view word, const SafetyPolicy& policy) {
+std::string itemPath(std::string_view word, const SafetyPolicy& policy, PathResolver& paths) {
     const auto path = withoutTrailingSlashes(word);
     if (path == "/")
         return "/";
     const auto parent = parentPath(path);
-    const auto folder = policy.canonical(parent.empty() ? "." : std::string(parent));
+    const auto folder = policy.canonical(parent.empty() ? "." : std::string(parent), paths);
     return folder ? joinedPath(*folder, lastPathComponent(path)) : absolutePath(path);
 }
 
@@ -91,18 +93,24 @@ std::optional<DeletionItem> brokenLauncher(const std::string& path, const Safety
     return std::nullopt;
 }
 
-/// The item that a word of the command line names: in the real path of its folder what is called by its last
-/// component, itself and never what a link leads to. What may not be moved is not measured; it is an item
-/// with its reason, and so is what does not exist.
-DeletionItem itemNamed(const std::string& word, const SafetyPolicy& policy,
-                       const ScanCancellation& cancellation) {
-    const auto path = itemPath(word, policy);
+/// Whether something lies at `path` that may be asked about and takes no time to measure.
+bool isFile(const std::string& path, const SafetyPolicy& policy) {
+    const auto status =
+        policy.homeReason() || policy.isOutOfReach(path) ? std::nullopt : platform::fileStatus(path);
+    return status && status->type == platform::FileType::regular;
+}
+
+/// The item at a path, itself and never what a link leads to. What may not be moved is an item with its
+/// reason, and so is what does not exist; a folder that may not be moved is not measured.
+DeletionItem itemAt(const std::string& path, const SafetyPolicy& policy,
+                    const ScanCancellation& cancellation) {
     if (auto launcher = brokenLauncher(path, policy, cancellation))
         return *std::move(launcher);
     const auto root = DeletionItem::isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle
                                                                       : AllowedRoot::homeItem;
-    if (auto refusal = refusalOf(path, root, policy))
-        return refusedItem(path, root, *std::move(refusal), policy);
+    if (!isFile(path, policy))
+        if (auto refusal = refusalOf(path, root, policy))
+            return refusedItem(path, root, *std::move(refusal), policy);
     const auto scanned = TreeScanner::scan(path, std::nullopt, cancellation, nullptr);
     auto item = scanned.tree.count() > 0
                     ? DeletionItem::fromTree(scanned.tree, 0, DeletionModule::map, policy)
@@ -114,12 +122,41 @@ DeletionItem itemNamed(const std::string& word, const SafetyPolicy& policy,
     return *std::move(item);
 }
 
+/// The items that the words of the command line name: in the real path of its folder what is called by its
+/// last component. Once cancelled, only those that are known already.
+std::vector<DeletionItem> itemsNamed(std::span<const std::string> words, const SafetyPolicy& policy,
+                                     const ScanCancellation& cancellation) {
+    std::vector<std::optional<DeletionItem>> found(words.size());
+    const auto find = [&](std::size_t i, const std::string& path) {
+        if (!cancellation.isCancelled())
+            found[i] = itemAt(path, policy, cancellation);
+    };
+    // A scan of a folder takes all processors by itself.
+    constexpr std::size_t filesPerThread = 32; // fewer are found before another thread has started
+    forEachRange(words.size(), filesPerThread, [&](std::size_t begin, std::size_t end) {
+        auto paths = policy.resolver();
+        for (auto i = begin; i < end; ++i)
+            if (const auto path = itemPath(words[i], policy, paths); isFile(path, policy))
+                find(i, path);
+    });
+    std::vector<DeletionItem> items;
+    items.reserve(words.size());
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (auto paths = policy.resolver(); !found[i])
+            find(i, itemPath(words[i], policy, paths));
+        if (found[i])
+            items.push_back(*std::move(found[i]));
+    }
+    return items;
+}
+
 /// The copy that `--keep` names. One that could not stay ends the process: nothing has been touched yet.
 std::optional<KeptCopy> keptCopyIn(const Request& request, const UserContext& user) {
     const auto word = request.value("--keep");
     if (!word)
         return std::nullopt;
-    const auto path = itemPath(*word, user.policy());
+    auto paths = user.policy().resolver();
+    const auto path = itemPath(*word, user.policy(), paths);
     auto keep = isPathInside(path, user.trashFolder())
                     ? std::unexpected(std::string("lies in the Trash, so it would not stay"))
                     : keptCopyAt(path);
@@ -138,10 +175,7 @@ void run(const Request& request) {
     const Trasher trasher(user.policy(), mayWrite ? user.settledJournal() : user.journal(),
                           std::make_shared<LiveTrash>(user.trashFolder()));
 
-    std::vector<DeletionItem> items;
-    for (const auto& word : words)
-        if (!cancellation.isCancelled())
-            items.push_back(itemNamed(word, user.policy(), cancellation));
+    auto items = itemsNamed(words, user.policy(), cancellation);
 
     const auto isCancelled = [&] { return cancellation.isCancelled(); };
     if (keep)

@@ -1,9 +1,11 @@
 #include "Models/AppsModel.h"
 
 #include "Models/ByteFigure.h"
+#include "Models/IconAddress.h"
 #include "Models/ItemKey.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
+#include "Util/TextMatcher.h"
 
 #include <algorithm>
 #include <numeric>
@@ -30,8 +32,18 @@ QString AppsModel::Entry::size() const {
     return bytes ? ByteFigure(*bytes).text() : QStringLiteral("—");
 }
 
-AppsModel::AppsModel(std::string home, QObject* parent)
-    : QAbstractListModel(parent), home_(std::move(home)) {}
+AppsModel::AppsModel(std::string home, QObject* parent) : RoleList(parent), home_(std::move(home)) {
+    const auto of = [this](auto read) {
+        return [this, read](int row) -> QVariant { return read(*at(row)); };
+    };
+    setRoles({{"key", of([](const Entry& entry) { return keyOf(entry.app.path); })},
+              {"name", of([](const Entry& entry) { return textOf(entry.app.name); })},
+              {"identity", of([this](const Entry& entry) { return entry.id(home_); })},
+              {"picture", of([](const Entry& entry) { return iconAddress(entry.app.icon); })},
+              {"initial", of([](const Entry& entry) { return entry.initial(); })},
+              {"source", of([](const Entry& entry) { return textOf(entry.app.source); })},
+              {"size", of([](const Entry& entry) { return entry.size(); })}});
+}
 
 void AppsModel::setEntries(std::vector<Entry> entries) {
     beginResetModel();
@@ -48,7 +60,7 @@ void AppsModel::setBytes(const std::string& path, std::optional<std::uint64_t> b
     const int row = rowOf(path);
     if (!bySize_) {
         if (row >= 0)
-            Q_EMIT dataChanged(index(row), index(row), {SizeRole});
+            Q_EMIT dataChanged(index(row), index(row));
         return;
     }
     beginResetModel();
@@ -97,13 +109,12 @@ void AppsModel::sortBy(bool size, bool descending) {
 void AppsModel::arrange() {
     rows_.resize(entries_.size());
     std::iota(rows_.begin(), rows_.end(), 0);
-    if (!filter_.isEmpty())
-        std::erase_if(rows_, [this](std::size_t number) {
-            const auto& entry = entries_[number];
-            return !textOf(entry.app.name).contains(filter_, Qt::CaseInsensitive)
-                   && !entry.id(home_).contains(filter_, Qt::CaseInsensitive)
-                   && !textOf(entry.app.source).contains(filter_, Qt::CaseInsensitive);
-        });
+    const TextMatcher matcher(filter_.toStdString());
+    std::erase_if(rows_, [&](std::size_t number) {
+        const auto& entry = entries_[number];
+        return !matcher.isIn(entry.app.name) && !matcher.isIn(entry.id(home_).toStdString())
+               && !matcher.isIn(entry.app.source);
+    });
     if (!bySize_) {
         if (descending_)
             std::ranges::reverse(rows_);
@@ -134,36 +145,6 @@ int AppsModel::rowOf(const std::string& path) const {
 
 int AppsModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-}
-
-QVariant AppsModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const auto& entry = *at(index.row());
-    switch (role) {
-    case keyRole:
-        return keyOf(entry.app.path);
-    case Qt::DisplayRole:
-    case NameRole:
-        return textOf(entry.app.name);
-    case IdRole:
-        return entry.id(home_);
-    case IconRole:
-        return entry.icon;
-    case InitialRole:
-        return entry.initial();
-    case SourceRole:
-        return textOf(entry.app.source);
-    case SizeRole:
-        return entry.size();
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> AppsModel::roleNames() const {
-    return {{keyRole, "key"},         {NameRole, "name"},     {IdRole, "identity"}, {IconRole, "picture"},
-            {InitialRole, "initial"}, {SourceRole, "source"}, {SizeRole, "size"}};
 }
 
 } // namespace orbel

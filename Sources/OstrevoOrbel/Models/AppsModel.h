@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Find/InstalledApp.h"
+#include "Models/RoleList.h"
 
 #include <cstdint>
 #include <optional>
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 #include <string>
 #include <vector>
@@ -12,7 +12,7 @@
 namespace orbel {
 
 /// The applications as a list: found by a text, sorted by name or by size. Used on the main thread.
-class AppsModel : public QAbstractListModel {
+class AppsModel : public RoleList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppsFlow.")
@@ -24,7 +24,6 @@ public:
     /// One application, as it is shown. A plain value.
     struct Entry {
         InstalledApp app;
-        QString icon; ///< address of a picture; empty when there is none
         std::optional<std::uint64_t> bytes;
 
         /// What tells it from others of its name: its place where that is the application, else its id.
@@ -32,9 +31,6 @@ public:
         QString initial() const;
         QString size() const; ///< "—" while not known
     };
-
-    /// `size` is "—" while it is not known.
-    enum Role { NameRole = Qt::UserRole, IdRole, IconRole, InitialRole, SourceRole, SizeRole };
 
     explicit AppsModel(std::string home, QObject* parent = nullptr);
 
@@ -57,8 +53,6 @@ public:
     bool isDescending() const { return descending_; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
 Q_SIGNALS:
     void orderChanged();

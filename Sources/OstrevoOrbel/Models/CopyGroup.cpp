@@ -24,20 +24,23 @@ std::string oldest(const std::vector<DuplicateFile>& files) {
 
 } // namespace
 
-CopyGroup::CopyGroup(DuplicateGroup group, const FileTree& tree, std::string_view home)
+CopyGroup::CopyGroup(DuplicateGroup group, const FileTree& tree)
     : group_(std::move(group)), kind_(classify(lastPathComponent(group_.suggestedKeep), false, false)) {
     const auto kept = std::ranges::find(group_.files, group_.suggestedKeep, &DuplicateFile::path);
     kept_ = kept == group_.files.end() ? 0 : static_cast<std::size_t>(kept - group_.files.begin());
     copies_.reserve(group_.files.size());
-    for (const auto& file : group_.files) {
+    for (const auto& file : group_.files)
         copies_.push_back({.bytes = tree.allocated(file.index)});
-        searchText_ += foldedForSearch(textOf(tildePath(file.path, home))) + '\n';
-    }
     settle();
 }
 
 bool CopyGroup::mayTick(std::size_t copy) const {
     return copy != kept_ && isShown() && copies_[copy].refusal.isEmpty() && !copies_[copy].isGone;
+}
+
+bool CopyGroup::matches(const TextMatcher& text, std::string_view home) const {
+    return std::ranges::any_of(
+        group_.files, [&](const DuplicateFile& file) { return text.isIn(tildePath(file.path, home)); });
 }
 
 std::unordered_set<std::string> CopyGroup::tickedPaths() const {
@@ -131,10 +134,6 @@ void CopyGroup::settle() {
         figures_.tickedLeast += least;
         ++figures_.ticked;
     }
-}
-
-std::string foldedForSearch(const QString& text) {
-    return text.toCaseFolded().toStdString();
 }
 
 } // namespace orbel

@@ -2,6 +2,7 @@
 
 #include "Find/DuplicateGroup.h"
 #include "Scan/FileKind.h"
+#include "Util/TextMatcher.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -43,7 +44,7 @@ public:
     };
 
     /// The suggested copy is kept, nothing is ticked. `tree` is the one that was searched.
-    CopyGroup(DuplicateGroup group, const FileTree& tree, std::string_view home);
+    CopyGroup(DuplicateGroup group, const FileTree& tree);
 
     const DuplicateGroup& group() const { return group_; }
     const DuplicateFile& file(std::size_t copy) const { return group_.files[copy]; }
@@ -59,8 +60,8 @@ public:
     /// All that may be ticked is.
     bool isAllTicked() const { return figures_.tickable > 0 && figures_.ticked == figures_.tickable; }
     std::unordered_set<std::string> tickedPaths() const;
-    /// Whether the path of a copy holds a text that was folded like `foldedForSearch`.
-    bool matches(std::string_view folded) const { return searchText_.find(folded) != std::string::npos; }
+    /// Whether the path of a copy, as people see it, holds a text.
+    bool matches(const TextMatcher& text, std::string_view home) const;
 
     /// False when nothing changed.
     bool setTicked(std::size_t copy, bool ticked);
@@ -80,13 +81,9 @@ private:
 
     DuplicateGroup group_;
     std::vector<Copy> copies_; ///< as many as the group has files
-    std::string searchText_;   ///< the paths of all copies as people see them, folded
     FileKind kind_ = FileKind::other;
     std::size_t kept_ = 0;
     Figures figures_;
 };
-
-/// Text in which letters of either case are the same.
-std::string foldedForSearch(const QString& text);
 
 } // namespace orbel

@@ -2,23 +2,11 @@
 
 #include "Models/Wording.h"
 
-#include <array>
 #include <cstdlib>
 #include <numeric>
 #include <QStringList>
 
 namespace orbel {
-
-namespace {
-
-/// The order of the bar. Folders occupy something only where a package has no kind of its own.
-constexpr std::array barOrder{FileKind::video,   FileKind::virtualMachine, FileKind::diskImage,
-                              FileKind::archive, FileKind::document,       FileKind::application,
-                              FileKind::folder,  FileKind::other};
-
-} // namespace
-
-DiskLedger::DiskLedger(QObject* parent) : QObject(parent), segments_(new SegmentsModel(this)) {}
 
 void DiskLedger::setFigures(Figures figures) {
     if (figures == figures_)
@@ -68,29 +56,28 @@ QString DiskLedger::summary() const {
 }
 
 void DiskLedger::updateSegments() {
-    std::vector<SegmentsModel::Segment> segments;
-    const auto add = [&](SegmentsModel::Part part, int kind, const QString& title, quint64 bytes) {
+    std::vector<LedgerSegment> segments;
+    const auto add = [&](Part part, int kind, const QString& title, quint64 bytes) {
         if (bytes > 0)
             segments.push_back({.part = part, .kind = kind, .title = title, .bytes = bytes});
     };
     if (figures_.measured) {
-        for (const FileKind kind : barOrder) {
+        for (const FileKind kind : shownFileKinds) {
             const auto raw = static_cast<std::uint8_t>(kind);
-            add(SegmentsModel::Part::Kind, raw, textOf(title(kind)), figures_.measured->at(raw));
+            add(Kind, raw, textOf(title(kind)), figures_.measured->at(raw));
         }
     }
-    add(SegmentsModel::Part::Trash, -1, tr("In the Trash"), trash().bytes());
-    add(SegmentsModel::Part::NotMeasured, -1, tr("Not measured"),
-        notMeasured().bytes() + writtenSince().bytes());
-    add(SegmentsModel::Part::Reserved, -1, tr("Reserved"), reserved().bytes());
-    add(SegmentsModel::Part::Free, -1, tr("Free"), free().bytes());
+    add(Trash, -1, tr("In the Trash"), trash().bytes());
+    add(NotMeasured, -1, tr("Not measured"), notMeasured().bytes() + writtenSince().bytes());
+    add(Reserved, -1, tr("Reserved"), reserved().bytes());
+    add(Free, -1, tr("Free"), free().bytes());
     // Shared blocks are measured more than once: the bar is then longer than the volume is large.
-    double whole = 0;
+    quint64 whole = 0;
     for (const auto& segment : segments)
-        whole += static_cast<double>(segment.bytes);
+        whole += segment.bytes;
     for (auto& segment : segments)
-        segment.fraction = static_cast<double>(segment.bytes) / whole;
-    segments_->setSegments(std::move(segments));
+        segment.fraction = fractionOf(segment.bytes, whole);
+    segments_.setRows(std::move(segments));
 }
 
 } // namespace orbel

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Models/ByteFigure.h"
-#include "Models/SegmentsModel.h"
+#include "Models/GadgetListModel.h"
 #include "Scan/KindTotals.h"
 #include "Scan/VolumeInfo.h"
 
@@ -12,6 +12,26 @@
 #include <QtQml/qqmlregistration.h>
 
 namespace orbel {
+
+/// A part of a volume, as it stands in the bar. A plain value.
+struct LedgerSegment {
+    Q_GADGET
+    Q_PROPERTY(int part MEMBER part)
+    Q_PROPERTY(int kind MEMBER kind)
+    Q_PROPERTY(QString title MEMBER title)
+    Q_PROPERTY(QString size READ size)
+    Q_PROPERTY(double fraction MEMBER fraction)
+
+public:
+    int part = 0;  ///< a DiskLedger::Part
+    int kind = -1; ///< FileKind's raw value; -1 when `part` is no kind
+    QString title;
+    quint64 bytes = 0;
+    double fraction = 0; ///< of the whole bar
+
+    QString size() const { return ByteFigure(bytes).text(); }
+    bool operator==(const LedgerSegment&) const = default;
+};
 
 /// A volume's bytes as a sum that adds up: measured + trash + notMeasured (or - shared) + writtenSince (or
 /// - freedSince) + reserved + free = total. All figures are 0 while the volume is not known, and nothing is
@@ -44,11 +64,16 @@ class DiskLedger : public QObject {
     Q_PROPERTY(orbel::ByteFigure counted READ counted NOTIFY changed)
     /// Kept by the file system: neither used nor free.
     Q_PROPERTY(orbel::ByteFigure reserved READ reserved NOTIFY changed)
-    Q_PROPERTY(orbel::SegmentsModel* segments READ segments CONSTANT)
+    /// The parts in the order of the bar; their bytes add up to the whole.
+    Q_PROPERTY(orbel::RoleList* segments READ segments CONSTANT)
     /// The whole sum in words, for a screen reader.
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
 
 public:
+    /// What a part is: a kind of what was measured, or one of the rest.
+    enum Part { Kind, Trash, NotMeasured, Reserved, Free };
+    Q_ENUM(Part)
+
     struct Figures {
         QString path;
         QString description;
@@ -62,7 +87,7 @@ public:
         bool operator==(const Figures&) const = default;
     };
 
-    explicit DiskLedger(QObject* parent = nullptr);
+    using QObject::QObject;
 
     void setFigures(Figures figures);
 
@@ -83,7 +108,7 @@ public:
         return ByteFigure(measuredBytes_ + figures_.trash + notMeasured().bytes() + writtenSince().bytes());
     }
     ByteFigure reserved() const { return ByteFigure(volume().otherVolumes()); }
-    SegmentsModel* segments() const { return segments_; }
+    GadgetListModel<LedgerSegment>* segments() { return &segments_; }
     QString summary() const;
 
 Q_SIGNALS:
@@ -102,7 +127,7 @@ private:
     quint64 measuredBytes_ = 0;
     std::int64_t uncounted_ = 0; ///< used - measured - trash, as it was when the scan was done
     std::int64_t since_ = 0;     ///< what that has changed by
-    SegmentsModel* segments_;
+    GadgetListModel<LedgerSegment> segments_;
 };
 
 } // namespace orbel

@@ -49,7 +49,62 @@ QString sizeText(const CopyGroup& group, std::int32_t copy) {
         .text();
 }
 
+QString copiesText(const CopyGroup& group) {
+    return DuplicateGroupsModel::tr("%1 · %2 each")
+        .arg(countOf(group.figures().here, DuplicateGroupsModel::tr("copy"),
+                     DuplicateGroupsModel::tr("copies")),
+             ByteFigure(group.group().bytes).text());
+}
+
+QString freesText(const CopyGroup& group) {
+    const auto& figures = group.figures();
+    if (figures.tickable == 0)
+        return DuplicateGroupsModel::tr("frees nothing");
+    const bool isSaid = group.isAllTicked() || figures.least != figures.most;
+    return (isSaid ? DuplicateGroupsModel::tr("frees %1") : DuplicateGroupsModel::tr("frees up to %1"))
+        .arg(rangeText(figures.least, figures.most));
+}
+
 } // namespace
+
+DuplicateGroupsModel::DuplicateGroupsModel() {
+    const auto of = [this](auto read) {
+        return [this, read](int row) -> QVariant { return read(rows_[at(row)]); };
+    };
+    const auto ofHead = [&](auto read) {
+        return of([this, read](Row row) { return row.copy < 0 ? read(groups_[row.group]) : QString(); });
+    };
+    // Nothing for a head.
+    const auto ofCopy = [&](auto read) {
+        return of([this, read](Row row) {
+            return row.copy < 0 ? QString() : read(groups_[row.group], static_cast<std::size_t>(row.copy));
+        });
+    };
+    const auto isKept = [this](Row row) {
+        return row.copy >= 0 && groups_[row.group].kept() == static_cast<std::size_t>(row.copy);
+    };
+    setRoles({{"key", [this](int row) { return keyOf(fileAt(row).path); }},
+              {"head", of([](Row row) { return row.copy < 0; })},
+              {"name", [this](int row) { return textOf(lastPathComponent(fileAt(row).path)); }},
+              {"kind", of([this](Row row) { return static_cast<int>(groups_[row.group].kind()); })},
+              {"copies", ofHead(copiesText)},
+              {"frees", ofHead([](const CopyGroup& group) { return freesText(group); })},
+              {"folded", of([this](Row row) { return groups_[row.group].isFolded; })},
+              {"path", [this](int row) { return pathText(fileAt(row)); }},
+              {"changed", ofCopy([](const CopyGroup& group, std::size_t copy) {
+                   return changedText(group.file(copy).modified);
+               })},
+              {"size", of([this](Row row) { return sizeText(groups_[row.group], row.copy); })},
+              {"ticked", of([this](Row row) { return isTicked(row); })},
+              {"kept", of(isKept)},
+              {"refusal",
+               ofCopy([](const CopyGroup& group, std::size_t copy) { return group.copy(copy).refusal; })},
+              {"note", ofCopy([](const CopyGroup& group, std::size_t copy) {
+                   return group.kept() == copy ? QString() : group.copy(copy).note;
+               })},
+              {"lastOfGroup", [this](int row) { return row + 1 == rowCount() || isHead(row + 1); }},
+              {"words", of([this](Row row) { return wordsOf(row); })}});
+}
 
 void DuplicateGroupsModel::setGroups(std::vector<CopyGroup> groups, std::string home) {
     beginResetModel();
@@ -62,14 +117,13 @@ void DuplicateGroupsModel::setGroups(std::vector<CopyGroup> groups, std::string 
 }
 
 void DuplicateGroupsModel::setFilter(const QString& text, std::uint64_t minimumBytes) {
-    filter_ = foldedForSearch(text);
+    filter_ = TextMatcher(text.toStdString());
     minimumBytes_ = minimumBytes;
     showRows();
 }
 
 bool DuplicateGroupsModel::passes(const CopyGroup& group) const {
-    return group.isShown() && group.group().bytes >= minimumBytes_
-           && (filter_.empty() || group.matches(filter_));
+    return group.isShown() && group.group().bytes >= minimumBytes_ && group.matches(filter_, home_);
 }
 
 void DuplicateGroupsModel::appendRows(std::vector<Row>& rows, std::size_t group) const {
@@ -115,7 +169,7 @@ void DuplicateGroupsModel::showRows() {
             endInsertRows();
         }
         headRows_ = std::move(heads);
-        tellAll();
+        notifyRows();
     }
     countTotals();
 }
@@ -152,14 +206,14 @@ void DuplicateGroupsModel::tickAllOthers() {
         if (passes(group))
             group.setAllTicked(true);
     }
-    tellAll();
+    notifyRows();
     countTotals();
 }
 
 void DuplicateGroupsModel::clearTicks() {
     for (auto& group : groups_)
         group.setAllTicked(false);
-    tellAll();
+    notifyRows();
     countTotals();
 }
 
@@ -177,7 +231,7 @@ void DuplicateGroupsModel::setRule(KeepRule rule, const std::string& folder) {
     ruleFolder_ = folder;
     for (auto& group : groups_)
         group.keepBy(rule_, ruleFolder_);
-    tellAll();
+    notifyRows();
     countTotals();
 }
 
@@ -209,7 +263,7 @@ void DuplicateGroupsModel::setAnswers(const std::vector<Answered>& answers) {
                 group.setAnswer(copy, ofCopies[copy]);
         }
     }
-    tellAll();
+    notifyRows();
     countTotals();
 }
 
@@ -232,11 +286,6 @@ void DuplicateGroupsModel::tellGroup(std::size_t group) {
     while (isRow(last + 1) && rows_[at(last + 1)].group == group)
         ++last;
     Q_EMIT dataChanged(index(head), index(last));
-}
-
-void DuplicateGroupsModel::tellAll() {
-    if (!rows_.empty())
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1));
 }
 
 void DuplicateGroupsModel::countTotals() {
@@ -272,94 +321,24 @@ int DuplicateGroupsModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
 
-QVariant DuplicateGroupsModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || (role != Qt::DisplayRole && role < keyRole))
-        return {};
-    const auto [number, copy] = rows_[at(index.row())];
-    const auto& group = groups_[number];
-    switch (role) {
-    case HeadRole:
-        return copy < 0;
-    case keyRole:
-        return keyOf(fileAt(index.row()).path);
-    case Qt::DisplayRole:
-    case NameRole:
-        return textOf(lastPathComponent(fileAt(index.row()).path));
-    case PathRole:
-        return pathText(fileAt(index.row()));
-    case KindRole:
-        return static_cast<int>(group.kind());
-    case SizeRole:
-        return sizeText(group, copy);
-    case FoldedRole:
-        return group.isFolded;
-    case LastRole:
-        return index.row() + 1 == rowCount() || rows_[at(index.row() + 1)].copy < 0;
-    default:
-        return copy < 0 ? headData(group, role) : copyData(group, static_cast<std::size_t>(copy), role);
-    }
+bool DuplicateGroupsModel::isTicked(Row row) const {
+    const auto& group = groups_[row.group];
+    return row.copy < 0 ? group.isAllTicked() : group.copy(static_cast<std::size_t>(row.copy)).isTicked;
 }
 
-QVariant DuplicateGroupsModel::headData(const CopyGroup& group, int role) const {
-    const auto& figures = group.figures();
-    const auto copies =
-        tr("%1 · %2 each")
-            .arg(countOf(figures.here, tr("copy"), tr("copies")), ByteFigure(group.group().bytes).text());
-    const auto frees = [&] {
-        if (figures.tickable == 0)
-            return tr("frees nothing");
-        const auto range = rangeText(figures.least, figures.most);
-        return group.isAllTicked() || figures.least != figures.most ? tr("frees %1").arg(range)
-                                                                    : tr("frees up to %1").arg(range);
-    };
-    switch (role) {
-    case CopiesRole:
-        return copies;
-    case FreesRole:
-        return frees();
-    case TickedRole:
-        return group.isAllTicked();
-    case WordsRole:
-        return QStringList{textOf(lastPathComponent(group.keptFile().path)), textOf(title(group.kind())),
-                           copies, frees()}
+QString DuplicateGroupsModel::wordsOf(Row row) const {
+    const auto& group = groups_[row.group];
+    const auto kind = textOf(title(group.kind()));
+    if (row.copy < 0)
+        return QStringList{textOf(lastPathComponent(group.keptFile().path)), kind, copiesText(group),
+                           freesText(group)}
             .join(QStringLiteral(", "));
-    case KeptRole:
-        return false;
-    default:
-        return QString();
-    }
-}
-
-QVariant DuplicateGroupsModel::copyData(const CopyGroup& group, std::size_t copy, int role) const {
+    const auto copy = static_cast<std::size_t>(row.copy);
     const auto& file = group.file(copy);
-    const auto& state = group.copy(copy);
-    const bool isKept = group.kept() == copy;
-    switch (role) {
-    case ChangedRole:
-        return changedText(file.modified);
-    case TickedRole:
-        return state.isTicked;
-    case KeptRole:
-        return isKept;
-    case RefusalRole:
-        return state.refusal;
-    case NoteRole:
-        return isKept ? QString() : state.note;
-    case WordsRole:
-        return tr("%1, %2, %3, in %4, changed %5")
-            .arg(textOf(lastPathComponent(file.path)), isKept ? tr("kept") : textOf(title(group.kind())),
-                 sizeText(group, static_cast<std::int32_t>(copy)),
-                 textOf(tildePath(parentPath(file.path), home_)), changedText(file.modified));
-    default:
-        return QString();
-    }
-}
-
-QHash<int, QByteArray> DuplicateGroupsModel::roleNames() const {
-    return {{keyRole, "key"},         {HeadRole, "head"},   {NameRole, "name"},        {KindRole, "kind"},
-            {CopiesRole, "copies"},   {FreesRole, "frees"}, {FoldedRole, "folded"},    {PathRole, "path"},
-            {ChangedRole, "changed"}, {SizeRole, "size"},   {TickedRole, "ticked"},    {KeptRole, "kept"},
-            {RefusalRole, "refusal"}, {NoteRole, "note"},   {LastRole, "lastOfGroup"}, {WordsRole, "words"}};
+    return tr("%1, %2, %3, in %4, changed %5")
+        .arg(textOf(lastPathComponent(file.path)), group.kept() == copy ? tr("kept") : kind,
+             sizeText(group, row.copy), textOf(tildePath(parentPath(file.path), home_)),
+             changedText(file.modified));
 }
 
 QString rangeText(std::uint64_t least, std::uint64_t most) {

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "Models/CopyGroup.h"
+#include "Models/RoleList.h"
+#include "Util/TextMatcher.h"
 
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 #include <string>
 #include <vector>
@@ -12,30 +13,16 @@ namespace orbel {
 /// Groups of copies as the rows of one list: the head of a group, and below it its copies unless it is
 /// folded. What a row shows is made when it is asked for; folding, filtering and ticking cost no more than a
 /// look at every group.
-class DuplicateGroupsModel : public QAbstractListModel {
+///
+/// Roles: `head`, `name`, `kind`, `path` for people, `size`, `folded`, `ticked`, `kept`; `copies` "3 copies
+/// · 14.6 GB each" and `frees`, of a head; `changed`, `refusal`, `note`, of a copy; `lastOfGroup`; `words`
+/// for assistive technology.
+class DuplicateGroupsModel : public RoleList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the DuplicatesFlow.")
 
 public:
-    enum Role {
-        HeadRole = Qt::UserRole + 1,
-        NameRole,
-        KindRole,
-        /// "3 copies · 14.6 GB each"
-        CopiesRole,
-        FreesRole,
-        FoldedRole,
-        PathRole, ///< for people
-        ChangedRole,
-        SizeRole,
-        TickedRole,
-        KeptRole,
-        RefusalRole,
-        NoteRole,
-        LastRole, ///< of its group
-        WordsRole ///< for assistive technology
-    };
     /// Over all groups that are there.
     struct Totals {
         std::size_t groups = 0;
@@ -52,7 +39,7 @@ public:
     /// A group and its answers.
     using Answered = std::pair<std::size_t, Answers>;
 
-    using QAbstractListModel::QAbstractListModel;
+    DuplicateGroupsModel();
 
     void setGroups(std::vector<CopyGroup> groups, std::string home);
     const std::vector<CopyGroup>& groups() const { return groups_; }
@@ -83,8 +70,6 @@ public:
     bool isRow(int row) const { return row >= 0 && row < rowCount(); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
 Q_SIGNALS:
     /// Of the totals.
@@ -104,17 +89,16 @@ private:
     bool passes(const CopyGroup& group) const;
     void showRows();
     void tellGroup(std::size_t group);
-    void tellAll();
     void countTotals();
-    QVariant headData(const CopyGroup& group, int role) const;
-    QVariant copyData(const CopyGroup& group, std::size_t copy, int role) const;
+    bool isTicked(Row row) const;
+    QString wordsOf(Row row) const;
     QString pathText(const DuplicateFile& file) const;
 
     std::vector<CopyGroup> groups_;
     std::vector<Row> rows_;
     std::vector<int> headRows_; ///< of each group; -1 when it is not shown
     std::string home_;
-    std::string filter_; ///< folded
+    TextMatcher filter_{""};
     std::uint64_t minimumBytes_ = 0;
     KeepRule rule_ = KeepRule::newest;
     std::string ruleFolder_;

@@ -1,7 +1,5 @@
 #include "Models/GrowthModel.h"
 
-#include "Models/ByteFigure.h"
-
 #include <QDateTime>
 #include <QLocale>
 
@@ -27,62 +25,29 @@ QString sinceText(Date date, std::chrono::system_clock::time_point now) {
 } // namespace
 
 void GrowthModel::set(Content content, std::chrono::system_clock::time_point now) {
-    beginResetModel();
-    content_ = std::move(content);
-    since_ = content_.since ? sinceText(*content_.since, now) : QString();
-    endResetModel();
+    folders_.setRows(std::move(content.folders));
+    since_ = content.since ? sinceText(*content.since, now) : QString();
+    failure_ = std::move(content.failure);
     Q_EMIT changed();
 }
 
 void GrowthModel::follow(const FileTree& tree, const PathCanonicalizer& canonicalizer) {
-    if (content_.folders.empty())
-        return;
-    beginResetModel();
-    std::erase_if(content_.folders, [&](Folder& folder) {
+    auto folders = folders_.rows();
+    std::erase_if(folders, [&](GrowthFolder& folder) {
         const auto node = tree.index(folder.place, canonicalizer);
         folder.node = node.value_or(0);
         return !node;
     });
-    endResetModel();
-    Q_EMIT changed();
+    folders_.setRows(std::move(folders));
 }
 
 QString GrowthModel::statement() const {
-    return content_.since ? tr("Nothing grew") : tr("No comparison yet");
+    return since_.isEmpty() ? tr("No comparison yet") : tr("Nothing grew");
 }
 
 QString GrowthModel::sentence() const {
-    return content_.since ? tr("No folder takes 1 MB more than it did.")
-                          : tr("Growth compares two complete scans of the same folder.");
-}
-
-int GrowthModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(content_.folders.size());
-}
-
-QVariant GrowthModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const auto& folder = content_.folders[static_cast<std::size_t>(index.row())];
-    switch (role) {
-    case NodeRole:
-        return folder.node;
-    case PathRole:
-        return folder.path;
-    case KindRole:
-        return folder.kind;
-    case BytesRole:
-        return folder.bytes;
-    case SizeRole:
-        return ByteFigure(folder.bytes).text();
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> GrowthModel::roleNames() const {
-    return {
-        {NodeRole, "node"}, {PathRole, "path"}, {KindRole, "kind"}, {BytesRole, "bytes"}, {SizeRole, "size"}};
+    return since_.isEmpty() ? tr("Growth compares two complete scans of the same folder.")
+                            : tr("No folder takes 1 MB more than it did.");
 }
 
 } // namespace orbel

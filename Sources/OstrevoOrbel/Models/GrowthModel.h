@@ -1,25 +1,47 @@
 #pragma once
 
+#include "Models/ByteFigure.h"
+#include "Models/GadgetListModel.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Scan/FileTree.h"
 #include "Util/Iso8601.h"
 
 #include <chrono>
 #include <optional>
-#include <QAbstractListModel>
-#include <QtQml/qqmlregistration.h>
+#include <QObject>
+#include <QString>
 #include <string>
 #include <vector>
 
 namespace orbel {
 
+/// A folder that grew. A plain value.
+struct GrowthFolder {
+    Q_GADGET
+    Q_PROPERTY(quint32 node MEMBER node)
+    Q_PROPERTY(QString path MEMBER path)
+    Q_PROPERTY(int kind MEMBER kind)
+    Q_PROPERTY(QString size READ size)
+
+public:
+    quint32 node = 0;  ///< in the tree of this version
+    std::string place; ///< its absolute path, in visible form
+    QString path;      ///< the same for people: "~" in place of the home
+    int kind = 0;      ///< FileKind's raw value: the kind that most of it is
+    quint64 bytes = 0; ///< by how much it grew
+
+    QString size() const { return ByteFigure(bytes).text(); }
+    bool operator==(const GrowthFolder&) const = default;
+};
+
 /// The folders that grew most since the scan of the same root before, and since when; or why there is nothing
 /// to compare.
-class GrowthModel : public QAbstractListModel {
+class GrowthModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppModel.")
 
+    Q_PROPERTY(orbel::RoleList* folders READ folders CONSTANT)
     /// "since 14 November"; empty when there is no comparison.
     Q_PROPERTY(QString since READ since NOTIFY changed)
     /// What stands in place of the rows when there are none.
@@ -27,22 +49,11 @@ class GrowthModel : public QAbstractListModel {
     Q_PROPERTY(QString sentence READ sentence NOTIFY changed)
 
 public:
-    struct Folder {
-        quint32 node = 0;  ///< in the tree of this version
-        std::string place; ///< its absolute path, in visible form
-        QString path;      ///< the same for people: "~" in place of the home
-        int kind = 0;      ///< FileKind's raw value: the kind that most of it is
-        quint64 bytes = 0; ///< by how much it grew
-    };
     struct Content {
         std::optional<Date> since; ///< absent: there is nothing to compare with
-        std::vector<Folder> folders;
+        std::vector<GrowthFolder> folders;
         QString failure; ///< why the scan could not be kept for the next one; empty when it was
     };
-
-    enum Role { NodeRole = Qt::UserRole, PathRole, KindRole, BytesRole, SizeRole };
-
-    using QAbstractListModel::QAbstractListModel;
 
     /// `now` decides how the date is written.
     void set(Content content, std::chrono::system_clock::time_point now);
@@ -50,21 +61,19 @@ public:
     /// Keeps to the folders in an edited tree, whose nodes may have other numbers; what is gone has no row.
     void follow(const FileTree& tree, const PathCanonicalizer& canonicalizer);
 
-    const QString& failure() const { return content_.failure; }
+    const QString& failure() const { return failure_; }
+    GadgetListModel<GrowthFolder>* folders() { return &folders_; }
     QString since() const { return since_; }
     QString statement() const;
     QString sentence() const;
-
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
 Q_SIGNALS:
     void changed();
 
 private:
-    Content content_;
+    GadgetListModel<GrowthFolder> folders_;
     QString since_;
+    QString failure_;
 };
 
 } // namespace orbel

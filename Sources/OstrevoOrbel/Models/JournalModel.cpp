@@ -1,10 +1,10 @@
 #include "Models/JournalModel.h"
 
+#include "Launch/Screen.h"
 #include "Models/ByteFigure.h"
 #include "Models/ItemKey.h"
 #include "Models/Wording.h"
 #include "Scan/FileKind.h"
-#include "Screen.h"
 #include "Util/PathText.h"
 
 #include <algorithm>

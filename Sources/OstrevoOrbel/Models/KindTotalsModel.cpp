@@ -4,51 +4,52 @@
 #include "Models/Wording.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace orbel {
 
+namespace {
+
+std::uint64_t bytesOf(const KindTotals& totals, FileKind kind) {
+    return totals.at(static_cast<std::size_t>(kind));
+}
+
+/// Of the kinds that take up something, in the order given.
+std::vector<KindTotal> rowsOf(const KindTotals& totals, auto kinds) {
+    const auto largest = std::ranges::max(totals);
+    std::vector<KindTotal> rows;
+    for (const FileKind kind : kinds)
+        if (const auto bytes = bytesOf(totals, kind); bytes > 0)
+            rows.push_back({.kind = static_cast<int>(kind),
+                            .title = textOf(title(kind)),
+                            .size = ByteFigure(bytes).text(),
+                            .fraction = fractionOf(bytes, largest)});
+    return rows;
+}
+
+} // namespace
+
 void KindTotalsModel::setTotals(const KindTotals& totals) {
-    beginResetModel();
-    rows_.clear();
-    for (const FileKind kind : allFileKinds) {
-        const auto bytes = totals.at(static_cast<std::size_t>(kind));
-        if (bytes > 0)
-            rows_.push_back({kind, bytes});
-    }
-    std::ranges::stable_sort(rows_, std::greater{}, &Row::bytes);
-    endResetModel();
+    auto kinds = allFileKinds;
+    std::ranges::stable_sort(kinds, std::greater{}, [&](FileKind kind) { return bytesOf(totals, kind); });
+    setRows(rowsOf(totals, kinds));
 }
 
-int KindTotalsModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+void MapLegendModel::setTotals(const KindTotals& totals) {
+    totals_ = totals;
+    show();
 }
 
-QVariant KindTotalsModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const auto& row = rows_[static_cast<std::size_t>(index.row())];
-    switch (role) {
-    case KindRole:
-        return static_cast<int>(row.kind);
-    case TitleRole:
-        return textOf(title(row.kind));
-    case BytesRole:
-        return row.bytes;
-    case SizeRole:
-        return ByteFigure(row.bytes).text();
-    case FractionRole:
-        return static_cast<double>(row.bytes) / static_cast<double>(rows_.front().bytes);
-    default:
-        return {};
-    }
+void MapLegendModel::setChosen(unsigned kinds) {
+    chosen_ = kinds;
+    show();
 }
 
-QHash<int, QByteArray> KindTotalsModel::roleNames() const {
-    return {{KindRole, "kind"},
-            {TitleRole, "title"},
-            {BytesRole, "bytes"},
-            {SizeRole, "size"},
-            {FractionRole, "fraction"}};
+void MapLegendModel::show() {
+    auto rows = rowsOf(totals_, shownFileKinds);
+    for (auto& row : rows)
+        row.active = (chosen_ >> static_cast<unsigned>(row.kind) & 1U) != 0;
+    setRows(std::move(rows));
 }
 
 } // namespace orbel

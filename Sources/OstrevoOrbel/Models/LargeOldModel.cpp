@@ -37,7 +37,29 @@ QString openText(const std::vector<ProcessUse>& users) {
 } // namespace
 
 LargeOldModel::LargeOldModel(const Ticks& ticks, std::string home)
-    : ticks_(ticks), home_(std::move(home)), list_(std::make_shared<LargeOldList>()) {}
+    : ticks_(ticks), home_(std::move(home)), list_(std::make_shared<LargeOldList>()) {
+    using Row = LargeOldQuery::Row;
+    const auto of = [this](auto read) {
+        return [this, read](int place) -> QVariant { return read(rowAt(place)); };
+    };
+    setRoles({{"key", of([](const Row& row) { return keyOf(row.item.path); })},
+              {"node", of([](const Row& row) { return row.index; })},
+              {"name", of([](const Row& row) { return textOf(row.item.title); })},
+              {"folder",
+               of([this](const Row& row) { return textOf(tildePath(parentPath(row.item.path), home_)); })},
+              {"path", of([this](const Row& row) { return textOf(tildePath(row.item.path, home_)); })},
+              {"kind", of([](const Row& row) { return static_cast<int>(row.kind); })},
+              {"kindName", of([](const Row& row) { return textOf(title(row.kind)); })},
+              {"size", of([](const Row& row) { return ByteFigure(row.bytes).text(); })},
+              {"lastUsed", of([](const Row& row) { return dayText(row.lastUsed.date); })},
+              {"record", of([](const Row& row) { return recordText(row.lastUsed.record); })},
+              {"tick", of([this](const Row& row) {
+                   return ticks_.contains(row.id()) ? Qt::Checked : Qt::Unchecked;
+               })},
+              {"refusal", of([](const Row& row) { return textOf(row.item.blockedReason.value_or("")); })},
+              {"openIn", of([](const Row& row) { return openText(row.openBy); })},
+              {"note", of([](const Row& row) { return textOf(row.item.note.value_or("")); })}});
+}
 
 void LargeOldModel::show(std::shared_ptr<const LargeOldList> list, LargeOldOrder order) {
     if (list == list_ && order == order_)
@@ -70,11 +92,6 @@ void LargeOldModel::sumUp() {
         bytes_ += list_->rows()[row].bytes;
 }
 
-void LargeOldModel::tellTicks() {
-    if (rowCount() > 0)
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TickRole});
-}
-
 int LargeOldModel::placeOf(const QString& id) const {
     const auto row = list_->find(id.toStdString());
     return !row || order_.places[*row] == LargeOldOrder::nowhere ? -1 : static_cast<int>(order_.places[*row]);
@@ -84,64 +101,17 @@ const LargeOldQuery::Row& LargeOldModel::rowAt(int place) const {
     return list_->rows()[order_.rows[static_cast<std::size_t>(place)]];
 }
 
-int LargeOldModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(order_.rows.size());
-}
-
-QVariant LargeOldModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const auto& row = rowAt(index.row());
-    switch (role) {
-    case NodeRole:
-        return row.index;
-    case keyRole:
-        return keyOf(row.item.path);
-    case Qt::DisplayRole:
-    case NameRole:
-        return textOf(row.item.title);
-    case FolderRole:
-        return textOf(tildePath(parentPath(row.item.path), home_));
-    case PathRole:
-        return textOf(tildePath(row.item.path, home_));
-    case KindRole:
-        return static_cast<int>(row.kind);
-    case KindNameRole:
-        return textOf(title(row.kind));
-    case SizeRole:
-        return ByteFigure(row.bytes).text();
-    case LastUsedRole:
-        return dayText(row.lastUsed.date);
-    case RecordRole:
-        return recordText(row.lastUsed.record);
-    case TickRole:
-        return static_cast<int>(ticks_.contains(row.id()) ? Qt::Checked : Qt::Unchecked);
-    case RefusalRole:
-        return row.item.isSelectable() ? QString() : textOf(*row.item.blockedReason);
-    case OpenInRole:
-        return openText(row.openBy);
-    case NoteRole:
-        return row.item.note ? textOf(*row.item.note) : QString();
-    default:
-        return {};
-    }
-}
-
 QModelIndexList LargeOldModel::match(const QModelIndex& start, int role, const QVariant& value, int hits,
                                      Qt::MatchFlags flags) const {
     if (role != keyRole)
-        return QAbstractListModel::match(start, role, value, hits, flags);
+        return RoleList::match(start, role, value, hits, flags);
     const auto module = std::string(rawValue(DeletionModule::largeOld));
     const int place = placeOf(QString::fromStdString(module + ":" + pathOfKey(value.toString())));
     return place < 0 ? QModelIndexList() : QModelIndexList{index(place)};
 }
 
-QHash<int, QByteArray> LargeOldModel::roleNames() const {
-    return {{keyRole, "key"},           {NodeRole, "node"}, {NameRole, "name"},
-            {FolderRole, "folder"},     {PathRole, "path"}, {KindRole, "kind"},
-            {KindNameRole, "kindName"}, {SizeRole, "size"}, {LastUsedRole, "lastUsed"},
-            {RecordRole, "record"},     {TickRole, "tick"}, {RefusalRole, "refusal"},
-            {OpenInRole, "openIn"},     {NoteRole, "note"}};
+int LargeOldModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(order_.rows.size());
 }
 
 } // namespace orbel

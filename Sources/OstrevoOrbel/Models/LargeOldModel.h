@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Models/LargeOldList.h"
+#include "Models/RoleList.h"
 #include "Models/Ticks.h"
 
 #include <memory>
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 #include <string>
 #include <unordered_set>
@@ -13,28 +13,16 @@ namespace orbel {
 
 /// The rows of the large and old files as they are shown. Each is put into words when it is asked for, so a
 /// hundred thousand cost no more than ten.
-class LargeOldModel : public QAbstractListModel {
+///
+/// Roles: `node`, `name`, `kind`, `kindName`, `size`, `note`; `folder` "~/Downloads"; `path`; `lastUsed` "3
+/// March 2025"; `record` "file access time"; `tick`, a Qt::CheckState; `refusal`, why it cannot be ticked;
+/// `openIn` "Open in qemu-system-x86".
+class LargeOldModel : public RoleList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the LargeOldFlow.")
 
 public:
-    enum Role {
-        NodeRole = Qt::UserRole,
-        NameRole,
-        FolderRole, ///< "~/Downloads"
-        PathRole,   ///< "~/Downloads/raspios-full.img"
-        KindRole,
-        KindNameRole,
-        SizeRole,
-        LastUsedRole, ///< "3 March 2025"
-        RecordRole,   ///< "file access time"
-        TickRole,     ///< Qt::CheckState
-        RefusalRole,  ///< why it cannot be ticked
-        OpenInRole,   ///< "Open in qemu-system-x86"
-        NoteRole
-    };
-
     /// `ticks` outlive the model.
     LargeOldModel(const Ticks& ticks, std::string home);
 
@@ -43,18 +31,16 @@ public:
     /// Takes out what lies at these paths.
     void drop(const std::unordered_set<std::string>& paths);
     /// Ticks have changed.
-    void tellTicks();
+    void tellTicks() { notifyRows(); }
 
     std::uint64_t bytes() const { return bytes_; }
     /// Where an item of that id is shown; -1 where it is not.
     int placeOf(const QString& id) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
     /// Finds a key at once, however many rows there are.
     QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
                           Qt::MatchFlags flags) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
 private:
     const LargeOldQuery::Row& rowAt(int place) const;

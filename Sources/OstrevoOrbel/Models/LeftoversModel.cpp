@@ -26,11 +26,27 @@ std::string_view evidenceOf(const DeletionItem& item) {
 } // namespace
 
 LeftoversModel::LeftoversModel(std::string home, const Ticks& ticks, QObject* parent)
-    : QAbstractListModel(parent), home_(std::move(home)), ticks_(ticks) {
-    connect(&ticks, &Ticks::changed, this, [this] {
-        if (rowCount() > 0)
-            Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TickRole});
-    });
+    : RoleList(parent), home_(std::move(home)), ticks_(ticks) {
+    connect(&ticks, &Ticks::changed, this, &LeftoversModel::notifyRows);
+    const auto of = [this](auto read) {
+        return [this, read](int row) -> QVariant { return read(rows_[static_cast<std::size_t>(row)]); };
+    };
+    setRoles(
+        {{"key", of([](const Row& row) { return keyOf(row.ticked.item.path); })},
+         {"label", of([](const Row& row) { return textOf(lastPathComponent(row.ticked.item.path)); })},
+         {"path", of([this](const Row& row) { return textOf(tildePath(row.ticked.item.path, home_)); })},
+         {"section", of([](const Row& row) { return sectionName(row.section); })},
+         {"title", of([this](const Row& row) { return titleOf(row); })},
+         {"detail", of([this](const Row& row) { return detailOf(row); })},
+         {"kind",
+          [this](int row) { return static_cast<int>(kindOf(rows_[static_cast<std::size_t>(row)], row)); }},
+         {"size", of(sizeOf)},
+         {"tick", of([this](const Row& row) {
+              return row.words.isEmpty() && ticks_.contains(row.ticked.item.id) ? Qt::Checked : Qt::Unchecked;
+          })},
+         {"refusal", of([](const Row& row) { return textOf(row.ticked.item.blockedReason.value_or("")); })},
+         {"note", of([](const Row& row) { return textOf(row.ticked.item.note.value_or("")); })},
+         {"listed", of([](const Row& row) { return row.words.isEmpty(); })}});
 }
 
 void LeftoversModel::set(std::vector<TickedItem> items, std::size_t ownItems,
@@ -57,11 +73,10 @@ void LeftoversModel::set(std::vector<TickedItem> items, std::size_t ownItems,
     endResetModel();
 }
 
-void LeftoversModel::remove(const std::vector<DeletionItem>& items) {
-    for (const auto& item : items) {
-        const auto row = std::ranges::find_if(rows_, [&](const Row& each) {
-            return each.words.isEmpty() && each.ticked.item.path == item.path;
-        });
+void LeftoversModel::remove(const std::vector<std::string>& paths) {
+    for (const auto& path : paths) {
+        const auto row = std::ranges::find_if(
+            rows_, [&](const Row& each) { return each.words.isEmpty() && each.ticked.item.path == path; });
         if (row == rows_.end())
             continue;
         const int number = static_cast<int>(row - rows_.begin());
@@ -118,58 +133,17 @@ FileKind LeftoversModel::kindOf(const Row& row, int number) {
     return row.ticked.item.scanStamp.isDirectory ? FileKind::folder : row.ticked.kind;
 }
 
-QString LeftoversModel::refusalOf(const Row& row) {
-    return textOf(row.ticked.item.blockedReason.value_or(""));
+QString LeftoversModel::sizeOf(const Row& row) {
+    if (!row.words.isEmpty())
+        return {};
+    // What may not move is not measured.
+    const auto& item = row.ticked.item;
+    return item.isSelectable() || item.estimatedBytes > 0 ? ByteFigure(item.estimatedBytes).text()
+                                                          : QStringLiteral("—");
 }
 
 int LeftoversModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-}
-
-QVariant LeftoversModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const auto& row = rows_[static_cast<std::size_t>(index.row())];
-    const auto& item = row.ticked.item;
-    const bool isListed = row.words.isEmpty();
-    // What may not move is not measured.
-    const bool isMeasured = isListed && (item.isSelectable() || item.estimatedBytes > 0);
-    switch (role) {
-    case SectionRole:
-        return sectionName(row.section);
-    case keyRole:
-        return keyOf(item.path);
-    case Qt::DisplayRole:
-        return textOf(lastPathComponent(item.path));
-    case PathRole:
-        return textOf(tildePath(item.path, home_));
-    case TitleRole:
-        return titleOf(row);
-    case DetailRole:
-        return detailOf(row);
-    case KindRole:
-        return static_cast<int>(kindOf(row, index.row()));
-    case SizeRole:
-        return isMeasured ? ByteFigure(item.estimatedBytes).text()
-               : isListed ? QStringLiteral("—")
-                          : QString();
-    case TickRole:
-        return static_cast<int>(isListed && ticks_.contains(item.id) ? Qt::Checked : Qt::Unchecked);
-    case RefusalRole:
-        return refusalOf(row);
-    case NoteRole:
-        return textOf(item.note.value_or(""));
-    case ListedRole:
-        return isListed;
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> LeftoversModel::roleNames() const {
-    return {{keyRole, "key"},         {PathRole, "path"}, {SectionRole, "section"}, {TitleRole, "title"},
-            {DetailRole, "detail"},   {KindRole, "kind"}, {SizeRole, "size"},       {TickRole, "tick"},
-            {RefusalRole, "refusal"}, {NoteRole, "note"}, {ListedRole, "listed"}};
 }
 
 } // namespace orbel

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Find/LeftoverMatcher.h"
+#include "Models/RoleList.h"
 #include "Models/Ticks.h"
 
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 #include <string>
 #include <vector>
@@ -12,25 +12,16 @@ namespace orbel {
 
 /// What goes with the selected application, in sections: the application with its own files, its leftovers,
 /// and what only an administrator can remove. Where there are no leftovers, a row of that section says so.
-class LeftoversModel : public QAbstractListModel {
+///
+/// Roles: `section` "app", "leftovers" or "shared"; `title`; `detail`, the application's path or why it
+/// belongs to it; `kind`, `size`, `note`; `tick`, a Qt::CheckState; `refusal`, why it cannot be ticked;
+/// `listed`, whether it is an item and not words in place of one.
+class LeftoversModel : public RoleList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppsFlow.")
 
 public:
-    enum Role {
-        SectionRole = Qt::UserRole, ///< "app", "leftovers", "shared"
-        PathRole,                   ///< for people; empty for words in place of an item
-        TitleRole,                  ///< the application's name, else the path
-        DetailRole,                 ///< the path of the application, else why it belongs to it
-        KindRole,
-        SizeRole,
-        TickRole,    ///< Qt::CheckState
-        RefusalRole, ///< why it cannot be ticked; empty when it can
-        NoteRole,
-        ListedRole ///< whether it is an item, and not words in place of one
-    };
-
     /// `ticks` outlives this.
     LeftoversModel(std::string home, const Ticks& ticks, QObject* parent = nullptr);
 
@@ -38,15 +29,13 @@ public:
     /// when there are none of those.
     void set(std::vector<TickedItem> items, std::size_t ownItems,
              const std::vector<Leftover>& forAdministrators, const QString& noneText);
-    void remove(const std::vector<DeletionItem>& items);
+    void remove(const std::vector<std::string>& paths);
 
     /// Null for a row that stands for nothing that could be ticked.
     const TickedItem* itemAt(int row) const;
     std::size_t positionOf(const std::string& path) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
 private:
     enum class Section { app, leftovers, shared };
@@ -61,7 +50,7 @@ private:
     QString titleOf(const Row& row) const;
     QString detailOf(const Row& row) const;
     static FileKind kindOf(const Row& row, int number);
-    static QString refusalOf(const Row& row);
+    static QString sizeOf(const Row& row);
 
     std::string home_;
     const Ticks& ticks_;

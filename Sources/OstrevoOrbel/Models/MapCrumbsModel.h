@@ -1,40 +1,32 @@
 #pragma once
 
+#include "Models/GadgetListModel.h"
 #include "Scan/FileTree.h"
 
-#include <memory>
-#include <QAbstractListModel>
-#include <QtQml/qqmlregistration.h>
-#include <vector>
+#include <QString>
 
 namespace orbel {
 
-/// The way from the root of the scan to the map's folder.
-class MapCrumbsModel : public QAbstractListModel {
-    Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("Belongs to the MapModel.")
+/// A folder on the way to the map's. A plain value.
+struct MapCrumb {
+    Q_GADGET
+    Q_PROPERTY(quint32 node MEMBER node)
+    Q_PROPERTY(QString name MEMBER name)
+    Q_PROPERTY(QString size MEMBER size)
 
 public:
-    enum Role { NodeRole = Qt::UserRole, NameRole, SizeRole };
+    NodeIndex node = 0;
+    QString name;
+    QString size;
 
-    using QAbstractListModel::QAbstractListModel;
+    bool operator==(const MapCrumb&) const = default;
+};
 
+/// The way from the root of the scan to the map's folder.
+class MapCrumbsModel : public GadgetListModel<MapCrumb> {
+public:
     /// `rootName` is what the root is called.
     void setFolder(const FileTree& tree, NodeIndex folder, const QString& rootName);
-
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
-
-private:
-    struct Crumb {
-        NodeIndex node;
-        QString name;
-        QString size;
-    };
-
-    std::vector<Crumb> crumbs_;
 };
 
 } // namespace orbel

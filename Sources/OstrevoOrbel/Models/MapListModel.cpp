@@ -9,8 +9,27 @@
 
 namespace orbel {
 
-MapListModel::MapListModel(QObject* parent)
-    : QAbstractListModel(parent), tree_(std::make_shared<FileTree>()) {}
+MapListModel::MapListModel(QObject* parent) : RoleList(parent), tree_(std::make_shared<FileTree>()) {
+    const auto of = [this](auto read) {
+        return [this, read](int row) -> QVariant { return read(nodeAt(row)); };
+    };
+    setRoles({{"node", of([](NodeIndex node) { return node; })},
+              {"name", of([this](NodeIndex node) { return nameText(*tree_, node); })},
+              {"kind", of([this](NodeIndex node) {
+                   return static_cast<int>(TreemapModel::representativeKind(*tree_, node));
+               })},
+              {"kindName", of([this](NodeIndex node) { return kindText(*tree_, node); })},
+              {"size", of([this](NodeIndex node) { return ByteFigure(tree_->allocated(node)).text(); })},
+              {"fraction", of([this](NodeIndex node) {
+                   return fractionOf(tree_->allocated(node), tree_->allocated(nodeAt(0)));
+               })},
+              {"share", of([this](NodeIndex node) {
+                   return shareText(tree_->allocated(node), tree_->allocated(folder_));
+               })},
+              {"tick", of([this](NodeIndex node) { return tickState_ ? tickState_(node) : Qt::Unchecked; })},
+              {"refusal", of([this](NodeIndex node) { return refusal_ ? refusal_(node) : QString(); })},
+              {"note", of([this](NodeIndex node) { return note_ ? note_(node) : QString(); })}});
+}
 
 void MapListModel::setTicking(std::function<Qt::CheckState(NodeIndex)> tickState,
                               std::function<QString(NodeIndex)> refusal,
@@ -18,11 +37,6 @@ void MapListModel::setTicking(std::function<Qt::CheckState(NodeIndex)> tickState
     tickState_ = std::move(tickState);
     refusal_ = std::move(refusal);
     note_ = std::move(note);
-}
-
-void MapListModel::tellTicks() {
-    if (rowCount() > 0)
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TickRole, RefusalRole, NoteRole});
 }
 
 void MapListModel::setFolder(std::shared_ptr<const FileTree> tree, NodeIndex folder) {
@@ -60,46 +74,6 @@ NodeIndex MapListModel::nodeAt(int row) const {
 
 int MapListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(children().size());
-}
-
-QVariant MapListModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const NodeIndex node = nodeAt(index.row());
-    const auto bytes = tree_->allocated(node);
-    const auto largest = tree_->allocated(children().front());
-    switch (role) {
-    case NodeRole:
-        return node;
-    case Qt::DisplayRole:
-    case NameRole:
-        return textOf(tree_->nameBytes(node)) + (tree_->isFolder(node) ? QStringLiteral("/") : QString());
-    case KindRole:
-        return static_cast<int>(TreemapModel::representativeKind(*tree_, node));
-    case KindNameRole:
-        return kindText(*tree_, node);
-    case SizeRole:
-        return ByteFigure(bytes).text();
-    case FractionRole:
-        return largest == 0 ? 0.0 : static_cast<double>(bytes) / static_cast<double>(largest);
-    case ShareRole:
-        return shareText(bytes, tree_->allocated(folder_));
-    case TickRole:
-        return static_cast<int>(tickState_ ? tickState_(node) : Qt::Unchecked);
-    case RefusalRole:
-        return refusal_ ? refusal_(node) : QString();
-    case NoteRole:
-        return note_ ? note_(node) : QString();
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> MapListModel::roleNames() const {
-    return {{NodeRole, "node"},         {NameRole, "name"}, {KindRole, "kind"},
-            {KindNameRole, "kindName"}, {SizeRole, "size"}, {FractionRole, "fraction"},
-            {ShareRole, "share"},       {TickRole, "tick"}, {RefusalRole, "refusal"},
-            {NoteRole, "note"}};
 }
 
 } // namespace orbel

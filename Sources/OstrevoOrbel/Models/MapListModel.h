@@ -1,43 +1,33 @@
 #pragma once
 
+#include "Models/RoleList.h"
 #include "Scan/FileTree.h"
 
 #include <functional>
 #include <memory>
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 
 namespace orbel {
 
 /// What lies directly in the map's folder, largest first. Rows are read from the tree when they are asked
 /// for, so a folder of a million files costs no more than one of ten.
-class MapListModel : public QAbstractListModel {
+///
+/// Roles: `node`, `kind`, `kindName`, `size`; `name`, which ends in "/" for a folder; `fraction` of the
+/// largest row; `share` of the folder; `tick`, a Qt::CheckState; `refusal`, why it cannot be ticked, as far
+/// as known; `note`, what to know before it moves.
+class MapListModel : public RoleList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the MapModel.")
 
 public:
-    /// `name` ends in "/" for a folder; `fraction` is that of the largest row.
-    enum Role {
-        NodeRole = Qt::UserRole,
-        NameRole,
-        KindRole,
-        KindNameRole,
-        SizeRole,
-        FractionRole,
-        ShareRole,
-        TickRole,    ///< Qt::CheckState
-        RefusalRole, ///< why it cannot be ticked, as far as known
-        NoteRole     ///< what to know before it moves
-    };
-
     explicit MapListModel(QObject* parent = nullptr);
 
     /// Each is asked whenever a row is drawn.
     void setTicking(std::function<Qt::CheckState(NodeIndex)> tickState,
                     std::function<QString(NodeIndex)> refusal, std::function<QString(NodeIndex)> note);
     /// Ticks, refusals or notes have changed.
-    void tellTicks();
+    void tellTicks() { notifyRows(); }
 
     void setFolder(std::shared_ptr<const FileTree> tree, NodeIndex folder);
 
@@ -46,8 +36,6 @@ public:
     NodeIndex nodeAt(int row) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
 private:
     std::span<const NodeIndex> children() const;

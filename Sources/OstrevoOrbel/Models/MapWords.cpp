@@ -27,6 +27,10 @@ QString noteText(const FileTree& tree, NodeIndex node) {
     return textOf(DeletionItem::noteOn(tree, node).value_or(""));
 }
 
+QString nameText(const FileTree& tree, NodeIndex node) {
+    return textOf(tree.nameBytes(node)) + (tree.isFolder(node) ? QStringLiteral("/") : QString());
+}
+
 QString kindText(const FileTree& tree, NodeIndex node) {
     return TreemapModel::isPlainFolder(tree, node) ? QObject::tr("Folder") : textOf(title(tree.kind(node)));
 }

@@ -21,6 +21,9 @@ QString changedText(std::chrono::sys_seconds time);
 /// The note that an item of the node would have; empty when it has none.
 QString noteText(const FileTree& tree, NodeIndex node);
 
+/// "a.mkv"; "films/" for a folder.
+QString nameText(const FileTree& tree, NodeIndex node);
+
 /// "Folder", else the kind's name.
 QString kindText(const FileTree& tree, NodeIndex node);
 

@@ -3,74 +3,47 @@
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
 
+#include <array>
+
 namespace orbel {
 
-namespace {
-
-QString stateName(MoveItemsModel::State state) {
-    switch (state) {
-    case MoveItemsModel::State::waiting:
-        return QStringLiteral("waiting");
-    case MoveItemsModel::State::checking:
-        return QStringLiteral("checking");
-    case MoveItemsModel::State::moved:
-        return QStringLiteral("moved");
-    case MoveItemsModel::State::skipped:
-        break;
-    }
-    return QStringLiteral("skipped");
+QString MoveItem::path() const {
+    return textOf(ticked->item.path);
 }
 
-} // namespace
+QString MoveItem::entries() const {
+    return countText(ticked->count);
+}
+
+QString MoveItem::size() const {
+    return ByteFigure(ticked->item.estimatedBytes).text();
+}
+
+QString MoveItem::note() const {
+    return textOf(ticked->item.note.value_or(std::string()));
+}
+
+QString MoveItem::stage() const {
+    static constexpr std::array names{"waiting", "checking", "moved", "skipped"};
+    return QString::fromLatin1(names.at(static_cast<std::size_t>(state)));
+}
 
 void MoveItemsModel::setItems(std::vector<TickedItem> items) {
-    beginResetModel();
+    // No row may outlive the item that it points to.
+    setRows({});
     items_ = std::move(items);
-    states_.assign(items_.size(), State::waiting);
-    endResetModel();
-    Q_EMIT changed();
+    std::vector<MoveItem> rows;
+    for (const auto& ticked : items_)
+        rows.push_back({.ticked = &ticked});
+    setRows(std::move(rows));
 }
 
 void MoveItemsModel::setState(std::size_t row, State state) {
-    if (row >= states_.size() || states_[row] == state)
+    if (row >= rows_.size() || rows_[row].state == state)
         return;
-    states_[row] = state;
-    const auto changedRow = index(static_cast<int>(row));
-    Q_EMIT dataChanged(changedRow, changedRow, {StateRole});
-}
-
-int MoveItemsModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(items_.size());
-}
-
-QVariant MoveItemsModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const auto row = static_cast<std::size_t>(index.row());
-    const auto& ticked = items_[row];
-    switch (role) {
-    case PathRole:
-        return textOf(ticked.item.path);
-    case KindRole:
-        return static_cast<int>(ticked.kind);
-    case KindNameRole:
-        return ticked.kindName;
-    case EntriesRole:
-        return countText(ticked.count);
-    case SizeRole:
-        return ByteFigure(ticked.item.estimatedBytes).text();
-    case NoteRole:
-        return textOf(ticked.item.note.value_or(std::string()));
-    case StateRole:
-        return stateName(states_[row]);
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> MoveItemsModel::roleNames() const {
-    return {{PathRole, "path"}, {KindRole, "kind"}, {KindNameRole, "kindName"}, {EntriesRole, "entries"},
-            {SizeRole, "size"}, {NoteRole, "note"}, {StateRole, "stage"}};
+    rows_[row].state = state;
+    const auto changed = index(static_cast<int>(row));
+    Q_EMIT dataChanged(changed, changed);
 }
 
 } // namespace orbel

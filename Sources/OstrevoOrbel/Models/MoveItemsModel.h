@@ -1,43 +1,50 @@
 #pragma once
 
+#include "Models/GadgetListModel.h"
 #include "Models/TickedItem.h"
 
-#include <QAbstractListModel>
-#include <QtQml/qqmlregistration.h>
-#include <vector>
+#include <QString>
 
 namespace orbel {
 
-/// The items of a confirmation, and what became of each while they move.
-class MoveItemsModel : public QAbstractListModel {
-    Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("Belongs to the MoveFlow.")
-    Q_PROPERTY(int count READ rowCount NOTIFY changed)
+/// An item of a confirmation, and what became of it while it moves. Points to an item of its list.
+struct MoveItem {
+    Q_GADGET
+    Q_PROPERTY(QString path READ path)
+    Q_PROPERTY(int kind READ kind)
+    Q_PROPERTY(QString kindName READ kindName)
+    Q_PROPERTY(QString entries READ entries)
+    Q_PROPERTY(QString size READ size)
+    Q_PROPERTY(QString note READ note)
+    Q_PROPERTY(QString stage READ stage)
 
 public:
-    enum class State { waiting, checking, moved, skipped };
+    enum class State : unsigned char { waiting, checking, moved, skipped };
 
-    /// `path` whole; `kind` of the chip; `entries` "1,284"; `size` "26.7 GB"; `stage` "waiting", "checking",
-    /// "moved" or "skipped".
-    enum Role { PathRole = Qt::UserRole, KindRole, KindNameRole, EntriesRole, SizeRole, NoteRole, StateRole };
+    const TickedItem* ticked = nullptr;
+    State state = State::waiting;
 
-    using QAbstractListModel::QAbstractListModel;
+    QString path() const; ///< whole
+    int kind() const { return static_cast<int>(ticked->kind); }
+    QString kindName() const { return ticked->kindName; }
+    QString entries() const; ///< "1,284"
+    QString size() const;
+    QString note() const;
+    QString stage() const; ///< "waiting", "checking", "moved" or "skipped"
+    bool operator==(const MoveItem&) const = default;
+};
+
+/// The items of a confirmation.
+class MoveItemsModel : public GadgetListModel<MoveItem> {
+public:
+    using State = MoveItem::State;
 
     void setItems(std::vector<TickedItem> items);
     const std::vector<TickedItem>& items() const { return items_; }
     void setState(std::size_t row, State state);
 
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
-
-Q_SIGNALS:
-    void changed();
-
 private:
     std::vector<TickedItem> items_;
-    std::vector<State> states_;
 };
 
 } // namespace orbel

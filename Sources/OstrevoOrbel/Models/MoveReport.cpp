@@ -22,44 +22,6 @@ QString clockText(Date date) {
 
 } // namespace
 
-void ReportRowsModel::setRows(std::vector<Row> rows) {
-    beginResetModel();
-    rows_ = std::move(rows);
-    endResetModel();
-    Q_EMIT changed();
-}
-
-int ReportRowsModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-}
-
-QVariant ReportRowsModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const auto& row = rows_[static_cast<std::size_t>(index.row())];
-    switch (role) {
-    case TitleRole:
-        return row.title;
-    case PathRole:
-        return row.path;
-    case KindRole:
-        return row.kind;
-    case SizeRole:
-        return row.size;
-    case NoteRole:
-        return row.note;
-    case StateRole:
-        return row.state;
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> ReportRowsModel::roleNames() const {
-    return {{TitleRole, "title"}, {PathRole, "path"}, {KindRole, "kind"},
-            {SizeRole, "size"},   {NoteRole, "note"}, {StateRole, "stage"}};
-}
-
 MoveReport::MoveReport(QObject* parent) : QObject(parent) {}
 
 void MoveReport::set(DeletionReport report, const std::vector<TickedItem>& items, const QString& origin,
@@ -72,14 +34,14 @@ void MoveReport::set(DeletionReport report, const std::vector<TickedItem>& items
     kindOf_.clear();
     for (const auto& ticked : items)
         kindOf_[ticked.item.path] = static_cast<int>(ticked.kind);
-    std::vector<ReportRowsModel::Row> rows;
+    std::vector<ReportItem> rows;
     for (const auto& item : report_.skipped)
         rows.push_back({.title = textOf(item.title),
                         .path = textOf(tildePath(item.path, home_)),
                         .kind = kindOf_[item.path],
                         .size = {},
                         .note = textOf(item.reason),
-                        .state = QStringLiteral("skipped")});
+                        .stage = QStringLiteral("skipped")});
     skipped_.setRows(std::move(rows));
     showMoved();
     Q_EMIT changed();
@@ -98,7 +60,7 @@ void MoveReport::takePutBack(const std::vector<PutBackResult>& results) {
 }
 
 void MoveReport::showMoved() {
-    std::vector<ReportRowsModel::Row> rows;
+    std::vector<ReportItem> rows;
     for (const auto& item : report_.moved) {
         const auto attempt = putBackOf_.find(item.path);
         const bool isTried = attempt != putBackOf_.end();
@@ -108,7 +70,7 @@ void MoveReport::showMoved() {
                         .kind = kindOf_[item.path],
                         .size = ByteFigure(item.bytes).text(),
                         .note = textOf(isTried ? attempt->second.explanation() : item.note.value_or("")),
-                        .state = isBack    ? QStringLiteral("putBack")
+                        .stage = isBack    ? QStringLiteral("putBack")
                                  : isTried ? QStringLiteral("notPutBack")
                                            : QStringLiteral("moved")});
     }

@@ -2,10 +2,10 @@
 
 #include "Delete/DeletionReport.h"
 #include "Journal/PutBack.h"
+#include "Models/GadgetListModel.h"
 #include "Models/TickedItem.h"
 
 #include <chrono>
-#include <QAbstractListModel>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 #include <string>
@@ -14,39 +14,25 @@
 
 namespace orbel {
 
-/// One of the two lists of a report.
-class ReportRowsModel : public QAbstractListModel {
-    Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("Belongs to the MoveReport.")
-    Q_PROPERTY(int count READ rowCount NOTIFY changed)
+/// An item of a report. A plain value.
+struct ReportItem {
+    Q_GADGET
+    Q_PROPERTY(QString title MEMBER title)
+    Q_PROPERTY(QString path MEMBER path)
+    Q_PROPERTY(int kind MEMBER kind)
+    Q_PROPERTY(QString size MEMBER size)
+    Q_PROPERTY(QString note MEMBER note)
+    Q_PROPERTY(QString stage MEMBER stage)
 
 public:
-    struct Row {
-        QString title;
-        QString path; ///< for people: "~" in place of the home
-        int kind = 0;
-        QString size; ///< empty for what was skipped
-        QString note; ///< why it was skipped, a warning, or why it could not be put back
-        /// "moved", "putBack", "notPutBack" or "skipped"
-        QString state;
-    };
+    QString title;
+    QString path; ///< for people: "~" in place of the home
+    int kind = 0;
+    QString size;  ///< empty for what was skipped
+    QString note;  ///< why it was skipped, a warning, or why it could not be put back
+    QString stage; ///< "moved", "putBack", "notPutBack" or "skipped"
 
-    enum Role { TitleRole = Qt::UserRole, PathRole, KindRole, SizeRole, NoteRole, StateRole };
-
-    using QAbstractListModel::QAbstractListModel;
-
-    void setRows(std::vector<Row> rows);
-
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
-
-Q_SIGNALS:
-    void changed();
-
-private:
-    std::vector<Row> rows_;
+    bool operator==(const ReportItem&) const = default;
 };
 
 /// What the last batch did, as the report's screen binds to it.
@@ -63,8 +49,8 @@ class MoveReport : public QObject {
     Q_PROPERTY(QStringList stops READ stops NOTIFY changed)
     /// The batch stopped because what is recorded may not be true.
     Q_PROPERTY(bool untrustworthy READ isUntrustworthy NOTIFY changed)
-    Q_PROPERTY(orbel::ReportRowsModel* moved READ moved CONSTANT)
-    Q_PROPERTY(orbel::ReportRowsModel* skipped READ skipped CONSTANT)
+    Q_PROPERTY(orbel::RoleList* moved READ moved CONSTANT)
+    Q_PROPERTY(orbel::RoleList* skipped READ skipped CONSTANT)
     Q_PROPERTY(QString movedSize READ movedSize NOTIFY changed)
     /// "Could not check 14 system processes for open files."; empty when all could be.
     Q_PROPERTY(QString unchecked READ unchecked NOTIFY changed)
@@ -89,8 +75,8 @@ public:
     QString trashNote() const;
     QStringList stops() const;
     bool isUntrustworthy() const { return report_.stoppedForMismatch || report_.journalFailed; }
-    ReportRowsModel* moved() { return &moved_; }
-    ReportRowsModel* skipped() { return &skipped_; }
+    GadgetListModel<ReportItem>* moved() { return &moved_; }
+    GadgetListModel<ReportItem>* skipped() { return &skipped_; }
     QString movedSize() const;
     QString unchecked() const;
     QString times() const;
@@ -109,8 +95,8 @@ private:
     std::unordered_map<std::string, PutBackResult> putBackOf_; ///< by path
     QString scope_;
     QString putBackWords_;
-    ReportRowsModel moved_;
-    ReportRowsModel skipped_;
+    GadgetListModel<ReportItem> moved_;
+    GadgetListModel<ReportItem> skipped_;
 };
 
 } // namespace orbel

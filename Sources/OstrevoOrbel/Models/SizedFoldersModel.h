@@ -1,38 +1,41 @@
 #pragma once
 
-#include <QAbstractListModel>
-#include <QtQml/qqmlregistration.h>
-#include <vector>
+#include "Models/ByteFigure.h"
+#include "Models/GadgetListModel.h"
+
+#include <QString>
 
 namespace orbel {
 
-/// Folders of the scanned tree with their sizes, the largest first.
-class SizedFoldersModel : public QAbstractListModel {
-    Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("Belongs to the AppModel.")
+/// A folder of the scanned tree with its size. A plain value.
+struct SizedFolder {
+    Q_GADGET
+    Q_PROPERTY(quint32 node MEMBER node)
+    Q_PROPERTY(QString path MEMBER path)
+    Q_PROPERTY(int kind MEMBER kind)
+    Q_PROPERTY(QString size READ size)
+    Q_PROPERTY(double fraction MEMBER fraction)
 
 public:
-    struct Folder {
-        quint32 node = 0; ///< in the tree of this version
-        QString path;     ///< for people: "~" in place of the home
-        int kind = 0;     ///< FileKind's raw value: the kind that most of it is
-        quint64 bytes = 0;
-    };
+    quint32 node = 0; ///< in the tree of this version
+    QString path;     ///< for people: "~" in place of the home
+    int kind = 0;     ///< FileKind's raw value: the kind that most of it is
+    quint64 bytes = 0;
+    double fraction = 0; ///< of the largest one
 
-    /// `fraction` is that of the largest one.
-    enum Role { NodeRole = Qt::UserRole, PathRole, KindRole, BytesRole, SizeRole, FractionRole };
+    QString size() const { return ByteFigure(bytes).text(); }
+    bool operator==(const SizedFolder&) const = default;
+};
 
-    using QAbstractListModel::QAbstractListModel;
-
-    void setFolders(std::vector<Folder> folders);
-
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
-
-private:
-    std::vector<Folder> folders_;
+/// Folders with their sizes.
+class SizedFoldersModel : public GadgetListModel<SizedFolder> {
+public:
+    /// The largest first; their fractions are reckoned here.
+    void setFolders(std::vector<SizedFolder> folders) {
+        for (auto& folder : folders)
+            folder.fraction = fractionOf(folder.bytes, folders.front().bytes);
+        setRows(std::move(folders));
+    }
 };
 
 } // namespace orbel

@@ -32,6 +32,14 @@ void Ticks::tickAll(std::vector<TickedItem> items) {
         tell();
 }
 
+void Ticks::replaceAll(std::vector<TickedItem> items) {
+    byPath_.clear();
+    pathOf_.clear();
+    for (auto& item : items)
+        put(std::move(item));
+    tell();
+}
+
 bool Ticks::untick(const std::string& id) {
     if (!take(id))
         return false;
@@ -48,11 +56,8 @@ void Ticks::untickAll(const std::vector<std::string>& ids) {
 }
 
 void Ticks::clear() {
-    if (byPath_.empty())
-        return;
-    byPath_.clear();
-    pathOf_.clear();
-    tell();
+    if (!byPath_.empty())
+        replaceAll({});
 }
 
 bool Ticks::put(TickedItem item) {

@@ -14,8 +14,8 @@
 namespace orbel {
 
 /// What is ticked on one screen. It keeps the items themselves, as they were when they were ticked, and is
-/// read only to ask for a confirmation, which keeps its own. Lives on the main thread; each screen's flow
-/// owns one and has the MoveFlow watch it, so that nothing stays ticked after a move or a new scan.
+/// read only to ask for a confirmation, which keeps its own. Lives on the main thread; each screen has
+/// its own. Those that the MoveFlow watches are empty after a move or a new scan.
 ///
 /// No ticked item lies inside another: ticking a folder takes the place of what was ticked in it, and nothing
 /// more can be ticked inside.
@@ -39,6 +39,7 @@ class Ticks : public QObject {
 public:
     using IsShown = std::function<bool(const TickedItem& item)>;
     using Position = std::function<std::size_t(const TickedItem& item)>;
+    using ByPath = std::map<std::string, TickedItem, std::less<>>;
 
     using QObject::QObject;
 
@@ -46,6 +47,8 @@ public:
     bool setTicked(TickedItem item, bool ticked);
     /// Several with a single signal.
     void tickAll(std::vector<TickedItem> items);
+    /// These and no others, with a single signal.
+    void replaceAll(std::vector<TickedItem> items);
     bool untick(const std::string& id);
     void untickAll(const std::vector<std::string>& ids);
     Q_INVOKABLE void clear();
@@ -64,6 +67,7 @@ public:
 
     /// In the order of the screen's list, whatever the order of ticking.
     std::vector<TickedItem> items() const;
+    const ByPath& byPath() const { return byPath_; }
 
     int count() const { return static_cast<int>(byPath_.size()); }
     ByteFigure bytes() const;
@@ -81,7 +85,7 @@ private:
     bool take(const std::string& id);
     void tell();
 
-    std::map<std::string, TickedItem, std::less<>> byPath_;
+    ByPath byPath_;
     std::unordered_map<std::string, std::string> pathOf_; ///< by id
     IsShown isShown_;
     Position position_;

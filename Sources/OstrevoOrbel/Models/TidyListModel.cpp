@@ -9,68 +9,93 @@
 
 namespace orbel {
 
+TidyListModel::TidyListModel() {
+    connect(&ticks_, &Ticks::changed, this, [this] {
+        notifyRows();
+        Q_EMIT changed();
+    });
+    const auto of = [this](auto read) {
+        return [this, read](int shown) -> QVariant { return read(row(shown)); };
+    };
+    setRoles(
+        {{"key", of([](const Row& row) { return keyOf(row.item.item.path); })},
+         {"label", of([](const Row& row) { return textOf(lastPathComponent(row.item.item.path)); })},
+         {"path", of([this](const Row& row) { return pathText(row); })},
+         {"detail", of([](const Row& row) { return row.detail; })},
+         {"badge", of([](const Row& row) { return row.badge; })},
+         {"warn", of([](const Row& row) { return row.isAmiss; })},
+         {"ticked", [this](int shown) { return isTicked(shown); }},
+         {"refusal", of([](const Row& row) { return textOf(row.item.item.blockedReason.value_or("")); })},
+         {"words", of([this](const Row& row) {
+              QStringList words{pathText(row), row.item.kindName, row.detail, row.badge};
+              words.removeAll(QString());
+              return words.join(QStringLiteral(", "));
+          })}});
+}
+
+QString TidyListModel::pathText(const Row& row) const {
+    return textOf(tildePath(row.item.item.path, home_));
+}
+
 void TidyListModel::setRows(std::vector<Row> rows, std::string home) {
     beginResetModel();
     rows_ = std::move(rows);
     home_ = std::move(home);
-    for (auto& row : rows_) {
-        const auto choice = choices_.find(row.item.item.id);
-        row.isTicked =
-            row.item.item.isSelectable() && (choice == choices_.end() ? row.isTicked : choice->second);
-    }
     show();
     endResetModel();
-    Q_EMIT changed();
+    std::vector<TickedItem> ticked;
+    for (const auto& row : rows_) {
+        const auto choice = choices_.find(row.item.item.id);
+        if (choice == choices_.end() ? row.isPreselected : choice->second)
+            ticked.push_back(row.item);
+    }
+    ticks_.replaceAll(std::move(ticked));
+}
+
+bool TidyListModel::isShown(const TickedItem& item) const {
+    return filter_.isIn(tildePath(item.item.path, home_));
 }
 
 void TidyListModel::show() {
     shown_.clear();
     for (std::size_t i = 0; i < rows_.size(); ++i) {
-        const auto path = filter_.isEmpty() ? QString() : textOf(tildePath(rows_[i].item.item.path, home_));
-        if (path.contains(filter_, Qt::CaseInsensitive))
+        if (isShown(rows_[i].item))
             shown_.push_back(i);
     }
 }
 
 void TidyListModel::setFilter(const QString& text) {
-    if (text == filter_)
-        return;
     beginResetModel();
-    filter_ = text;
+    filter_ = TextMatcher(text.toStdString());
     show();
     endResetModel();
-    Q_EMIT changed();
-}
-
-bool TidyListModel::choose(Row& row, bool ticked) {
-    if (row.isTicked == ticked || !row.item.item.isSelectable())
-        return false;
-    row.isTicked = ticked;
-    choices_[row.item.item.id] = ticked;
-    return true;
+    ticks_.setFilter([this](const TickedItem& item) { return isShown(item); });
 }
 
 void TidyListModel::setTicked(int row, bool ticked) {
-    if (!isRow(row) || !choose(rows_[shown_[static_cast<std::size_t>(row)]], ticked))
+    if (!isRow(row))
         return;
-    Q_EMIT dataChanged(index(row), index(row), {TickedRole});
-    Q_EMIT changed();
+    const auto& item = this->row(row).item;
+    if (ticks_.setTicked(item, ticked))
+        choices_[item.item.id] = ticked;
 }
 
 void TidyListModel::setAllTicked(bool ticked) {
-    bool isChanged = false;
-    if (ticked) {
-        for (const auto number : shown_)
-            isChanged = choose(rows_[number], true) || isChanged;
-    } else {
-        for (auto& row : rows_)
-            isChanged = choose(row, false) || isChanged;
-    }
-    if (!isChanged)
+    if (!ticked) {
+        for (const auto& row : rows_)
+            choices_[row.item.item.id] = false;
+        ticks_.clear();
         return;
-    if (!shown_.empty())
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TickedRole});
-    Q_EMIT changed();
+    }
+    std::vector<TickedItem> items;
+    for (const auto number : shown_) {
+        const auto& item = rows_[number].item;
+        if (!item.item.isSelectable())
+            continue;
+        choices_[item.item.id] = true;
+        items.push_back(item);
+    }
+    ticks_.tickAll(std::move(items));
 }
 
 void TidyListModel::remove(const std::vector<std::string>& paths) {
@@ -79,13 +104,13 @@ void TidyListModel::remove(const std::vector<std::string>& paths) {
     std::erase_if(rows_, [&](const Row& row) { return places.covers(row.item.item.path); });
     show();
     endResetModel();
-    Q_EMIT changed();
+    ticks_.replaceAll(ticked());
 }
 
 std::vector<TickedItem> TidyListModel::ticked() const {
     std::vector<TickedItem> items;
     for (const auto& row : rows_) {
-        if (row.isTicked)
+        if (ticks_.contains(row.item.item.id))
             items.push_back(row.item);
     }
     return items;
@@ -96,61 +121,14 @@ int TidyListModel::tickable() const {
         shown_, [this](std::size_t number) { return rows_[number].item.item.isSelectable(); }));
 }
 
-int TidyListModel::tickedCount() const {
-    return static_cast<int>(std::ranges::count(rows_, true, &Row::isTicked));
-}
-
 int TidyListModel::tickedInside() const {
-    return std::accumulate(rows_.begin(), rows_.end(), 0, [](int sum, const Row& row) {
-        return row.isTicked ? sum + static_cast<int>(row.item.count) : sum;
-    });
-}
-
-int TidyListModel::hiddenTicked() const {
-    const auto seen =
-        std::ranges::count_if(shown_, [this](std::size_t number) { return rows_[number].isTicked; });
-    return tickedCount() - static_cast<int>(seen);
+    return std::accumulate(
+        ticks_.byPath().begin(), ticks_.byPath().end(), 0,
+        [](int sum, const auto& ticked) { return sum + static_cast<int>(ticked.second.count); });
 }
 
 int TidyListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(shown_.size());
-}
-
-QVariant TidyListModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const auto& shown = row(index.row());
-    const auto path = textOf(tildePath(shown.item.item.path, home_));
-    switch (role) {
-    case keyRole:
-        return keyOf(shown.item.item.path);
-    case Qt::DisplayRole:
-        return textOf(lastPathComponent(shown.item.item.path));
-    case PathRole:
-        return path;
-    case DetailRole:
-        return shown.detail;
-    case BadgeRole:
-        return shown.badge;
-    case WarnRole:
-        return shown.isAmiss;
-    case TickedRole:
-        return shown.isTicked;
-    case RefusalRole:
-        return textOf(shown.item.item.blockedReason.value_or(""));
-    case WordsRole: {
-        QStringList words{path, shown.item.kindName, shown.detail, shown.badge};
-        words.removeAll(QString());
-        return words.join(QStringLiteral(", "));
-    }
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> TidyListModel::roleNames() const {
-    return {{keyRole, "key"},   {PathRole, "path"},     {DetailRole, "detail"},   {BadgeRole, "badge"},
-            {WarnRole, "warn"}, {TickedRole, "ticked"}, {RefusalRole, "refusal"}, {WordsRole, "words"}};
 }
 
 } // namespace orbel

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "Models/TickedItem.h"
+#include "Models/RoleList.h"
+#include "Models/Ticks.h"
+#include "Util/TextMatcher.h"
 
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 #include <string>
 #include <unordered_map>
@@ -12,13 +13,14 @@ namespace orbel {
 
 /// What a rule found, to be tidied away: each with its words, ticked or not. What is refused stays in the
 /// list with its reason and is never ticked.
-class TidyListModel : public QAbstractListModel {
+///
+/// Roles: `path` for people; `detail`, `badge`; `warn`, the badge tells of something amiss; `ticked`,
+/// `refusal`; `words` for assistive technology.
+class TidyListModel : public RoleList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the TidyFlow.")
-    /// Of the rows that the filter leaves.
-    Q_PROPERTY(int count READ rowCount NOTIFY changed)
-    /// Of those, the ones that may be ticked.
+    /// Of the rows that the filter leaves, those that may be ticked.
     Q_PROPERTY(int tickable READ tickable NOTIFY changed)
     /// Of all rows.
     Q_PROPERTY(int total READ total NOTIFY changed)
@@ -27,24 +29,15 @@ class TidyListModel : public QAbstractListModel {
     Q_PROPERTY(int tickedInside READ tickedInside NOTIFY changed)
 
 public:
-    enum Role {
-        PathRole = Qt::UserRole + 1, ///< for people
-        DetailRole,
-        BadgeRole,
-        WarnRole, ///< the badge tells of something amiss
-        TickedRole,
-        RefusalRole,
-        WordsRole ///< for assistive technology
-    };
     struct Row {
         TickedItem item;
         QString detail{};
         QString badge{};
         bool isAmiss = false;
-        bool isTicked = false; ///< at first
+        bool isPreselected = false;
     };
 
-    using QAbstractListModel::QAbstractListModel;
+    TidyListModel();
 
     /// What was ticked or unticked by hand stays so, until `forgetChoices`.
     void setRows(std::vector<Row> rows, std::string home);
@@ -58,31 +51,32 @@ public:
 
     const std::vector<Row>& rows() const { return rows_; }
     const Row& row(int shown) const { return rows_[shown_[static_cast<std::size_t>(shown)]]; }
+    bool isTicked(int shown) const { return ticks_.contains(row(shown).item.item.id); }
     bool isRow(int row) const { return row >= 0 && row < rowCount(); }
     std::vector<TickedItem> ticked() const;
     int total() const { return static_cast<int>(rows_.size()); }
     int tickable() const;
-    int tickedCount() const;
+    int tickedCount() const { return ticks_.count(); }
     int tickedInside() const;
     /// Ticked rows that the filter hides.
-    int hiddenTicked() const;
+    int hiddenTicked() const { return ticks_.hiddenCount(); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
 Q_SIGNALS:
     void changed();
 
 private:
+    QString pathText(const Row& row) const; ///< for people
     void show();
-    bool choose(Row& row, bool ticked);
+    bool isShown(const TickedItem& item) const;
 
+    Ticks ticks_;
     std::vector<Row> rows_;
     std::vector<std::size_t> shown_;                ///< of `rows_`
     std::unordered_map<std::string, bool> choices_; ///< ticked or not, by id
     std::string home_;
-    QString filter_;
+    TextMatcher filter_{""};
 };
 
 } // namespace orbel

@@ -1,11 +1,9 @@
 #include "Models/TopLevelModel.h"
 
-#include "Models/ByteFigure.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
-#include <span>
 
 namespace orbel {
 
@@ -18,18 +16,14 @@ bool isSameEntry(const ScanProgress::TopLevel& a, const ScanProgress::TopLevel& 
 } // namespace
 
 void TopLevelModel::begin(const QString& rootPath) {
-    beginResetModel();
-    rootPath_ = rootPath;
-    rows_.clear();
-    largest_ = 0;
+    setRows({});
+    rootPath_ = rootPath.toStdString();
     sortedAt_.reset();
-    endResetModel();
 }
 
 void TopLevelModel::update(const std::vector<ScanProgress::TopLevel>& entries, double elapsed) {
     if (entries.empty())
         return;
-    largest_ = entries.front().bytes;
     if (!sortedAt_ || elapsed - *sortedAt_ >= secondsBetweenSorts) {
         sortedAt_ = elapsed;
         replaceRows({entries.begin(),
@@ -37,19 +31,22 @@ void TopLevelModel::update(const std::vector<ScanProgress::TopLevel>& entries, d
     } else {
         updateFigures(entries);
     }
+    for (auto& row : rows_)
+        row.fraction = std::min(1.0, fractionOf(row.entry.bytes, entries.front().bytes));
     if (!rows_.empty())
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {BytesRole, SizeRole, FractionRole});
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1));
 }
 
 void TopLevelModel::replaceRows(const std::vector<ScanProgress::TopLevel>& entries) {
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const auto place = rows_.begin() + static_cast<std::ptrdiff_t>(i);
-        const auto found =
-            std::find_if(place, rows_.end(), [&](const auto& row) { return isSameEntry(row, entries[i]); });
+        const auto found = std::find_if(place, rows_.end(),
+                                        [&](const auto& row) { return isSameEntry(row.entry, entries[i]); });
         const auto row = static_cast<int>(i);
         if (found == rows_.end()) {
             beginInsertRows({}, row, row);
-            rows_.insert(place, entries[i]);
+            rows_.insert(place,
+                         {.entry = entries[i], .path = textOf(joinedPath(rootPath_, entries[i].name))});
             endInsertRows();
         } else if (found != place) {
             const auto from = static_cast<int>(found - rows_.begin());
@@ -57,7 +54,7 @@ void TopLevelModel::replaceRows(const std::vector<ScanProgress::TopLevel>& entri
             std::rotate(place, found, found + 1);
             endMoveRows();
         }
-        rows_[i] = entries[i];
+        rows_[i].entry.bytes = entries[i].bytes;
     }
     if (rows_.size() > entries.size()) {
         beginRemoveRows({}, static_cast<int>(entries.size()), rowCount() - 1);
@@ -69,42 +66,10 @@ void TopLevelModel::replaceRows(const std::vector<ScanProgress::TopLevel>& entri
 void TopLevelModel::updateFigures(const std::vector<ScanProgress::TopLevel>& entries) {
     for (auto& row : rows_) {
         const auto found =
-            std::ranges::find_if(entries, [&](const auto& entry) { return isSameEntry(row, entry); });
+            std::ranges::find_if(entries, [&](const auto& entry) { return isSameEntry(row.entry, entry); });
         if (found != entries.end())
-            row.bytes = found->bytes;
+            row.entry.bytes = found->bytes;
     }
-}
-
-int TopLevelModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-}
-
-QVariant TopLevelModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const auto& row = rows_[static_cast<std::size_t>(index.row())];
-    switch (role) {
-    case NameRole:
-        return textOf(row.name);
-    case PathRole:
-        return textOf(joinedPath(rootPath_.toStdString(), row.name));
-    case IsFolderRole:
-        return row.isFolder;
-    case BytesRole:
-        return quint64{row.bytes};
-    case SizeRole:
-        return ByteFigure(row.bytes).text();
-    case FractionRole:
-        return largest_ == 0 ? 0.0
-                             : std::min(1.0, static_cast<double>(row.bytes) / static_cast<double>(largest_));
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> TopLevelModel::roleNames() const {
-    return {{NameRole, "name"},   {PathRole, "path"}, {IsFolderRole, "isFolder"},
-            {BytesRole, "bytes"}, {SizeRole, "size"}, {FractionRole, "fraction"}};
 }
 
 } // namespace orbel

@@ -1,19 +1,34 @@
 #pragma once
 
-#include <QAbstractListModel>
-#include <QtQml/qqmlregistration.h>
+#include "Models/GadgetListModel.h"
+
+#include <QObject>
+#include <QString>
 #include <string>
 #include <vector>
 
 namespace orbel {
 
+/// An entry that a scan could not read. A plain value.
+struct UnreadableEntry {
+    Q_GADGET
+    Q_PROPERTY(QString path MEMBER path)
+    Q_PROPERTY(QString command MEMBER command)
+
+public:
+    QString path;    ///< for people: "~" in place of the home
+    QString command; ///< what a terminal would measure it with: "sudo orbel --scan-json PATH"
+
+    bool operator==(const UnreadableEntry&) const = default;
+};
+
 /// What a scan could not read: the first entries by path, at most `mostRows`, with how to read them.
-class UnreadableModel : public QAbstractListModel {
+class UnreadableModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppModel.")
-    /// Entries in the list, and how many there are in all.
-    Q_PROPERTY(int count READ count NOTIFY changed)
+    Q_PROPERTY(orbel::RoleList* entries READ entries CONSTANT)
+    /// How many there are, listed or not.
     Q_PROPERTY(quint64 total READ total NOTIFY changed)
     /// "214 entries could not be read".
     Q_PROPERTY(QString headline READ headline NOTIFY changed)
@@ -21,28 +36,18 @@ class UnreadableModel : public QAbstractListModel {
 public:
     static constexpr std::size_t mostRows = 1000;
 
-    /// `command` is what a terminal would measure the entry with: "sudo orbel --scan-json PATH".
-    enum Role { PathRole = Qt::UserRole, CommandRole };
-
-    using QAbstractListModel::QAbstractListModel;
-
     /// `paths` as they are on the disk; `total` counts those that are not among them too.
-    void setPaths(std::vector<std::string> paths, quint64 total, const std::string& home);
+    void setPaths(const std::vector<std::string>& paths, quint64 total, const std::string& home);
 
-    int count() const { return static_cast<int>(paths_.size()); }
+    GadgetListModel<UnreadableEntry>* entries() { return &entries_; }
     quint64 total() const { return total_; }
     QString headline() const;
-
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
 Q_SIGNALS:
     void changed();
 
 private:
-    std::vector<std::string> paths_;
-    std::string home_;
+    GadgetListModel<UnreadableEntry> entries_;
     quint64 total_ = 0;
 };
 

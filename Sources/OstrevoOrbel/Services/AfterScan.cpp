@@ -1,7 +1,6 @@
 #include "Services/AfterScan.h"
 
 #include "AppModel/AppModel.h"
-#include "AppModel/DuplicatesFlow.h"
 #include "Commands/CommandOutput.h"
 #include "Services/WindowSnapshot.h"
 
@@ -25,7 +24,7 @@ AfterScan::AfterScan(AppModel& model, QQuickWindow& window, Quit quit)
     : model_(model), window_(window), quit_(std::move(quit)) {
     const auto& options = model.options();
     if (options.snapshotPath || options.quitAfterScan)
-        connect(&model, &AppModel::scanFinished, this, &AfterScan::begin);
+        connect(model.scan(), &ScanFlow::scanFinished, this, &AfterScan::begin);
 }
 
 void AfterScan::begin() {

@@ -14,10 +14,6 @@ namespace orbel {
 struct AppQuitter {
     AppQuitter() = delete;
 
-    /// The words beside the button.
-    static constexpr const char* explanation =
-        "This is the same as choosing Quit in the app. It may ask you to save your work.";
-
     /// The processes, other than this one, that run what lies at `bundlePath` or in that folder.
     static std::vector<platform::RunningProgram> runningApplications(const std::string& bundlePath);
 

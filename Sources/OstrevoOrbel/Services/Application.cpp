@@ -1,10 +1,10 @@
 #include "Services/Application.h"
 
 #include "AppModel/AppModel.h"
-#include "AppModel/AppsFlow.h"
 #include "Commands/CommandOutput.h"
 #include "Commands/Request.h"
-#include "LaunchOptions.h"
+#include "Launch/LaunchOptions.h"
+#include "Models/IconAddress.h"
 #include "Platform/Process.h"
 #include "Services/AfterScan.h"
 #include "Services/AppIcons.h"
@@ -32,6 +32,9 @@
 namespace orbel {
 
 namespace {
+
+/// The larger of the two sizes in which an icon is shown, on a dense display.
+constexpr int iconPixels = 112;
 
 const QString viewsUrl = QStringLiteral("qrc:/qt/qml/OstrevoOrbel/Views/");
 
@@ -66,18 +69,19 @@ QString runtimeFolder() {
 /// The model, its window, and what ties them to the desktop. Lives while the event loop runs.
 class RunningApplication final : public QObject {
 public:
-    RunningApplication(std::shared_ptr<Diagnostics> diagnostics, const QDBusConnection& bus)
+    RunningApplication(std::shared_ptr<LiveDiagnostics> diagnostics, const QDBusConnection& bus)
         : diagnostics_(std::move(diagnostics)),
           notifier_(std::make_shared<LiveNotifier>(bus)),
-          systemAppearance_(bus),
+          appearance_(std::make_shared<SystemAppearance>(bus)),
           tray_(bus),
           model_(environment()) {}
 
     /// False when the window could not be loaded.
     bool open() {
-        connectAppearance();
+        model_.appearance()->overrideWith(valueAfter(platform::processArguments(), "--appearance"));
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
-        engine_.addImageProvider(AppIcons::name, new AppIcons); // the engine owns it
+        AppIcons::findThemes(model_.home());
+        engine_.addImageProvider(iconProvider, new AppIcons); // the engine owns it
         engine_.setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&model_)}});
         engine_.load(QUrl(viewsUrl + QStringLiteral("Main.qml")));
         window_ = engine_.rootObjects().isEmpty()
@@ -108,7 +112,7 @@ public:
                 model_.apps()->selectNamed(*request.app);
             }
             if (request.scanPath)
-                model_.startScan(*request.scanPath);
+                model_.scan()->startScan(*request.scanPath);
         });
         connect(&instance, &SingleInstance::quitRequested, qApp, &QCoreApplication::quit);
     }
@@ -120,26 +124,19 @@ private:
         environment.desktop = std::make_shared<LiveDesktop>();
         environment.notifier = notifier_;
         environment.loginItem = AutostartLoginItem::ofThisUser();
+        environment.appearance = appearance_;
         environment.diagnostics = diagnostics_;
         environment.askToQuit = [](const std::vector<platform::RunningProgram>& running) {
             return AppQuitter::quit(running, QDBusConnection::sessionBus());
         };
-        environment.findIcon = platform::iconFinder(environment.home, QIcon::themeName().toStdString());
         return environment;
-    }
-
-    void connectAppearance() {
-        auto* const appearance = model_.appearance();
-        appearance->setSystemDark(systemAppearance_.isDark());
-        connect(&systemAppearance_, &SystemAppearance::darkChanged, appearance, &Appearance::setSystemDark);
-        appearance->overrideWith(valueAfter(platform::processArguments(), "--appearance"));
     }
 
     /// Shown while there is something to do without the window.
     void showTray() {
         connect(&tray_, &TrayItem::activated, this, [this] { bringToFront(); });
-        const auto update = [this] { tray_.setWanted(model_.isLowDiskEnabled()); };
-        connect(&model_, &AppModel::lowDiskChanged, this, update);
+        const auto update = [this] { tray_.setWanted(model_.alert()->isEnabled()); };
+        connect(model_.alert(), &AlertSettings::changed, this, update);
         update();
     }
 
@@ -153,7 +150,7 @@ private:
     void lastWindowClosed() {
         if (tray_.isShown())
             return;
-        if (!model_.isLowDiskEnabled())
+        if (!model_.alert()->isEnabled())
             return QCoreApplication::quit();
         notifier_->post({.title = "Ostrevo Vanto is closed",
                          .body = "Free space is not checked until it is opened again."});
@@ -171,9 +168,9 @@ private:
                 static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
     }
 
-    std::shared_ptr<Diagnostics> diagnostics_;
+    std::shared_ptr<LiveDiagnostics> diagnostics_;
     std::shared_ptr<LiveNotifier> notifier_;
-    SystemAppearance systemAppearance_;
+    std::shared_ptr<SystemAppearance> appearance_;
     TrayItem tray_;
     AppModel model_;
     QQmlApplicationEngine engine_;
@@ -182,7 +179,7 @@ private:
     std::unique_ptr<StallWatch> stallWatch_;
 };
 
-int runWindow(const LaunchOptions& options, std::shared_ptr<Diagnostics> diagnostics) {
+int runWindow(const LaunchOptions& options, std::shared_ptr<LiveDiagnostics> diagnostics) {
     const auto bus = QDBusConnection::sessionBus();
     SingleInstance instance(bus, bus.isConnected() ? QString() : runtimeFolder());
     if (SingleInstance::appliesTo(options) && !instance.claim(InstanceRequest::of(options)))
@@ -200,9 +197,9 @@ int runWindow(const LaunchOptions& options, std::shared_ptr<Diagnostics> diagnos
 
 int runApplication(int& count, char** words) {
     const auto& options = LaunchOptions::current();
-    std::shared_ptr<Diagnostics> diagnostics;
+    std::shared_ptr<LiveDiagnostics> diagnostics;
     if (options.diagnosticsPath)
-        diagnostics = std::make_shared<Diagnostics>(*options.diagnosticsPath);
+        diagnostics = std::make_shared<LiveDiagnostics>(*options.diagnosticsPath);
     const auto application = makeQtApplication(count, words);
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     int status = runWindow(options, diagnostics);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Services/LoginItem.h"
+#include "Ports/LoginItem.h"
 
 #include <memory>
 #include <string>

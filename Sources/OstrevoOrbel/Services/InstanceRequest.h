@@ -1,7 +1,7 @@
 #pragma once
 
-#include "LaunchOptions.h"
-#include "Screen.h"
+#include "Launch/LaunchOptions.h"
+#include "Launch/Screen.h"
 
 #include <optional>
 #include <QByteArray>

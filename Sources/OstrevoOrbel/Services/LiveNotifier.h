@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Services/Notifier.h"
+#include "Ports/Notifier.h"
 
 #include <QDBusConnection>
 #include <QObject>

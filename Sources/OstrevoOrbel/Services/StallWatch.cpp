@@ -10,7 +10,7 @@ constexpr std::chrono::milliseconds interval(10);
 
 } // namespace
 
-StallWatch::StallWatch(std::shared_ptr<Diagnostics> diagnostics) : diagnostics_(std::move(diagnostics)) {
+StallWatch::StallWatch(std::shared_ptr<LiveDiagnostics> diagnostics) : diagnostics_(std::move(diagnostics)) {
     timer_.setTimerType(Qt::PreciseTimer);
     timer_.setInterval(interval);
     connect(&timer_, &QTimer::timeout, this, &StallWatch::tick);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Services/Diagnostics.h"
+#include "Services/LiveDiagnostics.h"
 
 #include <memory>
 #include <QElapsedTimer>
@@ -15,12 +15,12 @@ class StallWatch final : public QObject {
     Q_OBJECT
 
 public:
-    explicit StallWatch(std::shared_ptr<Diagnostics> diagnostics);
+    explicit StallWatch(std::shared_ptr<LiveDiagnostics> diagnostics);
 
 private:
     void tick();
 
-    std::shared_ptr<Diagnostics> diagnostics_;
+    std::shared_ptr<LiveDiagnostics> diagnostics_;
     QTimer timer_;
     QElapsedTimer sinceTick_;
 };

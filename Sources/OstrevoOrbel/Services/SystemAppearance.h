@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Ports/Appearance.h"
+
 #include <QDBusConnection>
-#include <QObject>
 
 class QDBusVariant;
 
@@ -9,16 +10,13 @@ namespace orbel {
 
 /// Whether the desktop prefers dark windows: what its portal says and keeps saying, else how dark the palette
 /// is that the platform gave.
-class SystemAppearance final : public QObject {
+class SystemAppearance final : public Appearance {
     Q_OBJECT
 
 public:
     explicit SystemAppearance(QDBusConnection bus);
 
-    bool isDark() const { return isDark_; }
-
-Q_SIGNALS:
-    void darkChanged(bool dark);
+    bool isDark() const override { return isDark_; }
 
 private Q_SLOTS:
     void takeSetting(const QString& group, const QString& key, const QDBusVariant& value);

@@ -47,7 +47,7 @@ ScreenFrame {
             iconPath: Theme.icons.rescan
             objectName: "duplicates.search"
             text: qsTr("Search Again")
-            visible: screen.flow.searched && !screen.flow.running && screen.app.measuredAny
+            visible: screen.flow.searched && !screen.flow.running && screen.app.scan.measuredAny
 
             onClicked: screen.flow.search()
         },
@@ -75,7 +75,7 @@ ScreenFrame {
             middling: screen.middling
             narrow: screen.narrow
             padding: screen.padding
-            visible: screen.app.measuredAny && !screen.flow.running || screen.hasList
+            visible: screen.app.scan.measuredAny && !screen.flow.running || screen.hasList
             width: parent.width
 
             onFolderWanted: folderDialog.open()
@@ -84,7 +84,7 @@ ScreenFrame {
             readonly property bool stale: screen.flow.stale
             readonly property bool partial: screen.flow.partial
 
-            action: screen.app.measuredAny ? qsTr("Search Again") : ""
+            action: screen.app.scan.measuredAny ? qsTr("Search Again") : ""
             explanation: stale ? qsTr("Each copy is proved again before it moves, but newer files are missing here.")
                 : partial ? qsTr("Every group that is listed was compared to the last byte; there may be more.")
                 : qsTr("Search again to find those of %1 or more.").arg(screen.flow.minimumText)
@@ -106,7 +106,7 @@ ScreenFrame {
         objectName: "duplicates.tickBar"
         remark: screen.flow.tickedRemark
         reviewText: screen.flow.reviewText
-        reviewable: !screen.flow.reviewing && !screen.app.scanning
+        reviewable: !screen.flow.reviewing && !screen.app.scan.running
         statement: screen.flow.tickedText
         sum: screen.flow.tickedFrees
         width: screen.width
@@ -186,7 +186,7 @@ ScreenFrame {
         iconPath: Theme.icons.duplicates
         objectName: "duplicates.empty"
         primary: !filtered
-        sentence: screen.flow.outsideHome ? qsTr("%1 is not in the home folder, and duplicates are searched only there.").arg(screen.app.scanRoot)
+        sentence: screen.flow.outsideHome ? qsTr("%1 is not in the home folder, and duplicates are searched only there.").arg(screen.app.scan.root)
             : !screen.flow.searched ? qsTr("Files of equal size in the home folder are read and compared to the last byte. That can take a while, and changes nothing.")
             : filtered ? qsTr("No group has a copy with such a name or folder, and files of %1 or more.").arg(screen.flow.minimumText)
             : qsTr("No two files of %1 or more in the home folder are the same in every byte.").arg(screen.flow.minimumText)

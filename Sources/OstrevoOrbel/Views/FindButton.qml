@@ -65,7 +65,7 @@ PushButton {
         FindModel {
             id: matches
 
-            app: button.app
+            scan: button.app.scan
 
             // The rows are made, and the first is the current one, when the list has heard of them.
             onSearchingChanged: {

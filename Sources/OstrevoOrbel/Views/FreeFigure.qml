@@ -7,7 +7,7 @@ Item {
 
     required property AppModel app
 
-    readonly property DiskLedger ledger: app.ledger
+    readonly property DiskLedger ledger: app.disk.ledger
 
     implicitHeight: Theme.displayLine
 

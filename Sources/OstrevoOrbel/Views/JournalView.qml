@@ -7,7 +7,7 @@ import OstrevoOrbel
 ScreenFrame {
     id: view
 
-    readonly property JournalFlow journal: app.journalFlow
+    readonly property JournalFlow journal: app.journal
     readonly property bool filled: journal.state === "filled"
     readonly property bool windowActive: Window.active
 

@@ -20,7 +20,7 @@ ScreenFrame {
 
     firstFocus: listed ? table : state.visible ? state : null
     objectName: "large"
-    scope: narrow && measured && large.known ? [large.shownCount, large.shownSize].join(" · ") : app.scopeText
+    scope: narrow && measured && large.known ? [large.shownCount, large.shownSize].join(" · ") : app.scan.scopeText
     status: listed ? table.status : ""
     title: qsTr("Large and Old")
 
@@ -42,14 +42,14 @@ ScreenFrame {
         },
         PushButton {
             Accessible.name: qsTr("Measure again")
-            enabled: !view.app.scanning
+            enabled: !view.app.scan.running
             iconOnly: view.narrow
             iconPath: Theme.icons.rescan
             objectName: "large.measure"
             text: qsTr("Measure Again")
-            visible: view.app.scanState !== "idle"
+            visible: !view.app.scan.idle
 
-            onClicked: view.app.measureAgain()
+            onClicked: view.app.scan.measureAgain()
         }
     ]
 
@@ -144,10 +144,10 @@ ScreenFrame {
             objectName: "large.partial"
             radius: 0
             statement: qsTr("Scan cancelled — partial")
-            visible: view.app.partial
+            visible: view.app.scan.partial
             width: parent.width
 
-            onTriggered: view.app.measureAgain()
+            onTriggered: view.app.scan.measureAgain()
         }
     }
 

@@ -8,7 +8,7 @@ Card {
     required property AppModel app
     property int termColumns: 5
 
-    readonly property DiskLedger ledger: app.ledger
+    readonly property DiskLedger ledger: app.disk.ledger
     readonly property real counted: ledger.counted.bytes
     readonly property real usedShare: counted / Math.max(1, counted + ledger.reserved.bytes + ledger.free.bytes)
     readonly property bool hasShared: ledger.shared.bytes > 0
@@ -16,8 +16,8 @@ Card {
     readonly property bool hasFreed: ledger.freedSince.bytes > 0
     readonly property bool hasChanged: hasFreed || ledger.writtenSince.bytes > 0
     /// What could not be read explains what was not measured only where all of the disk was to be.
-    readonly property bool explainsUnreadable: app.wholeDisk && !hasShared
-    readonly property string unreadable: app.unreadable.total > 0 ? app.unreadable.headline : ""
+    readonly property bool explainsUnreadable: app.scan.wholeDisk && !hasShared
+    readonly property string unreadable: app.scan.unreadable.total > 0 ? app.scan.unreadable.headline : ""
 
     signal unreadableWanted()
 
@@ -121,7 +121,7 @@ Card {
                 label: qsTr("Measured")
                 link: card.explainsUnreadable ? "" : card.unreadable
                 objectName: "overview.term.measured"
-                remark: card.app.figures.entriesText + (card.app.partial ? qsTr(", partial") : "")
+                remark: card.app.scan.figures.entriesText + (card.app.scan.partial ? qsTr(", partial") : "")
                 width: terms.cell
 
                 swatch: Row {
@@ -161,8 +161,8 @@ Card {
                 link: card.explainsUnreadable ? card.unreadable : ""
                 remark: card.hasShared ? qsTr("counted at every file that shares it")
                     : link !== "" ? ""
-                    : card.app.partial ? qsTr("most of it not reached yet")
-                    : card.app.wholeDisk ? qsTr("not visible as files") : qsTr("outside of %1").arg(card.app.scanRoot)
+                    : card.app.scan.partial ? qsTr("most of it not reached yet")
+                    : card.app.scan.wholeDisk ? qsTr("not visible as files") : qsTr("outside of %1").arg(card.app.scan.root)
                 width: terms.cell
 
                 swatch: Swatch {
@@ -215,7 +215,7 @@ Card {
             LedgerTerm {
                 amount: card.ledger.total.text
                 joint: "="
-                label: card.ledger.path === card.app.disk.path ? qsTr("This disk") : card.ledger.path
+                label: card.ledger.path === card.app.disk.ownLedger.path ? qsTr("This disk") : card.ledger.path
                 objectName: "overview.term.total"
                 total: true
                 width: terms.cell

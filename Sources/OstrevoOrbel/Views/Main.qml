@@ -23,7 +23,7 @@ T.ApplicationWindow {
     readonly property bool busy: app.moves.deleting || app.moves.puttingBack
 
     // What other programs did meanwhile shows in the figures.
-    onActiveChanged: if (active) app.refreshVolume()
+    onActiveChanged: if (active) app.disk.refreshVolume()
     onBusyChanged: {
         if (busy || !closeWanted)
             return;
@@ -51,7 +51,7 @@ T.ApplicationWindow {
     }
     function takeFocus(reason: int): void {
         // The onboarding keeps the focus for as long as it stands there.
-        if (shownScreen && !app.needsFullDiskAccess)
+        if (shownScreen && !app.scan.needsFullDiskAccess)
             shownScreen.takeFocus(reason);
     }
 
@@ -95,7 +95,7 @@ T.ApplicationWindow {
     // The frame. What is declared first comes first for Tab: the screen, then the sidebar.
     Item {
         anchors.fill: parent
-        visible: !window.app.needsFullDiskAccess
+        visible: !window.app.scan.needsFullDiskAccess
 
         FocusScope {
             id: content
@@ -113,11 +113,11 @@ T.ApplicationWindow {
                 height: visible ? implicitHeight : 0
                 objectName: "notice"
                 radius: 0
-                statement: window.app.notice
-                visible: window.app.notice !== ""
+                statement: window.app.notice.text
+                visible: window.app.notice.text !== ""
                 width: parent.width
 
-                onTriggered: window.app.dismissNotice()
+                onTriggered: window.app.notice.dismiss()
             }
             // The journal's screen shows it in its own place.
             PutBackStrip {
@@ -196,7 +196,7 @@ T.ApplicationWindow {
             id: statusLine
 
             anchors.bottom: parent.bottom
-            measured: window.app.measuredText !== "" ? window.app.measuredText : qsTr("Nothing measured yet")
+            measured: window.app.scan.measuredText !== "" ? window.app.scan.measuredText : qsTr("Nothing measured yet")
             words: window.app.moves.progressText || window.app.rescan.text
                 || (window.app.putBack.running ? qsTr("Putting back…") : "")
                 || window.shownScreen?.status || qsTr("Vanto never uploads anything. The journal stays on this computer.")
@@ -204,7 +204,7 @@ T.ApplicationWindow {
         }
     }
     Loader {
-        active: window.app.needsFullDiskAccess
+        active: window.app.scan.needsFullDiskAccess
         anchors.fill: parent
         focus: active
 
@@ -228,7 +228,7 @@ T.ApplicationWindow {
     FolderDialog {
         id: folderDialog
 
-        onAccepted: window.app.scanFolder(selectedFolder)
+        onAccepted: window.app.scan.scanFolder(selectedFolder)
     }
 
     Connections {
@@ -245,6 +245,10 @@ T.ApplicationWindow {
         function onScreenChanged(): void {
             window.page = "";
         }
+    }
+    Connections {
+        target: window.app.scan
+
         function onFullDiskAccessChanged(): void {
             window.takeFocus(Qt.OtherFocusReason);
         }
@@ -257,35 +261,35 @@ T.ApplicationWindow {
             required property int index
             required property var modelData
 
-            enabled: !window.app.needsFullDiskAccess
+            enabled: !window.app.scan.needsFullDiskAccess
             sequence: "Ctrl+" + (index + 1)
 
             onActivated: window.showScreen(modelData.name, Qt.ShortcutFocusReason)
         }
     }
     Shortcut {
-        enabled: !window.app.scanning && !window.app.needsFullDiskAccess
+        enabled: !window.app.scan.running && !window.app.scan.needsFullDiskAccess
         sequence: "Ctrl+O"
 
         onActivated: window.app.chooseFolderAndScan()
     }
     Shortcut {
-        enabled: !window.app.scanning
+        enabled: !window.app.scan.running
         sequence: "F5"
 
-        onActivated: window.app.measureAgain()
+        onActivated: window.app.scan.measureAgain()
     }
     Shortcut {
-        enabled: window.app.scanning || window.app.rescan.running
+        enabled: window.app.scan.running || window.app.rescan.running
         sequence: "Esc"
 
         onActivated: {
-            window.app.stopScan();
+            window.app.scan.stop();
             window.app.rescan.stop();
         }
     }
     Shortcut {
-        enabled: window.app.putBack.ready && !window.app.moves.confirming && !window.app.needsFullDiskAccess
+        enabled: window.app.putBack.ready && !window.app.moves.confirming && !window.app.scan.needsFullDiskAccess
         sequence: "Ctrl+Z"
 
         onActivated: window.app.putBack.putBackLast()

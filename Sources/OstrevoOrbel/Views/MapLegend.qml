@@ -6,7 +6,7 @@ import OstrevoOrbel
 FocusScope {
     id: bar
 
-    required property MapLegendModel legend
+    required property RoleList legend
     property bool narrow: false
     property int padding: Theme.pagePadding
 

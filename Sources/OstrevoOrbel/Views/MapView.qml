@@ -6,6 +6,7 @@ import OstrevoOrbel
 ScreenFrame {
     id: screen
 
+    readonly property MapModel map: app.map
     readonly property alias hasMap: nothingToShow.measured
     readonly property bool wide: Window.width >= Theme.px(1920)
     /// Whether the list lies over the map, where there is no room beside it.
@@ -14,44 +15,44 @@ ScreenFrame {
     function zoomTo(node: int, from: rect): void {
         zoom.color = treemap.colorOf(node);
         zoom.run(from, Qt.rect(0, 0, treemap.width, treemap.height), true);
-        map.show(node);
+        screen.map.show(node);
     }
     function goUp(): void {
-        if (!map.canGoUp || treemap.held)
+        if (!screen.map.canGoUp || treemap.held)
             return;
-        const left = map.focus;
-        map.goUp();
+        const left = screen.map.focus;
+        screen.map.goUp();
         zoom.color = treemap.colorOf(left);
         zoom.run(Qt.rect(0, 0, treemap.width, treemap.height), treemap.boxOf(left), false);
     }
     function openMenu(node: int, item: Item, x: real, y: real): void {
-        const facts = map.facts(node);
+        const facts = screen.map.facts(node);
         menu.node = node;
         menu.key = facts.key;
         menu.itemName = facts.name;
         menu.itemFacts = [facts.kindName, facts.size].join(" · ");
         menu.zoomable = facts.zoomable;
         menu.isFolder = facts.isFolder;
-        menu.ticked = map.isTicked(node);
+        menu.ticked = screen.map.isTicked(node);
         menu.popup(item, x, y);
     }
 
     firstFocus: hasMap ? treemap : nothingToShow
     objectName: "map"
-    scope: app.scopeText
+    scope: app.scan.scopeText
     status: hasMap ? treemap.status : ""
     title: qsTr("Map")
 
     actions: [
         Chip {
             closable: true
-            kind: map.filterKind
+            kind: screen.map.filterKind
             objectName: "map.filter"
             set: true
-            text: map.filterText
-            visible: screen.hasMap && map.filterText !== ""
+            text: screen.map.filterText
+            visible: screen.hasMap && screen.map.filterText !== ""
 
-            onClicked: map.clearFilter()
+            onClicked: screen.map.clearFilter()
         },
         FindButton {
             app: screen.app
@@ -69,14 +70,14 @@ ScreenFrame {
             onClicked: screen.app.rescan.stop()
         },
         PushButton {
-            enabled: !screen.app.scanning
+            enabled: !screen.app.scan.running
             iconOnly: screen.narrow
             iconPath: Theme.icons.rescan
             objectName: "map.measure"
             visible: !screen.app.rescan.running
-            text: screen.app.scanState === "idle" ? qsTr("Measure This Disk") : qsTr("Measure Again")
+            text: screen.app.scan.idle ? qsTr("Measure This Disk") : qsTr("Measure Again")
 
-            onClicked: screen.app.measureAgain()
+            onClicked: screen.app.scan.measureAgain()
         },
         PushButton {
             iconOnly: true
@@ -91,7 +92,7 @@ ScreenFrame {
 
     bar: MapBar {
         height: visible ? Theme.breadcrumbBarHeight : 0
-        map: map
+        map: screen.map
         padding: screen.padding
         visible: screen.hasMap
         width: screen.width
@@ -104,30 +105,24 @@ ScreenFrame {
 
         MapLegend {
             height: visible ? Theme.legendHeight : 0
-            legend: map.legend
+            legend: screen.map.legend
             narrow: screen.narrow
             padding: screen.padding
             visible: screen.hasMap
             width: screen.width
 
-            onToggled: kind => map.toggleKind(kind)
+            onToggled: kind => screen.map.toggleKind(kind)
         }
         TickBar {
             id: tickBar
 
             narrow: screen.narrow
             objectName: "map.tickBar"
-            ticks: map.ticks
+            ticks: screen.map.ticks
             width: screen.width
 
-            onReviewed: screen.app.moves.review(map.ticks)
+            onReviewed: screen.app.moves.review(screen.map.ticks)
         }
-    }
-
-    MapModel {
-        id: map
-
-        app: screen.app
     }
 
     Rectangle {
@@ -150,13 +145,13 @@ ScreenFrame {
             dark: Theme.dark
             family: Theme.family
             focus: true
-            map: map
+            map: screen.map
             objectName: "map.view"
-            ticked: map.tickedNodes
+            ticked: screen.map.tickedNodes
             unit: Theme.fontScale
 
-            onCopyWanted: node => screen.app.actions.copyPath(map.facts(node).key)
-            onTickWanted: node => map.toggleTick(node)
+            onCopyWanted: node => screen.app.actions.copyPath(screen.map.facts(node).key)
+            onTickWanted: node => screen.map.toggleTick(node)
             onMenuWanted: (node, position) => screen.openMenu(node, treemap, position.x, position.y)
             onUpWanted: screen.goUp()
             onZoomWanted: (node, from) => screen.zoomTo(node, from)
@@ -217,17 +212,17 @@ ScreenFrame {
         anchors.bottom: parent.bottom
         anchors.right: parent.right
         anchors.top: parent.top
-        map: map
+        map: screen.map
         visible: screen.hasMap && (!screen.narrow || screen.listOpen)
         width: screen.narrow ? Theme.px(300) : screen.middling ? Theme.px(260) : screen.wide ? Theme.px(400)
             : Theme.px(344)
 
         onCopyWanted: key => screen.app.actions.copyPath(key)
-        onTickWanted: node => map.toggleTick(node)
+        onTickWanted: node => screen.map.toggleTick(node)
         onMenuWanted: (node, item, x, y) => screen.openMenu(node, item, x, y)
         onUpWanted: screen.goUp()
         onZoomWanted: node => {
-            if (map.facts(node).zoomable)
+            if (screen.map.facts(node).zoomable)
                 screen.zoomTo(node, treemap.boxOf(node));
         }
     }
@@ -251,14 +246,14 @@ ScreenFrame {
         objectName: "map.menu"
         zooms: true
         // What a menu opens on is selected, and being asked about.
-        refusal: map.selection.valid && map.selection.key === key ? map.refusal : ""
+        refusal: screen.map.selection.valid && screen.map.selection.key === key ? screen.map.refusal : ""
 
-        onTickWanted: map.toggleTick(node)
+        onTickWanted: screen.map.toggleTick(node)
         onZoomWanted: screen.zoomTo(node, treemap.boxOf(node))
     }
 
     Connections {
-        target: screen.app
+        target: screen.app.scan
 
         // An edited tree may give the number of the menu's item to another one.
         function onTreeChanged(): void {
@@ -269,31 +264,31 @@ ScreenFrame {
         enabled: screen.visible && screen.hasMap
         sequence: "Shift+F5"
 
-        onActivated: screen.app.rescan.start(map.selection.valid ? map.selection.node : map.focus)
+        onActivated: screen.app.rescan.start(screen.map.selection.valid ? screen.map.selection.node : screen.map.focus)
     }
     Shortcut {
-        enabled: screen.visible && screen.hasMap && map.canGoBack
+        enabled: screen.visible && screen.hasMap && screen.map.canGoBack
         sequence: "Alt+Left"
 
-        onActivated: map.goBack()
+        onActivated: screen.map.goBack()
     }
     Shortcut {
-        enabled: screen.visible && screen.hasMap && map.canGoForward
+        enabled: screen.visible && screen.hasMap && screen.map.canGoForward
         sequence: "Alt+Right"
 
-        onActivated: map.goForward()
+        onActivated: screen.map.goForward()
     }
     Shortcut {
-        enabled: screen.visible && screen.hasMap && map.canGoUp
+        enabled: screen.visible && screen.hasMap && screen.map.canGoUp
         sequence: "Alt+Up"
 
         onActivated: screen.goUp()
     }
     Shortcut {
-        enabled: screen.visible && screen.hasMap && map.canGoUp
+        enabled: screen.visible && screen.hasMap && screen.map.canGoUp
         sequence: "Alt+Home"
 
-        onActivated: map.goToRoot()
+        onActivated: screen.map.goToRoot()
     }
     Shortcut {
         enabled: screen.visible && screen.hasMap && screen.narrow && screen.listOpen && !screen.app.rescan.running

@@ -43,7 +43,7 @@ FocusScope {
         repeat: true
         running: true
 
-        onTriggered: view.app.refreshFullDiskAccess()
+        onTriggered: view.app.scan.refreshFullDiskAccess()
     }
 
     Rectangle {
@@ -100,7 +100,7 @@ FocusScope {
                 text: qsTr("Open Privacy Settings")
                 variant: PushButton.Primary
 
-                onClicked: view.app.openPrivacySettings()
+                onClicked: view.app.scan.openPrivacySettings()
             }
             Row {
                 height: open.height

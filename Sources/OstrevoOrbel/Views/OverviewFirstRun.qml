@@ -14,7 +14,7 @@ FocusScope {
 
         anchors.horizontalCenter: parent.horizontalCenter
         height: visible ? column.height + 40 : 0
-        visible: first.app.ledger.known
+        visible: first.app.disk.ledger.known
         width: Math.min(parent.width - 2 * first.padding, Theme.contentWidth)
         y: first.padding
 
@@ -31,10 +31,10 @@ FocusScope {
                 width: parent.width
             }
             VolumeBar {
-                Accessible.name: first.app.ledger.summary
+                Accessible.name: first.app.disk.ledger.summary
                 Accessible.role: Accessible.Graphic
                 height: 40
-                segments: first.app.ledger.segments
+                segments: first.app.disk.ledger.segments
                 width: parent.width
             }
             Item {
@@ -46,14 +46,14 @@ FocusScope {
                     anchors.right: total.left
                     anchors.rightMargin: 12
                     text: qsTr("%1 used, as the file system reports it. None of it measured yet.")
-                        .arg(first.app.ledger.used.text)
+                        .arg(first.app.disk.ledger.used.text)
                 }
                 SmallText {
                     id: total
 
                     anchors.right: parent.right
                     elide: Text.ElideNone
-                    text: first.app.ledger.total.text
+                    text: first.app.disk.ledger.total.text
                 }
             }
         }
@@ -67,7 +67,7 @@ FocusScope {
         Heading {
             horizontalAlignment: Text.AlignHCenter
             role: ThemedText.Title
-            text: first.app.ledger.known ? qsTr("See where %1 went").arg(first.app.ledger.used.text)
+            text: first.app.disk.ledger.known ? qsTr("See where %1 went").arg(first.app.disk.ledger.used.text)
                 : qsTr("See where the space went")
             width: parent.width
             wrapMode: Text.Wrap
@@ -97,7 +97,7 @@ FocusScope {
                 text: qsTr("Measure This Disk")
                 variant: PushButton.Primary
 
-                onClicked: first.app.scanDisk()
+                onClicked: first.app.scan.scanDisk()
             }
             PushButton {
                 id: folder

@@ -136,13 +136,13 @@ FocusScope {
 
             action: qsTr("Measure Again")
             explanation: qsTr("Measuring stopped after %1. Everything below counts only what was measured.")
-                .arg(measured.app.figures.duration)
+                .arg(measured.app.scan.figures.duration)
             objectName: "overview.partial"
             statement: qsTr("Scan cancelled — partial")
-            visible: measured.app.partial
+            visible: measured.app.scan.partial
             width: parent.width
 
-            onTriggered: measured.app.measureAgain()
+            onTriggered: measured.app.scan.measureAgain()
         }
         LedgerCard {
             id: ledger
@@ -150,7 +150,7 @@ FocusScope {
             app: measured.app
             objectName: "overview.ledgercard"
             termColumns: measured.columns === 3 ? 5 : 3
-            visible: measured.app.ledger.known
+            visible: measured.app.disk.ledger.known
             width: parent.width
 
             onUnreadableWanted: sheet.open()
@@ -190,7 +190,7 @@ FocusScope {
                 readonly property int listHeight: kindList.count * Theme.compactRowHeight
 
                 height: measured.columns === 1 ? cards.kindsNeed : cards.tallest
-                remark: qsTr("%1 measured").arg(measured.app.figures.measured.text)
+                remark: qsTr("%1 measured").arg(measured.app.scan.figures.measured.text)
                 title: qsTr("By kind")
                 width: cards.aside ? Theme.px(348) : measured.columns === 2 ? cards.half : cards.width
 
@@ -200,7 +200,7 @@ FocusScope {
                     Accessible.name: kindCard.title
                     focus: true
                     height: kindCard.listHeight
-                    model: measured.app.kinds
+                    model: measured.app.scan.kinds
                     objectName: "overview.kinds"
                     scrolls: false
                     selects: false
@@ -235,13 +235,13 @@ FocusScope {
 
                         Fact {
                             label: qsTr("Could not be read")
-                            value: measured.app.unreadable.total === 1 ? qsTr("1 entry")
-                                : qsTr("%1 entries").arg(measured.app.figures.unreadable)
+                            value: measured.app.scan.unreadable.total === 1 ? qsTr("1 entry")
+                                : qsTr("%1 entries").arg(measured.app.scan.figures.unreadable)
                             width: parent.width
                         }
                         Fact {
                             label: qsTr("Other volumes skipped")
-                            value: measured.app.otherVolumesSkipped
+                            value: measured.app.scan.otherVolumesSkipped
                             width: parent.width
                         }
                     }
@@ -274,7 +274,7 @@ FocusScope {
                     height: Theme.compactRowHeight * Math.min(count,
                         Math.floor((folderCard.height - cards.headHeight - 10) / Theme.compactRowHeight))
                     menu: menu
-                    model: measured.app.largestFolders
+                    model: measured.app.scan.largestFolders
                     objectName: "overview.folders"
                     scrolls: false
                     selects: false
@@ -302,7 +302,7 @@ FocusScope {
                 id: growthCard
 
                 height: cards.aside ? cards.tallest : cards.growthNeed
-                remark: measured.app.growth.since
+                remark: measured.app.scan.growth.since
                 title: qsTr("Grew most")
                 width: cards.aside ? cards.rest : cards.width
                 x: cards.aside ? cards.width - width : 0
@@ -316,7 +316,7 @@ FocusScope {
                     height: Theme.compactRowHeight * Math.min(count,
                         Math.floor((growthCard.height - cards.headHeight - 10) / Theme.compactRowHeight))
                     menu: menu
-                    model: measured.app.growth
+                    model: measured.app.scan.growth.folders
                     objectName: "overview.growth"
                     scrolls: false
                     selects: false
@@ -337,8 +337,8 @@ FocusScope {
                     anchors.margins: Theme.cardPadding
                     iconPath: Theme.icons.up
                     objectName: "overview.nogrowth"
-                    sentence: measured.app.growth.sentence
-                    statement: measured.app.growth.statement
+                    sentence: measured.app.scan.growth.sentence
+                    statement: measured.app.scan.growth.statement
                     visible: growthList.count === 0
                 }
             }

@@ -9,7 +9,7 @@ Flickable {
     required property AppModel app
     property int padding: Theme.pagePadding
 
-    readonly property DiskLedger ledger: app.ledger
+    readonly property DiskLedger ledger: app.disk.ledger
     readonly property real whole: Math.max(1, ledger.total.bytes)
     readonly property int contentWidth: Math.min(width - 2 * padding, Theme.contentWidth)
 
@@ -85,24 +85,24 @@ Flickable {
                 Figure {
                     label: qsTr("Measured so far")
                     objectName: "overview.measured"
-                    unit: scanning.app.figures.measured.unit
-                    value: scanning.app.figures.measured.value
+                    unit: scanning.app.scan.figures.measured.unit
+                    value: scanning.app.scan.figures.measured.value
                     width: figures.cell
                 }
                 Figure {
                     label: qsTr("Entries")
                     objectName: "overview.entries"
-                    value: scanning.app.figures.entries
+                    value: scanning.app.scan.figures.entries
                     width: figures.cell
                 }
                 Figure {
                     label: qsTr("Time")
-                    value: scanning.app.figures.duration
+                    value: scanning.app.scan.figures.duration
                     width: figures.cell
                 }
                 Figure {
                     label: qsTr("Could not be read")
-                    value: scanning.app.figures.unreadable
+                    value: scanning.app.scan.figures.unreadable
                     width: figures.cell
                 }
             }
@@ -111,9 +111,9 @@ Flickable {
 
                 readonly property int usedEnd: Math.round(width * scanning.ledger.used.bytes / scanning.whole)
                 readonly property int measuredEnd: Math.min(width,
-                    Math.round(width * scanning.app.figures.measured.bytes / scanning.whole))
+                    Math.round(width * scanning.app.scan.figures.measured.bytes / scanning.whole))
 
-                Accessible.name: scanning.app.measuredText
+                Accessible.name: scanning.app.scan.measuredText
                 Accessible.role: Accessible.Graphic
                 height: 40
                 visible: scanning.ledger.known
@@ -151,7 +151,7 @@ Flickable {
                     id: soFar
 
                     elide: Text.ElideNone
-                    text: qsTr("%1 measured").arg(scanning.app.figures.measured.text)
+                    text: qsTr("%1 measured").arg(scanning.app.scan.figures.measured.text)
                 }
                 SmallText {
                     horizontalAlignment: Text.AlignRight
@@ -179,7 +179,7 @@ Flickable {
 
                 color: Theme.text3
                 text: qsTr("Not all of the used space can be measured from this folder, so no percentage is shown.")
-                visible: !scanning.app.wholeDisk
+                visible: !scanning.app.scan.wholeDisk
                 role: ThemedText.Small
             }
         }
@@ -203,7 +203,7 @@ Flickable {
             Accessible.name: topLevel.title
             // Whole rows only.
             height: Math.floor((topLevel.height - Theme.px(40) - 12) / Theme.compactRowHeight) * Theme.compactRowHeight
-            model: scanning.app.topLevel
+            model: scanning.app.scan.topLevel
             objectName: "overview.toplevel"
             scrolls: false
             selects: false

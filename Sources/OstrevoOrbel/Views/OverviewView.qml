@@ -5,13 +5,13 @@ import OstrevoOrbel
 ScreenFrame {
     id: view
 
-    readonly property string phase: app.scanning ? "scanning" : app.rootUnreadable ? "unreadable"
-        : app.measuredAny ? "measured" : "first"
+    readonly property string phase: app.scan.running ? "scanning" : app.scan.rootUnreadable ? "unreadable"
+        : app.scan.measuredAny ? "measured" : "first"
 
     firstFocus: phase === "scanning" ? stop : body.item
     objectName: "overview"
-    scope: app.scopeText
-    status: app.scanning ? app.scopeText : body.item?.status ?? ""
+    scope: app.scan.scopeText
+    status: app.scan.running ? app.scan.scopeText : body.item?.status ?? ""
     title: qsTr("Overview")
 
     /// A measured disk is shown from its top, without a mark on the list that has the focus.
@@ -51,20 +51,20 @@ ScreenFrame {
             variant: PushButton.Primary
             visible: view.phase === "measured" || view.phase === "unreadable"
 
-            onClicked: view.app.measureAgain()
+            onClicked: view.app.scan.measureAgain()
         },
         PushButton {
             id: stop
 
-            enabled: !view.app.stopping
+            enabled: !view.app.scan.stopping
             iconPath: Theme.icons.stop
             keys: "Esc"
             objectName: "overview.stop"
             ringAlways: true
-            text: view.app.stopping ? qsTr("Stopping…") : qsTr("Stop")
+            text: view.app.scan.stopping ? qsTr("Stopping…") : qsTr("Stop")
             visible: view.phase === "scanning"
 
-            onClicked: view.app.stopScan()
+            onClicked: view.app.scan.stop()
         }
     ]
 

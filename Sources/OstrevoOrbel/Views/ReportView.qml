@@ -43,7 +43,7 @@ ScreenFrame {
     component Rows: Card {
         id: rows
 
-        property ReportRowsModel entries
+        property RoleList entries
 
         visible: entries.count > 0
         width: parent.width
@@ -180,7 +180,7 @@ ScreenFrame {
                         objectName: "report.openTrash"
                         text: qsTr("Open Trash")
 
-                        onClicked: screen.app.openTrash()
+                        onClicked: screen.app.disk.openTrash()
                     }
                 }
             }

@@ -64,10 +64,10 @@ ScreenFrame {
 
                     control: ToggleSwitch {
                         Accessible.name: qsTr("Notify me when free space is low")
-                        checked: view.app.lowDiskEnabled
+                        checked: view.app.alert.enabled
                         objectName: "settings.alert"
 
-                        onToggled: view.app.lowDiskEnabled = checked
+                        onToggled: view.app.alert.enabled = checked
                     }
                 }
                 SettingRow {
@@ -76,12 +76,12 @@ ScreenFrame {
 
                     control: DropDown {
                         Accessible.name: qsTr("Below")
-                        currentIndex: view.app.lowDiskChoice
-                        enabled: view.app.lowDiskEnabled
-                        model: view.app.lowDiskThresholds
+                        currentIndex: view.app.alert.choice
+                        enabled: view.app.alert.enabled
+                        model: view.app.alert.thresholds
                         objectName: "settings.threshold"
 
-                        onActivated: index => view.app.lowDiskChoice = index
+                        onActivated: index => view.app.alert.choice = index
                     }
                 }
                 Item {
@@ -126,12 +126,12 @@ ScreenFrame {
 
                             ThemedText {
                                 bold: true
-                                text: view.app.sampleTitle
+                                text: view.app.alert.sampleTitle
                                 width: parent.width
                                 wrapMode: Text.Wrap
                             }
                             Paragraph {
-                                text: view.app.sampleBody
+                                text: view.app.alert.sampleBody
                             }
                         }
                     }
@@ -156,15 +156,15 @@ ScreenFrame {
 
                     control: ToggleSwitch {
                         Accessible.name: qsTr("Open Ostrevo Vanto at login")
-                        checked: view.app.openAtLogin
+                        checked: view.app.alert.openAtLogin
                         objectName: "settings.login"
 
-                        onToggled: view.app.openAtLogin = checked
+                        onToggled: view.app.alert.openAtLogin = checked
                     }
                 }
                 SettingRow {
                     explanation: qsTr("Vanto never uploads anything. The journal stays on this computer.")
-                        + "\n" + view.app.journalPath
+                        + "\n" + view.app.journal.path
                     label: qsTr("Journal")
                     last: true
                     width: parent.width
@@ -175,7 +175,7 @@ ScreenFrame {
                         objectName: "settings.journal"
                         text: qsTr("Show in File Manager")
 
-                        onClicked: view.app.showJournalInFileManager()
+                        onClicked: view.app.journal.showFile()
                     }
                 }
             }

@@ -38,7 +38,7 @@ Rectangle {
         duplicates: app.duplicates.countText,
         uninstall: app.apps.countText,
         tidy: app.tidy.countText,
-        journal: app.journalFlow.countText
+        journal: app.journal.countText
     })
 
     color: Theme.side
@@ -123,7 +123,7 @@ Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: 20
         spacing: 6
-        visible: !sidebar.rail && sidebar.app.disk.known
+        visible: !sidebar.rail && sidebar.app.disk.ownLedger.known
         height: visible ? implicitHeight : 0
 
         Row {
@@ -136,25 +136,25 @@ Rectangle {
                 bold: true
                 elide: Text.ElideNone
                 role: ThemedText.Small
-                text: sidebar.app.disk.free.text
+                text: sidebar.app.disk.ownLedger.free.text
             }
             SmallText {
-                text: qsTr("free of %1").arg(sidebar.app.disk.total.text)
+                text: qsTr("free of %1").arg(sidebar.app.disk.ownLedger.total.text)
                 width: Math.min(implicitWidth, parent.width - free.width - parent.spacing)
             }
         }
         VolumeBar {
-            Accessible.name: sidebar.app.disk.summary
+            Accessible.name: sidebar.app.disk.ownLedger.summary
             Accessible.role: Accessible.Graphic
             height: 8
             plain: true
-            segments: sidebar.app.disk.segments
+            segments: sidebar.app.disk.ownLedger.segments
             width: parent.width
         }
         T.AbstractButton {
             id: trash
 
-            Accessible.name: qsTr("In the Trash: %1").arg(sidebar.app.trashSize)
+            Accessible.name: qsTr("In the Trash: %1").arg(sidebar.app.disk.trashSize)
             Accessible.role: Accessible.Button
             focusPolicy: Qt.TabFocus
             height: Theme.smallButtonHeight
@@ -163,7 +163,7 @@ Rectangle {
             width: parent.width
 
             ButtonKeys.enterClicks: true
-            onClicked: sidebar.app.openTrash()
+            onClicked: sidebar.app.disk.openTrash()
 
             background: Rectangle {
                 anchors.fill: parent
@@ -191,7 +191,7 @@ Rectangle {
                     anchors.right: parent.right
                     anchors.verticalCenter: parent.verticalCenter
                     elide: Text.ElideNone
-                    text: sidebar.app.trashSize
+                    text: sidebar.app.disk.trashSize
                 }
             }
 

@@ -72,24 +72,17 @@ QtObject {
     readonly property color okSoft: dark ? "#15301F" : "#E0F0E7"
 
     // The map.
-    readonly property color mapGround: dark ? "#101516" : "#FFFFFF"
-    readonly property color mapEdge: dark ? "#3E4A4B" : "#B3BFBE"
-    readonly property color frame0: dark ? "#2B3435" : "#DCE3E3"
-    readonly property color frame1: dark ? "#232B2C" : "#E7ECEC"
-    readonly property color frame2: dark ? "#1D2425" : "#F0F3F3"
-    readonly property color hatch: dark ? "#3D4849" : "#B9C4C4"
-    readonly property color hatchGround: dark ? "#1C2324" : "#E6EBEB"
+    readonly property var map: MapPalette.colors(dark)
+    readonly property color mapGround: map.ground
+    readonly property color mapEdge: map.edge
+    readonly property color hatch: map.hatch
+    readonly property color hatchGround: map.hatchGround
 
-    // Kinds of content, by the raw value of a kind: folders, video, disk images, archives, documents, apps, virtual
-    // machines, other. The fills stay apart for the colour-blind; a glyph or a name always goes with them.
-    readonly property var kindFills: dark
-        ? ["#5C6968", "#A18FD3", "#245883", "#BD9D54", "#7FACA5", "#789175", "#944821", "#404645"]
-        : ["#8D9493", "#D5B4F9", "#779BD9", "#CDAE54", "#B6EAF4", "#ABD6A6", "#CA7C4E", "#AAB1B2"]
-    readonly property var kindLabels: dark
-        ? ["#FFFFFF", "#0C1414", "#FFFFFF", "#0C1414", "#0C1414", "#0C1414", "#FFFFFF", "#FFFFFF"]
-        : ["#15211F", "#15211F", "#15211F", "#15211F", "#15211F", "#15211F", "#15211F", "#15211F"]
-    readonly property var kindIcons: [icons.folders, icons.video, icons.diskImages, icons.archives, icons.documents,
-        icons.apps, icons.virtualMachines, icons.other]
+    // Kinds of content, by the raw value of a kind. The fills stay apart for the colour-blind; a glyph or a name
+    // always goes with them.
+    readonly property var kindFills: map.fills
+    readonly property var kindLabels: map.labels
+    readonly property var kindIcons: MapPalette.glyphs
 
     readonly property IconPaths icons: IconPaths {}
 
@@ -177,8 +170,6 @@ QtObject {
 
     // Motion, in milliseconds.
     readonly property int zoomTime: reducedMotion ? 0 : 180
-    readonly property int tileRemovalTime: reducedMotion ? 0 : 160
-    readonly property int listTime: reducedMotion ? 0 : 140
     readonly property int sheetTime: reducedMotion ? 0 : 120
     readonly property int tickBarTime: reducedMotion ? 0 : 120
     readonly property int tickTime: reducedMotion ? 0 : 80

@@ -77,16 +77,16 @@ ScreenFrame {
 
             actions: screen.app.actions
             flow: screen.flow
-            found: !screen.flow.known ? "" : screen.app.partial ? qsTr("Known only after a complete measurement")
+            found: !screen.flow.known ? "" : screen.app.scan.partial ? qsTr("Known only after a complete measurement")
                 : screen.flow.foldersText
             heading: qsTr("Empty folders")
             height: parent.height
             iconPath: Theme.icons.folders
             list: screen.flow.folders
             moveText: screen.flow.moveFoldersText
-            nothing: screen.app.partial ? qsTr("The measurement was stopped, so a folder may hold what has not been seen. Measure again to list empty ones.")
+            nothing: screen.app.scan.partial ? qsTr("The measurement was stopped, so a folder may hold what has not been seen. Measure again to list empty ones.")
                 : qsTr("No folder in the home folder is empty, except those kept on purpose.")
-            nothingTitle: screen.app.partial ? qsTr("Not known yet") : qsTr("Nothing to tidy here")
+            nothingTitle: screen.app.scan.partial ? qsTr("Not known yet") : qsTr("Nothing to tidy here")
             objectName: "tidy.folders"
             ticked: screen.flow.foldersTicked
             visible: !screen.narrow || screen.tab === 0

@@ -7,13 +7,13 @@ Sheet {
     id: sheet
 
     required property AppModel app
-    readonly property UnreadableModel unreadable: app.unreadable
+    readonly property UnreadableModel unreadable: app.scan.unreadable
 
     closePolicy: T.Popup.CloseOnEscape
     contentNeed: Math.max(2, list.count) * Theme.px(64)
     objectName: "unreadable"
-    remark: unreadable.total > unreadable.count
-        ? qsTr("The first %1 are listed. Nothing was changed.").arg(unreadable.count) : qsTr("Nothing was changed.")
+    remark: unreadable.total > list.count
+        ? qsTr("The first %1 are listed. Nothing was changed.").arg(list.count) : qsTr("Nothing was changed.")
     sentence: qsTr("Their space counts as not measured. In a terminal, with an administrator’s rights, each can be measured by the command under it.")
     title: unreadable.headline
 
@@ -41,7 +41,7 @@ Sheet {
         Accessible.name: sheet.title
         anchors.fill: parent
         anchors.topMargin: 1
-        model: sheet.unreadable
+        model: sheet.unreadable.entries
         objectName: "unreadable.list"
         selects: false
 

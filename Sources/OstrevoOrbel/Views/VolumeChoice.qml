@@ -17,13 +17,13 @@ T.AbstractButton {
     implicitWidth: Math.ceil(words.implicitWidth) + chevron.width + 6 + leftPadding + rightPadding
     leftPadding: 8
     rightPadding: 8
-    text: app.ledger.description !== "" ? app.ledger.description : app.ledger.path
+    text: app.disk.ledger.description !== "" ? app.disk.ledger.description : app.disk.ledger.path
 
     Keys.onDownPressed: choice.clicked()
     ButtonKeys.enterClicks: true
 
     onClicked: {
-        choice.app.refreshVolumes();
+        choice.app.disk.refreshVolumes();
         menu.open();
     }
 
@@ -69,7 +69,7 @@ T.AbstractButton {
         y: choice.height + 4
 
         Instantiator {
-            model: choice.app.volumes
+            model: choice.app.disk.volumes
 
             delegate: MenuEntry {
                 required property int index
@@ -83,7 +83,7 @@ T.AbstractButton {
                 objectName: "overview.volume." + index
                 text: path
 
-                onTriggered: choice.app.scanVolume(index)
+                onTriggered: choice.app.scan.scanVolume(index)
             }
 
             onObjectAdded: (index, object) => menu.insertItem(index, object)

@@ -75,29 +75,43 @@ std::optional<std::string> volumeOf(int folder) {
     return std::nullopt;
 }
 
+/// The volume with this device number; absent when the folder lies on another one.
+std::optional<std::string> volumeAt(const std::string& folderPath, dev_t device) {
+    const FileDescriptor folder(::open(folderPath.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status {};
+    if (!folder || ::fstat(folder.get(), &status) != 0 || status.st_dev != device)
+        return std::nullopt;
+    return volumeOf(folder.get());
+}
+
 } // namespace
 
-std::optional<PersistentIdentity> persistentIdentity(const std::string& path, std::uint64_t inode) {
-    // The object itself cannot be opened when it is a link, and must not be when it is a device or a pipe.
-    // Its folder lies on the same file system, unless a mount says otherwise.
-    const FileDescriptor folder(
-        ::open(std::string(parentPath(path)).c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
-    struct stat above {};
+std::optional<PersistentIdentity> persistentIdentity(const std::string& path, std::uint64_t inode,
+                                                     KnownVolumes& known) {
     struct statx object {};
-    if (!folder || ::fstat(folder.get(), &above) != 0
-        || ::statx(folder.get(), std::string(lastPathComponent(path)).c_str(),
-                   AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_INO | STATX_BTIME, &object)
-               != 0
-        || object.stx_ino != inode || makedev(object.stx_dev_major, object.stx_dev_minor) != above.st_dev)
+    if (::statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_INO | STATX_BTIME,
+                &object)
+            != 0
+        || object.stx_ino != inode)
         return std::nullopt;
     // A birth at the very start of 1970 is what images have that were built without one.
     const auto birth = nanosSince1970(object.stx_btime.tv_sec, object.stx_btime.tv_nsec);
     if ((object.stx_mask & STATX_BTIME) == 0 || birth == 0)
         return std::nullopt;
-    auto volume = volumeOf(folder.get());
-    if (!volume)
+    const auto device = makedev(object.stx_dev_major, object.stx_dev_minor);
+    auto volume = known.find(device);
+    // The object itself cannot be opened when it is a link, and must not be when it is a device or a pipe.
+    // Its folder lies on the same file system, unless a mount says otherwise.
+    if (volume == known.end())
+        volume = known.emplace(device, volumeAt(std::string(parentPath(path)), device)).first;
+    if (!volume->second)
         return std::nullopt;
-    return PersistentIdentity{.volume = *std::move(volume), .birthNanos = birth};
+    return PersistentIdentity{.volume = *volume->second, .birthNanos = birth};
+}
+
+std::optional<PersistentIdentity> persistentIdentity(const std::string& path, std::uint64_t inode) {
+    KnownVolumes known;
+    return persistentIdentity(path, inode, known);
 }
 
 } // namespace orbel::platform

@@ -1,7 +1,7 @@
 #include "Platform/ProcessFiles.h"
 
 #include "Platform/Linux/UsedFiles.h"
-#include "Util/Parallel.h"
+#include "Platform/Parallel.h"
 
 #include <algorithm>
 #include <charconv>

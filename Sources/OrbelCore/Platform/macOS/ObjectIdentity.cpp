@@ -35,22 +35,39 @@ std::optional<std::string> volumeUuid(const char* mountPoint) {
     return uuidText(reply.uuid);
 }
 
+/// The volume with this device number; absent when the folder lies on another one.
+std::optional<std::string> volumeAt(const std::string& folder, dev_t device) {
+    struct stat status {};
+    struct statfs volume {};
+    if (::stat(folder.c_str(), &status) != 0 || status.st_dev != device
+        || ::statfs(folder.c_str(), &volume) != 0)
+        return std::nullopt;
+    return volumeUuid(volume.f_mntonname);
+}
+
 } // namespace
 
-std::optional<PersistentIdentity> persistentIdentity(const std::string& path, std::uint64_t inode) {
+std::optional<PersistentIdentity> persistentIdentity(const std::string& path, std::uint64_t inode,
+                                                     KnownVolumes& known) {
     struct stat object {};
-    struct stat above {};
-    struct statfs volume {};
-    // The folder is asked for the volume, because asking the object would follow a link.
-    const std::string folder(parentPath(path));
-    if (::lstat(path.c_str(), &object) != 0 || object.st_ino != inode || ::stat(folder.c_str(), &above) != 0
-        || above.st_dev != object.st_dev || ::statfs(folder.c_str(), &volume) != 0)
+    if (::lstat(path.c_str(), &object) != 0 || object.st_ino != inode)
         return std::nullopt;
     const auto birth = nanosSince1970(object.st_birthtimespec.tv_sec, object.st_birthtimespec.tv_nsec);
-    auto uuid = birth == 0 ? std::nullopt : volumeUuid(volume.f_mntonname);
-    if (!uuid)
+    if (birth == 0)
         return std::nullopt;
-    return PersistentIdentity{.volume = *std::move(uuid), .birthNanos = birth};
+    const auto device = static_cast<std::uint32_t>(object.st_dev);
+    auto volume = known.find(device);
+    // The folder is asked for the volume, because asking the object would follow a link.
+    if (volume == known.end())
+        volume = known.emplace(device, volumeAt(std::string(parentPath(path)), object.st_dev)).first;
+    if (!volume->second)
+        return std::nullopt;
+    return PersistentIdentity{.volume = *volume->second, .birthNanos = birth};
+}
+
+std::optional<PersistentIdentity> persistentIdentity(const std::string& path, std::uint64_t inode) {
+    KnownVolumes known;
+    return persistentIdentity(path, inode, known);
 }
 
 } // namespace orbel::platform

@@ -21,4 +21,11 @@ std::expected<FileDescriptor, int> openFolderWithoutLinks(const std::string& pat
     return folder;
 }
 
+std::expected<FileDescriptor, int> openFolderThroughLinks(const std::string& path) {
+    FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder)
+        return std::unexpected(errno);
+    return folder;
+}
+
 } // namespace orbel::platform

@@ -24,21 +24,21 @@ FocusScope {
     /// From the edges to the words while it looks.
     property int padding: 20
 
-    readonly property bool scanning: app !== null && app.scanning
-    readonly property bool unreadable: app !== null && app.rootUnreadable
+    readonly property bool scanning: app !== null && app.scan.running
+    readonly property bool unreadable: app !== null && app.scan.rootUnreadable
     /// Whether there is a measurement that a list can be of.
-    readonly property bool measured: app === null || app.measuredAny && !unreadable
+    readonly property bool measured: app === null || app.scan.measuredAny && !unreadable
 
     /// The button that belongs to `action`.
     signal triggered()
 
     function act(): void {
         if (scanning)
-            app.stopScan();
+            app.scan.stop();
         else if (unreadable)
             app.chooseFolderAndScan();
         else if (!measured)
-            app.scanDisk();
+            app.scan.scanDisk();
         else
             triggered();
     }
@@ -110,8 +110,8 @@ FocusScope {
 
             bold: true
             horizontalAlignment: Text.AlignHCenter
-            text: state.scanning ? state.app.scopeText
-                : state.unreadable ? qsTr("%1 could not be read").arg(state.app.scanRoot)
+            text: state.scanning ? state.app.scan.scopeText
+                : state.unreadable ? qsTr("%1 could not be read").arg(state.app.scan.root)
                 : !state.measured ? qsTr("Not measured yet") : state.statement
             width: parent.width
             wrapMode: Text.Wrap

@@ -5,7 +5,7 @@ import OstrevoOrbel
 Item {
     id: bar
 
-    required property SegmentsModel segments
+    required property RoleList segments
     /// Fills all of what was measured with one colour in place of those of the kinds.
     property bool plain: false
     /// The share of the whole that is used, where something points at its edge; -1 where nothing does.
@@ -42,25 +42,25 @@ Item {
                 Accessible.ignored: true
                 height: bar.height
                 width: index === parts.count - 1 ? Math.max(2, bar.width - x)
-                    : bar.usedShare >= 0 && part === SegmentsModel.NotMeasured
+                    : bar.usedShare >= 0 && part === DiskLedger.NotMeasured
                     ? Math.max(2, bar.edge(bar.usedShare) - x)
                     : Math.max(2, Math.round(fraction * (bar.width - (parts.count - 1) * bar.gap)))
 
                 Rectangle {
                     anchors.fill: parent
                     border.color: Theme.control
-                    border.width: segment.part === SegmentsModel.Free ? 1 : 0
-                    color: segment.part === SegmentsModel.Free ? "transparent"
-                        : segment.part === SegmentsModel.Reserved ? Theme.control
-                        : segment.part === SegmentsModel.Trash ? Theme.text3
+                    border.width: segment.part === DiskLedger.Free ? 1 : 0
+                    color: segment.part === DiskLedger.Free ? "transparent"
+                        : segment.part === DiskLedger.Reserved ? Theme.control
+                        : segment.part === DiskLedger.Trash ? Theme.text3
                         : bar.plain || segment.kind < 0 ? Theme.accent : Theme.kindFills[segment.kind]
-                    visible: segment.part !== SegmentsModel.NotMeasured
+                    visible: segment.part !== DiskLedger.NotMeasured
                 }
                 Hatching {
                     anchors.fill: parent
                     ground: Theme.hatchGround
                     lines: Theme.hatch
-                    visible: segment.part === SegmentsModel.NotMeasured
+                    visible: segment.part === DiskLedger.NotMeasured
                 }
                 HoverHandler {
                     id: pointer

@@ -1,0 +1,104 @@
+#include "AppModel/AlertSettings.h"
+
+#include "Models/Wording.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+namespace orbel {
+
+namespace {
+
+const QString settingsKey = QStringLiteral("lowDiskAlert");
+
+} // namespace
+
+AlertSettings::AlertSettings(const AppEnvironment& environment, const DiskState& disk, Notice& notice)
+    : environment_(environment),
+      disk_(disk),
+      notice_(notice),
+      lowDisk_(loadLowDiskSettings(*environment.settings)) {
+    connect(&disk, &DiskState::volumeChanged, this, &AlertSettings::changed);
+    alertTimer_.setInterval(LowDiskAlert::checkInterval);
+    connect(&alertTimer_, &QTimer::timeout, this, &AlertSettings::checkFreeSpace);
+    restartAlertLoop();
+}
+
+LowDiskSettings AlertSettings::loadLowDiskSettings(const QSettings& settings) {
+    return LowDiskSettings::fromText(settings.value(settingsKey).toString().toStdString());
+}
+
+void AlertSettings::saveLowDisk() {
+    const nlohmann::json json = lowDisk_;
+    environment_.settings->setValue(settingsKey, QString::fromStdString(json.dump()));
+    Q_EMIT changed();
+}
+
+void AlertSettings::setEnabled(bool enabled) {
+    if (enabled == lowDisk_.enabled)
+        return;
+    lowDisk_.enabled = enabled;
+    saveLowDisk();
+    restartAlertLoop();
+    if (enabled)
+        environment_.notifier->requestPermission([](bool) {});
+}
+
+QStringList AlertSettings::thresholds() const {
+    QStringList labels;
+    for (const auto& choice : LowDiskSettings::thresholds)
+        labels << textOf(choice.label);
+    return labels;
+}
+
+int AlertSettings::choice() const {
+    const auto& choices = LowDiskSettings::thresholds;
+    const auto found = std::ranges::find(choices, lowDisk_.threshold, &LowDiskSettings::Choice::bytes);
+    return found == choices.end() ? -1 : static_cast<int>(found - choices.begin());
+}
+
+void AlertSettings::setChoice(int choice) {
+    const auto index = static_cast<std::size_t>(choice);
+    if (choice == AlertSettings::choice() || choice < 0 || index >= LowDiskSettings::thresholds.size())
+        return;
+    lowDisk_.threshold = LowDiskSettings::thresholds.at(index).bytes;
+    saveLowDisk();
+}
+
+QString AlertSettings::sampleTitle() const {
+    return textOf(LowDiskAlert::message(0).title);
+}
+
+QString AlertSettings::sampleBody() const {
+    return textOf(LowDiskAlert::message(disk_.volume() ? disk_.volume()->free : lowDisk_.threshold).body);
+}
+
+void AlertSettings::restartAlertLoop() {
+    alertTimer_.stop();
+    if (!lowDisk_.enabled)
+        return;
+    checkFreeSpace();
+    alertTimer_.start();
+}
+
+void AlertSettings::checkFreeSpace() {
+    const auto volume = environment_.readVolume(environment_.dataVolumePath);
+    if (!volume)
+        return;
+    if (const auto message = lowDiskAlert_.evaluate(volume->free, lowDisk_, environment_.now()))
+        environment_.notifier->post(*message);
+}
+
+bool AlertSettings::opensAtLogin() const {
+    return environment_.loginItem->isEnabled();
+}
+
+void AlertSettings::setOpenAtLogin(bool opens) {
+    if (opens == opensAtLogin())
+        return;
+    if (!environment_.loginItem->setEnabled(opens))
+        notice_.show(tr("The desktop’s list of what it starts at login could not be written."));
+    Q_EMIT changed();
+}
+
+} // namespace orbel

@@ -1,0 +1,51 @@
+#include "AppModel/AppearanceSettings.h"
+
+namespace orbel {
+
+namespace {
+
+const QString settingsKey = QStringLiteral("appearance");
+
+bool isChoice(const QString& word) {
+    return word == QLatin1String("system") || word == QLatin1String("light") || word == QLatin1String("dark");
+}
+
+} // namespace
+
+AppearanceSettings::AppearanceSettings(const AppEnvironment& environment)
+    : environment_(environment), choice_(environment.settings->value(settingsKey).toString()) {
+    if (!isChoice(choice_))
+        choice_ = QStringLiteral("system");
+    if (environment.appearance)
+        connect(environment.appearance.get(), &Appearance::darkChanged, this, &AppearanceSettings::update);
+    update();
+}
+
+void AppearanceSettings::setChoice(const QString& choice) {
+    if (!isChoice(choice) || (choice == choice_ && !override_))
+        return;
+    choice_ = choice;
+    override_.reset();
+    environment_.settings->setValue(settingsKey, choice_);
+    Q_EMIT choiceChanged();
+    update();
+}
+
+void AppearanceSettings::overrideWith(std::optional<std::string> word) {
+    override_.reset();
+    if (word)
+        override_ = *word == "dark";
+    update();
+}
+
+void AppearanceSettings::update() {
+    const bool isSystemDark = environment_.appearance && environment_.appearance->isDark();
+    const bool dark = override_.value_or(
+        choice_ == QLatin1String("system") ? isSystemDark : choice_ == QLatin1String("dark"));
+    if (dark == isDark_)
+        return;
+    isDark_ = dark;
+    Q_EMIT darkChanged();
+}
+
+} // namespace orbel

@@ -1,0 +1,440 @@
+#include "AppModel/MapModel.h"
+
+#include "Delete/DeletionItem.h"
+#include "Delete/ItemNote.h"
+#include "Delete/RepositoryNote.h"
+#include "Map/TreemapModel.h"
+#include "Models/ByteFigure.h"
+#include "Models/ItemKey.h"
+#include "Models/Wording.h"
+#include "Util/PathText.h"
+
+#include <algorithm>
+#include <bit>
+#include <utility>
+
+namespace orbel {
+
+namespace {
+
+/// Up to this many nodes are summed up at once; more would hold up the main thread.
+constexpr std::uint32_t fewNodes = 20'000;
+
+/// What git says of a folder may take a while, so it is asked about a folder that is selected or ticked, and
+/// of the others only about those that are a repository's own.
+std::optional<DeletionItem> itemWithRepositories(const FileTree& tree, NodeIndex node,
+                                                 const SafetyPolicy& policy) {
+    auto item = DeletionItem::fromTree(tree, node, DeletionModule::map, policy);
+    if (item && item->isSelectable())
+        item->note = ItemNote::joined(item->note, repositoryNote(tree, node));
+    return item;
+}
+
+} // namespace
+
+MapModel::MapModel(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
+                   const ScanFlow& scan, MoveFlow& moves)
+    : environment_(environment), policy_(std::move(policy)), tree_(scan.tree()) {
+    list_.setTicking([this](NodeIndex node) { return tickState(node); },
+                     [this](NodeIndex node) { return tickRefusal(node); },
+                     [this](NodeIndex node) { return noteOf(node); });
+    connect(&ticks_, &Ticks::changed, this, [this] {
+        list_.tellTicks();
+        Q_EMIT ticksChanged();
+    });
+    connect(&scan, &ScanFlow::treeChanged, this, [this, &scan] { setTree(scan.tree(), scan.coverage()); });
+    moves.watch(ticks_);
+}
+
+void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage) {
+    const bool isEdited = tree->count() > 0 && tree_->count() > 0 && tree->rootPath == tree_->rootPath;
+    const auto former = std::exchange(tree_, std::move(tree));
+    coverage_ = std::move(coverage);
+    refusals_.clear();
+    notes_.clear();
+    if (isEdited) {
+        // An edited tree may number its nodes anew; their paths stay.
+        const auto again = [&](NodeIndex node) {
+            return tree_->index(former->walkedPath(node), canonicalizer());
+        };
+        const auto follow = [&](std::vector<NodeIndex>& nodes) {
+            std::vector<NodeIndex> left;
+            for (const NodeIndex node : nodes) {
+                if (const auto now = again(node))
+                    left.push_back(*now);
+            }
+            nodes = std::move(left);
+        };
+        follow(back_);
+        follow(forward_);
+        auto place = again(focus_);
+        for (NodeIndex above = focus_;
+             above != 0 && !(place && TreemapModel::isPlainFolder(*tree_, *place));) {
+            above = former->parent(above).value_or(0);
+            place = again(above);
+        }
+        focus_ = place.value_or(0);
+        if (selected_)
+            selected_ = again(*selected_);
+    } else {
+        back_.clear();
+        forward_.clear();
+        selected_.reset();
+        const auto again = focusPath_.empty() ? std::nullopt : tree_->index(focusPath_, canonicalizer());
+        focus_ = again && TreemapModel::isPlainFolder(*tree_, *again) ? *again : 0;
+    }
+    showFocus();
+    Q_EMIT selectionChanged();
+    updateSafety();
+    Q_EMIT ticksChanged();
+}
+
+void MapModel::show(quint32 node) {
+    if (node >= tree_->count() || !tree_->isAttached(node))
+        return;
+    // The map shows a package as one item, so that stands for what is in it.
+    for (auto above = tree_->parent(node); above; above = tree_->parent(*above)) {
+        if (tree_->flags(*above).contains(NodeFlags::package))
+            node = *above;
+    }
+    if (TreemapModel::isPlainFolder(*tree_, node)) {
+        setFocus(node);
+    } else {
+        setFocus(tree_->parent(node).value_or(0));
+        select(node);
+    }
+}
+
+void MapModel::goBack() {
+    if (back_.empty())
+        return;
+    const NodeIndex to = back_.back();
+    back_.pop_back();
+    forward_.push_back(focus_);
+    focus_ = to;
+    showFocus();
+}
+
+void MapModel::goForward() {
+    if (forward_.empty())
+        return;
+    const NodeIndex to = forward_.back();
+    forward_.pop_back();
+    back_.push_back(focus_);
+    focus_ = to;
+    showFocus();
+}
+
+void MapModel::goUp() {
+    if (!canGoUp())
+        return;
+    const NodeIndex left = focus_;
+    setFocus(tree_->parent(left).value_or(0));
+    select(left);
+}
+
+void MapModel::goToRoot() {
+    if (canGoUp())
+        setFocus(0);
+}
+
+void MapModel::setFocus(NodeIndex node) {
+    if (node == focus_)
+        return;
+    back_.push_back(focus_);
+    forward_.clear();
+    focus_ = node;
+    showFocus();
+}
+
+void MapModel::showFocus() {
+    if (tree_->count() > 0)
+        focusPath_ = tree_->walkedPath(focus_);
+    crumbs_.setFolder(*tree_, focus_, rootName());
+    list_.setFolder(tree_, focus_);
+    // A selection outside what is shown would be acted upon unseen.
+    if (selected_ && list_.rowOf(*selected_) < 0)
+        clearSelection();
+    updateLegend();
+    checkRows();
+    Q_EMIT focusChanged();
+    Q_EMIT selectionChanged();
+}
+
+void MapModel::select(quint32 node) {
+    if (node >= tree_->count() || selected_ == node)
+        return;
+    selected_ = node;
+    Q_EMIT selectionChanged();
+    updateSafety();
+}
+
+void MapModel::selectRow(int row) {
+    if (row >= 0 && row < list_.rowCount())
+        select(list_.nodeAt(row));
+}
+
+void MapModel::clearSelection() {
+    if (!selected_)
+        return;
+    selected_.reset();
+    Q_EMIT selectionChanged();
+    updateSafety();
+}
+
+void MapModel::toggleKind(int kind) {
+    legend_.setChosen(legend_.chosen() ^ 1U << static_cast<unsigned>(kind));
+    Q_EMIT legendChanged();
+}
+
+void MapModel::clearFilter() {
+    legend_.setChosen(0);
+    Q_EMIT legendChanged();
+}
+
+void MapModel::showKind(int kind) {
+    goToRoot();
+    legend_.setChosen(1U << static_cast<unsigned>(kind));
+    Q_EMIT legendChanged();
+}
+
+void MapModel::updateLegend() {
+    legendJob_.drop();
+    const auto take = [this](const KindTotals& totals) {
+        legend_.setTotals(totals);
+        Q_EMIT legendChanged();
+    };
+    if (tree_->count() == 0)
+        take({});
+    else if (tree_->descendantCount(focus_) <= fewNodes)
+        take(kindTotals(*tree_, focus_));
+    else
+        legendJob_.run([tree = tree_, focus = focus_] { return kindTotals(*tree, focus); }, take);
+}
+
+/// Asking the policy asks the disk, which may be asleep.
+void MapModel::updateSafety() {
+    selectionJob_.drop();
+    isMovable_ = false;
+    refusal_.clear();
+    Q_EMIT safetyChanged();
+    if (!selected_)
+        return;
+    selectionJob_.run([tree = tree_, node = *selected_,
+                       policy = policy_] { return itemWithRepositories(*tree, node, *policy); },
+                      [this](const std::optional<DeletionItem>& item) {
+                          applyAnswer(*selected_, item);
+                          refusal_ = tickRefusal(*selected_);
+                          isMovable_ = refusal_.isEmpty();
+                          Q_EMIT safetyChanged();
+                      });
+}
+
+void MapModel::applyAnswer(NodeIndex node, const std::optional<DeletionItem>& item) {
+    const auto refusal = !item                  ? tr("It is not there any more")
+                         : item->isSelectable() ? QString()
+                                                : textOf(*item->blockedReason);
+    const auto note = item ? textOf(item->note.value_or("")) : QString();
+    if (refusals_.contains(node) && refusals_[node] == refusal && notes_[node] == note)
+        return;
+    refusals_[node] = refusal;
+    notes_[node] = note;
+    list_.tellTicks();
+}
+
+QString MapModel::noteOf(NodeIndex node) const {
+    const auto known = notes_.find(node);
+    return known == notes_.end() ? noteText(*tree_, node) : known->second;
+}
+
+/// What the list shows first is locked where it has to be; of the rest, each row when it is wanted.
+void MapModel::checkRows() {
+    constexpr int mostAsked = 100;
+    rowsJob_.drop();
+    if (tree_->count() == 0)
+        return;
+    std::vector<NodeIndex> asked;
+    for (int row = 0; row < std::min(list_.rowCount(), mostAsked); ++row) {
+        if (!refusals_.contains(list_.nodeAt(row)))
+            asked.push_back(list_.nodeAt(row));
+    }
+    using Answers = std::vector<std::pair<NodeIndex, std::optional<DeletionItem>>>;
+    rowsJob_.run(
+        [tree = tree_, asked = std::move(asked), policy = policy_] {
+            Answers answers;
+            for (const NodeIndex node : asked)
+                answers.emplace_back(node,
+                                     isWorkFolder(*tree, node)
+                                         ? itemWithRepositories(*tree, node, *policy)
+                                         : DeletionItem::fromTree(*tree, node, DeletionModule::map, *policy));
+            return answers;
+        },
+        [this](const Answers& answers) {
+            for (const auto& [node, item] : answers)
+                applyAnswer(node, item);
+        });
+}
+
+void MapModel::toggleTick(quint32 node) {
+    if (node >= tree_->count() || !tree_->isAttached(node))
+        return;
+    const auto path = tree_->path(node, canonicalizer());
+    if (const auto* over = ticks_.covering(path)) {
+        if (over->item.path == path)
+            ticks_.untick(std::string(over->item.id));
+        return;
+    }
+    using Answer = std::pair<std::optional<DeletionItem>, TickedItem>;
+    tickJobs_.runAside(
+        "orbel.tick",
+        [tree = tree_, node, policy = policy_] {
+            Answer answer{itemWithRepositories(*tree, node, *policy), {}};
+            if (answer.first)
+                answer.second = TickedItem::ofNode(*answer.first, *tree, node);
+            return answer;
+        },
+        [this, tree = tree_, node](Answer answer) {
+            if (tree != tree_)
+                return;
+            applyAnswer(node, answer.first);
+            if (answer.first)
+                ticks_.setTicked(std::move(answer.second), true);
+        });
+}
+
+bool MapModel::isTicked(quint32 node) const {
+    return node < tree_->count() && tickState(node) == Qt::Checked;
+}
+
+Qt::CheckState MapModel::tickState(NodeIndex node) const {
+    if (ticks_.count() == 0)
+        return Qt::Unchecked;
+    const auto path = tree_->path(node, canonicalizer());
+    if (ticks_.covering(path) != nullptr)
+        return Qt::Checked;
+    return ticks_.anyInside(path) ? Qt::PartiallyChecked : Qt::Unchecked;
+}
+
+QString MapModel::tickRefusal(quint32 node) const {
+    if (node >= tree_->count())
+        return {};
+    if (ticks_.count() > 0) {
+        const auto path = tree_->path(node, canonicalizer());
+        if (const auto* over = ticks_.covering(path); over != nullptr && over->item.path != path)
+            return tr("Moves with %1").arg(textOf(over->item.title));
+    }
+    const auto known = refusals_.find(node);
+    return known == refusals_.end() ? QString() : known->second;
+}
+
+QList<quint32> MapModel::tickedNodes() const {
+    QList<quint32> nodes;
+    for (const auto& ticked : ticks_.items()) {
+        if (const auto node = tree_->index(ticked.item.path, canonicalizer()))
+            nodes << *node;
+    }
+    return nodes;
+}
+
+std::optional<NodeIndex> MapModel::zoomTarget(NodeIndex node) const {
+    while (!TreemapModel::isPlainFolder(*tree_, node)) {
+        const auto parent = tree_->parent(node);
+        if (!parent)
+            return std::nullopt;
+        node = *parent;
+    }
+    return node == focus_ ? std::nullopt : std::optional(node);
+}
+
+MapItemFacts MapModel::facts(quint32 node) const {
+    if (node >= tree_->count())
+        return {};
+    const auto path = tree_->path(node, canonicalizer());
+    const auto whole = focusBytes();
+    return {.valid = true,
+            .node = node,
+            .key = keyOf(path),
+            .name = node == 0 ? rootName() : textOf(tree_->nameBytes(node)),
+            .kind = static_cast<int>(TreemapModel::representativeKind(*tree_, node)),
+            .kindName = kindText(*tree_, node),
+            .size = ByteFigure(tree_->allocated(node)).text(),
+            .path = textOf(tildePath(path, environment_.home)),
+            .folder = textOf(tildePath(parentPath(path), environment_.home)),
+            .changed = changedText(*tree_, node),
+            .share = tr("%1 of %2").arg(shareText(tree_->allocated(node), whole), focusName()),
+            .zoomable = zoomTarget(node).has_value(),
+            .isFolder = tree_->isFolder(node)};
+}
+
+QString MapModel::focusName() const {
+    if (tree_->count() == 0)
+        return {};
+    return focus_ == 0 ? rootName() : textOf(tree_->nameBytes(focus_));
+}
+
+std::uint64_t MapModel::focusBytes() const {
+    if (tree_->count() == 0)
+        return 0;
+    return tree_->allocated(focus_) + (focus_ == 0 && coverage_ ? coverage_->notMeasured() : 0);
+}
+
+QString MapModel::rootName() const {
+    if (coverage_)
+        return tr("This disk");
+    return textOf(tildePath(tree_->rootPath, environment_.home));
+}
+
+QString MapModel::listSummary() const {
+    auto summary = countOf(static_cast<std::uint64_t>(list_.rowCount()), tr("item"), tr("items"));
+    if (focus_ == 0 && coverage_ && coverage_->notMeasured() > 0)
+        summary += tr(", and %1 not measured").arg(ByteFigure(coverage_->notMeasured()).text());
+    return summary;
+}
+
+QString MapModel::share() const {
+    if (tree_->count() == 0)
+        return {};
+    QString words = ByteFigure(focusBytes()).text();
+    if (focus_ != 0)
+        words = tr("%1 · %2 of what was measured").arg(words, shareText(focusBytes(), tree_->allocated(0)));
+    else
+        words = coverage_ ? tr("%1 used").arg(words) : tr("%1 measured").arg(words);
+    if (chosenKinds() == 0)
+        return words;
+    std::uint64_t shown = 0;
+    for (const FileKind kind : allFileKinds) {
+        if ((chosenKinds() >> static_cast<unsigned>(kind) & 1U) != 0)
+            shown += legend_.totals().at(static_cast<std::size_t>(kind));
+    }
+    return tr("%1 · filtered to %2, %3").arg(words, filterText(), ByteFigure(shown).text());
+}
+
+QString MapModel::filterText() const {
+    const int count = std::popcount(chosenKinds());
+    if (count == 0)
+        return {};
+    return count == 1 ? textOf(title(static_cast<FileKind>(filterKind()))) : tr("%1 kinds").arg(count);
+}
+
+int MapModel::filterKind() const {
+    return std::has_single_bit(chosenKinds()) ? std::countr_zero(chosenKinds()) : -1;
+}
+
+MapItemFacts MapModel::selection() const {
+    return selected_ ? facts(*selected_) : MapItemFacts();
+}
+
+int MapModel::selectedRow() const {
+    return selected_ ? list_.rowOf(*selected_) : -1;
+}
+
+const PathCanonicalizer& MapModel::canonicalizer() const {
+    return policy_->canonicalizer();
+}
+
+void MapModel::noteTiles(int tiles) const {
+    if (environment_.diagnostics)
+        environment_.diagnostics->setTiles(tiles);
+}
+
+} // namespace orbel

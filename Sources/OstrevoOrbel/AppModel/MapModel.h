@@ -1,0 +1,175 @@
+#pragma once
+
+#include "AppModel/MoveFlow.h"
+#include "AppModel/ScanFlow.h"
+#include "Models/KindTotalsModel.h"
+#include "Models/MapCrumbsModel.h"
+#include "Models/MapListModel.h"
+#include "Models/MapWords.h"
+#include "Models/Ticks.h"
+
+#include <memory>
+#include <optional>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace orbel {
+
+/// What the map screen is about: the folder that fills the map, the way there, what is selected in it, and
+/// the kinds that are shown. Lives on the main thread and follows the application's tree: after a new scan it
+/// shows the same folder again where there still is one, and after a change of the tree the nearest folder
+/// that is left.
+class MapModel final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the AppModel.")
+
+    /// The node whose children fill the map.
+    Q_PROPERTY(quint32 focus READ focus NOTIFY focusChanged)
+    Q_PROPERTY(QString focusName READ focusName NOTIFY focusChanged)
+    Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY focusChanged)
+    Q_PROPERTY(bool canGoForward READ canGoForward NOTIFY focusChanged)
+    Q_PROPERTY(bool canGoUp READ canGoUp NOTIFY focusChanged)
+    Q_PROPERTY(orbel::RoleList* crumbs READ crumbs CONSTANT)
+    Q_PROPERTY(orbel::MapListModel* list READ list CONSTANT)
+    /// "9 items", "4 items, and 31.5 GB not measured"
+    Q_PROPERTY(QString listSummary READ listSummary NOTIFY focusChanged)
+    /// "345.2 GB · 88 % of what was measured"
+    Q_PROPERTY(QString share READ share NOTIFY legendChanged)
+
+    Q_PROPERTY(orbel::RoleList* legend READ legend CONSTANT)
+    /// "Video", "2 kinds"; empty when all are shown.
+    Q_PROPERTY(QString filterText READ filterText NOTIFY legendChanged)
+    /// The kind when exactly one is chosen, else -1.
+    Q_PROPERTY(int filterKind READ filterKind NOTIFY legendChanged)
+
+    Q_PROPERTY(orbel::MapItemFacts selection READ selection NOTIFY selectionChanged)
+    /// The row of the list that is, or holds, what is selected; -1 for none.
+    Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectionChanged)
+    /// Why what is selected cannot be moved to the Trash; empty when it can, or when that is not known yet.
+    Q_PROPERTY(QString refusal READ refusal NOTIFY safetyChanged)
+    Q_PROPERTY(bool movable READ isMovable NOTIFY safetyChanged)
+    /// What to know before the selected item moves; empty when there is nothing.
+    Q_PROPERTY(QString note READ note NOTIFY safetyChanged)
+
+    Q_PROPERTY(orbel::Ticks* ticks READ ticks CONSTANT)
+    /// The nodes that are ticked.
+    Q_PROPERTY(QList<quint32> tickedNodes READ tickedNodes NOTIFY ticksChanged)
+
+public:
+    /// The references outlive this.
+    MapModel(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
+             const ScanFlow& scan, MoveFlow& moves);
+
+    // Intents.
+
+    /// Shows a folder; of anything else, the folder that it lies in, and selects it.
+    Q_INVOKABLE void show(quint32 node);
+    Q_INVOKABLE void goBack();
+    Q_INVOKABLE void goForward();
+    /// Shows the folder above and selects the one that was left.
+    Q_INVOKABLE void goUp();
+    Q_INVOKABLE void goToRoot();
+    Q_INVOKABLE void select(quint32 node);
+    Q_INVOKABLE void selectRow(int row);
+    Q_INVOKABLE void clearSelection();
+    /// Shows only this kind among those that are chosen, or no longer.
+    Q_INVOKABLE void toggleKind(int kind);
+    Q_INVOKABLE void clearFilter();
+    /// Shows the root, and of it this kind alone.
+    void showKind(int kind);
+    /// Ticks an item that may be moved, once that has been asked, or unticks it. What lies inside a ticked
+    /// folder moves with it and has no tick of its own.
+    Q_INVOKABLE void toggleTick(quint32 node);
+    Q_INVOKABLE bool isTicked(quint32 node) const;
+    /// Why an item cannot be ticked, as far as that is known by now; empty when nothing is known against it.
+    Q_INVOKABLE QString tickRefusal(quint32 node) const;
+    Q_INVOKABLE orbel::MapItemFacts facts(quint32 node) const;
+
+    /// Where zooming in on a node leads; absent when that is where the map is.
+    std::optional<NodeIndex> zoomTarget(NodeIndex node) const;
+
+    /// Shows a tree. With that of a scan, this happens by itself.
+    void setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage);
+
+    // State.
+
+    const FileTree& tree() const { return *tree_; }
+    const std::shared_ptr<const FileTree>& sharedTree() const { return tree_; }
+    const std::optional<Coverage>& coverage() const { return coverage_; }
+    quint32 focus() const { return focus_; }
+    QString focusName() const;
+    /// What the whole map stands for.
+    std::uint64_t focusBytes() const;
+    bool canGoBack() const { return !back_.empty(); }
+    bool canGoForward() const { return !forward_.empty(); }
+    bool canGoUp() const { return focus_ != 0; }
+    MapCrumbsModel* crumbs() { return &crumbs_; }
+    MapListModel* list() { return &list_; }
+    QString listSummary() const;
+    QString share() const;
+    MapLegendModel* legend() { return &legend_; }
+    unsigned chosenKinds() const { return legend_.chosen(); }
+    QString filterText() const;
+    int filterKind() const;
+    std::optional<NodeIndex> selectedNode() const { return selected_; }
+    MapItemFacts selection() const;
+    int selectedRow() const;
+    QString refusal() const { return refusal_; }
+    bool isMovable() const { return isMovable_; }
+    QString note() const { return selected_ ? noteOf(*selected_) : QString(); }
+    Ticks* ticks() { return &ticks_; }
+    QList<quint32> tickedNodes() const;
+    /// For the diagnostics: how many tiles were laid out.
+    void noteTiles(int tiles) const;
+
+Q_SIGNALS:
+    /// Another tree, or another folder of it: the map is to be laid out again.
+    void focusChanged();
+    void legendChanged();
+    void selectionChanged();
+    void safetyChanged();
+    void ticksChanged();
+
+private:
+    void setFocus(NodeIndex node);
+    void showFocus();
+    void updateLegend();
+    void updateSafety();
+    void checkRows();
+    void applyAnswer(NodeIndex node, const std::optional<DeletionItem>& item);
+    QString noteOf(NodeIndex node) const;
+    Qt::CheckState tickState(NodeIndex node) const;
+    QString rootName() const;
+    const PathCanonicalizer& canonicalizer() const;
+
+    const AppEnvironment& environment_;
+    std::shared_ptr<const SafetyPolicy> policy_;
+    std::shared_ptr<const FileTree> tree_;
+    std::optional<Coverage> coverage_;
+    NodeIndex focus_ = 0;
+    std::string focusPath_; ///< where to return to in the next tree
+    std::vector<NodeIndex> back_;
+    std::vector<NodeIndex> forward_;
+    std::optional<NodeIndex> selected_;
+    MapCrumbsModel crumbs_;
+    MapListModel list_;
+    MapLegendModel legend_;
+    QString refusal_;
+    bool isMovable_ = false;
+
+    Ticks ticks_;
+    /// Of the nodes that were asked about, in this tree; empty words for what may be moved.
+    std::unordered_map<NodeIndex, QString> refusals_;
+    std::unordered_map<NodeIndex, QString> notes_; ///< of the same nodes
+
+    LatestJob legendJob_{"orbel.kinds"}; ///< the last members
+    LatestJob selectionJob_{"orbel.safety"};
+    LatestJob rowsJob_{"orbel.safety"};
+    Inbox tickJobs_; ///< each counts
+};
+
+} // namespace orbel

@@ -1,0 +1,214 @@
+#include "AppModel/ScanFlow.h"
+
+#include "AppModel/ScanGrowth.h"
+#include "Models/Wording.h"
+#include "Safety/FullDiskAccess.h"
+#include "Safety/PathCanonicalizer.h"
+#include "Util/FileUrl.h"
+#include "Util/PathText.h"
+
+#include <algorithm>
+#include <QTimer>
+
+namespace orbel {
+
+namespace {
+
+/// Far more than are shown, so that a row that is overtaken still gets its figures.
+constexpr std::size_t mostTopLevel = 200;
+
+} // namespace
+
+ScanFlow::ScanFlow(const AppEnvironment& environment, DiskState& disk, Activity& activity, Notice& notice)
+    : environment_(environment),
+      disk_(disk),
+      activity_(activity),
+      notice_(notice),
+      scanRoot_(environment.dataVolumePath),
+      tree_(sharedTree(FileTree())) {
+    refreshFullDiskAccess();
+}
+
+void ScanFlow::scanFolder(const QUrl& folder) {
+    if (const auto path = pathOfFileUrl(folder.toEncoded().toStdString()))
+        startScan(*path);
+}
+
+void ScanFlow::scanVolume(int row) {
+    if (const auto path = disk_.volumes()->pathOf(row))
+        startScan(*path);
+}
+
+void ScanFlow::scanDisk() {
+    startScan(environment_.dataVolumePath);
+}
+
+void ScanFlow::measureAgain() {
+    startScan(std::string(scanRoot_));
+}
+
+void ScanFlow::startScan(const std::string& root) {
+    if (!activity_.isIdle() || (!environment_.options.allowWithoutFullDiskAccess && fullDiskAccess_ != true))
+        return;
+    activity_.begin(Activity::Kind::scan);
+    scanRoot_ = root;
+    scanState_ = ScanState::scanning;
+    progress_.reset();
+    topLevel_.begin(rootText());
+    disk_.beginCounting(root);
+    growth_.clear();
+    ScanOutcome nothing;
+    nothing.tree = sharedTree(FileTree());
+    show(std::move(nothing));
+    Q_EMIT scanRootChanged();
+    Q_EMIT scanStateChanged();
+    environment_.mark("scanStarted");
+    job_.run(
+        [this, root, home = environment_.home, scan = environment_.scan, reader = disk_.reader(),
+         growthFolder = environment_.growthFolder](const LatestJob::Run& run) {
+            auto result = scan(root, run.cancellation(), [this, run](const ScanProgress& progress) {
+                auto shown = progress;
+                shown.topLevel.resize(std::min(shown.topLevel.size(), mostTopLevel));
+                run.report([this, shown = std::move(shown)] { takeProgress(shown); });
+            });
+            auto outcome = scanOutcome(std::move(result), reader, home);
+            outcome.growth = scanGrowth(outcome, growthFolder, home);
+            return outcome;
+        },
+        [this](ScanOutcome outcome) { takeOutcome(std::move(outcome)); });
+}
+
+void ScanFlow::stop() {
+    if (!isScanning() || isStopping())
+        return;
+    environment_.mark("stopRequested");
+    job_.stop();
+    Q_EMIT scanStateChanged();
+}
+
+void ScanFlow::takeProgress(const ScanProgress& progress) {
+    if (!progress_)
+        environment_.mark("firstProgress");
+    figures_.set(progress);
+    topLevel_.update(progress.topLevel, progress.elapsed);
+    progress_ = progress;
+    Q_EMIT measuredTextChanged();
+}
+
+void ScanFlow::takeOutcome(ScanOutcome outcome) {
+    scannedAt_ = outcome.finishedAt;
+    scanSeconds_ = outcome.duration;
+    scanState_ = outcome.cancelled ? ScanState::cancelled : ScanState::done;
+    growth_.set(std::move(outcome.growth), environment_.now());
+    if (!growth_.failure().isEmpty())
+        notice_.show(
+            tr("This scan could not be kept to compare the next one with: %1").arg(growth_.failure()));
+    disk_.takeCounted(outcome);
+    show(std::move(outcome));
+    activity_.end();
+    Q_EMIT scanStateChanged();
+    environment_.mark("scanComplete");
+    Q_EMIT scanFinished();
+}
+
+void ScanFlow::takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome edited) {
+    if (tree_ != base || isScanning() || base->count() == 0)
+        return;
+    growth_.follow(*edited.tree, PathCanonicalizer::shared());
+    disk_.takeCounted(edited);
+    show(std::move(edited));
+}
+
+void ScanFlow::show(ScanOutcome outcome) {
+    const auto& tree = *outcome.tree;
+    const bool hasRoot = tree.count() > 0;
+    coverage_.reset();
+    if (isWholeDisk() && outcome.disk.disk && hasRoot)
+        coverage_ = Coverage(disk_.usedWithoutMoved(*outcome.disk.disk, outcome.disk), tree);
+    figures_.set({.entries = hasRoot ? std::uint64_t{tree.descendantCount(0)} + 1 : 0,
+                  .bytes = hasRoot ? tree.allocated(0) : 0,
+                  .unreadable = tree.unreadableCount,
+                  .elapsed = isScanning() ? 0 : scanSeconds_,
+                  .topLevel = {}});
+    kinds_.setTotals(outcome.kinds);
+    largestFolders_.setFolders(std::move(outcome.largestFolders));
+    unreadable_.setPaths(outcome.unreadable, tree.unreadableCount, environment_.home);
+    tree_ = std::move(outcome.tree);
+    ++treeVersion_;
+    Q_EMIT treeChanged();
+    Q_EMIT measuredTextChanged();
+}
+
+void ScanFlow::refreshFullDiskAccess() {
+    // A check that cannot decide must not lock the user out.
+    const bool isGranted = environment_.isFullDiskAccessGranted(environment_.home).value_or(true);
+    if (fullDiskAccess_ == isGranted)
+        return;
+    fullDiskAccess_ = isGranted;
+    Q_EMIT fullDiskAccessChanged();
+    const auto& options = environment_.options;
+    if (!isGranted || !options.scanPath || scanState_ != ScanState::idle)
+        return;
+    const auto delay = std::chrono::duration<double>(std::max(options.scanDelay, 0.0));
+    QTimer::singleShot(std::chrono::duration_cast<std::chrono::milliseconds>(delay), this,
+                       [this] { startScan(*environment_.options.scanPath); });
+}
+
+void ScanFlow::openPrivacySettings() {
+    environment_.desktop->openAddress(textOf(FullDiskAccess::settingsURL));
+}
+
+bool ScanFlow::needsFullDiskAccess() const {
+    return !environment_.options.allowWithoutFullDiskAccess && fullDiskAccess_ == false;
+}
+
+QString ScanFlow::stateName() const {
+    switch (scanState_) {
+    case ScanState::idle:
+        return QStringLiteral("idle");
+    case ScanState::scanning:
+        return QStringLiteral("scanning");
+    case ScanState::done:
+        return QStringLiteral("done");
+    case ScanState::cancelled:
+        break;
+    }
+    return QStringLiteral("cancelled");
+}
+
+bool ScanFlow::isRootUnreadable() const {
+    const bool isOver = scanState_ == ScanState::done || scanState_ == ScanState::cancelled;
+    return isOver && (tree_->count() == 0 || NodeFlags{tree_->nodeFlags[0]}.contains(NodeFlags::unreadable));
+}
+
+QString ScanFlow::rootText() const {
+    return textOf(tildePath(PathCanonicalizer::shared().visiblePath(scanRoot_), environment_.home));
+}
+
+QString ScanFlow::scopeText() const {
+    if (isScanning())
+        return tr("Measuring %1…").arg(rootText());
+    const auto what = isWholeDisk() ? tr("This disk") : rootText();
+    if (scanState_ == ScanState::idle)
+        return tr("%1 · not measured yet").arg(what);
+    const auto when = whenText(scannedAt_, environment_.now());
+    if (isPartial())
+        return tr("%1 · partly measured %2, stopped after %3").arg(what, when, durationText(scanSeconds_));
+    return tr("%1 · measured %2 in %3").arg(what, when, durationText(scanSeconds_));
+}
+
+QString ScanFlow::measuredText() const {
+    if (scanState_ == ScanState::idle)
+        return {};
+    const auto figures =
+        tr("%1 · %2 · %3").arg(figures_.measured().text(), figures_.entriesText(), figures_.duration());
+    if (isScanning())
+        return figures;
+    return (isPartial() ? tr("Partial · measured ") : tr("Measured ")) + figures;
+}
+
+QString ScanFlow::otherVolumesSkipped() const {
+    return countText(tree_->otherVolumeCount);
+}
+
+} // namespace orbel

@@ -1,0 +1,160 @@
+#pragma once
+
+#include "AppModel/Activity.h"
+#include "AppModel/AppEnvironment.h"
+#include "AppModel/DiskState.h"
+#include "AppModel/LatestJob.h"
+#include "AppModel/Notice.h"
+#include "AppModel/ScanOutcome.h"
+#include "Models/GrowthModel.h"
+#include "Models/KindTotalsModel.h"
+#include "Models/ScanFigures.h"
+#include "Models/SizedFoldersModel.h"
+#include "Models/TopLevelModel.h"
+#include "Models/UnreadableModel.h"
+#include "Scan/Coverage.h"
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+#include <QUrl>
+
+namespace orbel {
+
+/// A scan, and the tree that it gives: the one that all screens show. Used on the main thread, while the scan
+/// runs on threads of its own.
+class ScanFlow final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the AppModel.")
+    /// "idle", "scanning", "done" or "cancelled".
+    Q_PROPERTY(QString state READ stateName NOTIFY scanStateChanged)
+    Q_PROPERTY(bool running READ isScanning NOTIFY scanStateChanged)
+    /// Asked to stop and not there yet.
+    Q_PROPERTY(bool stopping READ isStopping NOTIFY scanStateChanged)
+    /// A scan is done, wholly or in part, and found something.
+    Q_PROPERTY(bool measuredAny READ hasTree NOTIFY scanStateChanged)
+    /// The last scan was stopped: what is shown is incomplete until the next one.
+    Q_PROPERTY(bool partial READ isPartial NOTIFY scanStateChanged)
+    /// The last scan found nothing, because its root could not be read.
+    Q_PROPERTY(bool rootUnreadable READ isRootUnreadable NOTIFY scanStateChanged)
+    /// The permission to read the disk is missing: the onboarding stands in place of all screens.
+    Q_PROPERTY(bool needsFullDiskAccess READ needsFullDiskAccess NOTIFY fullDiskAccessChanged)
+
+    // What is or was measured last.
+
+    /// For people: "~/Videos".
+    Q_PROPERTY(QString root READ rootText NOTIFY scanRootChanged)
+    /// It is the whole disk.
+    Q_PROPERTY(bool wholeDisk READ isWholeDisk NOTIFY scanRootChanged)
+    /// "This disk · measured today at 09:12 in 8.4 s", "Measuring ~/Videos…", "This disk · not measured yet".
+    Q_PROPERTY(QString scopeText READ scopeText NOTIFY scanStateChanged)
+    /// "Measured 390.3 GB · 1,284,301 entries · 8.4 s"; while scanning the figures so far; empty before.
+    Q_PROPERTY(QString measuredText READ measuredText NOTIFY measuredTextChanged)
+    /// Live while scanning, final afterwards.
+    Q_PROPERTY(orbel::ScanFigures* figures READ figures CONSTANT)
+    Q_PROPERTY(orbel::RoleList* topLevel READ topLevel CONSTANT)
+    Q_PROPERTY(orbel::RoleList* kinds READ kinds CONSTANT)
+    Q_PROPERTY(orbel::RoleList* largestFolders READ largestFolders CONSTANT)
+    /// What grew since the scan before, once a complete one is done.
+    Q_PROPERTY(orbel::GrowthModel* growth READ growth CONSTANT)
+    Q_PROPERTY(orbel::UnreadableModel* unreadable READ unreadable CONSTANT)
+    /// "3": mount points that were not entered.
+    Q_PROPERTY(QString otherVolumesSkipped READ otherVolumesSkipped NOTIFY treeChanged)
+
+public:
+    enum class ScanState { idle, scanning, done, cancelled };
+
+    /// The arguments outlive this.
+    ScanFlow(const AppEnvironment& environment, DiskState& disk, Activity& activity, Notice& notice);
+
+    // Intents. Nothing is measured while a scan runs, while something moves to the Trash or back, and while
+    // Full Disk Access is missing.
+
+    void startScan(const std::string& root);
+    Q_INVOKABLE void scanFolder(const QUrl& folder);
+    /// A row of the disk's volumes.
+    Q_INVOKABLE void scanVolume(int row);
+    Q_INVOKABLE void scanDisk();
+    Q_INVOKABLE void measureAgain();
+    /// Stops the scan that runs; what it has found so far is then shown as partial.
+    Q_INVOKABLE void stop();
+    /// Looks for the permission again. When it is there for the first time, starts the scan of the command
+    /// line.
+    Q_INVOKABLE void refreshFullDiskAccess();
+    Q_INVOKABLE void openPrivacySettings();
+
+    /// An edited copy of the tree `base`; dropped unless that is still the tree that is shown.
+    void takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome edited);
+
+    // State.
+
+    /// What "~" stands for.
+    const std::string& home() const { return environment_.home; }
+    ScanState scanState() const { return scanState_; }
+    const std::string& scanRoot() const { return scanRoot_; }
+    /// Of the running scan, the latest.
+    const std::optional<ScanProgress>& progress() const { return progress_; }
+    /// Never null; empty before the first scan and while one runs. It never changes: an edited tree is
+    /// another one. A thread that works with it holds a reference of its own.
+    const std::shared_ptr<const FileTree>& tree() const { return tree_; }
+    /// Grows whenever the tree is replaced or edited.
+    int treeVersion() const { return treeVersion_; }
+    /// Only for a scan of the whole disk.
+    const std::optional<Coverage>& coverage() const { return coverage_; }
+    bool isScanning() const { return scanState_ == ScanState::scanning; }
+    bool isStopping() const { return job_.isStopping(); }
+    bool hasTree() const { return !isScanning() && tree_->count() > 0; }
+    bool isPartial() const { return scanState_ == ScanState::cancelled; }
+    bool isRootUnreadable() const;
+    bool needsFullDiskAccess() const;
+    QString stateName() const;
+    QString rootText() const;
+    bool isWholeDisk() const { return scanRoot_ == environment_.dataVolumePath; }
+    QString scopeText() const;
+    QString measuredText() const;
+    ScanFigures* figures() { return &figures_; }
+    TopLevelModel* topLevel() { return &topLevel_; }
+    KindTotalsModel* kinds() { return &kinds_; }
+    SizedFoldersModel* largestFolders() { return &largestFolders_; }
+    GrowthModel* growth() { return &growth_; }
+    UnreadableModel* unreadable() { return &unreadable_; }
+    QString otherVolumesSkipped() const;
+
+Q_SIGNALS:
+    void scanStateChanged();
+    void scanRootChanged();
+    void measuredTextChanged();
+    void treeChanged();
+    void fullDiskAccessChanged();
+    /// A scan's result, whole or partial, has been taken.
+    void scanFinished();
+
+private:
+    void takeProgress(const ScanProgress& progress);
+    void takeOutcome(ScanOutcome outcome);
+    void show(ScanOutcome outcome);
+
+    const AppEnvironment& environment_;
+    DiskState& disk_;
+    Activity& activity_;
+    Notice& notice_;
+    std::optional<bool> fullDiskAccess_; ///< absent: not checked yet
+    ScanState scanState_ = ScanState::idle;
+    std::string scanRoot_;
+    std::optional<ScanProgress> progress_;
+    std::shared_ptr<const FileTree> tree_;
+    int treeVersion_ = 0;
+    std::optional<Coverage> coverage_;
+    std::chrono::system_clock::time_point scannedAt_;
+    double scanSeconds_ = 0;
+    ScanFigures figures_;
+    TopLevelModel topLevel_;
+    KindTotalsModel kinds_;
+    SizedFoldersModel largestFolders_;
+    GrowthModel growth_;
+    UnreadableModel unreadable_;
+
+    LatestJob job_{"orbel.scan"}; ///< the last member
+};
+
+} // namespace orbel

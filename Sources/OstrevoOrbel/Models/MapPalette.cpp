@@ -1,0 +1,45 @@
+#include "Models/MapPalette.h"
+
+#include "Map/MapColors.h"
+#include "Models/Wording.h"
+
+#include <QColor>
+
+namespace orbel {
+
+namespace {
+
+QVariant colorOf(Rgb color) {
+    return QColor::fromRgb(color);
+}
+
+} // namespace
+
+QStringList MapPalette::glyphs() const {
+    QStringList glyphs;
+    for (const auto kind : allFileKinds)
+        glyphs << textOf(rowOf(kind).glyph);
+    return glyphs;
+}
+
+QVariantMap MapPalette::colors(bool dark) const {
+    const auto& colors = dark ? MapColors::dark() : MapColors::light();
+    QVariantList frames;
+    for (const auto frame : colors.frames)
+        frames << colorOf(frame);
+    QVariantList fills;
+    QVariantList labels;
+    for (const auto kind : allFileKinds) {
+        fills << colorOf(colors.of(kind).fill);
+        labels << colorOf(colors.of(kind).label);
+    }
+    return {{QStringLiteral("ground"), colorOf(colors.ground)},
+            {QStringLiteral("edge"), colorOf(colors.edge)},
+            {QStringLiteral("hatch"), colorOf(colors.hatch)},
+            {QStringLiteral("hatchGround"), colorOf(colors.hatchGround)},
+            {QStringLiteral("frames"), frames},
+            {QStringLiteral("fills"), fills},
+            {QStringLiteral("labels"), labels}};
+}
+
+} // namespace orbel

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <QtQml/qqmlregistration.h>
+#include <QVariantMap>
+
+namespace orbel {
+
+/// The colours and glyphs that screens share with the map.
+class MapPalette : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    /// Of the kinds, by raw value.
+    Q_PROPERTY(QStringList glyphs READ glyphs CONSTANT)
+
+public:
+    using QObject::QObject;
+
+    QStringList glyphs() const;
+    /// "ground", "edge", "hatch", "hatchGround"; "frames" by depth; "fills" and "labels" by a kind's raw
+    /// value.
+    Q_INVOKABLE QVariantMap colors(bool dark) const;
+};
+
+} // namespace orbel

@@ -1,0 +1,45 @@
+#include "Models/RoleList.h"
+
+#include "Models/ItemKey.h"
+
+#include <algorithm>
+
+namespace orbel {
+
+RoleList::RoleList(QObject* parent) : QAbstractListModel(parent) {
+    connect(this, &RoleList::modelReset, this, &RoleList::countChanged);
+    connect(this, &RoleList::rowsInserted, this, &RoleList::countChanged);
+    connect(this, &RoleList::rowsRemoved, this, &RoleList::countChanged);
+}
+
+QVariant RoleList::data(const QModelIndex& index, int role) const {
+    const auto number = role == keyRole           ? numberOf("key")
+                        : role == Qt::DisplayRole ? std::min(numberOf("label"), numberOf("name"))
+                                                  : static_cast<std::size_t>(role - Qt::UserRole);
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || number >= roles_.size())
+        return {};
+    return roles_[number].read(index.row());
+}
+
+std::size_t RoleList::numberOf(const char* name) const {
+    return static_cast<std::size_t>(
+        std::ranges::find_if(roles_, [&](const Role& role) { return role.name == name; }) - roles_.begin());
+}
+
+QHash<int, QByteArray> RoleList::roleNames() const {
+    QHash<int, QByteArray> names;
+    for (const auto& role : roles_)
+        names.insert(Qt::UserRole + static_cast<int>(names.size()), role.name);
+    return names;
+}
+
+QVariant RoleList::value(int row, const QByteArray& role) const {
+    return data(index(row), roleNames().key(role));
+}
+
+void RoleList::notifyRows() {
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+}
+
+} // namespace orbel

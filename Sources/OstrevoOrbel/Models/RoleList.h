@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
+#include <vector>
+
+namespace orbel {
+
+/// A list whose roles are a table: the name that QML knows each by, and how to read it of a row. Used on the
+/// main thread. The role "key" is also there as `keyRole`, and "label", else "name", as the display role, by
+/// which rows are found.
+class RoleList : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to a model.")
+    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
+
+public:
+    int rowCount(const QModelIndex& parent = {}) const override = 0;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+    /// The same by name; nothing for a name or a row that there is none of.
+    QVariant value(int row, const QByteArray& role) const;
+
+Q_SIGNALS:
+    void countChanged();
+
+protected:
+    struct Role {
+        QByteArray name;
+        std::function<QVariant(int row)> read; ///< asked only for rows that there are
+    };
+
+    explicit RoleList(QObject* parent = nullptr);
+
+    /// In the constructor, once.
+    void setRoles(std::vector<Role> roles) { roles_ = std::move(roles); }
+    /// What the rows show may have changed.
+    void notifyRows();
+
+private:
+    std::size_t numberOf(const char* name) const; ///< as many as there are when there is none
+
+    std::vector<Role> roles_;
+};
+
+} // namespace orbel

@@ -1,0 +1,214 @@
+#include "Views/TreemapPainter.h"
+
+#include "Models/ByteFigure.h"
+
+#include <cmath>
+#include <QSvgRenderer>
+
+namespace orbel {
+
+namespace {
+
+constexpr double smallSize = 11;
+constexpr double mediumSize = 12;
+
+QRgb opaque(Rgb color) {
+    return 0xFF000000U | color;
+}
+
+QFont fontOf(const QString& family, double pixels, bool isBold) {
+    QFont font(family);
+    font.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
+    font.setBold(isBold);
+    return font;
+}
+
+/// One line from corner to corner of a square tile, and its ends in the two other corners, so that tiles
+/// join.
+QBrush hatching(const MapColors& colors, double scale) {
+    const int side = std::max(2, static_cast<int>(std::lround(10 * scale)));
+    QImage tile(side, side, QImage::Format_RGB32);
+    tile.fill(opaque(colors.hatchGround));
+    QPainter painter(&tile);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(opaque(colors.hatch)), scale));
+    for (const int offset : {-side, 0, side})
+        painter.drawLine(QPointF(offset, side), QPointF(offset + side, 0));
+    painter.end();
+    return QBrush(tile);
+}
+
+} // namespace
+
+TreemapPainter::TreemapPainter(QPainter& painter, const Style& style)
+    : painter_(painter),
+      style_(style),
+      colors_(style.isDark ? MapColors::dark() : MapColors::light()),
+      fonts_{fontOf(style.family, px(smallSize), false), fontOf(style.family, px(smallSize), true),
+             fontOf(style.family, px(mediumSize), false), fontOf(style.family, px(mediumSize), true)},
+      hatch_(hatching(colors_, style.scale)) {
+    for (const QFont& font : fonts_)
+        metrics_.emplace_back(font);
+}
+
+void TreemapPainter::draw(std::span<const TreemapTile> tiles) {
+    painter_.setPen(Qt::NoPen);
+    for (const TreemapTile& tile : tiles) {
+        const TileBox box = snapped(tile.rect, style_.scale);
+        if (box.width <= 0 || box.height <= 0)
+            continue;
+        if (tile.showsChildren) {
+            drawFolder(tile, box);
+            continue;
+        }
+        const QRect rect(box.x, box.y, box.width, box.height);
+        const auto* node = std::get_if<TreemapTile::Node>(&tile.content);
+        const bool isPale =
+            style_.chosenKinds != 0 && !std::holds_alternative<TreemapTile::NotMeasured>(tile.content)
+            && (node == nullptr || (style_.chosenKinds >> static_cast<unsigned>(tile.kind) & 1U) == 0);
+        drawGround(tile, rect, isPale);
+        const bool isTicked = node != nullptr && style_.isTicked && style_.isTicked(node->index);
+        if (!isPale)
+            drawWords(tile, TileFace::of(tile, box.width / style_.scale, box.height / style_.scale), rect,
+                      isTicked);
+        if (isTicked)
+            drawTick(rect);
+    }
+}
+
+void TreemapPainter::drawFolder(const TreemapTile& tile, const TileBox& box) {
+    const QRect rect(box.x, box.y, box.width, box.height);
+    const int edge = std::max(1, static_cast<int>(std::lround(style_.scale)));
+    painter_.fillRect(rect.adjusted(0, 0, edge, edge),
+                      QColor(opaque(tile.depth == 0 ? colors_.edge : colors_.line)));
+    painter_.fillRect(rect, QColor(opaque(colors_.frame(tile.depth))));
+    const auto face = TileFace::of(tile, box.width / style_.scale, box.height / style_.scale);
+    if (!face.showsName)
+        return;
+    const double inset = px(face.nameInset);
+    QRectF line(rect.x() + inset, rect.y() + px(face.topInset), rect.width() - 2 * inset,
+                px(face.lineHeight));
+    if (face.showsSize) {
+        const QString size = ByteFigure(tile.bytes).text();
+        const auto& regular = metrics(face, false);
+        drawLine(size, font(face, false), regular, line, Qt::AlignRight, opaque(colors_.secondInk));
+        line.setWidth(line.width() - regular.horizontalAdvance(size) - px(8));
+    }
+    drawLine(QString::fromStdString(tile.label), font(face, face.isBold), metrics(face, face.isBold), line,
+             Qt::AlignLeft, opaque(colors_.ink));
+}
+
+void TreemapPainter::drawGround(const TreemapTile& tile, const QRect& rect, bool isPale) {
+    if (std::holds_alternative<TreemapTile::NotMeasured>(tile.content)) {
+        painter_.setBrushOrigin(rect.topLeft());
+        painter_.fillRect(rect, hatch_);
+        return;
+    }
+    QColor color(opaque(std::holds_alternative<TreemapTile::SmallerItems>(tile.content)
+                            ? colors_.hatchGround
+                            : colors_.of(tile.kind).fill));
+    if (isPale)
+        color.setAlphaF(0.22F);
+    painter_.fillRect(rect, color);
+}
+
+void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, const QRect& rect,
+                               bool isTicked) {
+    const double widthInPoints = rect.width() / style_.scale;
+    // Beside a tick there must be room left for a name.
+    if (!face.showsName || (isTicked && widthInPoints < 64))
+        return;
+    const bool isNode = std::holds_alternative<TreemapTile::Node>(tile.content);
+    const QRgb color = opaque(isNode ? colors_.of(tile.kind).label : colors_.secondInk);
+    const auto& bold = metrics(face, face.isBold);
+    const double inset = px(face.nameInset);
+    const double lineHeight = px(face.lineHeight);
+    QRectF first(rect.x() + inset, rect.y() + px(face.topInset),
+                 rect.width() - 2 * inset - (isTicked ? px(28) : 0), lineHeight);
+    QRectF second(rect.x() + inset, first.bottom(), rect.width() - 2 * inset, lineHeight);
+    QString name = QString::fromStdString(tile.label);
+    QString below = face.showsSize ? ByteFigure(tile.bytes).text() : QString();
+
+    if (std::holds_alternative<TreemapTile::SmallerItems>(tile.content)
+        && bold.horizontalAdvance(name) > first.width()) {
+        // A number cut short would be another number.
+        name.truncate(name.lastIndexOf(QLatin1Char(' ')));
+        below = QStringLiteral("items");
+        if (!face.showsSize || bold.horizontalAdvance(name) > first.width())
+            return;
+    }
+    if (std::holds_alternative<TreemapTile::NotMeasured>(tile.content)) {
+        const double width =
+            std::max(bold.horizontalAdvance(name), metrics(face, false).horizontalAdvance(below)) + px(6);
+        const QRectF plate(first.x() - px(3), first.y() - px(1), std::min(width, rect.width() - inset),
+                           lineHeight * (below.isEmpty() ? 1 : 2) + px(2));
+        painter_.fillRect(plate, QColor(opaque(colors_.hatchGround)));
+    }
+    drawLine(name, font(face, face.isBold), bold, first, Qt::AlignLeft, color);
+    if (!below.isEmpty())
+        drawLine(below, font(face, false), metrics(face, false), second, Qt::AlignLeft, color);
+    if (face.glyphSize > 0)
+        drawGlyph(tile.kind, rect, face);
+}
+
+void TreemapPainter::drawLine(const QString& words, const QFont& font, const QFontMetricsF& metrics,
+                              const QRectF& line, Qt::Alignment side, QRgb color) {
+    const QString fitting = metrics.elidedText(words, Qt::ElideRight, line.width());
+    if (fitting.isEmpty() || fitting == QStringLiteral("…"))
+        return;
+    const double x = side == Qt::AlignRight ? line.right() - metrics.horizontalAdvance(fitting) : line.left();
+    const double baseline = line.top() + (line.height() - metrics.height()) / 2 + metrics.ascent();
+    painter_.setFont(font);
+    painter_.setPen(QColor(color));
+    painter_.drawText(QPointF(std::round(x), std::round(baseline)), fitting);
+    painter_.setPen(Qt::NoPen);
+}
+
+void TreemapPainter::drawGlyph(FileKind kind, const QRect& rect, const TileFace& face) {
+    QImage& glyph = glyphs_.at(static_cast<std::size_t>(kind));
+    const int side = static_cast<int>(std::lround(px(face.glyphSize)));
+    if (glyph.isNull()) {
+        const auto path = rowOf(kind).glyph;
+        const auto picture =
+            QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 16 16'><path d='%1' "
+                           "fill='none' stroke='%2' stroke-width='1.4' stroke-linecap='round' "
+                           "stroke-linejoin='round'/></svg>")
+                .arg(QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size())),
+                     QColor(opaque(colors_.of(kind).label)).name());
+        glyph = QImage(side, side, QImage::Format_ARGB32_Premultiplied);
+        glyph.fill(Qt::transparent);
+        QPainter painter(&glyph);
+        QSvgRenderer(picture.toUtf8()).render(&painter);
+    }
+    const int inset = static_cast<int>(std::lround(px(face.glyphInset)));
+    painter_.drawImage(rect.right() + 1 - inset - side, rect.bottom() + 1 - inset - side, glyph);
+}
+
+void TreemapPainter::drawTick(const QRect& rect) {
+    const double side = px(16);
+    const double inset = px(5);
+    if (rect.width() < side + 2 || rect.height() < side + 2)
+        return;
+    const double fromEdge = std::min({inset, rect.width() - side - 1, rect.height() - side - 1});
+    const QRectF box(rect.right() + 1 - fromEdge - side, rect.y() + fromEdge, side, side);
+    painter_.save();
+    painter_.setRenderHint(QPainter::Antialiasing);
+    painter_.setPen(QPen(QColor(opaque(colors_.surface)), px(1)));
+    painter_.setBrush(QColor(opaque(colors_.ink)));
+    painter_.drawRoundedRect(box.adjusted(px(-0.5), px(-0.5), px(0.5), px(0.5)), px(4), px(4));
+    painter_.setPen(
+        QPen(QColor(opaque(colors_.tickMark)), px(1.9), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const auto at = [&](double x, double y) { return QPointF(box.x() + px(x), box.y() + px(y)); };
+    painter_.drawPolyline(QPolygonF{at(3.6, 8.4), at(6.4, 11), at(12.4, 5)});
+    painter_.restore();
+}
+
+const QFont& TreemapPainter::font(const TileFace& face, bool isBold) const {
+    return fonts_.at((face.nameSize > smallSize ? 2U : 0U) + (isBold ? 1U : 0U));
+}
+
+const QFontMetricsF& TreemapPainter::metrics(const TileFace& face, bool isBold) const {
+    return metrics_[(face.nameSize > smallSize ? 2U : 0U) + (isBold ? 1U : 0U)];
+}
+
+} // namespace orbel
