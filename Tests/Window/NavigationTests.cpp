@@ -77,6 +77,8 @@ TEST(WindowNavigation, SettingsAndHelpStandInPlaceOfAScreenUntilOneIsWanted) {
     EXPECT_FALSE(scene.isShown(QStringLiteral("settings")));
     scene.press(Qt::Key_1, Qt::ControlModifier);
     EXPECT_TRUE(scene.isShown(QStringLiteral("overview")));
+    scene.app().showAbout();
+    EXPECT_TRUE(scene.isShown(QStringLiteral("help.motto")));
 
     scene.app().showAbout();
     EXPECT_TRUE(scene.isShown(QStringLiteral("help.motto")));

@@ -1,7 +1,5 @@
 #include "AppModel/AlertSettings.h"
 
-#include "Models/Wording.h"
-
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
@@ -65,10 +63,6 @@ void AlertSettings::setChoice(int choice) {
     saveLowDisk();
 }
 
-QString AlertSettings::sampleTitle() const {
-    return textOf(LowDiskAlert::message(0).title);
-}
-
 QString AlertSettings::sampleBody() const {
     return textOf(LowDiskAlert::message(disk_.volume() ? disk_.volume()->free : lowDisk_.threshold).body);
 }
@@ -87,10 +81,6 @@ void AlertSettings::checkFreeSpace() {
         return;
     if (const auto message = lowDiskAlert_.evaluate(volume->free, lowDisk_, environment_.now()))
         environment_.notifier->post(*message);
-}
-
-bool AlertSettings::opensAtLogin() const {
-    return environment_.loginItem->isEnabled();
 }
 
 void AlertSettings::setOpenAtLogin(bool opens) {

@@ -5,6 +5,7 @@
 #include "AppModel/AppEnvironment.h"
 #include "AppModel/DiskState.h"
 #include "AppModel/Notice.h"
+#include "Models/Wording.h"
 
 #include <QObject>
 #include <QStringList>
@@ -38,9 +39,9 @@ public:
     QStringList thresholds() const;
     int choice() const;
     void setChoice(int choice);
-    QString sampleTitle() const;
+    QString sampleTitle() const { return textOf(LowDiskAlert::message(0).title); }
     QString sampleBody() const;
-    bool opensAtLogin() const;
+    bool opensAtLogin() const { return environment_.loginItem->isEnabled(); }
     void setOpenAtLogin(bool opens);
 
 Q_SIGNALS:

@@ -65,24 +65,20 @@ AppsFlow::AppsFlow(const AppEnvironment& environment, std::shared_ptr<const Safe
         leftovers_.remove(paths);
         for (const auto& path : paths)
             list_.remove(path);
-        read();
+        readAgain();
     });
     connect(&moves, &MoveFlow::restored, this, [this] {
         if (isLoaded())
-            read();
+            readAgain();
     });
 }
 
 void AppsFlow::open() {
     if (!isLoaded() && !isLoading())
-        read();
+        readAgain();
 }
 
 void AppsFlow::readAgain() {
-    read();
-}
-
-void AppsFlow::read() {
     const auto& ownHome = environment_.home;
     loading_.run(
         [home = policy_->canonical(ownHome).value_or(ownHome), installed = environment_.installedApps] {

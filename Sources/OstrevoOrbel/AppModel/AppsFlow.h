@@ -105,7 +105,6 @@ private:
     };
     enum class Quitting { notAsked, asked, refused };
 
-    void read();
     void takeInventory(Inventory inventory);
     void measure();
     void selectPath(const std::string& path);
@@ -132,8 +131,7 @@ private:
     std::optional<std::string> wanted_; ///< what the command line asked to select
     QTimer planDelay_;
     QTimer runningPoll_;
-
-    LatestJob loading_{"orbel.apps"}; ///< the last members
+    LatestJob loading_{"orbel.apps"};
     LatestJob sizing_{"orbel.app-sizes"};
     LatestJob planning_{"orbel.app-plan"};
     LatestJob polling_{"orbel.running"};

@@ -199,8 +199,4 @@ void DiskState::addCounted(DiskLedger::Figures& figures, bool holdsTrash) const 
         figures.uncounted = static_cast<std::int64_t>(then->used) - static_cast<std::int64_t>(accounted);
 }
 
-QString DiskState::trashSizeText() const {
-    return trashBytes_ ? ByteFigure(*trashBytes_).text() : QStringLiteral("—");
-}
-
 } // namespace orbel

@@ -58,7 +58,9 @@ public:
     DiskReader reader() const { return DiskReader(environment_); }
     DiskLedger* ownLedger() { return &ownLedger_; }
     DiskLedger* ledger() { return &ledger_; }
-    QString trashSizeText() const;
+    QString trashSizeText() const {
+        return trashBytes_ ? ByteFigure(*trashBytes_).text() : QStringLiteral("—");
+    }
     VolumesModel* volumes() { return &volumes_; }
 
 Q_SIGNALS:
@@ -101,8 +103,7 @@ private:
     VolumesModel volumes_;
     QFileSystemWatcher trashWatch_;
     QTimer trashTimer_; ///< many changes at once are one
-
-    LatestJob momentJob_{"orbel.trash-size"}; ///< the last members
+    LatestJob momentJob_{"orbel.trash-size"};
     LatestJob volumesJob_{"orbel.volumes"};
 };
 

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <mutex>
 #include <utility>
 
 namespace orbel {
@@ -31,21 +30,6 @@ DuplicateGroupsModel::Answers answersFor(const DuplicateGroup& group, const Safe
 
 } // namespace
 
-/// Of the running search, written by its threads.
-struct DuplicatesFlow::LatestProgress {
-    std::mutex lock;
-    std::optional<DuplicateProgress> value;
-
-    void set(const DuplicateProgress& progress) {
-        const std::scoped_lock held(lock);
-        value = progress;
-    }
-    std::optional<DuplicateProgress> get() {
-        const std::scoped_lock held(lock);
-        return value;
-    }
-};
-
 DuplicatesFlow::DuplicatesFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
                                const ScanFlow& scan, MoveFlow& moves, const ShownScreen& shown,
                                Notice& notice)
@@ -55,8 +39,9 @@ DuplicatesFlow::DuplicatesFlow(const AppEnvironment& environment, std::shared_pt
       moves_(moves),
       shown_(shown),
       notice_(notice) {
+    progressTimer_.setSingleShot(true);
     progressTimer_.setInterval(betweenLooks);
-    connect(&progressTimer_, &QTimer::timeout, this, &DuplicatesFlow::lookAtProgress);
+    connect(&progressTimer_, &QTimer::timeout, this, &DuplicatesFlow::progressChanged);
     connect(&groups_, &DuplicateGroupsModel::changed, this, &DuplicatesFlow::changed);
     connect(&scan, &ScanFlow::treeChanged, this, &DuplicatesFlow::takeTree);
     connect(&moves, &MoveFlow::moved, this, [this](const std::vector<std::string>& paths) {
@@ -68,17 +53,10 @@ DuplicatesFlow::DuplicatesFlow(const AppEnvironment& environment, std::shared_pt
             [this](const std::vector<std::string>& paths) { check(groups_.setGone(paths, false)); });
 }
 
-DuplicatesFlow::~DuplicatesFlow() {
-    if (checking_)
-        checking_->cancel();
-}
-
 void DuplicatesFlow::search() {
     if (duplicatesRunning() || !scan_.hasTree())
         return;
-    if (checking_)
-        checking_->cancel();
-    checking_ = std::make_shared<ScanCancellation>();
+    checking_.drop();
     reviewing_.drop();
     noteChoice();
     groups_.setGroups({}, {});
@@ -87,17 +65,21 @@ void DuplicatesFlow::search() {
     searchedMinimum_ = duplicateMinimumBytes_;
     searchedNodes_ = scan_.tree()->count();
     searchedRoot_ = scan_.tree()->rootPath;
-    latestProgress_ = std::make_shared<LatestProgress>();
-    progressTimer_.start();
     searching_.run(
-        [tree = scan_.tree(), home = policy_->homePath(), minimum = duplicateMinimumBytes_,
-         latest = latestProgress_](const LatestJob::Run& run) {
-            auto groups = DuplicateFinder{minimum}.run(
-                *tree, home, [&](const DuplicateProgress& progress) { latest->set(progress); },
-                [&] { return run.isCancelled(); });
-            Found found{.groups = {},
-                        .progress = latest->get().value_or(DuplicateProgress()),
-                        .isStopped = run.isCancelled()};
+        [this, tree = scan_.tree(), home = policy_->homePath(),
+         minimum = duplicateMinimumBytes_](const LatestJob::Run& run) {
+            Found found;
+            const auto report = [&](const DuplicateProgress& progress) {
+                found.progress = progress;
+                run.report([this, progress] {
+                    duplicateProgress_ = progress;
+                    if (!progressTimer_.isActive())
+                        progressTimer_.start();
+                });
+            };
+            auto groups =
+                DuplicateFinder{minimum}.run(*tree, home, report, [&] { return run.isCancelled(); });
+            found.isStopped = run.isCancelled();
             found.groups.reserve(groups.size());
             for (auto& group : groups)
                 found.groups.emplace_back(std::move(group), *tree);
@@ -115,17 +97,8 @@ void DuplicatesFlow::stop() {
     Q_EMIT changed();
 }
 
-void DuplicatesFlow::lookAtProgress() {
-    const auto latest = latestProgress_->get();
-    if (latest == duplicateProgress_)
-        return;
-    duplicateProgress_ = latest;
-    Q_EMIT progressChanged();
-}
-
 void DuplicatesFlow::takeGroups(Found found) {
     isPartial_ = found.isStopped && found.progress.bytesCompared < found.progress.bytesToCompare;
-    progressTimer_.stop();
     duplicateProgress_ = found.progress;
     duplicatesSearched_ = true;
     searchedAt_ = environment_.now();
@@ -141,13 +114,11 @@ void DuplicatesFlow::takeGroups(Found found) {
 }
 
 void DuplicatesFlow::takeTree() {
-    if (duplicatesRunning() && scan_.isScanning()) {
+    if (scan_.isScanning()) {
         // Its tree is no longer the one that is shown.
         searching_.drop();
-        progressTimer_.stop();
-    }
-    if (scan_.isScanning())
         clearTicks();
+    }
     // An edited tree has the nodes of the one that it was made from.
     if (duplicatesSearched_
         && (scan_.tree()->count() != searchedNodes_ || scan_.tree()->rootPath != searchedRoot_
@@ -165,18 +136,14 @@ void DuplicatesFlow::check(const std::vector<std::size_t>& groups) {
     asked.reserve(groups.size());
     for (const auto number : groups)
         asked.emplace_back(number, duplicateGroups()[number].group());
-    checks_.runAside(
-        "orbel.duplicates",
-        [this, asked = std::move(asked), token = checking_, policy = policy_, address = checks_.address()] {
+    checking_.add(
+        [this, asked = std::move(asked), policy = policy_](const LatestJob::Run& run) {
             std::vector<DuplicateGroupsModel::Answered> batch;
             const auto deliver = [&] {
-                address.send([this, token, answers = std::exchange(batch, {})] {
-                    if (token == checking_)
-                        groups_.setAnswers(answers);
-                });
+                run.report([this, answers = std::exchange(batch, {})] { groups_.setAnswers(answers); });
             };
             for (const auto& [number, group] : asked) {
-                if (token->isCancelled())
+                if (run.isCancelled())
                     return;
                 batch.emplace_back(number, answersFor(group, *policy));
                 if (batch.size() >= groupsInABatch)
@@ -185,10 +152,6 @@ void DuplicatesFlow::check(const std::vector<std::size_t>& groups) {
             deliver();
         },
         [] {});
-}
-
-void DuplicatesFlow::noteChoice() {
-    ++choice_;
 }
 
 void DuplicatesFlow::toggleTick(int row) {

@@ -94,7 +94,6 @@ public:
     /// The references outlive this.
     DuplicatesFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
                    const ScanFlow& scan, MoveFlow& moves, const ShownScreen& shown, Notice& notice);
-    ~DuplicatesFlow() override;
 
     // Intents. Rows are those of `groups`; what is out of their range changes nothing.
 
@@ -174,15 +173,12 @@ private:
         std::vector<Refused> refused;
     };
 
-    struct LatestProgress;
-
-    void lookAtProgress();
     void takeGroups(Found found);
     void takeTree();
     void check(const std::vector<std::size_t>& groups);
     void takeReviewed(int choice, Reviewed reviewed);
     void setRule(KeepRule rule, std::string folder);
-    void noteChoice();
+    void noteChoice() { ++choice_; }
 
     const AppEnvironment& environment_;
     std::shared_ptr<const SafetyPolicy> policy_;
@@ -193,11 +189,8 @@ private:
     DuplicateGroupsModel groups_;
     std::uint64_t duplicateMinimumBytes_ = DuplicateFinder::defaultMinimumBytes;
     std::optional<DuplicateProgress> duplicateProgress_;
-    /// Sizes can be done faster than anybody looks: the main thread comes for it.
-    std::shared_ptr<LatestProgress> latestProgress_;
-    QTimer progressTimer_;
+    QTimer progressTimer_; ///< sizes can be done faster than they can be read
     bool duplicatesSearched_ = false;
-    std::shared_ptr<ScanCancellation> checking_; ///< of the checks that follow the last search
     bool isPartial_ = false;
     bool isStale_ = false;
     std::uint64_t searchedMinimum_ = 0;
@@ -208,10 +201,9 @@ private:
     KeepRule rule_ = KeepRule::newest;
     std::string ruleFolder_;
     int choice_ = 0; ///< grows with every tick and every choice of a copy to keep
-
-    LatestJob searching_{"orbel.duplicates"}; ///< the last members
+    LatestJob searching_{"orbel.duplicates"};
     LatestJob reviewing_{"orbel.tick"};
-    Inbox checks_; ///< each counts
+    LatestJob checking_{"orbel.duplicates"}; ///< what may not move, batch after batch
 };
 
 } // namespace orbel

@@ -49,8 +49,7 @@ private:
     QString text_;
     std::shared_ptr<const FileTree> tree_; ///< that the rows are of
     std::vector<NodeIndex> found_;
-
-    LatestJob job_{"orbel.find"}; ///< the last member
+    LatestJob job_{"orbel.find"};
 };
 
 } // namespace orbel

@@ -231,8 +231,7 @@ void JournalFlow::exportJournal(const QUrl& file) {
     const auto path = pathOfFileUrl(file.toEncoded().toStdString());
     if (!path)
         return;
-    exports_.runAside(
-        "orbel.journal-export",
+    exporting_.add(
         [history = latest_, path = *path] {
             const auto& entries = history->entries();
             const auto text = path.ends_with(".json") ? ReportRenderer::json(entries) + "\n"
@@ -275,10 +274,6 @@ QString JournalFlow::state() const {
 
 QString JournalFlow::path() const {
     return textOf(tildePath(journal_->path(), environment_.home));
-}
-
-void JournalFlow::showFile() {
-    environment_.desktop->showInFileManager(journal_->path());
 }
 
 QString JournalFlow::status() const {

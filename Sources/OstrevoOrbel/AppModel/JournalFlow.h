@@ -55,7 +55,7 @@ public:
     /// Settles what an earlier process could not write, and reads the journal again, after a reading that is
     /// under way.
     void load();
-    Q_INVOKABLE void showFile();
+    Q_INVOKABLE void showFile() { environment_.desktop->showInFileManager(journal_->path()); }
     void setSearch(const QString& words);
     Q_INVOKABLE void setFolded(int row, bool folded);
     /// Puts back the item of the row; of a head, all of the session that can be put back.
@@ -123,11 +123,10 @@ private:
     /// Sessions that are asked about as a whole after that, each from this item on.
     std::deque<std::pair<std::size_t, std::size_t>> wholeSessions_;
     bool isAskingPlanned_ = false;
-
-    LatestJob loading_{"orbel.journal"}; ///< the last members
+    LatestJob loading_{"orbel.journal"};
     LatestJob searching_{"orbel.journal-search"};
     LatestJob asking_{"orbel.journal-look"};
-    Inbox exports_;
+    LatestJob exporting_{"orbel.journal-export"};
 };
 
 } // namespace orbel

@@ -139,8 +139,7 @@ private:
     bool isKnown_ = false;
     Ticks ticks_;
     LargeOldModel model_;
-
-    LatestJob finding_{"orbel.large-old"}; ///< the last members
+    LatestJob finding_{"orbel.large-old"};
     LatestJob arranging_{"orbel.arrange"};
 };
 

@@ -1,26 +1,30 @@
 #include "AppModel/LatestJob.h"
 
+#include <QMetaObject>
+#include <QObject>
+
 namespace orbel {
 
+namespace {
+
+/// What deliveries are posted to: on the main thread, which makes the first job, to the end of the process.
+QObject& receiver() {
+    static auto* const object = new QObject;
+    return *object;
+}
+
+} // namespace
+
+LatestJob::LatestJob(const char* threadName) : threadName_(threadName) {
+    receiver();
+}
+
 void LatestJob::Run::report(std::function<void()> delivery) const {
-    state_->address.send([state = state_, delivery = std::move(delivery)] {
-        if (state->job->current_ == state)
+    const auto deliver = [state = state_, delivery = std::move(delivery)] {
+        if (state->counts)
             delivery();
-    });
-}
-
-LatestJob::Run LatestJob::begin() {
-    drop();
-    current_ = std::make_shared<State>(inbox_.address(), this);
-    return Run(current_);
-}
-
-/// Whether this run's answer counts.
-bool LatestJob::finish(const Run& run) {
-    if (current_ != run.state_)
-        return false;
-    current_.reset();
-    return true;
+    };
+    QMetaObject::invokeMethod(&receiver(), deliver, Qt::QueuedConnection);
 }
 
 void LatestJob::stop() {
@@ -29,18 +33,18 @@ void LatestJob::stop() {
 }
 
 void LatestJob::drop() {
-    stop();
-    current_.reset();
+    for (auto* const state : {&current_, &added_}) {
+        if (const auto dropped = std::exchange(*state, nullptr)) {
+            dropped->cancellation.cancel();
+            dropped->counts = false;
+        }
+    }
 }
 
 void LatestJob::stopAndWait() {
     stop();
     if (current_)
         current_->hasEnded.wait(false);
-}
-
-bool LatestJob::isStopping() const {
-    return current_ && current_->cancellation.isCancelled();
 }
 
 LatestJob::End::~End() {

@@ -52,6 +52,7 @@ void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Cover
     coverage_ = std::move(coverage);
     refusals_.clear();
     notes_.clear();
+    ticking_.drop();
     if (isEdited) {
         // An edited tree may number its nodes anew; their paths stay.
         const auto again = [&](NodeIndex node) {
@@ -285,17 +286,14 @@ void MapModel::toggleTick(quint32 node) {
         return;
     }
     using Answer = std::pair<std::optional<DeletionItem>, TickedItem>;
-    tickJobs_.runAside(
-        "orbel.tick",
+    ticking_.add(
         [tree = tree_, node, policy = policy_] {
             Answer answer{itemWithRepositories(*tree, node, *policy), {}};
             if (answer.first)
                 answer.second = TickedItem::ofNode(*answer.first, *tree, node);
             return answer;
         },
-        [this, tree = tree_, node](Answer answer) {
-            if (tree != tree_)
-                return;
+        [this, node](Answer answer) {
             applyAnswer(node, answer.first);
             if (answer.first)
                 ticks_.setTicked(std::move(answer.second), true);

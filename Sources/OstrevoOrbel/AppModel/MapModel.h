@@ -165,11 +165,10 @@ private:
     /// Of the nodes that were asked about, in this tree; empty words for what may be moved.
     std::unordered_map<NodeIndex, QString> refusals_;
     std::unordered_map<NodeIndex, QString> notes_; ///< of the same nodes
-
-    LatestJob legendJob_{"orbel.kinds"}; ///< the last members
+    LatestJob legendJob_{"orbel.kinds"};
     LatestJob selectionJob_{"orbel.safety"};
     LatestJob rowsJob_{"orbel.safety"};
-    Inbox tickJobs_; ///< each counts
+    LatestJob ticking_{"orbel.tick"};
 };
 
 } // namespace orbel

@@ -95,10 +95,6 @@ MoveFlow::MoveFlow(const AppEnvironment& environment, DeletionSession& session, 
     connect(&putBack, &PutBackFlow::restored, this, &MoveFlow::restored);
 }
 
-MoveFlow::~MoveFlow() {
-    batch_.stopAndWait();
-}
-
 void MoveFlow::watch(Ticks& ticks) {
     watched_.emplace_back(&ticks);
 }

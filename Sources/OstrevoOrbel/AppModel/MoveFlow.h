@@ -73,7 +73,7 @@ public:
     MoveFlow(const AppEnvironment& environment, DeletionSession& session, const ScanFlow& scan,
              PutBackFlow& putBack, const ShownScreen& shown, Activity& activity, Notice& notice);
     /// Stops a batch after the item in progress, and waits for it.
-    ~MoveFlow() override;
+    ~MoveFlow() override { batch_.stopAndWait(); }
 
     /// Has these ticks cleared after every move and whenever a scan begins.
     void watch(Ticks& ticks);
@@ -150,8 +150,7 @@ private:
     std::optional<DeletionReport> lastReport_;
     MoveReport report_;
     bool isReporting_ = false;
-
-    LatestJob batch_{"orbel.deletion"}; ///< the last member
+    LatestJob batch_{"orbel.deletion"};
 };
 
 } // namespace orbel

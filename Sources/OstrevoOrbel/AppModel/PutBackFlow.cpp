@@ -21,10 +21,6 @@ PutBackFlow::PutBackFlow(const AppEnvironment& environment, const PutBack& servi
     connect(&activity, &Activity::changed, this, &PutBackFlow::changed);
 }
 
-PutBackFlow::~PutBackFlow() {
-    job_.stopAndWait();
-}
-
 void PutBackFlow::putBackEntry(const std::string& entryID) {
     start([entryID](const PutBack& service, const ScanCancellation&) {
         Outcome outcome;
@@ -108,10 +104,6 @@ QString PutBackFlow::putBackMessage() const {
     if (explanation_.isEmpty())
         return statement_;
     return statement_ + (isFailed_ ? QStringLiteral(": ") : QStringLiteral(" ")) + explanation_;
-}
-
-void PutBackFlow::stopAfterThisItem() {
-    job_.stop();
 }
 
 void PutBackFlow::closeMessage() {

@@ -42,7 +42,7 @@ public:
     /// The arguments outlive this.
     PutBackFlow(const AppEnvironment& environment, const PutBack& service, Activity& activity);
     /// Stops after the item in progress, and waits for it.
-    ~PutBackFlow() override;
+    ~PutBackFlow() override { job_.stopAndWait(); }
 
     // Intents, each ignored while none can begin.
 
@@ -50,7 +50,7 @@ public:
     void putBackSession(const std::string& sessionID);
     /// The newest session of which anything can be put back now; when nothing can, tells why not.
     Q_INVOKABLE void putBackLast();
-    Q_INVOKABLE void stopAfterThisItem();
+    Q_INVOKABLE void stopAfterThisItem() { job_.stop(); }
     Q_INVOKABLE void closeMessage();
     /// Shows what came back in the file manager.
     Q_INVOKABLE void showRestored();
@@ -85,8 +85,7 @@ private:
     QString explanation_;
     bool isFailed_ = false;
     std::optional<std::string> restoredPath_;
-
-    LatestJob job_{"orbel.put-back"}; ///< the last member
+    LatestJob job_{"orbel.put-back"};
 };
 
 } // namespace orbel

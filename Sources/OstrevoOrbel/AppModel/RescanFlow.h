@@ -58,8 +58,7 @@ private:
     const Activity& activity_;
     Notice& notice_;
     QString text_;
-
-    LatestJob job_{"orbel.rescan"}; ///< the last member
+    LatestJob job_{"orbel.rescan"};
 };
 
 } // namespace orbel

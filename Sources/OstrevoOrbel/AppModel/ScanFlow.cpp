@@ -1,7 +1,6 @@
 #include "AppModel/ScanFlow.h"
 
 #include "AppModel/ScanGrowth.h"
-#include "Models/Wording.h"
 #include "Safety/FullDiskAccess.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Util/FileUrl.h"
@@ -37,14 +36,6 @@ void ScanFlow::scanFolder(const QUrl& folder) {
 void ScanFlow::scanVolume(int row) {
     if (const auto path = disk_.volumes()->pathOf(row))
         startScan(*path);
-}
-
-void ScanFlow::scanDisk() {
-    startScan(environment_.dataVolumePath);
-}
-
-void ScanFlow::measureAgain() {
-    startScan(std::string(scanRoot_));
 }
 
 void ScanFlow::startScan(const std::string& root) {
@@ -147,7 +138,7 @@ void ScanFlow::refreshFullDiskAccess() {
     fullDiskAccess_ = isGranted;
     Q_EMIT fullDiskAccessChanged();
     const auto& options = environment_.options;
-    if (!isGranted || !options.scanPath || scanState_ != ScanState::idle)
+    if (!isGranted || !options.scanPath || !isIdle())
         return;
     const auto delay = std::chrono::duration<double>(std::max(options.scanDelay, 0.0));
     QTimer::singleShot(std::chrono::duration_cast<std::chrono::milliseconds>(delay), this,
@@ -158,27 +149,9 @@ void ScanFlow::openPrivacySettings() {
     environment_.desktop->openAddress(textOf(FullDiskAccess::settingsURL));
 }
 
-bool ScanFlow::needsFullDiskAccess() const {
-    return !environment_.options.allowWithoutFullDiskAccess && fullDiskAccess_ == false;
-}
-
-QString ScanFlow::stateName() const {
-    switch (scanState_) {
-    case ScanState::idle:
-        return QStringLiteral("idle");
-    case ScanState::scanning:
-        return QStringLiteral("scanning");
-    case ScanState::done:
-        return QStringLiteral("done");
-    case ScanState::cancelled:
-        break;
-    }
-    return QStringLiteral("cancelled");
-}
-
 bool ScanFlow::isRootUnreadable() const {
-    const bool isOver = scanState_ == ScanState::done || scanState_ == ScanState::cancelled;
-    return isOver && (tree_->count() == 0 || NodeFlags{tree_->nodeFlags[0]}.contains(NodeFlags::unreadable));
+    return !isIdle() && !isScanning()
+           && (tree_->count() == 0 || NodeFlags{tree_->nodeFlags[0]}.contains(NodeFlags::unreadable));
 }
 
 QString ScanFlow::rootText() const {
@@ -189,7 +162,7 @@ QString ScanFlow::scopeText() const {
     if (isScanning())
         return tr("Measuring %1…").arg(rootText());
     const auto what = isWholeDisk() ? tr("This disk") : rootText();
-    if (scanState_ == ScanState::idle)
+    if (isIdle())
         return tr("%1 · not measured yet").arg(what);
     const auto when = whenText(scannedAt_, environment_.now());
     if (isPartial())
@@ -198,17 +171,13 @@ QString ScanFlow::scopeText() const {
 }
 
 QString ScanFlow::measuredText() const {
-    if (scanState_ == ScanState::idle)
+    if (isIdle())
         return {};
     const auto figures =
         tr("%1 · %2 · %3").arg(figures_.measured().text(), figures_.entriesText(), figures_.duration());
     if (isScanning())
         return figures;
     return (isPartial() ? tr("Partial · measured ") : tr("Measured ")) + figures;
-}
-
-QString ScanFlow::otherVolumesSkipped() const {
-    return countText(tree_->otherVolumeCount);
 }
 
 } // namespace orbel

@@ -12,6 +12,7 @@
 #include "Models/SizedFoldersModel.h"
 #include "Models/TopLevelModel.h"
 #include "Models/UnreadableModel.h"
+#include "Models/Wording.h"
 #include "Scan/Coverage.h"
 
 #include <QObject>
@@ -26,8 +27,8 @@ class ScanFlow final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppModel.")
-    /// "idle", "scanning", "done" or "cancelled".
-    Q_PROPERTY(QString state READ stateName NOTIFY scanStateChanged)
+    /// Nothing has been measured yet.
+    Q_PROPERTY(bool idle READ isIdle NOTIFY scanStateChanged)
     Q_PROPERTY(bool running READ isScanning NOTIFY scanStateChanged)
     /// Asked to stop and not there yet.
     Q_PROPERTY(bool stopping READ isStopping NOTIFY scanStateChanged)
@@ -74,8 +75,8 @@ public:
     Q_INVOKABLE void scanFolder(const QUrl& folder);
     /// A row of the disk's volumes.
     Q_INVOKABLE void scanVolume(int row);
-    Q_INVOKABLE void scanDisk();
-    Q_INVOKABLE void measureAgain();
+    Q_INVOKABLE void scanDisk() { startScan(environment_.dataVolumePath); }
+    Q_INVOKABLE void measureAgain() { startScan(std::string(scanRoot_)); }
     /// Stops the scan that runs; what it has found so far is then shown as partial.
     Q_INVOKABLE void stop();
     /// Looks for the permission again. When it is there for the first time, starts the scan of the command
@@ -101,13 +102,15 @@ public:
     int treeVersion() const { return treeVersion_; }
     /// Only for a scan of the whole disk.
     const std::optional<Coverage>& coverage() const { return coverage_; }
+    bool isIdle() const { return scanState_ == ScanState::idle; }
     bool isScanning() const { return scanState_ == ScanState::scanning; }
     bool isStopping() const { return job_.isStopping(); }
     bool hasTree() const { return !isScanning() && tree_->count() > 0; }
     bool isPartial() const { return scanState_ == ScanState::cancelled; }
     bool isRootUnreadable() const;
-    bool needsFullDiskAccess() const;
-    QString stateName() const;
+    bool needsFullDiskAccess() const {
+        return !environment_.options.allowWithoutFullDiskAccess && fullDiskAccess_ == false;
+    }
     QString rootText() const;
     bool isWholeDisk() const { return scanRoot_ == environment_.dataVolumePath; }
     QString scopeText() const;
@@ -118,7 +121,7 @@ public:
     SizedFoldersModel* largestFolders() { return &largestFolders_; }
     GrowthModel* growth() { return &growth_; }
     UnreadableModel* unreadable() { return &unreadable_; }
-    QString otherVolumesSkipped() const;
+    QString otherVolumesSkipped() const { return countText(tree_->otherVolumeCount); }
 
 Q_SIGNALS:
     void scanStateChanged();
@@ -153,8 +156,7 @@ private:
     SizedFoldersModel largestFolders_;
     GrowthModel growth_;
     UnreadableModel unreadable_;
-
-    LatestJob job_{"orbel.scan"}; ///< the last member
+    LatestJob job_{"orbel.scan"};
 };
 
 } // namespace orbel

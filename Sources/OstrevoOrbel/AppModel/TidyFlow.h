@@ -113,8 +113,7 @@ private:
     TidyListModel shortcuts_;
     int tidyVersion_ = -1;
     QString filter_;
-
-    LatestJob job_{"orbel.tidy"}; ///< the last member
+    LatestJob job_{"orbel.tidy"};
 };
 
 } // namespace orbel

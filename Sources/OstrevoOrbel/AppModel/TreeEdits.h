@@ -54,8 +54,7 @@ private:
     ScanFlow& scan_;
     DiskState& disk_;
     std::deque<Waiting> waiting_;
-
-    LatestJob job_{"orbel.tree-edit"}; ///< the last member; one run after another
+    LatestJob job_{"orbel.tree-edit"};
 };
 
 } // namespace orbel

@@ -80,7 +80,7 @@ public:
     bool open() {
         model_.appearance()->overrideWith(valueAfter(platform::processArguments(), "--appearance"));
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
-        AppIcons::findThemes(model_.home());
+        AppIcons::findThemes(model_.scan()->home());
         engine_.addImageProvider(iconProvider, new AppIcons); // the engine owns it
         engine_.setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&model_)}});
         engine_.load(QUrl(viewsUrl + QStringLiteral("Main.qml")));

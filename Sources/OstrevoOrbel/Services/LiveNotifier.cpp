@@ -57,12 +57,10 @@ void LiveNotifier::requestPermission(std::function<void(bool)> answer) {
 
 void LiveNotifier::post(const LowDiskAlert::Message& message) {
     requestPermission([this, message](bool isAvailable) {
-        if (isAvailable) {
+        if (isAvailable)
             notify(message);
-            return;
-        }
-        showBadge(true);
-        Q_EMIT unavailable();
+        else
+            showBadge(true);
     });
 }
 
@@ -77,12 +75,10 @@ void LiveNotifier::notify(const LowDiskAlert::Message& message) {
     auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         const QDBusPendingReply<uint> reply = *watcher;
-        if (reply.isError()) {
+        if (reply.isError())
             showBadge(true);
-            Q_EMIT unavailable();
-        } else {
+        else
             lastId_ = reply.value();
-        }
         watcher->deleteLater();
     });
 }

@@ -24,8 +24,6 @@ public:
 Q_SIGNALS:
     /// The user clicked a notification.
     void opened();
-    /// There is no service that could show one.
-    void unavailable();
 
 private Q_SLOTS:
     void takeAction(uint id, const QString& action);
