@@ -120,7 +120,7 @@ TEST_F(TidyInTheWindow, WhatIsTickedGoesToTheTrashAndTheRestStays) {
 TEST_F(TidyInTheWindow, AMenuTicksTheItemThatItNamesWhateverTheRowsAreByThen) {
     open();
     const auto isTicked = [this](const char* name) {
-        return flow().folders()->row(row(flow().folders(), name)).isTicked;
+        return flow().folders()->isTicked(row(flow().folders(), name));
     };
     scene.item(QStringLiteral("tidy.folders.table"))->forceActiveFocus(Qt::TabFocusReason);
     scene.press(Qt::Key_Home);
