@@ -17,7 +17,7 @@ TEST(AlertLoop, ChecksAtOnceWhenItIsSwitchedOnAndKeepsTheChoice) {
               "300 B free. Open Ostrevo Vanto to see where the space went.");
     EXPECT_EQ(scene.posted->permissionRequests, 1);
     model.alert()->setChoice(3);
-    EXPECT_TRUE(model.alert()->settings().enabled && model.alert()->settings().threshold == 50'000'000'000);
+    EXPECT_TRUE(model.alert()->lowDisk().enabled && model.alert()->lowDisk().threshold == 50'000'000'000);
     EXPECT_EQ(scene.environment.settings->value(key).toString(),
               QStringLiteral(R"({"enabled":true,"threshold":50000000000})"));
 
