@@ -196,14 +196,14 @@ std::vector<std::expected<PlannedMove, std::string>> LiveTrash::plan(std::span<c
     for (const auto& path : paths) {
         const auto plain = itemPathOf(path);
         if (!plain)
-            plans.push_back(std::unexpected("It is not the path of an item"));
+            plans.emplace_back(std::unexpected("It is not the path of an item"));
         else if (unusable)
-            plans.push_back(std::unexpected(*unusable));
+            plans.emplace_back(std::unexpected(*unusable));
         else if (planner)
             plans.push_back(planner->plan(*plain));
         else
-            plans.push_back(PlannedMove{.path = *plain,
-                                        .trashPath = joinedPath(trashFolder_, lastPathComponent(*plain))});
+            plans.emplace_back(PlannedMove{.path = *plain,
+                                           .trashPath = joinedPath(trashFolder_, lastPathComponent(*plain))});
     }
     return plans;
 }

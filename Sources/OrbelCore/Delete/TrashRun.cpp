@@ -83,8 +83,8 @@ std::expected<void, JournalError> TrashRun::prepareMoves(Group& group) const {
     std::vector<MoveIntent> intents;
     intents.reserve(held.size());
     for (std::size_t i = 0; i < held.size(); ++i)
-        if (plans[i])
-            intents.push_back(intent(*held[i], *held[i]->held, *plans[i]));
+        if (const auto& item = held[i]->held; item && plans[i])
+            intents.push_back(intent(*held[i], *item, *plans[i]));
     if (auto intended = record.intend(intents); !intended)
         return intended;
     for (std::size_t i = 0; i < held.size(); ++i)
