@@ -1,7 +1,9 @@
 #include "Growth/GrowthStore.h"
+#include "Support/FlushHook.h"
 #include "Support/ProgramHome.h"
 #include "Support/TreeBuilder.h"
 
+#include <cerrno>
 #include <fstream>
 #include <gtest/gtest.h>
 
@@ -40,6 +42,10 @@ TEST(GrowthStore, ComparesEachScanWithTheOneBefore) {
     EXPECT_EQ(status.st_mode & 07777, 0700);
     EXPECT_FALSE(store.keep(FileTree("/data"), monday).growth) << "a root that could not be read";
     EXPECT_TRUE(store.latest("/data")) << "leaves what is kept";
+    const test::FlushHook hook([](const test::Flush&) { return EIO; });
+    EXPECT_TRUE(store.keep(treeOf(20 * MB), monday).failure);
+    EXPECT_EQ(store.latest("/data")->measuredAt, monday + std::chrono::hours(24))
+        << "replaced only by what is on the disk";
 }
 
 TEST(GrowthStore, ReplacesWhatIsDamagedAndBelievesNobodyElse) {

@@ -1,6 +1,8 @@
 #include "Delete/LiveTrash.h"
 #include "Journal/Barrier.h"
 #include "Journal/HeldFolder.h"
+#include "Journal/IntentSettling.h"
+#include "Journal/LiveRestore.h"
 #include "Journal/PutBack.h"
 #include "Platform/Synchronise.h"
 #include "Support/ChildProcess.h"
@@ -8,8 +10,10 @@
 #include "Support/FlushHook.h"
 #include "Support/JournalScene.h"
 #include "Support/MoverHome.h"
+#include "Util/PathText.h"
 
 #include <cerrno>
+#include <filesystem>
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -19,6 +23,7 @@
 namespace orbel {
 namespace {
 
+namespace fs = std::filesystem;
 using test::Flush;
 using test::FlushHook;
 using test::MoverHome;
@@ -54,6 +59,10 @@ bool isOneFlushEnough(const std::string& folder) {
 #define SKIP_WHERE_ONE_FLUSH_IS_NOT_ENOUGH(folder)                                                           \
     if (!isOneFlushEnough(folder))                                                                           \
     GTEST_SKIP() << folder << " is not on ext4, XFS or Btrfs"
+
+#define SKIP_WHERE_FOLDERS_DO_NOT_KEEP_MOVES()                                                               \
+    if (const TemporaryFolder home; !platform::keepsMovesByFolder(openPath(home.path()).get()))              \
+    GTEST_SKIP() << home.path() << " is on Btrfs"
 
 TEST(Barrier, FlushesEachByItselfAndTheNewNameFirst) {
     const TemporaryFolder home;
@@ -194,6 +203,76 @@ TEST(Barrier, WithTheJournalOnAnotherFileSystemTheMovesComeFirst) {
                   home.path("a"));
         expectEnd(flushesOf([&] { EXPECT_TRUE(putBack.putBackLast().results.at(1).restored); }),
                   home.path("a"), home.trash() + "/files");
+    });
+}
+
+/// What is flushed while `work` runs, each as its path in `home`: how it is called when it is flushed, with
+/// "*" for names that are new each time.
+std::vector<std::string> namesOfFlushes(const TemporaryFolder& home, const std::function<void()>& work) {
+    std::vector<std::string> names;
+    const FlushHook hook([&](const Flush& flush) {
+        std::string name = flush.file == FileIdentity::of(home.path()) ? "." : "?";
+        for (const auto& entry : fs::recursive_directory_iterator(home.path()))
+            if (FileIdentity::of(entry.path().string()) == flush.file)
+                name = entry.path().lexically_relative(home.path());
+        if (name.contains("/intents/"))
+            name = std::string(parentPath(name)) + "/*";
+        names.push_back(name + (flush.isAll ? " and all" : ""));
+        return 0;
+    });
+    work();
+    return names;
+}
+
+TEST(Barrier, WithoutOrderAMoveAndItsWayBackFlushAllThatTheyMake) {
+    SKIP_WHERE_FOLDERS_DO_NOT_KEEP_MOVES();
+    test::inChildProcess([] {
+        ASSERT_NE(::personality(UNAME26), -1); // no flush of a whole file system is trusted then
+        MoverHome home;
+        home.trasher.trash = std::make_shared<LiveTrash>(home.trash());
+        const PutBack putBack(home.policy, home.journal, std::make_shared<LiveRestore>());
+        const auto items = home.files({"a/one"});
+        const std::string data = ".local/share/Ostrevo Orbel";
+        const std::string trash = ".local/share/Trash";
+        const auto journal = data + "/journal.jsonl";
+        EXPECT_EQ(namesOfFlushes(home, [&] { EXPECT_EQ(home.run(items).moved.size(), 1); }),
+                  (std::vector<std::string>{// the new folders
+                                            ".", ".local", ".local/share", data,
+                                            // the new files, then what the folders hold
+                                            journal, data, trash + "/info/one.trashinfo", data + "/intents/*",
+                                            data + "/intents", ".local/share", trash, trash + "/info",
+                                            // the move, then its line
+                                            trash + "/files", "a", journal}));
+        EXPECT_EQ(namesOfFlushes(home, [&] { EXPECT_TRUE(putBack.putBackLast().results.at(0).restored); }),
+                  (std::vector<std::string>{journal, data + "/intents/*", data + "/intents", //
+                                            "a", trash + "/files", journal}));
+        EXPECT_EQ(namesOfFlushes(home, [&] { EXPECT_TRUE(home.journal->preflight()); }),
+                  std::vector{journal});
+    });
+}
+
+TEST(Barrier, SettlingMakesAMoveLastWhetherItsLineIsThereOrNot) {
+    SKIP_WHERE_FOLDERS_DO_NOT_KEEP_MOVES();
+    test::inChildProcess([] {
+        ASSERT_NE(::personality(UNAME26), -1);
+        test::JournalScene scene;
+        const auto flushesOfSettling = [&](bool isRecorded, bool isFolderLeft) {
+            const auto intent = scene.beginToTrash("item");
+            scene.leaveBehind({intent});
+            test::move(intent);
+            EXPECT_TRUE(!isRecorded || scene.store.append(intent.entry));
+            if (!isFolderLeft)
+                fs::remove(parentPath(intent.sourcePath));
+            return namesOfFlushes(scene.home,
+                                  [&] { EXPECT_TRUE(settleIntents(scene.store).failures.empty()); });
+        };
+        EXPECT_EQ(flushesOfSettling(true, true), (std::vector<std::string>{"trash/files", "documents"}));
+        fs::remove(scene.home.path("trash/files/item"));
+        EXPECT_EQ(flushesOfSettling(false, true),
+                  (std::vector<std::string>{"trash/files", "documents", "data/journal.jsonl"}));
+        fs::remove(scene.home.path("trash/files/item"));
+        EXPECT_EQ(flushesOfSettling(false, false),
+                  (std::vector<std::string>{"trash/files", "data/journal.jsonl"}));
     });
 }
 

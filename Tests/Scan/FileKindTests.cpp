@@ -1,12 +1,20 @@
 #include "Scan/FileKind.h"
 
+#include <array>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <set>
+#include <sstream>
+#include <string>
 #include <string_view>
 
 namespace orbel {
 namespace {
+
+std::set<std::string> wordsOf(std::string_view text) {
+    std::istringstream words{std::string(text)};
+    return {std::istream_iterator<std::string>(words), {}};
+}
 
 TEST(FileKind, IsToldFromTheExtension) {
     EXPECT_EQ(classify("movie.MP4", false, false), FileKind::video);
@@ -41,6 +49,41 @@ TEST(FileKind, OfFoldersAndPackages) {
     EXPECT_TRUE(isPackage("X.APP"));
     EXPECT_FALSE(isPackage("movie.mp4"));
     EXPECT_FALSE(isPackage(".app"));
+}
+
+// What a saved report calls a video must not become something else with the next version.
+TEST(FileKind, ListsTheseExtensionsAndNoOthers) {
+    struct Kind {
+        FileKind kind;
+        std::string_view extensions;
+    };
+    static constexpr std::array kinds{
+        Kind{FileKind::video, "mp4 mov m4v mkv avi wmv flv webm mpg mpeg mts m2ts 3gp braw r3d mxf insv lrv"},
+        Kind{FileKind::diskImage, "dmg iso img sparseimage sparsebundle toast cdr"},
+        Kind{FileKind::archive, "zip tar gz tgz bz2 xz 7z rar zst lz4 xip pkg mpkg"},
+        Kind{FileKind::document,
+             "pdf doc docx xls xlsx ppt pptx pages numbers key txt rtf rtfd md csv epub psd ai sketch fig"},
+        Kind{FileKind::application, "app ipa apk exe appex"},
+        Kind{FileKind::virtualMachine, "vmdk qcow2 utm vdi vhd vhdx pvm vmwarevm hdd"},
+    };
+    std::set<std::string> withKind;
+    for (const auto& [kind, extensions] : kinds)
+        for (const auto& extension : wordsOf(extensions)) {
+            EXPECT_EQ(kindByExtension(extension), kind) << extension;
+            withKind.insert(extension);
+        }
+    std::set<std::string> listed;
+    for (const KindRow& row : kindTable)
+        listed.merge(wordsOf(row.extensions));
+    EXPECT_EQ(listed, withKind);
+
+    const auto packages = wordsOf(
+        "app appex framework bundle plugin kext xpc photoslibrary photolibrary musiclibrary tvlibrary "
+        "imovielibrary fcpbundle logicx band rtfd pages numbers key sparsebundle utm pvm vmwarevm xcarchive "
+        "xcodeproj xcworkspace playground docset mlmodelc scptd wdgt pkg mpkg");
+    listed.insert(packages.begin(), packages.end());
+    for (const auto& extension : listed)
+        EXPECT_EQ(isPackage("x." + extension), packages.contains(extension)) << extension;
 }
 
 /// Whether the enumeration has a case of this value: the compiler calls it by its name then, else by its

@@ -1,3 +1,4 @@
+#include "Platform/Conventions.h"
 #include "Safety/FileStamp.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Scan/Walker.h"
@@ -5,10 +6,14 @@
 #include "Support/OpenHook.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TreeBuilder.h"
+#include "Util/ReadFile.h"
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <gtest/gtest.h>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -358,6 +363,39 @@ TEST(Walker, NumbersNodesTheSameWhateverTheThreadsDo) {
     }
     for (std::size_t i = 1; i < one.count(); ++i)
         ASSERT_LT(one.parentIndex[i], i);
+}
+
+/// The threads of this process that walk now.
+int walkingThreads() {
+    int count = 0;
+    DIR* const threads = ::opendir("/proc/self/task"); // not by openat(), which is hooked
+    while (const dirent* const thread = ::readdir(threads)) {
+        const auto name = readFile("/proc/self/task/" + std::string(thread->d_name) + "/comm");
+        count += name && name->starts_with("orbel.walker.") ? 1 : 0;
+    }
+    ::closedir(threads);
+    return count;
+}
+
+TEST(Walker, TakesAsManyThreadsAsItMayForAWideTree) {
+    const TemporaryFolder home;
+    for (int i = 0; i < 200; ++i)
+        home.folder("wide/" + std::to_string(i));
+    for (const std::optional<int> workers : {std::optional<int>(), std::optional<int>(3)}) {
+        const int expected = workers.value_or(platform::conventions().defaultWalkerWorkers);
+        // No folder below the root is opened before all threads are there, or are certain not to come.
+        const auto deadline = std::chrono::steady_clock::now() + 20s;
+        int most = 0;
+        const test::OpenHook hook([&](std::string_view name) {
+            while (name != home.path("wide") && most < expected
+                   && std::chrono::steady_clock::now() < deadline)
+                most = std::max(most, walkingThreads());
+            return 0;
+        });
+        EXPECT_EQ(walked(home.path("wide"), workers).count(), 201);
+        EXPECT_EQ(most, expected);
+    }
+    EXPECT_GE(platform::conventions().defaultWalkerWorkers, 8) << "a cold disk wants many requests in flight";
 }
 
 TEST(Walker, SpreadsLargeFoldersOverSeveralBlocksOfMemory) {
