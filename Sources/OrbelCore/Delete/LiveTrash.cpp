@@ -104,8 +104,8 @@ private:
         return trashName(name, free, longestName_);
     }
 
-    /// Also where there is only an item without an info file: it belongs to another program, and would be
-    /// lost.
+    /// Also where there is only an item without an info file: it belongs to another program, and
+    /// would be lost.
     bool isTaken(const std::string& stored) const {
         return planned_.contains(stored) || orbel::isTaken(trash_.files, stored)
                || orbel::isTaken(trash_.info, infoNameOf(stored));

@@ -16,8 +16,8 @@ namespace orbel {
 
 class JournalStore;
 
-/// What a group of moves writes down, so that a crash or a power cut at any moment loses nothing and leaves
-/// nothing unrecorded:
+/// What a group of moves writes down, so that a crash or a power cut at any moment loses nothing and
+/// leaves nothing unrecorded:
 ///
 ///   begin, intend, seal: nothing may have moved yet;
 ///   the moves, each added to barrier();

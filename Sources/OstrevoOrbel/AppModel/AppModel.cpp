@@ -49,8 +49,8 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
     connect(&shown_, &ShownScreen::changed, this, &AppModel::screenChanged);
     connect(&actions_, &ItemActions::mapWanted, this, &AppModel::showOnMap);
     connect(&actions_, &ItemActions::measureWanted, &rescan_, &RescanFlow::start);
-    // What was moved leaves the tree, and what was put back returns to it, before the disk is looked at
-    // again.
+    // What was moved leaves the tree, and what was put back returns to it, before the disk is
+    // looked at again.
     connect(&moves_, &MoveFlow::moved, &treeEdits_, &TreeEdits::remove);
     connect(&putBack_, &PutBackFlow::restored, &treeEdits_, &TreeEdits::restore);
     connect(&moves_, &MoveFlow::finished, &disk_, &DiskState::refreshVolume);

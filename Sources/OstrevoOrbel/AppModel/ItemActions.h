@@ -21,8 +21,8 @@ class ItemActions final : public QObject {
 public:
     using ShownTree = std::function<const FileTree&()>;
 
-    /// `desktop` and `canonicalizer` outlive this. `tree` gives the tree that the map shows, empty when there
-    /// is none.
+    /// `desktop` and `canonicalizer` outlive this. `tree` gives the tree that the map shows, empty when
+    /// there is none.
     ItemActions(Desktop& desktop, const PathCanonicalizer& canonicalizer, ShownTree tree);
 
     /// Of a node of that tree; empty when there is no such node.

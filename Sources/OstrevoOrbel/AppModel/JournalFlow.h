@@ -52,8 +52,8 @@ public:
     /// Reads the journal again, and asks the disk again about what is in sight. Ignored while something
     /// moves to the Trash or back, after which this happens anyway.
     Q_INVOKABLE void refresh();
-    /// Settles what an earlier process could not write, and reads the journal again, after a reading that is
-    /// under way.
+    /// Settles what an earlier process could not write, and reads the journal again, after a reading that
+    /// is under way.
     void load();
     Q_INVOKABLE void showFile() { environment_.desktop->showInFileManager(journal_->path()); }
     void setSearch(const QString& words);
