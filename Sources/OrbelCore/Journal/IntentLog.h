@@ -33,8 +33,8 @@ public:
     /// Leaves the file for settleIntents(), unless close() removed it.
     ~IntentLog() = default;
 
-    /// Writes intents. Only once that succeeded, and a barrier that the log was added to was passed, may the
-    /// moves begin.
+    /// Writes intents. The moves may begin only once that succeeded, and a barrier that the log was added to
+    /// was passed.
     std::expected<void, JournalError> begin(std::span<const MoveIntent> intents);
 
     /// Adds the file and its name to what the barrier brings to the disk.
