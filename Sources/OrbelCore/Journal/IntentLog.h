@@ -33,8 +33,8 @@ public:
     /// Leaves the file for settleIntents(), unless close() removed it.
     ~IntentLog() = default;
 
-    /// Writes intents. The moves may begin only once that succeeded, and a barrier that the log was added to
-    /// was passed.
+    /// Writes intents. The moves may begin only after that succeeded and the barrier was passed that the log
+    /// has been added to.
     std::expected<void, JournalError> begin(std::span<const MoveIntent> intents);
 
     /// Adds the file and its name to what the barrier brings to the disk.
