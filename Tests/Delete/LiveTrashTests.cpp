@@ -197,6 +197,27 @@ TEST(LiveTrash, GivesEachItemOfAGroupANameOfItsOwn) {
     }
 }
 
+TEST(LiveTrash, AStrayItemKeepsItsNameInALargeGroupToo) {
+    const TrashHome home;
+    home.file(".local/share/Trash/files/3", "an orphan");
+    std::vector<std::string> paths;
+    for (int i = 0; i < 40; ++i)
+        paths.push_back(home.file("docs/" + std::to_string(i), "mine"));
+    LiveTrash trash(home.trash(), atNoon);
+    Barrier barrier;
+    auto plans = trash.plan(paths, barrier);
+    EXPECT_EQ(plans[3].value().trashPath, home.trashed("3 2"));
+    EXPECT_EQ(plans[4].value().trashPath, home.trashed("4"));
+    home.file(".local/share/Trash/files/4", "an orphan"); // not listed
+    const auto prepared = trash.prepare(plans[4].value(), barrier);
+    const auto moved = (*prepared)->make(barrier);
+    ASSERT_FALSE(moved);
+    EXPECT_TRUE(moved.error().isPlanVoid);
+    plans = trash.plan(paths, barrier);
+    EXPECT_EQ(plans[4].value().trashPath, home.trashed("4 2")) << "one that was met is known from then on";
+    EXPECT_EQ(readFile(home.trashed("4")), "an orphan");
+}
+
 TEST(LiveTrash, CutsLongNamesBetweenCharacters) {
     const TrashHome home;
     std::string stem = "ab";

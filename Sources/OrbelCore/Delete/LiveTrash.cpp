@@ -1,5 +1,6 @@
 #include "Delete/LiveTrash.h"
 
+#include "Delete/StrayItems.h"
 #include "Delete/TrashFolder.h"
 #include "Delete/TrashInfo.h"
 #include "Delete/TrashName.h"
@@ -66,8 +67,9 @@ std::string infoNameOf(const std::string& stored) {
 /// Plans the moves of one group into a Trash folder.
 class Planner {
 public:
-    Planner(const TrashFolder& trash, std::chrono::system_clock::time_point now)
-        : trash_(trash), longestName_(trash.longestName()), now_(now) {}
+    /// `strays`: null where each name is to be looked at.
+    Planner(const TrashFolder& trash, const StrayItems* strays, std::chrono::system_clock::time_point now)
+        : trash_(trash), strays_(strays), longestName_(trash.longestName()), now_(now) {}
 
     std::expected<PlannedMove, std::string> plan(const std::string& path) {
         auto stored = freeName(std::string(lastPathComponent(path)));
@@ -104,14 +106,13 @@ private:
         return trashName(name, free, longestName_);
     }
 
-    /// Also where there is only an item without an info file: it belongs to another program, and
-    /// would be lost.
     bool isTaken(const std::string& stored) const {
-        return planned_.contains(stored) || orbel::isTaken(trash_.files, stored)
-               || orbel::isTaken(trash_.info, infoNameOf(stored));
+        return planned_.contains(stored) || orbel::isTaken(trash_.info, infoNameOf(stored))
+               || (strays_ != nullptr ? strays_->contains(stored) : orbel::isTaken(trash_.files, stored));
     }
 
     const TrashFolder& trash_;
+    const StrayItems* strays_;
     std::size_t longestName_;
     std::chrono::system_clock::time_point now_;
     std::unordered_set<std::string> planned_; ///< names for items of the group
@@ -137,10 +138,11 @@ private:
 /// A move into the Trash folder, with its info file written.
 class FolderMove final : public TrashMove {
 public:
-    FolderMove(std::string path, std::shared_ptr<const TrashFolder> trash, std::string stored,
-               PendingTrashInfo info)
+    FolderMove(std::string path, std::shared_ptr<const TrashFolder> trash, std::shared_ptr<StrayItems> strays,
+               std::string stored, PendingTrashInfo info)
         : path_(std::move(path)),
           trash_(std::move(trash)),
+          strays_(std::move(strays)),
           stored_(std::move(stored)),
           info_(std::move(info)) {}
 
@@ -155,8 +157,11 @@ public:
                 TrashFailure{.words = "Its info file was removed from the Trash", .isPlanVoid = true});
         if (const auto moved =
                 moveEntry(*source, std::string(lastPathComponent(path_)), trash_->files, stored_);
-            !moved)
+            !moved) {
+            if (moved.error() == EEXIST)
+                strays_->forget();
             return failure(moved.error());
+        }
         info_.keep();
         barrier.addMove(*source, trash_->files);
         return joinedPath(joinedPath(trash_->path, "files"), stored_);
@@ -169,6 +174,7 @@ private:
 
     std::string path_;
     std::shared_ptr<const TrashFolder> trash_; ///< outlives the info file in it
+    std::shared_ptr<StrayItems> strays_;
     std::string stored_;
     PendingTrashInfo info_;
 };
@@ -176,10 +182,11 @@ private:
 } // namespace
 
 LiveTrash::LiveTrash(std::string trashFolder, Clock now)
-    : trashFolder_(std::move(trashFolder)), now_(std::move(now)) {}
+    : trashFolder_(std::move(trashFolder)), now_(std::move(now)), strays_(std::make_shared<StrayItems>()) {}
 
 std::vector<std::expected<PlannedMove, std::string>> LiveTrash::plan(std::span<const std::string> paths,
                                                                      Barrier& barrier) {
+    constexpr std::size_t fewNames = 16;
     std::vector<std::expected<PlannedMove, std::string>> plans;
     plans.reserve(paths.size());
     std::optional<std::string> unusable;
@@ -188,7 +195,10 @@ std::vector<std::expected<PlannedMove, std::string>> LiveTrash::plan(std::span<c
         openTrash_ = nullptr;
         if (auto trash = TrashFolder::open(trashFolder_, barrier)) {
             openTrash_ = std::make_shared<const TrashFolder>(*std::move(trash));
-            planner.emplace(*openTrash_, now_());
+            const bool isLargeGroup = paths.size() > fewNames;
+            if (isLargeGroup)
+                strays_->list(*openTrash_);
+            planner.emplace(*openTrash_, isLargeGroup ? strays_.get() : nullptr, now_());
         } else {
             unusable = std::move(trash.error());
         }
@@ -219,8 +229,8 @@ std::expected<std::unique_ptr<TrashMove>, TrashFailure> LiveTrash::prepare(const
         return std::unexpected(TrashFailure{.words = "Its info file could not be written: "
                                                      + std::generic_category().message(info.error()),
                                             .isPlanVoid = info.error() == EEXIST});
-    return std::make_unique<FolderMove>(move.path, openTrash_, std::string(lastPathComponent(move.trashPath)),
-                                        *std::move(info));
+    return std::make_unique<FolderMove>(move.path, openTrash_, strays_,
+                                        std::string(lastPathComponent(move.trashPath)), *std::move(info));
 }
 
 } // namespace orbel

@@ -8,6 +8,7 @@
 
 namespace orbel {
 
+class StrayItems;
 struct TrashFolder;
 
 /// The user's Trash. Where the system has a call of its own for the move, that is used; elsewhere the Trash
@@ -41,6 +42,7 @@ private:
     std::string trashFolder_;
     Clock now_;
     std::shared_ptr<const TrashFolder> openTrash_; ///< that the last plans are for; null where there is none
+    std::shared_ptr<StrayItems> strays_;           ///< in it, for large groups
 };
 
 } // namespace orbel
