@@ -269,6 +269,17 @@ TEST_F(PutBackTest, AnotherProgramMayBeQuickerToPutItBack) {
     EXPECT_TRUE(home.intentFiles().empty());
 }
 
+TEST_F(PutBackTest, ItsNameInTheTrashMayBeTakenAtOnce) {
+    const auto moved = trashed({"a/item"}).at(0);
+    restore->afterMoving = [&](const std::string&) {
+        std::filesystem::remove(home.infoOf("item"));
+        home.putIntoTrash("item", "/elsewhere");
+    };
+    EXPECT_TRUE(putBack().putBack(moved).restored);
+    EXPECT_EQ(home.contents(), (std::vector<std::string>{"files/item", "info/item.trashinfo"}))
+        << "another item, with its note";
+}
+
 TEST_F(PutBackTest, ThePolicyHasTheLastWord) {
     const auto moved = trashed({"a/item"}).at(0);
     const auto from = [&](const std::string& relative) {

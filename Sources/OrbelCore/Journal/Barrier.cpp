@@ -72,10 +72,14 @@ void Barrier::add(const HeldFolder& folder) {
 }
 
 void Barrier::addMove(const HeldFolder& from, const HeldFolder& to) {
+    const bool isCoveredFrom = isCovered(from.descriptor());
+    const bool isCoveredTo = isCovered(to.descriptor());
+    if (isCoveredFrom && isCoveredTo)
+        return;
     if (platform::keepsMovesByFolder(to.descriptor())) {
         addFolder(to, from, arrivals_);
         addFolder(from, to, departures_);
-    } else if (!isCovered(to.descriptor())) {
+    } else if (!isCoveredTo) {
         addVolume(to);
     }
 }

@@ -158,10 +158,10 @@ PutBackOutlook PutBack::outlookInTrash(const JournalEntry& entry, PathResolver& 
         return {.kind = Kind::refused, .reason = "Nothing to put back"};
     if (policy_.isOutOfReach(*entry.trashPath))
         return {.kind = Kind::refused, .reason = std::string(SafetyPolicy::onAnotherVolume)};
-    const auto identity = TrashedIdentity::of(*entry.trashPath);
-    if (!identity)
+    const auto stamp = FileStamp::of(*entry.trashPath);
+    if (!stamp)
         return {.kind = Kind::gone, .reason = "No longer in the Trash (emptied or moved)"};
-    if (!isSameObject(*entry.trashedIdentity, *identity))
+    if (!entry.trashedIdentity->isOf(*stamp, *entry.trashPath))
         return {.kind = Kind::gone, .reason = TrashedObject::isAnother};
     if (!isInTrashFolder(*entry.trashPath, paths))
         return {.kind = Kind::gone, .reason = "Not in a Trash folder"};
@@ -212,7 +212,7 @@ AllowedRoot PutBack::rootForDestination(const std::string& path, PathResolver& p
 }
 
 bool PutBack::isInTrashFolder(const std::string& path, PathResolver& paths) const {
-    const auto item = canonicalOrAsWritten(path, paths);
+    const auto item = joinedPath(canonicalOrAsWritten(parentPath(path), paths), lastPathComponent(path));
     return std::ranges::any_of(trashFolders_, [&](const std::string& trashFolder) {
         const auto folder = canonicalOrAsWritten(trashFolder, paths);
         return item != folder && RealPath::isInside(item, folder);

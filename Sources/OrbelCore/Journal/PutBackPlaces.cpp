@@ -7,7 +7,7 @@
 
 namespace orbel {
 
-std::optional<TrashedObject> TrashedObject::hold(const JournalEntry& entry) {
+std::optional<TrashedObject> TrashedObject::hold(const JournalEntry& entry, platform::KnownVolumes& volumes) {
     if (!entry.trashPath || !entry.trashedIdentity)
         return std::nullopt;
     const auto& path = *entry.trashPath;
@@ -16,9 +16,9 @@ std::optional<TrashedObject> TrashedObject::hold(const JournalEntry& entry) {
     if (!status)
         return std::nullopt;
     const auto stamp = FileStamp::of(*status);
-    auto persistent = platform::persistentIdentity(path, stamp.identity.inode);
-    if (!isSameObject(*entry.trashedIdentity, TrashedIdentity::of(stamp, persistent)))
+    if (!entry.trashedIdentity->isOf(stamp, path))
         return std::nullopt;
+    auto persistent = platform::persistentIdentity(path, stamp.identity.inode, volumes);
     return TrashedObject{path, *std::move(held), stamp, std::move(persistent)};
 }
 
@@ -32,10 +32,11 @@ std::optional<Destination> Destination::open(const JournalEntry& entry) {
                        .identity = *identity,
                        .folderPath = path,
                        .name = std::string(lastPathComponent(entry.originalPath))};
-    const auto& then = entry.originalParentIdentity;
-    const auto now = then ? TrashedIdentity::of(path) : std::nullopt;
-    if (then && (!now || !isSameObject(*then, *now)))
-        return std::nullopt;
+    if (const auto& then = entry.originalParentIdentity) {
+        const auto now = FileStamp::of(path);
+        if (!now || !then->isOf(*now, path))
+            return std::nullopt;
+    }
     return opened;
 }
 

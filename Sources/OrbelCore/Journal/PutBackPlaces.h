@@ -19,7 +19,7 @@ struct TrashedObject {
     std::optional<platform::PersistentIdentity> persistent;
 
     /// Absent when what lies there is not what the entry says was moved.
-    static std::optional<TrashedObject> hold(const JournalEntry& entry);
+    static std::optional<TrashedObject> hold(const JournalEntry& entry, platform::KnownVolumes& volumes);
 
     bool isInPlace() const { return FileIdentity::of(path) == stamp.identity; }
 };

@@ -1,12 +1,9 @@
 #include "Journal/PutBackRun.h"
 
 #include "Journal/MoveGroups.h"
-#include "Journal/TrashNote.h"
-#include "Platform/Parallel.h"
 #include "Util/Uuid.h"
 
 #include <algorithm>
-#include <atomic>
 #include <utility>
 
 namespace orbel {
@@ -71,11 +68,14 @@ void PutBack::Run::prepare(Group& group) const {
 
 std::expected<void, JournalError> PutBack::Run::prepareMoves(Group& group) const {
     auto paths = putBack_.policy_.resolver();
+    platform::KnownVolumes volumes;
     for (auto& item : group.items)
         if (!putBack_.outlookInTrash(item.entry, paths).reason) {
-            item.object = TrashedObject::hold(item.entry);
-            if (item.object)
+            item.object = TrashedObject::hold(item.entry, volumes);
+            if (item.object) {
                 item.note = TrashNote::of(item.object->path);
+                item.seenNote = TrashNote::seen(item.object->path);
+            }
         }
     const auto count = static_cast<std::size_t>(
         std::ranges::count_if(group.items, [](const Return& item) { return item.object.has_value(); }));
@@ -138,7 +138,7 @@ PutBackResult PutBack::Run::moveBack(Return& item, const TrashedObject& object,
         result.reason = "Put back into its folder, which was moved meanwhile";
     item.line.time = now();
     lines_.push_back(item.line);
-    unrecorded_.push_back({.result = results_.size(), .trashPath = object.path});
+    unrecorded_.push_back({.result = results_.size(), .item = item});
     return result;
 }
 
@@ -183,26 +183,20 @@ void PutBack::Run::record() {
         journalFailure_ = recorded.error();
         group_->record.keepIntents();
     }
-    for (const auto& [place, trashPath] : made)
+    for (const auto& [place, item] : made)
         if (!recorded) {
             results_[place].reason = unjournalledReturn;
             results_[place].journalFailure = recorded.error().words;
         }
     if (recorded)
-        removeNotes(made);
+        for (const auto& [place, item] : made)
+            if (item.seenNote)
+                group_->unneeded.push_back(*item.seenNote);
 }
 
-/// The notes go last: without its own, an item that a power cut leaves in the Trash would have no origin.
-void PutBack::Run::removeNotes(std::span<const Unrecorded> made) {
-    // Some disks are told at once of each block that is free again, and are waited for.
-    constexpr std::size_t notesPerThread = 16;
-    std::atomic<bool> isOneLeft = false;
-    forEachTask(made.size(), 1 + made.size() / notesPerThread, [&](std::size_t i) {
-        if (!TrashNote(made[i].trashPath).removeIfUnused())
-            isOneLeft = true;
-    });
-    if (isOneLeft)
-        group_->record.keepIntents();
+PutBack::Run::Group::~Group() {
+    if (!TrashNote::removeUnchanged(unneeded))
+        record.keepIntents();
 }
 
 JournalEntry PutBack::Run::newLine(const JournalEntry& entry) const {

@@ -3,6 +3,7 @@
 #include "Journal/MoveRecord.h"
 #include "Journal/PutBack.h"
 #include "Journal/PutBackPlaces.h"
+#include "Journal/TrashNote.h"
 
 #include <chrono>
 #include <cstddef>
@@ -31,12 +32,19 @@ private:
         JournalEntry line;                     ///< of its outcome; shares its id with the intent
         std::optional<TrashedObject> object{}; ///< absent: it is not there
         std::optional<MoveIntent::InfoFile> note{};
+        std::optional<TrashNote::Seen> seenNote{};
     };
 
     struct Group {
         explicit Group(JournalStore& journal) : record(journal) {}
+        /// Removes the Trash's notes of what is back. They go last: without its own, an item that a power
+        /// cut leaves in the Trash would have no origin.
+        ~Group();
+        Group(const Group&) = delete;
+        Group& operator=(const Group&) = delete;
 
         MoveRecord record;
+        std::vector<TrashNote::Seen> unneeded; ///< of what is back and has its line
         std::vector<Return> items;
         std::size_t linesBefore = 0; ///< at most so many of the group before may still be appended
         std::optional<JournalError> journalFailure; ///< why nothing of it may move
@@ -45,7 +53,7 @@ private:
     /// An item that is back and has no line yet.
     struct Unrecorded {
         std::size_t result; ///< its place among the results
-        std::string trashPath;
+        const Return& item;
     };
 
     bool isCancelled();
@@ -61,7 +69,6 @@ private:
     PutBackResult refuseAsGone(Return& item);
     PutBackResult fail(Return& item, std::string reason);
     void record();
-    void removeNotes(std::span<const Unrecorded> made);
     JournalEntry newLine(const JournalEntry& entry) const;
     Date now() const { return std::chrono::floor<std::chrono::microseconds>(putBack_.now_()); }
 

@@ -1,11 +1,16 @@
 #include "Journal/TrashNote.h"
 
 #include "Journal/PrivateFile.h"
+#include "Platform/Parallel.h"
 #include "Util/PathText.h"
 #include "Util/ReadFile.h"
 #include "Util/Utf8.h"
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <string_view>
+#include <utility>
 
 #include <unistd.h>
 
@@ -37,6 +42,43 @@ std::optional<MoveIntent::InfoFile> TrashNote::of(const std::string& trashPath) 
     if (!content || !isValidUtf8(*content))
         return std::nullopt;
     return MoveIntent::InfoFile{.path = std::move(path), .content = *std::move(content)};
+}
+
+std::optional<TrashNote::Seen> TrashNote::seen(const std::string& trashPath) {
+    auto path = notePath(trashPath);
+    if (path.empty())
+        return std::nullopt;
+    const auto status = platform::fileStatus(path);
+    const bool isOwn = status && status->type == platform::FileType::regular && status->owner == ::geteuid();
+    return Seen{.path = std::move(path),
+                .stamp = isOwn ? std::optional(FileStamp::of(*status)) : std::nullopt};
+}
+
+bool TrashNote::removeUnchanged(std::span<const Seen> notes) {
+    // Some disks are told at once of each block that is free again, and are waited for.
+    constexpr std::size_t notesAtATime = 64;
+    const auto tasks = (notes.size() + notesAtATime - 1) / notesAtATime;
+    std::atomic<bool> isOneLeft = false;
+    forEachTask(tasks, tasks, [&](std::size_t task) {
+        std::string_view folderPath;
+        std::optional<HeldFolder> folder;
+        const auto begin = task * notesAtATime;
+        for (const auto& [path, stamp] : notes.subspan(begin, std::min(notesAtATime, notes.size() - begin))) {
+            if (const auto above = parentPath(path); above != folderPath) {
+                folderPath = above;
+                folder = notesFolder(above);
+            }
+            const auto now = platform::fileStatus(path);
+            if (!now && errno == ENOENT)
+                continue;
+            const std::string name(lastPathComponent(path));
+            const bool isSame = now && stamp && stamp->isUnchanged(FileStamp::of(*now)) && folder
+                                && folder->identityOf(name) == stamp->identity;
+            if (!isSame || ::unlinkat(folder->descriptor(), name.c_str(), 0) != 0)
+                isOneLeft = true;
+        }
+    });
+    return !isOneLeft;
 }
 
 TrashNote::TrashNote(const std::string& trashPath) : TrashNote(trashPath, notePath(trashPath), nullptr) {}

@@ -2,9 +2,11 @@
 
 #include "Journal/HeldFolder.h"
 #include "Journal/MoveIntent.h"
+#include "Safety/FileStamp.h"
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace orbel {
@@ -15,6 +17,19 @@ public:
     /// What an intent says of the note of an item in the files/ folder of a Trash; absent where there is
     /// none, or none that it can name.
     static std::optional<MoveIntent::InfoFile> of(const std::string& trashPath);
+
+    /// A note as it was while its item lay in the Trash.
+    struct Seen {
+        std::string path;
+        std::optional<FileStamp> stamp; ///< of a file of this user's own that could be looked at
+    };
+    /// Absent when the item does not lie in the files/ folder of a Trash.
+    static std::optional<Seen> seen(const std::string& trashPath);
+
+    /// Removes those that nothing has changed since, on several threads. Looks at no item's name: that would
+    /// wait for each move out of the Trash that is under way. False when a note is there afterwards, one of
+    /// these or another in its place.
+    static bool removeUnchanged(std::span<const Seen> notes);
 
     /// The note of an item that is, or just was, in the files/ folder of a Trash; its content does not
     /// matter. As long as it is there, programs that keep to the rules do not give the item's name away.

@@ -18,6 +18,12 @@ TrashedIdentity TrashedIdentity::of(const FileStamp& stamp,
             .persistent = std::move(persistent)};
 }
 
+bool TrashedIdentity::isOf(const FileStamp& now, const std::string& path) const {
+    const bool isSameDevice = device == now.identity.device;
+    return isSameObject(
+        *this, of(now, isSameDevice ? std::nullopt : platform::persistentIdentity(path, now.identity.inode)));
+}
+
 bool isSameObject(const TrashedIdentity& then, const TrashedIdentity& now) {
     const bool sameVolume =
         then.device == now.device || (then.persistent && then.persistent == now.persistent);

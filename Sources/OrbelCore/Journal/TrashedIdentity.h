@@ -26,6 +26,10 @@ struct TrashedIdentity {
     /// That of an object whose stamp is known already.
     static TrashedIdentity of(const FileStamp& stamp, std::optional<platform::PersistentIdentity> persistent);
 
+    /// Whether what lies at `path` now, with this stamp, is this object: see isSameObject. The persistent
+    /// identity is asked for only where the devices differ.
+    bool isOf(const FileStamp& now, const std::string& path) const;
+
     bool operator==(const TrashedIdentity&) const = default;
 };
 
