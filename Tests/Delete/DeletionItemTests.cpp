@@ -140,7 +140,8 @@ TEST_F(DeletionItemTest, OfAnEmptyFolderTellsHowManyItHolds) {
     home.folder("docs/a/b/c");
     scan();
     const auto detail = [&](std::size_t nested) {
-        const auto item = DeletionItem::emptyFolder(tree, node("docs/a"), nested, policy()).value();
+        auto seen = policy().seenFolders();
+        const auto item = DeletionItem::emptyFolder(tree, node("docs/a"), nested, policy(), seen).value();
         EXPECT_EQ(item.module, DeletionModule::emptyFolders);
         return item.detail;
     };

@@ -9,6 +9,7 @@
 #include "Safety/SafetyPolicy.h"
 #include "Util/PathText.h"
 #include "Util/RawValue.h"
+#include "Util/Utf8.h"
 
 #include <string_view>
 #include <utility>
@@ -17,19 +18,33 @@ namespace orbel {
 
 namespace {
 
+/// Why an item of this name stays, or absent.
+std::optional<std::string> nameReason(std::string_view name) {
+    if (NeverTouch::isProtectedName(name))
+        return "Contains protected data (a photo library, keychain or backup)";
+    const auto meaning = ProtectedContent::meaningOf(name);
+    return meaning ? std::optional("Protected: " + std::string(*meaning)) : std::nullopt;
+}
+
 /// `found`: the protected node at or in the item of this index.
 std::string protectedDataReason(const FileTree& tree, NodeIndex index, NodeIndex found,
                                 const SafetyPolicy& policy) {
-    if (NeverTouch::isProtectedName(tree.nameBytes(found)))
-        return "Contains protected data (a photo library, keychain or backup)";
-    if (const auto meaning = ProtectedContent::meaningOf(tree.nameBytes(found)); meaning && found == index)
-        return "Protected: " + std::string(*meaning);
+    const auto name = tree.nameBytes(found);
+    if (auto reason = nameReason(name); reason && (found == index || NeverTouch::isProtectedName(name)))
+        return *std::move(reason);
     return "Contains protected data: "
            + tildePath(tree.path(found, PathCanonicalizer::shared()), policy.homePath());
 }
 
+std::optional<std::string> refusalOf(const DeletionItem& item, const SafetyPolicy& policy,
+                                     SafetyPolicy::SeenFolders& seen) {
+    const auto refusal = policy.check(item.path, item.root, item.scanStamp, seen).refusal();
+    return refusal ? std::optional(ManageHint::explain(item.path, *refusal, policy.homePath()))
+                   : std::nullopt;
+}
+
 std::optional<std::string> blockedReasonFor(const FileTree& tree, NodeIndex index, const DeletionItem& item,
-                                            const SafetyPolicy& policy) {
+                                            const SafetyPolicy& policy, SafetyPolicy::SeenFolders& seen) {
     if (!tree.matchesScan(index, item.scanStamp))
         return "Changed since the scan — scan again";
     if (const auto found = tree.protectedInside(index))
@@ -37,41 +52,66 @@ std::optional<std::string> blockedReasonFor(const FileTree& tree, NodeIndex inde
     if (const auto volume = tree.otherVolumeInside(index); volume && *volume != index)
         return "Contains another volume: "
                + tildePath(tree.path(*volume, PathCanonicalizer::shared()), policy.homePath());
-    if (const auto refusal = policy.check(item.path, item.root, item.scanStamp).refusal())
-        return ManageHint::explain(item.path, *refusal, policy.homePath());
-    return std::nullopt;
+    return refusalOf(item, policy, seen);
 }
 
 } // namespace
 
 std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeIndex index,
                                                    DeletionModule module, const SafetyPolicy& policy) {
-    const auto path = tree.path(index, PathCanonicalizer::shared());
-    const auto root =
-        isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle : AllowedRoot::homeItem;
-    return fromTree(tree, index, module, policy, path, root);
+    auto seen = policy.seenFolders();
+    return fromTree(tree, index, module, policy, seen);
 }
 
 std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeIndex index,
                                                    DeletionModule module, const SafetyPolicy& policy,
-                                                   const std::string& path, AllowedRoot root) {
+                                                   SafetyPolicy::SeenFolders& seen) {
+    const auto path = tree.path(index, PathCanonicalizer::shared());
+    const auto root =
+        isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle : AllowedRoot::homeItem;
+    return fromTree(tree, index, module, policy, seen, path, root);
+}
+
+std::optional<DeletionItem> DeletionItem::fromTree(const FileTree& tree, NodeIndex index,
+                                                   DeletionModule module, const SafetyPolicy& policy,
+                                                   SafetyPolicy::SeenFolders& seen, const std::string& path,
+                                                   AllowedRoot root) {
     const bool isOutOfReach = policy.isOutOfReach(path);
     const auto stamp = isOutOfReach ? std::nullopt : FileStamp::of(path);
     auto unreached = isOutOfReach ? std::optional<std::string>(SafetyPolicy::onAnotherVolume)
                                   : reachReason(path, stamp.has_value());
     if (!stamp && !unreached)
         return std::nullopt;
-    DeletionItem item{.id = std::string(rawValue(module)) + ":" + path,
-                      .module = module,
-                      .title = tree.name(index),
-                      .detail = path,
-                      .path = path,
-                      .root = root,
-                      .scanStamp = stamp.value_or(FileStamp()),
-                      .estimatedBytes = tree.allocated(index)};
-    item.blockedReason = unreached ? std::move(unreached) : blockedReasonFor(tree, index, item, policy);
+    auto item = unasked(path, module, root, stamp.value_or(FileStamp()), tree.allocated(index));
+    item.blockedReason = unreached ? std::move(unreached) : blockedReasonFor(tree, index, item, policy, seen);
     item.note = noteOn(tree, index);
     return item;
+}
+
+DeletionItem DeletionItem::fromFile(const std::string& path, const platform::FileStatus& status,
+                                    DeletionModule module, const SafetyPolicy& policy,
+                                    SafetyPolicy::SeenFolders& seen) {
+    const auto root =
+        isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle : AllowedRoot::homeItem;
+    auto item = unasked(path, module, root, FileStamp::of(status), status.allocatedBytes);
+    item.blockedReason = nameReason(lastPathComponent(path));
+    if (!item.blockedReason)
+        item.blockedReason = refusalOf(item, policy, seen);
+    if (status.linkCount >= 2)
+        item.note = ItemNote::otherLinks;
+    return item;
+}
+
+DeletionItem DeletionItem::unasked(const std::string& path, DeletionModule module, AllowedRoot root,
+                                   const FileStamp& stamp, std::uint64_t bytes) {
+    return {.id = std::string(rawValue(module)) + ":" + path,
+            .module = module,
+            .title = lossyUtf8(lastPathComponent(path)),
+            .detail = path,
+            .path = path,
+            .root = root,
+            .scanStamp = stamp,
+            .estimatedBytes = bytes};
 }
 
 std::optional<std::string> DeletionItem::noteOn(const FileTree& tree, NodeIndex index) {
@@ -84,8 +124,9 @@ std::optional<std::string> DeletionItem::noteOn(const FileTree& tree, NodeIndex 
 }
 
 std::optional<DeletionItem> DeletionItem::emptyFolder(const FileTree& tree, NodeIndex index,
-                                                      std::size_t nestedCount, const SafetyPolicy& policy) {
-    auto item = fromTree(tree, index, DeletionModule::emptyFolders, policy);
+                                                      std::size_t nestedCount, const SafetyPolicy& policy,
+                                                      SafetyPolicy::SeenFolders& seen) {
+    auto item = fromTree(tree, index, DeletionModule::emptyFolders, policy, seen);
     if (item && nestedCount >= 2)
         item->detail += " · holds " + std::to_string(nestedCount) + " empty folders";
     return item;
@@ -98,7 +139,8 @@ std::optional<DeletionItem> DeletionItem::brokenShortcut(const FileTree& tree, N
                                                          std::optional<std::string> lastPath) {
     const auto path = tree.path(index, PathCanonicalizer::shared());
     const bool isLeftover = path.ends_with(".desktop") && policy.isLeftoverPlace(path);
-    auto item = fromTree(tree, index, DeletionModule::brokenShortcuts, policy, path,
+    auto seen = policy.seenFolders();
+    auto item = fromTree(tree, index, DeletionModule::brokenShortcuts, policy, seen, path,
                          isLeftover ? AllowedRoot::leftover : AllowedRoot::homeItem);
     if (!item)
         return std::nullopt;

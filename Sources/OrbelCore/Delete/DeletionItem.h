@@ -2,8 +2,7 @@
 
 #include "Delete/KeptCopy.h"
 #include "Journal/DeletionModule.h"
-#include "Safety/AllowedRoot.h"
-#include "Safety/FileStamp.h"
+#include "Safety/SafetyPolicy.h"
 #include "Scan/FileTree.h"
 
 #include <cstddef>
@@ -12,8 +11,6 @@
 #include <string>
 
 namespace orbel {
-
-class SafetyPolicy;
 
 /// One file or folder that the user may move to the Trash: what a list shows of it, and all that the move
 /// will have to prove again. A plain value; lists own theirs, a deletion session has copies.
@@ -40,10 +37,19 @@ struct DeletionItem {
 
     static std::optional<DeletionItem> fromTree(const FileTree& tree, NodeIndex index, DeletionModule module,
                                                 const SafetyPolicy& policy);
+    /// For one of many in a list, with what the others have `seen`.
+    static std::optional<DeletionItem> fromTree(const FileTree& tree, NodeIndex index, DeletionModule module,
+                                                const SafetyPolicy& policy, SafetyPolicy::SeenFolders& seen);
+
+    /// For a file, which needs no tree. `status` is what lies at `path`.
+    static DeletionItem fromFile(const std::string& path, const platform::FileStatus& status,
+                                 DeletionModule module, const SafetyPolicy& policy,
+                                 SafetyPolicy::SeenFolders& seen);
 
     /// `nestedCount`: the empty folders inside, the folder itself included.
     static std::optional<DeletionItem> emptyFolder(const FileTree& tree, NodeIndex index,
-                                                   std::size_t nestedCount, const SafetyPolicy& policy);
+                                                   std::size_t nestedCount, const SafetyPolicy& policy,
+                                                   SafetyPolicy::SeenFolders& seen);
 
     /// `lastPath`: where the shortcut last pointed. A reason or note that is given takes the place of the one
     /// found here. A launcher that lies directly in a leftover folder is a leftover of its program.
@@ -52,6 +58,10 @@ struct DeletionItem {
                                                       std::optional<std::string> blockedReason,
                                                       std::optional<std::string> note,
                                                       std::optional<std::string> lastPath);
+
+    /// With nothing known but what is given: neither a reason against it nor a note.
+    static DeletionItem unasked(const std::string& path, DeletionModule module, AllowedRoot root,
+                                const FileStamp& stamp, std::uint64_t bytes);
 
     /// The note of a node's item. Asks nothing but the tree.
     static std::optional<std::string> noteOn(const FileTree& tree, NodeIndex index);
@@ -62,8 +72,8 @@ struct DeletionItem {
 
 private:
     static std::optional<DeletionItem> fromTree(const FileTree& tree, NodeIndex index, DeletionModule module,
-                                                const SafetyPolicy& policy, const std::string& path,
-                                                AllowedRoot root);
+                                                const SafetyPolicy& policy, SafetyPolicy::SeenFolders& seen,
+                                                const std::string& path, AllowedRoot root);
 };
 
 } // namespace orbel

@@ -54,13 +54,14 @@ std::vector<EmptyFolderFinder::Row> EmptyFolderFinder::run(const FileTree& tree,
                                                            Date now, const IsCancelled& isCancelled) const {
     const auto counts = emptyFolderCounts(tree, policy);
     std::vector<Row> rows;
+    auto seen = policy.seenFolders();
     for (NodeIndex i = 1; i < tree.count(); ++i) {
         const bool isTopmost = counts[i] > 0 && counts[tree.parentIndex[i]] == 0;
         if (!isTopmost)
             continue;
         if (isCancelled && isCancelled())
             break;
-        auto item = DeletionItem::emptyFolder(tree, i, counts[i], policy);
+        auto item = DeletionItem::emptyFolder(tree, i, counts[i], policy, seen);
         if (!item)
             continue;
         Row row{

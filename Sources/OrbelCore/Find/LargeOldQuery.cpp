@@ -50,6 +50,7 @@ std::vector<LargeOldQuery::Row> LargeOldQuery::run(const FileTree& tree, const S
                                                    const IsCancelled& isCancelled,
                                                    const LastUsedReader& reader) const {
     std::vector<Row> rows;
+    auto seen = policy.seenFolders();
     for (const NodeIndex node : candidates(tree)) {
         if (isCancelled && isCancelled())
             break;
@@ -58,7 +59,7 @@ std::vector<LargeOldQuery::Row> LargeOldQuery::run(const FileTree& tree, const S
         const std::chrono::duration<double> age = now - lastUsed.date;
         if (unusedFor && age.count() < *unusedFor)
             continue;
-        auto item = DeletionItem::fromTree(tree, node, DeletionModule::largeOld, policy);
+        auto item = DeletionItem::fromTree(tree, node, DeletionModule::largeOld, policy, seen);
         if (!item)
             continue;
         rows.push_back({.index = node,

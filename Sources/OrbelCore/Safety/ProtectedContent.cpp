@@ -101,12 +101,14 @@ bool ProtectedContent::isTestData(std::string_view path) {
 }
 
 std::optional<std::string> ProtectedContent::reason(const std::string& real, bool isDirectory,
-                                                    const std::string& homePath) {
+                                                    const std::string& homePath, KnownShapes& known) {
     if (!isPathInside(real, homePath) || isTestData(parentPath(real).substr(homePath.size())))
         return std::nullopt;
-    const auto shapeOf = [](const std::string& folder) {
-        const auto* shape = FolderShape::at(folder, FolderShape::allProtected());
-        return shape != nullptr ? std::optional(shape->meaning) : std::nullopt;
+    const auto shapeOf = [&](const std::string& folder) {
+        const auto [shape, isNew] = known.try_emplace(folder);
+        if (isNew)
+            shape->second = FolderShape::at(folder, FolderShape::allProtected());
+        return shape->second;
     };
     const auto isA = [](std::string_view meaning) { return "Protected: " + std::string(meaning); };
     const auto inParentheses = [&](const std::string& path) {
@@ -121,8 +123,9 @@ std::optional<std::string> ProtectedContent::reason(const std::string& real, boo
             return isA(*meaning) + (isItself ? "" : inParentheses(path));
         if (isItself && !isDirectory)
             break;
-        if (const auto meaning = shapeOf(path))
-            return isItself ? isA(*meaning) : isA("part of " + std::string(*meaning)) + inParentheses(path);
+        if (const auto* shape = shapeOf(path))
+            return isItself ? isA(shape->meaning)
+                            : isA("part of " + std::string(shape->meaning)) + inParentheses(path);
     }
     return std::nullopt;
 }

@@ -1,10 +1,16 @@
 #pragma once
 
+#include "Safety/FolderShape.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace orbel {
+
+/// The protected shape of each folder that was looked at, null where it has none.
+using KnownShapes = std::unordered_map<std::string, const FolderShape*>;
 
 /// What is protected wherever it lies, because only a store of keys, passwords, wallets, mail, photos or
 /// backups holds it: by its own name, or as a part of a folder of a certain shape. No list of places ever
@@ -22,9 +28,10 @@ struct ProtectedContent {
     static bool isTestData(std::string_view path);
 
     /// Why `real`, a real path, is protected by what it is or is a part of; absent when it is not, and when
-    /// it lies outside the home. Looks at names in the folders above it, and in itself when it is one.
+    /// it lies outside the home. Looks at names in the folders above it, and in itself when it is one, but
+    /// for those that are known already.
     static std::optional<std::string> reason(const std::string& real, bool isDirectory,
-                                             const std::string& homePath);
+                                             const std::string& homePath, KnownShapes& known);
 };
 
 } // namespace orbel

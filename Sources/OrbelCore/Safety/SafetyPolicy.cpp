@@ -1,7 +1,6 @@
 #include "Safety/SafetyPolicy.h"
 
 #include "Platform/DirectoryReader.h"
-#include "Safety/ProtectedContent.h"
 #include "Safety/ReachReason.h"
 #include "Safety/RealPath.h"
 #include "Util/PathText.h"
@@ -108,11 +107,16 @@ SafetyPolicy::SafetyPolicy(Prepared prepared)
 
 SafetyDecision SafetyPolicy::check(const std::string& path, AllowedRoot root,
                                    const std::optional<FileStamp>& expected) const {
+    auto seen = seenFolders();
+    return check(path, root, expected, seen);
+}
+
+SafetyDecision SafetyPolicy::check(const std::string& path, AllowedRoot root,
+                                   const std::optional<FileStamp>& expected, SeenFolders& seen) const {
     if (homeReason_)
         return SafetyDecision::refused(*homeReason_);
     const auto item = withoutTrailingDots(path);
-    auto paths = resolver();
-    const auto resolved = paths.resolve(item, PathResolver::Last::keep);
+    const auto resolved = seen.paths.resolve(item, PathResolver::Last::keep);
     if (resolved.state == ResolvedPath::State::outOfReach)
         return SafetyDecision::refused(std::string(onAnotherVolume));
     const auto status = platform::fileStatus(item);
@@ -133,7 +137,7 @@ SafetyDecision SafetyPolicy::check(const std::string& path, AllowedRoot root,
     if (auto reason = protectedPlaces_.reason(real, current.identity, resolved.objects))
         return SafetyDecision::refused(std::move(*reason));
     // Not a matter of what may be put back: what left such a place before may return to it.
-    if (auto reason = ProtectedContent::reason(real, current.isDirectory, homePath_))
+    if (auto reason = ProtectedContent::reason(real, current.isDirectory, homePath_, seen.shapes))
         return SafetyDecision::refused(std::move(*reason));
     if (auto reason = rootReason(real, root, current.isDirectory))
         return SafetyDecision::refused(std::move(*reason));

@@ -9,6 +9,7 @@
 #include "Safety/NeverTouch.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Safety/PlaceRules.h"
+#include "Safety/ProtectedContent.h"
 #include "Safety/ProtectedPlaces.h"
 #include "Safety/SafetyDecision.h"
 
@@ -56,6 +57,17 @@ public:
     /// absent skips the comparison.
     SafetyDecision check(const std::string& path, AllowedRoot root,
                          const std::optional<FileStamp>& expected) const;
+
+    /// The same for one of many items of a list, with what checks of the others have seen of the folders
+    /// above. Advice only: what is about to move is checked without.
+    struct SeenFolders {
+        PathResolver paths;
+        KnownShapes shapes{};
+    };
+    SafetyDecision check(const std::string& path, AllowedRoot root, const std::optional<FileStamp>& expected,
+                         SeenFolders& seen) const;
+    /// For items that are asked about within a moment of each other.
+    SeenFolders seenFolders() const { return {.paths = resolver()}; }
 
     /// Why a real path in visible form is protected, or absent.
     std::optional<std::string> protectionReason(const std::string& real,

@@ -71,14 +71,9 @@ std::optional<std::string> refusalOf(const std::string& path, AllowedRoot root, 
 DeletionItem refusedItem(const std::string& path, AllowedRoot root, std::string reason,
                          const SafetyPolicy& policy) {
     const auto stamp = policy.isOutOfReach(path) ? std::nullopt : FileStamp::of(path);
-    return {.id = std::string(rawValue(DeletionModule::map)) + ":" + path,
-            .module = DeletionModule::map,
-            .title = lossyUtf8(lastPathComponent(path)),
-            .detail = path,
-            .path = path,
-            .root = root,
-            .scanStamp = stamp.value_or(FileStamp()),
-            .blockedReason = std::move(reason)};
+    auto item = DeletionItem::unasked(path, DeletionModule::map, root, stamp.value_or(FileStamp()), 0);
+    item.blockedReason = std::move(reason);
+    return item;
 }
 
 /// A launcher lies where nothing else may be moved from: only as what the search for broken ones finds there.
@@ -93,27 +88,32 @@ std::optional<DeletionItem> brokenLauncher(const std::string& path, const Safety
     return std::nullopt;
 }
 
-/// Whether something lies at `path` that may be asked about and takes no time to measure.
-bool isFile(const std::string& path, const SafetyPolicy& policy) {
-    const auto status =
-        policy.homeReason() || policy.isOutOfReach(path) ? std::nullopt : platform::fileStatus(path);
-    return status && status->type == platform::FileType::regular;
+/// The item of a file that may be asked about and is no launcher: no scan is needed.
+std::optional<DeletionItem> fileAt(const std::string& path, const SafetyPolicy& policy,
+                                   SafetyPolicy::SeenFolders& seen) {
+    if (path.ends_with(".desktop") || policy.homeReason() || policy.isOutOfReach(path))
+        return std::nullopt;
+    const auto status = platform::fileStatus(path);
+    if (!status || status->type != platform::FileType::regular)
+        return std::nullopt;
+    return DeletionItem::fromFile(path, *status, DeletionModule::map, policy, seen);
 }
 
 /// The item at a path, itself and never what a link leads to. What may not be moved is an item with its
 /// reason, and so is what does not exist; a folder that may not be moved is not measured.
-DeletionItem itemAt(const std::string& path, const SafetyPolicy& policy,
+DeletionItem itemAt(const std::string& path, const SafetyPolicy& policy, SafetyPolicy::SeenFolders& seen,
                     const ScanCancellation& cancellation) {
     if (auto launcher = brokenLauncher(path, policy, cancellation))
         return *std::move(launcher);
+    if (auto file = fileAt(path, policy, seen))
+        return *std::move(file);
     const auto root = DeletionItem::isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle
                                                                       : AllowedRoot::homeItem;
-    if (!isFile(path, policy))
-        if (auto refusal = refusalOf(path, root, policy))
-            return refusedItem(path, root, *std::move(refusal), policy);
+    if (auto refusal = refusalOf(path, root, policy))
+        return refusedItem(path, root, *std::move(refusal), policy);
     const auto scanned = TreeScanner::scan(path, std::nullopt, cancellation, nullptr);
     auto item = scanned.tree.count() > 0
-                    ? DeletionItem::fromTree(scanned.tree, 0, DeletionModule::map, policy)
+                    ? DeletionItem::fromTree(scanned.tree, 0, DeletionModule::map, policy, seen)
                     : std::nullopt;
     if (!item)
         return refusedItem(path, root, "Already gone", policy);
@@ -127,23 +127,20 @@ DeletionItem itemAt(const std::string& path, const SafetyPolicy& policy,
 std::vector<DeletionItem> itemsNamed(std::span<const std::string> words, const SafetyPolicy& policy,
                                      const ScanCancellation& cancellation) {
     std::vector<std::optional<DeletionItem>> found(words.size());
-    const auto find = [&](std::size_t i, const std::string& path) {
-        if (!cancellation.isCancelled())
-            found[i] = itemAt(path, policy, cancellation);
-    };
     // A scan of a folder takes all processors by itself.
     constexpr std::size_t filesPerThread = 32; // fewer are found before another thread has started
     forEachRange(words.size(), filesPerThread, [&](std::size_t begin, std::size_t end) {
-        auto paths = policy.resolver();
-        for (auto i = begin; i < end; ++i)
-            if (const auto path = itemPath(words[i], policy, paths); isFile(path, policy))
-                find(i, path);
+        auto seen = policy.seenFolders();
+        for (auto i = begin; i < end && !cancellation.isCancelled(); ++i)
+            found[i] = fileAt(itemPath(words[i], policy, seen.paths), policy, seen);
     });
     std::vector<DeletionItem> items;
     items.reserve(words.size());
     for (std::size_t i = 0; i < words.size(); ++i) {
-        if (auto paths = policy.resolver(); !found[i])
-            find(i, itemPath(words[i], policy, paths));
+        if (!found[i] && !cancellation.isCancelled()) {
+            auto seen = policy.seenFolders();
+            found[i] = itemAt(itemPath(words[i], policy, seen.paths), policy, seen, cancellation);
+        }
         if (auto& item = found[i])
             items.push_back(*std::move(item));
     }
