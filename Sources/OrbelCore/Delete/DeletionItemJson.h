@@ -8,9 +8,9 @@ struct DeletionItem;
 struct KeptCopy;
 
 // Kept copies and deletion items as JSON objects: every key is the name of a field, except that the item's
-// path is the file URL "url"; absent fields are left out. `preselected` is not stored: an item that was read
-// is never ticked. Reading throws nlohmann::json::exception for whatever does not fit; the target may then be
-// half filled.
+// path is the file URL "url"; absent fields are left out. `preselected` is not stored: an item that was
+// read is never ticked. Reading throws nlohmann::json::exception for malformed input; the target may then
+// be half filled.
 
 void to_json(nlohmann::json& object, const KeptCopy& keep);
 void from_json(const nlohmann::json& object, KeptCopy& keep);

@@ -27,7 +27,7 @@ struct MappedFilesSnapshot {
 struct InUseReport {
     std::vector<ProcessUse> users; ///< by pid
     int uncheckedProcesses = 0;    ///< processes that could not be looked at; they may use it too
-    /// Absent when nobody is known to use the item, else "In use by …" for the user to read: each program
+    /// Absent when no process is known to use the item, else "In use by …" for the user to read: each program
     /// once, in the order of its first process; beyond three programs their number.
     std::optional<std::string> reason;
 };

@@ -10,8 +10,8 @@
 
 namespace orbel {
 
-/// A folder that is held open, so that what is done in it is done in this very folder, whatever happens to
-/// its path meanwhile. Errors are errnos.
+/// A folder that is held open: operations in it reach this very folder, even when its path leads elsewhere
+/// meanwhile. Errors are errnos.
 class HeldFolder {
 public:
     /// Opens a folder by its real path, following no link.

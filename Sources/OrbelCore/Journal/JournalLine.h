@@ -16,7 +16,7 @@ namespace orbel {
 /// it back.
 std::expected<std::string, JournalError> journalLine(const JournalEntry& entry);
 
-/// The entry that a line holds; absent for whatever is not exactly one: malformed JSON, a missing key, a
+/// The entry that a line holds; absent for anything else: malformed JSON, a missing key, a
 /// value of another type, an unknown name of a module, root or result, a bad date. Further keys are passed
 /// over, and null counts as absent where a field may be.
 std::optional<JournalEntry> entryInLine(std::string_view line);

@@ -6,9 +6,9 @@
 
 namespace orbel {
 
-/// Handles groups of moves one after another, on the calling thread. While one is handled, another thread
-/// destroys the one before it and then prepares the next one: the disk and a second processor have work
-/// meanwhile.
+/// Handles groups of moves one after another, on the calling thread. While one is handled, another
+/// thread destroys the one before it and then prepares the next one: the disk and a second processor
+/// have work meanwhile.
 ///
 /// `next()` gives a std::unique_ptr to a group, null when there is none at the moment; `prepare(group)` must
 /// not depend on how the group before it ends; `handle(group)` returns whether to go on. A group that was

@@ -73,7 +73,7 @@ std::expected<FileDescriptor, JournalError> openFolder(const std::string& path) 
 std::expected<PrivateFile, JournalError> PrivateFile::open(int folder, const std::string& name, Access access,
                                                            const std::string& path) {
     constexpr int always = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    // The file may vanish or appear between two looks at it; nobody does that to it forever.
+    // The file may vanish or appear between two looks at it, but not forever.
     for (int attempt = 0; attempt < 100; ++attempt) {
         struct stat status {};
         if (access != Access::makeForAppend

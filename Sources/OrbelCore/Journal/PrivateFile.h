@@ -35,7 +35,7 @@ struct PrivateFile {
     bool isNew = false; ///< the folder must then be synchronised before the file counts as there
 
     /// Opens `name` in the open folder. `path` only serves the words of an error. What is opened for changing
-    /// gets mode 0600, whatever it had and whatever the umask is.
+    /// gets mode 0600, regardless of its own mode and of the umask.
     static std::expected<PrivateFile, JournalError> open(int folder, const std::string& name, Access access,
                                                          const std::string& path);
 

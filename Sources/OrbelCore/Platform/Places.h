@@ -8,7 +8,7 @@ namespace orbel::platform {
 /// A folder of programs' own data, whose contents stay where they are, save some.
 struct GuardedFolder {
     std::string path;
-    /// Relative to `path`: what may be moved all the same, itself and what lies in it. A component "*" stands
+    /// Relative to `path`: what may be moved nevertheless, itself and what lies in it. A component "*" stands
     /// for any one name.
     std::vector<std::string> movable;
 };

@@ -7,8 +7,8 @@
 
 namespace orbel {
 
-/// What is under way that measures all of the disk or changes it: one thing at a time, whichever flow does
-/// it. Used on the main thread.
+/// The work under way that measures all of the disk or changes it: one at a time, among all flows. Used on
+/// the main thread.
 class Activity final : public QObject {
     Q_OBJECT
 

@@ -46,7 +46,7 @@ public:
     /// What the scan counted; after that, what each edit of its tree comes to.
     void takeCounted(const ScanOutcome& outcome);
     /// The used bytes of that moment without those that were moved to the Trash since the scan: these are in
-    /// no tree, but known all the same.
+    /// no tree, but known.
     std::uint64_t usedWithoutMoved(const VolumeInfo& disk, const DiskMoment& moment) const;
     /// An edit is under way that brings a moment of its own, which fits the tree that it makes.
     void setMomentExpected(bool expected) { isMomentExpected_ = expected; }

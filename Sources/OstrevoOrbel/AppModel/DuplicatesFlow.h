@@ -24,7 +24,7 @@ namespace orbel {
 /// are ticked. Belongs to the AppModel; used on the main thread, while what takes long runs on threads of its
 /// own.
 ///
-/// A search starts only when somebody asks for it, since it reads every file that it compares. A scan that
+/// A search starts only on request, since it reads every file that it compares. A scan that
 /// starts meanwhile ends it, and its result is dropped; groups that were found before stay, told as stale.
 class DuplicatesFlow final : public QObject {
     Q_OBJECT

@@ -15,8 +15,8 @@
 
 namespace orbel {
 
-/// The one way in which the window puts something back, whichever screen asks for it: one at a time, on a
-/// thread of its own, and never beside a scan or a batch of moves. Used on the main thread.
+/// The one way in which the window puts something back, for all screens: one at a time, on a thread of its
+/// own, and never beside a scan or a batch of moves. Used on the main thread.
 class PutBackFlow final : public QObject {
     Q_OBJECT
     QML_ELEMENT
