@@ -181,7 +181,8 @@ TEST_F(DuplicatesFlowOn, WhatMovedGoesAtOnceAndComesBackWhenItIsPutBack) {
     home.file("Downloads/film.mkv", "another film");
     review();
     EXPECT_EQ(app().moves()->items()->rowCount(), 1) << "the other one changed";
-    EXPECT_TRUE(app().notice()->text().startsWith(QStringLiteral("1 ticked copy can no longer be moved: Changed")));
+    EXPECT_TRUE(
+        app().notice()->text().startsWith(QStringLiteral("1 ticked copy can no longer be moved: Changed")));
     EXPECT_FALSE(told(row("Downloads/film.mkv"), "refusal").toString().isEmpty());
     confirm();
     EXPECT_EQ(row("Music/a.flac"), -1) << "it is the only one left";

@@ -224,12 +224,12 @@ TEST(ListModels, KeepTheirPromisesToViews) {
     ModelScene scene;
     auto& model = scene.model();
     std::vector<std::unique_ptr<QAbstractItemModelTester>> testers;
-    for (QAbstractItemModel* list :
-         {static_cast<QAbstractItemModel*>(model.scan()->topLevel()), static_cast<QAbstractItemModel*>(model.scan()->kinds()),
-          static_cast<QAbstractItemModel*>(model.scan()->unreadable()->entries()),
-          static_cast<QAbstractItemModel*>(model.disk()->volumes()),
-          static_cast<QAbstractItemModel*>(model.scan()->largestFolders()),
-          static_cast<QAbstractItemModel*>(model.disk()->ledger()->segments())})
+    for (QAbstractItemModel* list : {static_cast<QAbstractItemModel*>(model.scan()->topLevel()),
+                                     static_cast<QAbstractItemModel*>(model.scan()->kinds()),
+                                     static_cast<QAbstractItemModel*>(model.scan()->unreadable()->entries()),
+                                     static_cast<QAbstractItemModel*>(model.disk()->volumes()),
+                                     static_cast<QAbstractItemModel*>(model.scan()->largestFolders()),
+                                     static_cast<QAbstractItemModel*>(model.disk()->ledger()->segments())})
         testers.push_back(std::make_unique<QAbstractItemModelTester>(
             list, QAbstractItemModelTester::FailureReportingMode::Fatal));
     model.disk()->volumes()->setVolumes(
