@@ -64,7 +64,8 @@ void AlertSettings::setChoice(int choice) {
 }
 
 QString AlertSettings::sampleBody() const {
-    return textOf(LowDiskAlert::message(disk_.volume() ? disk_.volume()->free : lowDisk_.threshold).body);
+    const auto& volume = disk_.volume();
+    return textOf(LowDiskAlert::message(volume ? volume->free : lowDisk_.threshold).body);
 }
 
 void AlertSettings::restartAlertLoop() {

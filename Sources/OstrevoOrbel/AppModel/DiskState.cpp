@@ -115,7 +115,7 @@ void DiskState::beginCounting(const std::string& root) {
 void DiskState::takeCounted(const ScanOutcome& outcome) {
     const bool isScan = !counted_;
     if (isScan)
-        counted_.emplace();
+        counted_ = Counted{};
     counted_->kinds = outcome.kinds;
     counted_->trashedKinds = outcome.trashedKinds;
     if (isScan) {
