@@ -3,6 +3,7 @@
 #include "Models/Wording.h"
 #include "Platform/HomeTrash.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Util/Check.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
@@ -128,6 +129,7 @@ void DiskState::takeCounted(const ScanOutcome& outcome) {
 }
 
 std::uint64_t DiskState::usedWithoutMoved(const VolumeInfo& disk, const DiskMoment& moment) const {
+    ORBEL_CHECK(counted_, "what was moved is known only once a scan was counted");
     const auto moved = counted_->outsideTree(moment) - counted_->outsideTreeAtScan;
     return disk.used
            - static_cast<std::uint64_t>(
