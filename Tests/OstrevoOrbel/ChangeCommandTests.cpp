@@ -330,6 +330,26 @@ TEST(TrashCommand, LeavesWhatIsOpen) {
     EXPECT_EQ(namesIn(report["moved"]), Names{"free"});
 }
 
+TEST(TrashCommand, MovesAndPutsBackMoreThanItMayHaveOpen) {
+    const ProgramHome home;
+    constexpr std::size_t count = 150;
+    for (std::size_t i = 0; i < count; ++i)
+        home.file("docs/" + std::to_string(i), i);
+    // As an old system, it flushes each file by itself and keeps it open for that.
+    for (const std::string setting : {"ulimit -n 32; exec", "ulimit -n 64; exec setarch --uname-2.6"}) {
+        const auto run = [&](const std::string& words) {
+            auto start = home.start({});
+            start.words = {"sh", "-c", setting + " \"$0\" " + words, ORBEL_PROGRAM};
+            return test::RunningProgram(start).finish();
+        };
+        const auto trashed = run("--trash docs/*");
+        EXPECT_EQ(trashed.status, 0) << setting << ": " << trashed.errors;
+        EXPECT_EQ(json::parse(trashed.output)["moved"].size(), count) << setting;
+        EXPECT_EQ(run("--put-back last").status, 0) << setting;
+        EXPECT_EQ(everythingIn(home.path("docs")).size(), count) << setting;
+    }
+}
+
 TEST(TrashCommand, AnUnusableHomeGetsNeitherMovesNorAJournal) {
     const ProgramHome home;
     home.file("docs/item", 10);

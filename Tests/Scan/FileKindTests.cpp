@@ -86,8 +86,8 @@ TEST(FileKind, ListsTheseExtensionsAndNoOthers) {
         EXPECT_EQ(isPackage("x." + extension), packages.contains(extension)) << extension;
 }
 
-/// Whether the enumeration has a case of this value: the compiler calls it by its name then, else by its
-/// number.
+/// Whether the enumeration has a case of this value: the compiler calls it by its name then, else
+/// by its number.
 template <FileKind kind>
 constexpr bool isCase() {
     return !std::string_view(__PRETTY_FUNCTION__).contains("FileKind)");

@@ -34,8 +34,8 @@ private:
     std::string files_;
 };
 
-/// Plans the move of one item, prepares and makes it, anew as long as its plan becomes void. `planned` sees
-/// each plan.
+/// Plans the move of one item, prepares and makes it, anew as long as its plan becomes void. `planned`
+/// sees each plan.
 std::expected<std::string, std::string> moveToTrash(
     TrashOperations& trash, const std::string& path,
     const std::function<void(const PlannedMove&)>& planned = [](const PlannedMove&) {});

@@ -287,7 +287,7 @@ TEST(WindowComponents, KeysClickTheSameOnEveryDesktop) {
 
 TEST(WindowComponents, ListsAndChoicesMoveByArrows) {
     ComponentScene scene(
-        "RowList { id: list; width: 200; height: 108; model: 20; onActivated: index => told += index + ' ';"
+        "ItemTable { id: list; width: 200; height: 108; model: 20; onActivated: index => told += index + ' ';"
         "  delegate: Item { required property int index; width: 200; height: 36 } }"
         "Segmented { id: choice; y: 200; options: ['Newest', 'Oldest']; onChosen: index => current = index "
         "}");

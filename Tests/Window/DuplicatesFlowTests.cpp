@@ -57,7 +57,7 @@ struct DuplicatesFlowOn : testing::Test {
     DuplicatesFlow& flow() { return *app().duplicates(); }
     int row(const std::string& name) {
         for (int i = 0; i < flow().groups()->rowCount(); ++i) {
-            if (!flow().isHead(i) && flow().groups()->fileAt(i).path == home.path(name))
+            if (!flow().groups()->isHead(i) && flow().groups()->fileAt(i).path == home.path(name))
                 return i;
         }
         return -1;

@@ -116,6 +116,12 @@ TEST_F(DuplicatesInTheWindow, KeysFoldTickKeepAndFind) {
     scene.press(Qt::Key_Menu);
     EXPECT_TRUE(scene.isShown(QStringLiteral("duplicates.menu.keep")));
     scene.press(Qt::Key_Escape);
+    scene.press(Qt::Key_End);
+    flow.setFolded(0, true);
+    scene.settle();
+    EXPECT_EQ(scene.item(QStringLiteral("duplicates.table"))->property("selectedRow").toInt(), all - 4)
+        << "the selection keeps to its copy";
+    flow.setFolded(0, false);
     scene.press(Qt::Key_F, Qt::ControlModifier);
     for (const auto key : {Qt::Key_L, Qt::Key_I, Qt::Key_D})
         scene.press(key);

@@ -143,8 +143,10 @@ TEST(WindowMap, ListAndMapShowTheSame) {
     scene.press(Qt::Key_End);
     EXPECT_EQ(scene.selected(), QStringLiteral(".cache"));
     EXPECT_EQ(scene.view->selectedTile(), scene.tile(".cache"));
+    scene.press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(scene.requests().copied, QStringLiteral("/home/mira/.cache"));
     scene.clickTile("win11.qcow2");
-    EXPECT_EQ(list->property("currentRow").toInt(), 1) << "the row of what it lies in";
+    EXPECT_EQ(list->property("currentIndex").toInt(), 1) << "the row of what it lies in";
     EXPECT_TRUE(scene.says(QStringLiteral("3 items")));
 
     scene.click(QStringLiteral("map.kind.1"));

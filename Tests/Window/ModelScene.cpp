@@ -55,6 +55,7 @@ ModelScene::ModelScene() : scanner_(std::make_shared<Scanner>()) {
     environment.settings = std::make_shared<QSettings>(QString::fromStdString(folder_.path("settings.ini")),
                                                        QSettings::IniFormat);
     environment.notifier = posted;
+    environment.desktop = desktop;
 }
 
 ModelScene::~ModelScene() = default;

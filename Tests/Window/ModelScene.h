@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AppModel/AppModel.h"
+#include "FakeDesktop.h"
 #include "Support/TemporaryFolder.h"
 
 #include <chrono>
@@ -55,6 +56,7 @@ public:
     };
     std::shared_ptr<World> world = std::make_shared<World>();
     std::shared_ptr<Posted> posted = std::make_shared<Posted>();
+    std::shared_ptr<FakeDesktop> desktop = std::make_shared<FakeDesktop>();
 
 private:
     struct Scanner;

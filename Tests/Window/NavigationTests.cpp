@@ -214,6 +214,8 @@ TEST(WindowOverview, ArrowsMoveWithinAListAndEnterOpensTheMap) {
     scene.item(QStringLiteral("overview.folders"))->forceActiveFocus(Qt::TabFocusReason);
     scene.press(Qt::Key_Down);
     EXPECT_EQ(scene.item(QStringLiteral("overview.folders"))->property("currentIndex").toInt(), 1);
+    scene.press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(scene.requests().copied, QStringLiteral("/home/mira/virtual-machines"));
     scene.press(Qt::Key_Return);
     EXPECT_EQ(scene.app().screenName(), QStringLiteral("map"));
 }

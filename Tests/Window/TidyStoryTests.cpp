@@ -117,6 +117,32 @@ TEST_F(TidyInTheWindow, WhatIsTickedGoesToTheTrashAndTheRestStays) {
         scene.waitUntil([&] { return flow().summary().endsWith(QStringLiteral("3 broken shortcuts")); }));
 }
 
+TEST_F(TidyInTheWindow, AMenuTicksTheItemThatItNamesWhateverTheRowsAreByThen) {
+    open();
+    const auto isTicked = [this](const char* name) {
+        return flow().folders()->isTicked(row(flow().folders(), name));
+    };
+    scene.item(QStringLiteral("tidy.folders.table"))->forceActiveFocus(Qt::TabFocusReason);
+    scene.press(Qt::Key_Home);
+    for (int i = 0; i < row(flow().folders(), "Projects/old notes"); ++i)
+        scene.press(Qt::Key_Down);
+    scene.press(Qt::Key_Menu);
+    flow().setFilter(QStringLiteral("notes"));
+    scene.settle();
+    scene.click(QStringLiteral("tidy.folders.menu.tick"));
+    EXPECT_FALSE(isTicked("Projects/old notes"));
+    scene.press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(scene.requests().copied.toStdString(), place + "/Projects/old notes")
+        << "the focus is on it, too";
+
+    scene.press(Qt::Key_Menu);
+    flow().setFilter(QString());
+    scene.settle();
+    scene.click(QStringLiteral("tidy.folders.menu.tick"));
+    EXPECT_TRUE(isTicked("Projects/old notes") && isTicked("Downloads/statement export"));
+    EXPECT_FALSE(isTicked("Downloads/new"));
+}
+
 TEST_F(TidyInTheWindow, ASmallWindowHasTabsAndAStoppedScanNoEmptyFolders) {
     isPartial = true;
     open(800, 560);

@@ -19,20 +19,6 @@ namespace {
 
 constexpr int patience = 10'000; ///< milliseconds
 
-class NotedDesktop final : public Desktop {
-public:
-    explicit NotedDesktop(std::shared_ptr<WindowScene::Requests> requests) : requests_(std::move(requests)) {}
-
-    void open(const std::string& /*path*/) override {}
-    void showInFileManager(const std::string& path) override { requests_->shown = path; }
-    void openTrash(const std::string& itemsFolder) override { requests_->openedTrash = itemsFolder; }
-    void openAddress(const QString& /*address*/) override {}
-    void copyText(const QString& text) override { requests_->copied = text; }
-
-private:
-    std::shared_ptr<WindowScene::Requests> requests_;
-};
-
 class SilentNotifier final : public Notifier {
 public:
     void requestPermission(std::function<void(bool)> answer) override { answer(true); }
@@ -75,7 +61,7 @@ struct WindowScene::Gate {
     bool isOpen = true;
 };
 
-WindowScene::WindowScene() : requests_(std::make_shared<Requests>()), gate_(std::make_shared<Gate>()) {
+WindowScene::WindowScene() : gate_(std::make_shared<Gate>()) {
     environment.home = SampleDisk::home;
     environment.dataVolumePath = "/";
     environment.trashFolder = folder_.path("Trash");
@@ -101,7 +87,7 @@ WindowScene::WindowScene() : requests_(std::make_shared<Requests>()), gate_(std:
     environment.askToQuit = [](const std::vector<platform::RunningProgram>& /*running*/) { return false; };
     environment.settings = std::make_shared<QSettings>(QString::fromStdString(folder_.path("settings.ini")),
                                                        QSettings::IniFormat);
-    environment.desktop = std::make_shared<NotedDesktop>(requests_);
+    environment.desktop = desktop_;
     environment.notifier = std::make_shared<SilentNotifier>();
     environment.loginItem = std::make_shared<RememberedLoginItem>();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AppModel/AppModel.h"
+#include "FakeDesktop.h"
 #include "Support/TemporaryFolder.h"
 
 #include <functional>
@@ -18,13 +19,6 @@ namespace orbel::test {
 /// folder, no desktop. Mouse and keyboard act as a person's would: on what can be seen.
 class WindowScene {
 public:
-    /// What the model asks of the desktop, noted.
-    struct Requests {
-        std::string openedTrash;
-        std::string shown; ///< in the file manager
-        QString copied;
-    };
-
     WindowScene();
     ~WindowScene();
 
@@ -34,7 +28,7 @@ public:
 
     AppModel& app() { return *app_; }
     QQuickWindow& window() { return *window_; }
-    const Requests& requests() const { return *requests_; }
+    const FakeDesktop& requests() const { return *desktop_; }
     const std::string& folder() const { return folder_.path(); }
 
     /// Scans run until they are told to go on, or stopped.
@@ -68,7 +62,7 @@ private:
     struct Gate;
 
     TemporaryFolder folder_;
-    std::shared_ptr<Requests> requests_;
+    std::shared_ptr<FakeDesktop> desktop_ = std::make_shared<FakeDesktop>();
     std::shared_ptr<Gate> gate_;
     std::unique_ptr<AppModel> app_;
     std::unique_ptr<QQmlApplicationEngine> engine_;

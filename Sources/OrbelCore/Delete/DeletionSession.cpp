@@ -22,8 +22,9 @@ std::optional<DeletionItem> DeletionSession::item(const std::string& id) const {
 
 std::future<DeletionReport> DeletionSession::run(std::span<const std::string> ids, Trasher::Progress progress,
                                                  Trasher::IsCancelled isCancelled) const {
+    auto move = prepared(ids);
     return BlockingWork::run("orbel.deletion",
-                             [move = prepared(ids), progress = std::move(progress),
+                             [move = std::move(move), progress = std::move(progress),
                               isCancelled = std::move(isCancelled)] { return move(progress, isCancelled); });
 }
 

@@ -104,8 +104,8 @@ private:
         return trashName(name, free, longestName_);
     }
 
-    /// Also where there is only an item without an info file: it belongs to another program, and would be
-    /// lost.
+    /// Also where there is only an item without an info file: it belongs to another program, and
+    /// would be lost.
     bool isTaken(const std::string& stored) const {
         return planned_.contains(stored) || orbel::isTaken(trash_.files, stored)
                || orbel::isTaken(trash_.info, infoNameOf(stored));
@@ -196,14 +196,14 @@ std::vector<std::expected<PlannedMove, std::string>> LiveTrash::plan(std::span<c
     for (const auto& path : paths) {
         const auto plain = itemPathOf(path);
         if (!plain)
-            plans.push_back(std::unexpected("It is not the path of an item"));
+            plans.emplace_back(std::unexpected("It is not the path of an item"));
         else if (unusable)
-            plans.push_back(std::unexpected(*unusable));
+            plans.emplace_back(std::unexpected(*unusable));
         else if (planner)
             plans.push_back(planner->plan(*plain));
         else
-            plans.push_back(PlannedMove{.path = *plain,
-                                        .trashPath = joinedPath(trashFolder_, lastPathComponent(*plain))});
+            plans.emplace_back(PlannedMove{.path = *plain,
+                                           .trashPath = joinedPath(trashFolder_, lastPathComponent(*plain))});
     }
     return plans;
 }

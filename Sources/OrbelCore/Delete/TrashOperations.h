@@ -44,8 +44,8 @@ public:
     virtual std::expected<std::string, TrashFailure> make(Barrier& barrier) = 0;
 };
 
-/// Moves items to the Trash, in groups: the moves of a group are planned, then prepared, then made. One
-/// thread at a time.
+/// Moves items to the Trash, in groups, which are planned, then prepared, then made. One thread at a time
+/// plans and prepares; another one may meanwhile make the moves of the group before.
 class TrashOperations {
 public:
     TrashOperations() = default;

@@ -41,7 +41,8 @@ std::unique_ptr<TrashRun::Group> TrashRun::nextGroup(std::span<const DeletionIte
     if (waiting_.empty() || isCancelled())
         return nullptr;
     auto group = std::make_unique<Group>(*trasher_.journal);
-    for (; !waiting_.empty() && group->moves.size() < MoveRecord::mostMoves; waiting_.pop_front())
+    const auto most = MoveRecord::mostMoves();
+    for (; !waiting_.empty() && group->moves.size() < most; waiting_.pop_front())
         group->moves.push_back({.waiting = waiting_.front(), .item = items[waiting_.front().index]});
     group->linesBefore = std::exchange(movesBefore_, group->moves.size());
     return group;
@@ -82,8 +83,8 @@ std::expected<void, JournalError> TrashRun::prepareMoves(Group& group) const {
     std::vector<MoveIntent> intents;
     intents.reserve(held.size());
     for (std::size_t i = 0; i < held.size(); ++i)
-        if (plans[i])
-            intents.push_back(intent(*held[i], *held[i]->held, *plans[i]));
+        if (const auto& item = held[i]->held; item && plans[i])
+            intents.push_back(intent(*held[i], *item, *plans[i]));
     if (auto intended = record.intend(intents); !intended)
         return intended;
     for (std::size_t i = 0; i < held.size(); ++i)

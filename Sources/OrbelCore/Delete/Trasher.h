@@ -29,7 +29,8 @@ namespace orbel {
 /// A process that ends at any point leaves each item at its place or in the Trash, and in the latter case
 /// either its line in the journal or the intent from which settleIntents() writes it.
 ///
-/// A value; its functions can be replaced one by one. run() blocks and is called from one thread at a time.
+/// A value; its functions can be replaced one by one. run() blocks and is called from one thread at a time;
+/// `now` may be asked by two at once, since the next group is prepared while one moves.
 struct Trasher {
     enum class Step : std::uint8_t { begun, moved, skipped };
 

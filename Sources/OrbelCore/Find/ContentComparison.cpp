@@ -10,16 +10,10 @@
 #include <string_view>
 #include <utility>
 
-#include <sys/resource.h>
-
 namespace orbel {
 
 std::size_t ContentComparison::openFileLimit(std::size_t threads) {
-    constexpr rlim_t most = 4096;
-    rlimit limit{};
-    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
-        return 1;
-    return std::max<std::size_t>(std::min(limit.rlim_cur, most) / 2 / threads, 1);
+    return std::max<std::size_t>(descriptorsForOneTask() / threads, 1);
 }
 
 std::vector<ContentComparison::Cluster>

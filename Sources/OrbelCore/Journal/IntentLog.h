@@ -13,7 +13,7 @@ namespace orbel {
 
 class Barrier;
 
-/// What one run is about to move, written beside the journal before it moves, so that a crash or a power
+/// What one group is about to move, written beside the journal before it moves, so that a crash or a power
 /// cut between a move and its line in the journal loses nothing: settleIntents() finds the item later and
 /// writes the line.
 ///
@@ -33,8 +33,8 @@ public:
     /// Leaves the file for settleIntents(), unless close() removed it.
     ~IntentLog() = default;
 
-    /// Writes intents. Only once that succeeded, and a barrier that
-    /// the log was added to was passed, may the moves begin.
+    /// Writes intents. The moves may begin only after that succeeded and the barrier was passed that the log
+    /// has been added to.
     std::expected<void, JournalError> begin(std::span<const MoveIntent> intents);
 
     /// Adds the file and its name to what the barrier brings to the disk.
@@ -44,8 +44,8 @@ public:
     /// begins another one.
     void leave();
 
-    /// The run ended and every outcome is known: removes the file, if there is one. Call it only when each
-    /// item that was moved has its line in the journal. Another run may then begin in the same log.
+    /// The group ended and every outcome is known: removes the file, if there is one. Call it only when each
+    /// item that was moved has its line in the journal. Another group may then begin in the same log.
     void close();
 
 private:

@@ -135,6 +135,8 @@ std::expected<void, JournalError> JournalStore::preflight(std::size_t lines, Bar
                                 roomForLongest + lines * roomForLine))
         return std::unexpected(systemErrorAt(path_));
     addTo(barrier, *journal);
+    // The barrier may keep a descriptor of it until long after, and a group before may have lines to append.
+    releaseLock(journal->file.file.get());
     return {};
 }
 

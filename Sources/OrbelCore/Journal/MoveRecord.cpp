@@ -4,6 +4,7 @@
 #include "Journal/PrivateFile.h"
 #include "Util/PathText.h"
 
+#include <algorithm>
 #include <system_error>
 
 namespace orbel {
@@ -13,6 +14,13 @@ MoveRecord::MoveRecord(JournalStore& journal) : journal_(journal), intents_(jour
 MoveRecord::~MoveRecord() {
     if (!mustKeepIntents_)
         intents_.close();
+}
+
+std::size_t MoveRecord::mostMoves() {
+    constexpr std::size_t forTheGroup = 12; // the Trash, the journal, the intents
+    constexpr std::size_t forAMove = 2;     // its object, and an info file or a folder to be flushed
+    const auto all = descriptorsForOneTask();
+    return std::clamp<std::size_t>((all - std::min(all, forTheGroup)) / forAMove, 1, 192);
 }
 
 std::expected<void, JournalError> MoveRecord::begin(std::size_t lines) {

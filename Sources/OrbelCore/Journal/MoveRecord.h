@@ -16,8 +16,8 @@ namespace orbel {
 
 class JournalStore;
 
-/// What a group of moves writes down, so that a crash or a power cut at any moment loses nothing and leaves
-/// nothing unrecorded:
+/// What a group of moves writes down, so that a crash or a power cut at any moment loses nothing and
+/// leaves nothing unrecorded:
 ///
 ///   begin, intend, seal: nothing may have moved yet;
 ///   the moves, each added to barrier();
@@ -27,9 +27,9 @@ class JournalStore;
 /// while a group is under way, the next one may begin.
 class MoveRecord {
 public:
-    /// How many moves a group has at most: enough to make its flushes cheap, few enough for what is kept
-    /// open for each.
-    static constexpr std::size_t mostMoves = 192;
+    /// How many moves a group has at most: enough to make its flushes cheap, and few enough for what is kept
+    /// open for two groups.
+    static std::size_t mostMoves();
 
     /// After so much work the lines of what has moved are to be recorded, if only to show that it goes on.
     static constexpr std::chrono::milliseconds longestUnrecorded{500};

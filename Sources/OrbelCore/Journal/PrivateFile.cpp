@@ -134,6 +134,10 @@ bool waitForLock(int file) {
     return true;
 }
 
+void releaseLock(int file) {
+    ::flock(file, LOCK_UN);
+}
+
 std::size_t appendBytes(int file, std::string_view bytes) {
     std::size_t written = 0;
     while (written < bytes.size()) {

@@ -51,6 +51,9 @@ bool tryLock(int file);
 /// stopped must not stop us too.
 bool waitForLock(int file);
 
+/// Gives the lock up before the last descriptor of the open file is closed.
+void releaseLock(int file);
+
 /// Writes all bytes at the end of a file opened for appending, in one call if the system lets it. Returns how
 /// many were written; when fewer than given, errno says why.
 std::size_t appendBytes(int file, std::string_view bytes);

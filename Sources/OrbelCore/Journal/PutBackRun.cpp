@@ -40,7 +40,7 @@ bool PutBack::Run::isCancelled() {
 std::unique_ptr<PutBack::Run::Group> PutBack::Run::nextGroup(std::span<const JournalEntry>& entries) {
     if (entries.empty() || isCancelled())
         return nullptr;
-    const auto count = std::min(entries.size(), MoveRecord::mostMoves);
+    const auto count = std::min(entries.size(), MoveRecord::mostMoves());
     auto group = std::make_unique<Group>(*putBack_.journal_);
     group->items.reserve(count);
     for (const auto& entry : entries.first(count))
@@ -74,7 +74,8 @@ std::expected<void, JournalError> PutBack::Run::prepareMoves(Group& group) const
     for (auto& item : group.items)
         if (!putBack_.outlookInTrash(item.entry, paths).reason) {
             item.object = TrashedObject::hold(item.entry);
-            item.note = TrashNote::of(*item.entry.trashPath);
+            if (item.object)
+                item.note = TrashNote::of(item.object->path);
         }
     const auto count = static_cast<std::size_t>(
         std::ranges::count_if(group.items, [](const Return& item) { return item.object.has_value(); }));

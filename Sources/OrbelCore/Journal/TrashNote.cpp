@@ -63,12 +63,12 @@ TrashNote::TrashNote(std::string itemPath, std::string path, const std::string* 
 }
 
 bool TrashNote::removeIfUnused() const {
-    const auto items = state_ == State::none
-                           ? std::unexpected(ENOENT)
-                           : HeldFolder::openThroughLinks(std::string(parentPath(itemPath_)));
-    // Only if certainly nothing has the name.
-    if (items && items->identityOf(std::string(lastPathComponent(itemPath_))) == std::unexpected(ENOENT))
-        ::unlinkat(folder_->descriptor(), std::string(lastPathComponent(path_)).c_str(), 0);
+    if (state_ != State::none && folder_) {
+        const auto items = HeldFolder::openThroughLinks(std::string(parentPath(itemPath_)));
+        // Only if certainly nothing has the name.
+        if (items && items->identityOf(std::string(lastPathComponent(itemPath_))) == std::unexpected(ENOENT))
+            ::unlinkat(folder_->descriptor(), std::string(lastPathComponent(path_)).c_str(), 0);
+    }
     return path_.empty() || !platform::fileStatus(path_);
 }
 

@@ -10,8 +10,6 @@
 #include <algorithm>
 #include <cerrno>
 
-#include <sys/resource.h>
-
 namespace orbel {
 
 namespace {
@@ -19,22 +17,17 @@ namespace {
 using namespace walk;
 using Clock = std::chrono::steady_clock;
 
-/// What a walk does with half of the descriptors that this process may have: the other half is for the
-/// program around it.
+/// What a walk does with its descriptors.
 struct DescriptorShare {
     int workers = 1;     ///< at most
     int openFolders = 0; ///< that may stay open for what lies inside
 };
 
 DescriptorShare descriptorShare(int wantedWorkers) {
-    constexpr rlim_t most = 4096;
     constexpr int perWorker = 2; // a folder, and the one that it is opened in
-    rlimit limit{};
-    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
-        return {};
-    const auto half = static_cast<int>(std::min(limit.rlim_cur, 2 * most) / 2);
-    const int workers = std::clamp(half / (2 * perWorker), 1, wantedWorkers);
-    return {.workers = workers, .openFolders = std::max(half - workers * perWorker - 1, 0)};
+    const auto descriptors = static_cast<int>(descriptorsForOneTask());
+    const int workers = std::clamp(descriptors / (2 * perWorker), 1, wantedWorkers);
+    return {.workers = workers, .openFolders = std::max(descriptors - workers * perWorker - 1, 0)};
 }
 
 void appendRoot(FileTree& tree, const platform::FileStatus& status) {

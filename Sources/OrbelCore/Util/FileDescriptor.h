@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <utility>
 
 namespace orbel {
@@ -34,5 +35,9 @@ public:
 private:
     int descriptor_ = -1;
 };
+
+/// How many descriptors one piece of work may hold at a time: half of what this process may have, since the
+/// other half is for the program around it; at most 4096. Any thread.
+std::size_t descriptorsForOneTask();
 
 } // namespace orbel

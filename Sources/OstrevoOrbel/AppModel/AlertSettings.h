@@ -21,7 +21,7 @@ class AlertSettings final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppModel.")
     Q_PROPERTY(bool enabled READ isEnabled WRITE setEnabled NOTIFY changed)
-    /// The labels of the thresholds, in order, and which of them is chosen; -1 for one that is none of them.
+    /// The labels of the thresholds, in order, and the index of the chosen one; -1 for a custom threshold.
     Q_PROPERTY(QStringList thresholds READ thresholds CONSTANT)
     Q_PROPERTY(int choice READ choice WRITE setChoice NOTIFY changed)
     /// The notification as it would look now.

@@ -43,13 +43,14 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       tidy_(environment_, policy_, scan_, moves_, shown_),
       apps_(environment_, policy_, moves_, shown_, notice_),
       alert_(environment_, disk_, notice_),
-      appearance_(environment_) {
+      appearance_(environment_),
+      actions_(*environment_.desktop, policy_->canonicalizer(),
+               [this]() -> const FileTree& { return *scan_.tree(); }) {
     connect(&shown_, &ShownScreen::changed, this, &AppModel::screenChanged);
-    connect(&largeOld_, &LargeOldFlow::mapWanted, this, &AppModel::showOnMap);
-    connect(&duplicates_, &DuplicatesFlow::mapWanted, this, &AppModel::showOnMap);
-    connect(&tidy_, &TidyFlow::mapWanted, this, &AppModel::showOnMap);
-    // What was moved leaves the tree, and what was put back returns to it, before the disk is looked at
-    // again.
+    connect(&actions_, &ItemActions::mapWanted, this, &AppModel::showOnMap);
+    connect(&actions_, &ItemActions::measureWanted, &rescan_, &RescanFlow::start);
+    // What was moved leaves the tree, and what was put back returns to it, before the disk is
+    // looked at again.
     connect(&moves_, &MoveFlow::moved, &treeEdits_, &TreeEdits::remove);
     connect(&putBack_, &PutBackFlow::restored, &treeEdits_, &TreeEdits::restore);
     connect(&moves_, &MoveFlow::finished, &disk_, &DiskState::refreshVolume);
@@ -86,12 +87,6 @@ void AppModel::chooseFolderAndScan() {
     Q_EMIT folderWanted(tr("Choose a folder to map."), QUrl(textOf(fileUrl(environment_.home))));
 }
 
-std::optional<std::string> AppModel::nodePath(quint32 node) const {
-    if (node >= scan_.tree()->count())
-        return std::nullopt;
-    return scan_.tree()->path(node, policy_->canonicalizer());
-}
-
 void AppModel::showOnMap(quint32 node) {
     if (node >= scan_.tree()->count())
         return;
@@ -102,21 +97,6 @@ void AppModel::showOnMap(quint32 node) {
 void AppModel::showKindOnMap(int kind) {
     setScreen(Screen::map);
     map_.showKind(kind);
-}
-
-void AppModel::openNode(quint32 node) {
-    if (const auto path = nodePath(node))
-        environment_.desktop->open(*path);
-}
-
-void AppModel::showNodeInFileManager(quint32 node) {
-    if (const auto path = nodePath(node))
-        environment_.desktop->showInFileManager(*path);
-}
-
-void AppModel::copyNodePath(quint32 node) {
-    if (const auto path = nodePath(node))
-        environment_.desktop->copyText(textOf(*path));
 }
 
 } // namespace orbel

@@ -6,6 +6,7 @@
 #include "AppModel/AppsFlow.h"
 #include "AppModel/DiskState.h"
 #include "AppModel/DuplicatesFlow.h"
+#include "AppModel/ItemActions.h"
 #include "AppModel/JournalFlow.h"
 #include "AppModel/LargeOldFlow.h"
 #include "AppModel/MapModel.h"
@@ -51,6 +52,8 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::DuplicatesFlow* duplicates READ duplicates CONSTANT)
     Q_PROPERTY(orbel::TidyFlow* tidy READ tidy CONSTANT)
     Q_PROPERTY(orbel::AppsFlow* apps READ apps CONSTANT)
+    /// What the menu of an item offers, in every list.
+    Q_PROPERTY(orbel::ItemActions* actions READ actions CONSTANT)
     /// What moves to the Trash, and back.
     Q_PROPERTY(orbel::MoveFlow* moves READ moves CONSTANT)
     Q_PROPERTY(orbel::PutBackFlow* putBack READ putBack CONSTANT)
@@ -71,10 +74,6 @@ public:
     Q_INVOKABLE void showOnMap(quint32 node);
     /// Shows on the map, from its top, only what is of a kind.
     Q_INVOKABLE void showKindOnMap(int kind);
-    // What the menu of an item offers, for a node of the current tree.
-    Q_INVOKABLE void openNode(quint32 node);
-    Q_INVOKABLE void showNodeInFileManager(quint32 node);
-    Q_INVOKABLE void copyNodePath(quint32 node);
 
     // State.
 
@@ -101,6 +100,7 @@ public:
     DuplicatesFlow* duplicates() { return &duplicates_; }
     TidyFlow* tidy() { return &tidy_; }
     AppsFlow* apps() { return &apps_; }
+    ItemActions* actions() { return &actions_; }
     MoveFlow* moves() { return &moves_; }
     PutBackFlow* putBack() { return &putBack_; }
     JournalFlow* journal() { return &journal_; }
@@ -114,8 +114,6 @@ Q_SIGNALS:
     void aboutWanted();
 
 private:
-    std::optional<std::string> nodePath(quint32 node) const;
-
     // Each stands on those above it. Threads may outlive this, so they share the policy.
     AppEnvironment environment_;
     std::shared_ptr<const SafetyPolicy> policy_;
@@ -139,6 +137,7 @@ private:
     AppsFlow apps_;
     AlertSettings alert_;
     AppearanceSettings appearance_;
+    ItemActions actions_;
 };
 
 } // namespace orbel

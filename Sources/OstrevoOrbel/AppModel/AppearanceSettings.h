@@ -20,8 +20,8 @@ class AppearanceSettings final : public QObject {
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
 
 public:
-    /// Keeps the choice in the settings, under "appearance", and follows the desktop. `environment` outlives
-    /// this.
+    /// Keeps the choice in the settings, under "appearance", and follows the desktop.
+    /// `environment` outlives this.
     explicit AppearanceSettings(const AppEnvironment& environment);
 
     QString choice() const { return choice_; }

@@ -264,40 +264,6 @@ void AppsFlow::toggleTick(int leftoverRow) {
         ticks_.setTicked(*ticked, !ticks_.contains(ticked->item.id));
 }
 
-bool AppsFlow::isTicked(int leftoverRow) const {
-    const auto* const ticked = leftovers_.itemAt(leftoverRow);
-    return ticked != nullptr && ticks_.contains(ticked->item.id);
-}
-
-QString AppsFlow::shownPath(int leftoverRow) const {
-    return textOf(tildePath(leftovers_.pathAt(leftoverRow), environment_.home));
-}
-
-void AppsFlow::openLeftover(int row) {
-    if (const auto path = leftovers_.pathAt(row); !path.empty())
-        environment_.desktop->open(path);
-}
-
-void AppsFlow::showLeftover(int row) {
-    if (const auto path = leftovers_.pathAt(row); !path.empty())
-        environment_.desktop->showInFileManager(path);
-}
-
-void AppsFlow::copyLeftover(int row) {
-    if (const auto path = leftovers_.pathAt(row); !path.empty())
-        environment_.desktop->copyText(textOf(path));
-}
-
-void AppsFlow::showApp(int row) {
-    if (const auto* const entry = list_.at(row))
-        environment_.desktop->showInFileManager(entry->app.path);
-}
-
-void AppsFlow::copyApp(int row) {
-    if (const auto* const entry = list_.at(row))
-        environment_.desktop->copyText(textOf(entry->app.path));
-}
-
 void AppsFlow::setFindText(const QString& text) {
     if (text == findText_)
         return;

@@ -65,15 +65,6 @@ public:
     Q_INVOKABLE void sortBy(bool size);
     Q_INVOKABLE void askToQuit();
     Q_INVOKABLE void toggleTick(int leftoverRow);
-    Q_INVOKABLE bool isTicked(int leftoverRow) const;
-    /// With "~" in place of the home.
-    Q_INVOKABLE QString shownPath(int leftoverRow) const;
-    // What the menus of the two lists offer.
-    Q_INVOKABLE void openLeftover(int row);
-    Q_INVOKABLE void showLeftover(int row);
-    Q_INVOKABLE void copyLeftover(int row);
-    Q_INVOKABLE void showApp(int row);
-    Q_INVOKABLE void copyApp(int row);
 
     /// Selects the application of that name, id or path as soon as the inventory is known; says so when there
     /// is none.

@@ -20,8 +20,8 @@ class DiskState final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppModel.")
-    /// The volume of the user's data, and the one that was measured last (the same unless another was
-    /// chosen).
+    /// The volume of the user's data, and the one that was measured last (the same unless
+    /// another was chosen).
     Q_PROPERTY(orbel::DiskLedger* ownLedger READ ownLedger CONSTANT)
     Q_PROPERTY(orbel::DiskLedger* ledger READ ledger CONSTANT)
     /// "5.8 GB", or "—" when it is not known.

@@ -210,53 +210,8 @@ void DuplicatesFlow::setAllFolded(bool folded) {
     groups_.setAllFolded(folded);
 }
 
-bool DuplicatesFlow::isFolded(int row) const {
-    return groups_.isRow(row) && groups_.groupAt(row).isFolded;
-}
-
-bool DuplicatesFlow::isHead(int row) const {
-    return groups_.isRow(row) && groups_.isHead(row);
-}
-
 int DuplicatesFlow::headOf(int row) const {
     return groups_.isRow(row) ? groups_.headOf(row) : -1;
-}
-
-int DuplicatesFlow::find(const QString& text, int row) const {
-    return groups_.find(text, row);
-}
-
-QString DuplicatesFlow::statusOf(int row) const {
-    if (!groups_.isRow(row))
-        return duplicatesRunning() ? tr("Searching for duplicates…") : QString();
-    const auto& group = groups_.groupAt(row);
-    const auto& file = groups_.fileAt(row);
-    const auto path = textOf(tildePath(file.path, policy_->homePath()));
-    if (groups_.isHead(row) || file.path == group.keptFile().path)
-        return tr("%1  ·  the copy that is kept").arg(path);
-    return tr("%1  ·  identical to the kept copy, byte for byte").arg(path);
-}
-
-void DuplicatesFlow::open(int row) {
-    if (groups_.isRow(row))
-        environment_.desktop->open(groups_.fileAt(row).path);
-}
-
-void DuplicatesFlow::showInFileManager(int row) {
-    if (groups_.isRow(row))
-        environment_.desktop->showInFileManager(groups_.fileAt(row).path);
-}
-
-void DuplicatesFlow::copyPath(int row) {
-    if (groups_.isRow(row))
-        environment_.desktop->copyText(textOf(groups_.fileAt(row).path));
-}
-
-void DuplicatesFlow::showOnMap(int row) {
-    if (!groups_.isRow(row))
-        return;
-    if (const auto node = scan_.tree()->index(groups_.fileAt(row).path, policy_->canonicalizer()))
-        Q_EMIT mapWanted(*node);
 }
 
 void DuplicatesFlow::review() {

@@ -109,16 +109,7 @@ public:
     Q_INVOKABLE void keepFolderFirst(const QUrl& folder);
     Q_INVOKABLE void setFolded(int row, bool folded);
     Q_INVOKABLE void setAllFolded(bool folded);
-    Q_INVOKABLE bool isFolded(int row) const;
-    Q_INVOKABLE bool isHead(int row) const;
     Q_INVOKABLE int headOf(int row) const;
-    Q_INVOKABLE int find(const QString& text, int row) const;
-    /// What the status line tells of a row.
-    Q_INVOKABLE QString statusOf(int row) const;
-    Q_INVOKABLE void open(int row);
-    Q_INVOKABLE void showInFileManager(int row);
-    Q_INVOKABLE void copyPath(int row);
-    Q_INVOKABLE void showOnMap(int row);
     /// Asks the disk about all that is ticked, then for a confirmation of what may be moved.
     Q_INVOKABLE void review();
 
@@ -163,8 +154,6 @@ public:
 
 Q_SIGNALS:
     void changed();
-    /// The map is to show this node of the shown tree.
-    void mapWanted(quint32 node);
     void progressChanged();
 
 private:

@@ -227,33 +227,6 @@ void JournalFlow::putBack(int row) {
         putBack_.putBackSession(std::string(list_.sessionAt(row).id));
 }
 
-void JournalFlow::showInFileManager(int row) {
-    const auto* const entry = list_.entryAt(row);
-    if (entry == nullptr)
-        return;
-    const auto stage = list_.stageAt(row);
-    const bool isInTrash = stage == QLatin1String("inTrash") || stage == QLatin1String("occupied");
-    environment_.desktop->showInFileManager(isInTrash && entry->trashPath ? *entry->trashPath
-                                                                          : entry->originalPath);
-}
-
-void JournalFlow::copyPath(int row) {
-    if (const auto* const entry = list_.entryAt(row))
-        environment_.desktop->copyText(textOf(entry->originalPath));
-}
-
-int JournalFlow::find(const QString& letters, int row) const {
-    return list_.find(letters, row);
-}
-
-QVariantMap JournalFlow::facts(int row) const {
-    const auto at = list_.index(row);
-    return {{QStringLiteral("title"), at.data(JournalModel::TitleRole)},
-            {QStringLiteral("detail"), at.data(JournalModel::DetailRole)},
-            {QStringLiteral("item"), list_.entryAt(row) != nullptr},
-            {QStringLiteral("possible"), list_.isPossibleAt(row)}};
-}
-
 void JournalFlow::exportJournal(const QUrl& file) {
     const auto path = pathOfFileUrl(file.toEncoded().toStdString());
     if (!path)

@@ -52,21 +52,14 @@ public:
     /// Reads the journal again, and asks the disk again about what is in sight. Ignored while something
     /// moves to the Trash or back, after which this happens anyway.
     Q_INVOKABLE void refresh();
-    /// Settles what an earlier process could not write, and reads the journal again, after a reading that is
-    /// under way.
+    /// Settles what an earlier process could not write, and reads the journal again, after a reading that
+    /// is under way.
     void load();
     Q_INVOKABLE void showFile() { environment_.desktop->showInFileManager(journal_->path()); }
     void setSearch(const QString& words);
     Q_INVOKABLE void setFolded(int row, bool folded);
     /// Puts back the item of the row; of a head, all of the session that can be put back.
     Q_INVOKABLE void putBack(int row);
-    /// Shows where the item of the row is now: in the Trash, else where it was.
-    Q_INVOKABLE void showInFileManager(int row);
-    /// The path that the item of the row had.
-    Q_INVOKABLE void copyPath(int row);
-    Q_INVOKABLE int find(const QString& letters, int row) const;
-    /// What the menu of the row is to know: "title", "detail", "item", "possible".
-    Q_INVOKABLE QVariantMap facts(int row) const;
     /// As JSON when the file's name ends in ".json", else as Markdown.
     Q_INVOKABLE void exportJournal(const QUrl& file);
 

@@ -57,7 +57,6 @@ void LargeOldFlow::followTree() {
     }
     finding_.drop();
     list_ = std::make_shared<LargeOldList>();
-    Q_EMIT replaced();
     arrangement_.gone.clear();
     bytes_ = 0;
     version_ = -1;
@@ -87,7 +86,6 @@ void LargeOldFlow::refresh() {
 
 void LargeOldFlow::take(Found found, int version) {
     list_ = std::move(found.list);
-    Q_EMIT replaced();
     arrangement_.gone.clear();
     version_ = version;
     isKnown_ = true;
@@ -157,39 +155,6 @@ void LargeOldFlow::toggleTick(quint32 node) {
     auto item = list_->ticked(*row);
     const bool wasTicked = ticks_.contains(item.item.id);
     ticks_.setTicked(std::move(item), !wasTicked);
-}
-
-bool LargeOldFlow::isTicked(quint32 node) const {
-    const auto row = list_->find(node);
-    return row && ticks_.contains(list_->rows()[*row].id());
-}
-
-const std::string* LargeOldFlow::pathOf(quint32 node) const {
-    const auto row = list_->find(node);
-    return row ? &list_->rows()[*row].item.path : nullptr;
-}
-
-void LargeOldFlow::open(quint32 node) {
-    if (const auto* const path = pathOf(node))
-        environment_.desktop->open(*path);
-}
-
-void LargeOldFlow::showInFileManager(quint32 node) {
-    if (const auto* const path = pathOf(node))
-        environment_.desktop->showInFileManager(*path);
-}
-
-void LargeOldFlow::copyPath(quint32 node) {
-    if (const auto* const path = pathOf(node))
-        environment_.desktop->copyText(textOf(*path));
-}
-
-void LargeOldFlow::showOnMap(quint32 node) {
-    const auto* const path = pathOf(node);
-    if (path == nullptr)
-        return;
-    if (const auto shown = scan_.tree()->index(*path, policy_->canonicalizer()))
-        Q_EMIT mapWanted(*shown);
 }
 
 std::size_t LargeOldFlow::count() const {

@@ -73,15 +73,9 @@ public:
 
     /// Sorts by a column; once more by the same one, the other way round.
     Q_INVOKABLE void sortBy(int column);
-    // Of a row, told by its node in the tree that the rows are of, which may be another one than is shown
-    // elsewhere by now. What is in no row changes nothing.
-
+    /// Of a row, told by its node in the tree that the rows are of, which may be another one than is shown
+    /// elsewhere by now. What is in no row changes nothing.
     Q_INVOKABLE void toggleTick(quint32 node);
-    Q_INVOKABLE bool isTicked(quint32 node) const;
-    Q_INVOKABLE void open(quint32 node);
-    Q_INVOKABLE void showInFileManager(quint32 node);
-    Q_INVOKABLE void copyPath(quint32 node);
-    Q_INVOKABLE void showOnMap(quint32 node);
 
     // State.
 
@@ -117,10 +111,6 @@ public:
 
 Q_SIGNALS:
     void changed();
-    /// The map is to show this node of the shown tree.
-    void mapWanted(quint32 node);
-    /// The rows are of another look, and perhaps of another tree: a node kept from before is nobody's.
-    void replaced();
 
 private:
     struct Found {
@@ -135,7 +125,6 @@ private:
     void arrange();
     void show(LargeOldOrder order);
     void dropMoved(const std::vector<std::string>& moved);
-    const std::string* pathOf(quint32 node) const;
     std::size_t count() const;
     QString countedFiles() const;
 

@@ -5,6 +5,7 @@
 #include "Delete/RepositoryNote.h"
 #include "Map/TreemapModel.h"
 #include "Models/ByteFigure.h"
+#include "Models/ItemKey.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
@@ -348,6 +349,7 @@ MapItemFacts MapModel::facts(quint32 node) const {
     const auto whole = focusBytes();
     return {.valid = true,
             .node = node,
+            .key = keyOf(path),
             .name = node == 0 ? rootName() : textOf(tree_->nameBytes(node)),
             .kind = static_cast<int>(TreemapModel::representativeKind(*tree_, node)),
             .kindName = kindText(*tree_, node),

@@ -119,8 +119,8 @@ public:
 Q_SIGNALS:
     void changed();
     void deletingChanged();
-    /// What was at these paths was moved just now: lists drop their rows at once, before the edited tree is
-    /// there.
+    /// What was at these paths was moved just now: lists drop their rows at once, before the edited
+    /// tree is there.
     void moved(const std::vector<std::string>& paths);
     /// What was at these paths is back there, whichever way it was put back.
     void restored(const std::vector<std::string>& paths);

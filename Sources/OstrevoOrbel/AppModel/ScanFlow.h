@@ -79,8 +79,8 @@ public:
     Q_INVOKABLE void measureAgain() { startScan(std::string(scanRoot_)); }
     /// Stops the scan that runs; what it has found so far is then shown as partial.
     Q_INVOKABLE void stop();
-    /// Looks for the permission again. When it is there for the first time, starts the scan of the command
-    /// line.
+    /// Looks for the permission again. When it is there for the first time, starts the scan of
+    /// the command line.
     Q_INVOKABLE void refreshFullDiskAccess();
     Q_INVOKABLE void openPrivacySettings();
 

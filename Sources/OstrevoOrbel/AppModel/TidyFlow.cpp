@@ -173,36 +173,6 @@ void TidyFlow::review(TidyListModel* list) {
     moves_.ask(list->ticked());
 }
 
-void TidyFlow::open(TidyListModel* list, int row) {
-    if (list->isRow(row))
-        environment_.desktop->open(list->row(row).item.item.path);
-}
-
-void TidyFlow::showInFileManager(TidyListModel* list, int row) {
-    if (list->isRow(row))
-        environment_.desktop->showInFileManager(list->row(row).item.item.path);
-}
-
-void TidyFlow::copyPath(TidyListModel* list, int row) {
-    if (list->isRow(row))
-        environment_.desktop->copyText(textOf(list->row(row).item.item.path));
-}
-
-void TidyFlow::showOnMap(TidyListModel* list, int row) {
-    if (!list->isRow(row))
-        return;
-    if (const auto node = scan_.tree()->index(list->row(row).item.item.path, policy_->canonicalizer()))
-        Q_EMIT mapWanted(*node);
-}
-
-QString TidyFlow::statusOf(TidyListModel* list, int row) const {
-    if (!list->isRow(row))
-        return {};
-    const auto& shown = list->row(row);
-    const auto path = textOf(tildePath(shown.item.item.path, environment_.home));
-    return tr("%1  ·  %2").arg(path, list == &folders_ ? tr("empty folder") : shown.detail);
-}
-
 void TidyFlow::setFilter(const QString& text) {
     if (text == filter_)
         return;

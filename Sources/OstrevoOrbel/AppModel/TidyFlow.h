@@ -60,12 +60,6 @@ public:
     Q_INVOKABLE void setAllTicked(orbel::TidyListModel* list, bool ticked);
     /// Asks for a confirmation of what is ticked in a list.
     Q_INVOKABLE void review(orbel::TidyListModel* list);
-    Q_INVOKABLE void open(orbel::TidyListModel* list, int row);
-    Q_INVOKABLE void showInFileManager(orbel::TidyListModel* list, int row);
-    Q_INVOKABLE void copyPath(orbel::TidyListModel* list, int row);
-    Q_INVOKABLE void showOnMap(orbel::TidyListModel* list, int row);
-    /// What the status line tells of a row.
-    Q_INVOKABLE QString statusOf(orbel::TidyListModel* list, int row) const;
 
     // State.
 
@@ -91,8 +85,6 @@ public:
 
 Q_SIGNALS:
     void changed();
-    /// The map is to show this node of the shown tree.
-    void mapWanted(quint32 node);
 
 private:
     struct Found {

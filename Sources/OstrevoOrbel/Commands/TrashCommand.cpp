@@ -144,8 +144,8 @@ std::vector<DeletionItem> itemsNamed(std::span<const std::string> words, const S
     for (std::size_t i = 0; i < words.size(); ++i) {
         if (auto paths = policy.resolver(); !found[i])
             find(i, itemPath(words[i], policy, paths));
-        if (found[i])
-            items.push_back(*std::move(found[i]));
+        if (auto& item = found[i])
+            items.push_back(*std::move(item));
     }
     return items;
 }

@@ -2,9 +2,10 @@
 
 #include "Models/ByteFigure.h"
 #include "Models/IconAddress.h"
-#include "Models/TypeAhead.h"
+#include "Models/ItemKey.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
+#include "Util/TextMatcher.h"
 
 #include <algorithm>
 #include <numeric>
@@ -35,7 +36,8 @@ AppsModel::AppsModel(std::string home, QObject* parent) : RoleList(parent), home
     const auto of = [this](auto read) {
         return [this, read](int row) -> QVariant { return read(*at(row)); };
     };
-    setRoles({{"name", of([](const Entry& entry) { return textOf(entry.app.name); })},
+    setRoles({{"key", of([](const Entry& entry) { return keyOf(entry.app.path); })},
+              {"name", of([](const Entry& entry) { return textOf(entry.app.name); })},
               {"identity", of([this](const Entry& entry) { return entry.id(home_); })},
               {"picture", of([](const Entry& entry) { return iconAddress(entry.app.icon); })},
               {"initial", of([](const Entry& entry) { return entry.initial(); })},
@@ -139,10 +141,6 @@ int AppsModel::rowOf(const std::string& path) const {
     const auto row =
         std::ranges::find(rows_, path, [this](std::size_t number) { return entries_[number].app.path; });
     return row == rows_.end() ? -1 : static_cast<int>(row - rows_.begin());
-}
-
-int AppsModel::findFrom(const QString& text, int row) const {
-    return nextRowNamed(text, row, rowCount(), [this](int next) { return at(next)->app.name; });
 }
 
 int AppsModel::rowCount(const QModelIndex& parent) const {

@@ -52,9 +52,6 @@ public:
     bool isBySize() const { return bySize_; }
     bool isDescending() const { return descending_; }
 
-    /// The first row after `row`, going round, whose name begins with the text; -1 when there is none.
-    Q_INVOKABLE int findFrom(const QString& text, int row) const;
-
     int rowCount(const QModelIndex& parent = {}) const override;
 
 Q_SIGNALS:

@@ -1,9 +1,9 @@
 #include "Models/DuplicateGroupsModel.h"
 
 #include "Models/ByteFigure.h"
+#include "Models/ItemKey.h"
 #include "Models/MapWords.h"
 #include "Models/PathSet.h"
-#include "Models/TypeAhead.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
@@ -84,7 +84,8 @@ DuplicateGroupsModel::DuplicateGroupsModel() {
     const auto isKept = [this](Row row) {
         return row.copy >= 0 && groups_[row.group].kept() == static_cast<std::size_t>(row.copy);
     };
-    setRoles({{"head", of([](Row row) { return row.copy < 0; })},
+    setRoles({{"key", [this](int row) { return keyOf(fileAt(row).path); }},
+              {"head", of([](Row row) { return row.copy < 0; })},
               {"name", [this](int row) { return textOf(lastPathComponent(fileAt(row).path)); }},
               {"kind", of([this](Row row) { return static_cast<int>(groups_[row.group].kind()); })},
               {"copies", ofHead(copiesText)},
@@ -311,11 +312,6 @@ const DuplicateFile& DuplicateGroupsModel::fileAt(int row) const {
     const auto [number, copy] = rows_[at(row)];
     const auto& group = groups_[number];
     return copy < 0 ? group.keptFile() : group.file(static_cast<std::size_t>(copy));
-}
-
-int DuplicateGroupsModel::find(const QString& text, int row) const {
-    return nextRowNamed(text, row, rowCount(),
-                        [this](int next) { return lastPathComponent(fileAt(next).path); });
 }
 
 QString DuplicateGroupsModel::pathText(const DuplicateFile& file) const {

@@ -67,8 +67,6 @@ public:
     const DuplicateFile& fileAt(int row) const;
     /// The row of the head of the group that this row belongs to.
     int headOf(int row) const { return headRows_[rows_[at(row)].group]; }
-    /// The first row after `row`, going round, whose name begins with `text`; -1 when there is none.
-    int find(const QString& text, int row) const;
     bool isRow(int row) const { return row >= 0 && row < rowCount(); }
 
     int rowCount(const QModelIndex& parent = {}) const override;

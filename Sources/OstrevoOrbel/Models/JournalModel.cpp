@@ -2,7 +2,7 @@
 
 #include "Launch/Screen.h"
 #include "Models/ByteFigure.h"
-#include "Models/TypeAhead.h"
+#include "Models/ItemKey.h"
 #include "Models/Wording.h"
 #include "Scan/FileKind.h"
 #include "Util/PathText.h"
@@ -204,22 +204,12 @@ const JournalEntry* JournalModel::entryAt(int row) const {
     return item ? &history_->entry(item->line) : nullptr;
 }
 
-QString JournalModel::stageAt(int row) const {
-    const auto item = itemAt(row);
-    return item ? stageOf(*item) : QString();
-}
-
 bool JournalModel::isPossibleAt(int row) const {
     return row >= 0 && row < rows_ && index(row).data(PossibleRole).toBool();
 }
 
 const JournalHistory::Session& JournalModel::sessionAt(int row) const {
     return history_->sessions()[cardAt(row).session];
-}
-
-int JournalModel::find(const QString& letters, int row) const {
-    return nextRowNamed(letters, row, rows_,
-                        [this](int next) { return index(next).data(TitleRole).toString().toStdString(); });
 }
 
 int JournalModel::rowOf(Line line) const {
@@ -335,6 +325,7 @@ QVariant JournalModel::headData(const Card& card, int role) const {
     switch (role) {
     case HeadRole:
         return true;
+    case Qt::DisplayRole:
     case TitleRole:
         return capitalised(dateText(session.time, now_));
     case DetailRole: {
@@ -388,8 +379,16 @@ QVariant JournalModel::valueOf(const JournalHistory::Item& item, int role) const
     case HeadRole:
     case FoldedRole:
         return false;
+    case Qt::DisplayRole:
     case TitleRole:
         return textOf(entry.title);
+    case keyRole:
+        return keyOf(entry.originalPath);
+    case PlaceRole: {
+        const auto stage = stageOf(item);
+        const bool isInTrash = stage == QLatin1String("inTrash") || stage == QLatin1String("occupied");
+        return keyOf(isInTrash && entry.trashPath ? *entry.trashPath : entry.originalPath);
+    }
     case DetailRole:
         return textOf(tildePath(entry.originalPath, home_));
     case KindRole: {
@@ -445,9 +444,10 @@ QString JournalModel::reasonOf(const JournalHistory::Item& item) const {
 }
 
 QHash<int, QByteArray> JournalModel::roleNames() const {
-    return {{HeadRole, "head"},         {TitleRole, "title"}, {DetailRole, "detail"}, {StageRole, "stage"},
-            {PossibleRole, "possible"}, {LastRole, "last"},   {FoldedRole, "folded"}, {RemarkRole, "remark"},
-            {ActionRole, "action"},     {KindRole, "kind"},   {ReasonRole, "reason"}, {SizeRole, "size"}};
+    return {{keyRole, "key"},       {PlaceRole, "place"},   {HeadRole, "head"},         {TitleRole, "title"},
+            {DetailRole, "detail"}, {StageRole, "stage"},   {PossibleRole, "possible"}, {LastRole, "last"},
+            {FoldedRole, "folded"}, {RemarkRole, "remark"}, {ActionRole, "action"},     {KindRole, "kind"},
+            {ReasonRole, "reason"}, {SizeRole, "size"}};
 }
 
 } // namespace orbel

@@ -39,7 +39,8 @@ public:
         FoldedRole,
         RemarkRole, ///< "all 3 can be put back"
         ActionRole, ///< "Put Back All 3"
-        // Of an item.
+        // Of an item; its key is the path that it had.
+        PlaceRole, ///< the key of where it is now: in the Trash, else where it was
         KindRole,
         ReasonRole,
         SizeRole
@@ -67,11 +68,8 @@ public:
     int headOf(int row) const;
     /// Of an item; null for a head.
     const JournalEntry* entryAt(int row) const;
-    QString stageAt(int row) const;
     bool isPossibleAt(int row) const;
     const JournalHistory::Session& sessionAt(int row) const;
-    /// The first row after `row`, going round, whose title begins with these letters; -1 when there is none.
-    int find(const QString& letters, int row) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

@@ -1,7 +1,7 @@
 #include "Models/LargeOldModel.h"
 
 #include "Models/ByteFigure.h"
-#include "Models/TypeAhead.h"
+#include "Models/ItemKey.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
@@ -42,7 +42,8 @@ LargeOldModel::LargeOldModel(const Ticks& ticks, std::string home)
     const auto of = [this](auto read) {
         return [this, read](int place) -> QVariant { return read(rowAt(place)); };
     };
-    setRoles({{"node", of([](const Row& row) { return row.index; })},
+    setRoles({{"key", of([](const Row& row) { return keyOf(row.item.path); })},
+              {"node", of([](const Row& row) { return row.index; })},
               {"name", of([](const Row& row) { return textOf(row.item.title); })},
               {"folder",
                of([this](const Row& row) { return textOf(tildePath(parentPath(row.item.path), home_)); })},
@@ -96,16 +97,17 @@ int LargeOldModel::placeOf(const QString& id) const {
     return !row || order_.places[*row] == LargeOldOrder::nowhere ? -1 : static_cast<int>(order_.places[*row]);
 }
 
-QString LargeOldModel::idAt(int row) const {
-    return row < 0 || row >= rowCount() ? QString() : QString::fromStdString(rowAt(row).id());
-}
-
-int LargeOldModel::findName(const QString& start, int row) const {
-    return nextRowNamed(start, row, rowCount(), [this](int next) { return rowAt(next).item.title; });
-}
-
 const LargeOldQuery::Row& LargeOldModel::rowAt(int place) const {
     return list_->rows()[order_.rows[static_cast<std::size_t>(place)]];
+}
+
+QModelIndexList LargeOldModel::match(const QModelIndex& start, int role, const QVariant& value, int hits,
+                                     Qt::MatchFlags flags) const {
+    if (role != keyRole)
+        return RoleList::match(start, role, value, hits, flags);
+    const auto module = std::string(rawValue(DeletionModule::largeOld));
+    const int place = placeOf(QString::fromStdString(module + ":" + pathOfKey(value.toString())));
+    return place < 0 ? QModelIndexList() : QModelIndexList{index(place)};
 }
 
 int LargeOldModel::rowCount(const QModelIndex& parent) const {

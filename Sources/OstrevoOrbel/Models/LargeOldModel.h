@@ -35,12 +35,12 @@ public:
 
     std::uint64_t bytes() const { return bytes_; }
     /// Where an item of that id is shown; -1 where it is not.
-    Q_INVOKABLE int placeOf(const QString& id) const;
-    Q_INVOKABLE QString idAt(int row) const;
-    /// The first row after `row`, going round, whose name begins so, in any case; -1 when there is none.
-    Q_INVOKABLE int findName(const QString& start, int row) const;
+    int placeOf(const QString& id) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
+    /// Finds a key at once, however many rows there are.
+    QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
+                          Qt::MatchFlags flags) const override;
 
 private:
     const LargeOldQuery::Row& rowAt(int place) const;

@@ -1,7 +1,7 @@
 #include "Models/LeftoversModel.h"
 
 #include "Models/ByteFigure.h"
-#include "Models/TypeAhead.h"
+#include "Models/ItemKey.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
@@ -32,7 +32,10 @@ LeftoversModel::LeftoversModel(std::string home, const Ticks& ticks, QObject* pa
         return [this, read](int row) -> QVariant { return read(rows_[static_cast<std::size_t>(row)]); };
     };
     setRoles(
-        {{"section", of([](const Row& row) { return sectionName(row.section); })},
+        {{"key", of([](const Row& row) { return keyOf(row.ticked.item.path); })},
+         {"label", of([](const Row& row) { return textOf(lastPathComponent(row.ticked.item.path)); })},
+         {"path", of([this](const Row& row) { return textOf(tildePath(row.ticked.item.path, home_)); })},
+         {"section", of([](const Row& row) { return sectionName(row.section); })},
          {"title", of([this](const Row& row) { return titleOf(row); })},
          {"detail", of([this](const Row& row) { return detailOf(row); })},
          {"kind",
@@ -90,20 +93,9 @@ const TickedItem* LeftoversModel::itemAt(int row) const {
     return each.words.isEmpty() && each.section != Section::shared ? &each.ticked : nullptr;
 }
 
-std::string LeftoversModel::pathAt(int row) const {
-    return row < 0 || row >= rowCount() ? std::string()
-                                        : rows_[static_cast<std::size_t>(row)].ticked.item.path;
-}
-
 std::size_t LeftoversModel::positionOf(const std::string& path) const {
     const auto row = std::ranges::find(rows_, path, [](const Row& each) { return each.ticked.item.path; });
     return static_cast<std::size_t>(row - rows_.begin());
-}
-
-int LeftoversModel::findFrom(const QString& text, int row) const {
-    return nextRowNamed(text, row, rowCount(), [this](int next) {
-        return lastPathComponent(rows_[static_cast<std::size_t>(next)].ticked.item.path);
-    });
 }
 
 QString LeftoversModel::sectionName(Section section) {

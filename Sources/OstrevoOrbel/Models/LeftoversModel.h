@@ -33,10 +33,7 @@ public:
 
     /// Null for a row that stands for nothing that could be ticked.
     const TickedItem* itemAt(int row) const;
-    /// Of an item, or of what an administrator would have to remove; empty for words.
-    std::string pathAt(int row) const;
     std::size_t positionOf(const std::string& path) const;
-    Q_INVOKABLE int findFrom(const QString& text, int row) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
 

@@ -19,8 +19,8 @@ public:
     using QObject::QObject;
 
     QStringList glyphs() const;
-    /// "ground", "edge", "hatch", "hatchGround"; "frames" by depth; "fills" and "labels" by a kind's raw
-    /// value.
+    /// "ground", "edge", "hatch", "hatchGround"; "frames" by depth; "fills" and "labels" by a
+    /// kind's raw value.
     Q_INVOKABLE QVariantMap colors(bool dark) const;
 };
 

@@ -34,6 +34,8 @@ class MapItemFacts {
     /// Whether this says anything; everything else is empty when not.
     Q_PROPERTY(bool valid MEMBER valid)
     Q_PROPERTY(quint32 node MEMBER node)
+    /// See ItemKey.h.
+    Q_PROPERTY(QString key MEMBER key)
     Q_PROPERTY(QString name MEMBER name)
     Q_PROPERTY(int kind MEMBER kind)
     Q_PROPERTY(QString kindName MEMBER kindName)
@@ -52,6 +54,7 @@ class MapItemFacts {
 public:
     bool valid = false;
     quint32 node = 0;
+    QString key;
     QString name;
     int kind = 0;
     QString kindName;

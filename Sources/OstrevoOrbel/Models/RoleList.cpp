@@ -1,5 +1,9 @@
 #include "Models/RoleList.h"
 
+#include "Models/ItemKey.h"
+
+#include <algorithm>
+
 namespace orbel {
 
 RoleList::RoleList(QObject* parent) : QAbstractListModel(parent) {
@@ -9,10 +13,17 @@ RoleList::RoleList(QObject* parent) : QAbstractListModel(parent) {
 }
 
 QVariant RoleList::data(const QModelIndex& index, int role) const {
-    const auto number = static_cast<std::size_t>(role - Qt::UserRole);
+    const auto number = role == keyRole           ? numberOf("key")
+                        : role == Qt::DisplayRole ? std::min(numberOf("label"), numberOf("name"))
+                                                  : static_cast<std::size_t>(role - Qt::UserRole);
     if (!checkIndex(index, CheckIndexOption::IndexIsValid) || number >= roles_.size())
         return {};
     return roles_[number].read(index.row());
+}
+
+std::size_t RoleList::numberOf(const char* name) const {
+    return static_cast<std::size_t>(
+        std::ranges::find_if(roles_, [&](const Role& role) { return role.name == name; }) - roles_.begin());
 }
 
 QHash<int, QByteArray> RoleList::roleNames() const {

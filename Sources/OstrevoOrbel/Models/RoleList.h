@@ -8,7 +8,8 @@
 namespace orbel {
 
 /// A list whose roles are a table: the name that QML knows each by, and how to read it of a row. Used on the
-/// main thread.
+/// main thread. The role "key" is also there as `keyRole`, and "label", else "name", as the display role, by
+/// which rows are found.
 class RoleList : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -39,6 +40,8 @@ protected:
     void notifyRows();
 
 private:
+    std::size_t numberOf(const char* name) const; ///< as many as there are when there is none
+
     std::vector<Role> roles_;
 };
 

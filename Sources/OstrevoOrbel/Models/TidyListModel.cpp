@@ -1,7 +1,7 @@
 #include "Models/TidyListModel.h"
 
+#include "Models/ItemKey.h"
 #include "Models/PathSet.h"
-#include "Models/TypeAhead.h"
 #include "Models/Wording.h"
 
 #include <algorithm>
@@ -18,7 +18,9 @@ TidyListModel::TidyListModel() {
         return [this, read](int shown) -> QVariant { return read(row(shown)); };
     };
     setRoles(
-        {{"path", of([this](const Row& row) { return pathText(row); })},
+        {{"key", of([](const Row& row) { return keyOf(row.item.item.path); })},
+         {"label", of([](const Row& row) { return textOf(lastPathComponent(row.item.item.path)); })},
+         {"path", of([this](const Row& row) { return pathText(row); })},
          {"detail", of([](const Row& row) { return row.detail; })},
          {"badge", of([](const Row& row) { return row.badge; })},
          {"warn", of([](const Row& row) { return row.isAmiss; })},
@@ -123,11 +125,6 @@ int TidyListModel::tickedInside() const {
     return std::accumulate(
         ticks_.byPath().begin(), ticks_.byPath().end(), 0,
         [](int sum, const auto& ticked) { return sum + static_cast<int>(ticked.second.count); });
-}
-
-int TidyListModel::find(const QString& text, int row) const {
-    return nextRowNamed(text, row, rowCount(),
-                        [this](int next) { return lastPathComponent(this->row(next).item.item.path); });
 }
 
 int TidyListModel::rowCount(const QModelIndex& parent) const {

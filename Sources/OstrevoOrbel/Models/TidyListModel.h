@@ -60,8 +60,6 @@ public:
     int tickedInside() const;
     /// Ticked rows that the filter hides.
     int hiddenTicked() const { return ticks_.hiddenCount(); }
-    /// The first row after `row`, going round, whose name begins with `text`; -1 when there is none.
-    Q_INVOKABLE int find(const QString& text, int row) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
 

@@ -5,8 +5,6 @@ import OstrevoOrbel
 ScreenFrame {
     id: view
 
-    required property AppModel app
-
     firstFocus: page
     objectName: "help"
     scope: qsTr("What Vanto promises, and its keys")
@@ -21,12 +19,10 @@ ScreenFrame {
         spacing: 14
         width: parent.width
 
-        PathIcon {
+        Icon {
             id: icon
 
             color: Theme.accent
-            height: Theme.icon
-            width: height
             y: 1
         }
         Column {
@@ -39,12 +35,9 @@ ScreenFrame {
                 width: parent.width
                 wrapMode: Text.Wrap
             }
-            ThemedText {
+            Paragraph {
                 id: sentence
 
-                color: Theme.text2
-                width: parent.width
-                wrapMode: Text.Wrap
             }
         }
     }
@@ -82,27 +75,20 @@ ScreenFrame {
                     Column {
                         width: parent.width - mark.width - parent.spacing
 
-                        ThemedText {
-                            Accessible.name: text
-                            Accessible.role: Accessible.Heading
-                            bold: true
+                        Heading {
                             role: ThemedText.Title
                             text: qsTr("Ostrevo Vanto %1").arg(view.app.version)
                             width: parent.width
                         }
-                        ThemedText {
-                            color: Theme.text2
+                        Paragraph {
                             objectName: "help.motto"
                             text: view.app.motto
-                            width: parent.width
-                            wrapMode: Text.Wrap
                         }
                     }
                 }
-                Rectangle {
-                    color: Theme.lineSoft
-                    height: 1
-                    width: parent.width
+                Hairline {
+                    edge: Qt.TopEdge
+                    soft: true
                 }
                 Promise {
                     iconPath: Theme.icons.large
@@ -191,26 +177,20 @@ ScreenFrame {
                 x: Theme.cardPadding
                 y: 12
 
-                ThemedText {
-                    color: Theme.text2
+                Paragraph {
                     text: qsTr("The same engine without a window, for scripts and servers. Its results are JSON.")
-                    width: parent.width
-                    wrapMode: Text.Wrap
                 }
                 CommandLine {
                     command: "orbel --help"
                     maximumWidth: parent.width
                     objectName: "help.command"
-                    width: implicitWidth
                 }
             }
         }
-        ThemedText {
+        Paragraph {
             color: Theme.text3
-            role: ThemedText.Small
             text: qsTr("Built with Qt under the LGPL 3. The typeface is Noto Sans under the SIL Open Font License 1.1.")
-            width: parent.width
-            wrapMode: Text.Wrap
+            role: ThemedText.Small
         }
     }
 }

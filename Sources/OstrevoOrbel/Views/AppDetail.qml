@@ -5,25 +5,17 @@ import OstrevoOrbel
 FocusScope {
     id: pane
 
+    required property ItemActions actions
     required property AppsFlow flow
     property bool narrow: false
     property int padding: 24
 
     readonly property appFacts facts: flow.selected
     /// What the status line says of the row with the focus.
-    readonly property string status: table.selectedRow >= 0 ? flow.shownPath(table.selectedRow) : ""
+    readonly property string status: table.selectedRow >= 0 ? table.status : ""
 
     signal backWanted()
 
-    function openMenu(row: int, item: Item, x: real, y: real): void {
-        const shown = item as LeftoverRow;
-        menu.item = row;
-        menu.itemName = shown.title;
-        menu.itemFacts = shown.size;
-        menu.refusal = shown.refusal;
-        menu.ticked = flow.isTicked(row);
-        menu.popup(item, x, y);
-    }
     function sectionTitle(section: string): string {
         return section === "app" ? qsTr("The app")
             : section === "leftovers" ? qsTr("Leftovers and why they belong to it")
@@ -39,28 +31,24 @@ FocusScope {
             pane.backWanted();
     }
 
-    Connections {
-        target: pane.flow.leftovers
-
-        function onModelReset(): void {
-            table.selectedRow = -1;
-            table.currentRow = -1;
-        }
-    }
-
     Rectangle {
         anchors.fill: parent
         color: Theme.surface
     }
-    EmptyState {
-        anchors.centerIn: parent
-        height: implicitHeight
+    Hairline {
+        edge: Qt.LeftEdge
+        visible: !pane.narrow
+        z: 1
+    }
+    ListState {
+        anchors.fill: parent
+        anchors.leftMargin: pane.padding
+        anchors.rightMargin: pane.padding
         iconPath: Theme.icons.uninstall
         objectName: "uninstall.noSelection"
         sentence: qsTr("What it would leave behind is listed here, with the evidence.")
         statement: qsTr("Choose an app")
         visible: !pane.facts.valid
-        width: parent.width - 2 * pane.padding
     }
     Item {
         id: head
@@ -102,10 +90,7 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 4
 
-            ThemedText {
-                Accessible.name: text
-                Accessible.role: Accessible.Heading
-                bold: true
+            Heading {
                 objectName: "uninstall.name"
                 role: ThemedText.Title
                 text: pane.facts.name
@@ -157,67 +142,77 @@ FocusScope {
                 role: ThemedText.Title
                 text: pane.facts.total
             }
-            ThemedText {
+            SmallText {
                 id: parts
 
                 anchors.right: parent.right
-                color: Theme.text2
                 elide: Text.ElideNone
-                role: ThemedText.Small
                 text: pane.facts.parts
                 visible: !pane.narrow
             }
         }
-        Rectangle {
-            anchors.bottom: parent.bottom
-            color: Theme.line
-            height: 1
-            width: parent.width
-        }
+        Hairline {}
     }
-    LoadingState {
-        anchors.left: parent.left
-        anchors.leftMargin: pane.padding
-        anchors.top: head.bottom
-        anchors.topMargin: pane.padding
-        objectName: "uninstall.planning"
-        statement: qsTr("Looking for what belongs to %1").arg(pane.facts.name)
-        visible: pane.flow.planning && table.count === 0
-        width: Math.min(Theme.px(300), parent.width - 2 * pane.padding)
-    }
-    RowTable {
-        id: table
-
-        Accessible.name: qsTr("What goes with %1").arg(pane.facts.name)
-        Accessible.role: Accessible.List
+    ListState {
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: head.bottom
-        find: (text, row) => pane.flow.leftovers.findFrom(text, row)
+        looking: qsTr("Looking for what belongs to %1").arg(pane.facts.name)
+        objectName: "uninstall.planning"
+        padding: pane.padding
+        visible: pane.flow.planning && table.count === 0
+    }
+    ItemTable {
+        id: table
+
+        Accessible.name: qsTr("What goes with %1").arg(pane.facts.name)
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: head.bottom
         focus: true
+        menu: menu
         model: pane.flow.leftovers
         objectName: "uninstall.leftovers"
         section.property: "section"
         visible: pane.facts.valid
 
-        onCopyWanted: row => pane.flow.copyLeftover(row)
-        onMenuWanted: (row, item, x, y) => pane.openMenu(row, item, x, y)
         onTickWanted: row => pane.flow.toggleTick(row)
 
-        delegate: LeftoverRow {
-            focused: table.showsFocus && ListView.isCurrentItem
-            narrow: pane.narrow
-            padding: pane.padding
-            selected: table.selectedRow === index
-            width: ListView.view.width
+        delegate: ItemRow {
+            id: row
 
-            onChosen: table.choose(index)
-            onMenuWanted: (x, y) => pane.openMenu(index, this, x, y)
-            onTickWanted: {
-                table.choose(index);
-                pane.flow.toggleTick(index);
-            }
+            readonly property string remark: refusal || note
+            /// Beside the size where there is room, else in place of the second line.
+            readonly property bool showsBadge: listed && remark !== "" && !pane.narrow
+
+            detail: !pane.narrow ? model.detail : refused ? refusal
+                : [note, model.detail].filter(words => words !== "").join(" · ")
+            inset: pane.padding
+            lineHeight: Theme.tallRowHeight
+            listed: model.listed
+            status: model.path
+            tickGap: 13
+            tickName: "uninstall.tick." + name
+            ticks: true
+            words: listed ? [name, size, model.detail].filter(text => text !== "").join(", ") : name
+
+            cells: [
+                Badge {
+                    anchors.verticalCenter: parent.verticalCenter
+                    iconPath: row.refused ? Theme.icons.lock : Theme.icons.info
+                    text: row.remark
+                    visible: row.showsBadge
+                    width: Math.min(implicitWidth, row.width * 0.42)
+                },
+                ItemCell {
+                    color: row.refused ? Theme.text2 : Theme.ink
+                    columnWidth: Theme.px(62)
+                    text: row.size
+                    visible: row.listed
+                }
+            ]
         }
         // Between the application and its leftovers stands what has to be done first.
         section.delegate: Column {
@@ -242,18 +237,11 @@ FocusScope {
                 height: Theme.tableHeadHeight
                 width: parent.width
 
-                Rectangle {
-                    color: Theme.line
-                    height: 1
+                Hairline {
+                    edge: Qt.TopEdge
                     visible: heading.section !== "app"
-                    width: parent.width
                 }
-                Rectangle {
-                    anchors.bottom: parent.bottom
-                    color: Theme.line
-                    height: 1
-                    width: parent.width
-                }
+                Hairline {}
                 ThemedText {
                     id: title
 
@@ -265,15 +253,13 @@ FocusScope {
                     bold: true
                     text: pane.sectionTitle(heading.section)
                 }
-                ThemedText {
+                SmallText {
                     id: remark
 
                     anchors.right: parent.right
                     anchors.rightMargin: pane.padding
                     anchors.verticalCenter: parent.verticalCenter
-                    color: Theme.text2
                     elide: Text.ElideNone
-                    role: ThemedText.Small
                     text: pane.sectionRemark(heading.section)
                 }
             }
@@ -283,12 +269,7 @@ FocusScope {
     ItemMenu {
         id: menu
 
+        actions: pane.actions
         objectName: "uninstall.menu"
-        zoomable: false
-
-        onCopyWanted: row => pane.flow.copyLeftover(row)
-        onOpenWanted: row => pane.flow.openLeftover(row)
-        onShowWanted: row => pane.flow.showLeftover(row)
-        onTickWanted: row => pane.flow.toggleTick(row)
     }
 }

@@ -7,23 +7,15 @@ FocusScope {
 
     required property AppsFlow flow
     property int padding: 16
-    readonly property alias currentRow: table.currentRow
+    required property ItemActions actions
 
     /// An application was chosen to be looked at, where the list alone is in sight.
     signal opened()
 
     function follow(): void {
-        table.currentRow = pane.flow.selectedRow;
+        table.currentIndex = pane.flow.selectedRow;
         table.selectedRow = pane.flow.selectedRow;
     }
-    function openMenu(row: int, item: Item, x: real, y: real): void {
-        const shown = item as AppRow;
-        menu.item = row;
-        menu.itemName = shown.name;
-        menu.itemFacts = [shown.source, shown.size].join(" · ");
-        menu.popup(item, x, y);
-    }
-
     Component.onCompleted: pane.follow()
 
     Connections {
@@ -44,10 +36,9 @@ FocusScope {
 
         anchors.left: parent.left
         anchors.right: parent.right
+        inset: pane.padding
 
-        HeadCell {
-            anchors.left: parent.left
-            anchors.leftMargin: pane.padding
+        first: HeadCell {
             objectName: "uninstall.byName"
             order: pane.flow.list.bySize ? HeadCell.None
                 : pane.flow.list.descending ? HeadCell.Descending : HeadCell.Ascending
@@ -55,10 +46,8 @@ FocusScope {
 
             onClicked: pane.flow.sortBy(false)
         }
-        HeadCell {
+        cells: HeadCell {
             alignment: Text.AlignRight
-            anchors.right: parent.right
-            anchors.rightMargin: 16
             objectName: "uninstall.bySize"
             order: !pane.flow.list.bySize ? HeadCell.None
                 : pane.flow.list.descending ? HeadCell.Descending : HeadCell.Ascending
@@ -67,46 +56,67 @@ FocusScope {
             onClicked: pane.flow.sortBy(true)
         }
     }
-    RowTable {
+    ItemTable {
         id: table
 
         Accessible.name: qsTr("Apps")
-        Accessible.role: Accessible.List
         anchors.bottom: foot.top
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: head.bottom
-        find: (text, row) => pane.flow.list.findFrom(text, row)
         focus: true
+        keepsPlaces: false
+        menu: menu
         model: pane.flow.list
         objectName: "uninstall.apps"
 
-        onActivated: pane.opened()
-        onCopyWanted: row => pane.flow.copyApp(row)
-        onMenuWanted: (row, item, x, y) => pane.openMenu(row, item, x, y)
-        onSelectedRowChanged: pane.flow.select(selectedRow)
+        delegate: ItemRow {
+            id: row
 
-        delegate: AppRow {
-            focused: table.showsFocus && ListView.isCurrentItem
-            padding: pane.padding
-            selected: table.selectedRow === index
-            width: ListView.view.width
+            Accessible.description: detail
+            detail: model.identity
+            facts: [model.source, size].join(" · ")
+            gap: 8
+            iconWidth: Theme.px(28)
+            inset: pane.padding
+            nameElide: Text.ElideRight
+            nameGap: 12
+            opens: 1
+            showsKind: false
+            words: [name, model.source, size].join(", ")
 
-            onChosen: table.choose(index)
-            onMenuWanted: (x, y) => pane.openMenu(index, this, x, y)
-            onOpened: pane.opened()
+            icon: AppIcon {
+                anchors.verticalCenter: parent.verticalCenter
+                initial: row.model.initial
+                picture: row.model.picture
+            }
+            cells: [
+                Badge {
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: row.model.source
+                    visible: text !== ""
+                    width: Math.min(implicitWidth, row.width * 0.34)
+                },
+                ItemCell {
+                    columnWidth: Theme.px(62)
+                    text: row.size
+                }
+            ]
         }
+
+        onActivated: pane.opened()
+        onSelectedRowChanged: pane.flow.select(selectedRow)
     }
-    EmptyState {
+    ListState {
         action: qsTr("Show All")
-        anchors.centerIn: table
-        height: implicitHeight
+        anchors.fill: table
+        anchors.leftMargin: pane.padding
+        anchors.rightMargin: pane.padding
         iconPath: Theme.icons.search
         objectName: "uninstall.noMatch"
         primary: false
         statement: qsTr("No app matches “%1”").arg(pane.flow.findText)
         visible: pane.flow.loaded && !pane.flow.anyShown
-        width: parent.width - 2 * pane.padding
 
         onTriggered: pane.flow.findText = ""
     }
@@ -117,12 +127,10 @@ FocusScope {
         height: Theme.tableHeadHeight
         width: parent.width
 
-        Rectangle {
-            color: Theme.line
-            height: 1
-            width: parent.width
+        Hairline {
+            edge: Qt.TopEdge
         }
-        ThemedText {
+        SmallText {
             Accessible.name: text
             Accessible.role: Accessible.StaticText
             anchors.left: parent.left
@@ -130,9 +138,7 @@ FocusScope {
             anchors.right: parent.right
             anchors.rightMargin: 16
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.text2
             objectName: "uninstall.summary"
-            role: ThemedText.Small
             text: pane.flow.loading ? qsTr("%1 · reading again…").arg(pane.flow.shownText) : pane.flow.shownText
         }
     }
@@ -140,12 +146,9 @@ FocusScope {
     ItemMenu {
         id: menu
 
+        actions: pane.actions
         objectName: "uninstall.appMenu"
         openable: false
         tickable: false
-        zoomable: false
-
-        onCopyWanted: row => pane.flow.copyApp(row)
-        onShowWanted: row => pane.flow.showApp(row)
     }
 }

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import OstrevoOrbel
 
 /// What is wanted of the groups: from which size on, and which copy is kept.
-Item {
+FilterBar {
     id: bar
 
     required property DuplicatesFlow flow
@@ -13,28 +13,19 @@ Item {
 
     signal folderWanted()
 
-    implicitHeight: Theme.filterBarHeight
-
-    Rectangle {
-        anchors.bottom: parent.bottom
-        color: Theme.line
-        height: 1
-        width: parent.width
-    }
     RowLayout {
         anchors.fill: parent
         anchors.leftMargin: bar.padding
         anchors.rightMargin: bar.padding
         spacing: 16
 
-        Chip {
-            id: size
-
+        ChipMenu {
+            about: qsTr("Size")
+            choice: bar.flow.minimumChoice
+            choices: bar.flow.minimumChoices
             objectName: "duplicates.size"
-            text: qsTr("Size")
-            value: qsTr("%1 or more").arg(bar.flow.minimumText)
 
-            onClicked: sizes.popup(size, 0, size.height + 4)
+            onChosen: choice => bar.flow.minimumChoice = choice
         }
         Rectangle {
             Layout.preferredHeight: 20
@@ -64,13 +55,12 @@ Item {
                     bar.folderWanted();
             }
         }
-        ThemedText {
+        SmallText {
             Layout.fillWidth: true
             Layout.minimumWidth: 0
             color: Theme.text3
             elide: Text.ElideMiddle
             objectName: "duplicates.rules"
-            role: ThemedText.Small
             text: !bar.flow.searched ? "" : bar.flow.ruleFolder !== "" ? qsTr("%1 first").arg(bar.flow.ruleFolder)
                 : bar.middling ? "" : qsTr("One copy always stays")
         }
@@ -85,25 +75,6 @@ Item {
             ThemedText {
                 color: Theme.text2
                 text: " · " + bar.flow.potentialText
-            }
-        }
-    }
-    ActionMenu {
-        id: sizes
-
-        Repeater {
-            model: bar.flow.minimumChoices
-
-            MenuEntry {
-                required property int index
-                required property string modelData
-
-                checkable: true
-                checked: bar.flow.minimumChoice === index
-                objectName: "duplicates.size." + index
-                text: modelData
-
-                onTriggered: bar.flow.minimumChoice = index
             }
         }
     }

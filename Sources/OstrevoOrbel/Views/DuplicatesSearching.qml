@@ -7,20 +7,14 @@ Column {
 
     required property DuplicatesFlow flow
 
-    ThemedText {
-        Accessible.name: text
-        Accessible.role: Accessible.Heading
-        bold: true
+    Heading {
         role: ThemedText.Title
         text: qsTr("Comparing files of equal size")
         width: parent.width
     }
-    ThemedText {
+    Paragraph {
         bottomPadding: 20
-        color: Theme.text2
         text: qsTr("Nothing is called a duplicate until every byte has been compared.")
-        width: parent.width
-        wrapMode: Text.Wrap
     }
     SizeBar {
         Accessible.name: compared.text

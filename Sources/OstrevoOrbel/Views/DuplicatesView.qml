@@ -6,11 +6,8 @@ import OstrevoOrbel
 ScreenFrame {
     id: screen
 
-    required property AppModel app
     readonly property DuplicatesFlow flow: app.duplicates
     readonly property bool hasList: flow.searched && !flow.running && table.count > 0
-    /// The row that the pointer is on; -1 for none.
-    property int hoveredRow: -1
 
     // What had the focus is no longer to be seen.
     onFirstFocusChanged: if (activeFocus && !field.activeFocus) Qt.callLater(takeFocus, Qt.TabFocusReason)
@@ -18,14 +15,14 @@ ScreenFrame {
     firstFocus: flow.running ? stop : hasList ? table : nothingToShow
     objectName: "duplicates"
     scope: flow.scopeText
-    status: flow.running ? flow.statusOf(-1)
-        : hasList ? flow.statusOf(hoveredRow >= 0 ? hoveredRow : table.currentRow) : ""
+    status: flow.running ? qsTr("Searching for duplicates…") : hasList ? table.status : ""
     title: qsTr("Duplicates")
 
     actions: [
         EntryField {
             id: field
 
+            findable: true
             keys: screen.narrow ? "" : qsTr("Ctrl F")
             objectName: "duplicates.find"
             placeholderText: qsTr("Name or folder contains")
@@ -36,11 +33,11 @@ ScreenFrame {
             onTextChanged: screen.flow.filter = text
         },
         PushButton {
-            hint: qsTr("Ticks every copy in every group shown, but the one that is kept")
+            hint: qsTr("Ticks every copy in every group shown, except the one that is kept")
             iconOnly: screen.narrow
             iconPath: Theme.icons.check
             objectName: "duplicates.tickOthers"
-            text: qsTr("Tick All but the Kept")
+            text: qsTr("Select All Except Kept")
             visible: screen.hasList
 
             onClicked: screen.flow.tickAllOthers()
@@ -118,87 +115,57 @@ ScreenFrame {
         onReviewed: screen.flow.review()
     }
 
-    RowTable {
+    ItemTable {
         id: table
 
         /// Which of a copy's two controls the keys act on: its tick, or the mark that keeps it.
         property bool keepFocused: false
 
-        function act(row: int): void {
-            const copy = itemAt(row) as DuplicateRow;
-            if (copy && !copy.head && (keepFocused || copy.kept))
-                screen.flow.keep(row);
-            else
-                screen.flow.toggleTick(row);
-        }
-        function openMenu(row: int, item: Item, x: real, y: real): void {
-            const copy = itemAt(row) as DuplicateRow;
-            if (!copy)
-                return;
-            const chosen = copy.head ? groupMenu : copyMenu;
-            chosen.item = row;
-            chosen.itemName = copy.name;
-            chosen.itemFacts = copy.head ? copy.copies : [copy.path, copy.size].join(" · ");
-            chosen.ticked = copy.ticked;
-            chosen.folded = copy.folded;
-            chosen.kept = copy.kept;
-            chosen.refusal = copy.head ? "" : copy.kept ? qsTr("This copy stays") : copy.refusal;
-            chosen.popup(item, x, y);
-        }
-
         Accessible.name: qsTr("Groups of identical files")
+        Accessible.role: Accessible.Table
         anchors.fill: parent
-        find: (text, row) => screen.flow.find(text, row)
+        menu: copyMenu
+        menuOf: row => row.head ? groupMenu : copyMenu
         model: screen.flow.groups
         objectName: "duplicates.table"
         visible: screen.hasList
 
         delegate: DuplicateRow {
             closing: index === table.count - 1
-            focused: table.showsFocus && ListView.isCurrentItem
-            narrow: screen.narrow
             keepFocused: table.keepFocused
+            narrow: screen.narrow
             padding: screen.padding
-            selected: table.selectedRow === index
-            width: ListView.view.width
 
-            onChosen: table.choose(index)
             onFoldWanted: screen.flow.setFolded(index, !folded)
-            onHoveredChanged: {
-                if (hovered)
-                    screen.hoveredRow = index;
-                else if (screen.hoveredRow === index)
-                    screen.hoveredRow = -1;
-            }
             onKeepWanted: {
-                chosen();
                 table.keepFocused = true;
                 screen.flow.keep(index);
             }
-            onMenuWanted: (x, y) => table.openMenu(index, this, x, y)
-            onTickWanted: {
-                chosen();
-                table.keepFocused = false;
-                screen.flow.toggleTick(index);
-            }
+            onTickWanted: table.keepFocused = false
         }
 
         onActivated: row => {
-            if (screen.flow.isHead(row))
-                screen.flow.setFolded(row, !screen.flow.isFolded(row));
+            const shown = itemAt(row);
+            if (shown.head)
+                screen.flow.setFolded(row, !shown.folded);
             else
-                screen.flow.showOnMap(row);
+                screen.app.actions.showOnMap(shown.key);
         }
-        onCopyWanted: row => screen.flow.copyPath(row)
-        onMenuWanted: (row, item, x, y) => openMenu(row, item, x, y)
-        onTickWanted: row => act(row)
+        onTickWanted: row => {
+            const shown = itemAt(row);
+            if (!shown.head && (keepFocused || shown.kept))
+                screen.flow.keep(row);
+            else
+                screen.flow.toggleTick(row);
+        }
         onTurned: (row, right) => {
-            if (screen.flow.isHead(row))
+            const shown = itemAt(row);
+            if (shown.head)
                 screen.flow.setFolded(row, !right);
-            else if (right || keepFocused && !(itemAt(row) as DuplicateRow)?.kept)
+            else if (right || keepFocused && !shown.kept)
                 keepFocused = right;
             else
-                currentRow = selectedRow = screen.flow.headOf(row);
+                currentIndex = selectedRow = screen.flow.headOf(row);
         }
     }
     DuplicatesSearching {
@@ -207,74 +174,69 @@ ScreenFrame {
         visible: screen.flow.running
         width: Math.min(Theme.px(520), parent.width - 2 * screen.padding)
     }
-    EmptyState {
+    ListState {
         id: nothingToShow
 
-        readonly property bool unmeasured: !screen.app.scan.measuredAny
         readonly property bool filtered: screen.flow.searched && screen.flow.countText !== "0"
 
-        action: screen.app.scan.running ? "" : unmeasured ? qsTr("Measure This Disk")
-            : screen.flow.outsideHome ? "" : !screen.flow.searched ? qsTr("Find Duplicates")
+        action: screen.flow.outsideHome ? "" : !screen.flow.searched ? qsTr("Find Duplicates")
             : filtered && screen.flow.filter !== "" ? qsTr("Show All Groups") : ""
         anchors.fill: parent
+        app: screen.app
         iconPath: Theme.icons.duplicates
         objectName: "duplicates.empty"
         primary: !filtered
-        sentence: screen.app.scan.running ? qsTr("Duplicates can be searched when everything has been measured.")
-            : unmeasured ? qsTr("Files of equal size are known once the disk is measured.")
-            : screen.flow.outsideHome ? qsTr("%1 is not in the home folder, and duplicates are searched only there.").arg(screen.app.scan.root)
+        sentence: screen.flow.outsideHome ? qsTr("%1 is not in the home folder, and duplicates are searched only there.").arg(screen.app.scan.root)
             : !screen.flow.searched ? qsTr("Files of equal size in the home folder are read and compared to the last byte. That can take a while, and changes nothing.")
             : filtered ? qsTr("No group has a copy with such a name or folder, and files of %1 or more.").arg(screen.flow.minimumText)
             : qsTr("No two files of %1 or more in the home folder are the same in every byte.").arg(screen.flow.minimumText)
-        statement: screen.app.scan.running ? screen.app.scan.scopeText : unmeasured ? qsTr("Not measured yet")
-            : screen.flow.outsideHome ? qsTr("Nothing to search here")
+        statement: screen.flow.outsideHome ? qsTr("Nothing to search here")
             : !screen.flow.searched ? qsTr("Not searched yet") : filtered ? qsTr("No group matches")
             : qsTr("No duplicates found")
+        unmeasured: qsTr("Files of equal size are known once the disk is measured.")
         visible: !screen.flow.running && !screen.hasList
+        waiting: qsTr("Duplicates can be searched when everything has been measured.")
 
         onTriggered: {
-            if (unmeasured)
-                screen.app.scan.scanDisk();
-            else if (filtered)
+            if (filtered)
                 field.clear();
             else
                 screen.flow.search();
         }
     }
-
-    component RowMenu: ItemMenu {
-        property bool folded: false
-        property bool kept: false
-    }
-
-    RowMenu {
+    ItemMenu {
         id: copyMenu
 
-        objectName: "duplicates.menu"
-        zoomText: qsTr("Show on Map")
+        readonly property bool kept: refusal === keptWords
+        readonly property string keptWords: qsTr("This copy stays")
 
-        onCopyWanted: row => screen.flow.copyPath(row)
-        onOpenWanted: row => screen.flow.open(row)
-        onShowWanted: row => screen.flow.showInFileManager(row)
-        onTickWanted: row => screen.flow.toggleTick(row)
-        onZoomWanted: row => screen.flow.showOnMap(row)
+        actions: screen.app.actions
+        objectName: "duplicates.menu"
+
+        onAboutToShow: table.keepFocused = false
 
         MenuEntry {
             iconPath: copyMenu.kept ? Theme.icons.check : ""
             objectName: "duplicates.menu.keep"
             text: qsTr("Keep This Copy")
 
-            onTriggered: screen.flow.keep(copyMenu.item)
+            onTriggered: screen.flow.keep(table.rowOf(copyMenu.key))
         }
     }
     ActionMenu {
         id: groupMenu
 
-        property int item: -1
+        property int row: -1
         property bool ticked: false
         property bool folded: false
-        property bool kept: false
-        property string refusal: ""
+
+        function show(head: var): void {
+            row = head.index;
+            itemName = head.name;
+            itemFacts = head.facts;
+            ticked = head.tick === Qt.Checked;
+            folded = head.folded;
+        }
 
         objectName: "duplicates.groupMenu"
 
@@ -283,7 +245,7 @@ ScreenFrame {
             objectName: "duplicates.groupMenu.fold"
             text: groupMenu.folded ? qsTr("Unfold") : qsTr("Fold")
 
-            onTriggered: screen.flow.setFolded(groupMenu.item, !groupMenu.folded)
+            onTriggered: screen.flow.setFolded(groupMenu.row, !groupMenu.folded)
         }
         MenuEntry {
             objectName: "duplicates.groupMenu.foldAll"
@@ -303,9 +265,9 @@ ScreenFrame {
             iconPath: groupMenu.ticked ? Theme.icons.check : ""
             keys: qsTr("Space")
             objectName: "duplicates.groupMenu.tick"
-            text: groupMenu.ticked ? qsTr("Untick This Group") : qsTr("Tick All but the Kept")
+            text: groupMenu.ticked ? qsTr("Untick This Group") : qsTr("Select All Except Kept")
 
-            onTriggered: screen.flow.toggleTick(groupMenu.item)
+            onTriggered: screen.flow.toggleTick(groupMenu.row)
         }
     }
     FolderDialog {
@@ -316,18 +278,6 @@ ScreenFrame {
         onAccepted: screen.flow.keepFolderFirst(selectedFolder)
     }
 
-    Shortcut {
-        enabled: screen.visible && screen.flow.tickedCount > 0
-        sequence: "Del"
-
-        onActivated: screen.flow.review()
-    }
-    Shortcut {
-        enabled: screen.visible && field.visible
-        sequence: "Ctrl+F"
-
-        onActivated: field.forceActiveFocus(Qt.ShortcutFocusReason)
-    }
     Shortcut {
         enabled: screen.visible && screen.flow.running
         sequence: "Esc"

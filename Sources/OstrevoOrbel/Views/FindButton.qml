@@ -14,10 +14,10 @@ PushButton {
         box.open();
     }
     function choose(row: int): void {
-        const match = list.itemAtIndex(row) as FindRow;
+        const match = list.itemAt(row);
         if (!match)
             return;
-        const node = match.node;
+        const node = match.model.node;
         box.close();
         button.app.showOnMap(node);
     }
@@ -86,7 +86,7 @@ PushButton {
                 placeholderText: qsTr("Find a file or folder")
                 width: parent.width
 
-                Keys.onDownPressed: list.move(1)
+                Keys.onDownPressed: list.step(1)
                 Keys.onEnterPressed: button.chooseCurrent()
                 Keys.onEscapePressed: event => {
                     event.accepted = true;
@@ -96,55 +96,55 @@ PushButton {
                     const rows = Math.max(1, Math.floor(list.height / Theme.rowHeight) - 1);
                     event.accepted = event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp;
                     if (event.accepted)
-                        list.move(event.key === Qt.Key_PageDown ? rows : -rows);
+                        list.step(event.key === Qt.Key_PageDown ? rows : -rows);
                 }
                 Keys.onReturnPressed: button.chooseCurrent()
-                Keys.onUpPressed: list.move(-1)
+                Keys.onUpPressed: list.step(-1)
                 onTextChanged: {
                     button.chosenAhead = false;
                     matches.text = text;
                 }
             }
-            ListView {
+            ItemTable {
                 id: list
 
-                function move(by: int): void {
-                    if (count > 0)
-                        currentIndex = Math.max(0, Math.min(count - 1, currentIndex + by));
+                function step(by: int): void {
+                    list.move(list.currentIndex + by, false);
                 }
 
                 Accessible.name: qsTr("What was found")
-                Accessible.role: Accessible.List
-                boundsBehavior: Flickable.StopAtBounds
-                clip: true
+                focusPolicy: Qt.NoFocus
                 height: Math.min(contentHeight, Theme.rowHeight * (Window.height < Theme.shortBelow ? 6 : 8))
-                highlightMoveDuration: 0
                 model: matches
                 objectName: button.objectName + ".list"
-                reuseItems: true
+                selects: false
                 visible: count > 0
                 width: parent.width
 
-                T.ScrollBar.vertical: ScrollThumb {
-                    visible: size < 1
-                }
-                delegate: FindRow {
+                delegate: ItemRow {
+                    id: row
+
+                    detail: model.folder
+                    gap: 12
+                    inset: 12
                     objectName: button.objectName + ".row." + index
-                    selected: index === list.currentIndex
-                    width: list.width
+                    opens: 1
+                    selected: ListView.isCurrentItem
+                    words: [name, model.kindName, size].join(", ") + ", " + qsTr("in %1").arg(detail)
 
-                    onChosen: button.choose(index)
+                    cells: ItemCell {
+                        text: row.size
+                    }
                 }
 
+                onActivated: row => button.choose(row)
                 onCountChanged: currentIndex = count > 0 ? 0 : -1
             }
-            ThemedText {
+            SmallText {
                 Accessible.name: text
                 Accessible.role: Accessible.StatusBar
-                color: Theme.text2
                 leftPadding: 8
                 objectName: button.objectName + ".summary"
-                role: ThemedText.Small
                 text: matches.searching ? qsTr("Looking…") : matches.summary
                 visible: matches.text !== "" && text !== ""
                 width: parent.width

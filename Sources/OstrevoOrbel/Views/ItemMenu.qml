@@ -1,80 +1,92 @@
 import QtQuick
 import OstrevoOrbel
 
-/// The menu of one item, which it names and keeps to, whatever the pointer is on by then.
+/// The menu of one item, which it names and keeps to by its key, wherever the pointer is by then.
 ActionMenu {
     id: menu
 
-    /// What the item is, for the intents below: a node of the tree, or a row of the screen that opened the menu.
-    property int item: -1
+    required property ItemActions actions
+    /// The item, and the key of where it lies now when that is elsewhere.
+    property string key: ""
+    property string shownKey: key
     property bool ticked: false
-    /// Whether the item can be ticked here at all, and why not now.
-    property bool tickable: true
     property string refusal: ""
+    /// What this list offers: a tick, opening the item, and, on the map, zooming and measuring a folder again.
+    property bool tickable: true
     property bool openable: true
-    property bool zoomable: true
-    /// Whether it is a folder that can be measured again here.
-    property bool rescannable: false
-    property string zoomText: qsTr("Zoom")
-    property string zoomKeys: qsTr("Enter")
+    property bool zooms: false
+    property bool zoomable: false
+    property bool isFolder: false
+    property bool measured: false
 
-    signal openWanted(item: int)
-    signal showWanted(item: int)
-    signal copyWanted(item: int)
-    signal zoomWanted(item: int)
-    signal rescanWanted(item: int)
-    signal tickWanted(item: int)
+    signal tickWanted(key: string)
+    signal zoomWanted()
+
+    /// Makes it the menu of what a row shows; a list that has more to say does that too.
+    function show(row: var): void {
+        showItem(row);
+    }
+    function showItem(row: var): void {
+        key = row.key;
+        itemName = row.itemName;
+        itemFacts = row.facts;
+        refusal = row.tickRefusal;
+        ticked = row.tick !== Qt.Unchecked;
+        measured = actions.isMeasured(row.key);
+    }
 
     MenuEntry {
-        height: visible ? implicitHeight : 0
-        visible: menu.openable
         iconPath: Theme.icons.open
         objectName: menu.objectName + ".open"
         text: qsTr("Open")
+        visible: menu.openable
 
-        onTriggered: menu.openWanted(menu.item)
+        onTriggered: menu.actions.open(menu.key)
     }
     MenuEntry {
         iconPath: Theme.icons.folders
         objectName: menu.objectName + ".show"
         text: qsTr("Show in File Manager")
+        visible: menu.key !== ""
 
-        onTriggered: menu.showWanted(menu.item)
+        onTriggered: menu.actions.showInFileManager(menu.shownKey)
     }
     MenuEntry {
         iconPath: Theme.icons.copy
         keys: qsTr("Ctrl C")
         objectName: menu.objectName + ".copy"
         text: qsTr("Copy Path")
+        visible: menu.key !== ""
 
-        onTriggered: menu.copyWanted(menu.item)
+        onTriggered: menu.actions.copyPath(menu.key)
     }
     MenuEntry {
-        height: visible ? implicitHeight : 0
         iconPath: Theme.icons.zoom
-        keys: menu.zoomKeys
+        keys: qsTr("Enter")
         objectName: menu.objectName + ".zoom"
-        text: menu.zoomText
-        visible: menu.zoomable
+        text: menu.zooms ? qsTr("Zoom") : qsTr("Show on Map")
+        visible: menu.zooms ? menu.zoomable : menu.measured
 
-        onTriggered: menu.zoomWanted(menu.item)
+        onTriggered: {
+            if (menu.zooms)
+                menu.zoomWanted();
+            else
+                menu.actions.showOnMap(menu.key);
+        }
     }
     MenuEntry {
-        height: visible ? implicitHeight : 0
         iconPath: Theme.icons.rescan
         keys: qsTr("Shift F5")
         objectName: menu.objectName + ".rescan"
         text: qsTr("Rescan Here")
-        visible: menu.rescannable
+        visible: menu.zooms && menu.isFolder
 
-        onTriggered: menu.rescanWanted(menu.item)
+        onTriggered: menu.actions.measureAgain(menu.key)
     }
     MenuLine {
-        height: visible ? implicitHeight : 0
         visible: menu.tickable
     }
     MenuEntry {
-        height: visible ? implicitHeight : 0
         iconPath: menu.ticked ? Theme.icons.check : ""
         keys: qsTr("Space")
         objectName: menu.objectName + ".tick"
@@ -82,6 +94,6 @@ ActionMenu {
         text: menu.ticked ? qsTr("Untick") : qsTr("Tick")
         visible: menu.tickable
 
-        onTriggered: menu.tickWanted(menu.item)
+        onTriggered: menu.tickWanted(menu.key)
     }
 }

@@ -1,133 +1,129 @@
 import QtQuick
 import OstrevoOrbel
 
-/// One row of the journal's screen: the head of a session's card, or an item in it.
-Item {
+/// The head of a session's card: when it was, what it moved, and the way back for all of it; or an item in it: what it
+/// was, what became of it, and its way back.
+ItemRow {
     id: row
 
-    required property int index
-    required property bool head
-    required property string title
-    required property string detail
-    required property string stage
-    required property bool possible
-    required property bool last
-    required property bool folded
-    required property var remark
-    required property var action
-    required property var kind
-    required property var reason
-    required property var size
+    required property bool ready
+    required property bool narrow
+    required property int padding
 
-    property AppModel app
-    property RowTable list
-    property bool current: false
-    property bool narrow: false
-    property int padding: Theme.pagePadding
-
-    readonly property int gap: !head ? 0 : index === 0 ? 16 : 12
-    /// What lies over the edge of the row is cut off, and so are the corners between two rows.
-    readonly property int above: head ? 0 : Theme.cardRadius
-    readonly property int below: last ? 0 : Theme.cardRadius
+    readonly property bool folded: model.folded
+    readonly property bool possible: model.possible
+    /// Of an item; empty until the disk has been asked.
+    readonly property string stage: head ? "" : model.stage
+    readonly property string reason: model.reason ?? ""
+    readonly property string remark: model.remark ?? ""
+    readonly property var stages: ({
+        inTrash: { words: qsTr("In the Trash"), icon: Theme.icons.trash, tone: Badge.Accent },
+        putBack: { words: qsTr("Put back"), icon: Theme.icons.putBack, tone: Badge.Ok },
+        gone: { words: qsTr("Gone"), icon: Theme.icons.close, tone: Badge.Plain },
+        occupied: { words: qsTr("Place occupied"), icon: Theme.icons.warn, tone: Badge.Warn },
+        skipped: { words: qsTr("Skipped"), icon: Theme.icons.info, tone: Badge.Plain }
+    })
 
     signal putBackWanted()
-    signal foldWanted()
-    signal menuWanted(x: real, y: real)
 
-    implicitHeight: gap + (content.item ? content.item.implicitHeight : 0)
+    Accessible.description: !head ? reason
+        : [folded ? qsTr("folded") : "", remark].filter(words => words !== "").join(", ")
+    above: !head ? 0 : index === 0 ? 16 : 12
+    beside: padding
+    carded: true
+    facts: detail
+    gap: 12
+    head: model.head
+    iconWidth: head ? Theme.icon - 2 : Theme.px(20)
+    last: model.last
+    lineHeight: head ? Math.max(Theme.journalHeadHeight, namesHeight + 12)
+        : Math.max(Theme.journalRowHeight, namesHeight + 8)
+    nameBold: head
+    objectName: (head ? "journal.session." : "journal.item.") + index
+    opens: 0
+    selected: !head && table?.selectedRow === index
+    showsKind: !head
+    words: [name, size, detail, stages[stage]?.words ?? ""].filter(words => words !== "").join(", ")
 
-    Item {
-        anchors.bottom: parent.bottom
-        anchors.left: parent.left
-        anchors.leftMargin: row.padding
-        anchors.right: parent.right
-        anchors.rightMargin: row.padding
-        anchors.top: parent.top
-        anchors.topMargin: row.gap
-        clip: true
+    icon: Icon {
+        anchors.verticalCenter: parent.verticalCenter
+        path: row.folded ? Theme.icons.right : Theme.icons.down
+        visible: row.head
+        x: -2
+    }
+    below: SmallText {
+        text: row.reason
+        visible: row.narrow && text !== ""
+        width: parent.width
+        wrapMode: Text.Wrap
+    }
+    cells: [
+        SmallText {
+            anchors.verticalCenter: parent.verticalCenter
+            maximumLineCount: 2
+            objectName: row.objectName + ".reason"
+            text: row.reason
+            visible: !row.narrow && text !== ""
+            // Half of what the other cells leave.
+            width: (row.bodyWidth - row.nameX - row.inset - bytes.width - stateCell.width - buttonCell.width) / 2
+                - 2 * row.gap
+            wrapMode: Text.Wrap
+        },
+        ItemCell {
+            id: bytes
 
-        Rectangle {
-            anchors.fill: parent
-            anchors.bottomMargin: -row.below
-            anchors.topMargin: -row.above
-            border.color: Theme.line
-            color: row.head ? Theme.sunk : Theme.surface
-            radius: Theme.cardRadius
-        }
-        RowGround {
-            anchors.fill: parent
-            anchors.leftMargin: 1
-            anchors.rightMargin: 1
-            focused: row.list.showsFocus && row.current
-            hovered: pointer.hovered && !row.head
-            radius: row.last && !row.head ? Theme.cardRadius : 0
-            selected: row.list.selectedRow === row.index && !row.head
-            separated: !row.last
-        }
-        Loader {
-            id: content
+            columnWidth: Theme.px(72)
+            text: row.size
+            visible: !row.head
+        },
+        Item {
+            id: stateCell
 
-            anchors.left: parent.left
-            anchors.right: parent.right
-            sourceComponent: row.head ? headContent : itemContent
-        }
-        HoverHandler {
-            id: pointer
-        }
-        TapHandler {
-            acceptedButtons: Qt.LeftButton
+            height: parent.height
+            visible: !row.head
+            width: Theme.px(row.narrow ? 120 : 168)
 
-            onTapped: {
-                row.list.choose(row.index);
-                if (row.head)
-                    row.foldWanted();
+            Badge {
+                anchors.verticalCenter: parent.verticalCenter
+                iconPath: row.stages[row.stage]?.icon ?? ""
+                objectName: row.objectName + ".state"
+                text: row.stages[row.stage]?.words ?? ""
+                tone: row.stages[row.stage]?.tone ?? Badge.Plain
+                visible: text !== ""
+                width: Math.min(implicitWidth, parent.width)
+            }
+        },
+        ItemCell {
+            color: Theme.text2
+            objectName: row.objectName + ".remark"
+            role: ThemedText.Small
+            text: row.narrow ? "" : row.remark
+            visible: row.head
+        },
+        Item {
+            id: buttonCell
+
+            height: parent.height
+            width: row.head ? button.width : Theme.px(76)
+
+            PushButton {
+                id: button
+
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                controlHeight: row.head ? Theme.controlHeight : Theme.smallButtonHeight
+                enabled: row.possible && row.ready
+                focusPolicy: Qt.NoFocus
+                iconPath: row.head ? Theme.icons.putBack : ""
+                // Ctrl+Z puts the newest session back.
+                keys: row.head && row.index === 0 && row.possible && !row.narrow ? qsTr("Ctrl Z") : ""
+                objectName: row.objectName + ".putBack"
+                text: row.model.action ?? qsTr("Put Back")
+                // An item that is in the Trash and cannot go back shows it all the same, with the reason beside it.
+                visible: row.head || row.stage === "inTrash" || row.stage === "occupied"
+
+                onClicked: row.putBackWanted()
             }
         }
-        TapHandler {
-            acceptedButtons: Qt.RightButton
-
-            onTapped: point => {
-                row.list.choose(row.index);
-                const at = row.mapFromItem(parent, point.position.x, point.position.y);
-                row.menuWanted(at.x, at.y);
-            }
-        }
-    }
-
-    Component {
-        id: headContent
-
-        JournalHead {
-            action: row.action ?? ""
-            detail: row.detail
-            folded: row.folded
-            narrow: row.narrow
-            newest: row.index === 0
-            objectName: "journal.session." + row.index
-            possible: row.possible
-            ready: row.app.putBack.ready
-            remark: row.remark ?? ""
-            title: row.title
-
-            onPutBackWanted: row.putBackWanted()
-        }
-    }
-    Component {
-        id: itemContent
-
-        JournalItem {
-            detail: row.detail
-            kind: row.kind ?? 7
-            narrow: row.narrow
-            objectName: "journal.item." + row.index
-            possible: row.possible
-            ready: row.app.putBack.ready
-            reason: row.reason ?? ""
-            size: row.size ?? ""
-            stage: row.stage
-            title: row.title
-
-            onPutBackWanted: row.putBackWanted()
-        }
-    }
+    ]
 }

@@ -7,26 +7,15 @@ import OstrevoOrbel
 ScreenFrame {
     id: view
 
-    required property AppModel app
     readonly property JournalFlow journal: app.journal
     readonly property bool filled: journal.state === "filled"
     readonly property bool windowActive: Window.active
 
-    /// Another program may have written to the journal, or emptied the Trash, while nobody looked.
+    /// Another program may have written to the journal, or emptied the Trash, while the screen was not shown.
     function lookAgain(): void {
         if (visible)
             journal.refresh();
     }
-    function openMenu(row: int, item: Item, x: real, y: real): void {
-        const facts = journal.facts(row);
-        menu.row = row;
-        menu.isItem = facts.item;
-        menu.itemName = facts.title;
-        menu.itemFacts = facts.detail;
-        menu.possible = facts.possible;
-        menu.popup(item, x, y);
-    }
-
     firstFocus: filled ? table : state
     objectName: "journal"
     scope: qsTr("Everything moved and put back · kept on this computer")
@@ -43,6 +32,7 @@ ScreenFrame {
             id: field
 
             enabled: view.filled || view.journal.state === "noMatch"
+            findable: true
             keys: view.narrow ? "" : qsTr("Ctrl F")
             objectName: "journal.find"
             placeholderText: qsTr("Find in the journal")
@@ -71,39 +61,34 @@ ScreenFrame {
         width: view.width
     }
 
-    RowTable {
+    ItemTable {
         id: table
 
         Accessible.name: view.title
         anchors.fill: parent
-        find: (text, row) => view.journal.find(text, row)
+        menu: menu
         model: view.journal.list
         objectName: "journal.table"
         visible: view.filled
 
         delegate: JournalRow {
-            app: view.app
-            current: ListView.isCurrentItem
-            list: table
             narrow: view.narrow
             padding: Math.max(view.padding, (table.width - Theme.tableWidth) / 2)
-            width: table.width
+            ready: view.app.putBack.ready
 
-            onFoldWanted: view.journal.setFolded(index, !folded)
-            onMenuWanted: (x, y) => view.openMenu(index, this, x, y)
             onPutBackWanted: view.journal.putBack(index)
+            onTapped: if (head) view.journal.setFolded(index, !folded)
         }
         footer: Item {
             height: words.height + 32
             width: table.width
 
-            ThemedText {
+            SmallText {
                 id: words
 
                 anchors.centerIn: parent
                 color: Theme.text3
                 horizontalAlignment: Text.AlignHCenter
-                role: ThemedText.Small
                 text: qsTr("Put back never overwrites anything. An item whose place is taken stays in the Trash.")
                 width: parent.width - 2 * view.padding
                 wrapMode: Text.Wrap
@@ -111,83 +96,62 @@ ScreenFrame {
         }
 
         onActivated: row => view.journal.putBack(row)
-        onCopyWanted: row => view.journal.copyPath(row)
-        onMenuWanted: (row, item, x, y) => view.openMenu(row, item, x, y)
         onTickWanted: row => {
             const shown = itemAt(row);
-            if (shown && shown.head)
+            if (shown.head)
                 view.journal.setFolded(row, !shown.folded);
         }
         onTurned: (row, right) => view.journal.setFolded(row, !right)
     }
-    LoadingState {
-        objectName: "journal.loading"
-        statement: qsTr("Reading the journal")
-        visible: view.journal.state === "loading"
-        width: Math.min(Theme.px(440), view.width - 2 * view.padding)
-        x: view.padding
-        y: view.padding
-    }
-    EmptyState {
+    ListState {
         id: state
 
-        readonly property bool failedToRead: view.journal.state === "failed"
         readonly property bool noMatch: view.journal.state === "noMatch"
 
-        action: failedToRead ? qsTr("Try Again") : noMatch ? qsTr("Show All") : ""
-        anchors.centerIn: parent
-        failed: failedToRead
+        action: failed ? qsTr("Try Again") : noMatch ? qsTr("Show All") : ""
+        anchors.fill: parent
+        failed: view.journal.state === "failed"
         focus: true
-        height: implicitHeight
-        iconPath: failedToRead ? Theme.icons.warn : noMatch ? Theme.icons.search : Theme.icons.journal
+        iconPath: failed ? Theme.icons.warn : noMatch ? Theme.icons.search : Theme.icons.journal
+        looking: view.journal.state === "loading" ? qsTr("Reading the journal") : ""
         objectName: "journal.empty"
+        padding: view.padding
         primary: !noMatch
-        sentence: failedToRead ? view.journal.failure
+        sentence: failed ? view.journal.failure
             : noMatch ? qsTr("No title and no path contains “%1”.").arg(view.journal.search)
             : qsTr("Every move to the Trash will be listed here, and can be put back from here.")
-        statement: failedToRead ? qsTr("The journal could not be read")
+        statement: failed ? qsTr("The journal could not be read")
             : noMatch ? qsTr("Nothing found") : qsTr("Nothing has been moved yet")
-        visible: !view.filled && view.journal.state !== "loading"
-        width: parent.width - 2 * view.padding
+        visible: !view.filled
 
         onTriggered: {
-            if (failedToRead)
+            if (failed)
                 view.journal.refresh();
             else
                 field.clear();
         }
     }
-    ActionMenu {
+    ItemMenu {
         id: menu
 
         property int row: -1
-        property bool isItem: false
         property bool possible: false
 
+        function show(shown: var): void {
+            showItem(shown);
+            row = shown.index;
+            possible = shown.possible;
+            // Where it is now: in the Trash, else where it was.
+            shownKey = shown.model.place ?? "";
+        }
+
+        actions: view.app.actions
         objectName: "journal.menu"
+        openable: false
+        tickable: false
 
-        MenuEntry {
-            height: visible ? implicitHeight : 0
-            iconPath: Theme.icons.folders
-            objectName: "journal.menu.show"
-            text: qsTr("Show in File Manager")
-            visible: menu.isItem
-
-            onTriggered: view.journal.showInFileManager(menu.row)
-        }
-        MenuEntry {
-            height: visible ? implicitHeight : 0
-            iconPath: Theme.icons.copy
-            keys: qsTr("Ctrl C")
-            objectName: "journal.menu.copy"
-            text: qsTr("Copy Path")
-            visible: menu.isItem
-
-            onTriggered: view.journal.copyPath(menu.row)
-        }
         MenuLine {
-            height: visible ? implicitHeight : 0
-            visible: menu.isItem
+            visible: menu.key !== ""
         }
         MenuEntry {
             enabled: menu.possible && view.app.putBack.ready
@@ -216,14 +180,6 @@ ScreenFrame {
         // The number of a row may be another row's by now.
         function onRowsChanged(): void {
             menu.close();
-            if (table.selectedRow >= 0)
-                table.selectedRow = table.currentRow;
         }
-    }
-    Shortcut {
-        enabled: view.visible && field.enabled
-        sequence: "Ctrl+F"
-
-        onActivated: field.forceActiveFocus(Qt.ShortcutFocusReason)
     }
 }

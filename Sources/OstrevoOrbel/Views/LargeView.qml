@@ -1,56 +1,27 @@
 import QtQuick
 import OstrevoOrbel
 
-/// Large files that nobody has used for long.
+/// Large files that were not used for long.
 ScreenFrame {
     id: view
 
-    required property AppModel app
     readonly property LargeOldFlow large: app.largeOld
-    readonly property bool measured: app.scan.measuredAny && !app.scan.rootUnreadable
+    readonly property alias measured: state.measured
     readonly property bool listed: measured && table.count > 0
     /// Whether the field shows where there is little room.
     property bool finding: false
-    /// The row under the pointer, and the one with the focus.
-    property string hoveredWords: ""
-    property string currentWords: ""
-    // Focus and selection keep to their files, wherever these are shown.
-    property string focusedFile: ""
-    property string selectedFile: ""
-
-    function holdPlaces(): void {
-        focusedFile = large.rows.idAt(table.currentRow);
-        selectedFile = large.rows.idAt(table.selectedRow);
-    }
-    function findPlaces(): void {
-        const place = large.rows.placeOf(focusedFile);
-        table.currentRow = place >= 0 ? place : Math.min(Math.max(0, table.currentRow), table.count - 1);
-        table.selectedRow = large.rows.placeOf(selectedFile);
-    }
+    readonly property int usedWidth: Theme.px(narrow ? 132 : 176)
 
     function find(): void {
         finding = true;
         field.forceActiveFocus(Qt.ShortcutFocusReason);
         field.selectAll();
     }
-    function openMenu(row: LargeRow, x: real, y: real): void {
-        menu.item = row.node;
-        menu.itemName = row.name;
-        menu.itemFacts = [row.kindName, row.size].join(" · ");
-        menu.refusal = row.refusal;
-        menu.ticked = large.isTicked(row.node);
-        // Not at the row, which may be another one, or gone, when the list is sorted anew.
-        const point = row.mapToItem(table, x, y);
-        menu.popup(table, point.x, point.y);
-    }
-    function rowAt(row: int): LargeRow {
-        return table.itemAt(row) as LargeRow;
-    }
 
     firstFocus: listed ? table : state.visible ? state : null
     objectName: "large"
     scope: narrow && measured && large.known ? [large.shownCount, large.shownSize].join(" · ") : app.scan.scopeText
-    status: !listed ? "" : hoveredWords !== "" ? hoveredWords : currentWords
+    status: listed ? table.status : ""
     title: qsTr("Large and Old")
 
     // What had the focus is gone; the keyboard goes on with what there is now.
@@ -86,8 +57,7 @@ ScreenFrame {
         visible: view.measured
         width: view.width
 
-        Item {
-            height: Theme.filterBarHeight
+        FilterBar {
             width: parent.width
 
             Row {
@@ -166,12 +136,6 @@ ScreenFrame {
                     visible: view.large.running || view.large.known
                 }
             }
-            Rectangle {
-                anchors.bottom: parent.bottom
-                color: Theme.line
-                height: 1
-                width: parent.width
-            }
         }
         Banner {
             action: qsTr("Measure Again")
@@ -201,13 +165,6 @@ ScreenFrame {
         color: Theme.surface
         visible: view.measured
     }
-    LargeColumns {
-        id: layout
-
-        narrow: view.narrow
-        padding: view.padding
-        width: sheet.width
-    }
     Item {
         id: sheet
 
@@ -219,6 +176,8 @@ ScreenFrame {
         TableHead {
             id: head
 
+            firstX: view.padding + Theme.tick + Theme.px(20) + 2 * gap
+            inset: view.padding
             width: parent.width
 
             component Cell: HeadCell {
@@ -232,153 +191,93 @@ ScreenFrame {
                 onClicked: view.large.sortBy(column)
             }
 
-            Cell {
+            first: Cell {
                 column: LargeOldFlow.Name
                 text: qsTr("Name and folder")
-                width: Math.min(implicitWidth, layout.nameWidth)
-                x: layout.nameX
+                width: Math.min(implicitWidth, parent.width)
             }
-            Cell {
-                column: LargeOldFlow.Kind
-                text: qsTr("Kind")
-                visible: !view.narrow
-                width: layout.kindWidth
-                x: layout.kindX
-            }
-            Cell {
-                column: LargeOldFlow.LastUsed
-                text: qsTr("Last used")
-                width: layout.usedWidth
-                x: layout.usedX
-            }
-            Cell {
-                alignment: Text.AlignRight
-                column: LargeOldFlow.Size
-                text: view.narrow ? qsTr("Size") : qsTr("Size on disk")
-                width: Math.max(implicitWidth, layout.sizeWidth)
-                x: layout.sizeX + layout.sizeWidth - width
-            }
+            cells: [
+                Cell {
+                    column: LargeOldFlow.Kind
+                    text: qsTr("Kind")
+                    visible: !view.narrow
+                    width: Theme.px(132)
+                },
+                Cell {
+                    column: LargeOldFlow.LastUsed
+                    text: qsTr("Last used")
+                    width: view.usedWidth
+                },
+                Item {
+                    height: parent.height
+                    width: Theme.px(92)
+
+                    Cell {
+                        alignment: Text.AlignRight
+                        anchors.right: parent.right
+                        column: LargeOldFlow.Size
+                        text: view.narrow ? qsTr("Size") : qsTr("Size on disk")
+                        width: Math.max(implicitWidth, parent.width)
+                    }
+                }
+            ]
         }
-        RowTable {
+        ItemTable {
             id: table
 
             Accessible.name: qsTr("Large and old files")
+            Accessible.role: Accessible.Table
             anchors.bottom: parent.bottom
             anchors.top: head.bottom
-            find: (text, row) => view.large.rows.findName(text, row)
-            focus: true
+            menu: menu
             model: view.large.rows
             objectName: "large.table"
             opacity: view.large.running ? 0.55 : 1
             width: parent.width
 
             delegate: LargeRow {
-                columns: layout
-                current: index === table.currentRow
-                focused: table.showsFocus && current
-                selected: index === table.selectedRow
-                width: table.width
-
-                onChosen: table.choose(index)
-                onCurrentChanged: if (current) view.currentWords = words
-                onHoveredChanged: view.hoveredWords = hovered ? words : ""
-                onMenuWanted: (x, y) => view.openMenu(this, x, y)
-                onOpened: view.large.showOnMap(node)
-                onTickWanted: {
-                    chosen();
-                    view.large.toggleTick(node);
-                }
-                onWordsChanged: if (current) view.currentWords = words
+                inset: view.padding
+                narrow: view.narrow
+                usedWidth: view.usedWidth
             }
 
-            onActivated: row => view.large.showOnMap(view.rowAt(row).node)
-            onCopyWanted: row => view.large.copyPath(view.rowAt(row).node)
-            onMenuWanted: (row, item, x, y) => view.openMenu(item as LargeRow, x, y)
-            onTickWanted: row => view.large.toggleTick(view.rowAt(row).node)
-        }
-        Connections {
-            target: view.large
-
-            function onReplaced(): void {
-                menu.close();
-            }
-        }
-        Connections {
-            target: view.large.rows
-
-            function onModelAboutToBeReset(): void {
-                view.holdPlaces();
-            }
-            function onModelReset(): void {
-                Qt.callLater(view.findPlaces);
-            }
-            function onRowsAboutToBeRemoved(): void {
-                view.holdPlaces();
-            }
-            function onRowsRemoved(): void {
-                Qt.callLater(view.findPlaces);
-            }
+            onActivated: row => view.app.actions.showOnMap(table.itemAt(row).key)
+            onTickWanted: row => view.large.toggleTick(table.itemAt(row).node)
         }
     }
-    LoadingState {
-        objectName: "large.loading"
-        statement: qsTr("Reading when large files were last used")
-        visible: view.measured && table.count === 0 && (view.large.running || !view.large.known)
-        width: Math.min(Theme.px(420), parent.width - 2 * view.padding)
-        x: view.padding
-        y: 20
-    }
-    EmptyState {
+    ListState {
         id: state
 
-        readonly property bool nothingThere: view.measured && view.large.countText === "0"
+        readonly property bool nothingThere: view.large.countText === "0"
 
-        action: view.app.scan.running ? qsTr("Stop")
-            : view.app.scan.rootUnreadable ? qsTr("Choose Folder…")
-            : !view.measured ? qsTr("Measure This Disk")
-            : !nothingThere ? qsTr("Clear")
-            : view.large.age !== 0 ? qsTr("Show Files of Any Age") : ""
+        action: !nothingThere ? qsTr("Clear") : view.large.age !== 0 ? qsTr("Show Files of Any Age") : ""
         anchors.fill: parent
-        failed: view.app.scan.rootUnreadable
-        iconPath: view.app.scan.rootUnreadable ? Theme.icons.warn : Theme.icons.large
+        app: view.app
+        iconPath: Theme.icons.large
+        looking: measured && table.count === 0 && (view.large.running || !view.large.known)
+            ? qsTr("Reading when large files were last used") : ""
         objectName: "large.empty"
-        primary: !view.app.scan.running && !view.measured
-        sentence: view.app.scan.running ? qsTr("The list appears when everything has been measured.")
-            : view.app.scan.rootUnreadable ? qsTr("Nothing in it can be listed.")
-            : !view.measured ? qsTr("Measure the disk to list large files that nobody has used for long.")
-            : nothingThere ? qsTr("No file or package that was measured is that large and that old.")
+        padding: view.padding
+        primary: false
+        sentence: nothingThere ? qsTr("No file or package that was measured is that large and that old.")
             : qsTr("%1 are hidden by this text.").arg(view.large.countText)
-        statement: view.app.scan.running ? view.app.scan.scopeText
-            : view.app.scan.rootUnreadable ? qsTr("%1 could not be read").arg(view.app.scan.root)
-            : !view.measured ? qsTr("Not measured yet")
-            : nothingThere ? qsTr("Nothing here with these filters")
+        statement: nothingThere ? qsTr("Nothing here with these filters")
             : qsTr("No name or folder contains “%1”").arg(view.large.text)
-        visible: !view.listed && !(view.measured && (view.large.running || !view.large.known))
+        unmeasured: qsTr("Measure the disk to list large files that were not used for long.")
+        visible: !view.listed
 
         onTriggered: {
-            if (view.app.scan.running)
-                view.app.scan.stop();
-            else if (view.app.scan.rootUnreadable)
-                view.app.chooseFolderAndScan();
-            else if (!view.measured)
-                view.app.scan.scanDisk();
-            else if (!nothingThere)
-                field.clear();
-            else
+            if (nothingThere)
                 view.large.age = 0;
+            else
+                field.clear();
         }
     }
     ItemMenu {
         id: menu
 
+        actions: view.app.actions
         objectName: "large.menu"
-        zoomText: qsTr("Show on Map")
-
-        onCopyWanted: node => view.large.copyPath(node)
-        onOpenWanted: node => view.large.open(node)
-        onShowWanted: node => view.large.showInFileManager(node)
-        onTickWanted: node => view.large.toggleTick(node)
-        onZoomWanted: node => view.large.showOnMap(node)
     }
 
     Shortcut {
@@ -386,11 +285,5 @@ ScreenFrame {
         sequence: "Ctrl+F"
 
         onActivated: view.find()
-    }
-    Shortcut {
-        enabled: view.visible && view.large.ticks.count > 0
-        sequence: "Del"
-
-        onActivated: view.app.moves.review(view.large.ticks)
     }
 }

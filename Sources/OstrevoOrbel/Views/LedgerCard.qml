@@ -44,9 +44,8 @@ Card {
             app: card.app
             width: parent.width
         }
-        Item {
+        Gap {
             height: 2
-            width: 1
         }
         VolumeBar {
             id: bar
@@ -89,9 +88,7 @@ Card {
                 x: Math.max(0, Math.min(parent.width - width, Math.round((bracket.width - width) / 2)))
                 y: 10
 
-                ThemedText {
-                    color: Theme.text2
-                    role: ThemedText.Small
+                SmallText {
                     text: qsTr("Used, as the file system reports it: ")
                     width: Math.min(implicitWidth, card.width - 2 * column.x - usedText.width)
                 }
@@ -105,9 +102,8 @@ Card {
                 }
             }
         }
-        Item {
+        Gap {
             height: 2
-            width: 1
         }
         Grid {
             id: terms

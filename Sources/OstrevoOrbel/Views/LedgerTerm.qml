@@ -44,10 +44,8 @@ Item {
                 visible: childrenRect.width > 0
                 width: childrenRect.width
             }
-            ThemedText {
-                color: Theme.text2
+            SmallText {
                 lineHeight: Theme.px(18)
-                role: ThemedText.Small
                 text: term.label
                 width: parent.width - (swatchSlot.visible ? swatchSlot.width + parent.spacing : 0)
             }
@@ -76,9 +74,8 @@ Item {
                 y: parent.height + 2
             }
         }
-        ThemedText {
+        SmallText {
             color: Theme.text3
-            role: ThemedText.Small
             text: term.remark
             visible: text !== ""
             width: parent.width

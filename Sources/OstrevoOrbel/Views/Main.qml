@@ -12,10 +12,11 @@ T.ApplicationWindow {
     property string page: ""
 
     readonly property bool narrow: width < Theme.narrowBelow
-    readonly property Item shownScreen: page === "settings" ? settings.item : page === "help" ? help.item
-        : app.moves.reporting ? report.item
+    readonly property Item shownScreen: app.moves.reporting && page === "" ? report.item
         // There are none before they are counted, and nothing but the count tells of them.
+        : page !== "" ? pages.count > 0 ? pages.itemAt(window.pageNames.indexOf(page)).item : null
         : screens.count > app.screenIndex ? screens.itemAt(app.screenIndex).item : null
+    readonly property var pageNames: ["settings", "help"]
 
     /// Wanted closed while something moves: closes as soon as it may.
     property bool closeWanted: false
@@ -71,6 +72,26 @@ T.ApplicationWindow {
         value: window.app.appearance.dark
     }
 
+    component Place: Loader {
+        required property string view
+        required property bool shown
+
+        // A screen is made when it is first shown, and kept.
+        function make(): void {
+            if (shown && status === Loader.Null)
+                setSource(view + ".qml", { app: window.app });
+        }
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: putBackStrip.bottom
+        visible: shown
+
+        Component.onCompleted: make()
+        onShownChanged: make()
+    }
+
     // The frame. What is declared first comes first for Tab: the screen, then the sidebar.
     Item {
         anchors.fill: parent
@@ -113,27 +134,26 @@ T.ApplicationWindow {
             Repeater {
                 id: screens
 
-                model: [overview, map, large, duplicates, uninstall, tidy, journal]
+                model: sidebar.all
 
-                // A screen is made when it is first shown, and kept.
-                Loader {
+                Place {
                     required property int index
-                    required property Component modelData
+                    required property var modelData
 
-                    readonly property bool shown: window.page === "" && !window.app.moves.reporting
-                        && window.app.screenIndex === index
-                    property bool wanted: false
+                    shown: window.page === "" && !window.app.moves.reporting && window.app.screenIndex === index
+                    view: modelData.view
+                }
+            }
+            Repeater {
+                id: pages
 
-                    active: wanted
-                    anchors.bottom: content.bottom
-                    anchors.left: content.left
-                    anchors.right: content.right
-                    anchors.top: putBackStrip.bottom
-                    sourceComponent: modelData
-                    visible: shown
+                model: window.pageNames
 
-                    Component.onCompleted: wanted = shown
-                    onShownChanged: if (shown) wanted = true
+                Place {
+                    required property string modelData
+
+                    shown: window.page === modelData
+                    view: modelData === "settings" ? "SettingsView" : "AboutView"
                 }
             }
             Loader {
@@ -156,30 +176,6 @@ T.ApplicationWindow {
                 }
 
                 onLoaded: item.takeFocus(Qt.OtherFocusReason)
-            }
-            Loader {
-                id: settings
-
-                active: window.page === "settings"
-                anchors.bottom: parent.bottom
-                anchors.top: putBackStrip.bottom
-                width: parent.width
-
-                sourceComponent: SettingsView {
-                    app: window.app
-                }
-            }
-            Loader {
-                id: help
-
-                active: window.page === "help"
-                anchors.bottom: parent.bottom
-                anchors.top: putBackStrip.bottom
-                width: parent.width
-
-                sourceComponent: AboutView {
-                    app: window.app
-                }
             }
         }
         Sidebar {
@@ -213,56 +209,6 @@ T.ApplicationWindow {
         focus: active
 
         sourceComponent: OnboardingView {
-            app: window.app
-        }
-    }
-
-    Component {
-        id: overview
-
-        OverviewView {
-            app: window.app
-        }
-    }
-    Component {
-        id: map
-
-        MapView {
-            app: window.app
-        }
-    }
-    Component {
-        id: large
-
-        LargeView {
-            app: window.app
-        }
-    }
-    Component {
-        id: duplicates
-
-        DuplicatesView {
-            app: window.app
-        }
-    }
-    Component {
-        id: uninstall
-
-        UninstallView {
-            app: window.app
-        }
-    }
-    Component {
-        id: tidy
-
-        TidyView {
-            app: window.app
-        }
-    }
-    Component {
-        id: journal
-
-        JournalView {
             app: window.app
         }
     }
@@ -309,16 +255,16 @@ T.ApplicationWindow {
     }
 
     Instantiator {
-        model: ["overview", "map", "large", "duplicates", "uninstall", "tidy", "journal"]
+        model: sidebar.all
 
         Shortcut {
             required property int index
-            required property string modelData
+            required property var modelData
 
             enabled: !window.app.scan.needsFullDiskAccess
             sequence: "Ctrl+" + (index + 1)
 
-            onActivated: window.showScreen(modelData, Qt.ShortcutFocusReason)
+            onActivated: window.showScreen(modelData.name, Qt.ShortcutFocusReason)
         }
     }
     Shortcut {

@@ -118,14 +118,13 @@ FocusScope {
                     readonly property real fullWidth: width
                     readonly property int seen: index < way.hiddenParts ? 0 : 1
 
-                    PathIcon {
+                    Icon {
                         anchors.verticalCenter: parent.verticalCenter
                         color: Theme.text3
-                        height: Theme.px(12)
+                        size: Theme.px(12)
                         opacity: crumb.seen
                         path: Theme.icons.right
                         visible: crumb.index > 0
-                        width: height
                     }
                     T.AbstractButton {
                         id: button
@@ -165,11 +164,9 @@ FocusScope {
                                 text: crumb.name
                                 width: Math.min(implicitWidth, Theme.px(280))
                             }
-                            ThemedText {
+                            SmallText {
                                 anchors.verticalCenter: parent.verticalCenter
-                                color: Theme.text2
                                 opacity: crumb.seen
-                                role: ThemedText.Small
                                 text: crumb.size
                                 visible: crumb.last || crumb.index === 0
                             }
@@ -179,7 +176,7 @@ FocusScope {
             }
         }
     }
-    ThemedText {
+    SmallText {
         id: share
 
         Accessible.name: text
@@ -187,16 +184,9 @@ FocusScope {
         anchors.right: parent.right
         anchors.rightMargin: bar.padding
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.text2
         objectName: "map.share"
-        role: ThemedText.Small
         text: bar.map.share
         width: Math.min(implicitWidth, bar.width * 0.4)
     }
-    Rectangle {
-        anchors.bottom: parent.bottom
-        color: Theme.line
-        height: 1
-        width: parent.width
-    }
+    Hairline {}
 }

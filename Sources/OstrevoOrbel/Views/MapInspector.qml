@@ -19,12 +19,10 @@ Item {
         implicitHeight: Theme.px(22)
         width: parent.width
 
-        ThemedText {
+        SmallText {
             id: label
 
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.text2
-            role: ThemedText.Small
             width: Theme.px(76)
         }
         ThemedText {
@@ -41,16 +39,13 @@ Item {
 
     implicitHeight: Math.max(Theme.px(72), inspector.facts.valid ? column.implicitHeight + 28 : 0)
 
-    Rectangle {
-        color: Theme.line
-        height: 1
-        width: parent.width
+    Hairline {
+        edge: Qt.TopEdge
     }
-    ThemedText {
+    SmallText {
         anchors.centerIn: parent
         color: Theme.text3
         horizontalAlignment: Text.AlignHCenter
-        role: ThemedText.Small
         text: qsTr("Select a tile or a row to see what it is.")
         visible: !inspector.facts.valid
         width: parent.width - 32
@@ -79,31 +74,25 @@ Item {
                 kind: inspector.facts.valid ? inspector.facts.kind : 7
                 size: Theme.px(28)
             }
-            ThemedText {
+            Heading {
                 id: name
 
-                Accessible.name: text
-                Accessible.role: Accessible.Heading
                 anchors.left: chip.right
                 anchors.leftMargin: 10
                 anchors.right: parent.right
-                bold: true
                 elide: Text.ElideMiddle
                 objectName: "map.selectedName"
                 text: inspector.facts.name
             }
-            ThemedText {
+            SmallText {
                 anchors.left: name.left
                 anchors.right: parent.right
                 anchors.top: name.bottom
-                color: Theme.text2
-                role: ThemedText.Small
                 text: qsTr("%1 · %2 on disk").arg(inspector.facts.kindName).arg(inspector.facts.size)
             }
         }
-        Item {
+        Gap {
             height: 6
-            width: 1
         }
         Fact {
             isPath: true
@@ -125,19 +114,16 @@ Item {
             value: inspector.map.movable ? qsTr("Can be moved to the Trash") : inspector.map.refusal
             valueColor: inspector.map.movable ? Theme.ok : Theme.ink
         }
-        ThemedText {
-            color: Theme.text2
+        SmallText {
             objectName: "map.advice"
-            role: ThemedText.Small
             text: RefusalAdvice.on(inspector.map.refusal)
             visible: text !== ""
             width: parent.width
             wrapMode: Text.Wrap
         }
-        Item {
+        Gap {
             height: 6
             visible: note.visible
-            width: 1
         }
         Badge {
             id: note

@@ -15,10 +15,8 @@ FocusScope {
     Accessible.name: qsTr("Kinds")
     Accessible.role: Accessible.Grouping
 
-    Rectangle {
-        color: Theme.line
-        height: 1
-        width: parent.width
+    Hairline {
+        edge: Qt.TopEdge
     }
     Flickable {
         anchors.bottom: parent.bottom
@@ -90,10 +88,8 @@ FocusScope {
                             role: ThemedText.Small
                             text: entry.title
                         }
-                        ThemedText {
+                        SmallText {
                             anchors.verticalCenter: parent.verticalCenter
-                            color: Theme.text2
-                            role: ThemedText.Small
                             text: entry.size
                             visible: !bar.narrow
                         }
@@ -119,10 +115,8 @@ FocusScope {
             radius: 3
             width: height
         }
-        ThemedText {
+        SmallText {
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.text2
-            role: ThemedText.Small
             text: qsTr("Smaller items")
         }
     }

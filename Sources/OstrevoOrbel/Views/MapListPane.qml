@@ -7,14 +7,10 @@ FocusScope {
 
     required property MapModel map
 
-    function nodeAt(row: int): int {
-        return (table.itemAt(row) as MapListRow).node;
-    }
-
     signal zoomWanted(node: int)
     signal upWanted()
     signal menuWanted(node: int, item: Item, x: real, y: real)
-    signal copyWanted(node: int)
+    signal copyWanted(key: string)
     signal tickWanted(node: int)
 
     Keys.onPressed: event => {
@@ -27,10 +23,8 @@ FocusScope {
         anchors.fill: parent
         color: Theme.surface
     }
-    Rectangle {
-        color: Theme.line
-        height: parent.height
-        width: 1
+    Hairline {
+        edge: Qt.LeftEdge
         z: 1
     }
     TableHead {
@@ -38,67 +32,90 @@ FocusScope {
 
         anchors.left: parent.left
         anchors.right: parent.right
+        firstX: inset + Theme.tick + gap + Theme.px(20) + 10
 
-        ThemedText {
-            anchors.left: parent.left
-            anchors.leftMargin: 6 + Theme.tickCell + Theme.px(20) + 10
+        first: SmallText {
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.text2
-            role: ThemedText.Small
             text: qsTr("Name")
         }
-        ThemedText {
-            anchors.right: parent.right
-            anchors.rightMargin: 16
+        cells: SmallText {
             anchors.verticalCenter: parent.verticalCenter
-            role: ThemedText.Small
+            color: Theme.ink
             text: qsTr("Size on disk") + " ↓"
         }
     }
-    RowTable {
+    ItemTable {
         id: table
 
         Accessible.name: qsTr("Items in %1").arg(pane.map.focusName)
-        Accessible.role: Accessible.List
         anchors.bottom: summary.top
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: head.bottom
         focus: true
+        keepsPlaces: false
         model: pane.map.list
         objectName: "map.list"
 
-        delegate: MapListRow {
-            required property int index
+        delegate: ItemRow {
+            id: row
 
-            focused: table.showsFocus && index === table.currentRow
+            readonly property int node: model.node
+
+            key: pane.map.facts(node).key
+            lineHeight: Theme.px(37)
+            lineSpacing: 2
+            nameGap: 10
             selected: pane.map.selection.valid && pane.map.selection.node === node
-            width: table.width
+            tickName: "map.tick." + name
+            ticks: true
+            words: [name, model.kindName, size, model.share].join(", ")
 
-            onChosen: {
-                table.choose(index);
-                pane.map.select(node);
+            below: SizeBar {
+                fill: Theme.control
+                height: 3
+                share: row.model.fraction
+                // As long as beside a row without a note.
+                width: parent.width + (warning.visible ? warning.width + row.gap : 0)
             }
-            onMenuWanted: (x, y) => pane.menuWanted(node, this, x, y)
-            onOpened: pane.zoomWanted(node)
-            onTickWanted: {
-                chosen();
-                pane.tickWanted(node);
-            }
+            cells: [
+                // Its words have room in the inspector.
+                Icon {
+                    id: warning
+
+                    color: Theme.warn
+                    size: Theme.px(14)
+                    path: Theme.icons.warn
+                    visible: row.note !== ""
+                    y: Theme.px(9)
+
+                    HoverHandler {
+                        id: over
+                    }
+                    Hint {
+                        text: row.note
+                        visible: over.hovered
+                    }
+                },
+                ItemCell {
+                    columnWidth: Theme.px(62)
+                    text: row.size
+                }
+            ]
         }
 
-        onActivated: row => pane.zoomWanted(pane.nodeAt(row))
-        onCopyWanted: row => pane.copyWanted(pane.nodeAt(row))
-        onMenuWanted: (row, item, x, y) => pane.menuWanted(pane.nodeAt(row), item, x, y)
+        onActivated: row => pane.zoomWanted(table.itemAt(row).node)
+        onCopyWanted: key => pane.copyWanted(key)
+        onMenuWanted: (row, x, y) => pane.menuWanted(row.node, table, x, y)
         onSelectedRowChanged: if (selectedRow !== pane.map.selectedRow) pane.map.selectRow(selectedRow)
-        onTickWanted: row => pane.tickWanted(pane.nodeAt(row))
+        onTickWanted: row => pane.tickWanted(table.itemAt(row).node)
     }
     // What is selected on the map may lie deeper than a row: the row that holds it is marked then.
     Connections {
         target: pane.map
 
         function onSelectionChanged(): void {
-            table.currentRow = pane.map.selectedRow;
+            table.currentIndex = pane.map.selectedRow;
             table.selectedRow = pane.map.selectedRow;
         }
     }
@@ -109,12 +126,11 @@ FocusScope {
         height: Theme.tableHeadHeight
         width: parent.width
 
-        Rectangle {
-            color: Theme.lineSoft
-            height: 1
-            width: parent.width
+        Hairline {
+            edge: Qt.TopEdge
+            soft: true
         }
-        ThemedText {
+        SmallText {
             Accessible.name: text
             Accessible.role: Accessible.StaticText
             anchors.left: parent.left
@@ -122,9 +138,7 @@ FocusScope {
             anchors.right: parent.right
             anchors.rightMargin: 16
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.text2
             objectName: "map.summary"
-            role: ThemedText.Small
             text: pane.map.listSummary
         }
     }

@@ -6,9 +6,8 @@ import OstrevoOrbel
 ScreenFrame {
     id: screen
 
-    required property AppModel app
     readonly property MapModel map: app.map
-    readonly property bool hasMap: !app.scan.running && app.scan.measuredAny && !app.scan.rootUnreadable
+    readonly property alias hasMap: nothingToShow.measured
     readonly property bool wide: Window.width >= Theme.px(1920)
     /// Whether the list lies over the map, where there is no room beside it.
     property bool listOpen: false
@@ -28,11 +27,12 @@ ScreenFrame {
     }
     function openMenu(node: int, item: Item, x: real, y: real): void {
         const facts = screen.map.facts(node);
-        menu.item = node;
+        menu.node = node;
+        menu.key = facts.key;
         menu.itemName = facts.name;
         menu.itemFacts = [facts.kindName, facts.size].join(" · ");
         menu.zoomable = facts.zoomable;
-        menu.rescannable = facts.isFolder;
+        menu.isFolder = facts.isFolder;
         menu.ticked = screen.map.isTicked(node);
         menu.popup(item, x, y);
     }
@@ -150,7 +150,7 @@ ScreenFrame {
             ticked: screen.map.tickedNodes
             unit: Theme.fontScale
 
-            onCopyWanted: node => screen.app.copyNodePath(node)
+            onCopyWanted: node => screen.app.actions.copyPath(screen.map.facts(node).key)
             onTickWanted: node => screen.map.toggleTick(node)
             onMenuWanted: (node, position) => screen.openMenu(node, treemap, position.x, position.y)
             onUpWanted: screen.goUp()
@@ -217,7 +217,7 @@ ScreenFrame {
         width: screen.narrow ? Theme.px(300) : screen.middling ? Theme.px(260) : screen.wide ? Theme.px(400)
             : Theme.px(344)
 
-        onCopyWanted: node => screen.app.copyNodePath(node)
+        onCopyWanted: key => screen.app.actions.copyPath(key)
         onTickWanted: node => screen.map.toggleTick(node)
         onMenuWanted: (node, item, x, y) => screen.openMenu(node, item, x, y)
         onUpWanted: screen.goUp()
@@ -226,46 +226,30 @@ ScreenFrame {
                 screen.zoomTo(node, treemap.boxOf(node));
         }
     }
-    EmptyState {
+    ListState {
         id: nothingToShow
 
-        action: screen.app.scan.running ? qsTr("Stop")
-            : screen.app.scan.rootUnreadable ? qsTr("Choose Folder…") : qsTr("Measure This Disk")
         anchors.fill: parent
-        failed: screen.app.scan.rootUnreadable
-        iconPath: screen.app.scan.rootUnreadable ? Theme.icons.warn : Theme.icons.map
+        app: screen.app
+        iconPath: Theme.icons.map
         objectName: "map.empty"
-        primary: !screen.app.scan.running
-        sentence: screen.app.scan.running ? qsTr("The map appears when everything has been measured.")
-            : screen.app.scan.rootUnreadable ? qsTr("Nothing in it can be shown.")
-            : qsTr("Measure the disk to see where its space went.")
-        statement: screen.app.scan.running ? screen.app.scan.scopeText
-            : screen.app.scan.rootUnreadable ? qsTr("%1 could not be read").arg(screen.app.scan.root)
-            : qsTr("Not measured yet")
+        unmeasured: qsTr("Measure the disk to see where its space went.")
         visible: !screen.hasMap
-
-        onTriggered: {
-            if (screen.app.scan.running)
-                screen.app.scan.stop();
-            else if (screen.app.scan.rootUnreadable)
-                screen.app.chooseFolderAndScan();
-            else
-                screen.app.scan.scanDisk();
-        }
+        waiting: qsTr("The map appears when everything has been measured.")
     }
     ItemMenu {
         id: menu
 
-        objectName: "map.menu"
-        // What a menu opens on is selected, and being asked about.
-        refusal: screen.map.selection.valid && screen.map.selection.node === item ? screen.map.refusal : ""
+        property int node: -1
 
-        onCopyWanted: node => screen.app.copyNodePath(node)
-        onOpenWanted: node => screen.app.openNode(node)
-        onRescanWanted: node => screen.app.rescan.start(node)
-        onShowWanted: node => screen.app.showNodeInFileManager(node)
-        onTickWanted: node => screen.map.toggleTick(node)
-        onZoomWanted: node => screen.zoomTo(node, treemap.boxOf(node))
+        actions: screen.app.actions
+        objectName: "map.menu"
+        zooms: true
+        // What a menu opens on is selected, and being asked about.
+        refusal: screen.map.selection.valid && screen.map.selection.key === key ? screen.map.refusal : ""
+
+        onTickWanted: screen.map.toggleTick(node)
+        onZoomWanted: screen.zoomTo(node, treemap.boxOf(node))
     }
 
     Connections {
@@ -275,12 +259,6 @@ ScreenFrame {
         function onTreeChanged(): void {
             menu.close();
         }
-    }
-    Shortcut {
-        enabled: screen.visible && screen.map.ticks.count > 0
-        sequence: "Del"
-
-        onActivated: screen.app.moves.review(screen.map.ticks)
     }
     Shortcut {
         enabled: screen.visible && screen.hasMap

@@ -21,12 +21,9 @@ FocusScope {
         implicitHeight: words.implicitHeight + 32
         width: parent.width
 
-        PathIcon {
+        Icon {
             id: icon
 
-            color: Theme.text2
-            height: Theme.icon
-            width: height
             x: 20
             y: 17
         }
@@ -66,37 +63,28 @@ FocusScope {
         Mark {
             size: Theme.px(42)
         }
-        Item {
+        Gap {
             height: 28
-            width: 1
         }
-        ThemedText {
+        Heading {
             id: headline
 
-            Accessible.name: text
-            Accessible.role: Accessible.Heading
-            bold: true
             role: ThemedText.Figure
             text: qsTr("Ostrevo Vanto needs Full Disk Access to measure your whole disk.")
             width: parent.width
             wrapMode: Text.Wrap
         }
-        Item {
+        Gap {
             height: 12
-            width: 1
         }
-        ThemedText {
-            color: Theme.text2
+        Paragraph {
             role: ThemedText.Lead
             text: Qt.platform.os === "osx"
                 ? qsTr("Vanto reads your disk on this Mac and never uploads anything. Deletions go to the Trash.")
                 : qsTr("Vanto reads your disk on this computer and never uploads anything. Deletions go to the Trash.")
-            width: parent.width
-            wrapMode: Text.Wrap
         }
-        Item {
+        Gap {
             height: 24
-            width: 1
         }
         Flow {
             spacing: 16
@@ -148,27 +136,22 @@ FocusScope {
                 }
             }
         }
-        Item {
+        Gap {
             height: 40
-            width: 1
         }
         Card {
-            height: advice.height + 2
             width: parent.width
 
             Column {
-                id: advice
-
                 width: parent.width
 
                 Advice {
                     iconPath: Theme.icons.plus
                     text: qsTr("If Ostrevo Vanto is not in the list, click + and choose it from Applications, or drag it into the list.")
                 }
-                Rectangle {
-                    color: Theme.lineSoft
-                    height: 1
-                    width: parent.width
+                Hairline {
+                    edge: Qt.TopEdge
+                    soft: true
                 }
                 Advice {
                     iconPath: Theme.icons.rescan
@@ -177,14 +160,13 @@ FocusScope {
             }
         }
     }
-    ThemedText {
+    SmallText {
         id: motto
 
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 24
         color: Theme.text3
         horizontalAlignment: Text.AlignHCenter
-        role: ThemedText.Small
         text: view.app.motto
         width: parent.width
     }

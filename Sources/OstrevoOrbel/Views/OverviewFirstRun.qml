@@ -41,22 +41,18 @@ FocusScope {
                 height: Theme.smallLine
                 width: parent.width
 
-                ThemedText {
+                SmallText {
                     anchors.left: parent.left
                     anchors.right: total.left
                     anchors.rightMargin: 12
-                    color: Theme.text2
-                    role: ThemedText.Small
                     text: qsTr("%1 used, as the file system reports it. None of it measured yet.")
                         .arg(first.app.disk.ledger.used.text)
                 }
-                ThemedText {
+                SmallText {
                     id: total
 
                     anchors.right: parent.right
-                    color: Theme.text2
                     elide: Text.ElideNone
-                    role: ThemedText.Small
                     text: first.app.disk.ledger.total.text
                 }
             }
@@ -68,10 +64,7 @@ FocusScope {
         y: Math.max(card.y + card.height + 24,
             Math.round(card.y + card.height + (parent.height - card.y - card.height - height) / 2))
 
-        ThemedText {
-            Accessible.name: text
-            Accessible.role: Accessible.Heading
-            bold: true
+        Heading {
             horizontalAlignment: Text.AlignHCenter
             role: ThemedText.Title
             text: first.app.disk.ledger.known ? qsTr("See where %1 went").arg(first.app.disk.ledger.used.text)
@@ -79,21 +72,16 @@ FocusScope {
             width: parent.width
             wrapMode: Text.Wrap
         }
-        Item {
+        Gap {
             height: 6
-            width: 1
         }
-        ThemedText {
-            color: Theme.text2
+        Paragraph {
             horizontalAlignment: Text.AlignHCenter
             role: ThemedText.Lead
             text: qsTr("Measuring reads names and sizes; it changes nothing.")
-            width: parent.width
-            wrapMode: Text.Wrap
         }
-        Item {
+        Gap {
             height: 24
-            width: 1
         }
         Flow {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -122,17 +110,14 @@ FocusScope {
                 onClicked: first.app.chooseFolderAndScan()
             }
         }
-        Item {
+        Gap {
             height: 32
-            width: 1
         }
-        ThemedText {
+        Paragraph {
             color: Theme.text3
             horizontalAlignment: Text.AlignHCenter
-            role: ThemedText.Small
             text: first.app.motto
-            width: parent.width
-            wrapMode: Text.Wrap
+            role: ThemedText.Small
         }
     }
 }

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import OstrevoOrbel
 
-/// While measuring: the figures so far, and the top level as it grows. No percentage, because nobody knows it.
+/// While measuring: the figures so far, and the top level as it grows. No percentage, because it is not known.
 Flickable {
     id: scanning
 
@@ -28,11 +28,9 @@ Flickable {
         Accessible.name: label.text + " " + value.text + " " + unit.text
         Accessible.role: Accessible.StaticText
 
-        ThemedText {
+        SmallText {
             id: label
 
-            color: Theme.text2
-            role: ThemedText.Small
             width: parent.width
         }
         Item {
@@ -149,49 +147,40 @@ Flickable {
                 visible: scanning.ledger.known
                 width: parent.width
 
-                ThemedText {
+                SmallText {
                     id: soFar
 
-                    color: Theme.text2
                     elide: Text.ElideNone
-                    role: ThemedText.Small
                     text: qsTr("%1 measured").arg(scanning.app.scan.figures.measured.text)
                 }
-                ThemedText {
-                    color: Theme.text2
+                SmallText {
                     horizontalAlignment: Text.AlignRight
-                    role: ThemedText.Small
                     text: qsTr("%1 used, as the file system reports it").arg(scanning.ledger.used.text)
                     width: Math.min(implicitWidth, room)
                     x: Math.max(soFar.width + 16, Math.min(bar.usedEnd, soFar.width + 16 + room) - width)
 
                     readonly property real room: parent.width - soFar.width - total.width - 32
                 }
-                ThemedText {
+                SmallText {
                     id: total
 
                     anchors.right: parent.right
-                    color: Theme.text2
                     elide: Text.ElideNone
-                    role: ThemedText.Small
                     text: scanning.ledger.total.text
                 }
             }
-            Rectangle {
-                color: Theme.lineSoft
-                height: 1
+            Hairline {
+                edge: Qt.TopEdge
+                soft: true
                 visible: remark.visible
-                width: parent.width
             }
-            ThemedText {
+            Paragraph {
                 id: remark
 
                 color: Theme.text3
-                role: ThemedText.Small
                 text: qsTr("Not all of the used space can be measured from this folder, so no percentage is shown.")
                 visible: !scanning.app.scan.wholeDisk
-                width: parent.width
-                wrapMode: Text.Wrap
+                role: ThemedText.Small
             }
         }
     }
@@ -208,7 +197,7 @@ Flickable {
         x: card.x
         y: card.y + card.height + Theme.cardGap
 
-        RowList {
+        ItemTable {
             id: list
 
             Accessible.name: topLevel.title
@@ -216,23 +205,15 @@ Flickable {
             height: Math.floor((topLevel.height - Theme.px(40) - 12) / Theme.compactRowHeight) * Theme.compactRowHeight
             model: scanning.app.scan.topLevel
             objectName: "overview.toplevel"
+            scrolls: false
+            selects: false
             width: parent.width
             y: 6
 
             delegate: BarRow {
-                required property int index
-                required property string path
-                required property bool isFolder
-                required property real fraction
-                required property string size
-
                 barWidth: Math.round(width * (width < Theme.px(700) ? 0.3 : 0.62))
-                focused: list.visualFocus && ListView.isCurrentItem
-                kind: isFolder ? 0 : 7
-                name: path
-                share: fraction
-                sizeWords: size
-                width: ListView.view.width
+                kind: model.isFolder ? 0 : 7
+                opens: 0
             }
         }
     }
@@ -243,11 +224,9 @@ Flickable {
         x: card.x + 4
         y: topLevel.y + topLevel.height + 12
 
-        PathIcon {
+        Icon {
             color: Theme.accent
             path: Theme.icons.info
-            height: Theme.icon
-            width: height
             y: 1
         }
         ThemedText {

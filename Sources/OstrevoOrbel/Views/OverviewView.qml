@@ -5,8 +5,6 @@ import OstrevoOrbel
 ScreenFrame {
     id: view
 
-    required property AppModel app
-
     readonly property string phase: app.scan.running ? "scanning" : app.scan.rootUnreadable ? "unreadable"
         : app.scan.measuredAny ? "measured" : "first"
 
@@ -107,15 +105,9 @@ ScreenFrame {
     Component {
         id: unreadable
 
-        EmptyState {
-            action: qsTr("Choose Folder…")
-            failed: true
-            iconPath: Theme.icons.warn
+        ListState {
+            app: view.app
             objectName: "overview.unreadable"
-            sentence: qsTr("It may be gone, or belong to somebody else. Nothing was changed.")
-            statement: qsTr("%1 could not be read").arg(view.app.scan.root)
-
-            onTriggered: view.app.chooseFolderAndScan()
         }
     }
 }

@@ -13,14 +13,12 @@ Rectangle {
     color: putBack.failed ? Theme.warnSoft : Theme.okSoft
     implicitHeight: Math.max(Theme.stripHeight, words.height + 16)
 
-    PathIcon {
+    Icon {
         id: glyph
 
         anchors.verticalCenter: parent.verticalCenter
         color: strip.putBack.failed ? Theme.warn : Theme.ok
-        height: Theme.icon
         path: strip.putBack.failed ? Theme.icons.warn : Theme.icons.check
-        width: height
         x: Theme.pagePadding
     }
     Flow {

@@ -6,7 +6,6 @@ import OstrevoOrbel
 ScreenFrame {
     id: screen
 
-    required property AppModel app
     readonly property MoveReport report: app.moves.report
     readonly property bool whole: !report.untrustworthy
     readonly property bool nothingMoved: report.moved.count === 0
@@ -55,11 +54,41 @@ ScreenFrame {
             Repeater {
                 model: rows.entries
 
-                ReportRow {
-                    required property int index
+                ItemRow {
+                    id: row
 
+                    readonly property bool skipped: model.stage === "skipped"
+                    readonly property string outcome: skipped ? note : model.stage === "moved" ? qsTr("In the Trash")
+                        : model.stage === "putBack" ? qsTr("Put back") : qsTr("Not put back")
+
+                    Accessible.description: skipped ? RefusalAdvice.on(note) : note
+                    detail: model.path
                     last: index === rows.entries.count - 1
-                    width: parent.width
+                    lineHeight: Math.max(Theme.rowHeight, namesHeight + 12)
+                    words: [name, detail, outcome, size].filter(word => word !== "").join(", ")
+
+                    below: Paragraph {
+                        color: row.skipped ? Theme.text2 : Theme.warn
+                        text: row.skipped ? RefusalAdvice.on(row.note) : row.note
+                        visible: text !== ""
+                        role: ThemedText.Small
+                    }
+                    cells: [
+                        Badge {
+                            anchors.verticalCenter: parent.verticalCenter
+                            iconPath: row.model.stage === "moved" ? Theme.icons.trash
+                                : row.model.stage === "putBack" ? Theme.icons.putBack : Theme.icons.warn
+                            text: row.outcome
+                            tone: row.model.stage === "moved" ? Badge.Accent
+                                : row.model.stage === "putBack" ? Badge.Ok : Badge.Warn
+                            width: Math.min(implicitWidth, row.width * 0.6)
+                        },
+                        ItemCell {
+                            columnWidth: Theme.px(92)
+                            text: row.size
+                            visible: !row.skipped
+                        }
+                    ]
                 }
             }
         }
@@ -101,12 +130,11 @@ ScreenFrame {
                     x: 24
                     y: 24
 
-                    PathIcon {
+                    Icon {
                         anchors.centerIn: parent
                         color: screen.whole && !screen.nothingMoved ? Theme.ok : Theme.warn
-                        height: Theme.px(20)
+                        size: Theme.px(20)
                         path: screen.whole && !screen.nothingMoved ? Theme.icons.check : Theme.icons.warn
-                        width: height
                     }
                 }
                 Column {
@@ -118,23 +146,17 @@ ScreenFrame {
                     anchors.rightMargin: 20
                     y: 24
 
-                    ThemedText {
-                        Accessible.name: text
-                        Accessible.role: Accessible.Heading
-                        bold: true
+                    Heading {
                         objectName: "report.headline"
                         role: ThemedText.Title
                         text: screen.report.headline
                         width: parent.width
                         wrapMode: Text.Wrap
                     }
-                    ThemedText {
-                        color: Theme.text2
+                    Paragraph {
                         text: screen.report.putBackWords !== ""
                             ? screen.report.putBackWords : screen.report.trashNote
                         objectName: "report.note"
-                        width: parent.width
-                        wrapMode: Text.Wrap
                     }
                 }
                 Row {
@@ -183,14 +205,11 @@ ScreenFrame {
                 implicitHeight: Theme.px(46)
                 width: parent.width
 
-                PathIcon {
+                Icon {
                     id: info
 
                     anchors.verticalCenter: parent.verticalCenter
-                    color: Theme.text2
-                    height: Theme.icon
                     path: Theme.icons.info
-                    width: height
                     x: 16
                 }
                 ThemedText {

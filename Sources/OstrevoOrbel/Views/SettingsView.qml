@@ -5,8 +5,6 @@ import OstrevoOrbel
 ScreenFrame {
     id: view
 
-    required property AppModel app
-
     readonly property var appearances: ["system", "light", "dark"]
 
     firstFocus: page
@@ -14,17 +12,6 @@ ScreenFrame {
     scope: qsTr("Changes apply at once")
     status: qsTr("Settings")
     title: qsTr("Settings")
-
-    component Heading: ThemedText {
-        Accessible.name: text
-        Accessible.role: Accessible.Heading
-        bold: true
-        width: parent.width
-    }
-    component Gap: Item {
-        height: 12
-        width: 1
-    }
 
     ScrollPage {
         id: page
@@ -39,14 +26,10 @@ ScreenFrame {
             text: qsTr("Appearance")
         }
         Card {
-            height: appearance.height + 2
             width: parent.width
 
             SettingRow {
-                id: appearance
-
                 explanation: qsTr("System follows the desktop’s setting.")
-                height: implicitHeight
                 label: qsTr("Light or dark")
                 last: true
                 width: parent.width
@@ -54,32 +37,28 @@ ScreenFrame {
                 control: Segmented {
                     current: view.appearances.indexOf(view.app.appearance.choice)
                     focus: true
-                    height: implicitHeight
                     name: qsTr("Light or dark")
                     objectName: "settings.appearance"
                     options: [qsTr("System"), qsTr("Light"), qsTr("Dark")]
-                    width: implicitWidth
 
                     onChosen: index => view.app.appearance.choice = view.appearances[index]
                 }
             }
         }
-        Gap {}
+        Gap {
+            height: 12
+        }
         Heading {
             text: qsTr("Low-disk alert")
         }
         Card {
-            height: alert.height + 2
             width: parent.width
 
             Column {
-                id: alert
-
                 width: parent.width
 
                 SettingRow {
                     explanation: qsTr("Checks every 5 minutes while Vanto is open, even with its window closed. It only informs; it never deletes anything.")
-                    height: implicitHeight
                     label: qsTr("Notify me when free space is low")
                     width: parent.width
 
@@ -92,7 +71,6 @@ ScreenFrame {
                     }
                 }
                 SettingRow {
-                    height: implicitHeight
                     label: qsTr("Below")
                     width: parent.width
 
@@ -110,12 +88,11 @@ ScreenFrame {
                     height: sample.height + 28
                     width: parent.width
 
-                    ThemedText {
+                    SmallText {
                         id: sampleLabel
 
                         anchors.verticalCenter: parent.verticalCenter
                         color: Theme.text3
-                        role: ThemedText.Small
                         text: qsTr("What you will see")
                         width: Math.min(Theme.px(120), parent.width * 0.3)
                         wrapMode: Text.Wrap
@@ -134,11 +111,9 @@ ScreenFrame {
                         height: words.height + 24
                         radius: Theme.cardRadius
 
-                        PathIcon {
+                        Icon {
                             color: Theme.accent
-                            height: Theme.icon
                             path: Theme.icons.bell
-                            width: height
                             x: 14
                             y: 14
                         }
@@ -155,32 +130,27 @@ ScreenFrame {
                                 width: parent.width
                                 wrapMode: Text.Wrap
                             }
-                            ThemedText {
-                                color: Theme.text2
+                            Paragraph {
                                 text: view.app.alert.sampleBody
-                                width: parent.width
-                                wrapMode: Text.Wrap
                             }
                         }
                     }
                 }
             }
         }
-        Gap {}
+        Gap {
+            height: 12
+        }
         Heading {
             text: qsTr("General")
         }
         Card {
-            height: general.height + 2
             width: parent.width
 
             Column {
-                id: general
-
                 width: parent.width
 
                 SettingRow {
-                    height: implicitHeight
                     label: qsTr("Open Ostrevo Vanto at login")
                     width: parent.width
 
@@ -195,7 +165,6 @@ ScreenFrame {
                 SettingRow {
                     explanation: qsTr("Vanto never uploads anything. The journal stays on this computer.")
                         + "\n" + view.app.journal.path
-                    height: implicitHeight
                     label: qsTr("Journal")
                     last: true
                     width: parent.width
@@ -211,13 +180,13 @@ ScreenFrame {
                 }
             }
         }
-        Gap {}
-        ThemedText {
+        Gap {
+            height: 12
+        }
+        Paragraph {
             color: Theme.text3
-            role: ThemedText.Small
             text: qsTr("Ostrevo Vanto %1 · %2").arg(view.app.version).arg(view.app.motto)
-            width: parent.width
-            wrapMode: Text.Wrap
+            role: ThemedText.Small
         }
     }
 }

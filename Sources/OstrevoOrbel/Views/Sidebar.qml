@@ -11,6 +11,17 @@ Rectangle {
     /// The page that stands in place of a screen, or none: "settings", "help".
     property string page: ""
 
+    /// All screens in their order: the names that `app.screen` has, and the files that show them.
+    readonly property var all: [
+        { name: "overview", view: "OverviewView", title: qsTr("Overview"), icon: Theme.icons.overview },
+        { name: "map", view: "MapView", title: qsTr("Map"), icon: Theme.icons.map },
+        { name: "large", view: "LargeView", title: qsTr("Large and Old"), icon: Theme.icons.large },
+        { name: "duplicates", view: "DuplicatesView", title: qsTr("Duplicates"), icon: Theme.icons.duplicates },
+        { name: "uninstall", view: "UninstallView", title: qsTr("Uninstall"), icon: Theme.icons.uninstall },
+        { name: "tidy", view: "TidyView", title: qsTr("Tidy"), icon: Theme.icons.tidy },
+        { name: "journal", view: "JournalView", title: qsTr("Journal"), icon: Theme.icons.journal }
+    ]
+
     signal screenWanted(string screen)
     signal pageWanted(string page)
 
@@ -80,15 +91,7 @@ Rectangle {
             Repeater {
                 id: screens
 
-                model: [
-                    { screen: "overview", title: qsTr("Overview"), icon: Theme.icons.overview },
-                    { screen: "map", title: qsTr("Map"), icon: Theme.icons.map },
-                    { screen: "large", title: qsTr("Large and Old"), icon: Theme.icons.large },
-                    { screen: "duplicates", title: qsTr("Duplicates"), icon: Theme.icons.duplicates },
-                    { screen: "uninstall", title: qsTr("Uninstall"), icon: Theme.icons.uninstall },
-                    { screen: "tidy", title: qsTr("Tidy"), icon: Theme.icons.tidy },
-                    { screen: "journal", title: qsTr("Journal"), icon: Theme.icons.journal }
-                ]
+                model: sidebar.all
 
                 NavItem {
                     id: item
@@ -96,16 +99,16 @@ Rectangle {
                     required property int index
                     required property var modelData
 
-                    count: sidebar.counts[modelData.screen] ?? ""
+                    count: sidebar.counts[modelData.name] ?? ""
                     current: sidebar.page === "" && sidebar.app.screenIndex === index
                     iconPath: modelData.icon
-                    objectName: "sidebar." + modelData.screen
+                    objectName: "sidebar." + modelData.name
                     rail: sidebar.rail
                     text: modelData.title
                     width: column.width
 
                     onActiveFocusChanged: if (activeFocus) list.reveal(item)
-                    onClicked: sidebar.screenWanted(modelData.screen)
+                    onClicked: sidebar.screenWanted(modelData.name)
                 }
             }
         }
@@ -135,9 +138,7 @@ Rectangle {
                 role: ThemedText.Small
                 text: sidebar.app.disk.ownLedger.free.text
             }
-            ThemedText {
-                color: Theme.text2
-                role: ThemedText.Small
+            SmallText {
                 text: qsTr("free of %1").arg(sidebar.app.disk.ownLedger.total.text)
                 width: Math.min(implicitWidth, parent.width - free.width - parent.spacing)
             }
@@ -177,23 +178,19 @@ Rectangle {
                 }
             }
             contentItem: Item {
-                ThemedText {
+                SmallText {
                     anchors.left: parent.left
                     anchors.right: trashSize.left
                     anchors.rightMargin: 6
                     anchors.verticalCenter: parent.verticalCenter
-                    color: Theme.text2
-                    role: ThemedText.Small
                     text: qsTr("In the Trash")
                 }
-                ThemedText {
+                SmallText {
                     id: trashSize
 
                     anchors.right: parent.right
                     anchors.verticalCenter: parent.verticalCenter
-                    color: Theme.text2
                     elide: Text.ElideNone
-                    role: ThemedText.Small
                     text: sidebar.app.disk.trashSize
                 }
             }
@@ -220,9 +217,8 @@ Rectangle {
             width: parent.width - 16
             x: 8
         }
-        Item {
+        Gap {
             height: 8
-            width: 1
         }
         NavItem {
             id: settings

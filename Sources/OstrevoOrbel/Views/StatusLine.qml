@@ -11,12 +11,10 @@ Rectangle {
     color: Theme.side
     implicitHeight: Theme.statusLineHeight
 
-    Rectangle {
-        color: Theme.line
-        height: 1
-        width: parent.width
+    Hairline {
+        edge: Qt.TopEdge
     }
-    ThemedText {
+    SmallText {
         id: words
 
         Accessible.name: text
@@ -26,12 +24,10 @@ Rectangle {
         anchors.right: measured.left
         anchors.rightMargin: 16
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.text2
         elide: Text.ElideMiddle
         objectName: "status.words"
-        role: ThemedText.Small
     }
-    ThemedText {
+    SmallText {
         id: measured
 
         Accessible.name: text
@@ -39,10 +35,8 @@ Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: 16
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.text2
         horizontalAlignment: Text.AlignRight
         objectName: "status.measured"
-        role: ThemedText.Small
         width: Math.min(implicitWidth, parent.width * 0.6)
     }
 }

@@ -8,7 +8,7 @@ import OstrevoOrbel
 QtObject {
     id: theme
 
-    /// Whether the dark colours are shown. Set by whoever knows the user's wish and the desktop's.
+    /// Whether the dark colours are shown. Set by the window, from the settings and the desktop.
     property bool dark: false
     /// Whether everything happens at once.
     property bool reducedMotion: false

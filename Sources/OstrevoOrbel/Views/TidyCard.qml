@@ -5,6 +5,7 @@ import OstrevoOrbel
 Card {
     id: card
 
+    required property ItemActions actions
     required property TidyFlow flow
     required property TidyListModel list
     required property string heading
@@ -17,28 +18,11 @@ Card {
     /// Said below the rows.
     property string legend: ""
     property string iconPath: ""
-    property bool busy: false
 
     readonly property alias table: table
-    readonly property string status: table.currentRow >= 0 ? card.flow.statusOf(card.list, hoveredRow >= 0 ? hoveredRow
-        : table.currentRow) : ""
-    property int hoveredRow: -1
-
-    signal mapWanted(row: int)
 
     function takeFocus(reason: int): void {
         (card.list.count > 0 ? table : none).forceActiveFocus(reason);
-    }
-    function openMenu(row: int, item: Item, x: real, y: real): void {
-        const shown = table.itemAt(row) as TidyRow;
-        if (!shown)
-            return;
-        menu.item = row;
-        menu.itemName = shown.path;
-        menu.itemFacts = shown.detail;
-        menu.ticked = shown.ticked;
-        menu.refusal = shown.refusal;
-        menu.popup(item, x, y);
     }
 
     clip: true
@@ -56,18 +40,13 @@ Card {
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
 
-            ThemedText {
-                Accessible.name: text
-                Accessible.role: Accessible.Heading
-                bold: true
+            Heading {
                 role: ThemedText.Lead
                 text: card.heading
                 width: parent.width
             }
-            ThemedText {
-                color: Theme.text2
+            SmallText {
                 objectName: card.objectName + ".found"
-                role: ThemedText.Small
                 text: card.found
                 width: parent.width
             }
@@ -87,53 +66,56 @@ Card {
 
             onClicked: card.flow.setAllTicked(card.list, !unticks)
         }
-        Rectangle {
-            anchors.bottom: parent.bottom
-            color: Theme.line
-            height: 1
-            width: parent.width
-        }
+        Hairline {}
     }
-    RowTable {
+    ItemTable {
         id: table
 
         Accessible.name: card.heading
+        Accessible.role: Accessible.Table
         anchors.bottom: legend.visible ? legend.top : foot.top
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: head.bottom
-        find: (text, row) => card.list.find(text, row)
+        menu: menu
         model: card.list
         objectName: card.objectName + ".table"
         visible: card.list.count > 0
 
-        delegate: TidyRow {
-            focused: table.showsFocus && ListView.isCurrentItem
-            iconPath: card.iconPath
-            name: card.objectName
-            selected: table.selectedRow === index
-            width: ListView.view.width
+        delegate: ItemRow {
+            id: row
 
-            onChosen: table.choose(index)
-            onHoveredChanged: {
-                if (hovered)
-                    card.hoveredRow = index;
-                else if (card.hoveredRow === index)
-                    card.hoveredRow = -1;
+            Accessible.role: Accessible.Row
+            detailElide: Text.ElideRight
+            facts: detail
+            gap: 12
+            kind: 0
+            lineHeight: Theme.tallRowHeight
+            name: model.path
+            showsKind: card.iconPath === Theme.icons.folders
+            status: [name, showsKind ? qsTr("empty folder") : detail].join("  ·  ")
+            tickName: [card.objectName, "tick", index].join(".")
+            ticks: true
+
+            icon: Icon {
+                anchors.verticalCenter: parent.verticalCenter
+                path: card.iconPath
+                visible: !row.showsKind
+                x: (row.iconWidth - width) / 2
             }
-            onMenuWanted: (x, y) => card.openMenu(index, this, x, y)
-            onTickWanted: {
-                chosen();
-                card.flow.toggleTick(card.list, index);
+            cells: Badge {
+                anchors.verticalCenter: parent.verticalCenter
+                text: row.model.badge
+                tone: row.model.warn ? Badge.Warn : Badge.Plain
+                visible: text !== ""
+                width: Math.min(implicitWidth, row.width * 0.45)
             }
         }
 
-        onActivated: row => card.mapWanted(row)
-        onCopyWanted: row => card.flow.copyPath(card.list, row)
-        onMenuWanted: (row, item, x, y) => card.openMenu(row, item, x, y)
+        onActivated: row => card.actions.showOnMap(table.itemAt(row).key)
         onTickWanted: row => card.flow.toggleTick(card.list, row)
     }
-    EmptyState {
+    ListState {
         id: none
 
         anchors.bottom: foot.top
@@ -143,19 +125,14 @@ Card {
         anchors.rightMargin: 16
         anchors.top: head.bottom
         iconPath: card.iconPath
+        looking: card.flow.known ? "" : qsTr("Checking each item…")
         objectName: card.objectName + ".empty"
+        padding: Theme.cardPadding
         sentence: card.list.total > 0 ? qsTr("No path has “%1” in it.").arg(card.flow.filter) : card.nothing
         statement: card.list.total > 0 ? qsTr("No row matches") : card.nothingTitle
-        visible: card.list.count === 0 && !card.busy
+        visible: card.list.count === 0
     }
-    LoadingState {
-        statement: qsTr("Asking the disk about each…")
-        visible: card.list.count === 0 && card.busy
-        width: parent.width - 2 * Theme.cardPadding
-        x: Theme.cardPadding
-        y: head.height + Theme.cardPadding
-    }
-    ThemedText {
+    SmallText {
         id: legend
 
         anchors.bottom: foot.top
@@ -165,31 +142,18 @@ Card {
         anchors.rightMargin: Theme.cardPadding
         bottomPadding: 12
         color: Theme.text3
-        role: ThemedText.Small
         text: card.legend
         topPadding: 12
         visible: text !== "" && card.list.count > 0
         wrapMode: Text.Wrap
     }
-    Rectangle {
+    CardFoot {
         id: foot
 
         anchors.bottom: parent.bottom
-        color: Theme.sunk
         height: Theme.px(60)
-        radius: Theme.cardRadius - 1
         width: parent.width
 
-        Rectangle {
-            color: parent.color
-            height: parent.radius
-            width: parent.width
-        }
-        Rectangle {
-            color: Theme.line
-            height: 1
-            width: parent.width
-        }
         ThemedText {
             anchors.left: parent.left
             anchors.leftMargin: Theme.cardPadding
@@ -218,13 +182,7 @@ Card {
     ItemMenu {
         id: menu
 
+        actions: card.actions
         objectName: card.objectName + ".menu"
-        zoomText: qsTr("Show on Map")
-
-        onCopyWanted: row => card.flow.copyPath(card.list, row)
-        onOpenWanted: row => card.flow.open(card.list, row)
-        onShowWanted: row => card.flow.showInFileManager(card.list, row)
-        onTickWanted: row => card.flow.toggleTick(card.list, row)
-        onZoomWanted: row => card.mapWanted(row)
     }
 }

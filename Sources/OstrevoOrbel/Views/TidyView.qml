@@ -5,9 +5,8 @@ import OstrevoOrbel
 ScreenFrame {
     id: screen
 
-    required property AppModel app
     readonly property TidyFlow flow: app.tidy
-    readonly property bool hasLists: app.scan.measuredAny && !app.scan.rootUnreadable
+    readonly property alias hasLists: unmeasured.measured
     /// Which of the two is shown where there is no room for both.
     property int tab: 0
 
@@ -15,13 +14,12 @@ ScreenFrame {
     objectName: "tidy"
     scope: qsTr("Home folder · found by rule, nothing has been moved")
     status: !hasLists ? "" : flow.running ? qsTr("Looking for what can be tidied away…")
-        : shortcuts.table.activeFocus || shortcuts.hoveredRow >= 0 ? shortcuts.status : folders.status
+        : shortcuts.table.activeFocus || shortcuts.table.hoveredRow ? shortcuts.table.status : folders.table.status
     title: qsTr("Tidy")
 
     actions: [
         EntryField {
-            id: field
-
+            findable: true
             keys: screen.narrow ? "" : qsTr("Ctrl F")
             objectName: "tidy.find"
             placeholderText: qsTr("Name or folder contains")
@@ -42,8 +40,8 @@ ScreenFrame {
         }
     ]
 
-    bar: Item {
-        height: visible ? Theme.filterBarHeight : 0
+    bar: FilterBar {
+        height: visible ? implicitHeight : 0
         visible: screen.narrow && screen.hasLists
         width: screen.width
 
@@ -56,12 +54,6 @@ ScreenFrame {
             x: screen.padding
 
             onChosen: index => screen.tab = index
-        }
-        Rectangle {
-            anchors.bottom: parent.bottom
-            color: Theme.line
-            height: 1
-            width: parent.width
         }
     }
 
@@ -83,7 +75,7 @@ ScreenFrame {
         TidyCard {
             id: folders
 
-            busy: !screen.flow.known
+            actions: screen.app.actions
             flow: screen.flow
             found: !screen.flow.known ? "" : screen.app.scan.partial ? qsTr("Known only after a complete measurement")
                 : screen.flow.foldersText
@@ -93,25 +85,23 @@ ScreenFrame {
             list: screen.flow.folders
             moveText: screen.flow.moveFoldersText
             nothing: screen.app.scan.partial ? qsTr("The measurement was stopped, so a folder may hold what has not been seen. Measure again to list empty ones.")
-                : qsTr("No folder in the home folder is empty, save those that are there for a purpose.")
+                : qsTr("No folder in the home folder is empty, except those kept on purpose.")
             nothingTitle: screen.app.scan.partial ? qsTr("Not known yet") : qsTr("Nothing to tidy here")
             objectName: "tidy.folders"
             ticked: screen.flow.foldersTicked
             visible: !screen.narrow || screen.tab === 0
             width: lists.cardWidth
-
-            onMapWanted: row => screen.flow.showOnMap(list, row)
         }
         TidyCard {
             id: shortcuts
 
-            busy: !screen.flow.known
+            actions: screen.app.actions
             flow: screen.flow
             found: screen.flow.known ? screen.flow.shortcutsText : ""
             heading: qsTr("Broken shortcuts")
             height: parent.height
             iconPath: Theme.icons.link
-            legend: qsTr("Missing: the target is gone. Unknown: it could not be told. Intentional: made by a program on purpose. What has a lock stays where it is.")
+            legend: qsTr("Missing: the target is gone. Unknown: it could not be checked. Intentional: made by a program on purpose. Locked items stay where they are.")
             list: screen.flow.shortcuts
             moveText: screen.flow.moveShortcutsText
             nothing: qsTr("Every shortcut in the home folder leads somewhere.")
@@ -120,40 +110,22 @@ ScreenFrame {
             visible: !screen.narrow || screen.tab === 1
             width: lists.cardWidth
             x: screen.narrow ? 0 : lists.width - width
-
-            onMapWanted: row => screen.flow.showOnMap(list, row)
         }
     }
-    EmptyState {
+    ListState {
         id: unmeasured
 
-        action: screen.app.scan.running ? "" : screen.app.scan.rootUnreadable ? qsTr("Choose Folder…") : qsTr("Measure This Disk")
         anchors.fill: parent
+        app: screen.app
         iconPath: Theme.icons.tidy
         objectName: "tidy.empty"
-        sentence: screen.app.scan.running ? qsTr("The lists appear when everything has been measured.")
-            : screen.app.scan.rootUnreadable ? qsTr("Nothing in it can be shown.")
-            : qsTr("Empty folders and broken shortcuts are found in what was measured.")
-        statement: screen.app.scan.running ? screen.app.scan.scopeText
-            : screen.app.scan.rootUnreadable ? qsTr("%1 could not be read").arg(screen.app.scan.root)
-            : qsTr("Not measured yet")
+        unmeasured: qsTr("Empty folders and broken shortcuts are found in what was measured.")
         visible: !screen.hasLists
+        waiting: qsTr("The lists appear when everything has been measured.")
 
-        onTriggered: {
-            if (screen.app.scan.rootUnreadable)
-                screen.app.chooseFolderAndScan();
-            else
-                screen.app.scan.scanDisk();
-        }
         onVisibleChanged: if (screen.activeFocus) screen.takeFocus(Qt.TabFocusReason)
     }
 
-    Shortcut {
-        enabled: screen.visible && screen.hasLists
-        sequence: "Ctrl+F"
-
-        onActivated: field.forceActiveFocus(Qt.ShortcutFocusReason)
-    }
     Shortcut {
         enabled: screen.visible && screen.hasLists
         sequence: "Del"

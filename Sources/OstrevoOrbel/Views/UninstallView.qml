@@ -5,7 +5,6 @@ import OstrevoOrbel
 ScreenFrame {
     id: screen
 
-    required property AppModel app
     readonly property AppsFlow flow: app.apps
     readonly property bool hasApps: flow.loaded && flow.countText !== "0"
     /// Where there is no room for both: whether the selected app is shown in place of the list.
@@ -23,7 +22,7 @@ ScreenFrame {
         list.forceActiveFocus(Qt.TabFocusReason);
     }
 
-    firstFocus: !flow.loaded ? loading : !hasApps ? nothing : list.visible ? list : detail
+    firstFocus: !hasApps ? nothing : list.visible ? list : detail
     objectName: "uninstall"
     scope: flow.loaded ? qsTr("%1 on this computer").arg(flow.summary) : qsTr("Apps and their leftovers")
     status: detail.activeFocus ? detail.status : ""
@@ -34,6 +33,7 @@ ScreenFrame {
             id: find
 
             enabled: screen.hasApps
+            findable: true
             keys: qsTr("Ctrl F")
             objectName: "uninstall.find"
             placeholderText: qsTr("Find an app")
@@ -70,36 +70,26 @@ ScreenFrame {
     onHasAppsChanged: if (screen.activeFocus && !find.activeFocus) Qt.callLater(screen.takeFocus, Qt.TabFocusReason)
     onNarrowChanged: if (!narrow) detailOpen = false
 
-    LoadingState {
-        id: loading
-
-        anchors.left: parent.left
-        anchors.leftMargin: screen.padding
-        anchors.top: parent.top
-        anchors.topMargin: screen.padding
-        objectName: "uninstall.loading"
-        statement: qsTr("Reading which apps are installed")
-        visible: !screen.flow.loaded
-    }
-    EmptyState {
+    ListState {
         id: nothing
 
         action: qsTr("Read Again")
-        anchors.centerIn: parent
+        anchors.fill: parent
         focus: true
-        height: implicitHeight
         iconPath: Theme.icons.uninstall
+        looking: screen.flow.loaded ? "" : qsTr("Reading which apps are installed")
         objectName: "uninstall.empty"
+        padding: screen.padding
         sentence: qsTr("No launcher of an app could be found in the places where this desktop keeps them.")
         statement: qsTr("No apps were found")
-        visible: screen.flow.loaded && !screen.hasApps
-        width: parent.width - 2 * screen.padding
+        visible: !screen.hasApps
 
         onTriggered: screen.flow.readAgain()
     }
     AppsPane {
         id: list
 
+        actions: screen.app.actions
         anchors.bottom: parent.bottom
         anchors.top: parent.top
         flow: screen.flow
@@ -110,17 +100,10 @@ ScreenFrame {
 
         onOpened: screen.showDetail()
     }
-    Rectangle {
-        anchors.left: list.right
-        color: Theme.line
-        height: parent.height
-        visible: list.visible && detail.visible
-        width: 1
-        z: 1
-    }
     AppDetail {
         id: detail
 
+        actions: screen.app.actions
         anchors.bottom: parent.bottom
         anchors.right: parent.right
         anchors.top: parent.top
@@ -131,21 +114,5 @@ ScreenFrame {
         width: screen.narrow ? parent.width : parent.width - list.width
 
         onBackWanted: screen.showList()
-    }
-
-    Shortcut {
-        enabled: screen.visible && screen.hasApps
-        sequence: "Ctrl+F"
-
-        onActivated: {
-            find.forceActiveFocus(Qt.ShortcutFocusReason);
-            find.selectAll();
-        }
-    }
-    Shortcut {
-        enabled: screen.visible && screen.flow.ticks.count > 0
-        sequence: "Del"
-
-        onActivated: screen.app.moves.review(screen.flow.ticks)
     }
 }

@@ -37,28 +37,24 @@ T.AbstractButton {
         }
     }
     contentItem: Item {
-        ThemedText {
+        SmallText {
             id: words
 
             anchors.right: chevron.left
             anchors.rightMargin: 6
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.text2
             elide: Text.ElideMiddle
-            role: ThemedText.Small
             text: choice.text
             width: Math.min(implicitWidth, parent.width - chevron.width - 6)
         }
-        PathIcon {
+        Icon {
             id: chevron
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.text2
-            height: Theme.px(12)
+            size: Theme.px(12)
             path: Theme.icons.down
             stroke: 1.8
-            width: height
         }
     }
 

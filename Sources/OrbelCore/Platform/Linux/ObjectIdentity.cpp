@@ -104,9 +104,10 @@ std::optional<PersistentIdentity> persistentIdentity(const std::string& path, st
     // Its folder lies on the same file system, unless a mount says otherwise.
     if (volume == known.end())
         volume = known.emplace(device, volumeAt(std::string(parentPath(path)), device)).first;
-    if (!volume->second)
+    const auto& name = volume->second;
+    if (!name)
         return std::nullopt;
-    return PersistentIdentity{.volume = *volume->second, .birthNanos = birth};
+    return PersistentIdentity{.volume = *name, .birthNanos = birth};
 }
 
 std::optional<PersistentIdentity> persistentIdentity(const std::string& path, std::uint64_t inode) {

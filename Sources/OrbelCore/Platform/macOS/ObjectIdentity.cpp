@@ -60,9 +60,10 @@ std::optional<PersistentIdentity> persistentIdentity(const std::string& path, st
     // The folder is asked for the volume, because asking the object would follow a link.
     if (volume == known.end())
         volume = known.emplace(device, volumeAt(std::string(parentPath(path)), object.st_dev)).first;
-    if (!volume->second)
+    const auto& name = volume->second;
+    if (!name)
         return std::nullopt;
-    return PersistentIdentity{.volume = *volume->second, .birthNanos = birth};
+    return PersistentIdentity{.volume = *name, .birthNanos = birth};
 }
 
 std::optional<PersistentIdentity> persistentIdentity(const std::string& path, std::uint64_t inode) {

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import OstrevoOrbel
 
-/// A menu. What it acts on stands at its top, where there is such a thing, so that nobody acts on the wrong item.
+/// A menu. What it acts on stands at its top, where there is such a thing, so that it is always in sight.
 T.Menu {
     id: menu
 
@@ -42,20 +42,16 @@ T.Menu {
                 text: menu.itemName
                 width: parent.width - 30
             }
-            ThemedText {
-                color: Theme.text2
-                role: ThemedText.Small
+            SmallText {
                 text: menu.itemFacts
                 visible: text !== ""
                 width: parent.width - 30
             }
-            Item {
+            Gap {
                 height: 11
-                width: 1
             }
-            Rectangle {
-                color: Theme.line
-                height: 1
+            Hairline {
+                edge: Qt.TopEdge
                 width: parent.width - 30
             }
         }

@@ -23,16 +23,15 @@ Rectangle {
     implicitWidth: label.implicitWidth + (icon.visible ? icon.width + 5 : 0) + 16
     radius: 4
 
-    PathIcon {
+    Icon {
         id: icon
 
         anchors.verticalCenter: parent.verticalCenter
         color: badge.texts[badge.tone]
-        height: Theme.px(12)
+        size: Theme.px(12)
         path: badge.iconPath
         stroke: 1.6
         visible: badge.iconPath !== ""
-        width: height
         x: 8
     }
     ThemedText {

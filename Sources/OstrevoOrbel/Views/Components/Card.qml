@@ -23,19 +23,16 @@ Rectangle {
         visible: card.title !== ""
         width: parent.width
 
-        ThemedText {
+        Heading {
             id: heading
 
-            Accessible.name: text
-            Accessible.role: Accessible.Heading
             anchors.left: parent.left
             anchors.leftMargin: Theme.cardPadding
             anchors.verticalCenter: parent.verticalCenter
-            bold: true
             text: card.title
             width: Math.min(implicitWidth, parent.width - 2 * Theme.cardPadding)
         }
-        ThemedText {
+        SmallText {
             anchors.left: heading.right
             anchors.leftMargin: 12
             anchors.right: parent.right
@@ -43,14 +40,10 @@ Rectangle {
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.text3
             horizontalAlignment: Text.AlignRight
-            role: ThemedText.Small
             text: card.remark
         }
-        Rectangle {
-            anchors.bottom: parent.bottom
-            color: Theme.lineSoft
-            height: 1
-            width: parent.width
+        Hairline {
+            soft: true
         }
     }
     Item {

@@ -57,13 +57,11 @@ T.AbstractButton {
             text: chip.value
             visible: text !== ""
         }
-        PathIcon {
+        Icon {
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.text2
-            height: Theme.px(12)
+            size: Theme.px(12)
             path: chip.closable ? Theme.icons.close : Theme.icons.down
             stroke: 1.8
-            width: height
         }
     }
 }

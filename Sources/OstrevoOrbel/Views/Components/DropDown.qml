@@ -51,12 +51,11 @@ T.ComboBox {
             text: option.text
         }
     }
-    indicator: PathIcon {
+    indicator: Icon {
         color: box.enabled ? Theme.text2 : Theme.text3
-        height: Theme.px(12)
+        size: Theme.px(12)
         path: Theme.icons.down
         stroke: 1.8
-        width: height
         x: box.width - width - 10
         y: Math.round((box.height - height) / 2)
     }

@@ -12,6 +12,8 @@ T.TextField {
     /// Whether the text cannot be used.
     property bool wrong: false
     property real fieldRadius: Theme.controlRadius
+    /// Whether Ctrl+F leads here, wherever the focus is on the screen.
+    property bool findable: false
 
     Accessible.name: placeholderText
     color: Theme.ink
@@ -49,13 +51,10 @@ T.TextField {
         text: field.placeholderText
         visible: field.length === 0 && field.preeditText === ""
     }
-    PathIcon {
+    Icon {
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.text2
-        height: Theme.icon
         path: field.iconPath
         visible: field.iconPath !== ""
-        width: height
         x: 12
     }
     KeyCap {
@@ -66,6 +65,15 @@ T.TextField {
         anchors.verticalCenter: parent.verticalCenter
         text: field.keys
         visible: field.keys !== "" && field.length === 0
+    }
+    Shortcut {
+        enabled: field.findable && field.visible && field.enabled
+        sequence: "Ctrl+F"
+
+        onActivated: {
+            field.forceActiveFocus(Qt.ShortcutFocusReason);
+            field.selectAll();
+        }
     }
     IconButton {
         id: clear

@@ -29,11 +29,10 @@ T.AbstractButton {
             visible: cell.visualFocus
         }
     }
-    contentItem: ThemedText {
+    contentItem: SmallText {
         bold: cell.order !== HeadCell.None
         color: cell.order !== HeadCell.None || cell.hovered ? Theme.ink : Theme.text2
         horizontalAlignment: cell.alignment
-        role: ThemedText.Small
         text: cell.order === HeadCell.None ? cell.text
             : cell.text + (cell.order === HeadCell.Ascending ? " ↑" : " ↓")
     }

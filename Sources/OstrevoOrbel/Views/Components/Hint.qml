@@ -19,9 +19,8 @@ T.ToolTip {
         color: Theme.ink
         radius: Theme.controlRadius
     }
-    contentItem: ThemedText {
+    contentItem: SmallText {
         color: Theme.surface
-        role: ThemedText.Small
         text: hint.text
         wrapMode: Text.Wrap
     }

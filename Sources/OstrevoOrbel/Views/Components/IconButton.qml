@@ -26,13 +26,11 @@ T.AbstractButton {
         }
     }
     contentItem: Item {
-        PathIcon {
+        Icon {
             anchors.centerIn: parent
             color: button.enabled ? Theme.ink : Theme.text3
-            height: Theme.icon
             opacity: button.enabled ? 1 : 0.6
             path: button.iconPath
-            width: height
         }
     }
 

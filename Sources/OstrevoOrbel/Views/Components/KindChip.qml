@@ -14,12 +14,11 @@ Rectangle {
     implicitWidth: size
     radius: 4
 
-    PathIcon {
+    Icon {
         anchors.centerIn: parent
         color: Theme.kindLabels[chip.kind]
-        height: Math.round(chip.size * 0.6)
+        size: Math.round(chip.size * 0.6)
         path: Theme.kindIcons[chip.kind]
         stroke: 1.6
-        width: height
     }
 }

@@ -14,6 +14,7 @@ T.MenuItem {
     Accessible.description: refusal
     ButtonKeys.enterClicks: true
     enabled: refusal === ""
+    height: visible ? implicitHeight : 0
     implicitHeight: Theme.menuItemHeight
     implicitWidth: Theme.menuWidth - 10
     leftPadding: 10
@@ -24,16 +25,14 @@ T.MenuItem {
         radius: Theme.menuItemRadius
     }
     contentItem: Item {
-        PathIcon {
+        Icon {
             id: icon
 
             anchors.verticalCenter: parent.verticalCenter
             color: entry.enabled ? Theme.ink : Theme.text3
-            height: Theme.icon
             path: !entry.enabled && entry.refusal !== "" ? Theme.icons.lock
                 : entry.checkable ? entry.checked ? Theme.icons.check : "" : entry.iconPath
             visible: entry.checkable || entry.iconPath !== "" || entry.refusal !== ""
-            width: height
         }
         ThemedText {
             anchors.left: icon.visible ? icon.right : parent.left
@@ -44,13 +43,12 @@ T.MenuItem {
             color: entry.enabled ? Theme.ink : Theme.text3
             text: entry.text
         }
-        ThemedText {
+        SmallText {
             id: shortcut
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.text3
-            role: ThemedText.Small
             text: entry.keys
         }
     }

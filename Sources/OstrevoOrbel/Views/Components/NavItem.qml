@@ -36,15 +36,13 @@ T.AbstractButton {
         }
     }
     contentItem: Item {
-        PathIcon {
+        Icon {
             id: icon
 
             anchors.horizontalCenter: nav.rail ? parent.horizontalCenter : undefined
             anchors.verticalCenter: parent.verticalCenter
             color: nav.current ? Theme.accent : Theme.text2
-            height: Theme.icon
             path: nav.iconPath
-            width: height
         }
         ThemedText {
             anchors.left: icon.right
@@ -57,14 +55,13 @@ T.AbstractButton {
             text: nav.text
             visible: !nav.rail
         }
-        ThemedText {
+        SmallText {
             id: countText
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             bold: nav.current
             color: Theme.text3
-            role: ThemedText.Small
             text: nav.count
             visible: !nav.rail
         }

@@ -60,13 +60,12 @@ T.Button {
             anchors.centerIn: parent
             spacing: button.gap
 
-            PathIcon {
+            Icon {
                 anchors.verticalCenter: parent.verticalCenter
                 color: button.foreground
-                height: button.iconSize
+                size: button.iconSize
                 path: button.iconPath
                 visible: button.iconPath !== ""
-                width: height
             }
             ThemedText {
                 id: words

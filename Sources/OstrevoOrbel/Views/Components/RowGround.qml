@@ -13,12 +13,9 @@ Rectangle {
 
     color: selected ? Theme.accentSoft : hovered ? Theme.hover : "transparent"
 
-    Rectangle {
-        anchors.bottom: parent.bottom
-        color: Theme.lineSoft
-        height: 1
+    Hairline {
+        soft: true
         visible: ground.separated
-        width: parent.width
     }
     Rectangle {
         color: Theme.accent

@@ -6,6 +6,7 @@ import OstrevoOrbel
 FocusScope {
     id: frame
 
+    required property AppModel app
     property string title: ""
     /// What the screen is about, in one line.
     property string scope: ""
@@ -46,21 +47,17 @@ FocusScope {
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
 
-            ThemedText {
-                Accessible.name: text
-                Accessible.role: Accessible.Heading
-                bold: true
+            Heading {
                 lineHeight: Theme.px(26)
                 role: ThemedText.Title
                 text: frame.title
                 width: parent.width
             }
-            ThemedText {
+            SmallText {
                 Accessible.name: text
                 Accessible.role: Accessible.StaticText
                 color: Theme.text3
                 elide: Text.ElideMiddle
-                role: ThemedText.Small
                 text: frame.scope
                 width: parent.width
             }
@@ -73,12 +70,7 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 8
         }
-        Rectangle {
-            anchors.bottom: parent.bottom
-            color: Theme.line
-            height: 1
-            width: parent.width
-        }
+        Hairline {}
     }
     Item {
         id: barSlot

@@ -15,8 +15,9 @@ FocusScope {
 
     readonly property Item focused: Window.activeFocusItem
 
-    function reveal(item: Item): void {
-        if (!item || !page.activeFocus)
+    function reveal(item: var): void {
+        // What was clicked is in sight already.
+        if (!item || !page.activeFocus || item.visualFocus === false)
             return;
         const top = item.mapToItem(column, 0, 0).y + column.y;
         if (top - 12 < view.contentY || top + item.height + 12 > view.contentY + view.height)

@@ -26,9 +26,7 @@ Item {
             width: parent.width
             wrapMode: Text.Wrap
         }
-        ThemedText {
-            color: Theme.text2
-            role: ThemedText.Small
+        SmallText {
             text: row.explanation
             visible: text !== ""
             width: Math.min(parent.width, Theme.px(440))
@@ -44,11 +42,8 @@ Item {
         height: childrenRect.height
         width: childrenRect.width
     }
-    Rectangle {
-        anchors.bottom: parent.bottom
-        color: Theme.lineSoft
-        height: 1
+    Hairline {
+        soft: true
         visible: !row.last
-        width: parent.width
     }
 }

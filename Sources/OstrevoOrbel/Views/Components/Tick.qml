@@ -38,14 +38,13 @@ T.CheckBox {
             }
         }
 
-        PathIcon {
+        Icon {
             anchors.centerIn: parent
             color: Theme.commitText
-            height: Theme.px(14)
+            size: Theme.px(14)
             path: tick.checkState === Qt.PartiallyChecked ? "M3.5 8h9" : Theme.icons.check
             stroke: 2.2
             visible: tick.filled
-            width: height
         }
         FocusRing {
             controlRadius: Theme.tickRadius
@@ -53,13 +52,12 @@ T.CheckBox {
         }
     }
 
-    PathIcon {
+    Icon {
         anchors.centerIn: parent
         color: Theme.text3
-        height: Theme.px(14)
+        size: Theme.px(14)
         path: Theme.icons.lock
         visible: tick.refused
-        width: height
     }
     // A control that is not enabled is never hovered, and the refusal has to be readable.
     HoverHandler {

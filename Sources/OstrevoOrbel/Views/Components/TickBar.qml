@@ -33,10 +33,14 @@ Rectangle {
         }
     }
 
-    Rectangle {
-        color: Theme.line
-        height: 1
-        width: parent.width
+    Hairline {
+        edge: Qt.TopEdge
+    }
+    Shortcut {
+        enabled: bar.visible && bar.count > 0
+        sequence: "Del"
+
+        onActivated: bar.reviewed()
     }
     RowLayout {
         anchors.fill: parent
@@ -50,13 +54,12 @@ Rectangle {
             color: Theme.commit
             radius: Theme.tickRadius
 
-            PathIcon {
+            Icon {
                 anchors.centerIn: parent
                 color: Theme.commitText
-                height: Theme.px(14)
+                size: Theme.px(14)
                 path: Theme.icons.check
                 stroke: 2.2
-                width: height
             }
         }
         Row {
@@ -69,11 +72,10 @@ Rectangle {
                 text: " · " + bar.sum
             }
         }
-        ThemedText {
+        SmallText {
             Layout.fillWidth: true
             Layout.leftMargin: 8
             color: Theme.text3
-            role: ThemedText.Small
             text: bar.remark
         }
         PushButton {

@@ -1,0 +1,52 @@
+#include "AppModel/ItemActions.h"
+
+#include "Models/ItemKey.h"
+#include "Models/Wording.h"
+
+#include <utility>
+
+namespace orbel {
+
+ItemActions::ItemActions(Desktop& desktop, const PathCanonicalizer& canonicalizer, ShownTree tree)
+    : desktop_(desktop), canonicalizer_(canonicalizer), tree_(std::move(tree)) {}
+
+QString ItemActions::keyOf(quint32 node) const {
+    const auto& tree = tree_();
+    return node < tree.count() ? orbel::keyOf(tree.path(node, canonicalizer_)) : QString();
+}
+
+void ItemActions::open(const QString& key) const {
+    if (const auto path = pathOfKey(key); !path.empty())
+        desktop_.open(path);
+}
+
+void ItemActions::showInFileManager(const QString& key) const {
+    if (const auto path = pathOfKey(key); !path.empty())
+        desktop_.showInFileManager(path);
+}
+
+void ItemActions::copyPath(const QString& key) const {
+    if (const auto path = pathOfKey(key); !path.empty())
+        desktop_.copyText(textOf(path));
+}
+
+std::optional<NodeIndex> ItemActions::nodeOf(const QString& key) const {
+    const auto path = pathOfKey(key);
+    return path.empty() ? std::nullopt : tree_().index(path, canonicalizer_);
+}
+
+bool ItemActions::isMeasured(const QString& key) const {
+    return nodeOf(key).has_value();
+}
+
+void ItemActions::showOnMap(const QString& key) {
+    if (const auto node = nodeOf(key))
+        Q_EMIT mapWanted(*node);
+}
+
+void ItemActions::measureAgain(const QString& key) {
+    if (const auto node = nodeOf(key))
+        Q_EMIT measureWanted(*node);
+}
+
+} // namespace orbel

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Ports/Desktop.h"
+#include "Scan/FileTree.h"
+
+#include <functional>
+#include <optional>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+#include <string>
+
+namespace orbel {
+
+/// What can be done with an item without changing it, wherever it is listed. Items are told by their keys
+/// (see ItemKey.h); an empty or invalid key does nothing. Used on the main thread.
+class ItemActions final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the AppModel.")
+
+public:
+    using ShownTree = std::function<const FileTree&()>;
+
+    /// `desktop` and `canonicalizer` outlive this. `tree` gives the tree that the map shows, empty when
+    /// there is none.
+    ItemActions(Desktop& desktop, const PathCanonicalizer& canonicalizer, ShownTree tree);
+
+    /// Of a node of that tree; empty when there is no such node.
+    Q_INVOKABLE QString keyOf(quint32 node) const;
+    Q_INVOKABLE void open(const QString& key) const;
+    Q_INVOKABLE void showInFileManager(const QString& key) const;
+    Q_INVOKABLE void copyPath(const QString& key) const;
+    /// Whether the tree has the item, so that the next two do something.
+    Q_INVOKABLE bool isMeasured(const QString& key) const;
+    Q_INVOKABLE void showOnMap(const QString& key);
+    /// Measures the item, or the folder that it is in, again.
+    Q_INVOKABLE void measureAgain(const QString& key);
+
+Q_SIGNALS:
+    void mapWanted(quint32 node);
+    void measureWanted(quint32 node);
+
+private:
+    std::optional<NodeIndex> nodeOf(const QString& key) const;
+
+    Desktop& desktop_;
+    const PathCanonicalizer& canonicalizer_;
+    ShownTree tree_;
+};
+
+} // namespace orbel
