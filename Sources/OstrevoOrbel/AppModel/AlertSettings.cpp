@@ -7,7 +7,7 @@ namespace orbel {
 
 namespace {
 
-const QString settingsKey = QStringLiteral("lowDiskAlert");
+const QString alertKey = QStringLiteral("lowDiskAlert");
 
 } // namespace
 
@@ -23,12 +23,12 @@ AlertSettings::AlertSettings(const AppEnvironment& environment, const DiskState&
 }
 
 LowDiskSettings AlertSettings::loadLowDiskSettings(const QSettings& settings) {
-    return LowDiskSettings::fromText(settings.value(settingsKey).toString().toStdString());
+    return LowDiskSettings::fromText(settings.value(alertKey).toString().toStdString());
 }
 
 void AlertSettings::saveLowDisk() {
     const nlohmann::json json = lowDisk_;
-    environment_.settings->setValue(settingsKey, QString::fromStdString(json.dump()));
+    environment_.settings->setValue(alertKey, QString::fromStdString(json.dump()));
     Q_EMIT changed();
 }
 
@@ -64,7 +64,8 @@ void AlertSettings::setChoice(int choice) {
 }
 
 QString AlertSettings::sampleBody() const {
-    return textOf(LowDiskAlert::message(disk_.volume() ? disk_.volume()->free : lowDisk_.threshold).body);
+    const auto& volume = disk_.volume();
+    return textOf(LowDiskAlert::message(volume ? volume->free : lowDisk_.threshold).body);
 }
 
 void AlertSettings::restartAlertLoop() {

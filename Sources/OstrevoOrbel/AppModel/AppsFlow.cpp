@@ -131,21 +131,21 @@ void AppsFlow::measure() {
                 }
                 if (run.isCancelled())
                     return;
-                run.report([this, path = path, bytes] { list_.setBytes(path, bytes); });
+                run.report([this, path, bytes] { list_.setBytes(path, bytes); });
             }
         },
         [this] { Q_EMIT changed(); });
 }
 
 void AppsFlow::selectWanted() {
-    if (!wanted_)
+    const auto name = std::exchange(wanted_, std::nullopt);
+    if (!name)
         return;
-    const auto name = *std::exchange(wanted_, std::nullopt);
     const auto& entries = list_.entries();
     const auto found = std::ranges::find_if(
-        entries, [&](const AppsModel::Entry& entry) { return isCalled(entry.app, name); });
+        entries, [&](const AppsModel::Entry& entry) { return isCalled(entry.app, *name); });
     if (found == entries.end())
-        notice_.show(tr("No app called “%1” was found.").arg(textOf(name)));
+        notice_.show(tr("No app called “%1” was found.").arg(textOf(*name)));
     else
         selectPath(found->app.path);
 }

@@ -110,7 +110,7 @@ private:
     void selectPath(const std::string& path);
     void clearSelection();
     void makePlan();
-    void takePlan(AppPlan plan);
+    void takePlan(AppPlan made);
     void watchRunning();
     void selectWanted();
 

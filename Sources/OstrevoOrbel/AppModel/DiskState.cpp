@@ -3,6 +3,7 @@
 #include "Models/Wording.h"
 #include "Platform/HomeTrash.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Util/Check.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
@@ -115,7 +116,7 @@ void DiskState::beginCounting(const std::string& root) {
 void DiskState::takeCounted(const ScanOutcome& outcome) {
     const bool isScan = !counted_;
     if (isScan)
-        counted_.emplace();
+        counted_ = Counted{};
     counted_->kinds = outcome.kinds;
     counted_->trashedKinds = outcome.trashedKinds;
     if (isScan) {
@@ -128,6 +129,7 @@ void DiskState::takeCounted(const ScanOutcome& outcome) {
 }
 
 std::uint64_t DiskState::usedWithoutMoved(const VolumeInfo& disk, const DiskMoment& moment) const {
+    ORBEL_CHECK(counted_, "what was moved is known only once a scan was counted");
     const auto moved = counted_->outsideTree(moment) - counted_->outsideTreeAtScan;
     return disk.used
            - static_cast<std::uint64_t>(

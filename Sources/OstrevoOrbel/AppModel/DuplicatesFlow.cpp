@@ -264,9 +264,10 @@ void DuplicatesFlow::takeReviewed(int choice, Reviewed reviewed) {
     }
     if (!reviewed.refused.empty()) {
         const auto& why = reviewed.refused.front().item;
-        notice_.show(tr("%1 can no longer be moved: %2")
-                         .arg(countOf(reviewed.refused.size(), tr("ticked copy"), tr("ticked copies")),
-                              why ? textOf(*why->blockedReason) : tr("It is not there any more")));
+        notice_.show(
+            tr("%1 can no longer be moved: %2")
+                .arg(countOf(reviewed.refused.size(), tr("ticked copy"), tr("ticked copies")),
+                     why ? textOf(why->blockedReason.value_or("")) : tr("It is not there any more")));
         for (const auto& [group, path, item] : reviewed.refused)
             groups_.setAnswer(group, path, item);
     }

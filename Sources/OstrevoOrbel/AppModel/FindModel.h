@@ -12,7 +12,7 @@ namespace orbel {
 /// The files and folders of the scanned tree whose names contain a text, the largest first. Looks for
 /// them on a thread of its own; with the next letter, or another tree, what is under way is cancelled and
 /// dropped. Lives on the main thread.
-class FindModel : public RoleList {
+class FindModel : public orbel::RoleList {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(orbel::ScanFlow* scan READ scan WRITE setScan NOTIFY scanChanged REQUIRED)

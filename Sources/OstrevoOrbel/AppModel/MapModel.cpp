@@ -49,7 +49,7 @@ MapModel::MapModel(const AppEnvironment& environment, std::shared_ptr<const Safe
 void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage) {
     const bool isEdited = tree->count() > 0 && tree_->count() > 0 && tree->rootPath == tree_->rootPath;
     const auto former = std::exchange(tree_, std::move(tree));
-    coverage_ = std::move(coverage);
+    coverage_ = coverage;
     refusals_.clear();
     notes_.clear();
     ticking_.drop();
@@ -232,9 +232,7 @@ void MapModel::updateSafety() {
 }
 
 void MapModel::applyAnswer(NodeIndex node, const std::optional<DeletionItem>& item) {
-    const auto refusal = !item                  ? tr("It is not there any more")
-                         : item->isSelectable() ? QString()
-                                                : textOf(*item->blockedReason);
+    const auto refusal = item ? textOf(item->blockedReason.value_or("")) : tr("It is not there any more");
     const auto note = item ? textOf(item->note.value_or("")) : QString();
     if (refusals_.contains(node) && refusals_[node] == refusal && notes_[node] == note)
         return;

@@ -24,6 +24,7 @@ QString itemsText(std::size_t count) {
 /// So that the confirmation counts each item once.
 void dropTakenAlong(std::vector<TickedItem>& items) {
     std::vector<DeletionItem> plain;
+    plain.reserve(items.size());
     for (const auto& ticked : items)
         plain.push_back(ticked.item);
     const auto isTakenAlong = takenAlong(plain);
@@ -191,6 +192,7 @@ void MoveFlow::takeSteps(Steps& steps) {
 void MoveFlow::takeReport(DeletionReport report) {
     const auto approved = items_.items();
     std::vector<std::string> gone;
+    gone.reserve(report.moved.size());
     for (const auto& item : report.moved)
         gone.push_back(item.path);
     report_.set(report, approved, origin_, environment_.home, environment_.now());

@@ -175,9 +175,8 @@ QString ScanFlow::measuredText() const {
         return {};
     const auto figures =
         tr("%1 · %2 · %3").arg(figures_.measured().text(), figures_.entriesText(), figures_.duration());
-    if (isScanning())
-        return figures;
-    return (isPartial() ? tr("Partial · measured ") : tr("Measured ")) + figures;
+    const auto state = isScanning() ? QString() : isPartial() ? tr("Partial · measured ") : tr("Measured ");
+    return state + figures;
 }
 
 } // namespace orbel

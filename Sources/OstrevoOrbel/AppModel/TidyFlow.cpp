@@ -45,7 +45,7 @@ TidyListModel::Row rowOf(const EmptyFolderFinder::Row& found, std::chrono::syste
     if (found.nestedCount > 1)
         row.detail =
             TidyFlow::tr("holds %1 empty folders · %2").arg(countText(found.nestedCount), row.detail);
-    if (!found.item.isSelectable())
+    if (found.item.blockedReason)
         row.badge = textOf(*found.item.blockedReason);
     else if (!found.item.preselected)
         row.badge = row.detail.contains(TidyFlow::tr("changed today"))
@@ -73,10 +73,10 @@ TidyListModel::Row rowOf(const Shortcuts::Row& found) {
 QString tickedWords(const TidyListModel& list) {
     const auto words =
         TidyFlow::tr("%1 ticked").arg(countText(static_cast<std::uint64_t>(list.tickedCount())));
-    if (list.hiddenTicked() == 0)
-        return words;
-    return TidyFlow::tr("%1, %2 of them hidden")
-        .arg(words, countText(static_cast<std::uint64_t>(list.hiddenTicked())));
+    return list.hiddenTicked() == 0
+               ? words
+               : TidyFlow::tr("%1, %2 of them hidden")
+                     .arg(words, countText(static_cast<std::uint64_t>(list.hiddenTicked())));
 }
 
 } // namespace

@@ -108,7 +108,7 @@ void AppsModel::sortBy(bool size, bool descending) {
 /// The entries come in the order of their names, which settles what is of one size.
 void AppsModel::arrange() {
     rows_.resize(entries_.size());
-    std::iota(rows_.begin(), rows_.end(), 0);
+    std::iota(rows_.begin(), rows_.end(), 0); // NOLINT(modernize-use-ranges): g++ 12 has no such iota
     const TextMatcher matcher(filter_.toStdString());
     std::erase_if(rows_, [&](std::size_t number) {
         const auto& entry = entries_[number];

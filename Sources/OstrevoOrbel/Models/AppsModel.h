@@ -12,7 +12,7 @@
 namespace orbel {
 
 /// The applications as a list: found by a text, sorted by name or by size. Used on the main thread.
-class AppsModel : public RoleList {
+class AppsModel : public orbel::RoleList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppsFlow.")

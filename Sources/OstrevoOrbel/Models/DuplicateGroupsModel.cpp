@@ -8,6 +8,7 @@
 #include "Util/PathText.h"
 
 #include <algorithm>
+#include <ranges>
 
 namespace orbel {
 
@@ -158,9 +159,9 @@ void DuplicateGroupsModel::showRows() {
         headRows_ = std::move(heads);
         endResetModel();
     } else {
-        for (auto run = going.rbegin(); run != going.rend(); ++run) {
-            beginRemoveRows({}, run->first, run->second);
-            rows_.erase(rows_.begin() + run->first, rows_.begin() + run->second + 1);
+        for (const auto& [first, last] : std::views::reverse(going)) {
+            beginRemoveRows({}, first, last);
+            rows_.erase(rows_.begin() + first, rows_.begin() + last + 1);
             endRemoveRows();
         }
         for (const auto& [first, last] : coming) {

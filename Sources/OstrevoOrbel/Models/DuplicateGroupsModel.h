@@ -17,7 +17,7 @@ namespace orbel {
 /// Roles: `head`, `name`, `kind`, `path` for people, `size`, `folded`, `ticked`, `kept`; `copies` "3 copies
 /// · 14.6 GB each" and `frees`, of a head; `changed`, `refusal`, `note`, of a copy; `lastOfGroup`; `words`
 /// for assistive technology.
-class DuplicateGroupsModel : public RoleList {
+class DuplicateGroupsModel : public orbel::RoleList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the DuplicatesFlow.")

@@ -315,7 +315,7 @@ QVariant JournalModel::data(const QModelIndex& index, int role) const {
     if (role == LastRole)
         return index.row() + 1 == card.firstRow + rowsIn(card);
     if (const auto item = itemAt(index.row()))
-        return itemData(*item, role);
+        return valueOf(*item, role);
     return headData(card, role);
 }
 
@@ -373,7 +373,7 @@ QVariant JournalModel::headData(const Card& card, int role) const {
     }
 }
 
-QVariant JournalModel::itemData(const JournalHistory::Item& item, int role) const {
+QVariant JournalModel::valueOf(const JournalHistory::Item& item, int role) const {
     const auto& entry = history_->entry(item.line);
     switch (role) {
     case HeadRole:

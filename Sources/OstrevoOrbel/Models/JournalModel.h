@@ -113,7 +113,7 @@ private:
     bool isWaiting(const JournalHistory::Item& item) const;
     const Known* known(Line line) const;
     QVariant headData(const Card& card, int role) const;
-    QVariant itemData(const JournalHistory::Item& item, int role) const;
+    QVariant valueOf(const JournalHistory::Item& item, int role) const;
     QString stageOf(const JournalHistory::Item& item) const;
     QString reasonOf(const JournalHistory::Item& item) const;
     std::optional<Tally> tallyOf(const Card& card) const;

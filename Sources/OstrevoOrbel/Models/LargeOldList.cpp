@@ -37,11 +37,12 @@ TickedItem LargeOldList::ticked(std::uint32_t row) const {
 
 namespace {
 
-using Row = LargeOldQuery::Row;
+using QueryRow = LargeOldQuery::Row;
 
 /// Sorts by what `keyOf` gives for a row, which is asked once for each.
 template <class KeyOf>
-void sortBy(std::vector<std::uint32_t>& order, const std::vector<Row>& rows, bool descending, KeyOf keyOf) {
+void sortBy(std::vector<std::uint32_t>& order, const std::vector<QueryRow>& rows, bool descending,
+            KeyOf keyOf) {
     std::vector<decltype(keyOf(rows.front()))> keys(rows.size());
     for (const auto row : order)
         keys[row] = keyOf(rows[row]);
@@ -69,16 +70,17 @@ LargeOldOrder arranged(const LargeOldList& list, const LargeOldArrangement& arra
     switch (arrangement.column) {
     case LargeOldArrangement::Column::name:
         sortBy(order.rows, rows, arrangement.descending,
-               [](const Row& row) { return caseFolded(row.item.title); });
+               [](const QueryRow& row) { return caseFolded(row.item.title); });
         break;
     case LargeOldArrangement::Column::kind:
-        sortBy(order.rows, rows, arrangement.descending, [](const Row& row) { return title(row.kind); });
+        sortBy(order.rows, rows, arrangement.descending, [](const QueryRow& row) { return title(row.kind); });
         break;
     case LargeOldArrangement::Column::lastUsed:
-        sortBy(order.rows, rows, arrangement.descending, [](const Row& row) { return row.lastUsed.date; });
+        sortBy(order.rows, rows, arrangement.descending,
+               [](const QueryRow& row) { return row.lastUsed.date; });
         break;
     case LargeOldArrangement::Column::size:
-        sortBy(order.rows, rows, arrangement.descending, [](const Row& row) { return row.bytes; });
+        sortBy(order.rows, rows, arrangement.descending, [](const QueryRow& row) { return row.bytes; });
         break;
     }
     order.places.assign(rows.size(), LargeOldOrder::nowhere);

@@ -17,7 +17,7 @@ namespace orbel {
 /// Roles: `node`, `name`, `kind`, `kindName`, `size`, `note`; `folder` "~/Downloads"; `path`; `lastUsed` "3
 /// March 2025"; `record` "file access time"; `tick`, a Qt::CheckState; `refusal`, why it cannot be ticked;
 /// `openIn` "Open in qemu-system-x86".
-class LargeOldModel : public RoleList {
+class LargeOldModel : public orbel::RoleList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the LargeOldFlow.")

@@ -16,7 +16,7 @@ namespace orbel {
 /// Roles: `section` "app", "leftovers" or "shared"; `title`; `detail`, the application's path or why it
 /// belongs to it; `kind`, `size`, `note`; `tick`, a Qt::CheckState; `refusal`, why it cannot be ticked;
 /// `listed`, whether it is an item and not words in place of one.
-class LeftoversModel : public RoleList {
+class LeftoversModel : public orbel::RoleList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppsFlow.")

@@ -15,7 +15,7 @@ namespace orbel {
 /// Roles: `node`, `kind`, `kindName`, `size`; `name`, which ends in "/" for a folder; `fraction` of the
 /// largest row; `share` of the folder; `tick`, a Qt::CheckState; `refusal`, why it cannot be ticked, as far
 /// as known; `note`, what to know before it moves.
-class MapListModel : public RoleList {
+class MapListModel : public orbel::RoleList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the MapModel.")

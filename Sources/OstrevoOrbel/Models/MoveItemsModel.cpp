@@ -33,6 +33,7 @@ void MoveItemsModel::setItems(std::vector<TickedItem> items) {
     setRows({});
     items_ = std::move(items);
     std::vector<MoveItem> rows;
+    rows.reserve(items_.size());
     for (const auto& ticked : items_)
         rows.push_back({.ticked = &ticked});
     setRows(std::move(rows));

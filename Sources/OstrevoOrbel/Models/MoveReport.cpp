@@ -35,6 +35,7 @@ void MoveReport::set(DeletionReport report, const std::vector<TickedItem>& items
     for (const auto& ticked : items)
         kindOf_[ticked.item.path] = static_cast<int>(ticked.kind);
     std::vector<ReportItem> rows;
+    rows.reserve(report_.skipped.size());
     for (const auto& item : report_.skipped)
         rows.push_back({.title = textOf(item.title),
                         .path = textOf(tildePath(item.path, home_)),

@@ -9,7 +9,7 @@ namespace orbel {
 
 /// A list whose roles are a table: the name that QML knows each by, and how to read it of a row. Used on the
 /// main thread. The role "key" is also there as `keyRole`, and "label", else "name", as the display role, by
-/// which rows are found.
+/// which rows are found. Heirs name it with its namespace: qmllint of Qt 6.4 finds it only so.
 class RoleList : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT

@@ -16,7 +16,7 @@ namespace orbel {
 ///
 /// Roles: `path` for people; `detail`, `badge`; `warn`, the badge tells of something amiss; `ticked`,
 /// `refusal`; `words` for assistive technology.
-class TidyListModel : public RoleList {
+class TidyListModel : public orbel::RoleList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the TidyFlow.")

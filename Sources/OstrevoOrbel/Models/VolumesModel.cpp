@@ -22,6 +22,7 @@ QString VolumeRow::figures() const {
 
 void VolumesModel::setVolumes(std::vector<MountedVolume> volumes) {
     std::vector<VolumeRow> rows;
+    rows.reserve(volumes.size());
     for (auto& volume : volumes)
         rows.push_back({.volume = std::move(volume)});
     setRows(std::move(rows));

@@ -150,8 +150,10 @@ private:
     void lastWindowClosed() {
         if (tray_.isShown())
             return;
-        if (!model_.alert()->isEnabled())
-            return QCoreApplication::quit();
+        if (!model_.alert()->isEnabled()) {
+            QCoreApplication::quit();
+            return;
+        }
         notifier_->post({.title = "Ostrevo Vanto is closed",
                          .body = "Free space is not checked until it is opened again."});
         // Nobody sees the application any more; the message only has to leave it.
@@ -200,11 +202,11 @@ int runApplication(int& count, char** words) {
     std::shared_ptr<LiveDiagnostics> diagnostics;
     if (options.diagnosticsPath)
         diagnostics = std::make_shared<LiveDiagnostics>(*options.diagnosticsPath);
-    const auto application = makeQtApplication(count, words);
+    [[maybe_unused]] const auto application = makeQtApplication(count, words);
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     int status = runWindow(options, diagnostics);
     if (diagnostics && !diagnostics->write()) {
-        say("The diagnostics could not be written to " + *options.diagnosticsPath);
+        say("The diagnostics could not be written to " + options.diagnosticsPath.value_or(""));
         status = ExitStatus::incomplete;
     }
     // A scan that was stopped may still be on its way out; it must not find what it uses torn down.

@@ -60,7 +60,7 @@ std::string execWord(const std::string& path) {
     for (const char byte : path) {
         switch (byte) {
         case '\\':
-            word += "\\\\\\\\"; // escaped once as a word and once more as a value of the file
+            word += R"(\\\\)"; // escaped once as a word and once more as a value of the file
             break;
         case '"':
         case '`':

@@ -36,7 +36,7 @@ LiveNotifier::LiveNotifier(QDBusConnection bus) : bus_(std::move(bus)) {
 /// There is no permission to ask for: it can be shown when somebody is there to show it, or can be started.
 void LiveNotifier::requestPermission(std::function<void(bool)> answer) {
     const auto shared = std::make_shared<std::function<void(bool)>>(std::move(answer));
-    const auto then = [this](const QDBusMessage& call, auto use) {
+    const auto then = [this](const QDBusMessage& call, const auto& use) {
         auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
         connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, use] {
             use(watcher->reply());
@@ -46,8 +46,10 @@ void LiveNotifier::requestPermission(std::function<void(bool)> answer) {
     auto owned = busCall(QStringLiteral("NameHasOwner"));
     owned << service;
     then(owned, [then, shared](const QDBusMessage& reply) {
-        if (reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool())
-            return (*shared)(true);
+        if (reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool()) {
+            (*shared)(true);
+            return;
+        }
         then(busCall(QStringLiteral("ListActivatableNames")), [shared](const QDBusMessage& names) {
             (*shared)(names.type() == QDBusMessage::ReplyMessage
                       && names.arguments().value(0).toStringList().contains(service));

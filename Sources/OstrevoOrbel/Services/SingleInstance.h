@@ -60,12 +60,12 @@ public:
     explicit ApplicationInterface(SingleInstance& instance);
 
 public Q_SLOTS:
-    void Activate(const QVariantMap& platformData); // NOLINT(readability-identifier-naming)
-    void Open(const QStringList& uris,
-              const QVariantMap& platformData); // NOLINT(readability-identifier-naming)
-    void ActivateAction(const QString& action,
-                        const QVariantList& parameters, // NOLINT(readability-identifier-naming)
+    // NOLINTBEGIN(readability-identifier-naming): called by these names over the bus
+    void Activate(const QVariantMap& platformData);
+    void Open(const QStringList& uris, const QVariantMap& platformData);
+    void ActivateAction(const QString& action, const QVariantList& parameters,
                         const QVariantMap& platformData);
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     void request(const InstanceRequest& request, const QVariantMap& platformData);

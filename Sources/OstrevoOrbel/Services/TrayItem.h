@@ -53,7 +53,7 @@ public:
     bool isMenu() const { return false; }
 
 public Q_SLOTS:
-    // NOLINTBEGIN(readability-identifier-naming)
+    // NOLINTBEGIN(readability-identifier-naming): called by these names over the bus
     void Activate(int x, int y);
     void SecondaryActivate(int x, int y);
     void ContextMenu(int x, int y);

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Dialogs
 import OstrevoOrbel
@@ -12,7 +14,7 @@ ScreenFrame {
     // What had the focus is no longer to be seen.
     onFirstFocusChanged: if (activeFocus && !field.activeFocus) Qt.callLater(takeFocus, Qt.TabFocusReason)
 
-    firstFocus: flow.running ? stop : hasList ? table : nothingToShow
+    firstFocus: (flow.running ? stop : hasList ? table : nothingToShow) as Item
     objectName: "duplicates"
     scope: flow.scopeText
     status: flow.running ? qsTr("Searching for duplicates…") : hasList ? table.status : ""
@@ -121,11 +123,14 @@ ScreenFrame {
         /// Which of a copy's two controls the keys act on: its tick, or the mark that keeps it.
         property bool keepFocused: false
 
+        function menuOf(row: Item): var {
+            return (row as DuplicateRow).head ? groupMenu : copyMenu;
+        }
+
         Accessible.name: qsTr("Groups of identical files")
         Accessible.role: Accessible.Table
         anchors.fill: parent
         menu: copyMenu
-        menuOf: row => row.head ? groupMenu : copyMenu
         model: screen.flow.groups
         objectName: "duplicates.table"
         visible: screen.hasList

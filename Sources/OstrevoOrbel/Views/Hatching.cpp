@@ -1,6 +1,7 @@
 #include "Views/Hatching.h"
 
 #include <QPainter>
+#include <QtMath>
 
 namespace orbel {
 
@@ -18,8 +19,11 @@ Hatching::Hatching(QQuickItem* parent) : QQuickPaintedItem(parent) {
 void Hatching::paint(QPainter* painter) {
     painter->setPen(QPen(lines_, 1));
     // From the lower left to the upper right; the first lines begin left of the item.
-    for (qreal x = spacing / 2; x < width() + height(); x += spacing)
+    const int lines = qCeil((width() + height()) / spacing - 0.5);
+    for (int i = 0; i < lines; ++i) {
+        const qreal x = spacing * (i + 0.5);
         painter->drawLine(QPointF(x - height(), height()), QPointF(x, 0));
+    }
 }
 
 } // namespace orbel

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import OstrevoOrbel
 
@@ -18,7 +20,7 @@ ScreenFrame {
         field.selectAll();
     }
 
-    firstFocus: listed ? table : state.visible ? state : null
+    firstFocus: (listed ? table : state.visible ? state : null) as Item
     objectName: "large"
     scope: narrow && measured && large.known ? [large.shownCount, large.shownSize].join(" · ") : app.scan.scopeText
     status: listed ? table.status : ""

@@ -12,10 +12,10 @@ T.ApplicationWindow {
     property string page: ""
 
     readonly property bool narrow: width < Theme.narrowBelow
-    readonly property Item shownScreen: app.moves.reporting && page === "" ? report.item
+    readonly property ScreenFrame shownScreen: (app.moves.reporting && page === "" ? report.item
         // There are none before they are counted, and nothing but the count tells of them.
-        : page !== "" ? pages.count > 0 ? pages.itemAt(window.pageNames.indexOf(page)).item : null
-        : screens.count > app.screenIndex ? screens.itemAt(app.screenIndex).item : null
+        : page !== "" ? pages.count > 0 ? (pages.itemAt(window.pageNames.indexOf(page)) as Loader).item : null
+        : screens.count > app.screenIndex ? (screens.itemAt(app.screenIndex) as Loader).item : null) as ScreenFrame
     readonly property var pageNames: ["settings", "help"]
 
     /// Wanted closed while something moves: closes as soon as it may.
@@ -72,6 +72,8 @@ T.ApplicationWindow {
         value: window.app.appearance.dark
     }
 
+    // A Loader of Qt 6.4 cannot make what is bound to its context, so nothing in this file is.
+    // qmllint disable unqualified
     component Place: Loader {
         required property string view
         required property bool shown
@@ -91,6 +93,7 @@ T.ApplicationWindow {
         Component.onCompleted: make()
         onShownChanged: make()
     }
+    // qmllint enable unqualified
 
     // The frame. What is declared first comes first for Tab: the screen, then the sidebar.
     Item {
@@ -131,6 +134,7 @@ T.ApplicationWindow {
                     || window.app.screen !== "journal")
                 width: parent.width
             }
+            // qmllint disable unqualified
             Repeater {
                 id: screens
 
@@ -175,8 +179,9 @@ T.ApplicationWindow {
                     onExportWanted: exportDialog.open()
                 }
 
-                onLoaded: item.takeFocus(Qt.OtherFocusReason)
+                onLoaded: (item as ReportView).takeFocus(Qt.OtherFocusReason)
             }
+            // qmllint enable unqualified
         }
         Sidebar {
             id: sidebar
@@ -209,7 +214,7 @@ T.ApplicationWindow {
         focus: active
 
         sourceComponent: OnboardingView {
-            app: window.app
+            app: window.app // qmllint disable unqualified
         }
     }
 
@@ -261,10 +266,12 @@ T.ApplicationWindow {
             required property int index
             required property var modelData
 
+            // qmllint disable unqualified
             enabled: !window.app.scan.needsFullDiskAccess
             sequence: "Ctrl+" + (index + 1)
 
             onActivated: window.showScreen(modelData.name, Qt.ShortcutFocusReason)
+            // qmllint enable unqualified
         }
     }
     Shortcut {

@@ -20,7 +20,7 @@ Flickable {
 
     T.ScrollBar.vertical: ScrollThumb {}
 
-    component Figure: Column {
+    component Reading: Column {
         property alias label: label.text
         property alias value: value.text
         property alias unit: unit.text
@@ -82,25 +82,25 @@ Flickable {
                 rowSpacing: 12
                 width: parent.width
 
-                Figure {
+                Reading {
                     label: qsTr("Measured so far")
                     objectName: "overview.measured"
                     unit: scanning.app.scan.figures.measured.unit
                     value: scanning.app.scan.figures.measured.value
                     width: figures.cell
                 }
-                Figure {
+                Reading {
                     label: qsTr("Entries")
                     objectName: "overview.entries"
                     value: scanning.app.scan.figures.entries
                     width: figures.cell
                 }
-                Figure {
+                Reading {
                     label: qsTr("Time")
                     value: scanning.app.scan.figures.duration
                     width: figures.cell
                 }
-                Figure {
+                Reading {
                     label: qsTr("Could not be read")
                     value: scanning.app.scan.figures.unreadable
                     width: figures.cell

@@ -8,7 +8,7 @@ ScreenFrame {
     readonly property string phase: app.scan.running ? "scanning" : app.scan.rootUnreadable ? "unreadable"
         : app.scan.measuredAny ? "measured" : "first"
 
-    firstFocus: phase === "scanning" ? stop : body.item
+    firstFocus: (phase === "scanning" ? stop : body.item) as Item
     objectName: "overview"
     scope: app.scan.scopeText
     status: app.scan.running ? app.scan.scopeText : body.item?.status ?? ""
@@ -77,6 +77,8 @@ ScreenFrame {
             : view.phase === "unreadable" ? unreadable : first
     }
 
+    // A Loader of Qt 6.4 cannot make what is bound to its context.
+    // qmllint disable unqualified
     Component {
         id: first
 
@@ -110,4 +112,5 @@ ScreenFrame {
             objectName: "overview.unreadable"
         }
     }
+    // qmllint enable unqualified
 }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 import OstrevoOrbel
@@ -27,7 +29,7 @@ Rectangle {
 
     /// The item of the screen that is shown.
     function takeFocus(): void {
-        const place = page === "" ? screens.itemAt(app.screenIndex) : page === "settings" ? settings : help;
+        const place = (page === "" ? screens.itemAt(app.screenIndex) : page === "settings" ? settings : help) as Item;
         place.forceActiveFocus(Qt.TabFocusReason);
     }
 

@@ -95,7 +95,7 @@ QtObject {
         source: theme.fontInstalled ? "" : "Fonts/NotoSans-Bold.ttf"
     }
     readonly property string family: fontInstalled || regularFace.status === FontLoader.Ready
-        ? "Noto Sans" : Qt.application.font.family
+        ? "Noto Sans" : Application.font.family
 
     readonly property int tileSize: px(11)
     readonly property int tileLine: px(14)

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import OstrevoOrbel
 
@@ -22,7 +24,7 @@ Card {
     readonly property alias table: table
 
     function takeFocus(reason: int): void {
-        (card.list.count > 0 ? table : none).forceActiveFocus(reason);
+        ((card.list.count > 0 ? table : none) as Item).forceActiveFocus(reason);
     }
 
     clip: true

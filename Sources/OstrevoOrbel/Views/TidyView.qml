@@ -10,7 +10,7 @@ ScreenFrame {
     /// Which of the two is shown where there is no room for both.
     property int tab: 0
 
-    firstFocus: !hasLists ? unmeasured : narrow && tab === 1 ? shortcuts.table : folders.table
+    firstFocus: (!hasLists ? unmeasured : narrow && tab === 1 ? shortcuts.table : folders.table) as Item
     objectName: "tidy"
     scope: qsTr("Home folder · found by rule, nothing has been moved")
     status: !hasLists ? "" : flow.running ? qsTr("Looking for what can be tidied away…")

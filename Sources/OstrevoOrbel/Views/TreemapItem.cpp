@@ -122,7 +122,8 @@ void TreemapItem::layOut() {
 void TreemapItem::takeSelection() {
     if (isStale_)
         return; // comes again once there are tiles to choose from
-    selected_ = map_ != nullptr && map_->selectedNode() ? tileOf(*map_->selectedNode()) : -1;
+    const auto selected = map_ != nullptr ? map_->selectedNode() : std::nullopt;
+    selected_ = selected ? tileOf(*selected) : -1;
     if (selected_ >= 0)
         current_ = selected_;
     Q_EMIT marksChanged();
@@ -177,8 +178,8 @@ QRectF TreemapItem::boxOf(quint32 node) {
 QColor TreemapItem::colorOf(quint32 node) const {
     const auto& colors = isDark_ ? MapColors::dark() : MapColors::light();
     if (map_ == nullptr || node >= map_->tree().count() || TreemapModel::isPlainFolder(map_->tree(), node))
-        return QColor(QRgb(0xFF000000U | colors.frame(0)));
-    return QColor(QRgb(0xFF000000U | colors.of(map_->tree().kind(node)).fill));
+        return {QRgb(0xFF000000U | colors.frame(0))};
+    return {QRgb(0xFF000000U | colors.of(map_->tree().kind(node)).fill)};
 }
 
 void TreemapItem::paint(QPainter* painter) {

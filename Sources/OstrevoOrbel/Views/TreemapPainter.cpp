@@ -35,7 +35,7 @@ QBrush hatching(const MapColors& colors, double scale) {
     for (const int offset : {-side, 0, side})
         painter.drawLine(QPointF(offset, side), QPointF(offset + side, 0));
     painter.end();
-    return QBrush(tile);
+    return {tile};
 }
 
 } // namespace
@@ -123,9 +123,9 @@ void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, co
     const auto& bold = metrics(face, face.isBold);
     const double inset = px(face.nameInset);
     const double lineHeight = px(face.lineHeight);
-    QRectF first(rect.x() + inset, rect.y() + px(face.topInset),
-                 rect.width() - 2 * inset - (isTicked ? px(28) : 0), lineHeight);
-    QRectF second(rect.x() + inset, first.bottom(), rect.width() - 2 * inset, lineHeight);
+    const QRectF first(rect.x() + inset, rect.y() + px(face.topInset),
+                       rect.width() - 2 * inset - (isTicked ? px(28) : 0), lineHeight);
+    const QRectF second(rect.x() + inset, first.bottom(), rect.width() - 2 * inset, lineHeight);
     QString name = QString::fromStdString(tile.label);
     QString below = face.showsSize ? ByteFigure(tile.bytes).text() : QString();
 

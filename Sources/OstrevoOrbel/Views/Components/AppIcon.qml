@@ -23,7 +23,8 @@ Item {
         fillMode: Image.PreserveAspectFit
         smooth: true
         source: icon.picture
-        sourceSize: Qt.size(Math.ceil(icon.size * Screen.devicePixelRatio), Math.ceil(icon.size * Screen.devicePixelRatio))
+        sourceSize.height: Math.ceil(icon.size * Screen.devicePixelRatio)
+        sourceSize.width: Math.ceil(icon.size * Screen.devicePixelRatio)
         visible: drawn
     }
     Rectangle {

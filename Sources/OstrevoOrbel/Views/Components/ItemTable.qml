@@ -27,9 +27,8 @@ T.Control {
     readonly property alias contentHeight: view.contentHeight
     /// Whether the row with the focus is to show it.
     readonly property bool showsFocus: activeFocus && (visualFocus || view.keyed)
-    /// The menu of a row, and the one of those that a list has for some of its rows.
+    /// The menu of the rows; a list that has another one for some of them says so in `menuOf`.
     property ItemMenu menu: null
-    property var menuOf: row => table.menu
     /// Of the row under the pointer, else of the one with the focus.
     property var hoveredRow: null
     readonly property var statusRow: hoveredRow ?? view.currentItem
@@ -62,6 +61,9 @@ T.Control {
         if (selects && table.selects)
             table.selectedRow = view.currentIndex;
         view.positionViewAtIndex(view.currentIndex, ListView.Contain);
+    }
+    function menuOf(row: Item): var {
+        return table.menu;
     }
     /// The menu opens beside its row, which may be another one, or gone, by the time that something is chosen.
     function openMenu(row: Item, x: real, y: real): void {
