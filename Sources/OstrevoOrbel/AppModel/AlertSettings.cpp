@@ -7,7 +7,7 @@ namespace orbel {
 
 namespace {
 
-const QString settingsKey = QStringLiteral("lowDiskAlert");
+const QString lowDiskKey = QStringLiteral("lowDiskAlert");
 
 } // namespace
 
@@ -23,12 +23,12 @@ AlertSettings::AlertSettings(const AppEnvironment& environment, const DiskState&
 }
 
 LowDiskSettings AlertSettings::loadLowDiskSettings(const QSettings& settings) {
-    return LowDiskSettings::fromText(settings.value(settingsKey).toString().toStdString());
+    return LowDiskSettings::fromText(settings.value(lowDiskKey).toString().toStdString());
 }
 
 void AlertSettings::saveLowDisk() {
     const nlohmann::json json = lowDisk_;
-    environment_.settings->setValue(settingsKey, QString::fromStdString(json.dump()));
+    environment_.settings->setValue(lowDiskKey, QString::fromStdString(json.dump()));
     Q_EMIT changed();
 }
 

@@ -4,7 +4,7 @@ namespace orbel {
 
 namespace {
 
-const QString settingsKey = QStringLiteral("appearance");
+const QString appearanceKey = QStringLiteral("appearance");
 
 bool isChoice(const QString& word) {
     return word == QLatin1String("system") || word == QLatin1String("light") || word == QLatin1String("dark");
@@ -13,7 +13,7 @@ bool isChoice(const QString& word) {
 } // namespace
 
 AppearanceSettings::AppearanceSettings(const AppEnvironment& environment)
-    : environment_(environment), choice_(environment.settings->value(settingsKey).toString()) {
+    : environment_(environment), choice_(environment.settings->value(appearanceKey).toString()) {
     if (!isChoice(choice_))
         choice_ = QStringLiteral("system");
     if (environment.appearance)
@@ -26,7 +26,7 @@ void AppearanceSettings::setChoice(const QString& choice) {
         return;
     choice_ = choice;
     override_.reset();
-    environment_.settings->setValue(settingsKey, choice_);
+    environment_.settings->setValue(appearanceKey, choice_);
     Q_EMIT choiceChanged();
     update();
 }
