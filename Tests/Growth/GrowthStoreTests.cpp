@@ -16,7 +16,7 @@ using test::TemporaryFolder;
 using test::TreeBuilder;
 
 constexpr Date monday{std::chrono::sys_days(std::chrono::year(2025) / 11 / 17)};
-constexpr std::uint64_t MB = 1'000'000;
+constexpr std::uint64_t million = 1'000'000;
 
 FileTree treeOf(std::uint64_t bytes, const std::string& root = "/data") {
     TreeBuilder builder(root);
@@ -27,13 +27,14 @@ FileTree treeOf(std::uint64_t bytes, const std::string& root = "/data") {
 TEST(GrowthStore, ComparesEachScanWithTheOneBefore) {
     const TemporaryFolder home;
     const GrowthStore store(home.path("data/growth"));
-    EXPECT_FALSE(store.keep(treeOf(10 * MB), monday).growth);
-    EXPECT_FALSE(store.keep(treeOf(90 * MB, "/other"), monday).growth);
-    const auto second = store.keep(treeOf(15 * MB), monday + std::chrono::hours(24));
+    EXPECT_FALSE(store.keep(treeOf(10 * million), monday).growth);
+    EXPECT_FALSE(store.keep(treeOf(90 * million, "/other"), monday).growth);
+    const auto second = store.keep(treeOf(15 * million), monday + std::chrono::hours(24));
     ASSERT_TRUE(second.growth);
     EXPECT_EQ(second.growth->since, monday);
     EXPECT_EQ(second.growth->folders,
-              (std::vector<GrownFolder>{{.path = "/data/films", .grownBytes = 5 * MB, .bytes = 15 * MB}}));
+              (std::vector<GrownFolder>{
+                  {.path = "/data/films", .grownBytes = 5 * million, .bytes = 15 * million}}));
     EXPECT_EQ(store.latest("/data")->measuredAt, monday + std::chrono::hours(24));
     struct stat status {};
     ASSERT_EQ(::stat(store.pathFor("/data").c_str(), &status), 0);
@@ -43,7 +44,7 @@ TEST(GrowthStore, ComparesEachScanWithTheOneBefore) {
     EXPECT_FALSE(store.keep(FileTree("/data"), monday).growth) << "a root that could not be read";
     EXPECT_TRUE(store.latest("/data")) << "leaves what is kept";
     const test::FlushHook hook([](const test::Flush&) { return EIO; });
-    EXPECT_TRUE(store.keep(treeOf(20 * MB), monday).failure);
+    EXPECT_TRUE(store.keep(treeOf(20 * million), monday).failure);
     EXPECT_EQ(store.latest("/data")->measuredAt, monday + std::chrono::hours(24))
         << "replaced only by what is on the disk";
 }
@@ -54,7 +55,7 @@ TEST(GrowthStore, ReplacesWhatIsDamagedAndBelievesNobodyElse) {
     const auto path = store.pathFor("/data");
     std::ofstream(path) << "{\"version\":1,";
     ASSERT_EQ(::chmod(path.c_str(), 0644), 0);
-    auto kept = store.keep(treeOf(10 * MB), monday);
+    auto kept = store.keep(treeOf(10 * million), monday);
     EXPECT_FALSE(kept.growth);
     EXPECT_FALSE(kept.failure);
     struct stat status {};
@@ -65,14 +66,14 @@ TEST(GrowthStore, ReplacesWhatIsDamagedAndBelievesNobodyElse) {
     ASSERT_EQ(::rename(path.c_str(), store.pathFor("/other").c_str()), 0);
     EXPECT_FALSE(store.latest("/other")) << "of another root";
     home.link("growth/" + path.substr(path.rfind('/') + 1), store.pathFor("/other"));
-    kept = store.keep(treeOf(20 * MB), monday);
+    kept = store.keep(treeOf(20 * million), monday);
     EXPECT_FALSE(kept.growth);
     EXPECT_EQ(kept.failure, path + ": Not a regular file");
 }
 
 TEST(GrowthReport, IsAddedOnlyWhenAskedFor) {
     const test::ProgramHome home;
-    home.file("data/films/a", 3 * MB);
+    home.file("data/films/a", 3 * million);
     const auto growth = home.path(".local/share/Ostrevo Orbel/growth");
     EXPECT_FALSE(home.json({"--scan-json", home.path("data")}, 0).contains("growth"));
     struct stat status {};
@@ -80,13 +81,13 @@ TEST(GrowthReport, IsAddedOnlyWhenAskedFor) {
 
     const auto first = home.json({"--scan-json", home.path("data"), "--growth"}, 0)["growth"];
     EXPECT_EQ(first, (nlohmann::json{{"since", nullptr}, {"folders", nlohmann::json::array()}}));
-    home.file("data/films/b", 2 * MB);
+    home.file("data/films/b", 2 * million);
     const auto second = home.json({"--scan-json", home.path("data") + "/.", "--growth"}, 0)["growth"];
     EXPECT_TRUE(parseIso8601(second["since"].get<std::string>()));
     ASSERT_EQ(second["folders"].size(), 1);
     EXPECT_EQ(second["folders"][0]["path"], home.path("data/films"));
-    EXPECT_GE(second["folders"][0]["grownBytes"], 2 * MB);
-    EXPECT_GE(second["folders"][0]["allocatedBytes"], 5 * MB);
+    EXPECT_GE(second["folders"][0]["grownBytes"], 2 * million);
+    EXPECT_GE(second["folders"][0]["allocatedBytes"], 5 * million);
 
     const test::ProgramHome blocked;
     blocked.file(".local/share/Ostrevo Orbel/growth");

@@ -18,7 +18,7 @@ using test::ProgramHome;
 using test::TemporaryFolder;
 using namespace std::string_literals;
 
-std::vector<std::string> namesIn(const json& list) {
+std::vector<std::string> titlesIn(const json& list) {
     std::vector<std::string> names;
     for (const auto& item : list)
         names.push_back(item.at("title"));
@@ -69,7 +69,7 @@ TEST(TrashCommand, MovesAndReports) {
     home.file("docs/folder/a", 5000);
     home.file("docs/file", 100);
     const auto report = home.json({"--trash", "docs/folder///", home.path("docs/file")}, 0);
-    EXPECT_EQ(namesIn(report["moved"]), (Names{"folder", "file"}));
+    EXPECT_EQ(titlesIn(report["moved"]), (Names{"folder", "file"}));
     EXPECT_EQ(report["moved"][0]["path"], home.path("docs/folder"));
     EXPECT_GE(report["moved"][0]["bytes"], 5000);
     EXPECT_EQ(report["skipped"], json::array());
@@ -140,7 +140,7 @@ TEST(TrashCommand, SkipsWhatMayNotBeMovedWithoutMeasuringIt) {
                   {"Trash", trash},
                   {"app", "Inside ~/.config: only caches can be moved from here"},
                   {"x", "Inside Library: only Caches and Logs can be moved from here"}}));
-    EXPECT_EQ(namesIn(report["moved"]), (Names{"good"})) << "once, although it was named twice";
+    EXPECT_EQ(titlesIn(report["moved"]), (Names{"good"})) << "once, although it was named twice";
     EXPECT_EQ(home.entries().size(), 12) << "each has its line";
 }
 
@@ -165,7 +165,7 @@ TEST(TrashCommand, ADryRunChecksAllAndWritesNothing) {
                                                 {"--trash", "docs/one", "docs/two", "--dry-run"}}) {
         const auto report = home.json(words, 0);
         EXPECT_EQ(report["dryRun"], true);
-        EXPECT_EQ(namesIn(report["moved"]), (Names{"one", "two"}));
+        EXPECT_EQ(titlesIn(report["moved"]), (Names{"one", "two"}));
     }
     EXPECT_EQ(reasonsIn(home.json({"--trash", "--dry-run", "docs/link", "docs/missing"}, 1)).size(), 2);
     EXPECT_EQ(everythingIn(home.path()), before);
@@ -240,7 +240,7 @@ TEST(TrashCommand, TakesAListAsOneSession) {
 
     auto pipe = home.start({});
     pipe.words = {"sh", "-c", "printf 'docs/-dashed\\0' | \"$0\" --trash --files0-from -", ORBEL_PROGRAM};
-    EXPECT_EQ(namesIn(json::parse(test::RunningProgram(pipe).finish().output)["moved"]), Names{"-dashed"});
+    EXPECT_EQ(titlesIn(json::parse(test::RunningProgram(pipe).finish().output)["moved"]), Names{"-dashed"});
     EXPECT_EQ(home.json({"--trash", "--files0-from=/dev/null"}, 0)["moved"], json::array());
 }
 
@@ -291,7 +291,7 @@ TEST(TrashCommand, KeepsTheCopyThatMustStay) {
     EXPECT_FALSE(fs::exists(home.trash()));
 
     const auto report = home.json(words, 1);
-    EXPECT_EQ(namesIn(report["moved"]), (Names{"same", "also same"}));
+    EXPECT_EQ(titlesIn(report["moved"]), (Names{"same", "also same"}));
     constexpr auto reason = "Could not be proved the same as the copy you are keeping";
     EXPECT_EQ(reasonsIn(report), (std::map<std::string, std::string>{
                                      {"differs", reason}, {"short", reason}, {"folder", reason}}));
@@ -327,7 +327,7 @@ TEST(TrashCommand, LeavesWhatIsOpen) {
     ASSERT_EQ(reasons.size(), 2);
     EXPECT_TRUE(reasons.at("file").starts_with("In use by "));
     EXPECT_EQ(reasons.at("folder"), reasons.at("file"));
-    EXPECT_EQ(namesIn(report["moved"]), Names{"free"});
+    EXPECT_EQ(titlesIn(report["moved"]), Names{"free"});
 }
 
 TEST(TrashCommand, MovesAndPutsBackMoreThanItMayHaveOpen) {
@@ -405,14 +405,14 @@ TEST(PutBackCommand, PutsBackAnEntryASessionOrTheNewest) {
 
     home.file("docs/d", "in the way");
     const json last = home.json({"--put-back", "last"}, 1);
-    EXPECT_EQ(namesIn(last), (Names{"d", "c"}));
+    EXPECT_EQ(titlesIn(last), (Names{"d", "c"}));
     EXPECT_EQ(last[0]["reason"], "Something already exists at the original location");
     fs::rename(home.trashed("d"), home.path("emptied"));
-    EXPECT_EQ(namesIn(home.json({"--put-back", "last"}, 0)), Names{"b"}) << "of the session before";
+    EXPECT_EQ(titlesIn(home.json({"--put-back", "last"}, 0)), Names{"b"}) << "of the session before";
     EXPECT_EQ(home.json({"--put-back", "last"}, 1)[0]["reason"], "No longer in the Trash (emptied or moved)");
     fs::rename(home.path("emptied"), home.trashed("d"));
     fs::remove(home.path("docs/d"));
-    EXPECT_EQ(namesIn(home.json({"--put-back", second}, 0)), Names{"d"});
+    EXPECT_EQ(titlesIn(home.json({"--put-back", second}, 0)), Names{"d"});
     EXPECT_EQ(home.json({"--put-back", "last"}, 1), json::array()) << first;
     EXPECT_EQ(home.json({"--put-back", "unknown"}, 1), json::array());
     for (const std::string name : {"docs/a", "docs/b", "docs/c", "docs/d"})
@@ -433,7 +433,7 @@ TEST(PutBackCommand, TheNewestSessionIsThatOfTheLatestTime) {
     JournalStore journal(home.journalPath());
     for (const auto& line : lines)
         ASSERT_TRUE(journal.append(line));
-    EXPECT_EQ(namesIn(home.json({"--put-back", "last"}, 0)), Names{"new"});
+    EXPECT_EQ(titlesIn(home.json({"--put-back", "last"}, 0)), Names{"new"});
 }
 
 TEST(JournalCommand, PrintsTheJournal) {

@@ -194,7 +194,7 @@ void expectSame(const FileTree& tree, const Recount& recount) {
     }
 }
 
-FileTree walked(const std::string& root) {
+FileTree walkedTree(const std::string& root) {
     const ScanCancellation nobodyCancels;
     return Walker::walk(root, std::nullopt, nobodyCancels, 1s, nullptr).tree;
 }
@@ -205,7 +205,7 @@ TEST(WalkerRandomTree, EqualsAnIndependentRecount) {
         const TemporaryFolder home;
         RandomTree random(home.path(), seed);
         random.grow(3000);
-        expectSame(walked(home.path()), Recount(home.path()));
+        expectSame(walkedTree(home.path()), Recount(home.path()));
     }
 }
 
@@ -242,14 +242,14 @@ TEST(TreeSplicing, EqualsAWholeNewScanWhateverChangedInTheFolder) {
         const TemporaryFolder home;
         RandomTree random(home.path(), seed);
         random.grow(600);
-        auto tree = walked(home.path());
+        auto tree = walkedTree(home.path());
         for (int round = 0; round < 8; ++round) {
             const auto folder = random.someFolder();
             random.change(folder, 25);
             const auto node = tree.index(folder, PathCanonicalizer::shared());
             ASSERT_TRUE(node) << folder;
-            tree = tree.spliced(*node, walked(folder));
-            const auto whole = walked(home.path());
+            tree = tree.spliced(*node, walkedTree(folder));
+            const auto whole = walkedTree(home.path());
             EXPECT_EQ(described(tree), described(whole)) << folder;
             EXPECT_EQ(tree.count(), whole.count());
             for (NodeIndex i = 1; i < tree.count(); ++i)
@@ -263,7 +263,7 @@ TEST(TreeSplicing, KeepsWhatWasDetachedWhileItCanComeBack) {
     for (const auto* path : {"in/a.mkv", "in/inner/b.mkv", "in/inner/c.mkv", "in/going/d.mkv", "out/e.mkv"})
         home.file(path, 20'000);
     home.hardLink("out/a again.mkv", "in/a.mkv");
-    auto tree = walked(home.path());
+    auto tree = walkedTree(home.path());
     const auto& canonicalizer = PathCanonicalizer::shared();
     const auto at = [&](const char* path) { return tree.index(home.path(path), canonicalizer); };
     const std::array gone{*at("in/a.mkv"), *at("in/inner/b.mkv"), *at("in/inner/c.mkv"),
@@ -272,7 +272,7 @@ TEST(TreeSplicing, KeepsWhatWasDetachedWhileItCanComeBack) {
     std::filesystem::remove(home.path("in/a.mkv"));
     std::filesystem::remove(home.path("in/inner/b.mkv"));
     std::filesystem::remove_all(home.path("in/going"));
-    tree = tree.spliced(*at("in"), walked(home.path("in")));
+    tree = tree.spliced(*at("in"), walkedTree(home.path("in")));
     EXPECT_FALSE(at("in/a.mkv"));
     EXPECT_TRUE(at("in/inner/c.mkv")) << "it never went, or came back without us";
 
@@ -303,7 +303,7 @@ TEST(WalkerRandomTree, EqualsItWithClosedFoldersAndOtherVolumesInside) {
         test::useOwnMountTable();
         test::mountTmpfs(disk.c_str());
         test::becomeOtherUser();
-        expectSame(walked(home.path()), Recount(home.path()));
+        expectSame(walkedTree(home.path()), Recount(home.path()));
     }));
 }
 

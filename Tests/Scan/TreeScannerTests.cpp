@@ -7,19 +7,12 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-#include <sys/stat.h>
-
 namespace orbel {
 namespace {
 
+using test::blocksOf;
 using test::TemporaryFolder;
 using test::TreeBuilder;
-
-std::uint64_t blocksOf(const std::string& path) {
-    struct stat status {};
-    ::lstat(path.c_str(), &status);
-    return static_cast<std::uint64_t>(status.st_blocks) * 512;
-}
 
 TEST(TreeScanner, MeasuresOneItem) {
     const TemporaryFolder home;

@@ -24,6 +24,7 @@
 namespace orbel {
 namespace {
 
+using test::blocksOf;
 using test::TemporaryFolder;
 using namespace std::chrono_literals;
 
@@ -38,12 +39,6 @@ NodeIndex nodeAt(const FileTree& tree, const std::string& path) {
     const auto node = tree.index(path, PathCanonicalizer(""));
     EXPECT_TRUE(node) << path << " is not in the tree";
     return node.value_or(0);
-}
-
-std::uint64_t blocksOf(const std::string& path) {
-    struct stat status {};
-    EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
-    return static_cast<std::uint64_t>(status.st_blocks) * 512;
 }
 
 TEST(Walker, MeasuresEveryTypeOfEntryWithoutFollowingLinks) {

@@ -5,6 +5,8 @@
 #include <fstream>
 #include <stdexcept>
 
+#include <sys/stat.h>
+
 namespace orbel::test {
 
 namespace fs = std::filesystem;
@@ -58,6 +60,13 @@ std::string TemporaryFolder::hardLink(std::string_view relative, std::string_vie
     fs::create_directories(place.parent_path());
     fs::create_hard_link(path(existing), place);
     return place.string();
+}
+
+std::uint64_t blocksOf(const std::string& path) {
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) != 0)
+        throw std::runtime_error("nothing at " + path);
+    return static_cast<std::uint64_t>(status.st_blocks) * 512;
 }
 
 } // namespace orbel::test

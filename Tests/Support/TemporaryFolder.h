@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -31,5 +32,8 @@ public:
 private:
     std::string path_;
 };
+
+/// The bytes that the item at this path, not what it links to, takes on its disk; throws when there is none.
+std::uint64_t blocksOf(const std::string& path);
 
 } // namespace orbel::test

@@ -5,7 +5,7 @@
 namespace orbel::test {
 namespace {
 
-const QString key = QStringLiteral("lowDiskAlert");
+const QString settingsKey = QStringLiteral("lowDiskAlert");
 
 TEST(AlertLoop, ChecksAtOnceWhenItIsSwitchedOnAndKeepsTheChoice) {
     ModelScene scene;
@@ -18,13 +18,13 @@ TEST(AlertLoop, ChecksAtOnceWhenItIsSwitchedOnAndKeepsTheChoice) {
     EXPECT_EQ(scene.posted->permissionRequests, 1);
     model.alert()->setChoice(3);
     EXPECT_TRUE(model.alert()->lowDisk().enabled && model.alert()->lowDisk().threshold == 50'000'000'000);
-    EXPECT_EQ(scene.environment.settings->value(key).toString(),
+    EXPECT_EQ(scene.environment.settings->value(settingsKey).toString(),
               QStringLiteral(R"({"enabled":true,"threshold":50000000000})"));
 
     model.alert()->setEnabled(false);
     model.alert()->setEnabled(true);
     EXPECT_EQ(scene.posted->messages.size(), 1) << "the cooldown outlives the loop";
-    scene.world->now += LowDiskAlert::cooldown;
+    scene.world()->now += LowDiskAlert::cooldown;
     model.alert()->setEnabled(false);
     model.alert()->setEnabled(true);
     EXPECT_EQ(scene.posted->messages.size(), 2);
@@ -32,7 +32,8 @@ TEST(AlertLoop, ChecksAtOnceWhenItIsSwitchedOnAndKeepsTheChoice) {
 
 TEST(AlertLoop, StartsWithTheModelFromWhatWasKept) {
     ModelScene scene;
-    scene.environment.settings->setValue(key, QStringLiteral(R"({"enabled":true,"threshold":20000000000})"));
+    scene.environment.settings->setValue(settingsKey,
+                                         QStringLiteral(R"({"enabled":true,"threshold":20000000000})"));
     EXPECT_EQ(scene.model().alert()->choice(), 2);
     EXPECT_EQ(scene.posted->messages.size(), 1);
     EXPECT_EQ(scene.posted->permissionRequests, 0) << "only asked for when it is switched on";
@@ -40,8 +41,8 @@ TEST(AlertLoop, StartsWithTheModelFromWhatWasKept) {
 
 TEST(AlertLoop, PassesOverAVolumeThatCannotBeReadAndSettingsThatMakeNoSense) {
     ModelScene scene;
-    scene.world->volume.reset();
-    scene.environment.settings->setValue(key, QStringLiteral("{\"enabled\":tr"));
+    scene.world()->volume.reset();
+    scene.environment.settings->setValue(settingsKey, QStringLiteral("{\"enabled\":tr"));
     auto& model = scene.model();
     EXPECT_FALSE(model.alert()->isEnabled());
     EXPECT_EQ(model.alert()->choice(), 1);

@@ -24,7 +24,7 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
     ModelScene scene;
     const TemporaryFolder folder;
     scene.environment.growthFolder = folder.path("growth");
-    scene.world->now = std::chrono::system_clock::now();
+    scene.world()->now = std::chrono::system_clock::now();
     auto& growth = *scene.model().scan()->growth();
     const QAbstractItemModelTester tester(growth.folders());
     scene.scanWith("/data", scanOf(10));
@@ -35,7 +35,7 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
     scene.scanWith("/data", scanOf(10));
     EXPECT_EQ(growth.statement(), QStringLiteral("Nothing grew")) << "what was stopped is not compared with";
 
-    scene.world->now += std::chrono::hours(24 * 400);
+    scene.world()->now += std::chrono::hours(24 * 400);
     scene.scanWith("/data", scanOf(52));
     ASSERT_EQ(growth.folders()->rowCount(), 1);
     EXPECT_EQ(growth.folders()->rows().front().path, QStringLiteral("/data/home/films"));

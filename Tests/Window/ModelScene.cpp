@@ -43,15 +43,17 @@ ModelScene::ModelScene() : scanner_(std::make_shared<Scanner>()) {
     environment.scan = [scanner = scanner_](const auto& root, const auto& token, const auto& progress) {
         return scanner->run(root, token, progress);
     };
-    environment.readVolume = [world = world](const std::string&) { return world->volume; };
+    environment.readVolume = [world = world_](const std::string&) { return LockedWorld(*world)->volume; };
     environment.mountTable = [] { return std::vector<platform::Mount>(); };
-    environment.measureTrash = [world = world](const std::string&) { return world->trash; };
-    environment.isFullDiskAccessGranted = [world = world](const std::string&) { return world->permission; };
+    environment.measureTrash = [world = world_](const std::string&) { return LockedWorld(*world)->trash; };
+    environment.isFullDiskAccessGranted = [world = world_](const std::string&) {
+        return LockedWorld(*world)->permission;
+    };
     environment.findLargeOld = [](const auto& query, const auto& tree, const auto& policy, Date now,
                                   const auto& isCancelled) {
         return query.run(tree, policy, now, {}, isCancelled);
     };
-    environment.now = [world = world] { return world->now; };
+    environment.now = [world = world_] { return LockedWorld(*world)->now; };
     environment.settings = std::make_shared<QSettings>(QString::fromStdString(folder_.path("settings.ini")),
                                                        QSettings::IniFormat);
     environment.notifier = posted;

@@ -46,15 +46,27 @@ public:
     void scanWith(const std::string& root, ScanResult result);
 
     AppEnvironment environment; ///< to be changed before the model is first asked for
-    /// What the model is told when it asks. Its threads may outlive the scene.
+    /// What the model is told when it asks.
     struct World {
+        std::mutex mutex;
         std::optional<bool> permission = true;
         std::optional<VolumeInfo> volume =
             VolumeInfo{.total = 1000, .free = 300, .used = 600, .availableForImportantUsage = 300};
         std::optional<std::uint64_t> trash{}; ///< bytes in it
         std::chrono::system_clock::time_point now{std::chrono::hours(1)};
     };
-    std::shared_ptr<World> world = std::make_shared<World>();
+    /// Locked as long as what this returns lives: the model's threads ask too, and may outlive the scene.
+    class LockedWorld {
+    public:
+        explicit LockedWorld(World& world) : lock_(world.mutex), world_(&world) {}
+        World* operator->() const { return world_; }
+
+    private:
+        std::unique_lock<std::mutex> lock_;
+        World* world_;
+    };
+    LockedWorld world() const { return LockedWorld(*world_); }
+
     std::shared_ptr<Posted> posted = std::make_shared<Posted>();
     std::shared_ptr<FakeDesktop> desktop = std::make_shared<FakeDesktop>();
 
@@ -63,6 +75,7 @@ private:
 
     TemporaryFolder folder_;
     std::shared_ptr<Scanner> scanner_;
+    std::shared_ptr<World> world_ = std::make_shared<World>();
     std::unique_ptr<AppModel> model_;
 };
 

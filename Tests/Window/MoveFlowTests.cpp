@@ -1,3 +1,4 @@
+#include "AppModel/LatestJob.h"
 #include "AppModel/MoveFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "HookedTrash.h"
@@ -6,7 +7,10 @@
 #include "RealHome.h"
 
 #include <filesystem>
+#include <functional>
+#include <future>
 #include <gtest/gtest.h>
+#include <memory>
 #include <QSignalSpy>
 #include <thread>
 
@@ -15,6 +19,16 @@ namespace orbel::test {
 namespace {
 
 namespace fs = std::filesystem;
+
+/// Makes the call on the main thread and waits for its end. The thread sanitizer does not see a wait in Qt.
+void callOnMainThread(const std::function<void()>& call) {
+    const auto done = std::make_shared<std::promise<void>>();
+    LatestJob::post([&call, done] {
+        call();
+        done->set_value();
+    });
+    done->get_future().wait();
+}
 
 /// A measured home with three films in it.
 struct MoveFlowOn : testing::Test {
@@ -142,14 +156,11 @@ TEST_F(MoveFlowOn, StoppingFinishesTheItemInProgressAndTakesNoOther) {
     measure();
     bool startedScan = true;
     trash->beforeMoving = [&](const std::string&) {
-        QMetaObject::invokeMethod(
-            &moves(),
-            [&] {
-                app().scan()->measureAgain();
-                startedScan = app().scan()->isScanning();
-                moves().stopAfterThisItem();
-            },
-            Qt::BlockingQueuedConnection);
+        callOnMainThread([&] {
+            app().scan()->measureAgain();
+            startedScan = app().scan()->isScanning();
+            moves().stopAfterThisItem();
+        });
     };
     review(films);
     confirm();
@@ -167,14 +178,11 @@ TEST_F(MoveFlowOn, EachItemTellsWhatBecameOfItWhileTheOthersMove) {
             std::this_thread::sleep_for(MoveRecord::longestUnrecorded);
         if (path != films[2])
             return;
-        QMetaObject::invokeMethod(
-            &moves(),
-            [&] {
-                for (const auto& row : moves().items()->rows())
-                    seen << row.stage();
-                seen << moves().progressText() << moves().deletingTitle();
-            },
-            Qt::BlockingQueuedConnection);
+        callOnMainThread([&] {
+            for (const auto& row : moves().items()->rows())
+                seen << row.stage();
+            seen << moves().progressText() << moves().deletingTitle();
+        });
     };
     review(films);
     home.file("Videos/b.mkv", "another film");

@@ -91,13 +91,13 @@ TEST(ScanFlow, StopsAndKeepsWhatWasFound) {
 
 TEST(ScanFlow, WaitsForFullDiskAccessAndThenStartsTheScanOfTheCommandLine) {
     ModelScene scene;
-    scene.world->permission = false;
+    scene.world()->permission = false;
     scene.environment.options.scanPath = "/asked";
     auto& model = scene.model();
     EXPECT_TRUE(model.scan()->needsFullDiskAccess());
     model.scan()->startScan("/data");
     EXPECT_EQ(model.scan()->scanState(), State::idle);
-    scene.world->permission = std::nullopt; // cannot be told, which must not lock anybody out
+    scene.world()->permission = std::nullopt; // cannot be told, which must not lock anybody out
     model.scan()->refreshFullDiskAccess();
     EXPECT_FALSE(model.scan()->needsFullDiskAccess());
     EXPECT_EQ(scene.scan(0).root, "/asked");
@@ -137,7 +137,7 @@ TEST(ScanFlow, LedgerAddsUpOnEveryVolume) {
     EXPECT_DOUBLE_EQ(whole, 1);
 
     // Files that share blocks can add up to more than is used.
-    scene.world->volume =
+    scene.world()->volume =
         VolumeInfo{.total = 1000, .free = 900, .used = 100, .availableForImportantUsage = 900};
     scene.scanWith("/data", sampleScan());
     EXPECT_EQ(ledger.shared().bytes(), 70);
@@ -147,7 +147,7 @@ TEST(ScanFlow, LedgerAddsUpOnEveryVolume) {
 TEST(ScanFlow, LedgerNamesWhatChangedSinceTheScan) {
     ModelScene scene;
     scene.environment.trashFolder = "/data/Trash";
-    scene.world->trash = 40;
+    scene.world()->trash = 40;
     auto& model = scene.model();
     const auto& ledger = *model.disk()->ledger();
     TreeBuilder builder("/data");
@@ -160,7 +160,7 @@ TEST(ScanFlow, LedgerNamesWhatChangedSinceTheScan) {
 
     const auto expect = [&](quint64 measured, quint64 trash, quint64 written, quint64 freed) {
         scene.waitUntil([&] {
-            return ledger.trash().bytes() == trash && ledger.used().bytes() == scene.world->volume->used;
+            return ledger.trash().bytes() == trash && ledger.used().bytes() == scene.world()->volume->used;
         });
         EXPECT_EQ(ledger.measured().bytes(), measured);
         EXPECT_EQ(ledger.notMeasured().bytes(), 410) << "what no file shows stays what it was";
@@ -172,20 +172,20 @@ TEST(ScanFlow, LedgerNamesWhatChangedSinceTheScan) {
                   ledger.total().bytes());
     };
     const auto setUsed = [&](std::uint64_t used) {
-        scene.world->volume = VolumeInfo{
+        scene.world()->volume = VolumeInfo{
             .total = 1000, .free = 900 - used, .used = used, .availableForImportantUsage = 900 - used};
     };
     expect(150, 40, 0, 0);
     EXPECT_EQ(model.scan()->coverage()->notMeasured(), 410);
 
-    scene.world->trash = 90; // b.mkv was moved
+    scene.world()->trash = 90; // b.mkv was moved
     model.treeEdits().remove({"/data/b.mkv"});
     expect(100, 90, 0, 0);
     EXPECT_EQ(model.scan()->coverage()->notMeasured(), 410) << "on the map too";
     EXPECT_TRUE(ledger.summary().startsWith(
         QStringLiteral("Measured 100 B, in the Trash 90 B, not measured 410 B, reserved")));
 
-    scene.world->trash = 0; // emptied elsewhere
+    scene.world()->trash = 0; // emptied elsewhere
     setUsed(510);
     model.disk()->refreshVolume();
     expect(100, 0, 0, 0);
@@ -212,10 +212,10 @@ TEST(ScanFlow, TheTrashIsMeasuredWhenItChanges) {
     home.folder("share");
     auto& model = scene.model();
     scene.waitUntil([&] { return model.disk()->ledger()->isKnown(); });
-    scene.world->trash = 7;
+    scene.world()->trash = 7;
     home.file("share/Trash/files/first");
     scene.waitUntil([&] { return model.disk()->trashBytes() == 7; });
-    scene.world->trash = 8;
+    scene.world()->trash = 8;
     home.file("share/Trash/files/second");
     scene.waitUntil([&] { return model.disk()->trashBytes() == 8; });
 }
@@ -233,7 +233,7 @@ TEST(ListModels, KeepTheirPromisesToViews) {
         testers.push_back(std::make_unique<QAbstractItemModelTester>(
             list, QAbstractItemModelTester::FailureReportingMode::Fatal));
     model.disk()->volumes()->setVolumes(
-        {{.path = "/", .fileSystem = "ext4", .source = "/dev/sda1", .info = *scene.world->volume}});
+        {{.path = "/", .fileSystem = "ext4", .source = "/dev/sda1", .info = *scene.world()->volume}});
     EXPECT_EQ(model.disk()->volumes()->rows().front().figures(), QStringLiteral("300 B free of 1 KB"));
     scene.scanWith("/data", sampleScan());
     scene.scanWith("/data", sampleScan(true));

@@ -71,6 +71,9 @@ public:
     /// Stops, and waits until the work has ended. Its answer counts, but has not been delivered.
     void stopAndWait();
 
+    /// Makes the call on the main thread, in the order of posting. Any thread may post, once there was a job.
+    static void post(std::function<void()> call);
+
     /// From run() until just before the answer is delivered.
     bool isRunning() const { return current_ != nullptr; }
     bool isStopping() const { return current_ && current_->cancellation.isCancelled(); }
