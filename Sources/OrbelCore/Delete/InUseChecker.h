@@ -17,7 +17,7 @@ struct InUseChecker {
     /// One snapshot, prepared for many questions. Immutable; may be asked by any thread.
     class OpenFiles {
     public:
-        /// Nobody uses anything.
+        /// No process uses anything.
         OpenFiles() = default;
         explicit OpenFiles(const MappedFilesSnapshot& snapshot);
 

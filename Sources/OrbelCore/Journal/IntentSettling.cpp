@@ -128,8 +128,7 @@ public:
     void settle(JournalStore& journal, Settlement& settlement) {
         const auto failuresBefore = settlement.failures.size();
         if (const auto moves = read(settlement); !moves.empty()) {
-            // Asked only now, under the lock: an earlier attempt to settle this file may
-            // have been interrupted.
+            // Asked only now, under the lock: an earlier attempt may have been interrupted.
             if (const auto recorded = Recorded::of(moves, journal))
                 settle(moves, *recorded, journal, settlement);
             else

@@ -11,7 +11,7 @@ namespace orbel {
 
 /// What became of the intents that earlier processes left behind.
 struct Settlement {
-    /// A move of which it cannot be told what became of it: nothing was recorded and nothing was removed.
+    /// A move whose outcome is not known: nothing was recorded and nothing was removed.
     struct Doubt {
         JournalEntry entry; ///< the line that was not written
         std::string words;  ///< what was found where, for the user

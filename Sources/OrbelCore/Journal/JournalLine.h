@@ -16,9 +16,9 @@ namespace orbel {
 /// it back.
 std::expected<std::string, JournalError> journalLine(const JournalEntry& entry);
 
-/// The entry that a line holds; absent for anything else: malformed JSON, a missing key, a
-/// value of another type, an unknown name of a module, root or result, a bad date. Further keys are passed
-/// over, and null counts as absent where a field may be.
+/// The entry that a line holds; absent for anything else: malformed JSON, a missing key, a value of another
+/// type, an unknown name of a module, root or result, a bad date. Further keys are passed over, and null
+/// counts as absent where a field may be.
 std::optional<JournalEntry> entryInLine(std::string_view line);
 
 /// The same, by the JSON library alone: it decides about lines that are not of the plain kind (PlainLine.h).

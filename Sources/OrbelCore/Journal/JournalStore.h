@@ -23,8 +23,8 @@ struct RecordedIds;
 ///
 /// The rule that keeps it truthful: preflight(), only then change the disk, then append() the outcome.
 ///
-/// Whoever could put something else in the journal's place could make the record lie, so only a regular file
-/// of the user's own, with one name and reached through no symbolic link, is ever opened.
+/// Another file in the journal's place would falsify the record, so only a regular file of the user's own,
+/// with one name and reached through no symbolic link, is ever opened.
 class JournalStore {
 public:
     /// A store on the file at this absolute path. Creates nothing on disk.

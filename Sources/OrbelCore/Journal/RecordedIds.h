@@ -18,8 +18,8 @@ struct RecordedIds {
     bool operator==(const RecordedIds&) const = default;
 };
 
-// Only the lines that may hold what is sought are read as entries, so that nothing else decides what a line
-// says; the others are searched as bytes, several times faster.
+// Lines are searched as bytes, and only those that may match are parsed as entries, which is several times
+// faster.
 
 /// `ids` as those of lines, `referredTo` as what a `restored` line refers to.
 std::expected<RecordedIds, JournalError> recordedIds(const JournalLines& lines,
