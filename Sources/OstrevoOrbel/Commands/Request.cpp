@@ -31,7 +31,7 @@ bool isSwitch(std::string_view word) {
     return word.size() > 1 && word.starts_with('-');
 }
 
-std::string quoted(std::string_view word) {
+std::string inQuotes(std::string_view word) {
     return "\"" + std::string(word) + "\"";
 }
 
@@ -41,7 +41,7 @@ std::string didYouMean(std::string_view word, std::span<const std::string_view> 
 }
 
 std::string unknownOption(const Command& command, std::string_view name) {
-    const auto start = quoted(name) + " is not an option of " + std::string(command.name);
+    const auto start = inQuotes(name) + " is not an option of " + std::string(command.name);
     if (command.options.empty())
         return start + ": it has none";
     std::vector<std::string_view> known;
@@ -58,7 +58,7 @@ std::string wrongOperands(const Command& command, Words operands) {
     const auto taken = " takes " + std::string(command.operands.empty() ? "no operand" : command.operands);
     const auto rule = std::string(command.name) + taken;
     return operands.size() > command.mostOperands
-               ? quoted(operands[command.mostOperands]) + " is a word too many: " + rule
+               ? inQuotes(operands[command.mostOperands]) + " is a word too many: " + rule
                : rule;
 }
 
@@ -82,7 +82,7 @@ private:
 
     Wrong readOperand(const std::string& word) {
         if (!isAfterCommand_)
-            return quoted(word) + " stands before " + std::string(command_.name);
+            return inQuotes(word) + " stands before " + std::string(command_.name);
         request_.operands.push_back(word);
         return std::nullopt;
     }
@@ -95,7 +95,7 @@ private:
             return std::nullopt;
         }
         if (commandNamed(word.name) != nullptr)
-            return quoted(word.name) + " is a second command beside " + std::string(command_.name);
+            return inQuotes(word.name) + " is a second command beside " + std::string(command_.name);
         const auto option = std::ranges::find(command_.options, word.name, &CommandOption::name);
         if (option == command_.options.end())
             return unknownOption(command_, word.name);
@@ -193,7 +193,7 @@ std::string noCommandReason(Words arguments) {
     std::vector<std::string_view> known{"--help", "--version"};
     for (const auto* command : commandTable())
         known.push_back(command->name);
-    return quoted(name) + " is not a command" + didYouMean(name, known);
+    return inQuotes(name) + " is not a command" + didYouMean(name, known);
 }
 
 Words switchesIn(Words arguments) {
