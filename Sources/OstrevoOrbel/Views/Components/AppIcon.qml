@@ -17,14 +17,15 @@ Item {
 
         // What cannot be drawn comes as a single dot.
         readonly property bool drawn: status === Image.Ready && implicitWidth > 1
+        readonly property int pixels: Math.ceil(icon.size * Screen.devicePixelRatio)
 
         anchors.fill: parent
         asynchronous: true
         fillMode: Image.PreserveAspectFit
         smooth: true
         source: icon.picture
-        sourceSize.height: Math.ceil(icon.size * Screen.devicePixelRatio)
-        sourceSize.width: Math.ceil(icon.size * Screen.devicePixelRatio)
+        // At once: for each of its two numbers the icon would be drawn again.
+        sourceSize: Qt.size(pixels, pixels)
         visible: drawn
     }
     Rectangle {
