@@ -96,6 +96,11 @@ ensurePackages() {
         fail "apt-get could not install: ${missing[*]}"
 }
 
+# Debian 13 has Qt's plugins for SVG in a package of their own, Debian 12 in libqt6svg6.
+ensureSvgPlugins() {
+    compgen -G '/usr/lib/*/qt6/plugins/iconengines/libqsvgicon.so' >/dev/null || ensurePackages qt6-svg-plugins
+}
+
 # Takes the lock on build/, so that two starts at once do not build over each other. Held until releaseBuild.
 lockBuild() {
     mkdir -p "$root/build" 2>/dev/null && exec {buildLock}>"$root/build/.lock" ||
