@@ -18,8 +18,7 @@ struct RecordedIds {
     bool operator==(const RecordedIds&) const = default;
 };
 
-// Lines are searched as bytes, and only those that may match are parsed as entries, which is several times
-// faster.
+// Lines are searched as bytes, several times faster, and only those that may match are parsed as entries.
 
 /// `ids` as those of lines, `referredTo` as what a `restored` line refers to.
 std::expected<RecordedIds, JournalError> recordedIds(const JournalLines& lines,
