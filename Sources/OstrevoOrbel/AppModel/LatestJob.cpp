@@ -12,13 +12,18 @@ namespace orbel {
 namespace {
 
 /// A call on its way to the main thread. The thread sanitizer does not see into Qt's event queue: it is told
-/// that what precedes a posting also precedes the delivery.
+/// that what precedes a posting also precedes the delivery, and the end of a call that is never delivered.
 struct PostedCall final : QEvent {
     explicit PostedCall(std::function<void()> made) : QEvent(User), call(std::move(made)) {
 #ifdef __SANITIZE_THREAD__
         __tsan_release(this);
 #endif
     }
+#ifdef __SANITIZE_THREAD__
+    ~PostedCall() override {
+        __tsan_acquire(this);
+    }
+#endif
     std::function<void()> call;
 };
 
