@@ -90,8 +90,10 @@ std::expected<void, std::string> putBack(const std::string& from, const std::str
     Barrier barrier;
     auto moved = LiveRestore().move(from, *folder, std::string(lastPathComponent(to)), barrier);
     EXPECT_TRUE(barrier.pass());
-    if (moved)
-        TrashNote(from).removeIfUnused();
+    const auto note = TrashNote::seen(from);
+    if (moved && note) {
+        EXPECT_TRUE(TrashNote::removeUnchanged({&*note, 1}));
+    }
     return moved;
 }
 

@@ -81,27 +81,18 @@ bool TrashNote::removeUnchanged(std::span<const Seen> notes) {
     return !isOneLeft;
 }
 
-TrashNote::TrashNote(const std::string& trashPath) : TrashNote(trashPath, notePath(trashPath), nullptr) {}
-
 TrashNote::TrashNote(const MoveIntent& intent)
-    : TrashNote(intent.kind == MoveIntent::Kind::toTrash ? intent.destinationPath : intent.sourcePath,
-                intent.infoFile ? intent.infoFile->path : std::string(),
-                intent.infoFile ? &intent.infoFile->content : nullptr) {}
-
-TrashNote::TrashNote(std::string itemPath, std::string path, const std::string* content)
-    : itemPath_(std::move(itemPath)), path_(std::move(path)) {
+    : itemPath_(intent.kind == MoveIntent::Kind::toTrash ? intent.destinationPath : intent.sourcePath),
+      path_(intent.infoFile ? intent.infoFile->path : std::string()) {
     folder_ = path_.empty() ? std::nullopt : notesFolder(parentPath(path_));
     if (!folder_)
         return;
     const std::string name(lastPathComponent(path_));
     const auto note = PrivateFile::open(folder_->descriptor(), name, PrivateFile::Access::read, path_);
-    if (note && content == nullptr)
-        state_ = State::whole;
-    if (!note || content == nullptr)
-        return;
-    const auto found = readFile(note->file.get());
-    if (found && content->starts_with(*found) && note->isStillAt(folder_->descriptor(), name))
-        state_ = *found == *content ? State::whole : State::unfinished;
+    const auto found = note ? readFile(note->file.get()) : std::nullopt;
+    const auto& content = intent.infoFile->content;
+    if (found && content.starts_with(*found) && note->isStillAt(folder_->descriptor(), name))
+        state_ = *found == content ? State::whole : State::unfinished;
 }
 
 bool TrashNote::removeIfUnused() const {

@@ -31,10 +31,6 @@ public:
     /// these or another in its place.
     static bool removeUnchanged(std::span<const Seen> notes);
 
-    /// The note of an item that is, or just was, in the files/ folder of a Trash; its content does not
-    /// matter. As long as it is there, programs that keep to the rules do not give the item's name away.
-    explicit TrashNote(const std::string& trashPath);
-
     /// The note that this intent names, if it holds what the intent says, or a beginning of that: a kill may
     /// have left it unfinished.
     explicit TrashNote(const MoveIntent& intent);
@@ -51,8 +47,6 @@ private:
         unfinished, ///< a beginning of ours, or nothing yet
         whole
     };
-
-    TrashNote(std::string itemPath, std::string path, const std::string* content);
 
     std::string itemPath_, path_;
     std::optional<HeldFolder> folder_; ///< of the note
