@@ -91,9 +91,8 @@ std::expected<void, std::string> putBack(const std::string& from, const std::str
     auto moved = LiveRestore().move(from, *folder, std::string(lastPathComponent(to)), barrier);
     EXPECT_TRUE(barrier.pass());
     const auto note = TrashNote::seen(from);
-    if (moved && note) {
-        EXPECT_TRUE(TrashNote::removeUnchanged({&*note, 1}));
-    }
+    if (moved && note)
+        std::ignore = TrashNote::removeUnchanged({&*note, 1}); // false where another's thing has the name
     return moved;
 }
 
