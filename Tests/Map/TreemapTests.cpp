@@ -223,8 +223,8 @@ TEST(TreemapModel, ShowsChildrenOnlyOfPlainFoldersWithRoom) {
     EXPECT_EQ(tilesOf(tree, 0, {}, area, 100, 2).size(), 2);
     EXPECT_TRUE(tilesOf(tree, 0, {}, area, 100, 0).empty());
 
-    EXPECT_EQ(kindTotals(tree, 0)[static_cast<std::size_t>(FileKind::application)], 500);
-    EXPECT_EQ(kindTotals(tree, outer)[static_cast<std::size_t>(FileKind::video)], 400);
+    EXPECT_EQ(kindTotals(tree, 0)[static_cast<std::size_t>(ContentKind::application)], 500);
+    EXPECT_EQ(kindTotals(tree, outer)[static_cast<std::size_t>(ContentKind::video)], 400);
 }
 
 TEST(TileNavigation, GoesWhereTheEyeGoes) {

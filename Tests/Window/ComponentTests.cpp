@@ -118,7 +118,7 @@ TEST(WindowTheme, TextCanBeReadOnEveryGround) {
                                            {"ok", "okSoft"},
                                            {"surface", "ink"}})
             expectReadable(QLatin1String(text), QLatin1String(ground), 4.5);
-        for (std::size_t kind = 0; kind < allFileKinds.size(); ++kind)
+        for (std::size_t kind = 0; kind < allContentKinds.size(); ++kind)
             expectReadable(QStringLiteral("kindLabels[%1]").arg(kind),
                            QStringLiteral("kindFills[%1]").arg(kind), 4.5);
         // Borders that tell where a control is.
@@ -196,7 +196,7 @@ TEST(WindowTheme, HasTheColoursThatWereChosen) {
 
 TEST(WindowTheme, EveryIconIsAPathThatDraws) {
     ComponentScene scene("PathIcon { id: icon; width: 32; height: 32; color: 'black' }");
-    for (std::size_t kind = 0; kind < allFileKinds.size(); ++kind) {
+    for (std::size_t kind = 0; kind < allContentKinds.size(); ++kind) {
         scene.value(QStringLiteral("icon.path = Theme.kindIcons[%1]").arg(kind));
         EXPECT_FALSE(scene.value(QStringLiteral("icon.path")).toString().isEmpty());
     }

@@ -58,6 +58,10 @@ struct LargeOldFlowOn : testing::Test {
         }
     }
 
+    int kindNamed(const char* title) {
+        return static_cast<int>(flow().kinds().indexOf(QLatin1String(title)));
+    }
+
     TemporaryFolder home;
     std::vector<std::string> files;
     ModelScene scene;
@@ -89,7 +93,7 @@ TEST_F(LargeOldFlowOn, ListsFiltersAndSorts) {
     EXPECT_EQ(flow().ticks()->remark(), QStringLiteral("1 of 2 hidden by filters"));
     EXPECT_EQ(flow().ticks()->items().front().item.title, "c.iso") << "what is shown comes first";
     flow().setText({});
-    flow().setKind(1);
+    flow().setKind(kindNamed("Video"));
     settle();
     EXPECT_EQ(names(), (QStringList{"a.mkv", "B.mkv"}));
     EXPECT_EQ(flow().ticks()->count(), 2) << "a filter unticks nothing";
@@ -146,7 +150,7 @@ TEST_F(LargeOldFlowOn, TakesOnlyWhatWasAskedForLast) {
     flow().setSize(0);
     scene.model().scan()->startScan(home.path());
     scene.waitUntil([&] { return looks->at(0).isWaiting.load(); });
-    flow().setKind(2);
+    flow().setKind(kindNamed("Disk images"));
     scene.waitUntil([&] { return looks->at(1).isWaiting.load(); });
     looks->at(1).mayEnd = true;
     scene.waitUntil([&] { return !flow().largeOldRunning(); });

@@ -188,7 +188,7 @@ TEST(WindowMap, EveryMarkIsDrawn) {
     EXPECT_EQ(colourAt("win11.qcow2", edge), QStringLiteral("#15211f")) << "hovered";
     EXPECT_EQ(colourAt("ridge.mov", edge), QStringLiteral("#d5b4f9"));
     EXPECT_EQ(colourAt("ridge.mov", {-18, 8}), QStringLiteral("#15211f")) << "ticked";
-    EXPECT_EQ(colourAt("libLLVM.so", edge), QStringLiteral("#aab1b2"));
+    EXPECT_EQ(colourAt("libLLVM.so", edge), QStringLiteral("#4459a9"));
 
     scene.view->map()->toggleKind(static_cast<int>(FileKind::video));
     scene.settle();
@@ -197,7 +197,7 @@ TEST(WindowMap, EveryMarkIsDrawn) {
     const auto pale = scene.view->mapToScene(scene.view->boxAt(scene.tile("libLLVM.so")).topRight() + within)
                       * qGuiApp->devicePixelRatio();
     EXPECT_GT(filtered.pixelColor(pale.toPoint()).lightness(),
-              QColor(QStringLiteral("#aab1b2")).lightness() + 20);
+              QColor(QStringLiteral("#4459a9")).lightness() + 20);
 }
 
 TEST(WindowMap, AssistiveTechnologyReachesEveryTile) {

@@ -101,7 +101,7 @@ std::vector<LargeOldQuery::Row> SampleDisk::largeOld(const LargeOldQuery& query,
     std::vector<LargeOldQuery::Row> rows;
     for (NodeIndex node = 1; node < tree.count(); ++node) {
         if (tree.isFolder(node) || !tree.isAttached(node) || tree.allocated(node) < query.minimumBytes
-            || (!query.kinds.empty() && !query.kinds.contains(tree.kind(node))))
+            || (!query.contents.empty() && !query.contents.contains(contentKind(tree, node))))
             continue;
         const auto path = tree.path(node, PathCanonicalizer::shared());
         LargeOldQuery::Row row;

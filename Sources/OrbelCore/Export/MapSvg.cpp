@@ -43,7 +43,7 @@ std::string sized(double width, double height) {
 
 /// One entry of the legend, and where it stands.
 struct LegendItem {
-    FileKind kind;
+    ContentKind kind;
     std::string words;
     std::string size;
     double width = 0;
@@ -88,7 +88,7 @@ private:
                + ".m{font-size:12px}.b{font-weight:bold}.h{font-size:20px;font-weight:bold}\n"
                + ".s{fill:" + hex(colors_.secondInk) + "}.e{text-anchor:end}\n"
                + ".g{fill:none;stroke-width:1.4;stroke-linecap:round;stroke-linejoin:round}\n";
-        for (const FileKind kind : allFileKinds) {
+        for (const ContentKind kind : allContentKinds) {
             const auto& color = colors_.of(kind);
             const auto number = std::to_string(static_cast<int>(kind));
             out_.append(".k").append(number).append("{fill:").append(hex(color.fill));
@@ -139,10 +139,15 @@ private:
         } else if (isMerged) {
             out_ += rect + " fill=\"" + hex(colors_.hatchGround) + "\"/>";
         } else {
-            out_ += rect + " class=\"k" + std::to_string(static_cast<int>(tile.kind)) + "\"/>";
+            out_ += rect + " class=\"k" + std::to_string(static_cast<int>(kindOf(tile))) + "\"/>";
         }
         addWords(tile, box);
         out_ += "</g>\n";
+    }
+
+    ContentKind kindOf(const TreemapTile& tile) const {
+        const auto* const node = std::get_if<TreemapTile::Node>(&tile.content);
+        return node == nullptr ? ContentKind::other : TreemapModel::contentKind(picture_.tree, node->index);
     }
 
     void addWords(const TreemapTile& tile, const TileBox& box) {
@@ -190,18 +195,18 @@ private:
                     + " fill=\"" + hex(colors_.hatchGround) + "\"/>";
         const std::string style = std::string(face.nameSize > 11 ? "m " : "")
                                   + (std::holds_alternative<TreemapTile::Node>(tile.content)
-                                         ? "l" + std::to_string(static_cast<int>(tile.kind))
+                                         ? "l" + std::to_string(static_cast<int>(kindOf(tile)))
                                          : "s");
         const double baseline = face.topInset + face.lineHeight - 3;
         addText(face.isBold ? style + " b" : style, face.nameInset, baseline, name);
         if (!below.empty())
             addText(style, face.nameInset, baseline + face.lineHeight, below);
         if (face.glyphSize > 0)
-            addGlyph(tile.kind, box.width - face.glyphInset - face.glyphSize,
+            addGlyph(kindOf(tile), box.width - face.glyphInset - face.glyphSize,
                      box.height - face.glyphInset - face.glyphSize, face.glyphSize);
     }
 
-    void addGlyph(FileKind kind, double x, double y, double side) {
+    void addGlyph(ContentKind kind, double x, double y, double side) {
         out_ += R"(<path class="g" transform="translate()" + pixels(x) + " " + pixels(y) + ")scale("
                 + (side > 12 ? ".875" : ".75") + ")\" stroke=\"" + hex(colors_.of(kind).label) + "\" d=\""
                 + std::string(rowOf(kind).glyph) + "\"/>";
@@ -230,10 +235,10 @@ private:
     std::vector<LegendItem> legendItems() const {
         constexpr double gap = 24;
         std::vector<LegendItem> items;
-        const auto totals = kindTotals(picture_.tree);
+        const auto totals = kindTotals(picture_.tree, 0);
         double x = gap;
         int row = 0;
-        for (const FileKind kind : shownFileKinds) {
+        for (const ContentKind kind : shownContentKinds) {
             const auto bytes = totals[static_cast<std::size_t>(kind)];
             if (bytes == 0)
                 continue;

@@ -3,7 +3,7 @@
 #include "Delete/DeletionItem.h"
 #include "Delete/InUseChecker.h"
 #include "Find/LastUsed.h"
-#include "Scan/FileTree.h"
+#include "Scan/ContentKind.h"
 
 #include <functional>
 #include <optional>
@@ -25,6 +25,7 @@ struct LargeOldQuery {
     std::uint64_t minimumBytes = defaultMinimumBytes;   ///< on disk, the smallest that is listed
     std::optional<double> unusedFor = defaultUnusedFor; ///< seconds since the last use; absent: of any age
     std::set<FileKind> kinds{};                         ///< empty: every kind
+    std::set<ContentKind> contents{};                   ///< of these the finer ones; empty: every one
 
     struct Row {
         NodeIndex index = 0;     ///< in the tree that was asked

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Scan/FileKind.h"
+#include "Scan/ContentKind.h"
 
 #include <array>
 #include <cstddef>
@@ -21,7 +21,9 @@ struct MapColors {
     Rgb surface;  ///< around a tick, whose box has the colour of ink
     Rgb tickMark; ///< in it
 
-    const KindRow::Paint& of(FileKind kind) const { return isDark ? rowOf(kind).dark : rowOf(kind).light; }
+    const ContentRow::Paint& of(ContentKind kind) const {
+        return isDark ? rowOf(kind).dark : rowOf(kind).light;
+    }
     Rgb frame(int depth) const { return frames[static_cast<std::size_t>(depth < 2 ? depth : 2)]; }
 
     static const MapColors& light();

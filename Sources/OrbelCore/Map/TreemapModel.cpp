@@ -136,14 +136,24 @@ const TreemapTile* TreemapModel::hit(std::span<const TreemapTile> tiles, double 
     return found == tiles.rend() ? nullptr : &*found;
 }
 
-FileKind TreemapModel::representativeKind(const FileTree& tree, NodeIndex node) {
+NodeIndex TreemapModel::representative(const FileTree& tree, NodeIndex node) {
     while (isPlainFolder(tree, node)) {
         const auto children = tree.children(node);
         if (children.empty())
-            return FileKind::folder;
+            break;
         node = children.front();
     }
-    return tree.kind(node);
+    return node;
+}
+
+FileKind TreemapModel::representativeKind(const FileTree& tree, NodeIndex node) {
+    const NodeIndex shown = representative(tree, node);
+    return isPlainFolder(tree, shown) ? FileKind::folder : tree.kind(shown);
+}
+
+ContentKind TreemapModel::contentKind(const FileTree& tree, NodeIndex node) {
+    const NodeIndex shown = representative(tree, node);
+    return isPlainFolder(tree, shown) ? ContentKind::folder : orbel::contentKind(tree, shown);
 }
 
 bool TreemapModel::isPlainFolder(const FileTree& tree, NodeIndex node) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Map/TreemapTile.h"
+#include "Scan/ContentKind.h"
 #include "Scan/Coverage.h"
 
 #include <cstddef>
@@ -31,9 +32,12 @@ struct TreemapModel {
     /// The innermost tile that contains the point; null when none does. It lives as long as `tiles`.
     static const TreemapTile* hit(std::span<const TreemapTile> tiles, double x, double y);
 
-    /// The kind that colours a node: of a folder, the kind of what is found by going from largest child to
-    /// largest child.
+    /// What stands for a node: of a folder, what is found by going from largest child to largest child.
+    static NodeIndex representative(const FileTree& tree, NodeIndex node);
+    /// Its kind.
     static FileKind representativeKind(const FileTree& tree, NodeIndex node);
+    /// The kind whose colour a node has: that of what stands for it.
+    static ContentKind contentKind(const FileTree& tree, NodeIndex node);
 
     /// A folder that may show its children: any but a package.
     static bool isPlainFolder(const FileTree& tree, NodeIndex node);

@@ -45,9 +45,9 @@ struct KindRow {
     std::string_view extensions; ///< in lower case, separated by spaces; 12 characters each at most
 };
 
-/// A row for each kind, in the order of bars and legends: folders take up something themselves only where a
-/// package has no kind of its own. Any two kinds can be told apart with the usual forms of colour blindness
-/// too, and every label is legible on its fill.
+/// A row for each kind; folders take up something themselves only where a package has no kind of its own.
+/// What screens draw and list is told finer, by ContentKind, which takes these rows over. Any two kinds can
+/// be told apart with the usual forms of colour blindness too, and every label is legible on its fill.
 inline constexpr std::array kindTable{
     KindRow{.kind = FileKind::video,
             .name = "video",
@@ -127,13 +127,6 @@ constexpr const KindRow& rowOf(FileKind kind) {
 inline constexpr auto allFileKinds = [] {
     std::array<FileKind, kindRows.size()> kinds{};
     std::ranges::transform(kindRows, kinds.begin(), &KindRow::kind);
-    return kinds;
-}();
-
-/// In the order of bars and legends.
-inline constexpr auto shownFileKinds = [] {
-    std::array<FileKind, kindTable.size()> kinds{};
-    std::ranges::transform(kindTable, kinds.begin(), &KindRow::kind);
     return kinds;
 }();
 

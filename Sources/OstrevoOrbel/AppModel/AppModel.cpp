@@ -91,12 +91,17 @@ void AppModel::showOnMap(quint32 node) {
     if (node >= scan_.tree()->count())
         return;
     setScreen(Screen::map);
-    map_.show(node);
+    map_.jumpTo(node);
 }
 
 void AppModel::showKindOnMap(int kind) {
     setScreen(Screen::map);
-    map_.showKind(kind);
+    map_.showOnly({.kinds = 1U << static_cast<unsigned>(kind), .extension = {}});
+}
+
+void AppModel::showExtensionOnMap(const QString& extension) {
+    setScreen(Screen::map);
+    map_.showOnly({.kinds = 0, .extension = extension.toStdString()});
 }
 
 } // namespace orbel

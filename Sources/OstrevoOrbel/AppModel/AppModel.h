@@ -72,8 +72,9 @@ public:
     Q_INVOKABLE void copyText(const QString& text) { environment_.desktop->copyText(text); }
     /// Shows a node of the current tree on the map.
     Q_INVOKABLE void showOnMap(quint32 node);
-    /// Shows on the map, from its top, only what is of a kind.
+    /// Shows on the map, from its top, only what is of a kind, or has an extension.
     Q_INVOKABLE void showKindOnMap(int kind);
+    Q_INVOKABLE void showExtensionOnMap(const QString& extension);
 
     // State.
 

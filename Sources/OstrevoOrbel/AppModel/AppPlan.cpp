@@ -36,7 +36,7 @@ public:
             return ticked;
         }
         const bool isFolder = item.scanStamp.isDirectory;
-        auto ticked = TickedItem::alone(item, classify(lastPathComponent(item.path), isFolder, false));
+        auto ticked = TickedItem::alone(item, classifyContent(lastPathComponent(item.path), isFolder));
         // What a file with other names holds stays with them.
         const auto status = platform::fileStatus(item.path);
         ticked.leastFreed = status && status->linkCount > 1 ? 0 : item.estimatedBytes;

@@ -222,7 +222,7 @@ void DuplicatesFlow::review() {
         DuplicateGroup group;
         std::unordered_set<std::string> ticked;
         std::string kept;
-        FileKind kind;
+        ContentKind kind;
     };
     std::vector<Asked> asked;
     for (std::size_t i = 0; i < duplicateGroups().size(); ++i) {

@@ -20,7 +20,11 @@ constexpr std::array<std::optional<double>, 5> ageChoices{
     std::nullopt, month, 6 * month, LargeOldQuery::defaultUnusedFor, 2 * LargeOldQuery::defaultUnusedFor};
 
 /// All that a row can be: plain folders have none.
-constexpr std::span<const FileKind> kindChoices = std::span(allFileKinds).subspan(1);
+constexpr auto kindChoices = [] {
+    std::array<ContentKind, shownContentKinds.size() - 1> kinds{};
+    std::ranges::remove_copy(shownContentKinds, kinds.begin(), ContentKind::folder);
+    return kinds;
+}();
 
 template <class Choices, class Value>
 int indexIn(const Choices& choices, const Value& value) {
@@ -228,16 +232,16 @@ QStringList LargeOldFlow::kinds() const {
 }
 
 int LargeOldFlow::kind() const {
-    return query_.kinds.size() == 1 ? indexIn(kindChoices, *query_.kinds.begin()) + 1 : 0;
+    return query_.contents.size() == 1 ? indexIn(kindChoices, *query_.contents.begin()) + 1 : 0;
 }
 
 void LargeOldFlow::setKind(int choice) {
     if (choice == kind())
         return;
     auto query = query_;
-    query.kinds.clear();
+    query.contents.clear();
     if (choice > 0)
-        query.kinds.insert(kindChoices[static_cast<std::size_t>(choice) - 1]);
+        query.contents.insert(kindChoices[static_cast<std::size_t>(choice) - 1]);
     setLargeOldQuery(std::move(query));
 }
 

@@ -184,33 +184,62 @@ void MapModel::clearSelection() {
 }
 
 void MapModel::toggleKind(int kind) {
-    legend_.setChosen(legend_.chosen() ^ 1U << static_cast<unsigned>(kind));
-    Q_EMIT legendChanged();
+    setFilter({.kinds = filter_.kinds ^ 1U << static_cast<unsigned>(kind), .extension = {}});
 }
 
 void MapModel::clearFilter() {
-    legend_.setChosen(0);
-    Q_EMIT legendChanged();
+    setFilter({});
 }
 
-void MapModel::showKind(int kind) {
+void MapModel::showOnly(MapFilter filter) {
     goToRoot();
-    legend_.setChosen(1U << static_cast<unsigned>(kind));
+    setFilter(std::move(filter));
+}
+
+void MapModel::jumpTo(quint32 node) {
+    if (node >= tree_->count())
+        return;
+    // What was chosen in a folder is for that folder: another one is seen as it is.
+    if (filter_.isSet() && (TreemapModel::isPlainFolder(*tree_, node) || !filter_.shows(*tree_, node)))
+        clearFilter();
+    show(node);
+}
+
+void MapModel::setFilter(MapFilter filter) {
+    if (filter == filter_)
+        return;
+    const bool isSameExtension = filter.extension == filter_.extension;
+    filter_ = std::move(filter);
+    legend_.setChosen(filter_.kinds);
+    if (!isSameExtension)
+        updateLegend();
     Q_EMIT legendChanged();
 }
 
 void MapModel::updateLegend() {
+    struct Figures {
+        KindTotals totals{};
+        std::optional<std::uint64_t> ofExtension;
+    };
     legendJob_.drop();
-    const auto take = [this](const KindTotals& totals) {
-        legend_.setTotals(totals);
+    extensionBytes_.reset();
+    const auto count = [tree = tree_, focus = focus_, extension = filter_.extension] {
+        Figures figures{.totals = kindTotals(*tree, focus), .ofExtension = std::nullopt};
+        if (!extension.empty())
+            figures.ofExtension = extensionBytes(*tree, focus, extension);
+        return figures;
+    };
+    const auto take = [this](const Figures& figures) {
+        legend_.setTotals(figures.totals);
+        extensionBytes_ = figures.ofExtension;
         Q_EMIT legendChanged();
     };
     if (tree_->count() == 0)
         take({});
     else if (tree_->descendantCount(focus_) <= fewNodes)
-        take(kindTotals(*tree_, focus_));
+        take(count());
     else
-        legendJob_.run([tree = tree_, focus = focus_] { return kindTotals(*tree, focus); }, take);
+        legendJob_.run(count, take);
 }
 
 /// Asking the policy asks the disk, which may be asleep.
@@ -351,7 +380,7 @@ MapItemFacts MapModel::facts(quint32 node) const {
             .node = node,
             .key = keyOf(path),
             .name = node == 0 ? rootName() : textOf(tree_->nameBytes(node)),
-            .kind = static_cast<int>(TreemapModel::representativeKind(*tree_, node)),
+            .kind = static_cast<int>(TreemapModel::contentKind(*tree_, node)),
             .kindName = kindText(*tree_, node),
             .size = ByteFigure(tree_->allocated(node)).text(),
             .path = textOf(tildePath(path, environment_.home)),
@@ -395,25 +424,31 @@ QString MapModel::share() const {
         words = tr("%1 · %2 of what was measured").arg(words, shareText(focusBytes(), tree_->allocated(0)));
     else
         words = coverage_ ? tr("%1 used").arg(words) : tr("%1 measured").arg(words);
-    if (chosenKinds() == 0)
+    if (!filter_.isSet())
         return words;
-    std::uint64_t shown = 0;
-    for (const FileKind kind : allFileKinds) {
-        if ((chosenKinds() >> static_cast<unsigned>(kind) & 1U) != 0)
-            shown += legend_.totals().at(static_cast<std::size_t>(kind));
+    words = tr("%1 · filtered to %2").arg(words, filterText());
+    auto shown = extensionBytes_;
+    if (filter_.extension.empty()) {
+        shown = 0;
+        for (const ContentKind kind : allContentKinds)
+            *shown += filter_.has(kind) ? legend_.totals().at(static_cast<std::size_t>(kind)) : 0;
     }
-    return tr("%1 · filtered to %2, %3").arg(words, filterText(), ByteFigure(shown).text());
+    return shown ? tr("%1, %2").arg(words, ByteFigure(*shown).text()) : words;
 }
 
 QString MapModel::filterText() const {
-    const int count = std::popcount(chosenKinds());
+    if (!filter_.extension.empty())
+        return tr(".%1 files").arg(textOf(filter_.extension));
+    const int count = std::popcount(filter_.kinds);
     if (count == 0)
         return {};
-    return count == 1 ? textOf(title(static_cast<FileKind>(filterKind()))) : tr("%1 kinds").arg(count);
+    return count == 1 ? textOf(title(static_cast<ContentKind>(filterKind()))) : tr("%1 kinds").arg(count);
 }
 
 int MapModel::filterKind() const {
-    return std::has_single_bit(chosenKinds()) ? std::countr_zero(chosenKinds()) : -1;
+    if (!filter_.extension.empty())
+        return static_cast<int>(classifyContent("x." + filter_.extension));
+    return std::has_single_bit(filter_.kinds) ? std::countr_zero(filter_.kinds) : -1;
 }
 
 MapItemFacts MapModel::selection() const {

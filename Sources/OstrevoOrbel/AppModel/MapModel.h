@@ -2,6 +2,7 @@
 
 #include "AppModel/MoveFlow.h"
 #include "AppModel/ScanFlow.h"
+#include "Map/MapFilter.h"
 #include "Models/KindTotalsModel.h"
 #include "Models/MapCrumbsModel.h"
 #include "Models/MapListModel.h"
@@ -41,9 +42,9 @@ class MapModel final : public QObject {
     Q_PROPERTY(QString share READ share NOTIFY legendChanged)
 
     Q_PROPERTY(orbel::RoleList* legend READ legend CONSTANT)
-    /// "Video", "2 kinds"; empty when all are shown.
+    /// "Video", "2 kinds", ".iso files"; empty when all is shown.
     Q_PROPERTY(QString filterText READ filterText NOTIFY legendChanged)
-    /// The kind when exactly one is chosen, else -1.
+    /// The ContentKind when exactly one is chosen, or that of the chosen extension, else -1.
     Q_PROPERTY(int filterKind READ filterKind NOTIFY legendChanged)
 
     Q_PROPERTY(orbel::MapItemFacts selection READ selection NOTIFY selectionChanged)
@@ -79,8 +80,10 @@ public:
     /// Shows only this kind among those that are chosen, or no longer.
     Q_INVOKABLE void toggleKind(int kind);
     Q_INVOKABLE void clearFilter();
-    /// Shows the root, and of it this kind alone.
-    void showKind(int kind);
+    /// Shows the root, and of it this alone.
+    void showOnly(MapFilter filter);
+    /// As show(), for a place that was chosen elsewhere: a filter that would hide it goes.
+    void jumpTo(quint32 node);
     /// Ticks an item that may be moved, once that has been asked, or unticks it. What lies inside a ticked
     /// folder moves with it and has no tick of its own.
     Q_INVOKABLE void toggleTick(quint32 node);
@@ -112,7 +115,7 @@ public:
     QString listSummary() const;
     QString share() const;
     MapLegendModel* legend() { return &legend_; }
-    unsigned chosenKinds() const { return legend_.chosen(); }
+    const MapFilter& filter() const { return filter_; }
     QString filterText() const;
     int filterKind() const;
     std::optional<NodeIndex> selectedNode() const { return selected_; }
@@ -137,6 +140,7 @@ Q_SIGNALS:
 private:
     void setFocus(NodeIndex node);
     void showFocus();
+    void setFilter(MapFilter filter);
     void updateLegend();
     void updateSafety();
     void checkRows();
@@ -158,6 +162,9 @@ private:
     MapCrumbsModel crumbs_;
     MapListModel list_;
     MapLegendModel legend_;
+    MapFilter filter_;
+    std::optional<std::uint64_t>
+        extensionBytes_; ///< what the chosen extension takes up in the focus, once known
     QString refusal_;
     bool isMovable_ = false;
 

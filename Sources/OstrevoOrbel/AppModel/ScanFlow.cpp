@@ -122,6 +122,7 @@ void ScanFlow::show(ScanOutcome outcome) {
                   .elapsed = isScanning() ? 0 : scanSeconds_,
                   .topLevel = {}});
     kinds_.setTotals(outcome.kinds);
+    extensions_.setTotals(outcome.extensions);
     largestFolders_.setFolders(std::move(outcome.largestFolders));
     unreadable_.setPaths(outcome.unreadable, tree.unreadableCount, environment_.home);
     tree_ = std::move(outcome.tree);

@@ -55,6 +55,7 @@ class ScanFlow final : public QObject {
     Q_PROPERTY(orbel::ScanFigures* figures READ figures CONSTANT)
     Q_PROPERTY(orbel::RoleList* topLevel READ topLevel CONSTANT)
     Q_PROPERTY(orbel::RoleList* kinds READ kinds CONSTANT)
+    Q_PROPERTY(orbel::RoleList* extensions READ extensions CONSTANT)
     Q_PROPERTY(orbel::RoleList* largestFolders READ largestFolders CONSTANT)
     /// What grew since the scan before, once a complete one is done.
     Q_PROPERTY(orbel::GrowthModel* growth READ growth CONSTANT)
@@ -118,6 +119,7 @@ public:
     ScanFigures* figures() { return &figures_; }
     TopLevelModel* topLevel() { return &topLevel_; }
     KindTotalsModel* kinds() { return &kinds_; }
+    ExtensionTotalsModel* extensions() { return &extensions_; }
     SizedFoldersModel* largestFolders() { return &largestFolders_; }
     GrowthModel* growth() { return &growth_; }
     UnreadableModel* unreadable() { return &unreadable_; }
@@ -153,6 +155,7 @@ private:
     ScanFigures figures_;
     TopLevelModel topLevel_;
     KindTotalsModel kinds_;
+    ExtensionTotalsModel extensions_;
     SizedFoldersModel largestFolders_;
     GrowthModel growth_;
     UnreadableModel unreadable_;

@@ -5,19 +5,7 @@
 #include "Safety/PathCanonicalizer.h"
 #include "Util/PathText.h"
 
-#include <algorithm>
-
 namespace orbel {
-
-namespace {
-
-/// The kind that most of its bytes are, as a raw value.
-int mainKind(const FileTree& tree, NodeIndex folder) {
-    const auto totals = kindTotals(tree, folder);
-    return static_cast<int>(std::ranges::max_element(totals) - totals.begin());
-}
-
-} // namespace
 
 GrowthModel::Content scanGrowth(const ScanOutcome& outcome, const std::string& folder,
                                 const std::string& home) {
@@ -41,7 +29,7 @@ GrowthModel::Content scanGrowth(const ScanOutcome& outcome, const std::string& f
         content.folders.push_back({.node = *node,
                                    .place = path,
                                    .path = textOf(tildePath(path, home)),
-                                   .kind = mainKind(tree, *node),
+                                   .kind = static_cast<int>(mainKind(kindTotals(tree, *node))),
                                    .bytes = grown.grownBytes});
     }
     return content;

@@ -29,38 +29,15 @@ std::vector<std::string> unreadablePaths(const FileTree& tree) {
     return paths;
 }
 
-/// Of each of these folders the kind that most of its bytes are.
-std::vector<FileKind> mainKinds(const FileTree& tree, const std::vector<NodeIndex>& folders) {
-    constexpr std::uint8_t none = 0xFF;
-    std::vector<std::uint8_t> holder(tree.count(), none);
-    std::vector<KindTotals> totals(folders.size());
-    for (std::size_t i = 0; i < folders.size(); ++i)
-        holder[folders[i]] = static_cast<std::uint8_t>(i);
-    const auto kinds = countedKinds(tree);
-    for (NodeIndex node = 1; node < tree.count(); ++node) {
-        const auto parent = tree.parentIndex[node];
-        if (holder[node] == none && parent != FileTree::noParent)
-            holder[node] = holder[parent];
-        if (holder[node] != none && !tree.isFolder(node))
-            totals[holder[node]].at(kinds[node]) += tree.allocatedBytes[node];
-    }
-    std::vector<FileKind> main;
-    main.reserve(totals.size());
-    for (const auto& total : totals)
-        main.push_back(
-            fileKindFromRawValue(static_cast<std::uint8_t>(std::ranges::max_element(total) - total.begin())));
-    return main;
-}
-
-std::vector<SizedFolder> largestFolders(const FileTree& tree, const std::string& home) {
-    const auto nodes = tellingFolders(tree, mostLargestFolders);
-    const auto kinds = mainKinds(tree, nodes);
+/// `totals`: of each of the folders.
+std::vector<SizedFolder> sizedFolders(const FileTree& tree, const std::vector<NodeIndex>& nodes,
+                                      const std::vector<KindTotals>& totals, const std::string& home) {
     std::vector<SizedFolder> folders;
     folders.reserve(nodes.size());
     for (std::size_t i = 0; i < nodes.size(); ++i)
         folders.push_back({.node = nodes[i],
                            .path = textOf(tildePath(shownPath(tree, nodes[i]), home)),
-                           .kind = static_cast<int>(kinds[i]),
+                           .kind = static_cast<int>(mainKind(totals[i])),
                            .bytes = tree.allocated(nodes[i])});
     return folders;
 }
@@ -84,10 +61,13 @@ ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::
     outcome.finishedAt = std::chrono::system_clock::now();
     outcome.duration = result.duration;
     if (result.tree.count() > 0) {
-        outcome.kinds = kindTotals(result.tree);
+        const auto largest = tellingFolders(result.tree, mostLargestFolders);
+        auto totals = ContentTotals::of(result.tree, largest);
+        outcome.kinds = totals.kinds;
+        outcome.extensions = std::move(totals.extensions);
+        outcome.largestFolders = sizedFolders(result.tree, largest, totals.folders, home);
         if (const auto trash = result.tree.index(reader.trashedItems(), PathCanonicalizer::shared()))
             outcome.trashedKinds = kindTotals(result.tree, *trash);
-        outcome.largestFolders = largestFolders(result.tree, home);
         outcome.unreadable = unreadablePaths(result.tree);
     }
     outcome.disk = reader.read(result.tree.rootPath);

@@ -22,7 +22,8 @@ struct ScanOutcome {
     double duration = 0; ///< seconds
     DiskMoment disk;     ///< read when the tree was done
     KindTotals kinds{};
-    KindTotals trashedKinds{}; ///< the part of it that lies in the Trash
+    KindTotals trashedKinds{};              ///< the part of it that lies in the Trash
+    std::vector<ExtensionTotal> extensions; ///< the heaviest
     std::vector<SizedFolder> largestFolders;
     GrowthModel::Content growth;         ///< what scanGrowth() makes of it
     std::vector<std::string> unreadable; ///< visible paths of the first that could not be read

@@ -38,7 +38,7 @@ QString changedWords(Date changed, std::chrono::system_clock::time_point now) {
 }
 
 TidyListModel::Row rowOf(const EmptyFolderFinder::Row& found, std::chrono::system_clock::time_point now) {
-    TidyListModel::Row row{.item = TickedItem::alone(found.item, FileKind::folder),
+    TidyListModel::Row row{.item = TickedItem::alone(found.item, ContentKind::folder),
                            .isPreselected = found.item.preselected};
     row.item.count = found.nestedCount;
     row.detail = changedWords(found.changed, now);
@@ -55,7 +55,7 @@ TidyListModel::Row rowOf(const EmptyFolderFinder::Row& found, std::chrono::syste
 }
 
 TidyListModel::Row rowOf(const Shortcuts::Row& found) {
-    TidyListModel::Row row{.item = TickedItem::alone(found.item, FileKind::other),
+    TidyListModel::Row row{.item = TickedItem::alone(found.item, ContentKind::other),
                            .isPreselected = found.item.preselected};
     row.item.kindName = wordOf(rawValue(found.kind));
     row.detail =

@@ -25,7 +25,7 @@ std::string oldest(const std::vector<DuplicateFile>& files) {
 } // namespace
 
 CopyGroup::CopyGroup(DuplicateGroup group, const FileTree& tree)
-    : group_(std::move(group)), kind_(classify(lastPathComponent(group_.suggestedKeep), false, false)) {
+    : group_(std::move(group)), kind_(classifyContent(lastPathComponent(group_.suggestedKeep))) {
     const auto kept = std::ranges::find(group_.files, group_.suggestedKeep, &DuplicateFile::path);
     kept_ = kept == group_.files.end() ? 0 : static_cast<std::size_t>(kept - group_.files.begin());
     copies_.reserve(group_.files.size());

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Find/DuplicateGroup.h"
-#include "Scan/FileKind.h"
+#include "Scan/ContentKind.h"
 #include "Util/TextMatcher.h"
 
 #include <cstddef>
@@ -51,7 +51,7 @@ public:
     const Copy& copy(std::size_t copy) const { return copies_[copy]; }
     std::size_t size() const { return copies_.size(); }
     const Figures& figures() const { return figures_; }
-    FileKind kind() const { return kind_; }
+    ContentKind kind() const { return kind_; }
     std::size_t kept() const { return kept_; }
     const DuplicateFile& keptFile() const { return group_.files[kept_]; }
     /// There are two copies or more.
@@ -81,7 +81,7 @@ private:
 
     DuplicateGroup group_;
     std::vector<Copy> copies_; ///< as many as the group has files
-    FileKind kind_ = FileKind::other;
+    ContentKind kind_ = ContentKind::other;
     std::size_t kept_ = 0;
     Figures figures_;
 };

@@ -62,7 +62,7 @@ void DiskLedger::updateSegments() {
             segments.push_back({.part = part, .kind = kind, .title = title, .bytes = bytes});
     };
     if (figures_.measured) {
-        for (const FileKind kind : shownFileKinds) {
+        for (const ContentKind kind : shownContentKinds) {
             const auto raw = static_cast<std::uint8_t>(kind);
             add(Kind, raw, textOf(title(kind)), figures_.measured->at(raw));
         }

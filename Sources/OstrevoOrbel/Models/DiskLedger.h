@@ -24,7 +24,7 @@ struct LedgerSegment {
 
 public:
     int part = 0;  ///< a DiskLedger::Part
-    int kind = -1; ///< FileKind's raw value; -1 when `part` is no kind
+    int kind = -1; ///< a ContentKind; -1 when `part` is no kind
     QString title;
     quint64 bytes = 0;
     double fraction = 0; ///< of the whole bar

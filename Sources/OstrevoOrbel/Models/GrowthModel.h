@@ -27,7 +27,7 @@ public:
     quint32 node = 0;  ///< in the tree of this version
     std::string place; ///< its absolute path, in visible form
     QString path;      ///< the same for people: "~" in place of the home
-    int kind = 0;      ///< FileKind's raw value: the kind that most of it is
+    int kind = 0;      ///< a ContentKind: the kind that most of it is
     quint64 bytes = 0; ///< by how much it grew
 
     QString size() const { return ByteFigure(bytes).text(); }

@@ -4,7 +4,7 @@
 #include "Models/ByteFigure.h"
 #include "Models/ItemKey.h"
 #include "Models/Wording.h"
-#include "Scan/FileKind.h"
+#include "Scan/ContentKind.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
@@ -394,7 +394,7 @@ QVariant JournalModel::valueOf(const JournalHistory::Item& item, int role) const
     case KindRole: {
         const auto name = lastPathComponent(entry.originalPath);
         const bool isFolder = entry.trashedIdentity && entry.trashedIdentity->isDirectory;
-        return static_cast<int>(classify(name, isFolder, isFolder && isPackage(name)));
+        return static_cast<int>(classifyContent(name, isFolder, isFolder && isPackage(name)));
     }
     case ReasonRole:
         return reasonOf(item);

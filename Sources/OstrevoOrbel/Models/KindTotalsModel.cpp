@@ -10,15 +10,17 @@ namespace orbel {
 
 namespace {
 
-std::uint64_t bytesOf(const KindTotals& totals, FileKind kind) {
+std::uint64_t bytesOf(const KindTotals& totals, ContentKind kind) {
     return totals.at(static_cast<std::size_t>(kind));
 }
 
-/// Of the kinds that take up something, in the order given.
-std::vector<KindTotal> rowsOf(const KindTotals& totals, auto kinds) {
-    const auto largest = std::ranges::max(totals);
+/// Of the kinds that take up something, the largest first, equal ones in the order of bars.
+std::vector<KindTotal> rowsOf(const KindTotals& totals) {
+    auto kinds = shownContentKinds;
+    std::ranges::stable_sort(kinds, std::greater{}, [&](ContentKind kind) { return bytesOf(totals, kind); });
+    const auto largest = bytesOf(totals, kinds.front());
     std::vector<KindTotal> rows;
-    for (const FileKind kind : kinds)
+    for (const ContentKind kind : kinds)
         if (const auto bytes = bytesOf(totals, kind); bytes > 0)
             rows.push_back({.kind = static_cast<int>(kind),
                             .title = textOf(title(kind)),
@@ -30,9 +32,19 @@ std::vector<KindTotal> rowsOf(const KindTotals& totals, auto kinds) {
 } // namespace
 
 void KindTotalsModel::setTotals(const KindTotals& totals) {
-    auto kinds = allFileKinds;
-    std::ranges::stable_sort(kinds, std::greater{}, [&](FileKind kind) { return bytesOf(totals, kind); });
-    setRows(rowsOf(totals, kinds));
+    setRows(rowsOf(totals));
+}
+
+void ExtensionTotalsModel::setTotals(const std::vector<ExtensionTotal>& totals) {
+    std::vector<ExtensionRow> rows;
+    rows.reserve(totals.size());
+    for (const auto& total : totals)
+        rows.push_back({.extension = textOf(total.extension),
+                        .kind = static_cast<int>(classifyContent("x." + total.extension)),
+                        .size = ByteFigure(total.bytes).text(),
+                        .count = countOf(total.count, tr("file"), tr("files")),
+                        .fraction = fractionOf(total.bytes, totals.front().bytes)});
+    setRows(std::move(rows));
 }
 
 void MapLegendModel::setTotals(const KindTotals& totals) {
@@ -46,7 +58,7 @@ void MapLegendModel::setChosen(unsigned kinds) {
 }
 
 void MapLegendModel::show() {
-    auto rows = rowsOf(totals_, shownFileKinds);
+    auto rows = rowsOf(totals_);
     for (auto& row : rows)
         row.active = (chosen_ >> static_cast<unsigned>(row.kind) & 1U) != 0;
     setRows(std::move(rows));

@@ -17,7 +17,7 @@ struct KindTotal {
     Q_PROPERTY(bool active MEMBER active)
 
 public:
-    int kind = 0; ///< FileKind's raw value
+    int kind = 0; ///< a ContentKind
     QString title;
     QString size;
     double fraction = 0; ///< of the largest one
@@ -26,22 +26,47 @@ public:
     bool operator==(const KindTotal&) const = default;
 };
 
+/// What the items of one extension take up. A plain value.
+struct ExtensionRow {
+    Q_GADGET
+    Q_PROPERTY(QString extension MEMBER extension)
+    Q_PROPERTY(QString title READ title)
+    Q_PROPERTY(int kind MEMBER kind)
+    Q_PROPERTY(QString size MEMBER size)
+    Q_PROPERTY(QString count MEMBER count)
+    Q_PROPERTY(double fraction MEMBER fraction)
+
+public:
+    QString extension; ///< in lower case
+    int kind = 0;      ///< the ContentKind of its files
+    QString size;
+    QString count;       ///< "1,204 files"
+    double fraction = 0; ///< of the largest one
+
+    QString title() const { return QLatin1Char('.') + extension; }
+    bool operator==(const ExtensionRow&) const = default;
+};
+
 /// What was measured by kind, the largest first; kinds with nothing are left out.
 class KindTotalsModel : public GadgetListModel<KindTotal> {
 public:
     void setTotals(const KindTotals& totals);
 };
 
+/// The heaviest extensions that were measured, the largest first.
+class ExtensionTotalsModel : public GadgetListModel<ExtensionRow> {
+public:
+    void setTotals(const std::vector<ExtensionTotal>& totals);
+};
+
 /// The kinds that the map shows, with what each takes up below the map's folder, and which of them are chosen
-/// as a filter. In the order of the kinds, so that an entry keeps its place from folder to folder; kinds with
-/// nothing are left out.
+/// as a filter. The largest first; kinds with nothing are left out.
 class MapLegendModel : public GadgetListModel<KindTotal> {
 public:
     void setTotals(const KindTotals& totals);
     const KindTotals& totals() const { return totals_; }
 
-    /// The chosen kinds, one bit for each raw value; 0 when all are shown.
-    unsigned chosen() const { return chosen_; }
+    /// The chosen kinds, one bit for each; 0 when all are shown.
     void setChosen(unsigned kinds);
 
 private:

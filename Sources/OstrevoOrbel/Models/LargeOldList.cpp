@@ -13,7 +13,7 @@ LargeOldList::LargeOldList(std::vector<Row> rows, const FileTree& tree) : rows_(
     for (const auto& row : rows_) {
         byId_.emplace(row.id(), static_cast<std::uint32_t>(contents_.size()));
         const auto whole = TickedItem::ofNode({}, tree, row.index);
-        contents_.push_back({.count = whole.count, .leastFreed = whole.leastFreed});
+        contents_.push_back({.count = whole.count, .leastFreed = whole.leastFreed, .kind = whole.kind});
     }
 }
 
@@ -29,7 +29,7 @@ std::optional<std::uint32_t> LargeOldList::find(NodeIndex node) const {
 }
 
 TickedItem LargeOldList::ticked(std::uint32_t row) const {
-    auto item = TickedItem::alone(rows_[row].item, rows_[row].kind);
+    auto item = TickedItem::alone(rows_[row].item, contents_[row].kind);
     item.count = contents_[row].count;
     item.leastFreed = contents_[row].leastFreed;
     return item;
@@ -37,15 +37,12 @@ TickedItem LargeOldList::ticked(std::uint32_t row) const {
 
 namespace {
 
-using QueryRow = LargeOldQuery::Row;
-
 /// Sorts by what `keyOf` gives for a row, which is asked once for each.
 template <class KeyOf>
-void sortBy(std::vector<std::uint32_t>& order, const std::vector<QueryRow>& rows, bool descending,
-            KeyOf keyOf) {
-    std::vector<decltype(keyOf(rows.front()))> keys(rows.size());
+void sortBy(std::vector<std::uint32_t>& order, std::size_t rows, bool descending, KeyOf keyOf) {
+    std::vector<decltype(keyOf(0U))> keys(rows);
     for (const auto row : order)
-        keys[row] = keyOf(rows[row]);
+        keys[row] = keyOf(row);
     const auto key = [&](std::uint32_t row) -> const auto& {
         return keys[row];
     };
@@ -69,18 +66,20 @@ LargeOldOrder arranged(const LargeOldList& list, const LargeOldArrangement& arra
     }
     switch (arrangement.column) {
     case LargeOldArrangement::Column::name:
-        sortBy(order.rows, rows, arrangement.descending,
-               [](const QueryRow& row) { return caseFolded(row.item.title); });
+        sortBy(order.rows, rows.size(), arrangement.descending,
+               [&](std::uint32_t row) { return caseFolded(rows[row].item.title); });
         break;
     case LargeOldArrangement::Column::kind:
-        sortBy(order.rows, rows, arrangement.descending, [](const QueryRow& row) { return title(row.kind); });
+        sortBy(order.rows, rows.size(), arrangement.descending,
+               [&](std::uint32_t row) { return title(list.kind(row)); });
         break;
     case LargeOldArrangement::Column::lastUsed:
-        sortBy(order.rows, rows, arrangement.descending,
-               [](const QueryRow& row) { return row.lastUsed.date; });
+        sortBy(order.rows, rows.size(), arrangement.descending,
+               [&](std::uint32_t row) { return rows[row].lastUsed.date; });
         break;
     case LargeOldArrangement::Column::size:
-        sortBy(order.rows, rows, arrangement.descending, [](const QueryRow& row) { return row.bytes; });
+        sortBy(order.rows, rows.size(), arrangement.descending,
+               [&](std::uint32_t row) { return rows[row].bytes; });
         break;
     }
     order.places.assign(rows.size(), LargeOldOrder::nowhere);

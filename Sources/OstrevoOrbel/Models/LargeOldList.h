@@ -32,11 +32,13 @@ public:
     std::optional<std::uint32_t> find(const std::string& id) const;
     std::optional<std::uint32_t> find(NodeIndex node) const;
     TickedItem ticked(std::uint32_t row) const;
+    ContentKind kind(std::uint32_t row) const { return contents_[row].kind; }
 
 private:
     struct Contents {
         std::uint64_t count = 1;
         std::uint64_t leastFreed = 0;
+        ContentKind kind = ContentKind::other;
     };
 
     std::vector<Row> rows_;

@@ -48,8 +48,8 @@ LargeOldModel::LargeOldModel(const Ticks& ticks, std::string home)
               {"folder",
                of([this](const Row& row) { return textOf(tildePath(parentPath(row.item.path), home_)); })},
               {"path", of([this](const Row& row) { return textOf(tildePath(row.item.path, home_)); })},
-              {"kind", of([](const Row& row) { return static_cast<int>(row.kind); })},
-              {"kindName", of([](const Row& row) { return textOf(title(row.kind)); })},
+              {"kind", [this](int place) { return static_cast<int>(kindAt(place)); }},
+              {"kindName", [this](int place) { return textOf(title(kindAt(place))); }},
               {"size", of([](const Row& row) { return ByteFigure(row.bytes).text(); })},
               {"lastUsed", of([](const Row& row) { return dayText(row.lastUsed.date); })},
               {"record", of([](const Row& row) { return recordText(row.lastUsed.record); })},
@@ -95,6 +95,10 @@ void LargeOldModel::sumUp() {
 int LargeOldModel::placeOf(const QString& id) const {
     const auto row = list_->find(id.toStdString());
     return !row || order_.places[*row] == LargeOldOrder::nowhere ? -1 : static_cast<int>(order_.places[*row]);
+}
+
+ContentKind LargeOldModel::kindAt(int place) const {
+    return list_->kind(order_.rows[static_cast<std::size_t>(place)]);
 }
 
 const LargeOldQuery::Row& LargeOldModel::rowAt(int place) const {

@@ -44,6 +44,7 @@ public:
 
 private:
     const LargeOldQuery::Row& rowAt(int place) const;
+    ContentKind kindAt(int place) const;
     void sumUp();
 
     const Ticks& ticks_;

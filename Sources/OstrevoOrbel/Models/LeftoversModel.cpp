@@ -67,7 +67,7 @@ void LeftoversModel::set(std::vector<TickedItem> items, std::size_t ownItems,
                                              .path = leftover.path,
                                              .scanStamp = {},
                                              .blockedReason = "An administrator would have to remove it"},
-                                    .kind = FileKind::folder,
+                                    .kind = ContentKind::folder,
                                     .kindName = {}},
                          .words = {}});
     endResetModel();
@@ -127,10 +127,10 @@ QString LeftoversModel::detailOf(const Row& row) const {
 }
 
 /// What it is itself, whatever most of its content is.
-FileKind LeftoversModel::kindOf(const Row& row, int number) {
+ContentKind LeftoversModel::kindOf(const Row& row, int number) {
     if (number == 0)
-        return FileKind::application;
-    return row.ticked.item.scanStamp.isDirectory ? FileKind::folder : row.ticked.kind;
+        return ContentKind::application;
+    return row.ticked.item.scanStamp.isDirectory ? ContentKind::folder : row.ticked.kind;
 }
 
 QString LeftoversModel::sizeOf(const Row& row) {

@@ -49,7 +49,7 @@ private:
     static QString sectionName(Section section);
     QString titleOf(const Row& row) const;
     QString detailOf(const Row& row) const;
-    static FileKind kindOf(const Row& row, int number);
+    static ContentKind kindOf(const Row& row, int number);
     static QString sizeOf(const Row& row);
 
     std::string home_;

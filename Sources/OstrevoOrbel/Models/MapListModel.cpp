@@ -16,7 +16,7 @@ MapListModel::MapListModel(QObject* parent) : RoleList(parent), tree_(std::make_
     setRoles({{"node", of([](NodeIndex node) { return node; })},
               {"name", of([this](NodeIndex node) { return nameText(*tree_, node); })},
               {"kind", of([this](NodeIndex node) {
-                   return static_cast<int>(TreemapModel::representativeKind(*tree_, node));
+                   return static_cast<int>(TreemapModel::contentKind(*tree_, node));
                })},
               {"kindName", of([this](NodeIndex node) { return kindText(*tree_, node); })},
               {"size", of([this](NodeIndex node) { return ByteFigure(tree_->allocated(node)).text(); })},

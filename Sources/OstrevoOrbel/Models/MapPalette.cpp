@@ -17,7 +17,7 @@ QVariant colorOf(Rgb color) {
 
 QStringList MapPalette::glyphs() const {
     QStringList glyphs;
-    for (const auto kind : allFileKinds)
+    for (const auto kind : allContentKinds)
         glyphs << textOf(rowOf(kind).glyph);
     return glyphs;
 }
@@ -29,7 +29,7 @@ QVariantMap MapPalette::colors(bool dark) const {
         frames << colorOf(frame);
     QVariantList fills;
     QVariantList labels;
-    for (const auto kind : allFileKinds) {
+    for (const auto kind : allContentKinds) {
         fills << colorOf(colors.of(kind).fill);
         labels << colorOf(colors.of(kind).label);
     }

@@ -12,15 +12,15 @@ class MapPalette : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    /// Of the kinds, by raw value.
+    /// Of the kinds of content, by value.
     Q_PROPERTY(QStringList glyphs READ glyphs CONSTANT)
 
 public:
     using QObject::QObject;
 
     QStringList glyphs() const;
-    /// "ground", "edge", "hatch", "hatchGround"; "frames" by depth; "fills" and "labels" by a
-    /// kind's raw value.
+    /// "ground", "edge", "hatch", "hatchGround"; "frames" by depth; "fills" and "labels" by
+    /// a kind of content.
     Q_INVOKABLE QVariantMap colors(bool dark) const;
 };
 

@@ -32,7 +32,8 @@ QString nameText(const FileTree& tree, NodeIndex node) {
 }
 
 QString kindText(const FileTree& tree, NodeIndex node) {
-    return TreemapModel::isPlainFolder(tree, node) ? QObject::tr("Folder") : textOf(title(tree.kind(node)));
+    return TreemapModel::isPlainFolder(tree, node) ? QObject::tr("Folder")
+                                                   : textOf(title(contentKind(tree, node)));
 }
 
 } // namespace orbel

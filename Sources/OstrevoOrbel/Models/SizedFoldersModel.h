@@ -19,7 +19,7 @@ struct SizedFolder {
 public:
     quint32 node = 0; ///< in the tree of this version
     QString path;     ///< for people: "~" in place of the home
-    int kind = 0;     ///< FileKind's raw value: the kind that most of it is
+    int kind = 0;     ///< a ContentKind: the kind that most of it is
     quint64 bytes = 0;
     double fraction = 0; ///< of the largest one
 

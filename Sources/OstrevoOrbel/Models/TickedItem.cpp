@@ -57,18 +57,18 @@ std::uint64_t certainBytes(const FileTree& tree, NodeIndex top) {
 
 TickedItem TickedItem::ofNode(DeletionItem item, const FileTree& tree, NodeIndex node) {
     return {.item = std::move(item),
-            .kind = TreemapModel::representativeKind(tree, node),
+            .kind = TreemapModel::contentKind(tree, node),
             .kindName = kindText(tree, node),
             .count = std::uint64_t{tree.descendantCount(node)} + 1,
             .leastFreed = certainBytes(tree, node)};
 }
 
-TickedItem TickedItem::alone(DeletionItem item, FileKind kind) {
+TickedItem TickedItem::alone(DeletionItem item, ContentKind kind) {
     const auto bytes = ItemNote::saysLess(item.note) ? 0 : item.estimatedBytes;
     return {.item = std::move(item),
             .kind = kind,
-            .kindName = kind == FileKind::folder ? QCoreApplication::translate("Ticks", "Folder")
-                                                 : textOf(title(kind)),
+            .kindName = kind == ContentKind::folder ? QCoreApplication::translate("Ticks", "Folder")
+                                                    : textOf(title(kind)),
             .count = 1,
             .leastFreed = bytes};
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Delete/DeletionItem.h"
-#include "Scan/FileKind.h"
+#include "Scan/ContentKind.h"
 
 #include <cstdint>
 #include <QString>
@@ -13,9 +13,9 @@ namespace orbel {
 /// A deletion item that is to be moved, with what the confirmation tells of it. A plain value.
 struct TickedItem {
     DeletionItem item;
-    FileKind kind = FileKind::other; ///< of its chip
-    QString kindName;                ///< "Video", "Folder"
-    std::uint64_t count = 1;         ///< files and folders that move, the item itself included
+    ContentKind kind = ContentKind::other; ///< of its chip
+    QString kindName;                      ///< "Video", "Folder"
+    std::uint64_t count = 1;               ///< files and folders that move, the item itself included
     /// What emptying the Trash frees of it for sure: at most the item's own bytes, fewer when some of them
     /// are shared with something that stays.
     std::uint64_t leastFreed = 0;
@@ -25,7 +25,7 @@ struct TickedItem {
 
     /// Of an item that stands alone: nothing is known to be in it, and with a note that says less it
     /// may free nothing.
-    static TickedItem alone(DeletionItem item, FileKind kind);
+    static TickedItem alone(DeletionItem item, ContentKind kind);
 
     bool operator==(const TickedItem&) const = default;
 };

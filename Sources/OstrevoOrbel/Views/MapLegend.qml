@@ -4,7 +4,8 @@ import QtQuick
 import QtQuick.Templates as T
 import OstrevoOrbel
 
-/// The kinds on the map and what each takes up. Each is a toggle: what is not chosen is drawn pale.
+/// The kinds on the map and what each takes up, the largest first. Each is a toggle: what is not chosen is drawn
+/// pale. Only whole entries are shown; buttons and the wheel turn to those that have no room.
 FocusScope {
     id: bar
 
@@ -12,39 +13,90 @@ FocusScope {
     property bool narrow: false
     property int padding: Theme.pagePadding
 
+    /// The entries in sight.
+    property int first: 0
+    readonly property int last: lastFrom(first)
+    readonly property real room: back.x - view.x - 8
+    /// Around the entries in sight, for the ring of the focus; no wider than what is between two of them.
+    readonly property int rim: 4
+
     signal toggled(kind: int)
+
+    /// Null before it is there.
+    function entryAt(entry: int): var {
+        return repeater.itemAt(entry);
+    }
+    function startOf(entry: int): real {
+        return bar.entryAt(entry)?.x ?? 0;
+    }
+    function endOf(entry: int): real {
+        return bar.startOf(entry) + (bar.entryAt(entry)?.width ?? 0);
+    }
+    /// At least one, and as many as have room.
+    function lastFrom(entry: int): int {
+        let last = entry;
+        // The width changes with each entry, and so does this.
+        while (entries.width > 0 && last + 1 < repeater.count && endOf(last + 1) - startOf(entry) <= room)
+            ++last;
+        return last;
+    }
+    /// The first entry in sight when this one is the last.
+    function firstBefore(entry: int): int {
+        let first = Math.max(0, entry);
+        while (first > 0 && endOf(entry) - startOf(first - 1) <= room)
+            --first;
+        return first;
+    }
+    function turnTo(entry: int): void {
+        first = Math.max(0, Math.min(firstBefore(repeater.count - 1), entry));
+    }
+    function reveal(entry: int): void {
+        if (entry < first)
+            turnTo(entry);
+        else if (entry > last)
+            turnTo(firstBefore(entry));
+    }
 
     Accessible.name: qsTr("Kinds")
     Accessible.role: Accessible.Grouping
 
+    onRoomChanged: turnTo(0)
+
+    Connections {
+        target: bar.legend
+
+        function onModelReset(): void {
+            bar.turnTo(0);
+        }
+    }
     Hairline {
         edge: Qt.TopEdge
     }
-    Flickable {
-        anchors.bottom: parent.bottom
+    Item {
+        id: view
+
         anchors.left: parent.left
-        anchors.leftMargin: bar.padding - 8
-        anchors.right: smaller.visible ? smaller.left : parent.right
-        anchors.rightMargin: 8
-        anchors.top: parent.top
-        boundsBehavior: Flickable.StopAtBounds
+        anchors.leftMargin: bar.padding - 8 - bar.rim
         clip: true
-        contentHeight: height
-        contentWidth: entries.width
-        flickableDirection: Flickable.HorizontalFlick
+        height: parent.height
+        width: Math.max(0, Math.min(bar.room, bar.endOf(bar.last) - bar.startOf(bar.first))) + 2 * bar.rim
 
         Row {
             id: entries
 
             anchors.verticalCenter: parent.verticalCenter
-            spacing: 4
+            spacing: bar.rim
+            x: bar.rim - bar.startOf(bar.first)
 
             Repeater {
+                id: repeater
+
                 model: bar.legend
 
                 T.AbstractButton {
                     id: entry
 
+                    required property int index
                     required property int kind
                     required property string title
                     required property string size
@@ -63,6 +115,7 @@ FocusScope {
                     rightPadding: 8
 
                     ButtonKeys.enterClicks: true
+                    onActiveFocusChanged: if (activeFocus) bar.reveal(index)
                     onClicked: bar.toggled(kind)
 
                     background: Rectangle {
@@ -99,6 +152,50 @@ FocusScope {
                 }
             }
         }
+        WheelHandler {
+            /// Of a notch of the wheel, which a touch pad sends in small parts.
+            property real turned: 0
+
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+
+            onWheel: wheel => {
+                turned += wheel.angleDelta.y + wheel.angleDelta.x;
+                if (Math.abs(turned) < 120)
+                    return;
+                if (turned > 0)
+                    bar.turnTo(bar.first - 1);
+                else
+                    bar.turnTo(bar.first + 1);
+                turned = 0;
+            }
+        }
+    }
+    IconButton {
+        id: back
+
+        anchors.right: forward.left
+        anchors.verticalCenter: parent.verticalCenter
+        enabled: bar.first > 0
+        iconPath: Theme.icons.left
+        objectName: "map.legend.back"
+        text: qsTr("Larger kinds")
+        visible: forward.visible
+
+        onClicked: bar.turnTo(bar.firstBefore(bar.first - 1))
+    }
+    IconButton {
+        id: forward
+
+        anchors.right: smaller.visible ? smaller.left : parent.right
+        anchors.rightMargin: smaller.visible ? 16 : bar.padding - 8
+        anchors.verticalCenter: parent.verticalCenter
+        enabled: bar.last < repeater.count - 1
+        iconPath: Theme.icons.right
+        objectName: "map.legend.forward"
+        text: qsTr("Smaller kinds")
+        visible: bar.first > 0 || enabled
+
+        onClicked: bar.turnTo(bar.last + 1)
     }
     Row {
         id: smaller

@@ -168,6 +168,9 @@ FocusScope {
             readonly property int room: page.height - 2 * measured.padding - ways.height - Theme.cardGap
                 - (partial.visible ? partial.height + Theme.cardGap : 0)
                 - (ledger.visible ? ledger.height + Theme.cardGap : 0)
+            /// Whole rows only; those that have no room are scrolled to.
+            readonly property int kindRows: aside ? Math.min(kindList.count, Math.max(8,
+                Math.floor((room - headHeight - factRows.height - 31) / Theme.compactRowHeight))) : kindList.count
             readonly property int kindsNeed: headHeight + kindCard.listHeight + facts.height + 20
             /// The last thing to stay where the page is low.
             readonly property bool explains: !aside
@@ -189,12 +192,23 @@ FocusScope {
             Card {
                 id: kindCard
 
-                readonly property int listHeight: kindList.count * Theme.compactRowHeight
+                readonly property int listHeight: cards.kindRows * Theme.compactRowHeight
+                property bool byExtension: false
 
                 height: measured.columns === 1 ? cards.kindsNeed : cards.tallest
-                remark: qsTr("%1 measured").arg(measured.app.scan.figures.measured.text)
-                title: qsTr("By kind")
+                remark: measured.app.scan.figures.measured.text
+                title: byExtension ? qsTr("By extension") : qsTr("By kind")
                 width: cards.aside ? Theme.px(348) : measured.columns === 2 ? cards.half : cards.width
+
+                choice: Segmented {
+                    current: kindCard.byExtension ? 1 : 0
+                    implicitHeight: Theme.smallButtonHeight
+                    name: qsTr("What was measured")
+                    objectName: "overview.by"
+                    options: [qsTr("By kind"), qsTr("By extension")]
+
+                    onChosen: index => kindCard.byExtension = index === 1
+                }
 
                 ItemTable {
                     id: kindList
@@ -202,9 +216,9 @@ FocusScope {
                     Accessible.name: kindCard.title
                     focus: true
                     height: kindCard.listHeight
-                    model: measured.app.scan.kinds
+                    model: kindCard.byExtension ? measured.app.scan.extensions : measured.app.scan.kinds
                     objectName: "overview.kinds"
-                    scrolls: false
+                    scrolls: cards.kindRows < count
                     selects: false
                     width: parent.width
                     y: 6
@@ -214,7 +228,12 @@ FocusScope {
                         nameElide: Text.ElideRight
                     }
 
-                    onActivated: row => measured.app.showKindOnMap(itemAt(row).kind)
+                    onActivated: row => {
+                        if (kindCard.byExtension)
+                            measured.app.showExtensionOnMap(itemAt(row).model.extension);
+                        else
+                            measured.app.showKindOnMap(itemAt(row).kind);
+                    }
                 }
                 Column {
                     id: facts

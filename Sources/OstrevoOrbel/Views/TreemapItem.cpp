@@ -179,7 +179,7 @@ QColor TreemapItem::colorOf(quint32 node) const {
     const auto& colors = isDark_ ? MapColors::dark() : MapColors::light();
     if (map_ == nullptr || node >= map_->tree().count() || TreemapModel::isPlainFolder(map_->tree(), node))
         return {QRgb(0xFF000000U | colors.frame(0))};
-    return {QRgb(0xFF000000U | colors.of(map_->tree().kind(node)).fill)};
+    return {QRgb(0xFF000000U | colors.of(contentKind(map_->tree(), node)).fill)};
 }
 
 void TreemapItem::paint(QPainter* painter) {
@@ -192,7 +192,8 @@ void TreemapItem::paint(QPainter* painter) {
         .isDark = isDark_,
         .family = family_,
         .scale = scale(),
-        .chosenKinds = map_ == nullptr ? 0 : map_->chosenKinds(),
+        .tree = shownTree_.get(),
+        .filter = map_ == nullptr ? MapFilter() : map_->filter(),
         .isTicked = [this](NodeIndex node) { return moves(node); },
     };
     TreemapPainter(*painter, style).draw(tiles_);

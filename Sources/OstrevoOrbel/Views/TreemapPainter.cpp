@@ -1,5 +1,6 @@
 #include "Views/TreemapPainter.h"
 
+#include "Map/TreemapModel.h"
 #include "Models/ByteFigure.h"
 
 #include <cmath>
@@ -63,9 +64,9 @@ void TreemapPainter::draw(std::span<const TreemapTile> tiles) {
         }
         const QRect rect(box.x, box.y, box.width, box.height);
         const auto* node = std::get_if<TreemapTile::Node>(&tile.content);
-        const bool isPale =
-            style_.chosenKinds != 0 && !std::holds_alternative<TreemapTile::NotMeasured>(tile.content)
-            && (node == nullptr || (style_.chosenKinds >> static_cast<unsigned>(tile.kind) & 1U) == 0);
+        const bool isPale = style_.filter.isSet()
+                            && !std::holds_alternative<TreemapTile::NotMeasured>(tile.content)
+                            && (node == nullptr || !style_.filter.shows(*style_.tree, node->index));
         drawGround(tile, rect, isPale);
         const bool isTicked = node != nullptr && style_.isTicked && style_.isTicked(node->index);
         if (!isPale)
@@ -106,10 +107,15 @@ void TreemapPainter::drawGround(const TreemapTile& tile, const QRect& rect, bool
     }
     QColor color(opaque(std::holds_alternative<TreemapTile::SmallerItems>(tile.content)
                             ? colors_.hatchGround
-                            : colors_.of(tile.kind).fill));
+                            : colors_.of(kindOf(tile)).fill));
     if (isPale)
         color.setAlphaF(0.22F);
     painter_.fillRect(rect, color);
+}
+
+ContentKind TreemapPainter::kindOf(const TreemapTile& tile) const {
+    const auto* const node = std::get_if<TreemapTile::Node>(&tile.content);
+    return node == nullptr ? ContentKind::other : TreemapModel::contentKind(*style_.tree, node->index);
 }
 
 void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, const QRect& rect,
@@ -119,7 +125,7 @@ void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, co
     if (!face.showsName || (isTicked && widthInPoints < 64))
         return;
     const bool isNode = std::holds_alternative<TreemapTile::Node>(tile.content);
-    const QRgb color = opaque(isNode ? colors_.of(tile.kind).label : colors_.secondInk);
+    const QRgb color = opaque(isNode ? colors_.of(kindOf(tile)).label : colors_.secondInk);
     const auto& bold = metrics(face, face.isBold);
     const double inset = px(face.nameInset);
     const double lineHeight = px(face.lineHeight);
@@ -148,7 +154,7 @@ void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, co
     if (!below.isEmpty())
         drawLine(below, font(face, false), metrics(face, false), second, Qt::AlignLeft, color);
     if (face.glyphSize > 0)
-        drawGlyph(tile.kind, rect, face);
+        drawGlyph(kindOf(tile), rect, face);
 }
 
 void TreemapPainter::drawLine(const QString& words, const QFont& font, const QFontMetricsF& metrics,
@@ -164,7 +170,7 @@ void TreemapPainter::drawLine(const QString& words, const QFont& font, const QFo
     painter_.setPen(Qt::NoPen);
 }
 
-void TreemapPainter::drawGlyph(FileKind kind, const QRect& rect, const TileFace& face) {
+void TreemapPainter::drawGlyph(ContentKind kind, const QRect& rect, const TileFace& face) {
     QImage& glyph = glyphs_.at(static_cast<std::size_t>(kind));
     const int side = static_cast<int>(std::lround(px(face.glyphSize)));
     if (glyph.isNull()) {

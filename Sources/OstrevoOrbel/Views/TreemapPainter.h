@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Map/MapColors.h"
+#include "Map/MapFilter.h"
 #include "Map/TileFace.h"
 
 #include <array>
@@ -19,8 +20,9 @@ public:
     struct Style {
         bool isDark = false;
         QString family;
-        double scale = 1;         ///< device pixels a point
-        unsigned chosenKinds = 0; ///< what is not among these is drawn pale; 0: everything is
+        double scale = 1;               ///< device pixels a point
+        const FileTree* tree = nullptr; ///< of the tiles; null when there are none
+        MapFilter filter;
         std::function<bool(NodeIndex)> isTicked;
     };
 
@@ -33,10 +35,11 @@ public:
 private:
     void drawFolder(const TreemapTile& tile, const TileBox& box);
     void drawGround(const TreemapTile& tile, const QRect& rect, bool isPale);
+    ContentKind kindOf(const TreemapTile& tile) const;
     void drawWords(const TreemapTile& tile, const TileFace& face, const QRect& rect, bool isTicked);
     void drawLine(const QString& words, const QFont& font, const QFontMetricsF& metrics, const QRectF& line,
                   Qt::Alignment side, QRgb color);
-    void drawGlyph(FileKind kind, const QRect& rect, const TileFace& face);
+    void drawGlyph(ContentKind kind, const QRect& rect, const TileFace& face);
     void drawTick(const QRect& rect);
 
     double px(double points) const { return points * style_.scale; }
@@ -50,7 +53,7 @@ private:
     std::array<QFont, 4> fonts_;
     std::vector<QFontMetricsF> metrics_;
     QBrush hatch_;
-    std::array<QImage, allFileKinds.size()> glyphs_;
+    std::array<QImage, allContentKinds.size()> glyphs_;
 };
 
 } // namespace orbel

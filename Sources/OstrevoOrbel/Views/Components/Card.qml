@@ -7,6 +7,8 @@ Rectangle {
 
     property string title: ""
     property string remark: ""
+    /// In place of the title, for a card that shows one of two things.
+    property alias choice: choiceSlot.data
     default property alias content: body.data
 
     readonly property int headHeight: title === "" ? 0 : Theme.px(40)
@@ -26,14 +28,24 @@ Rectangle {
         Heading {
             id: heading
 
+            visible: choiceSlot.width === 0
             anchors.left: parent.left
             anchors.leftMargin: Theme.cardPadding
             anchors.verticalCenter: parent.verticalCenter
             text: card.title
             width: Math.min(implicitWidth, parent.width - 2 * Theme.cardPadding)
         }
+        Item {
+            id: choiceSlot
+
+            anchors.left: parent.left
+            anchors.leftMargin: Theme.cardPadding
+            anchors.verticalCenter: parent.verticalCenter
+            height: childrenRect.height
+            width: childrenRect.width
+        }
         SmallText {
-            anchors.left: heading.right
+            anchors.left: choiceSlot.width > 0 ? choiceSlot.right : heading.right
             anchors.leftMargin: 12
             anchors.right: parent.right
             anchors.rightMargin: Theme.cardPadding
