@@ -18,7 +18,7 @@ TEST(ContentKind, TellsFinerWhatTheFileKindLeaves) {
     EXPECT_EQ(classifyContent("IMG_2041.JPG"), ContentKind::picture);
     EXPECT_EQ(classifyContent("poster.psd"), ContentKind::picture) << "a document as a FileKind";
     EXPECT_EQ(classifyContent("thesis.pdf"), ContentKind::document);
-    EXPECT_EQ(classifyContent("figures.csv"), ContentKind::document) << "as specified for a FileKind";
+    EXPECT_EQ(classifyContent("figures.csv"), ContentKind::document) << "what its FileKind says";
     EXPECT_EQ(classifyContent("settings.json"), ContentKind::sourceCode);
     EXPECT_EQ(classifyContent("events.jsonl"), ContentKind::database);
     EXPECT_EQ(classifyContent("a.flac"), ContentKind::music);

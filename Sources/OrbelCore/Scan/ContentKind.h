@@ -132,7 +132,7 @@ inline constexpr std::array contentTable{
     ContentRow{.kind = ContentKind::log,
                .title = "Logs",
                .light = {.fill = 0xF6F186, .label = 0x15211F},
-               .dark = {.fill = 0x05D4F4, .label = 0x0C1414},
+               .dark = {.fill = 0xD6D2C4, .label = 0x0C1414},
                .glyph = "M3 3.5h10M3 6.5h7M3 9.5h10M3 12.5h5",
                .extensions = "log journal trace pcap pcapng etl evtx dmp crash hprof ips"},
     ContentRow::of(FileKind::folder),
