@@ -14,6 +14,7 @@ Item {
     ThemedText {
         id: number
 
+        anchors.left: parent.left
         bold: true
         elide: Text.ElideNone
         role: ThemedText.Display

@@ -21,6 +21,13 @@ FocusScope {
         edge: Qt.TopEdge
     }
     Flickable {
+        id: view
+
+        /// To where reading begins.
+        function rewind(): void {
+            contentX = Theme.along(0, width, contentWidth);
+        }
+
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.leftMargin: bar.padding - 8
@@ -30,14 +37,25 @@ FocusScope {
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         contentHeight: height
-        contentWidth: entries.width
+        contentWidth: Math.max(width, entries.width)
         flickableDirection: Flickable.HorizontalFlick
+
+        onContentWidthChanged: rewind()
+
+        Connections {
+            target: Theme
+
+            function onMirroredChanged(): void {
+                view.rewind();
+            }
+        }
 
         Row {
             id: entries
 
             anchors.verticalCenter: parent.verticalCenter
             spacing: 4
+            x: Theme.along(0, width, view.contentWidth)
 
             Repeater {
                 model: bar.legend
@@ -66,7 +84,7 @@ FocusScope {
                     onClicked: bar.toggled(kind)
 
                     background: Rectangle {
-                        border.color: Theme.accentLine
+                        border.color: Theme.accent
                         border.width: entry.active ? 1 : 0
                         color: entry.active ? Theme.accentSoft : entry.hovered ? Theme.hover : "transparent"
                         radius: Theme.controlRadius

@@ -49,7 +49,7 @@ Rectangle {
         id: head
 
         spacing: 10
-        x: sidebar.rail ? Math.round((parent.width - width) / 2) : 20
+        x: Theme.along(sidebar.rail ? Math.round((parent.width - width) / 2) : 20, width, parent.width)
         y: 16
 
         Mark {}
