@@ -118,7 +118,7 @@ ScreenFrame {
                 onActiveFocusChanged: if (!activeFocus) view.finding = false
                 onTextChanged: view.large.text = text
             }
-            Row {
+            Sentence {
                 id: figures
 
                 anchors.right: parent.right

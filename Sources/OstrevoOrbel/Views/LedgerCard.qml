@@ -76,15 +76,15 @@ Card {
                 color: Theme.control
                 height: 7
                 width: 1
-                x: bracket.x
+                x: Theme.along(0, width, parent.width)
             }
             Rectangle {
                 color: Theme.control
                 height: 7
                 width: 1
-                x: bracket.x + bracket.width - 1
+                x: Theme.along(bracket.width - 1, width, parent.width)
             }
-            Row {
+            Sentence {
                 id: words
 
                 x: Math.max(0, Math.min(parent.width - width, Math.round(bracket.x + (bracket.width - width) / 2)))

@@ -71,7 +71,7 @@ FocusScope {
                 edge: measured.columns === 1 ? Qt.TopEdge : Qt.LeftEdge
                 soft: true
                 visible: way.index > 0
-                x: upright ? Theme.along(-1, width, parent.width) : -1
+                x: Theme.along(-1, width, parent.width)
                 y: -1
             }
         }

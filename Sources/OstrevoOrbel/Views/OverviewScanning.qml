@@ -33,9 +33,10 @@ Flickable {
 
             width: parent.width
         }
-        Item {
+        Sentence {
+            anchors.left: parent.left
             height: Theme.figureLine
-            width: parent.width
+            spacing: 5
 
             ThemedText {
                 id: value
@@ -48,8 +49,6 @@ Flickable {
                 id: unit
 
                 anchors.baseline: value.baseline
-                anchors.left: value.right
-                anchors.leftMargin: 5
                 color: Theme.text2
                 elide: Text.ElideNone
                 role: ThemedText.Lead
