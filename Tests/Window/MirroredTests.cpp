@@ -21,8 +21,8 @@ struct TurningWindow : WindowScene {
     TurningWindow(const TurningWindow&) = delete;
     TurningWindow& operator=(const TurningWindow&) = delete;
 
-    void measureDisk() {
-        app().scan()->scanDisk();
+    void measure(const std::string& path) {
+        app().scan()->startScan(path);
         EXPECT_TRUE(waitUntil([this] {
             return app().scan()->scanState() == ScanFlow::ScanState::done && app().largeOld()->isKnown();
         }));
@@ -112,7 +112,7 @@ TEST_P(WindowMirrored, HasEverythingOnTheOtherSide) {
     scene.app().scan()->stop();
     scene.releaseScans();
     ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scan()->isPartial(); }));
-    scene.measureDisk();
+    scene.measure("/");
     for (const auto* name :
          {"overview", "map", "large", "duplicates", "uninstall", "tidy", "journal", "settings", "help"}) {
         scene.show(QLatin1String(name));
@@ -139,16 +139,15 @@ TEST_P(WindowMirrored, HasItsRowsOnTheOtherSide) {
     const SampleApps sample;
     PastMoves past;
     for (const auto* name : {"Videos/harbour.mkv", "Downloads/harbour.mkv", "Downloads/old/harbour.mkv"})
-        sample.home.file(name, std::string(2'000'000, 'h'));
-    sample.home.folder("Downloads/empty/inside");
-    useRealHome(scene.environment, sample.home.path());
-    scene.environment.trashFolder = past.trash;
+        past.home.file(name, std::string(2'000'000, 'h'));
+    past.home.folder("Downloads/empty/inside");
+    useRealHome(scene.environment, past.home.path());
     scene.environment.journalPath = past.journalPath;
     scene.environment.installedApps = [apps = sample.inventory] { return apps; };
     past.move("old", {"proxies.mov", "statement.pdf"}, "2026-01-02T17:40:00Z");
     past.skip("old", "kit_011.wav", "2026-01-02T17:40:00Z");
     open(scene);
-    scene.measureDisk();
+    scene.measure(past.home.path());
     scene.show(QStringLiteral("duplicates"));
     scene.click(QStringLiteral("duplicates.empty.action"));
     ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("duplicates.table")); }));
@@ -156,6 +155,8 @@ TEST_P(WindowMirrored, HasItsRowsOnTheOtherSide) {
     scene.expectMirrored(pictureOf(QStringLiteral("duplicates-filled")));
     for (const auto* name : {"uninstall", "tidy", "journal"}) {
         scene.show(QLatin1String(name));
+        ASSERT_TRUE(scene.waitUntil([&] { return !scene.app().isShownScreenBusy(); }));
+        scene.press(Qt::Key_Down);
         ASSERT_TRUE(scene.waitUntil([&] { return !scene.app().isShownScreenBusy(); }));
         scene.settle();
         scene.expectMirrored(pictureOf(QLatin1String(name) + QStringLiteral("-filled")));
@@ -182,7 +183,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, WindowMirrored, testing::Values(std::pair(1440, 
 TEST(MirroredWindow, TurnsTheArrowsWithIt) {
     TurningWindow scene;
     scene.open();
-    scene.measureDisk();
+    scene.measure("/");
     scene.show(QStringLiteral("settings"));
     scene.item(QStringLiteral("settings.appearance"))->forceActiveFocus(Qt::TabFocusReason);
     EXPECT_EQ(scene.app().appearance()->choice(), QStringLiteral("system"));
