@@ -12,7 +12,8 @@ TEST(ShownText, SpellsOutWhatIsHidden) {
                                "\u2069", "\u2060", "\uFEFF", "\u3164"})
         EXPECT_NE(visibleText(std::string("a") + hidden), std::string("a") + hidden);
     EXPECT_EQ(visibleText("bad\xFF"), "bad\uFFFD");
-    for (const auto* plain : {"plain (1).txt", "Kilpisjärvi", "می‌خواهم.txt", "映画と写真.mkv", "👩‍👩‍👧.png", "שלום"})
+    for (const auto* plain : {"plain (1).txt", "Kilpisjärvi", "می‌خواهم.txt", "映画と写真.mkv",
+                              "👩‍👩‍👧.png", "שלום"})
         EXPECT_EQ(visibleText(plain), plain) << "nothing that a language needs";
 }
 

@@ -82,11 +82,19 @@ TEST(WindowAppearance, EveryColourStandsOutFromItsGround) {
                 for (const auto* line : {"line", "lineSoft"})
                     expectContrast(line, ground, isContrastHigh ? 3 : 1);
             }
-            for (const auto& [text, ground] :
-                 {std::pair("accentText", "accent"), {"accentText", "accentHover"}, {"commitText", "commit"},
-                  {"commitText", "commitHover"}, {"warn", "warnSoft"}, {"error", "errorSoft"},
-                  {"ok", "okSoft"}, {"ink", "warnSoft"}, {"text2", "warnSoft"}, {"text2", "errorSoft"},
-                  {"text2", "okSoft"}, {"text2", "hatchGround"}, {"text2", "mapGround"}})
+            for (const auto& [text, ground] : {std::pair("accentText", "accent"),
+                                               {"accentText", "accentHover"},
+                                               {"commitText", "commit"},
+                                               {"commitText", "commitHover"},
+                                               {"warn", "warnSoft"},
+                                               {"error", "errorSoft"},
+                                               {"ok", "okSoft"},
+                                               {"ink", "warnSoft"},
+                                               {"text2", "warnSoft"},
+                                               {"text2", "errorSoft"},
+                                               {"text2", "okSoft"},
+                                               {"text2", "hatchGround"},
+                                               {"text2", "mapGround"}})
                 expectContrast(text, ground, 4.5);
         }
     }

@@ -4,8 +4,8 @@
 #include "Services/SystemAppearance.h"
 #include "Services/TrayItem.h"
 
-#include <gtest/gtest.h>
 #include <functional>
+#include <gtest/gtest.h>
 #include <optional>
 #include <QDBusContext>
 #include <QDBusMessage>
@@ -184,11 +184,11 @@ TEST(SystemAppearance, KnowsEveryWayToAskForLessMotionAndMoreContrast) {
         desktop.portal.set(way.group, way.key, way.off);
         EXPECT_TRUE(desktop.becomes([&] { return !isOn(); })) << way.key.toStdString();
     };
-    for (const auto& way : {Way{freedesktop, QStringLiteral("reduced-motion"), 1U, 0U},
-                            Way{gnome, QStringLiteral("enable-animations"), false, true},
-                            Way{QStringLiteral("org.kde.kdeglobals.KDE"),
-                                QStringLiteral("AnimationDurationFactor"), QStringLiteral("0"),
-                                QStringLiteral("0.5")}})
+    for (const auto& way :
+         {Way{freedesktop, QStringLiteral("reduced-motion"), 1U, 0U},
+          Way{gnome, QStringLiteral("enable-animations"), false, true},
+          Way{QStringLiteral("org.kde.kdeglobals.KDE"), QStringLiteral("AnimationDurationFactor"),
+              QStringLiteral("0"), QStringLiteral("0.5")}})
         follows(way, [&] { return appearance.isMotionReduced(); });
     for (const auto& way : {Way{freedesktop, QStringLiteral("contrast"), 1U, 0U},
                             Way{QStringLiteral("org.gnome.desktop.a11y.interface"),
@@ -206,7 +206,8 @@ TEST(SystemAppearance, ReadsTheSettingsFilesWhereThePortalSaysNothing) {
     EXPECT_TRUE(appearance.isMotionReduced());
     EXPECT_TRUE(appearance.isContrastHigh());
     desktop.config.file("gtk-3.0/settings.ini", "[Settings]\ngtk-enable-animations=true\n");
-    EXPECT_TRUE(desktop.becomes([&] { return !appearance.isMotionReduced() && !appearance.isContrastHigh(); }));
+    EXPECT_TRUE(
+        desktop.becomes([&] { return !appearance.isMotionReduced() && !appearance.isContrastHigh(); }));
     desktop.config.file("kdeglobals", "[KDE]\nAnimationDurationFactor=0\n");
     EXPECT_TRUE(desktop.becomes([&] { return appearance.isMotionReduced(); }));
     desktop.portal.set(freedesktop, QStringLiteral("reduced-motion"), 0U);

@@ -41,8 +41,7 @@ struct ManyScripts : WindowScene {
 
     std::vector<QQuickItem*> saying(const QString& words) {
         auto found = texts();
-        std::erase_if(found,
-                      [&](QQuickItem* text) { return text->property("text").toString() != words; });
+        std::erase_if(found, [&](QQuickItem* text) { return text->property("text").toString() != words; });
         return found;
     }
 };
@@ -94,7 +93,8 @@ TEST(NamesInTheWindow, AreAsWideAsTheirLetters) {
     EXPECT_NEAR(metrics.horizontalAdvance(path),
                 metrics.horizontalAdvance(QStringLiteral("/שלום/עולם/a.mkv")), 0.5);
     // A name that is cut short in the middle keeps both of its ends, and what keeps it apart.
-    const auto cut = metrics.elidedText(hebrewShown, Qt::ElideMiddle, metrics.horizontalAdvance(hebrewName) / 2);
+    const auto cut =
+        metrics.elidedText(hebrewShown, Qt::ElideMiddle, metrics.horizontalAdvance(hebrewName) / 2);
     EXPECT_TRUE(cut.startsWith(QChar(0x2068)) && cut.endsWith(QChar(0x2069))) << cut.toStdString();
 }
 

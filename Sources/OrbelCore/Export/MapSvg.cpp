@@ -111,8 +111,8 @@ private:
     }
 
     void addText(const std::string& style, double x, double y, const std::string& words) {
-        out_ += "<text" + (style.empty() ? "" : " class=\"" + style + "\"") + at(x, y) + ">" + xmlText(isolatedText(words))
-                + "</text>\n";
+        out_ += "<text" + (style.empty() ? "" : " class=\"" + style + "\"") + at(x, y) + ">"
+                + xmlText(isolatedText(words)) + "</text>\n";
     }
 
     void addTiles(const TreemapRect& area) {

@@ -36,7 +36,8 @@ std::string linesOf(const UninstallPlan& plan) {
         lines += "\n";
     }
     for (const auto& item : plan.items)
-        lines += "   " + shown(tagOf(item)) + " " + shown(item.path) + (item.note ? "  — " + shown(*item.note) : "") + "\n";
+        lines += "   " + shown(tagOf(item)) + " " + shown(item.path)
+                 + (item.note ? "  — " + shown(*item.note) : "") + "\n";
     for (const auto& leftover : plan.systemLeftovers)
         lines += "   [needs admin, shown only] " + shown(leftover.path) + "\n";
     if (plan.items.size() < 2 && plan.systemLeftovers.empty())

@@ -99,7 +99,8 @@ QString MoveReport::movedSize() const {
 QString MoveReport::unchecked() const {
     if (report_.uncheckedProcesses < 1)
         return {};
-    return tr("Could not check %1 system processes for open files.").arg(countText(static_cast<std::uint64_t>(report_.uncheckedProcesses)));
+    return tr("Could not check %1 system processes for open files.")
+        .arg(countText(static_cast<std::uint64_t>(report_.uncheckedProcesses)));
 }
 
 QString MoveReport::times() const {

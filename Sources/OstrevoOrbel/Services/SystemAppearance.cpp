@@ -100,8 +100,7 @@ void SystemAppearance::readFiles() {
         const QSettings gtk(file, QSettings::IniFormat);
         isMotionReducedInFiles_ |=
             !gtk.value(QStringLiteral("Settings/gtk-enable-animations"), true).toBool();
-        isContrastHighInFiles_ |=
-            isHighContrastTheme(gtk.value(QStringLiteral("Settings/gtk-theme-name")));
+        isContrastHighInFiles_ |= isHighContrastTheme(gtk.value(QStringLiteral("Settings/gtk-theme-name")));
     }
     const auto globals = configFolder_ + QStringLiteral("/kdeglobals");
     watch(globals);
