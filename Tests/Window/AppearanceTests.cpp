@@ -1,3 +1,4 @@
+#include "Snapshots.h"
 #include "WindowScene.h"
 
 #include <algorithm>
@@ -132,6 +133,11 @@ TEST(WindowAppearance, ControlsHaveBordersThatCanBeSeen) {
         look(look, *scene.window().contentItem());
     }
     EXPECT_GT(seen, 20);
+    scene.desktop->wantsContrast = true;
+    scene.tell();
+    scene.app().setScreenName(QStringLiteral("large"));
+    scene.settle();
+    keepPicture(scene, QStringLiteral("large-high-contrast"));
 }
 
 } // namespace

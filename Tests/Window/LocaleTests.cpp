@@ -1,6 +1,7 @@
 #include "Models/ByteFigure.h"
 #include "Models/MapWords.h"
 #include "Models/Wording.h"
+#include "Snapshots.h"
 #include "Support/TreeBuilder.h"
 #include "Views/TreemapItem.h"
 #include "WindowScene.h"
@@ -61,6 +62,8 @@ TEST(NamesInTheWindow, StandWhereTheOthersDoAndSpellOutWhatTurnsThemRound) {
     }
     EXPECT_TRUE(scene.app().map()->facts(0).valid);
     EXPECT_EQ(scene.app().map()->facts(0).path, QStringLiteral("/data"));
+
+    keepPicture(scene, QStringLiteral("map-scripts"));
 
     // What is copied is the name on the disk, and what is typed finds the name as it is typed.
     auto* const list = scene.item(QStringLiteral("map.list"));
