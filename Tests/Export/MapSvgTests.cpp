@@ -48,6 +48,20 @@ TEST(MapSvg, ShowsEveryTileAndTheLegend) {
     EXPECT_EQ(text.find(">Archives<"), std::string::npos) << "there are none";
 }
 
+TEST(MapSvg, KeepsNamesApartAndSpellsOutWhatTurnsThemRound) {
+    test::TreeBuilder builder;
+    builder.file(builder.folder(0, "תמונות"), "שלום.mkv", 6'000'000);
+    builder.file(0, "photo\u202Egpj.exe", 2'000'000);
+    const auto tree = builder.build();
+    const auto text =
+        MapSvg::render({.tree = tree, .coverage = {}, .title = "/שלום/עולם", .remark = "", .size = {}});
+    for (const auto* part :
+         {"<title>\u2066/\u200Eשלום/\u200Eעולם\u2069</title>", "<title>\u2066תמונות/\u200Eשלום.mkv\u2069, ",
+          ">\u2068שלום.mkv\u2069</text>", ">photo[U+202E]gpj.exe</text>"})
+        EXPECT_NE(text.find(part), std::string::npos) << part;
+    EXPECT_EQ(text.find("\u202E"), std::string::npos);
+}
+
 TEST(MapSvg, IsWellFormedWhateverTheNamesHold) {
     const TemporaryFolder folder;
     test::TreeBuilder builder;

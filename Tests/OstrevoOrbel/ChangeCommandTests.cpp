@@ -191,7 +191,8 @@ TEST(TrashCommand, AWrongLineTouchesNothing) {
         EXPECT_NE(run.errors, "");
     }
     const auto odd = home.run({"--trash", "--odd\033[2J\n\xFFname"});
-    EXPECT_TRUE(odd.errors.starts_with("orbel: \"--odd?[2J?\uFFFDname\" ")) << "a terminal obeys no name";
+    EXPECT_TRUE(odd.errors.starts_with("orbel: \"--odd[U+001B][2J[U+000A]\uFFFDname\" "))
+        << "a terminal obeys no name";
     EXPECT_EQ(home.run({"--trash", "docs/item", "--help"}).status, 0);
     EXPECT_EQ(everythingIn(home.path()), before);
     EXPECT_EQ(reasonsIn(home.json({"--trash", "--", "--help"}, 1)).at("--help"), "Already gone");

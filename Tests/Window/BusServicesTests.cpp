@@ -4,7 +4,10 @@
 #include "Services/SystemAppearance.h"
 #include "Services/TrayItem.h"
 
+#include <functional>
 #include <gtest/gtest.h>
+#include <optional>
+#include <QDBusContext>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
@@ -37,13 +40,24 @@ Q_SIGNALS:
     void ActionInvoked(uint id, const QString& action);
 };
 
-class Portal final : public QObject {
+class Portal final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
+public:
+    QVariantMap settings; ///< by "group key"; what is not there is answered with an error
+
+    void set(const QString& group, const QString& key, const QVariant& value) {
+        settings[group + QLatin1Char(' ') + key] = value;
+        Q_EMIT SettingChanged(group, key, QDBusVariant(value));
+    }
+
 public Q_SLOTS:
-    QDBusVariant Read(const QString&, const QString&) {
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(1U)));
+    QDBusVariant Read(const QString& group, const QString& key) {
+        const auto value = settings.value(group + QLatin1Char(' ') + key);
+        if (!value.isValid())
+            sendErrorReply(QStringLiteral("org.freedesktop.portal.Error.NotFound"));
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(value)));
     }
 
 Q_SIGNALS:
@@ -125,17 +139,79 @@ TEST(LiveNotifier, MarksTheLauncherWhereNobodyShowsMessages) {
         [&] { return !launcher.update.value(QStringLiteral("count-visible")).toBool(); }, patience));
 }
 
-TEST(SystemAppearance, FollowsThePortal) {
+const QString freedesktop = QStringLiteral("org.freedesktop.appearance");
+
+/// The desktop's portal, and a settings folder with what files there are.
+struct DesktopSettings {
+    DesktopSettings() : desktop(bus.connect()) {}
+
+    SystemAppearance& open() {
+        serve(desktop, QStringLiteral("org.freedesktop.portal.Desktop"),
+              QStringLiteral("/org/freedesktop/portal/desktop"), portal);
+        return appearance.emplace(bus.connect(), QString::fromStdString(config.path()));
+    }
+    bool becomes(const std::function<bool()>& met) const { return QTest::qWaitFor(met, patience); }
+
     PrivateBus bus;
+    QDBusConnection desktop;
     Portal portal;
-    auto desktop = bus.connect();
-    serve(desktop, QStringLiteral("org.freedesktop.portal.Desktop"),
-          QStringLiteral("/org/freedesktop/portal/desktop"), portal);
-    SystemAppearance appearance(bus.connect()); // not const: what the bus tells changes it
-    EXPECT_TRUE(QTest::qWaitFor([&] { return appearance.isDark(); }, patience));
-    Q_EMIT portal.SettingChanged(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"),
-                                 QDBusVariant(2U));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !appearance.isDark(); }, patience));
+    TemporaryFolder config;
+    std::optional<SystemAppearance> appearance;
+};
+
+TEST(SystemAppearance, FollowsThePortal) {
+    DesktopSettings desktop;
+    desktop.portal.settings[freedesktop + QStringLiteral(" color-scheme")] = 1U;
+    const auto& appearance = desktop.open();
+    EXPECT_TRUE(desktop.becomes([&] { return appearance.isDark(); }));
+    desktop.portal.set(freedesktop, QStringLiteral("color-scheme"), 2U);
+    EXPECT_TRUE(desktop.becomes([&] { return !appearance.isDark(); }));
+}
+
+TEST(SystemAppearance, KnowsEveryWayToAskForLessMotionAndMoreContrast) {
+    struct Way {
+        QString group;
+        QString key;
+        QVariant on;
+        QVariant off;
+    };
+    const auto gnome = QStringLiteral("org.gnome.desktop.interface");
+    DesktopSettings desktop;
+    const auto& appearance = desktop.open();
+    const auto follows = [&](const Way& way, const auto& isOn) {
+        desktop.portal.set(way.group, way.key, way.on);
+        EXPECT_TRUE(desktop.becomes(isOn)) << way.key.toStdString();
+        desktop.portal.set(way.group, way.key, way.off);
+        EXPECT_TRUE(desktop.becomes([&] { return !isOn(); })) << way.key.toStdString();
+    };
+    for (const auto& way :
+         {Way{freedesktop, QStringLiteral("reduced-motion"), 1U, 0U},
+          Way{gnome, QStringLiteral("enable-animations"), false, true},
+          Way{QStringLiteral("org.kde.kdeglobals.KDE"), QStringLiteral("AnimationDurationFactor"),
+              QStringLiteral("0"), QStringLiteral("0.5")}})
+        follows(way, [&] { return appearance.isMotionReduced(); });
+    for (const auto& way : {Way{freedesktop, QStringLiteral("contrast"), 1U, 0U},
+                            Way{QStringLiteral("org.gnome.desktop.a11y.interface"),
+                                QStringLiteral("high-contrast"), true, false},
+                            Way{gnome, QStringLiteral("gtk-theme"), QStringLiteral("HighContrastInverse"),
+                                QStringLiteral("Adwaita")}})
+        follows(way, [&] { return appearance.isContrastHigh(); });
+}
+
+TEST(SystemAppearance, ReadsTheSettingsFilesWhereThePortalSaysNothing) {
+    DesktopSettings desktop;
+    desktop.config.file("gtk-3.0/settings.ini",
+                        "[Settings]\ngtk-enable-animations=0\ngtk-theme-name=HighContrast\n");
+    const auto& appearance = desktop.open();
+    EXPECT_TRUE(appearance.isMotionReduced());
+    EXPECT_TRUE(appearance.isContrastHigh());
+    desktop.config.file("gtk-3.0/settings.ini", "[Settings]\ngtk-enable-animations=true\n");
+    EXPECT_TRUE(
+        desktop.becomes([&] { return !appearance.isMotionReduced() && !appearance.isContrastHigh(); }));
+    desktop.config.file("kdeglobals", "[KDE]\nAnimationDurationFactor=0\n");
+    EXPECT_TRUE(desktop.becomes([&] { return appearance.isMotionReduced(); }));
+    desktop.portal.set(freedesktop, QStringLiteral("reduced-motion"), 0U);
+    EXPECT_TRUE(desktop.becomes([&] { return !appearance.isMotionReduced(); })) << "the portal knows better";
 }
 
 TEST(TrayItem, IsShownWhileThereIsAPanelAndSomethingToShow) {

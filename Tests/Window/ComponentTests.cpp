@@ -141,7 +141,7 @@ TEST(WindowTheme, HasTheColoursThatWereChosen) {
         {"hover", 0xEDF2F2, 0x222A2B},
         {"line", 0xD3DBDB, 0x313B3C},
         {"lineSoft", 0xE4E9E9, 0x262F30},
-        {"control", 0x7D8A88, 0x72807F},
+        {"control", 0x758280, 0x72807F},
         {"scrim", 0x6B0E1817, 0x9E030606},
         {"ink", 0x15211F, 0xE7EDEC},
         {"text2", 0x465453, 0xB0BCBB},

@@ -31,23 +31,17 @@ TEST(AutostartLoginItem, WritesAnEntryThatStartsThisVeryProgram) {
     EXPECT_FALSE(AutostartLoginItem(config.path("notAFolder"), "/x").setEnabled(true));
 }
 
-struct DesktopAppearance final : Appearance {
-    bool isDark() const override { return isDesktopDark; }
-
-    bool isDesktopDark = false;
-};
-
 TEST(AppearanceSettings, IsWhatWasChosenElseTheCommandLinesElseTheDesktops) {
     const TemporaryFolder folder;
-    const auto desktop = std::make_shared<DesktopAppearance>();
+    const auto desktop = std::make_shared<FakeAppearance>();
     AppEnvironment environment;
     environment.settings = std::make_shared<QSettings>(QString::fromStdString(folder.path("settings.ini")),
                                                        QSettings::IniFormat);
     environment.appearance = desktop;
     AppearanceSettings appearance(environment);
     const QSignalSpy changes(&appearance, &AppearanceSettings::darkChanged);
-    desktop->isDesktopDark = true;
-    Q_EMIT desktop->darkChanged(true);
+    desktop->wantsDark = true;
+    Q_EMIT desktop->changed();
     EXPECT_TRUE(appearance.isDark());
     appearance.overrideWith("anything else");
     EXPECT_FALSE(appearance.isDark());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Ports/Appearance.h"
 #include "Ports/Desktop.h"
 
 #include <QString>
@@ -19,6 +20,17 @@ struct FakeDesktop final : Desktop {
     std::string shown;
     std::string openedTrash;
     QString copied;
+};
+
+/// A desktop that wants what the test says.
+struct FakeAppearance final : Appearance {
+    bool isDark() const override { return wantsDark; }
+    bool isMotionReduced() const override { return wantsLessMotion; }
+    bool isContrastHigh() const override { return wantsContrast; }
+
+    bool wantsDark = false;
+    bool wantsLessMotion = false;
+    bool wantsContrast = false;
 };
 
 } // namespace orbel::test

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QtPlugin>
 
 // The window is a plugin in this very program.
@@ -12,6 +13,7 @@ int main(int count, char** words) {
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
         qputenv("QT_QUICK_BACKEND", "software");
     QGuiApplication application(count, words);
+    QLocale::setDefault(QLocale::c());
     testing::InitGoogleTest(&count, words);
     return RUN_ALL_TESTS();
 }

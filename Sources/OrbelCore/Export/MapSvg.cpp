@@ -6,7 +6,7 @@
 #include "Map/TreemapModel.h"
 #include "Safety/ByteFormat.h"
 #include "Scan/KindTotals.h"
-#include "Util/Utf8.h"
+#include "Util/ShownText.h"
 
 #include <algorithm>
 #include <array>
@@ -39,6 +39,10 @@ std::string at(double x, double y) {
 
 std::string sized(double width, double height) {
     return " width=\"" + pixels(width) + "\" height=\"" + pixels(height) + "\"";
+}
+
+std::string shown(std::string_view name) {
+    return isolatedText(visibleText(name));
 }
 
 /// One entry of the legend, and where it stands.
@@ -83,7 +87,7 @@ private:
         out_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\""
                + width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + " " + height
-               + "\" role=\"img\">\n<title>" + xmlText(picture_.title) + "</title>\n<style>\n"
+               + "\" role=\"img\">\n<title>" + xmlText(shown(picture_.title)) + "</title>\n<style>\n"
                + R"(text{font:11px "Noto Sans","Open Sans",sans-serif;fill:)" + hex(colors_.ink) + "}\n"
                + ".m{font-size:12px}.b{font-weight:bold}.h{font-size:20px;font-weight:bold}\n"
                + ".s{fill:" + hex(colors_.secondInk) + "}.e{text-anchor:end}\n"
@@ -102,13 +106,13 @@ private:
 
     void addHead() {
         const double room = picture_.size.width - 2.0 * 24;
-        addText("h", 24, 28, elided(picture_.title, {.size = 20, .isBold = true}, room));
+        addText("h", 24, 28, elided(visibleText(picture_.title), {.size = 20, .isBold = true}, room));
         addText("m s", 24, 47, elided(picture_.remark, {.size = 12, .isBold = false}, room));
     }
 
     void addText(const std::string& style, double x, double y, const std::string& words) {
-        out_ += "<text" + (style.empty() ? "" : " class=\"" + style + "\"") + at(x, y) + ">" + xmlText(words)
-                + "</text>\n";
+        out_ += "<text" + (style.empty() ? "" : " class=\"" + style + "\"") + at(x, y) + ">"
+                + xmlText(isolatedText(words)) + "</text>\n";
     }
 
     void addTiles(const TreemapRect& area) {
@@ -172,18 +176,19 @@ private:
             room -= textWidth(size, {.size = face.nameSize, .isBold = false}) + 8;
         }
         addText(face.isBold ? "b" : "", face.nameInset, baseline,
-                elided(tile.label, {.size = face.nameSize, .isBold = face.isBold}, room));
+                elided(visibleText(tile.label), {.size = face.nameSize, .isBold = face.isBold}, room));
     }
 
     void addTileWords(const TreemapTile& tile, const TileFace& face, const TileBox& box) {
         const TextFont nameFont{.size = face.nameSize, .isBold = face.isBold};
         const TextFont sizeFont{.size = face.nameSize, .isBold = false};
         const double room = box.width - 2 * face.nameInset;
-        std::string name = elided(tile.label, nameFont, room);
+        const auto label = visibleText(tile.label);
+        std::string name = elided(label, nameFont, room);
         std::string below = face.showsSize ? ByteFormat::string(tile.bytes) : "";
-        if (name != tile.label && std::holds_alternative<TreemapTile::SmallerItems>(tile.content)) {
+        if (name != label && std::holds_alternative<TreemapTile::SmallerItems>(tile.content)) {
             // A number cut short would be another number.
-            name = tile.label.substr(0, tile.label.rfind(' '));
+            name = label.substr(0, label.rfind(' '));
             below = "items";
             if (!face.showsSize || textWidth(name, nameFont) > room)
                 return;
@@ -214,14 +219,14 @@ private:
 
     /// "Videos/Kilpisjärvi, 14.2 GB, 4 %"
     std::string descriptionOf(const TreemapTile& tile) const {
-        std::string words = tile.label;
+        std::string words = shown(tile.label);
         const FileTree& tree = picture_.tree;
         const std::size_t root = tree.rootPath == "/" ? 1 : tree.rootPath.size() + 1;
         if (const auto* node = std::get_if<TreemapTile::Node>(&tile.content))
-            words = tree.walkedPath(node->index).substr(root);
+            words = shown(tree.walkedPath(node->index).substr(root));
         else if (const auto* merged = std::get_if<TreemapTile::SmallerItems>(&tile.content);
                  merged != nullptr && merged->parent != 0)
-            words += " in " + tree.walkedPath(merged->parent).substr(root);
+            words += " in " + shown(tree.walkedPath(merged->parent).substr(root));
         return words + ", " + ByteFormat::string(tile.bytes) + ", " + percent(tile.bytes);
     }
 

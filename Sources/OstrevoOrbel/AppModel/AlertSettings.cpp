@@ -1,5 +1,8 @@
 #include "AppModel/AlertSettings.h"
 
+#include "Models/ByteFigure.h"
+#include "Models/Wording.h"
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
@@ -65,7 +68,8 @@ void AlertSettings::setChoice(int choice) {
 
 QString AlertSettings::sampleBody() const {
     const auto& volume = disk_.volume();
-    return textOf(LowDiskAlert::message(volume ? volume->free : lowDisk_.threshold).body);
+    const auto free = volume ? volume->free : lowDisk_.threshold;
+    return ByteFigure(free).in(textOf(LowDiskAlert::message(free).body));
 }
 
 void AlertSettings::restartAlertLoop() {
@@ -80,8 +84,11 @@ void AlertSettings::checkFreeSpace() {
     const auto volume = environment_.readVolume(environment_.dataVolumePath);
     if (!volume)
         return;
-    if (const auto message = lowDiskAlert_.evaluate(volume->free, lowDisk_, environment_.now()))
-        environment_.notifier->post(*message);
+    auto message = lowDiskAlert_.evaluate(volume->free, lowDisk_, environment_.now());
+    if (!message)
+        return;
+    message->body = ByteFigure(volume->free).in(textOf(message->body)).toStdString();
+    environment_.notifier->post(*message);
 }
 
 void AlertSettings::setOpenAtLogin(bool opens) {

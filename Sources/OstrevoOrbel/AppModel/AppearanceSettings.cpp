@@ -16,8 +16,11 @@ AppearanceSettings::AppearanceSettings(const AppEnvironment& environment)
     : environment_(environment), choice_(environment.settings->value(appearanceKey).toString()) {
     if (!isChoice(choice_))
         choice_ = QStringLiteral("system");
-    if (environment.appearance)
-        connect(environment.appearance.get(), &Appearance::darkChanged, this, &AppearanceSettings::update);
+    if (environment.appearance) {
+        connect(environment.appearance.get(), &Appearance::changed, this, &AppearanceSettings::update);
+        connect(environment.appearance.get(), &Appearance::changed, this,
+                &AppearanceSettings::desktopChanged);
+    }
     update();
 }
 
@@ -29,6 +32,14 @@ void AppearanceSettings::setChoice(const QString& choice) {
     environment_.settings->setValue(appearanceKey, choice_);
     Q_EMIT choiceChanged();
     update();
+}
+
+bool AppearanceSettings::isMotionReduced() const {
+    return environment_.appearance && environment_.appearance->isMotionReduced();
+}
+
+bool AppearanceSettings::isContrastHigh() const {
+    return environment_.appearance && environment_.appearance->isContrastHigh();
 }
 
 void AppearanceSettings::overrideWith(std::optional<std::string> word) {

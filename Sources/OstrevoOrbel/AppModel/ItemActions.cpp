@@ -1,7 +1,7 @@
 #include "AppModel/ItemActions.h"
 
 #include "Models/ItemKey.h"
-#include "Models/Wording.h"
+#include "Util/Utf8.h"
 
 #include <utility>
 
@@ -27,7 +27,7 @@ void ItemActions::showInFileManager(const QString& key) const {
 
 void ItemActions::copyPath(const QString& key) const {
     if (const auto path = pathOfKey(key); !path.empty())
-        desktop_.copyText(textOf(path));
+        desktop_.copyText(QString::fromStdString(lossyUtf8(path)));
 }
 
 std::optional<NodeIndex> ItemActions::nodeOf(const QString& key) const {

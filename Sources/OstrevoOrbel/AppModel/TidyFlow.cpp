@@ -33,8 +33,7 @@ QString changedWords(Date changed, std::chrono::system_clock::time_point now) {
     using Clock = std::chrono::system_clock::duration; // ends in 2262; what was changed today is within it
     if (dayText(changed) == dayText(std::chrono::floor<Date::duration>(now)))
         return TidyFlow::tr("changed %1").arg(whenText(std::chrono::time_point_cast<Clock>(changed), now));
-    const auto full = changedText(std::chrono::time_point_cast<std::chrono::seconds>(changed));
-    return TidyFlow::tr("changed %1").arg(full.left(full.indexOf(QLatin1String(" at "))));
+    return TidyFlow::tr("changed %1").arg(dayText(changed));
 }
 
 TidyListModel::Row rowOf(const EmptyFolderFinder::Row& found, std::chrono::system_clock::time_point now) {

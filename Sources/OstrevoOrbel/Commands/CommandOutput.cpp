@@ -1,18 +1,15 @@
 #include "Commands/CommandOutput.h"
 
-#include "Util/Utf8.h"
+#include "Util/ShownText.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
 namespace orbel {
 
 void say(std::string_view words) {
-    auto line = "orbel: " + lossyUtf8(words) + "\n";
     // A name on the disk may hold what a terminal would obey, even break the line.
-    const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7F'; };
-    std::replace_if(line.begin(), line.end() - 1, isControl, '?');
+    const auto line = "orbel: " + visibleText(words) + "\n";
     std::fputs(line.c_str(), stderr);
 }
 

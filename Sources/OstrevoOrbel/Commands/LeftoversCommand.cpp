@@ -4,7 +4,7 @@
 #include "Find/UninstallPlan.h"
 #include "Platform/Home.h"
 #include "Safety/SafetyPolicy.h"
-#include "Util/Utf8.h"
+#include "Util/ShownText.h"
 
 #include <algorithm>
 #include <iterator>
@@ -15,11 +15,8 @@ namespace orbel {
 namespace {
 
 /// Words on one line, whatever name from the disk they hold.
-std::string shown(const std::string& words) {
-    auto line = lossyUtf8(words);
-    std::ranges::replace_if(
-        line, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, '?');
-    return line;
+std::string shown(std::string_view words) {
+    return isolatedText(visibleText(words));
 }
 
 std::string tagOf(const DeletionItem& item) {
@@ -30,16 +27,17 @@ std::string tagOf(const DeletionItem& item) {
 
 std::string linesOf(const UninstallPlan& plan) {
     const auto& app = plan.app;
-    std::string lines = "\n## " + app.name + "  [" + std::string(rawValue(app.status)) + "]  "
-                        + app.bundleID.value_or("no bundle id") + "\n";
+    std::string lines = "\n## " + shown(app.name) + "  [" + std::string(rawValue(app.status)) + "]  "
+                        + shown(app.bundleID.value_or("no bundle id")) + "\n";
     if (!app.appGroups.empty()) {
         lines += "   app groups: ";
         for (const auto& group : app.appGroups)
-            lines += (&group == &app.appGroups.front() ? "" : ", ") + group;
+            lines += (&group == &app.appGroups.front() ? "" : ", ") + shown(group);
         lines += "\n";
     }
     for (const auto& item : plan.items)
-        lines += "   " + shown(tagOf(item) + " " + item.path + (item.note ? "  — " + *item.note : "")) + "\n";
+        lines += "   " + shown(tagOf(item)) + " " + shown(item.path)
+                 + (item.note ? "  — " + shown(*item.note) : "") + "\n";
     for (const auto& leftover : plan.systemLeftovers)
         lines += "   [needs admin, shown only] " + shown(leftover.path) + "\n";
     if (plan.items.size() < 2 && plan.systemLeftovers.empty())

@@ -112,7 +112,7 @@ void AppsModel::arrange() {
     const TextMatcher matcher(filter_.toStdString());
     std::erase_if(rows_, [&](std::size_t number) {
         const auto& entry = entries_[number];
-        return !matcher.isIn(entry.app.name) && !matcher.isIn(entry.id(home_).toStdString())
+        return !matcher.isIn(entry.app.name) && !matcher.isIn(withoutIsolates(entry.id(home_)).toStdString())
                && !matcher.isIn(entry.app.source);
     });
     if (!bySize_) {

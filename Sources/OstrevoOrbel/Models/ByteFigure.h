@@ -7,7 +7,8 @@
 namespace orbel {
 
 /// A count of bytes as a screen binds to it: the number for lengths and comparisons, the words for people.
-/// "63.6 GB" is also given in two, for screens that set number and unit in different sizes.
+/// "63.6 GB" is also given in two, for screens that set number and unit in different sizes. As ByteFormat
+/// writes it, with the digits and the decimal sign of the desktop's locale.
 class ByteFigure {
     Q_GADGET
     QML_VALUE_TYPE(byteFigure)
@@ -24,6 +25,9 @@ public:
     QString text() const;
     QString value() const;
     QString unit() const;
+
+    /// `words` of the core with each figure of this count as it is written here.
+    QString in(QString words) const;
 
     bool operator==(const ByteFigure&) const = default;
 

@@ -93,7 +93,7 @@ DuplicateGroupsModel::DuplicateGroupsModel() {
               {"folded", of([this](Row row) { return groups_[row.group].isFolded; })},
               {"path", [this](int row) { return pathText(fileAt(row)); }},
               {"changed", ofCopy([](const CopyGroup& group, std::size_t copy) {
-                   return changedText(group.file(copy).modified);
+                   return dayAndClockText(group.file(copy).modified);
                })},
               {"size", of([this](Row row) { return sizeText(groups_[row.group], row.copy); })},
               {"ticked", of([this](Row row) { return isTicked(row); })},
@@ -339,7 +339,7 @@ QString DuplicateGroupsModel::wordsOf(Row row) const {
     return tr("%1, %2, %3, in %4, changed %5")
         .arg(textOf(lastPathComponent(file.path)), group.kept() == copy ? tr("kept") : kind,
              sizeText(group, row.copy), textOf(tildePath(parentPath(file.path), home_)),
-             changedText(file.modified));
+             dayAndClockText(file.modified));
 }
 
 QString rangeText(std::uint64_t least, std::uint64_t most) {

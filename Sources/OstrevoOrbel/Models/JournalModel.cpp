@@ -380,6 +380,7 @@ QVariant JournalModel::valueOf(const JournalHistory::Item& item, int role) const
     case FoldedRole:
         return false;
     case Qt::DisplayRole:
+        return withoutIsolates(textOf(entry.title));
     case TitleRole:
         return textOf(entry.title);
     case keyRole:

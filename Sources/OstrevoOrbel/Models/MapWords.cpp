@@ -4,23 +4,15 @@
 #include "Map/TreemapModel.h"
 #include "Models/Wording.h"
 
-#include <QDateTime>
-#include <QLocale>
-
 namespace orbel {
 
 QString shareText(std::uint64_t bytes, std::uint64_t whole) {
     const double percent = whole == 0 ? 0 : 100.0 * static_cast<double>(bytes) / static_cast<double>(whole);
-    return QString::number(percent, 'f', percent < 9.95 ? 1 : 0) + QStringLiteral(" %");
+    return decimalText(percent, percent < 9.95 ? 1 : 0) + QStringLiteral(" %");
 }
 
 QString changedText(const FileTree& tree, NodeIndex node) {
-    return changedText(tree.modified(node));
-}
-
-QString changedText(std::chrono::sys_seconds time) {
-    const auto local = QDateTime::fromSecsSinceEpoch(time.time_since_epoch().count());
-    return QLocale(QLocale::English).toString(local, QStringLiteral("d MMMM yyyy 'at' HH:mm"));
+    return dayAndClockText(tree.modified(node));
 }
 
 QString noteText(const FileTree& tree, NodeIndex node) {

@@ -16,7 +16,6 @@ QString shareText(std::uint64_t bytes, std::uint64_t whole);
 
 /// "2 October 2025 at 17:40", in the local time of this computer.
 QString changedText(const FileTree& tree, NodeIndex node);
-QString changedText(std::chrono::sys_seconds time);
 
 /// The note that an item of the node would have; empty when it has none.
 QString noteText(const FileTree& tree, NodeIndex node);

@@ -5,22 +5,8 @@
 #include "Util/PathText.h"
 
 #include <algorithm>
-#include <QDateTime>
 
 namespace orbel {
-
-namespace {
-
-QDateTime localTime(Date date) {
-    return QDateTime::fromSecsSinceEpoch(
-        std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count());
-}
-
-QString clockText(Date date) {
-    return localTime(date).toString(QStringLiteral("HH:mm:ss"));
-}
-
-} // namespace
 
 MoveReport::MoveReport(QObject* parent) : QObject(parent) {}
 
@@ -86,7 +72,7 @@ bool MoveReport::canPutBack() const {
 }
 
 QString MoveReport::headline() const {
-    return textOf(report_.headline());
+    return ByteFigure(report_.movedBytes()).in(textOf(report_.headline()));
 }
 
 QString MoveReport::trashNote() const {
@@ -113,7 +99,8 @@ QString MoveReport::movedSize() const {
 QString MoveReport::unchecked() const {
     if (report_.uncheckedProcesses < 1)
         return {};
-    return tr("Could not check %1 system processes for open files.").arg(report_.uncheckedProcesses);
+    return tr("Could not check %1 system processes for open files.")
+        .arg(countText(static_cast<std::uint64_t>(report_.uncheckedProcesses)));
 }
 
 QString MoveReport::times() const {

@@ -6,7 +6,7 @@
 namespace orbel {
 
 QString RefusalAdvice::on(const QString& reason) {
-    return textOf(adviceOn(reason.toStdString()).value_or(""));
+    return textOf(adviceOn(withoutIsolates(reason).toStdString()).value_or(""));
 }
 
 QString RefusalAdvice::after(const QString& reason) {

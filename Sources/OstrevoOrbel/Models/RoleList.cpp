@@ -1,6 +1,7 @@
 #include "Models/RoleList.h"
 
 #include "Models/ItemKey.h"
+#include "Models/Wording.h"
 
 #include <algorithm>
 
@@ -18,7 +19,8 @@ QVariant RoleList::data(const QModelIndex& index, int role) const {
                                                   : static_cast<std::size_t>(role - Qt::UserRole);
     if (!checkIndex(index, CheckIndexOption::IndexIsValid) || number >= roles_.size())
         return {};
-    return roles_[number].read(index.row());
+    const auto value = roles_[number].read(index.row());
+    return role == Qt::DisplayRole ? withoutIsolates(value.toString()) : value;
 }
 
 std::size_t RoleList::numberOf(const char* name) const {

@@ -23,6 +23,7 @@
 #include <memory>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QLocale>
 #include <QQmlApplicationEngine>
 #include <QQuickStyle>
 #include <QQuickWindow>
@@ -56,6 +57,9 @@ std::unique_ptr<QGuiApplication> makeQtApplication(int& count, char** words) {
     const auto before = qInstallMessageHandler(tellNoDisplay);
     auto application = std::make_unique<QGuiApplication>(count, words);
     qInstallMessageHandler(before);
+    // Qt takes the direction from its own translations, which are not installed everywhere, or from -reverse.
+    if (QLocale().textDirection() == Qt::RightToLeft)
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/OstrevoOrbel/Views/Icons/tray.svg")));
     return application;
@@ -72,7 +76,8 @@ public:
     RunningApplication(std::shared_ptr<LiveDiagnostics> diagnostics, const QDBusConnection& bus)
         : diagnostics_(std::move(diagnostics)),
           notifier_(std::make_shared<LiveNotifier>(bus)),
-          appearance_(std::make_shared<SystemAppearance>(bus)),
+          appearance_(std::make_shared<SystemAppearance>(
+              bus, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))),
           tray_(bus),
           model_(environment()) {}
 

@@ -3,29 +3,48 @@
 #include "Ports/Appearance.h"
 
 #include <QDBusConnection>
+#include <QFileSystemWatcher>
+#include <QHash>
+#include <QVariant>
 
 class QDBusVariant;
 
 namespace orbel {
 
-/// Whether the desktop prefers dark windows: what its portal says and keeps saying, else how dark the palette
-/// is that the platform gave.
+/// What the desktop's portal says and keeps saying. Where it says nothing of something: for dark, how dark
+/// the palette is that the platform gave; for motion and contrast, what the settings files of GTK and KDE
+/// say.
 class SystemAppearance final : public Appearance {
     Q_OBJECT
 
 public:
-    explicit SystemAppearance(QDBusConnection bus);
+    /// `configFolder` holds those files, and is watched.
+    SystemAppearance(QDBusConnection bus, QString configFolder);
 
     bool isDark() const override { return isDark_; }
+    bool isMotionReduced() const override { return isMotionReduced_; }
+    bool isContrastHigh() const override { return isContrastHigh_; }
 
 private Q_SLOTS:
     void takeSetting(const QString& group, const QString& key, const QDBusVariant& value);
 
 private:
-    void takeScheme(uint scheme);
+    void ask(const QString& group, const QString& key);
+    void readFiles();
+    void update();
+    bool wantsDark() const;
+    bool wantsLessMotion() const;
+    bool wantsContrast() const;
 
     QDBusConnection bus_;
-    bool isDark_;
+    QString configFolder_;
+    QFileSystemWatcher files_;
+    QHash<QString, QVariant> portal_; ///< what it has said, by group and key
+    bool isMotionReducedInFiles_ = false;
+    bool isContrastHighInFiles_ = false;
+    bool isDark_ = false;
+    bool isMotionReduced_ = false;
+    bool isContrastHigh_ = false;
 };
 
 } // namespace orbel

@@ -61,7 +61,7 @@ ScreenFrame {
                 id: about
 
                 spacing: 16
-                width: parent.width - 40
+                width: parent.width - 2 * x
                 x: 19
                 y: 19
 
@@ -149,18 +149,21 @@ ScreenFrame {
                         KeyCap {
                             id: cap
 
+                            anchors.left: parent.left
+                            anchors.leftMargin: Theme.cardPadding
                             anchors.verticalCenter: parent.verticalCenter
                             text: entry.modelData.keys
-                            x: Theme.cardPadding
                         }
                         ThemedText {
                             id: does
 
+                            anchors.left: parent.left
+                            anchors.leftMargin: Theme.px(170)
+                            anchors.right: parent.right
+                            anchors.rightMargin: Theme.cardPadding
                             anchors.verticalCenter: parent.verticalCenter
                             text: entry.modelData.does
-                            width: parent.width - x - Theme.cardPadding
                             wrapMode: Text.Wrap
-                            x: Theme.px(170)
                         }
                     }
                 }
@@ -183,6 +186,7 @@ ScreenFrame {
                     text: qsTr("The same engine without a window, for scripts and servers. Its results are JSON.")
                 }
                 CommandLine {
+                    anchors.left: parent.left
                     command: "orbel --help"
                     maximumWidth: parent.width
                     objectName: "help.command"

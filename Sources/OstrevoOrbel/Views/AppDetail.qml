@@ -60,13 +60,14 @@ FocusScope {
         IconButton {
             id: back
 
+            anchors.left: parent.left
+            anchors.leftMargin: visible ? 8 : 0
             anchors.verticalCenter: parent.verticalCenter
-            iconPath: Theme.icons.left
+            iconPath: Theme.icons.back
             objectName: "uninstall.back"
             text: qsTr("Back")
             visible: pane.narrow
             width: visible ? implicitWidth : 0
-            x: visible ? 8 : 0
 
             onClicked: pane.backWanted()
         }

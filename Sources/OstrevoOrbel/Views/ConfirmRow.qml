@@ -26,6 +26,7 @@ ItemRow {
     words: (moving ? [name, stageWords, size] : [name, model.kindName, model.entries, size]).join(", ")
 
     below: Badge {
+        anchors.left: parent.left
         iconPath: Theme.icons.warn
         text: row.note
         tone: Badge.Warn

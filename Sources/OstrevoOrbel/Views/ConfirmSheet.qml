@@ -172,24 +172,23 @@ Sheet {
             objectName: "confirm.sum"
             text: sheet.moves.sum
         }
-        ThemedText {
+        Sentence {
             id: frees
-
-            anchors.right: when.left
-            anchors.rightMargin: 6
-            anchors.verticalCenter: parent.verticalCenter
-            bold: true
-            objectName: "confirm.frees"
-            text: sheet.moves.frees
-        }
-        ThemedText {
-            id: when
 
             anchors.right: parent.right
             anchors.rightMargin: 24
             anchors.verticalCenter: parent.verticalCenter
-            color: Theme.text2
-            text: qsTr("when you empty the Trash")
+            spacing: 6
+
+            ThemedText {
+                bold: true
+                objectName: "confirm.frees"
+                text: sheet.moves.frees
+            }
+            ThemedText {
+                color: Theme.text2
+                text: qsTr("when you empty the Trash")
+            }
         }
     }
 }

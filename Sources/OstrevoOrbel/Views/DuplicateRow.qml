@@ -49,13 +49,14 @@ ItemRow {
         IconButton {
             id: chevron
 
+            anchors.left: parent.left
+            anchors.leftMargin: Theme.px(9) - row.inset
             anchors.verticalCenter: parent.verticalCenter
             focusPolicy: Qt.NoFocus
-            iconPath: row.folded ? Theme.icons.right : Theme.icons.down
+            iconPath: row.folded ? Theme.icons.forward : Theme.icons.down
             objectName: "duplicates.fold." + row.index
             text: row.folded ? qsTr("Unfold") : qsTr("Fold")
             visible: row.head
-            x: Theme.px(9) - row.inset
 
             onClicked: {
                 row.table.choose(row.index);
@@ -73,6 +74,7 @@ ItemRow {
         },
         KeepRadio {
             Accessible.name: qsTr("Keep %1").arg(row.name)
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             autoExclusive: false
             checked: row.kept
@@ -120,7 +122,7 @@ ItemRow {
         color: Theme.text2
         text: row.model.copies
         visible: row.head
-        x: row.nameX + Math.min(row.nameNeed, row.nameWidth) + 12
+        x: Theme.along(row.nameX + Math.min(row.nameNeed, row.nameWidth) + 12, width, parent.width)
     }
     // What the keys act on.
     FocusRing {
@@ -131,7 +133,7 @@ ItemRow {
         height: Theme.tick + 8
         visible: row.focused && !row.head
         width: height
-        x: (onKeep ? row.iconX : row.inset) - 4
+        x: Theme.along((onKeep ? row.iconX : row.inset) - 4, width, parent.width)
         y: Math.round((parent.height - height) / 2)
     }
 }

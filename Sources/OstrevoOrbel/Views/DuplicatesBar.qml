@@ -64,7 +64,7 @@ FilterBar {
             text: !bar.flow.searched ? "" : bar.flow.ruleFolder !== "" ? qsTr("%1 first").arg(bar.flow.ruleFolder)
                 : bar.middling ? "" : qsTr("One copy always stays")
         }
-        Row {
+        Sentence {
             visible: bar.flow.searched
 
             ThemedText {

@@ -163,12 +163,12 @@ ScreenFrame {
             else
                 screen.flow.toggleTick(row);
         }
-        onTurned: (row, right) => {
+        onTurned: (row, onward) => {
             const shown = itemAt(row);
             if (shown.head)
-                screen.flow.setFolded(row, !right);
-            else if (right || keepFocused && !shown.kept)
-                keepFocused = right;
+                screen.flow.setFolded(row, !onward);
+            else if (onward || keepFocused && !shown.kept)
+                keepFocused = onward;
             else
                 currentIndex = selectedRow = screen.flow.headOf(row);
         }
@@ -246,7 +246,7 @@ ScreenFrame {
         objectName: "duplicates.groupMenu"
 
         MenuEntry {
-            keys: groupMenu.folded ? "→" : "←"
+            keys: groupMenu.folded !== Theme.mirrored ? "→" : "←"
             objectName: "duplicates.groupMenu.fold"
             text: groupMenu.folded ? qsTr("Unfold") : qsTr("Fold")
 

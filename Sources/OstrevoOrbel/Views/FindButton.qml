@@ -49,7 +49,7 @@ PushButton {
         margins: 8
         padding: 8
         width: Theme.px(480)
-        x: button.width - width
+        x: Theme.mirrored ? 0 : button.width - width
         y: button.height + 6
 
         onClosed: {

@@ -11,23 +11,26 @@ Item {
 
     implicitHeight: Theme.displayLine
 
-    ThemedText {
-        id: number
+    Sentence {
+        anchors.left: parent.left
+        spacing: 6
 
-        bold: true
-        elide: Text.ElideNone
-        role: ThemedText.Display
-        text: figure.ledger.free.value
-    }
-    ThemedText {
-        anchors.baseline: number.baseline
-        anchors.left: number.right
-        anchors.leftMargin: 6
-        color: Theme.text2
-        elide: Text.ElideNone
-        font.pixelSize: Theme.px(18)
-        lineHeight: Theme.px(24)
-        text: qsTr("%1 free").arg(figure.ledger.free.unit)
+        ThemedText {
+            id: number
+
+            bold: true
+            elide: Text.ElideNone
+            role: ThemedText.Display
+            text: figure.ledger.free.value
+        }
+        ThemedText {
+            anchors.baseline: number.baseline
+            color: Theme.text2
+            elide: Text.ElideNone
+            font.pixelSize: Theme.px(18)
+            lineHeight: Theme.px(24)
+            text: qsTr("%1 free").arg(figure.ledger.free.unit)
+        }
     }
     VolumeChoice {
         anchors.bottom: parent.bottom

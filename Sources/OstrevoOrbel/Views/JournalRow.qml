@@ -46,10 +46,11 @@ ItemRow {
     words: [name, size, detail, stages[stage]?.words ?? ""].filter(words => words !== "").join(", ")
 
     icon: Icon {
+        anchors.left: parent.left
+        anchors.leftMargin: -2
         anchors.verticalCenter: parent.verticalCenter
-        path: row.folded ? Theme.icons.right : Theme.icons.down
+        path: row.folded ? Theme.icons.forward : Theme.icons.down
         visible: row.head
-        x: -2
     }
     below: SmallText {
         text: row.reason

@@ -104,7 +104,7 @@ ScreenFrame {
             if (shown.head)
                 view.journal.setFolded(row, !shown.folded);
         }
-        onTurned: (row, right) => view.journal.setFolded(row, !right)
+        onTurned: (row, onward) => view.journal.setFolded(row, !onward)
     }
     ListState {
         id: state

@@ -65,9 +65,10 @@ ScreenFrame {
             Row {
                 id: chips
 
+                anchors.left: parent.left
+                anchors.leftMargin: view.padding
                 anchors.verticalCenter: parent.verticalCenter
                 spacing: 8
-                x: view.padding
 
                 ChipMenu {
                     about: qsTr("Size")
@@ -110,14 +111,14 @@ ScreenFrame {
                 objectName: "large.text"
                 placeholderText: qsTr("Name or folder contains")
                 visible: !view.narrow || view.finding || text !== ""
-                width: Math.min(Theme.px(240), (view.narrow ? parent.width - view.padding : figures.x - 16)
-                    - chips.x - chips.width - 8)
+                width: Math.min(Theme.px(240), parent.width - 2 * view.padding - chips.width - 8
+                    - (view.narrow ? 0 : figures.width + 16))
 
                 Keys.onDownPressed: if (view.listed) table.forceActiveFocus(Qt.TabFocusReason)
                 onActiveFocusChanged: if (!activeFocus) view.finding = false
                 onTextChanged: view.large.text = text
             }
-            Row {
+            Sentence {
                 id: figures
 
                 anchors.right: parent.right

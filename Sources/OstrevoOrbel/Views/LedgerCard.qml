@@ -69,23 +69,25 @@ Card {
                 color: Theme.control
                 height: 1
                 width: bar.edge(card.usedShare)
+                x: Theme.along(0, width, parent.width)
                 y: 7
             }
             Rectangle {
                 color: Theme.control
                 height: 7
                 width: 1
+                x: Theme.along(0, width, parent.width)
             }
             Rectangle {
                 color: Theme.control
                 height: 7
                 width: 1
-                x: bracket.width - 1
+                x: Theme.along(bracket.width - 1, width, parent.width)
             }
-            Row {
+            Sentence {
                 id: words
 
-                x: Math.max(0, Math.min(parent.width - width, Math.round((bracket.width - width) / 2)))
+                x: Math.max(0, Math.min(parent.width - width, Math.round(bracket.x + (bracket.width - width) / 2)))
                 y: 10
 
                 SmallText {

@@ -24,12 +24,13 @@ Item {
         color: Theme.text3
         role: ThemedText.Title
         text: term.joint
-        x: -implicitWidth - 8
+        x: Theme.along(-implicitWidth - 8, implicitWidth, parent.width)
         y: column.y + amountText.y
     }
     Column {
         id: column
 
+        anchors.left: parent.left
         width: parent.width - 24
 
         Row {
@@ -53,6 +54,7 @@ Item {
         ThemedText {
             id: amountText
 
+            anchors.left: parent.left
             bold: true
             elide: Text.ElideNone
             role: ThemedText.Title
@@ -63,14 +65,14 @@ Item {
                 color: Theme.text2
                 height: 1
                 visible: term.total
-                width: parent.implicitWidth
+                width: parent.width
                 y: parent.height
             }
             Rectangle {
                 color: Theme.text2
                 height: 1
                 visible: term.total
-                width: parent.implicitWidth
+                width: parent.width
                 y: parent.height + 2
             }
         }
@@ -86,6 +88,7 @@ Item {
             width: parent.width
 
             LinkButton {
+                anchors.left: parent.left
                 anchors.verticalCenter: parent.verticalCenter
                 objectName: term.link !== "" ? "overview.unreadable" : ""
                 text: term.link

@@ -64,12 +64,25 @@ T.ApplicationWindow {
     visible: true
     width: 1440
 
+    LayoutMirroring.childrenInherit: true
+    LayoutMirroring.enabled: Theme.mirrored
+
     Component.onCompleted: window.takeFocus(Qt.TabFocusReason)
 
     Binding {
         property: "dark"
         target: Theme
         value: window.app.appearance.dark
+    }
+    Binding {
+        property: "reducedMotion"
+        target: Theme
+        value: window.app.appearance.reducedMotion
+    }
+    Binding {
+        property: "highContrast"
+        target: Theme
+        value: window.app.appearance.highContrast
     }
 
     // A Loader of Qt 6.4 cannot make what is bound to its context, so nothing in this file is.
@@ -187,6 +200,7 @@ T.ApplicationWindow {
             id: sidebar
 
             anchors.bottom: statusLine.top
+            anchors.left: parent.left
             anchors.top: parent.top
             app: window.app
             objectName: "sidebar"

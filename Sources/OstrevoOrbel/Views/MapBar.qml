@@ -23,7 +23,7 @@ FocusScope {
 
         IconButton {
             enabled: bar.map.canGoBack
-            iconPath: Theme.icons.left
+            iconPath: Theme.icons.back
             objectName: "map.back"
             text: qsTr("Back")
 
@@ -31,7 +31,7 @@ FocusScope {
         }
         IconButton {
             enabled: bar.map.canGoForward
-            iconPath: Theme.icons.right
+            iconPath: Theme.icons.forward
             objectName: "map.forward"
             text: qsTr("Forward")
 
@@ -88,10 +88,11 @@ FocusScope {
         ThemedText {
             id: dots
 
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.text2
-            leftPadding: 8
-            rightPadding: 4
+            leftPadding: Theme.mirrored ? 4 : 8
+            rightPadding: 12 - leftPadding
             text: "…"
             visible: way.hiddenParts > 0
         }
@@ -100,8 +101,11 @@ FocusScope {
 
             anchors.verticalCenter: parent.verticalCenter
             // Measured at full length, drawn from the first part that fits.
-            x: way.hiddenParts > 0 && repeater.itemAt(way.hiddenParts)
-                ? dots.width - repeater.itemAt(way.hiddenParts).x : 0
+            x: {
+                const first = way.hiddenParts > 0 ? repeater.itemAt(way.hiddenParts) : null;
+                const left = first ? Theme.along(first.x, first.width, width) : 0;
+                return Theme.along(first ? dots.width - left : 0, width, way.width);
+            }
 
             Repeater {
                 id: repeater
@@ -125,7 +129,7 @@ FocusScope {
                         color: Theme.text3
                         size: Theme.px(12)
                         opacity: crumb.seen
-                        path: Theme.icons.right
+                        path: Theme.icons.forward
                         visible: crumb.index > 0
                     }
                     T.AbstractButton {

@@ -22,6 +22,7 @@ Item {
         SmallText {
             id: label
 
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             width: Theme.px(76)
         }
@@ -69,6 +70,7 @@ Item {
             KindChip {
                 id: chip
 
+                anchors.left: parent.left
                 anchors.top: parent.top
                 anchors.topMargin: 3
                 kind: inspector.facts.valid ? inspector.facts.kind : 7
@@ -128,6 +130,7 @@ Item {
         Badge {
             id: note
 
+            anchors.left: parent.left
             iconPath: Theme.icons.warn
             objectName: "map.note"
             text: inspector.map.note

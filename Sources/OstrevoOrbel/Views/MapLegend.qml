@@ -16,7 +16,7 @@ FocusScope {
     /// The entries in sight.
     property int first: 0
     readonly property int last: lastFrom(first)
-    readonly property real room: back.x - view.x - 8
+    readonly property real room: Theme.along(back.x, back.width, width) - view.anchors.leftMargin - 8
     /// Around the entries in sight, for the ring of the focus; no wider than what is between two of them.
     readonly property int rim: 4
 
@@ -26,8 +26,10 @@ FocusScope {
     function entryAt(entry: int): var {
         return repeater.itemAt(entry);
     }
+    /// From where reading begins.
     function startOf(entry: int): real {
-        return bar.entryAt(entry)?.x ?? 0;
+        const item = bar.entryAt(entry);
+        return item ? Theme.along(item.x, item.width, entries.width) : 0;
     }
     function endOf(entry: int): real {
         return bar.startOf(entry) + (bar.entryAt(entry)?.width ?? 0);
@@ -86,7 +88,7 @@ FocusScope {
 
             anchors.verticalCenter: parent.verticalCenter
             spacing: bar.rim
-            x: bar.rim - bar.startOf(bar.first)
+            x: Theme.along(bar.rim - bar.startOf(bar.first), width, view.width)
 
             Repeater {
                 id: repeater
@@ -119,7 +121,7 @@ FocusScope {
                     onClicked: bar.toggled(kind)
 
                     background: Rectangle {
-                        border.color: Theme.accentLine
+                        border.color: Theme.accent
                         border.width: entry.active ? 1 : 0
                         color: entry.active ? Theme.accentSoft : entry.hovered ? Theme.hover : "transparent"
                         radius: Theme.controlRadius

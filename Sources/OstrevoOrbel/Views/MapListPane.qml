@@ -74,6 +74,7 @@ FocusScope {
             words: [name, model.kindName, size, model.share].join(", ")
 
             below: SizeBar {
+                anchors.left: parent.left
                 fill: Theme.control
                 height: 3
                 share: row.model.fraction

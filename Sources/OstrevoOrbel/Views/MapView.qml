@@ -269,13 +269,13 @@ ScreenFrame {
     }
     Shortcut {
         enabled: screen.visible && screen.hasMap && screen.map.canGoBack
-        sequence: "Alt+Left"
+        sequence: Theme.mirrored ? "Alt+Right" : "Alt+Left"
 
         onActivated: screen.map.goBack()
     }
     Shortcut {
         enabled: screen.visible && screen.hasMap && screen.map.canGoForward
-        sequence: "Alt+Right"
+        sequence: Theme.mirrored ? "Alt+Left" : "Alt+Right"
 
         onActivated: screen.map.goForward()
     }

@@ -24,16 +24,19 @@ FocusScope {
         Icon {
             id: icon
 
-            x: 20
+            anchors.left: parent.left
+            anchors.leftMargin: 20
             y: 17
         }
         ThemedText {
             id: words
 
+            anchors.left: parent.left
+            anchors.leftMargin: 20 + Theme.icon + 14
+            anchors.right: parent.right
+            anchors.rightMargin: 20
             color: Theme.text2
-            width: parent.width - x - 20
             wrapMode: Text.Wrap
-            x: 20 + Theme.icon + 14
             y: 16
         }
     }

@@ -71,7 +71,7 @@ FocusScope {
                 edge: measured.columns === 1 ? Qt.TopEdge : Qt.LeftEdge
                 soft: true
                 visible: way.index > 0
-                x: -1
+                x: Theme.along(-1, width, parent.width)
                 y: -1
             }
         }
@@ -79,12 +79,13 @@ FocusScope {
             Icon {
                 id: icon
 
+                anchors.left: parent.left
+                anchors.leftMargin: Theme.cardPadding
                 anchors.verticalCenter: parent.verticalCenter
                 color: Theme.accent
                 size: Theme.px(20)
                 path: way.modelData.icon
                 stroke: 1.3
-                x: Theme.cardPadding
             }
             Column {
                 anchors.left: icon.right
@@ -119,7 +120,7 @@ FocusScope {
                 anchors.right: parent.right
                 anchors.rightMargin: Theme.cardPadding
                 anchors.verticalCenter: parent.verticalCenter
-                path: Theme.icons.right
+                path: Theme.icons.forward
             }
         }
     }
@@ -199,6 +200,7 @@ FocusScope {
                 remark: measured.app.scan.figures.measured.text
                 title: byExtension ? qsTr("By extension") : qsTr("By kind")
                 width: cards.aside ? Theme.px(348) : measured.columns === 2 ? cards.half : cards.width
+                x: Theme.along(0, width, cards.width)
 
                 choice: Segmented {
                     current: kindCard.byExtension ? 1 : 0
@@ -284,7 +286,7 @@ FocusScope {
                 remark: qsTr("on disk")
                 title: qsTr("Largest folders")
                 width: cards.aside ? cards.rest : kindCard.width
-                x: measured.columns === 1 ? 0 : kindCard.width + Theme.cardGap
+                x: Theme.along(measured.columns === 1 ? 0 : kindCard.width + Theme.cardGap, width, cards.width)
                 y: measured.columns === 1 ? kindCard.height + Theme.cardGap : 0
 
                 ItemTable {
@@ -326,7 +328,7 @@ FocusScope {
                 remark: measured.app.scan.growth.since
                 title: qsTr("Grew most")
                 width: cards.aside ? cards.rest : cards.width
-                x: cards.aside ? cards.width - width : 0
+                x: Theme.along(cards.aside ? cards.width - width : 0, width, cards.width)
                 y: cards.aside ? 0 : folderCard.y + folderCard.height + Theme.cardGap
 
                 ItemTable {

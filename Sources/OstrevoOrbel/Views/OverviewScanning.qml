@@ -33,9 +33,10 @@ Flickable {
 
             width: parent.width
         }
-        Item {
+        Sentence {
+            anchors.left: parent.left
             height: Theme.figureLine
-            width: parent.width
+            spacing: 5
 
             ThemedText {
                 id: value
@@ -48,8 +49,6 @@ Flickable {
                 id: unit
 
                 anchors.baseline: value.baseline
-                anchors.left: value.right
-                anchors.leftMargin: 5
                 color: Theme.text2
                 elide: Text.ElideNone
                 role: ThemedText.Lead
@@ -120,12 +119,14 @@ Flickable {
                 width: parent.width
 
                 Hatching {
+                    anchors.left: parent.left
                     ground: Theme.hatchGround
                     height: parent.height
                     lines: Theme.hatch
                     width: bar.usedEnd
                 }
                 Rectangle {
+                    anchors.left: parent.left
                     color: Theme.accent
                     height: parent.height
                     width: bar.measuredEnd
@@ -134,7 +135,7 @@ Flickable {
                     color: Theme.control
                     height: parent.height
                     width: 1
-                    x: bar.usedEnd
+                    x: Theme.along(bar.usedEnd, width, parent.width)
                 }
                 Rectangle {
                     anchors.fill: parent
@@ -150,6 +151,7 @@ Flickable {
                 SmallText {
                     id: soFar
 
+                    anchors.left: parent.left
                     elide: Text.ElideNone
                     text: qsTr("%1 measured").arg(scanning.app.scan.figures.measured.text)
                 }
@@ -157,7 +159,8 @@ Flickable {
                     horizontalAlignment: Text.AlignRight
                     text: qsTr("%1 used, as the file system reports it").arg(scanning.ledger.used.text)
                     width: Math.min(implicitWidth, room)
-                    x: Math.max(soFar.width + 16, Math.min(bar.usedEnd, soFar.width + 16 + room) - width)
+                    x: Theme.along(Math.max(soFar.width + 16, Math.min(bar.usedEnd, soFar.width + 16 + room) - width),
+                        width, parent.width)
 
                     readonly property real room: parent.width - soFar.width - total.width - 32
                 }
@@ -221,7 +224,7 @@ Flickable {
         id: note
 
         spacing: 12
-        x: card.x + 4
+        x: Theme.along(card.x + 4, width, scanning.width)
         y: topLevel.y + topLevel.height + 12
 
         Icon {

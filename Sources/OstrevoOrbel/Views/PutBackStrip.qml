@@ -16,10 +16,11 @@ Rectangle {
     Icon {
         id: glyph
 
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.pagePadding
         anchors.verticalCenter: parent.verticalCenter
         color: strip.putBack.failed ? Theme.warn : Theme.ok
         path: strip.putBack.failed ? Theme.icons.warn : Theme.icons.check
-        x: Theme.pagePadding
     }
     Flow {
         id: words

@@ -125,11 +125,12 @@ ScreenFrame {
                 Rectangle {
                     id: glyph
 
+                    anchors.left: parent.left
+                    anchors.leftMargin: 24
                     color: screen.whole && !screen.nothingMoved ? Theme.okSoft : Theme.warnSoft
                     height: Theme.px(44)
                     radius: height / 2
                     width: height
-                    x: 24
                     y: 24
 
                     Icon {
@@ -210,9 +211,10 @@ ScreenFrame {
                 Icon {
                     id: info
 
+                    anchors.left: parent.left
+                    anchors.leftMargin: 16
                     anchors.verticalCenter: parent.verticalCenter
                     path: Theme.icons.info
-                    x: 16
                 }
                 ThemedText {
                     anchors.left: info.right

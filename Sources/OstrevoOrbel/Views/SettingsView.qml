@@ -24,6 +24,7 @@ ScreenFrame {
 
         Heading {
             text: qsTr("Appearance")
+            width: parent.width
         }
         Card {
             width: parent.width
@@ -50,6 +51,7 @@ ScreenFrame {
         }
         Heading {
             text: qsTr("Low-disk alert")
+            width: parent.width
         }
         Card {
             width: parent.width
@@ -91,12 +93,13 @@ ScreenFrame {
                     SmallText {
                         id: sampleLabel
 
+                        anchors.left: parent.left
+                        anchors.leftMargin: 20
                         anchors.verticalCenter: parent.verticalCenter
                         color: Theme.text3
                         text: qsTr("What you will see")
                         width: Math.min(Theme.px(120), parent.width * 0.3)
                         wrapMode: Text.Wrap
-                        x: 20
                     }
                     Rectangle {
                         id: sample
@@ -112,16 +115,19 @@ ScreenFrame {
                         radius: Theme.cardRadius
 
                         Icon {
+                            anchors.left: parent.left
+                            anchors.leftMargin: 14
                             color: Theme.accent
                             path: Theme.icons.bell
-                            x: 14
                             y: 14
                         }
                         Column {
                             id: words
 
-                            width: parent.width - x - 12
-                            x: 14 + Theme.icon + 12
+                            anchors.left: parent.left
+                            anchors.leftMargin: 14 + Theme.icon + 12
+                            anchors.right: parent.right
+                            anchors.rightMargin: 12
                             y: 12
 
                             ThemedText {
@@ -143,6 +149,7 @@ ScreenFrame {
         }
         Heading {
             text: qsTr("General")
+            width: parent.width
         }
         Card {
             width: parent.width

@@ -49,7 +49,7 @@ Rectangle {
         id: head
 
         spacing: 10
-        x: sidebar.rail ? Math.round((parent.width - width) / 2) : 20
+        x: Theme.along(sidebar.rail ? Math.round((parent.width - width) / 2) : 20, width, parent.width)
         y: 16
 
         Mark {}
@@ -128,9 +128,9 @@ Rectangle {
         visible: !sidebar.rail && sidebar.app.disk.ownLedger.known
         height: visible ? implicitHeight : 0
 
-        Row {
+        Sentence {
+            anchors.left: parent.left
             spacing: 5
-            width: parent.width
 
             ThemedText {
                 id: free
@@ -142,7 +142,7 @@ Rectangle {
             }
             SmallText {
                 text: qsTr("free of %1").arg(sidebar.app.disk.ownLedger.total.text)
-                width: Math.min(implicitWidth, parent.width - free.width - parent.spacing)
+                width: Math.min(implicitWidth, disk.width - free.width - parent.spacing)
             }
         }
         VolumeBar {

@@ -10,8 +10,12 @@ QtObject {
 
     /// Whether the dark colours are shown. Set by the window, from the settings and the desktop.
     property bool dark: false
-    /// Whether everything happens at once.
+    /// Whether everything happens at once. Set by the window, from the desktop, like the next.
     property bool reducedMotion: false
+    /// Whether lines and text stand out more.
+    property bool highContrast: false
+    /// Whether the window reads from the right to the left. The map and the names on it do not turn.
+    readonly property bool mirrored: Application.layoutDirection === Qt.RightToLeft
     /// The desktop’s font scale: 1 at 96 dots per inch, which macOS calls 72.
     property real fontScale: Math.round(100 * scaledProbe.height / plainProbe.height) / 100
 
@@ -29,6 +33,11 @@ QtObject {
         return Math.round(length * fontScale)
     }
 
+    /// Where an item of this width stands that is so far from the edge at which reading begins.
+    function along(start: real, width: real, room: real): real {
+        return mirrored ? room - width - start : start;
+    }
+
     /// The colour of a control that is held down.
     function pressed(rest: color): color {
         return dark ? Qt.lighter(rest, 1.08) : Qt.darker(rest, 1.08)
@@ -40,22 +49,23 @@ QtObject {
     readonly property color surface: dark ? "#1A2021" : "#FFFFFF"
     readonly property color sunk: dark ? "#161C1D" : "#F7F9F9"
     readonly property color hover: dark ? "#222A2B" : "#EDF2F2"
-    readonly property color line: dark ? "#313B3C" : "#D3DBDB"
-    readonly property color lineSoft: dark ? "#262F30" : "#E4E9E9"
-    readonly property color control: dark ? "#72807F" : "#7D8A88"
+    readonly property color line: highContrast ? control : dark ? "#313B3C" : "#D3DBDB"
+    readonly property color lineSoft: highContrast ? control : dark ? "#262F30" : "#E4E9E9"
+    /// The borders of controls: at least 3:1 on every ground.
+    readonly property color control: highContrast ? ink : dark ? "#72807F" : "#758280"
     readonly property color scrim: dark ? "#9E030606" : "#6B0E1817"
 
     // Text.
-    readonly property color ink: dark ? "#E7EDEC" : "#15211F"
-    readonly property color text2: dark ? "#B0BCBB" : "#465453"
-    readonly property color text3: dark ? "#93A19F" : "#586665"
+    readonly property color ink: highContrast ? dark ? "#FFFFFF" : "#000000" : dark ? "#E7EDEC" : "#15211F"
+    readonly property color text2: highContrast ? ink : dark ? "#B0BCBB" : "#465453"
+    readonly property color text3: highContrast ? ink : dark ? "#93A19F" : "#586665"
 
     // Measure, select, focus, put back.
     readonly property color accent: dark ? "#62BFCB" : "#0B6170"
     readonly property color accentHover: dark ? "#7ACDD7" : "#0E7384"
     readonly property color accentText: dark ? "#06252A" : "#FFFFFF"
     readonly property color accentSoft: dark ? "#163438" : "#DDECEE"
-    readonly property color accentLine: dark ? "#2C6169" : "#9CC4CB"
+    readonly property color accentLine: highContrast ? accent : dark ? "#2C6169" : "#9CC4CB"
 
     // What will change the disk: ticks and the buttons that lead to a move.
     readonly property color commit: dark ? "#E7EDEC" : "#15211F"
@@ -64,17 +74,17 @@ QtObject {
 
     readonly property color warn: dark ? "#E9BD68" : "#7A4E00"
     readonly property color warnSoft: dark ? "#2E2612" : "#FBF0D6"
-    readonly property color warnLine: dark ? "#5D4C21" : "#E5CC92"
+    readonly property color warnLine: highContrast ? warn : dark ? "#5D4C21" : "#E5CC92"
     readonly property color error: dark ? "#F2988A" : "#9B2C1F"
     readonly property color errorSoft: dark ? "#351D19" : "#FBE8E4"
-    readonly property color errorLine: dark ? "#693830" : "#E3B3AA"
+    readonly property color errorLine: highContrast ? error : dark ? "#693830" : "#E3B3AA"
     readonly property color ok: dark ? "#7CCBA2" : "#1B6443"
     readonly property color okSoft: dark ? "#15301F" : "#E0F0E7"
 
     // The map.
     readonly property var map: MapPalette.colors(dark)
     readonly property color mapGround: map.ground
-    readonly property color mapEdge: map.edge
+    readonly property color mapEdge: highContrast ? control : map.edge
     readonly property color hatch: map.hatch
     readonly property color hatchGround: map.hatchGround
 
@@ -84,7 +94,9 @@ QtObject {
     readonly property var kindLabels: map.labels
     readonly property var kindIcons: MapPalette.glyphs
 
-    readonly property IconPaths icons: IconPaths {}
+    readonly property IconPaths icons: IconPaths {
+        mirrored: theme.mirrored
+    }
 
     // Type. The font is taken from the system where it is installed, else from the program.
     readonly property bool fontInstalled: Qt.fontFamilies().includes("Noto Sans")

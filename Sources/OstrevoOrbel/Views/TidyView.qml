@@ -46,12 +46,13 @@ ScreenFrame {
         width: screen.width
 
         Segmented {
+            anchors.left: parent.left
+            anchors.leftMargin: screen.padding
             anchors.verticalCenter: parent.verticalCenter
             current: screen.tab
             name: qsTr("List")
             objectName: "tidy.tab"
             options: [qsTr("Empty folders"), qsTr("Broken shortcuts")]
-            x: screen.padding
 
             onChosen: index => screen.tab = index
         }
@@ -91,6 +92,7 @@ ScreenFrame {
             ticked: screen.flow.foldersTicked
             visible: !screen.narrow || screen.tab === 0
             width: lists.cardWidth
+            x: Theme.along(0, width, lists.width)
         }
         TidyCard {
             id: shortcuts
@@ -109,7 +111,7 @@ ScreenFrame {
             ticked: screen.flow.shortcutsTicked
             visible: !screen.narrow || screen.tab === 1
             width: lists.cardWidth
-            x: screen.narrow ? 0 : lists.width - width
+            x: Theme.along(lists.width - width, width, lists.width)
         }
     }
     ListState {

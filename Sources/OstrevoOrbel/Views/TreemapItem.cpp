@@ -215,7 +215,7 @@ QString TreemapItem::tileName(int tile) const {
     if (!isOfThisTree())
         return {};
     const auto& shown = tiles_[static_cast<std::size_t>(tile)];
-    QStringList words{QString::fromStdString(shown.label)};
+    QStringList words{textOf(shown.label)};
     if (const auto node = nodeOf(tile))
         words << kindText(map_->tree(), *node);
     words << ByteFigure(shown.bytes).text()

@@ -2,6 +2,7 @@
 
 #include "Map/TreemapModel.h"
 #include "Models/ByteFigure.h"
+#include "Models/Wording.h"
 
 #include <cmath>
 #include <QSvgRenderer>
@@ -95,7 +96,7 @@ void TreemapPainter::drawFolder(const TreemapTile& tile, const TileBox& box) {
         drawLine(size, font(face, false), regular, line, Qt::AlignRight, opaque(colors_.secondInk));
         line.setWidth(line.width() - regular.horizontalAdvance(size) - px(8));
     }
-    drawLine(QString::fromStdString(tile.label), font(face, face.isBold), metrics(face, face.isBold), line,
+    drawLine(visibleTextOf(tile.label), font(face, face.isBold), metrics(face, face.isBold), line,
              Qt::AlignLeft, opaque(colors_.ink));
 }
 
@@ -132,7 +133,7 @@ void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, co
     const QRectF first(rect.x() + inset, rect.y() + px(face.topInset),
                        rect.width() - 2 * inset - (isTicked ? px(28) : 0), lineHeight);
     const QRectF second(rect.x() + inset, first.bottom(), rect.width() - 2 * inset, lineHeight);
-    QString name = QString::fromStdString(tile.label);
+    QString name = visibleTextOf(tile.label);
     QString below = face.showsSize ? ByteFigure(tile.bytes).text() : QString();
 
     if (std::holds_alternative<TreemapTile::SmallerItems>(tile.content)
@@ -166,7 +167,7 @@ void TreemapPainter::drawLine(const QString& words, const QFont& font, const QFo
     const double baseline = line.top() + (line.height() - metrics.height()) / 2 + metrics.ascent();
     painter_.setFont(font);
     painter_.setPen(QColor(color));
-    painter_.drawText(QPointF(std::round(x), std::round(baseline)), fitting);
+    painter_.drawText(QPointF(std::round(x), std::round(baseline)), isolated(fitting));
     painter_.setPen(Qt::NoPen);
 }
 

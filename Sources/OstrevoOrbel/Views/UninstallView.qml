@@ -91,6 +91,7 @@ ScreenFrame {
 
         actions: screen.app.actions
         anchors.bottom: parent.bottom
+        anchors.left: parent.left
         anchors.top: parent.top
         flow: screen.flow
         focus: true

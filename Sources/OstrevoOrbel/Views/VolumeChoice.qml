@@ -67,7 +67,7 @@ T.AbstractButton {
         itemFacts: qsTr("Measuring reads names and sizes; it changes nothing.")
         itemName: qsTr("Measure another file system")
         objectName: "overview.volumes"
-        x: choice.width - width
+        x: Theme.mirrored ? 0 : choice.width - width
         y: choice.height + 4
 
         Instantiator {

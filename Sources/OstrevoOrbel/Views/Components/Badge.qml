@@ -26,13 +26,14 @@ Rectangle {
     Icon {
         id: icon
 
+        anchors.left: parent.left
+        anchors.leftMargin: 8
         anchors.verticalCenter: parent.verticalCenter
         color: badge.texts[badge.tone]
         size: Theme.px(12)
         path: badge.iconPath
         stroke: 1.6
         visible: badge.iconPath !== ""
-        x: 8
     }
     ThemedText {
         id: label

@@ -27,7 +27,7 @@ T.AbstractButton {
     background: Rectangle {
         readonly property color ground: chip.set ? Theme.accentSoft : chip.hovered ? Theme.hover : Theme.surface
 
-        border.color: chip.set ? Theme.accentLine : Theme.line
+        border.color: chip.set ? Theme.accent : Theme.control
         color: chip.down ? Theme.pressed(ground) : ground
         radius: height / 2
 

@@ -12,8 +12,8 @@ T.ComboBox {
     hoverEnabled: true
     implicitHeight: Theme.controlHeight
     implicitWidth: Theme.px(120)
-    leftPadding: 12
-    rightPadding: 12 + Theme.icon
+    leftPadding: Theme.mirrored ? 12 + Theme.icon : 12
+    rightPadding: Theme.mirrored ? 12 : 12 + Theme.icon
 
     ButtonKeys.enterClicks: true
 
@@ -58,7 +58,7 @@ T.ComboBox {
         size: Theme.px(12)
         path: Theme.icons.down
         stroke: 1.8
-        x: box.width - width - 10
+        x: Theme.along(box.width - width - 10, width, box.width)
         y: Math.round((box.height - height) / 2)
     }
     popup: T.Popup {

@@ -15,6 +15,10 @@ T.TextField {
     /// Whether Ctrl+F leads here, wherever the focus is on the screen.
     property bool findable: false
 
+    // The room for what stands before and behind the text.
+    readonly property real before: iconPath !== "" ? 12 + Theme.icon + 8 : 12
+    readonly property real behind: clear.visible ? clear.width + 4 : cap.visible ? cap.width + 14 : 12
+
     Accessible.name: placeholderText
     color: Theme.ink
     font.family: Theme.family
@@ -22,8 +26,8 @@ T.TextField {
     hoverEnabled: true
     implicitHeight: Theme.controlHeight
     implicitWidth: Theme.px(240)
-    leftPadding: iconPath !== "" ? 12 + Theme.icon + 8 : 12
-    rightPadding: clear.visible ? clear.width + 4 : cap.visible ? cap.width + 14 : 12
+    leftPadding: Theme.mirrored ? behind : before
+    rightPadding: Theme.mirrored ? before : behind
     selectByMouse: true
     selectedTextColor: Theme.accentText
     selectionColor: Theme.accent
@@ -43,19 +47,20 @@ T.TextField {
 
     ThemedText {
         anchors.left: parent.left
-        anchors.leftMargin: field.leftPadding
+        anchors.leftMargin: field.before
         anchors.right: parent.right
-        anchors.rightMargin: field.rightPadding
+        anchors.rightMargin: field.behind
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.text2
         text: field.placeholderText
         visible: field.length === 0 && field.preeditText === ""
     }
     Icon {
+        anchors.left: parent.left
+        anchors.leftMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         path: field.iconPath
         visible: field.iconPath !== ""
-        x: 12
     }
     KeyCap {
         id: cap

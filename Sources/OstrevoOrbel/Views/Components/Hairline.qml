@@ -12,6 +12,6 @@ Rectangle {
     color: soft ? Theme.lineSoft : Theme.line
     height: upright ? parent.height : 1
     width: upright ? 1 : parent.width
-    x: edge === Qt.RightEdge ? parent.width - 1 : 0
+    x: (edge === Qt.RightEdge) === Theme.mirrored || !upright ? 0 : parent.width - 1
     y: edge === Qt.BottomEdge ? parent.height - 1 : 0
 }

@@ -2,6 +2,9 @@ import QtQuick
 
 /// The icons as path strings, in the path language of SVG: drawn in a view of 16 x 16, stroke 1.4, round, no fill.
 QtObject {
+    /// Whether back and forward are as for reading from the right to the left.
+    property bool mirrored: false
+
     readonly property string overview: "M2 5.5h12v5H2zM6.5 5.5v5M10.5 5.5v5"
     readonly property string map: "M2 2.5h12v11H2zM8.5 2.5v11M8.5 8.5H14"
     readonly property string large: "M14 8a6 6 0 1 1-12 0a6 6 0 0 1 12 0zM8 4.5V8l2.5 1.5"
@@ -18,6 +21,8 @@ QtObject {
     readonly property string up: "M8 13V3.5M4 7.2L8 3.2l4 4"
     readonly property string left: "M10 3L5 8l5 5"
     readonly property string right: "M6 3l5 5l-5 5"
+    readonly property string back: mirrored ? right : left
+    readonly property string forward: mirrored ? left : right
     readonly property string down: "M4 6.5l4 4l4-4"
     readonly property string search: "M11 7a4 4 0 1 1-8 0a4 4 0 0 1 8 0zM10 10l3.5 3.5"
     readonly property string rescan: "M13.5 8a5.5 5.5 0 1 1-1.6-3.9M13.5 2v3h-3"

@@ -42,7 +42,7 @@ Item {
     readonly property bool refused: refusal !== ""
     readonly property ItemTable table: (ListView.view?.parent ?? null) as ItemTable
 
-    // Where things are: from the edges to what is first and last, between all, and where another gap is usual.
+    // Where things are, as read from the left; a mirrored row has the same from the right. From the edges to what is first and last, between all, and where another gap is usual.
     property int inset: Theme.cardPadding
     property int gap: 14
     property int tickGap: gap
@@ -50,7 +50,8 @@ Item {
     property int lineHeight: Theme.rowHeight
     readonly property int iconX: inset + (ticks && listed ? Theme.tick + tickGap : 0)
     readonly property int nameX: iconX + (listed ? iconWidth + nameGap : 0)
-    readonly property int nameWidth: cellRow.x - nameX - nameReserve - (cellRow.width > 0 ? gap : 0)
+    readonly property int nameWidth: body.width - inset - cellRow.width - nameX - nameReserve
+        - (cellRow.width > 0 ? gap : 0)
     /// What the name leaves free beside itself.
     property int nameReserve: 0
     readonly property alias nameNeed: names.need
@@ -180,7 +181,7 @@ Item {
             active: row.showsTick
             height: parent.height
             // The box in the middle of its cell stands where the inset ends.
-            x: row.inset - Math.round((Theme.tickCell - Theme.tick) / 2)
+            x: Theme.along(row.inset - Math.round((Theme.tickCell - Theme.tick) / 2), width, parent.width)
 
             // A Loader of Qt 6.4 cannot make what is bound to its context.
             // qmllint disable unqualified
@@ -202,7 +203,7 @@ Item {
             height: parent.height
             visible: row.listed
             width: row.iconWidth
-            x: row.iconX
+            x: Theme.along(row.iconX, width, parent.width)
 
             KindChip {
                 anchors.verticalCenter: parent.verticalCenter
@@ -217,7 +218,7 @@ Item {
 
             anchors.verticalCenter: parent.verticalCenter
             width: row.nameWidth
-            x: row.nameX
+            x: Theme.along(row.nameX, width, parent.width)
 
             ThemedText {
                 id: nameText

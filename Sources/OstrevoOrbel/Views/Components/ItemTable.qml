@@ -39,8 +39,8 @@ T.Control {
     // Where there is no menu of the list's own; the menu at a point of the table.
     signal copyWanted(key: string)
     signal menuWanted(row: Item, x: real, y: real)
-    /// Left and Right, by which a row is folded and unfolded.
-    signal turned(row: int, right: bool)
+    /// Left and Right, by which a row is folded and unfolded: back, or on in the direction of reading.
+    signal turned(row: int, onward: bool)
 
     function itemAt(row: int): var {
         return view.itemAtIndex(row);
@@ -126,7 +126,7 @@ T.Control {
         else if (isEnter)
             table.activated(view.currentIndex);
         else if (event.key === Qt.Key_Left || event.key === Qt.Key_Right)
-            table.turned(view.currentIndex, event.key === Qt.Key_Right);
+            table.turned(view.currentIndex, (event.key === Qt.Key_Right) !== Theme.mirrored);
         else if (event.text !== "" && event.text >= " " && event.key !== Qt.Key_Delete)
             view.findTyped(event.text);
         else

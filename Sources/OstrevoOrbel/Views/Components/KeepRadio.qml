@@ -6,12 +6,15 @@ import OstrevoOrbel
 T.RadioButton {
     id: radio
 
+    readonly property int besideWords: Theme.tick + 8
+
     ButtonKeys.enterClicks: false
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
     implicitHeight: Theme.copyRowHeight
-    implicitWidth: contentItem.implicitWidth + leftPadding
-    leftPadding: Theme.tick + 8
+    implicitWidth: contentItem.implicitWidth + besideWords
+    leftPadding: Theme.mirrored ? 0 : besideWords
+    rightPadding: Theme.mirrored ? besideWords : 0
 
     contentItem: ThemedText {
         bold: radio.checked
@@ -25,6 +28,7 @@ T.RadioButton {
         height: Theme.tick
         radius: height / 2
         width: Theme.tick
+        x: Theme.along(0, width, radio.width)
         y: Math.round((radio.height - height) / 2)
 
         FocusRing {

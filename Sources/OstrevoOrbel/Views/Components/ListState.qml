@@ -56,8 +56,8 @@ FocusScope {
 
         spacing: 12
         visible: state.looking !== ""
-        width: Math.min(Theme.px(440), parent.width - 2 * x)
-        x: state.padding
+        width: Math.min(Theme.px(440), parent.width - 2 * state.padding)
+        x: Theme.along(state.padding, width, parent.width)
         y: state.padding
 
         ThemedText {
@@ -71,6 +71,7 @@ FocusScope {
             Row {
                 id: bar
 
+                anchors.left: parent.left
                 required property real modelData
 
                 spacing: 12

@@ -39,7 +39,8 @@ T.AbstractButton {
         Icon {
             id: icon
 
-            anchors.horizontalCenter: nav.rail ? parent.horizontalCenter : undefined
+            anchors.left: parent.left
+            anchors.leftMargin: nav.rail ? Math.round((parent.width - width) / 2) : 0
             anchors.verticalCenter: parent.verticalCenter
             color: nav.current ? Theme.accent : Theme.text2
             path: nav.iconPath
@@ -70,7 +71,7 @@ T.AbstractButton {
     Hint {
         text: nav.text
         visible: nav.rail && (nav.hovered || nav.visualFocus)
-        x: nav.width + 6
+        x: Theme.along(nav.width + 6, width, nav.width)
         y: Math.round((nav.height - height) / 2)
     }
 }

@@ -45,7 +45,7 @@ T.Button {
     ButtonKeys.enterClicks: true
 
     background: Rectangle {
-        border.color: !button.enabled ? Theme.lineSoft : button.variant === PushButton.Plain ? Theme.line : color
+        border.color: !button.enabled ? Theme.lineSoft : button.variant === PushButton.Plain ? Theme.control : color
         color: !button.enabled ? "transparent"
             : button.down ? Theme.pressed(button.over)
             : button.hovered ? button.over : button.rest

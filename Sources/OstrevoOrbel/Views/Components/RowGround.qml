@@ -18,6 +18,7 @@ Rectangle {
         visible: ground.separated
     }
     Rectangle {
+        anchors.left: parent.left
         color: Theme.accent
         height: parent.height
         visible: ground.selected

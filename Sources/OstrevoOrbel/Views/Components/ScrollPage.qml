@@ -42,7 +42,7 @@ FocusScope {
             id: column
 
             width: Math.min(view.width - 2 * page.padding, page.columnWidth)
-            x: page.centred ? Math.round((view.width - width) / 2) : page.padding
+            x: page.centred ? Math.round((view.width - width) / 2) : Theme.along(page.padding, width, view.width)
             y: page.padding
         }
     }

@@ -27,8 +27,8 @@ T.Control {
     implicitHeight: Theme.controlHeight
     implicitWidth: row.implicitWidth
 
-    Keys.onLeftPressed: segmented.step(-1)
-    Keys.onRightPressed: segmented.step(1)
+    Keys.onLeftPressed: segmented.step(Theme.mirrored ? 1 : -1)
+    Keys.onRightPressed: segmented.step(Theme.mirrored ? -1 : 1)
 
     background: Rectangle {
         color: Theme.surface
@@ -38,6 +38,7 @@ T.Control {
         Row {
             id: row
 
+            anchors.left: parent.left
             height: parent.height
 
             Repeater {
@@ -89,10 +90,11 @@ T.Control {
                                 height: parent.height
                                 visible: segment.first !== segment.last
                                 width: fill.radius
-                                x: segment.first ? parent.width - width : 0
+                                x: segment.first !== Theme.mirrored ? parent.width - width : 0
                             }
                         }
                         Rectangle {
+                            anchors.left: parent.left
                             color: Theme.line
                             height: parent.height
                             visible: !segment.first
@@ -130,7 +132,7 @@ T.Control {
             height: row.height + 8
             visible: segmented.visualFocus && chosen
             width: (chosen?.width ?? 0) + 8
-            x: (chosen?.x ?? 0) - 4
+            x: row.x + (chosen?.x ?? 0) - 4
             y: -4
         }
     }

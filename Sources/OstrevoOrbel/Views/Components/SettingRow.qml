@@ -27,6 +27,7 @@ Item {
             wrapMode: Text.Wrap
         }
         SmallText {
+            anchors.left: parent.left
             text: row.explanation
             visible: text !== ""
             width: Math.min(parent.width, Theme.px(440))

@@ -13,6 +13,7 @@ Rectangle {
     implicitHeight: 6
 
     Rectangle {
+        anchors.left: parent.left
         color: bar.fill
         height: parent.height
         width: bar.share > 0 ? Math.max(1, Math.round(parent.width * Math.min(1, bar.share))) : 0

@@ -9,18 +9,19 @@ Rectangle {
     property int gap: 14
     property alias first: firstSlot.data
     property alias cells: cellRow.data
-    property alias firstX: firstSlot.x
+    /// From the edge at which reading begins.
+    property int firstX: inset
 
     color: Theme.sunk
     implicitHeight: Theme.tableHeadHeight
 
     Hairline {}
-    Item {
+    Row {
         id: firstSlot
 
         height: parent.height
-        width: cellRow.x - x - head.gap
-        x: head.inset
+        width: parent.width - head.inset - cellRow.width - head.firstX - head.gap
+        x: Theme.along(head.firstX, width, parent.width)
     }
     Row {
         id: cellRow

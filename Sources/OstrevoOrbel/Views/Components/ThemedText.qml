@@ -22,6 +22,8 @@ Text {
     font.letterSpacing: text.spacings[text.role]
     font.pixelSize: text.sizes[text.role]
     font.weight: text.bold ? Font.Bold : Font.Normal
+    // Not by the direction of the words: a name in Hebrew stands where the others do.
+    horizontalAlignment: Text.AlignLeft
     lineHeight: text.lines[text.role]
     lineHeightMode: Text.FixedHeight
     textFormat: Text.PlainText

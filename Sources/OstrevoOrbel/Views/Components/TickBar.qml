@@ -62,7 +62,7 @@ Rectangle {
                 stroke: 2.2
             }
         }
-        Row {
+        Sentence {
             ThemedText {
                 bold: true
                 text: bar.statement

@@ -29,7 +29,7 @@ T.Switch {
             height: Theme.px(14)
             radius: height / 2
             width: height
-            x: toggle.checked ? parent.width - width - 3 : 3
+            x: toggle.checked === Theme.mirrored ? 3 : parent.width - width - 3
 
             Behavior on x {
                 NumberAnimation {

@@ -23,8 +23,8 @@ Item {
     clip: true
     implicitHeight: 40
 
-    Row {
-        spacing: bar.gap
+    Item {
+        anchors.fill: parent
 
         Repeater {
             id: parts
@@ -41,12 +41,19 @@ Item {
                 required property string size
                 required property real fraction
 
+                /// From the edge at which the bar begins.
+                readonly property real start: {
+                    const before = index > 0 ? parts.itemAt(index - 1) : null;
+                    return before ? before.start + before.width + bar.gap : 0;
+                }
+
                 Accessible.ignored: true
                 height: bar.height
-                width: index === parts.count - 1 ? Math.max(2, bar.width - x)
+                width: index === parts.count - 1 ? Math.max(2, bar.width - start)
                     : bar.usedShare >= 0 && part === DiskLedger.NotMeasured
-                    ? Math.max(2, bar.edge(bar.usedShare) - x)
+                    ? Math.max(2, bar.edge(bar.usedShare) - start)
                     : Math.max(2, Math.round(fraction * (bar.width - (parts.count - 1) * bar.gap)))
+                x: Theme.along(start, width, bar.width)
 
                 Rectangle {
                     anchors.fill: parent
