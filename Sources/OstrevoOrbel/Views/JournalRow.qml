@@ -59,6 +59,8 @@ ItemRow {
     }
     cells: [
         SmallText {
+            id: reason
+
             anchors.verticalCenter: parent.verticalCenter
             maximumLineCount: 2
             objectName: row.objectName + ".reason"
@@ -68,6 +70,10 @@ ItemRow {
             width: (row.bodyWidth - row.nameX - row.inset - bytes.width - stateCell.width - buttonCell.width) / 2
                 - 2 * row.gap
             wrapMode: Text.Wrap
+
+            WholeText {
+                shown: reason
+            }
         },
         ItemCell {
             id: bytes

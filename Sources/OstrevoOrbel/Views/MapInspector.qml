@@ -34,6 +34,10 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             elide: parent.isPath ? Text.ElideMiddle : Text.ElideRight
             role: ThemedText.Small
+
+            WholeText {
+                shown: value
+            }
         }
     }
 

@@ -96,6 +96,13 @@ ScreenFrame {
         }
     }
 
+    // Where something is measured, Esc stops that.
+    Shortcut {
+        enabled: screen.visible && !screen.app.scan.running && !screen.app.rescan.running
+        sequence: "Esc"
+
+        onActivated: screen.closed()
+    }
     ScrollPage {
         anchors.fill: parent
         centred: true
@@ -156,9 +163,8 @@ ScreenFrame {
                         wrapMode: Text.Wrap
                     }
                     Paragraph {
-                        text: screen.report.putBackWords !== ""
-                            ? screen.report.putBackWords : screen.report.trashNote
                         objectName: "report.note"
+                        text: screen.report.note
                     }
                 }
                 Row {
@@ -191,7 +197,7 @@ ScreenFrame {
             entries: screen.report.moved
             objectName: "report.moved"
             remark: screen.report.movedSize
-            title: qsTr("Moved to Trash (%1)").arg(entries.count)
+            title: screen.report.movedTitle
         }
         Rows {
             entries: screen.report.skipped

@@ -34,6 +34,7 @@ private:
     void drawFolder(const TreemapTile& tile, const TileBox& box);
     void drawGround(const TreemapTile& tile, const QRect& rect, bool isPale);
     void drawWords(const TreemapTile& tile, const TileFace& face, const QRect& rect, bool isTicked);
+    void drawSmallerItems(const TreemapTile& tile, const TileFace& face, const QRect& rect);
     void drawLine(const QString& words, const QFont& font, const QFontMetricsF& metrics, const QRectF& line,
                   Qt::Alignment side, QRgb color);
     void drawGlyph(FileKind kind, const QRect& rect, const TileFace& face);

@@ -39,10 +39,11 @@ T.AbstractButton {
         Icon {
             id: icon
 
-            anchors.horizontalCenter: nav.rail ? parent.horizontalCenter : undefined
             anchors.verticalCenter: parent.verticalCenter
             color: nav.current ? Theme.accent : Theme.text2
             path: nav.iconPath
+            // An anchor that is taken off would leave it where it was.
+            x: nav.rail ? Math.round((parent.width - width) / 2) : 0
         }
         ThemedText {
             anchors.left: icon.right

@@ -10,21 +10,25 @@ Item {
     required property RoleList segments
     /// Fills all of what was measured with one colour in place of those of the kinds.
     property bool plain: false
-    /// The share of the whole that is used, where something points at its edge; -1 where nothing does.
-    property real usedShare: -1
-
     readonly property int gap: plain ? 0 : 1
-
-    /// Where a part ends that takes this share of the whole.
-    function edge(share: real): int {
-        return Math.round(share * bar.width);
-    }
+    /// Where the last part ends that is used, which is neither reserved nor free.
+    property real usedEnd: 0
 
     clip: true
     implicitHeight: 40
 
     Row {
         spacing: bar.gap
+
+        onPositioningComplete: {
+            let end = 0;
+            for (let i = 0; i < parts.count; ++i) {
+                const segment = parts.itemAt(i);
+                if (segment && segment.part < DiskLedger.Reserved)
+                    end = Math.max(end, segment.x + segment.width);
+            }
+            bar.usedEnd = end;
+        }
 
         Repeater {
             id: parts
@@ -44,8 +48,6 @@ Item {
                 Accessible.ignored: true
                 height: bar.height
                 width: index === parts.count - 1 ? Math.max(2, bar.width - x)
-                    : bar.usedShare >= 0 && part === DiskLedger.NotMeasured
-                    ? Math.max(2, bar.edge(bar.usedShare) - x)
                     : Math.max(2, Math.round(fraction * (bar.width - (parts.count - 1) * bar.gap)))
 
                 Rectangle {
