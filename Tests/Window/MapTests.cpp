@@ -50,6 +50,8 @@ public:
         app().setScreenName(QStringLiteral("map"));
         settle();
         view = qobject_cast<TreemapItem*>(item(QStringLiteral("map.view")));
+        // The map has the focus already; the keyboard comes to it anew.
+        item(QStringLiteral("sidebar.map"))->forceActiveFocus(Qt::TabFocusReason);
         view->forceActiveFocus(Qt::TabFocusReason);
         settle();
     }

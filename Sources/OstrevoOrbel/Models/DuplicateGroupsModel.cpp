@@ -357,6 +357,12 @@ int DuplicateGroupsModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
 
+QVariant DuplicateGroupsModel::data(const QModelIndex& index, int role) const {
+    if (role == keyRole && isRow(index.row()) && isHead(index.row()))
+        return QStringLiteral("group %1").arg(rows_[at(index.row())].group);
+    return RoleList::data(index, role);
+}
+
 bool DuplicateGroupsModel::isTicked(Row row) const {
     const auto& group = groups_[row.group];
     return row.copy < 0 ? group.isAllTicked() : group.copy(static_cast<std::size_t>(row.copy)).isTicked;

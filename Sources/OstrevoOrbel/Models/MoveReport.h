@@ -44,6 +44,8 @@ class MoveReport : public QObject {
     Q_PROPERTY(QString scope READ scope NOTIFY changed)
     /// "Moved to Trash: 20.8 GB (measured just now)."; once something was put back, "Put back 2 of 3 items."
     Q_PROPERTY(QString headline READ headline NOTIFY changed)
+    /// Something was to be put back and is not.
+    Q_PROPERTY(bool putBackFailed READ isPutBackFailed NOTIFY changed)
     /// What follows from that, in a sentence.
     Q_PROPERTY(QString note READ note NOTIFY changed)
     /// "Moved to Trash (3)", "Put back (3)"
@@ -83,6 +85,7 @@ public:
     QString unchecked() const;
     QString times() const;
     bool canPutBack() const;
+    bool isPutBackFailed() const { return !putBackOf_.empty() && canPutBack(); }
 
 Q_SIGNALS:
     void changed();

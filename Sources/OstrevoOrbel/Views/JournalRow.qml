@@ -59,7 +59,7 @@ ItemRow {
     }
     cells: [
         SmallText {
-            id: reason
+            id: reasonText
 
             anchors.verticalCenter: parent.verticalCenter
             maximumLineCount: 2
@@ -72,7 +72,7 @@ ItemRow {
             wrapMode: Text.Wrap
 
             WholeText {
-                shown: reason
+                shown: reasonText
             }
         },
         ItemCell {

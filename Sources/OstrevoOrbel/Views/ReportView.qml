@@ -11,6 +11,7 @@ ScreenFrame {
     readonly property MoveReport report: app.moves.report
     readonly property bool whole: !report.untrustworthy
     readonly property bool nothingMoved: report.moved.count === 0
+    readonly property bool fine: whole && !nothingMoved && !report.putBackFailed
 
     signal closed()
     signal exportWanted()
@@ -132,7 +133,7 @@ ScreenFrame {
                 Rectangle {
                     id: glyph
 
-                    color: screen.whole && !screen.nothingMoved ? Theme.okSoft : Theme.warnSoft
+                    color: screen.fine ? Theme.okSoft : Theme.warnSoft
                     height: Theme.px(44)
                     radius: height / 2
                     width: height
@@ -141,9 +142,9 @@ ScreenFrame {
 
                     Icon {
                         anchors.centerIn: parent
-                        color: screen.whole && !screen.nothingMoved ? Theme.ok : Theme.warn
+                        color: screen.fine ? Theme.ok : Theme.warn
                         size: Theme.px(20)
-                        path: screen.whole && !screen.nothingMoved ? Theme.icons.check : Theme.icons.warn
+                        path: screen.fine ? Theme.icons.check : Theme.icons.warn
                     }
                 }
                 Column {
