@@ -84,7 +84,9 @@ bool TrashNote::removeUnchanged(std::span<const Seen> notes) {
 TrashNote::TrashNote(const MoveIntent& intent)
     : itemPath_(intent.kind == MoveIntent::Kind::toTrash ? intent.destinationPath : intent.sourcePath),
       path_(intent.infoFile ? intent.infoFile->path : std::string()) {
-    folder_ = path_.empty() ? std::nullopt : notesFolder(parentPath(path_));
+    if (!intent.infoFile)
+        return;
+    folder_ = notesFolder(parentPath(path_));
     if (!folder_)
         return;
     const std::string name(lastPathComponent(path_));
