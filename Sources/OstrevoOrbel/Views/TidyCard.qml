@@ -22,7 +22,7 @@ Card {
     property string iconPath: ""
 
     readonly property alias table: table
-    readonly property Item firstFocus: card.list.count > 0 ? table : none
+    readonly property Item firstFocus: (card.list.count > 0 ? table : none) as Item
 
     clip: true
 
