@@ -30,6 +30,23 @@ TEST(AlertLoop, ChecksAtOnceWhenItIsSwitchedOnAndKeepsTheChoice) {
     EXPECT_EQ(scene.posted->messages.size(), 2);
 }
 
+struct SwitchedTray final : Tray {
+    bool isAvailable() const override { return isThere; }
+
+    bool isThere = false;
+};
+
+TEST(AlertLoop, PromisesToGoOnWithoutAWindowOnlyWhereThereIsAPlaceForIt) {
+    const auto promised = QStringLiteral("even with its window closed");
+    ModelScene scene;
+    const auto tray = std::make_shared<SwitchedTray>();
+    scene.environment.tray = tray;
+    const auto& alert = *scene.model().alert();
+    EXPECT_FALSE(alert.explanation().contains(promised));
+    tray->isThere = true;
+    EXPECT_TRUE(alert.explanation().contains(promised));
+}
+
 TEST(AlertLoop, StartsWithTheModelFromWhatWasKept) {
     ModelScene scene;
     scene.environment.settings->setValue(settingsKey,

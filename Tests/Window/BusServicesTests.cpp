@@ -220,13 +220,17 @@ TEST(TrayItem, IsShownWhileThereIsAPanelAndSomethingToShow) {
     QSignalSpy activated(&item, &TrayItem::activated);
     item.setWanted(true);
     QTest::qWait(50);
-    EXPECT_FALSE(item.isShown());
+    EXPECT_FALSE(item.isShown() || item.isAvailable());
 
     TrayHost host;
     auto panel = bus.connect();
     const auto watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
     serve(panel, watcher, QStringLiteral("/StatusNotifierWatcher"), host);
     EXPECT_TRUE(QTest::qWaitFor([&] { return item.isShown(); }, patience)) << "panels may come later";
+    EXPECT_TRUE(item.isAvailable());
+    TrayItem late(bus.connect());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return late.isAvailable(); }, patience))
+        << "the panel was there before";
     auto click = QDBusMessage::createMethodCall(host.items.value(0), QStringLiteral("/StatusNotifierItem"),
                                                 QStringLiteral("org.kde.StatusNotifierItem"),
                                                 QStringLiteral("Activate"));
@@ -234,7 +238,7 @@ TEST(TrayItem, IsShownWhileThereIsAPanelAndSomethingToShow) {
     panel.asyncCall(click);
     EXPECT_TRUE(QTest::qWaitFor([&] { return activated.count() == 1; }, patience));
     panel.unregisterService(watcher);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !item.isShown(); }, patience));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !item.isShown() && !item.isAvailable(); }, patience));
 }
 
 TEST(AppQuitter, AsksAnApplicationByItsMenuAndForcesNothing) {

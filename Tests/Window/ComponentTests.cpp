@@ -1,4 +1,5 @@
 #include "Map/MapColors.h"
+#include "Views/PathLines.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,6 +7,7 @@
 #include <memory>
 #include <QColor>
 #include <QCoreApplication>
+#include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -65,6 +67,10 @@ public:
         return words;
     }
 
+    void hover(const QString& id) {
+        auto* const item = value(id).value<QQuickItem*>();
+        QTest::mouseMove(window_.get(), item->mapToScene({item->width() / 2, item->height() / 2}).toPoint());
+    }
     void click(const QString& id) {
         auto* const item = value(id).value<QQuickItem*>();
         const auto centre = item->mapToScene({item->width() / 2, item->height() / 2}).toPoint();
@@ -323,6 +329,49 @@ TEST(WindowComponents, EscapeEmptiesAFieldBeforeItDoesAnythingElse) {
     EXPECT_EQ(scene.told(), QString());
     scene.press(Qt::Key_Escape);
     EXPECT_EQ(scene.told(), QStringLiteral("out "));
+}
+
+TEST(WindowComponents, WordsThatAreCutAreWholeInATooltip) {
+    ComponentScene scene("Badge { id: cut; width: 80; text: 'Protected: system location /usr' }"
+                         "Badge { id: whole; y: 200; text: 'Protected' }");
+    const auto isSaidWhole = [&] {
+        std::vector<QQuickItem*> open{scene.value(QStringLiteral("contentItem")).value<QQuickItem*>()};
+        while (!open.empty()) {
+            auto* const item = open.back();
+            open.pop_back();
+            if (item->isVisible() && item->property("text").toString().startsWith(QLatin1String("Protected:"))
+                && item->property("truncated").isValid() && !item->property("truncated").toBool())
+                return true;
+            const auto children = item->childItems();
+            open.insert(open.end(), children.begin(), children.end());
+        }
+        return false;
+    };
+    scene.hover(QStringLiteral("whole"));
+    EXPECT_FALSE(isSaidWhole());
+    scene.hover(QStringLiteral("cut"));
+    EXPECT_TRUE(QTest::qWaitFor(isSaidWhole));
+}
+
+TEST(WindowComponents, PathsBreakAfterSlashesAndNamesOnlyWhereTheyAreLongerThanALine) {
+    const QFont font(QStringLiteral("Noto Sans"));
+    const QFontMetricsF metrics(font);
+    const auto width = metrics.horizontalAdvance(QStringLiteral("/home/mira/film club"));
+    const auto linesOf = [&](const QString& path) {
+        const auto lines = PathLines::broken(path, font, width).split(QChar(QChar::LineSeparator));
+        EXPECT_EQ(lines.join(QString()), path);
+        for (const auto& line : lines)
+            EXPECT_LE(metrics.horizontalAdvance(line), width) << line.toStdString();
+        return lines;
+    };
+    EXPECT_EQ(linesOf(QStringLiteral("/home/mira")).size(), 1);
+    for (const auto& line :
+         linesOf(QStringLiteral("/home/mira/film club/a b c/2025-11-22/d e f.mkv")).mid(0, 2))
+        EXPECT_TRUE(line.endsWith(QLatin1Char('/'))) << line.toStdString();
+    const auto lines = linesOf(QStringLiteral("/home/a-name-that-is-longer-than-any-line-of-these/b"));
+    EXPECT_EQ(lines.front(), QStringLiteral("/home/"));
+    EXPECT_GE(lines.size(), 4);
+    EXPECT_EQ(PathLines::broken(QString(), font, width), QString());
 }
 
 TEST(WindowComponents, NamesFromTheDiskAreShownAsTheyAre) {

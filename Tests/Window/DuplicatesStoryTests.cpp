@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <QAbstractItemModelTester>
 
 namespace orbel::test {
 
@@ -58,17 +59,15 @@ TEST_F(DuplicatesInTheWindow, TwoOfThreeCopiesGoToTheTrashAndTheKeptOneStays) {
     open();
     keepPicture(scene, QStringLiteral("duplicates-not-searched"));
     search();
-    // The film's group comes first: its head, then its copies in the order of the disk.
+    // The film's group comes first: its head, then its copies.
     auto& flow = *scene.app().duplicates();
     int keptRow = 1;
     while (flow.groups()->fileAt(keptRow).path != place + "/Downloads/harbour.mkv")
         ++keptRow;
     scene.click(QStringLiteral("duplicates.keep.%1").arg(keptRow));
-    EXPECT_FALSE(scene.isShown(QStringLiteral("duplicates.tick.%1").arg(keptRow)));
-    for (int row = 1; row <= 3; ++row) {
-        if (row != keptRow)
-            scene.click(QStringLiteral("duplicates.tick.%1").arg(row));
-    }
+    EXPECT_FALSE(scene.isShown(QStringLiteral("duplicates.tick.1"))) << "the kept copy is the first";
+    for (int row = 2; row <= 3; ++row)
+        scene.click(QStringLiteral("duplicates.tick.%1").arg(row));
     EXPECT_TRUE(scene.says(QStringLiteral("2 copies ticked")));
     EXPECT_TRUE(scene.says(QStringLiteral("frees 12 MB")));
     keepPicture(scene, QStringLiteral("duplicates-ticked"));
@@ -87,6 +86,30 @@ TEST_F(DuplicatesInTheWindow, TwoOfThreeCopiesGoToTheTrashAndTheKeptOneStays) {
     scene.click(QStringLiteral("report.done"));
     EXPECT_TRUE(scene.says(QStringLiteral("2 groups")));
     EXPECT_FALSE(scene.says(QStringLiteral("harbour.mkv")));
+}
+
+TEST_F(DuplicatesInTheWindow, TheKeptCopyIsFirstAndTheOthersFollowByPath) {
+    open();
+    search();
+    auto& groups = *scene.app().duplicates()->groups();
+    const QAbstractItemModelTester tester(&groups, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const auto expectOrder = [&](const std::string& kept) {
+        EXPECT_EQ(groups.fileAt(1).path, kept);
+        EXPECT_EQ(groups.groupAt(1).keptFile().path, kept);
+        EXPECT_LT(groups.fileAt(2).path, groups.fileAt(3).path);
+    };
+    expectOrder(groups.groupAt(0).keptFile().path);
+    for (const int row : {3, 2, 3}) {
+        const auto chosen = groups.fileAt(row).path;
+        scene.click(QStringLiteral("duplicates.keep.%1").arg(row));
+        expectOrder(chosen);
+        EXPECT_EQ(scene.item(QStringLiteral("duplicates.table"))->property("currentIndex").toInt(), 1)
+            << "the focus keeps to the copy";
+        EXPECT_EQ(scene.item(QStringLiteral("duplicates.table"))->property("selectedRow").toInt(), 1);
+    }
+    scene.app().duplicates()->keepOldest();
+    expectOrder(groups.groupAt(0).keptFile().path);
+    keepPicture(scene, QStringLiteral("duplicates-kept-first"));
 }
 
 TEST_F(DuplicatesInTheWindow, KeysFoldTickKeepAndFind) {

@@ -11,7 +11,8 @@ namespace orbel::test {
 TEST(ItemActionsOn, APathReachesTheDesktopAsItIsOnTheDisk) {
     FakeDesktop desktop;
     const FileTree none;
-    const ItemActions actions(desktop, PathCanonicalizer::shared(),
+    Notice notice;
+    const ItemActions actions(desktop, PathCanonicalizer::shared(), notice,
                               [&]() -> const FileTree& { return none; });
     for (const std::string path : {"/home/mira/Videos/harbour.mkv", "/tmp/caf\xe9 #1%20?.txt", "/tmp/a\nb"}) {
         actions.open(keyOf(path));
@@ -40,7 +41,9 @@ TEST(ItemActionsOn, WhatTheTreeHasIsFoundInItByPathAndNothingElse) {
     builder.file(films, "a\xff.mkv", 100);
     FileTree shown;
     FakeDesktop desktop;
-    ItemActions actions(desktop, PathCanonicalizer::shared(), [&]() -> const FileTree& { return shown; });
+    Notice notice;
+    ItemActions actions(desktop, PathCanonicalizer::shared(), notice,
+                        [&]() -> const FileTree& { return shown; });
     std::vector<std::string> wanted;
     QObject::connect(&actions, &ItemActions::mapWanted,
                      [&](quint32 node) { wanted.push_back("map " + shown.walkedPath(node)); });
@@ -58,7 +61,9 @@ TEST(ItemActionsOn, WhatTheTreeHasIsFoundInItByPathAndNothingElse) {
     EXPECT_FALSE(actions.isMeasured(keyOf("/elsewhere")));
     actions.showOnMap(film);
     actions.measureAgain(keyOf("/data/films"));
+    notice.dismiss();
     actions.measureAgain(keyOf("/elsewhere"));
+    EXPECT_EQ(notice.text(), QStringLiteral("/elsewhere is not in what was measured."));
     EXPECT_EQ(wanted, (std::vector<std::string>{"map /data/films/a\xff.mkv", "measure /data/films"}));
 }
 

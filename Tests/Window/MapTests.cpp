@@ -1,12 +1,16 @@
+#include "Models/MapWords.h"
 #include "ModelScene.h"
 #include "Support/TreeBuilder.h"
 #include "Views/TreemapItem.h"
+#include "Views/TreemapPainter.h"
 #include "WindowScene.h"
 
 #include <gtest/gtest.h>
 #include <QAccessible>
 #include <QDir>
 #include <QGuiApplication>
+#include <QPainter>
+#include <QQmlProperty>
 #include <QtTest/QTest>
 
 namespace orbel::test {
@@ -46,6 +50,8 @@ public:
         app().setScreenName(QStringLiteral("map"));
         settle();
         view = qobject_cast<TreemapItem*>(item(QStringLiteral("map.view")));
+        // The map has the focus already; the keyboard comes to it anew.
+        item(QStringLiteral("sidebar.map"))->forceActiveFocus(Qt::TabFocusReason);
         view->forceActiveFocus(Qt::TabFocusReason);
         settle();
     }
@@ -105,6 +111,60 @@ TEST(WindowMap, ThePointerTellsAndLaysNothingOut) {
     EXPECT_NE(scene.view->hoverHint(), QString());
     EXPECT_EQ(scene.view->layouts(), layouts);
     EXPECT_EQ(scene.selected(), QStringLiteral("lake.mov"));
+}
+
+TEST(WindowMap, TheMarksLeaveTheWordsOfATileFree) {
+    MapScene scene;
+    const auto widestMark = [&] {
+        scene.settle();
+        double widest = 0;
+        for (const auto* name : {"map.focus", "map.selected"}) {
+            std::vector<QQuickItem*> open{scene.item(QLatin1String(name))};
+            while (!open.empty()) {
+                auto* const item = open.back();
+                open.pop_back();
+                const auto children = item->childItems();
+                open.insert(open.end(), children.begin(), children.end());
+                if (const auto border = item->property("border"); border.isValid() && item->isVisible())
+                    widest = std::max(
+                        widest, item->mapToItem(scene.view, {0, 0}).x() - scene.view->currentBox().x()
+                                    + QQmlProperty(item, QStringLiteral("border.width")).read().toDouble());
+            }
+        }
+        return widest;
+    };
+    for (const auto key : {Qt::Key_Home, Qt::Key_Down, Qt::Key_Right}) {
+        scene.press(key);
+        EXPECT_TRUE(scene.view->isFocusShown());
+        EXPECT_GT(widestMark(), 1);
+        EXPECT_LE(widestMark(), 4);
+    }
+}
+
+TEST(WindowMap, ATileOfSmallerItemsSaysHowManyAsLongAsANumberFits) {
+    const auto isLabelled = [](double width, double height, std::uint32_t count) {
+        QImage image(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGB32);
+        QPainter painter(&image);
+        TreemapTile tile;
+        tile.content = TreemapTile::SmallerItems{.parent = 0, .count = count};
+        tile.rect = {.x = 0, .y = 0, .width = width, .height = height};
+        const TreemapPainter::Style style{
+            .isDark = false, .family = QStringLiteral("Noto Sans"), .scale = 1, .isTicked = {}};
+        TreemapPainter(painter, style).draw(std::span(&tile, 1));
+        for (int y = 0; y + 1 < image.height(); ++y) {
+            for (int x = 0; x + 1 < image.width(); ++x) {
+                if (image.pixel(x, y) != image.pixel(0, 0))
+                    return true;
+            }
+        }
+        return false;
+    };
+    for (const auto width : {300.0, 90.0, 64.0, 46.0})
+        EXPECT_TRUE(isLabelled(width, 200, 1234)) << width;
+    EXPECT_TRUE(isLabelled(64, 18, 12));
+    EXPECT_FALSE(isLabelled(12, 200, 1234)) << "a number that is cut is another number";
+    EXPECT_EQ(smallerItemsText(1), QStringLiteral("1 smaller item"));
+    EXPECT_EQ(smallerItemsText(1234), QStringLiteral("1,234 smaller items"));
 }
 
 TEST(WindowMap, KeysWalkFromTileToTileAndFromFolderToFolder) {

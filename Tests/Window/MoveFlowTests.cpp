@@ -108,7 +108,8 @@ TEST_F(MoveFlowOn, WhatMovesIsWhatWasShownAndAllOfItComesBack) {
     moves().putBackAll();
     scene.waitUntil([this] { return !moves().isPuttingBack() && !app().treeEdits().isBusy(); });
     EXPECT_TRUE(fs::exists(films[0]) && fs::exists(films[1]));
-    EXPECT_EQ(moves().report()->putBackWords(), QStringLiteral("2 items put back"));
+    EXPECT_EQ(moves().report()->headline(), QStringLiteral("Put back 2 items."));
+    EXPECT_EQ(moves().report()->movedTitle(), QStringLiteral("Put back (2)"));
     EXPECT_FALSE(moves().report()->canPutBack());
     EXPECT_EQ(app().scan()->tree()->allocated(0), before->allocated(0));
     EXPECT_TRUE(isInTree(films[0]));

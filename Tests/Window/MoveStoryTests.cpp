@@ -171,14 +171,50 @@ TEST_F(MovingInTheWindow, FromTwoTilesToTheTrashAndBackAgain) {
     EXPECT_TRUE(box(films[0]).isEmpty());
 
     scene.click(QStringLiteral("report.putBack"));
-    ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("2 items put back")); }));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("Put back 2 items.")); }));
+    EXPECT_FALSE(scene.says(QStringLiteral("Moved to Trash")));
     EXPECT_TRUE(allThere());
     ASSERT_TRUE(scene.waitUntil([&] { return !scene.app().treeEdits().isBusy(); }));
     keep(QStringLiteral("report-put-back"));
-    scene.click(QStringLiteral("report.done"));
-    EXPECT_TRUE(scene.isShown(QStringLiteral("map.view")));
+    scene.press(Qt::Key_Escape);
+    EXPECT_TRUE(scene.hasFocus(QStringLiteral("map.view")));
     EXPECT_EQ(box(films[0]), before);
     EXPECT_EQ(ticked(), 0);
+}
+
+TEST_F(MovingInTheWindow, WhatIsNotAllBackSaysSo) {
+    open();
+    tick(films[0], Qt::LeftButton);
+    scene.press(Qt::Key_Space);
+    tick(films[1], Qt::LeftButton);
+    scene.press(Qt::Key_Space);
+    ASSERT_TRUE(scene.waitUntil([&] { return ticked() == 2; }));
+    scene.press(Qt::Key_Delete);
+    scene.click(QStringLiteral("confirm.commit"));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("report.headline")); }));
+    std::ofstream(films[0]) << "another one";
+    scene.click(QStringLiteral("report.putBack"));
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("Put back 1 of 2 items.")); }));
+    EXPECT_TRUE(scene.says(QStringLiteral("Moved to Trash (2)"))) << "one of them still is";
+
+    // Qt's own dialog stands in for the desktop's.
+    scene.click(QStringLiteral("report.export"));
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("fileNameTextField")); }));
+    EXPECT_TRUE(scene.says(QStringLiteral("Save")));
+    EXPECT_EQ(scene.item(QStringLiteral("fileNameTextField"))->property("text").toString(),
+              QStringLiteral("Vanto report.md"));
+    keep(QStringLiteral("save-dialog"));
+    scene.press(Qt::Key_Escape);
+    EXPECT_TRUE(scene.waitUntil([&] { return !scene.isShown(QStringLiteral("fileNameTextField")); }));
+    EXPECT_TRUE(scene.isShown(QStringLiteral("report.headline"))) << "Esc is for what has opened last";
+}
+
+TEST_F(MovingInTheWindow, DelWithNothingTickedSaysSo) {
+    open();
+    scene.press(Qt::Key_Delete);
+    EXPECT_TRUE(scene.isShown(QStringLiteral("notice")));
+    EXPECT_TRUE(scene.says(QStringLiteral("Nothing is ticked.")));
+    EXPECT_FALSE(scene.isShown(QStringLiteral("confirm.commit")));
 }
 
 TEST_F(MovingInTheWindow, WhatCouldNotBeReadIsToldBeforeItMoves) {

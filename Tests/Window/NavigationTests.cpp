@@ -117,6 +117,51 @@ TEST(WindowNavigation, TheSidebarFoldsToARailWhereTheWindowIsNarrow) {
     EXPECT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("Large and Old")); }));
 }
 
+TEST(WindowNavigation, TheSidebarIsTheSameAfterItWasARail) {
+    WindowScene scene;
+    scene.open();
+    const auto places = [&] {
+        scene.settle();
+        std::vector<QRectF> found;
+        for (auto* const text : scene.texts()) {
+            if (text->mapToScene({0, 0}).x() < 212)
+                found.push_back(text->mapRectToScene({0, 0, text->width(), text->height()}));
+        }
+        return found;
+    };
+    const auto before = places();
+    scene.window().resize(800, 560);
+    scene.settle();
+    scene.window().resize(1440, 900);
+    EXPECT_TRUE(places() == before);
+}
+
+TEST(WindowOverview, TheBracketIsAsLongAsWhatIsUsedAndTheSumStaysInOneRowWhileItFits) {
+    WindowScene scene;
+    scene.open(1100, 700);
+    scene.press(Qt::Key_F5);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("overview.term.total")); }));
+    scene.settle();
+    const auto y = [&](const char* term) {
+        return scene.item(QStringLiteral("overview.term.") + QLatin1String(term))->mapToScene({0, 0}).y();
+    };
+    EXPECT_EQ(y("measured"), y("total"));
+    const auto* const bar = scene.item(QStringLiteral("overview.ledger"));
+    double used = 0;
+    for (const auto* const row : bar->childItems()) {
+        for (auto* const segment : row->childItems()) {
+            if (const auto part = segment->property("part");
+                part.isValid() && part.toInt() < DiskLedger::Reserved)
+                used = std::max(used, segment->x() + segment->width());
+        }
+    }
+    EXPECT_GT(used, 0);
+    EXPECT_EQ(scene.item(QStringLiteral("overview.bracket"))->width(), used);
+    scene.window().resize(800, 560);
+    scene.settle();
+    EXPECT_LT(y("measured"), y("total"));
+}
+
 TEST(WindowScan, ShowsWhatAFolderHoldsFromTheFirstRunToTheEnd) {
     WindowScene scene;
     scene.environment.home = scene.folder();
@@ -296,6 +341,28 @@ TEST(WindowFrame, BlamesWhatCouldNotBeReadForNothingOutsideTheFolder) {
     ASSERT_TRUE(scene.waitUntil(
         [&] { return scene.isShown(QStringLiteral("overview.term.notmeasured")) && !link().isEmpty(); }));
     EXPECT_EQ(remark(), QString());
+}
+
+namespace {
+
+/// A desktop without a file manager.
+struct BareDesktop final : Desktop {
+    void open(const std::string&) override {}
+    void showInFileManager(const std::string&) override {}
+    void openTrash(const std::string&) override { reportFailure(QStringLiteral("No program")); }
+    void openAddress(const QString&) override {}
+    void copyText(const QString&) override {}
+};
+
+} // namespace
+
+TEST(WindowFrame, SaysWhenTheTrashCannotBeOpened) {
+    WindowScene scene;
+    scene.environment.desktop = std::make_shared<BareDesktop>();
+    scene.open();
+    scene.click(QStringLiteral("sidebar.trash"));
+    EXPECT_TRUE(scene.isShown(QStringLiteral("notice")));
+    EXPECT_TRUE(scene.says(QStringLiteral("No program")));
 }
 
 TEST(WindowFrame, OpensTheTrash) {

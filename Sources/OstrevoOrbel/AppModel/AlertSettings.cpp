@@ -20,6 +20,8 @@ AlertSettings::AlertSettings(const AppEnvironment& environment, const DiskState&
       notice_(notice),
       lowDisk_(loadLowDiskSettings(*environment.settings)) {
     connect(&disk, &DiskState::volumeChanged, this, &AlertSettings::changed);
+    if (environment.tray)
+        connect(environment.tray.get(), &Tray::availableChanged, this, &AlertSettings::changed);
     alertTimer_.setInterval(LowDiskAlert::checkInterval);
     connect(&alertTimer_, &QTimer::timeout, this, &AlertSettings::checkFreeSpace);
     restartAlertLoop();
@@ -64,6 +66,16 @@ void AlertSettings::setChoice(int choice) {
         return;
     lowDisk_.threshold = LowDiskSettings::thresholds.at(index).bytes;
     saveLowDisk();
+}
+
+QString AlertSettings::explanation() const {
+    return environment_.tray && environment_.tray->isAvailable()
+               ? tr("Checks every 5 minutes while Vanto is open, even with its window closed. It only "
+                    "informs; it "
+                    "never deletes anything.")
+               : tr("Checks every 5 minutes while its window is open, minimised or not. Closing the window "
+                    "ends Vanto: "
+                    "this desktop has no place for its icon. It only informs; it never deletes anything.");
 }
 
 QString AlertSettings::sampleBody() const {

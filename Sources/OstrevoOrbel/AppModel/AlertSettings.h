@@ -24,6 +24,8 @@ class AlertSettings final : public QObject {
     /// The labels of the thresholds, in order, and the index of the chosen one; -1 for a custom threshold.
     Q_PROPERTY(QStringList thresholds READ thresholds CONSTANT)
     Q_PROPERTY(int choice READ choice WRITE setChoice NOTIFY changed)
+    /// When free space is looked at, which is less where the desktop shows no icon of a closed window.
+    Q_PROPERTY(QString explanation READ explanation NOTIFY changed)
     /// The notification as it would look now.
     Q_PROPERTY(QString sampleTitle READ sampleTitle CONSTANT)
     Q_PROPERTY(QString sampleBody READ sampleBody NOTIFY changed)
@@ -39,6 +41,7 @@ public:
     QStringList thresholds() const;
     int choice() const;
     void setChoice(int choice);
+    QString explanation() const;
     QString sampleTitle() const { return textOf(LowDiskAlert::message(0).title); }
     QString sampleBody() const;
     bool opensAtLogin() const { return environment_.loginItem->isEnabled(); }

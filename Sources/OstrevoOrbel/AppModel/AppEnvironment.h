@@ -11,6 +11,7 @@
 #include "Ports/Diagnostics.h"
 #include "Ports/LoginItem.h"
 #include "Ports/Notifier.h"
+#include "Ports/Tray.h"
 #include "Scan/ScanCancellation.h"
 #include "Scan/ScanProgress.h"
 #include "Scan/ScanResult.h"
@@ -66,6 +67,7 @@ struct AppEnvironment {
     std::shared_ptr<Desktop> desktop;
     std::shared_ptr<Notifier> notifier;
     std::shared_ptr<LoginItem> loginItem;
+    std::shared_ptr<Tray> tray;               ///< absent: the desktop has none
     std::shared_ptr<Appearance> appearance;   ///< absent: light, unless dark is chosen
     std::shared_ptr<Diagnostics> diagnostics; ///< absent unless a run is to be measured
 

@@ -44,8 +44,9 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       apps_(environment_, policy_, moves_, shown_, notice_),
       alert_(environment_, disk_, notice_),
       appearance_(environment_),
-      actions_(*environment_.desktop, policy_->canonicalizer(),
+      actions_(*environment_.desktop, policy_->canonicalizer(), notice_,
                [this]() -> const FileTree& { return *scan_.tree(); }) {
+    environment_.desktop->reportFailure = [this](const QString& words) { notice_.show(words); };
     connect(&shown_, &ShownScreen::changed, this, &AppModel::screenChanged);
     connect(&actions_, &ItemActions::mapWanted, this, &AppModel::showOnMap);
     connect(&actions_, &ItemActions::measureWanted, &rescan_, &RescanFlow::start);
@@ -83,8 +84,12 @@ bool AppModel::isShownScreenBusy() const {
     return false;
 }
 
+QUrl AppModel::homeFolder() const {
+    return {textOf(fileUrl(environment_.home))};
+}
+
 void AppModel::chooseFolderAndScan() {
-    Q_EMIT folderWanted(tr("Choose a folder to map."), QUrl(textOf(fileUrl(environment_.home))));
+    Q_EMIT folderWanted(tr("Choose a folder to map."), homeFolder());
 }
 
 void AppModel::showOnMap(quint32 node) {

@@ -41,6 +41,7 @@ class AppModel final : public QObject {
     Q_PROPERTY(int screenIndex READ screenIndex NOTIFY screenChanged)
     Q_PROPERTY(QString version READ version CONSTANT)
     Q_PROPERTY(QString motto READ motto CONSTANT)
+    Q_PROPERTY(QUrl homeFolder READ homeFolder CONSTANT)
 
     Q_PROPERTY(orbel::Notice* notice READ notice CONSTANT)
     Q_PROPERTY(orbel::DiskState* disk READ disk CONSTANT)
@@ -82,13 +83,17 @@ public:
     const SafetyPolicy& policy() const { return *policy_; }
     Diagnostics* diagnostics() const { return environment_.diagnostics.get(); }
     Screen screen() const { return shown_.screen(); }
-    void setScreen(Screen screen) { shown_.set(screen); }
+    void setScreen(Screen screen) {
+        shown_.set(screen);
+        Q_EMIT opened();
+    }
     QString screenName() const { return shown_.name(); }
     void setScreenName(const QString& name);
     int screenIndex() const { return static_cast<int>(screen()); }
     /// Whether what the shown screen lists is still being found.
     bool isShownScreenBusy() const;
     QString version() const { return textOf(appVersion()); }
+    QUrl homeFolder() const;
     QString motto() const { return QStringLiteral("Measure first. Change safely. Always reversible."); }
 
     Notice* notice() { return &notice_; }
@@ -110,6 +115,8 @@ public:
 
 Q_SIGNALS:
     void screenChanged();
+    /// A screen is to be seen, whether or not it is another one.
+    void opened();
     // Asks the window to do what only a window can.
     void folderWanted(const QString& prompt, const QUrl& startFolder);
     void aboutWanted();

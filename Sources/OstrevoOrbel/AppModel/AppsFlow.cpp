@@ -312,7 +312,7 @@ AppFacts AppsFlow::selected() const {
     facts.runningText = running.empty() ? tr("not running")
                         : running.size() == 1
                             ? tr("running")
-                            : tr("running, %1 processes").arg(orbel::countText(running.size()));
+                            : tr("running, %1").arg(countOf(running.size(), tr("process"), tr("processes")));
     std::uint64_t appBytes = 0;
     std::uint64_t leftoverBytes = 0;
     for (std::size_t i = 0; i < plan_->items.size(); ++i)

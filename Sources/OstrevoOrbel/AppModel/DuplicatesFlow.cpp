@@ -215,8 +215,12 @@ int DuplicatesFlow::headOf(int row) const {
 }
 
 void DuplicatesFlow::review() {
-    if (tickedCount() == 0 || isReviewing() || scan_.isScanning())
+    if (isReviewing())
         return;
+    if (tickedCount() == 0 || scan_.isScanning()) {
+        moves_.ask({}); // which says why nothing comes of it
+        return;
+    }
     struct Asked {
         std::size_t number;
         DuplicateGroup group;

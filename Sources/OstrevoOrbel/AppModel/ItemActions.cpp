@@ -7,8 +7,9 @@
 
 namespace orbel {
 
-ItemActions::ItemActions(Desktop& desktop, const PathCanonicalizer& canonicalizer, ShownTree tree)
-    : desktop_(desktop), canonicalizer_(canonicalizer), tree_(std::move(tree)) {}
+ItemActions::ItemActions(Desktop& desktop, const PathCanonicalizer& canonicalizer, Notice& notice,
+                         ShownTree tree)
+    : desktop_(desktop), canonicalizer_(canonicalizer), notice_(notice), tree_(std::move(tree)) {}
 
 QString ItemActions::keyOf(quint32 node) const {
     const auto& tree = tree_();
@@ -35,17 +36,28 @@ std::optional<NodeIndex> ItemActions::nodeOf(const QString& key) const {
     return path.empty() ? std::nullopt : tree_().index(path, canonicalizer_);
 }
 
+std::optional<NodeIndex> ItemActions::nodeOrNotice(const QString& key) const {
+    const auto node = nodeOf(key);
+    if (!node && !key.isEmpty())
+        notice_.show(tr("%1 is not in what was measured.").arg(textOf(pathOfKey(key))));
+    return node;
+}
+
 bool ItemActions::isMeasured(const QString& key) const {
     return nodeOf(key).has_value();
 }
 
 void ItemActions::showOnMap(const QString& key) {
-    if (const auto node = nodeOf(key))
+    if (const auto node = nodeOrNotice(key))
         Q_EMIT mapWanted(*node);
 }
 
+void ItemActions::explainRefusal(const QString& name, const QString& refusal) const {
+    notice_.show(tr("“%1” cannot be ticked: %2").arg(name, refusal));
+}
+
 void ItemActions::measureAgain(const QString& key) {
-    if (const auto node = nodeOf(key))
+    if (const auto node = nodeOrNotice(key))
         Q_EMIT measureWanted(*node);
 }
 

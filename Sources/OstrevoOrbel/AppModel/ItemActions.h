@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AppModel/Notice.h"
 #include "Ports/Desktop.h"
 #include "Scan/FileTree.h"
 
@@ -21,18 +22,20 @@ class ItemActions final : public QObject {
 public:
     using ShownTree = std::function<const FileTree&()>;
 
-    /// `desktop` and `canonicalizer` outlive this. `tree` gives the tree that the map shows, empty when
+    /// The references outlive this. `tree` gives the tree that the map shows, empty when
     /// there is none.
-    ItemActions(Desktop& desktop, const PathCanonicalizer& canonicalizer, ShownTree tree);
+    ItemActions(Desktop& desktop, const PathCanonicalizer& canonicalizer, Notice& notice, ShownTree tree);
 
     /// Of a node of that tree; empty when there is no such node.
     Q_INVOKABLE QString keyOf(quint32 node) const;
     Q_INVOKABLE void open(const QString& key) const;
     Q_INVOKABLE void showInFileManager(const QString& key) const;
     Q_INVOKABLE void copyPath(const QString& key) const;
-    /// Whether the tree has the item, so that the next two do something.
+    /// Whether the tree has the item; without it the next two say so, and nothing else.
     Q_INVOKABLE bool isMeasured(const QString& key) const;
     Q_INVOKABLE void showOnMap(const QString& key);
+    /// Says why an item cannot be ticked.
+    Q_INVOKABLE void explainRefusal(const QString& name, const QString& refusal) const;
     /// Measures the item, or the folder that it is in, again.
     Q_INVOKABLE void measureAgain(const QString& key);
 
@@ -42,9 +45,11 @@ Q_SIGNALS:
 
 private:
     std::optional<NodeIndex> nodeOf(const QString& key) const;
+    std::optional<NodeIndex> nodeOrNotice(const QString& key) const;
 
     Desktop& desktop_;
     const PathCanonicalizer& canonicalizer_;
+    Notice& notice_;
     ShownTree tree_;
 };
 

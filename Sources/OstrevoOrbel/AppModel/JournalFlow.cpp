@@ -219,8 +219,10 @@ void JournalFlow::askNext() {
 // The intents of a row.
 
 void JournalFlow::putBack(int row) {
-    if (!list_.isPossibleAt(row))
+    if (!list_.isPossibleAt(row)) {
+        notice_.show(tr("This cannot be put back now. Its row says what became of it."));
         return;
+    }
     if (const auto* const entry = list_.entryAt(row))
         putBack_.putBackEntry(entry->id);
     else

@@ -127,8 +127,19 @@ void MoveFlow::review(Ticks* ticks) {
 void MoveFlow::ask(std::vector<TickedItem> items) {
     std::erase_if(items, [](const TickedItem& ticked) { return !ticked.item.isSelectable(); });
     dropTakenAlong(items);
-    if (items.empty() || isConfirming() || !activity_.isIdle())
+    // What is shown says by itself why nothing else begins.
+    if (isConfirming() || isDeleting())
         return;
+    if (!activity_.isIdle()) {
+        notice_.show(scan_.isScanning()
+                         ? tr("Nothing moves while something is measured. Wait for the end, or stop it.")
+                         : tr("Nothing moves while something is put back."));
+        return;
+    }
+    if (items.empty()) {
+        notice_.show(tr("Nothing is ticked. Space ticks the item that has the focus."));
+        return;
+    }
     origin_ = shown_.title();
     items_.setItems(items);
     request_ = {.id = newUuid(), .items = std::move(items)};

@@ -83,8 +83,8 @@ public:
 
     // Intents.
 
-    /// Asks for a confirmation of what is ticked. Ignored while nothing is, and while a confirmation is asked
-    /// for, a batch runs or a scan does.
+    /// Asks for a confirmation of what is ticked. Says so where nothing is, and while a scan or a put back
+    /// runs; ignored while a confirmation is asked for or a batch runs.
     Q_INVOKABLE void review(orbel::Ticks* ticks);
     /// The same for items that a screen has no ticks for.
     void ask(std::vector<TickedItem> items);

@@ -45,8 +45,16 @@ void PutBackFlow::putBackLast() {
 }
 
 void PutBackFlow::start(std::function<Outcome(const PutBack&, const ScanCancellation&)> work) {
-    if (!isReady())
+    if (!isReady()) {
+        if (isRunning())
+            return;
+        isFailed_ = true;
+        statement_ = tr("Nothing is put back while something is measured or moved");
+        explanation_.clear();
+        restoredPath_.reset();
+        Q_EMIT changed();
         return;
+    }
     statement_.clear();
     explanation_.clear();
     restoredPath_.reset();
@@ -79,10 +87,13 @@ void PutBackFlow::tell(const std::vector<PutBackResult>& results) {
     if (results.empty()) {
         statement_ = tr("There is nothing to put back");
     } else if (restored == 0) {
-        statement_ = results.size() == 1 ? tr("%1 was not put back").arg(quoted(results.front()))
-                                         : tr("None of %1 items was put back").arg(countText(results.size()));
+        statement_ =
+            results.size() == 1
+                ? tr("%1 was not put back").arg(quoted(results.front()))
+                : tr("None of %1 was put back").arg(countOf(results.size(), tr("item"), tr("items")));
     } else if (restored < results.size()) {
-        statement_ = tr("Put back %1 of %2 items").arg(countText(restored), countText(results.size()));
+        statement_ = tr("Put back %1 of %2")
+                         .arg(countText(restored), countOf(results.size(), tr("item"), tr("items")));
     } else {
         statement_ = tr("Put back %1").arg(quoted(*back));
         if (restored > 1)

@@ -44,7 +44,7 @@ public:
     /// Stops after the item in progress, and waits for it.
     ~PutBackFlow() override { job_.stopAndWait(); }
 
-    // Intents, each ignored while none can begin.
+    // Intents. While none can begin, each says so; while one runs, it is ignored.
 
     void putBackEntry(const std::string& entryID);
     void putBackSession(const std::string& sessionID);

@@ -24,8 +24,12 @@ RescanFlow::RescanFlow(const AppEnvironment& environment, ScanFlow& scan, TreeEd
 
 void RescanFlow::start(quint32 node) {
     const auto& tree = scan_.tree();
-    if (isRunning() || !scan_.hasTree() || node >= tree->count() || !activity_.isIdle())
+    if (isRunning() || !scan_.hasTree() || node >= tree->count())
         return;
+    if (!activity_.isIdle()) {
+        notice_.show(tr("A folder is measured again when nothing else runs."));
+        return;
+    }
     if (node == 0) {
         scan_.measureAgain();
         return;

@@ -230,7 +230,7 @@ QString TidyFlow::shortcutsTicked() const {
 }
 
 QString TidyFlow::moveFoldersText() const {
-    const auto count = static_cast<std::uint64_t>(folders_.tickedInside());
+    const auto count = static_cast<std::uint64_t>(folders_.tickedCount());
     return tr("Move %1 to the Trash")
         .arg(count == 0 ? tr("empty folders") : countOf(count, tr("empty folder"), tr("empty folders")));
 }

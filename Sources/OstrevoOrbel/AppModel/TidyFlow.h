@@ -41,7 +41,7 @@ class TidyFlow final : public QObject {
     /// "7 ticked, 11 with those inside"
     Q_PROPERTY(QString foldersTicked READ foldersTicked NOTIFY changed)
     Q_PROPERTY(QString shortcutsTicked READ shortcutsTicked NOTIFY changed)
-    /// "Move 11 empty folders to the Trash"
+    /// "Move 7 empty folders to the Trash": the topmost, as the confirmation counts them.
     Q_PROPERTY(QString moveFoldersText READ moveFoldersText NOTIFY changed)
     Q_PROPERTY(QString moveShortcutsText READ moveShortcutsText NOTIFY changed)
     /// What a path has to hold for its row to be shown.

@@ -5,6 +5,7 @@
 #include "Util/PathText.h"
 
 #include <algorithm>
+#include <numeric>
 #include <QCoreApplication>
 
 namespace orbel {
@@ -31,7 +32,18 @@ CopyGroup::CopyGroup(DuplicateGroup group, const FileTree& tree)
     copies_.reserve(group_.files.size());
     for (const auto& file : group_.files)
         copies_.push_back({.bytes = tree.allocated(file.index)});
+    byPath_.resize(size());
+    std::iota(byPath_.begin(), byPath_.end(), std::size_t{0});
+    std::ranges::sort(
+        byPath_, {}, [this](std::size_t copy) -> const auto& { return file(copy).path; });
     settle();
+}
+
+std::vector<std::size_t> CopyGroup::order() const {
+    auto order = byPath_;
+    const auto kept = std::ranges::find(order, kept_);
+    std::rotate(order.begin(), kept, kept + 1);
+    return order;
 }
 
 bool CopyGroup::mayTick(std::size_t copy) const {

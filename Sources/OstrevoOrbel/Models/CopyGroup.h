@@ -53,6 +53,8 @@ public:
     const Figures& figures() const { return figures_; }
     ContentKind kind() const { return kind_; }
     std::size_t kept() const { return kept_; }
+    /// All copies in the order in which they are listed: the kept one, then the others by path.
+    std::vector<std::size_t> order() const;
     const DuplicateFile& keptFile() const { return group_.files[kept_]; }
     /// There are two copies or more.
     bool isShown() const { return figures_.here >= 2; }
@@ -80,7 +82,8 @@ private:
     void settle();
 
     DuplicateGroup group_;
-    std::vector<Copy> copies_; ///< as many as the group has files
+    std::vector<Copy> copies_;        ///< as many as the group has files
+    std::vector<std::size_t> byPath_; ///< their numbers
     ContentKind kind_ = ContentKind::other;
     std::size_t kept_ = 0;
     Figures figures_;

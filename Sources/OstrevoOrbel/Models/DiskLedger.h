@@ -60,8 +60,6 @@ class DiskLedger : public QObject {
     /// By how much the used bytes have grown since the scan, or shrunk, beside what is known of it.
     Q_PROPERTY(orbel::ByteFigure writtenSince READ writtenSince NOTIFY changed)
     Q_PROPERTY(orbel::ByteFigure freedSince READ freedSince NOTIFY changed)
-    /// All that the bar shows as used; as much as is used unless something is counted twice or freed since.
-    Q_PROPERTY(orbel::ByteFigure counted READ counted NOTIFY changed)
     /// Kept by the file system: neither used nor free.
     Q_PROPERTY(orbel::ByteFigure reserved READ reserved NOTIFY changed)
     /// The parts in the order of the bar; their bytes add up to the whole.
@@ -104,9 +102,6 @@ public:
     ByteFigure shared() const { return above(-uncounted_); }
     ByteFigure writtenSince() const { return above(since_); }
     ByteFigure freedSince() const { return above(-since_); }
-    ByteFigure counted() const {
-        return ByteFigure(measuredBytes_ + figures_.trash + notMeasured().bytes() + writtenSince().bytes());
-    }
     ByteFigure reserved() const { return ByteFigure(volume().otherVolumes()); }
     GadgetListModel<LedgerSegment>* segments() { return &segments_; }
     QString summary() const;

@@ -133,9 +133,11 @@ void DuplicateGroupsModel::appendRows(std::vector<Row>& rows, std::size_t group)
     rows.push_back({.group = number});
     if (shown.isFolded)
         return;
-    for (std::size_t i = 0; i < shown.size(); ++i) {
-        if (!shown.copy(i).isGone)
-            rows.push_back({.group = number, .copy = static_cast<std::int32_t>(i)});
+    std::int32_t place = 0;
+    for (const auto copy : shown.order()) {
+        if (!shown.copy(copy).isGone)
+            rows.push_back({.group = number, .place = place, .copy = static_cast<std::int32_t>(copy)});
+        ++place;
     }
 }
 
@@ -153,7 +155,9 @@ void DuplicateGroupsModel::showRows() {
     }
     const auto going = runsOf(positionsMissingIn(rows_, wanted));
     const auto coming = runsOf(positionsMissingIn(wanted, rows_));
-    if (going.size() + coming.size() > mostChanges || rows_.empty()) {
+    // Rows that go where others come are too much for a ListView of Qt 6.4: it leaves some of them drawn.
+    const bool isArrangedAnew = !going.empty() && !coming.empty();
+    if (isArrangedAnew || going.size() + coming.size() > mostChanges || rows_.empty()) {
         beginResetModel();
         rows_ = std::move(wanted);
         headRows_ = std::move(heads);
@@ -175,6 +179,38 @@ void DuplicateGroupsModel::showRows() {
     countTotals();
 }
 
+void DuplicateGroupsModel::moveRow(int from, int to) {
+    beginMoveRows({}, from, from, {}, to > from ? to + 1 : to);
+    const auto first = rows_.begin() + std::min(from, to);
+    const auto last = rows_.begin() + std::max(from, to) + 1;
+    std::rotate(first, to > from ? first + 1 : last - 1, last);
+    endMoveRows();
+}
+
+/// Brings the copies of a group into their order, each as a move, so that the view follows them.
+void DuplicateGroupsModel::arrangeGroup(std::size_t group) {
+    const int head = headRows_[group];
+    if (head < 0)
+        return;
+    std::vector<Row> wanted;
+    appendRows(wanted, group);
+    for (int i = 1; i < static_cast<int>(wanted.size()); ++i) {
+        const int here = head + i;
+        const auto found =
+            std::ranges::find(rows_.begin() + here, rows_.end(), wanted[at(i)].copy, &Row::copy);
+        const int from = static_cast<int>(found - rows_.begin());
+        // The copy that was kept goes down to its place; others come up to theirs.
+        if (from == here + 1)
+            moveRow(here, head
+                              + static_cast<int>(std::ranges::find(wanted, rows_[at(here)].copy, &Row::copy)
+                                                 - wanted.begin()));
+        else if (from != here)
+            moveRow(from, here);
+    }
+    std::ranges::copy(wanted, rows_.begin() + head);
+    tellGroup(group);
+}
+
 void DuplicateGroupsModel::setFolded(int row, bool folded) {
     auto& group = groups_[rows_[at(row)].group];
     if (group.isFolded == folded)
@@ -190,7 +226,7 @@ void DuplicateGroupsModel::setAllFolded(bool folded) {
 }
 
 void DuplicateGroupsModel::toggleTick(int row) {
-    const auto [number, copy] = rows_[at(row)];
+    const auto [number, place, copy] = rows_[at(row)];
     auto& group = groups_[number];
     if (copy < 0) {
         group.setAllTicked(!group.isAllTicked());
@@ -219,11 +255,11 @@ void DuplicateGroupsModel::clearTicks() {
 }
 
 void DuplicateGroupsModel::keep(int row) {
-    const auto [number, copy] = rows_[at(row)];
+    const auto [number, place, copy] = rows_[at(row)];
     if (copy < 0)
         return;
     groups_[number].keep(static_cast<std::size_t>(copy));
-    tellGroup(number);
+    arrangeGroup(number);
     countTotals();
 }
 
@@ -232,8 +268,7 @@ void DuplicateGroupsModel::setRule(KeepRule rule, const std::string& folder) {
     ruleFolder_ = folder;
     for (auto& group : groups_)
         group.keepBy(rule_, ruleFolder_);
-    notifyRows();
-    countTotals();
+    showRows();
 }
 
 std::vector<std::size_t> DuplicateGroupsModel::setGone(const std::vector<std::string>& paths, bool gone) {
@@ -309,7 +344,7 @@ void DuplicateGroupsModel::countTotals() {
 }
 
 const DuplicateFile& DuplicateGroupsModel::fileAt(int row) const {
-    const auto [number, copy] = rows_[at(row)];
+    const auto [number, place, copy] = rows_[at(row)];
     const auto& group = groups_[number];
     return copy < 0 ? group.keptFile() : group.file(static_cast<std::size_t>(copy));
 }
@@ -320,6 +355,12 @@ QString DuplicateGroupsModel::pathText(const DuplicateFile& file) const {
 
 int DuplicateGroupsModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QVariant DuplicateGroupsModel::data(const QModelIndex& index, int role) const {
+    if (role == keyRole && isRow(index.row()) && isHead(index.row()))
+        return QStringLiteral("group %1").arg(rows_[at(index.row())].group);
+    return RoleList::data(index, role);
 }
 
 bool DuplicateGroupsModel::isTicked(Row row) const {

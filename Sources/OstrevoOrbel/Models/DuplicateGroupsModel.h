@@ -11,8 +11,8 @@
 namespace orbel {
 
 /// Groups of copies as the rows of one list: the head of a group, and below it its copies unless it is
-/// folded. What a row shows is made when it is asked for; folding, filtering and ticking cost no more than a
-/// look at every group.
+/// folded: first the one that is kept, then the others by path. What a row shows is made when it is asked
+/// for; folding, filtering and ticking cost no more than a look at every group.
 ///
 /// Roles: `head`, `name`, `kind`, `path` for people, `size`, `folded`, `ticked`, `kept`; `copies` "3 copies
 /// · 14.6 GB each" and `frees`, of a head; `changed`, `refusal`, `note`, of a copy; `lastOfGroup`; `words`
@@ -70,16 +70,20 @@ public:
     bool isRow(int row) const { return row >= 0 && row < rowCount(); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
+    /// A head has the key of its kept copy, whose path it shows; as a place in the list it is told by its
+    /// group.
+    QVariant data(const QModelIndex& index, int role) const override;
 
 Q_SIGNALS:
     /// Of the totals.
     void changed();
 
 private:
-    /// By group, then by copy: every list of rows is in this order.
+    /// By group, then by place: every list of rows is in this order.
     struct Row {
         std::uint32_t group = 0;
-        std::int32_t copy = -1; ///< -1: the head
+        std::int32_t place = -1; ///< in CopyGroup::order; -1: the head
+        std::int32_t copy = -1;  ///< -1: the head
         auto operator<=>(const Row&) const = default;
     };
 
@@ -88,6 +92,8 @@ private:
     static std::size_t at(int row) { return static_cast<std::size_t>(row); }
     bool passes(const CopyGroup& group) const;
     void showRows();
+    void arrangeGroup(std::size_t group);
+    void moveRow(int from, int to);
     void tellGroup(std::size_t group);
     void countTotals();
     bool isTicked(Row row) const;

@@ -23,6 +23,10 @@ QString nameText(const FileTree& tree, NodeIndex node) {
     return textOf(tree.nameBytes(node)) + (tree.isFolder(node) ? QStringLiteral("/") : QString());
 }
 
+QString smallerItemsText(std::uint64_t count) {
+    return countOf(count, QObject::tr("smaller item"), QObject::tr("smaller items"));
+}
+
 QString kindText(const FileTree& tree, NodeIndex node) {
     return TreemapModel::isPlainFolder(tree, node) ? QObject::tr("Folder")
                                                    : textOf(title(contentKind(tree, node)));

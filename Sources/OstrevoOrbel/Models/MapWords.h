@@ -26,6 +26,9 @@ QString nameText(const FileTree& tree, NodeIndex node);
 /// "Folder", else the kind's name.
 QString kindText(const FileTree& tree, NodeIndex node);
 
+/// "214 smaller items": three words.
+QString smallerItemsText(std::uint64_t count);
+
 /// What the map's panes, its menu and the status line say of one file or folder. A plain value.
 class MapItemFacts {
     Q_GADGET

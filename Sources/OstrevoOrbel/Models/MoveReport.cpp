@@ -15,7 +15,6 @@ void MoveReport::set(DeletionReport report, const std::vector<TickedItem>& items
     report_ = std::move(report);
     home_ = std::move(home);
     scope_ = tr("%1 · %2").arg(origin, whenText(report_.finishedAt, now));
-    putBackWords_.clear();
     putBackOf_.clear();
     kindOf_.clear();
     for (const auto& ticked : items)
@@ -37,11 +36,6 @@ void MoveReport::set(DeletionReport report, const std::vector<TickedItem>& items
 void MoveReport::takePutBack(const std::vector<PutBackResult>& results) {
     for (const auto& result : results)
         putBackOf_[result.path] = result;
-    const auto restored =
-        static_cast<std::uint64_t>(std::ranges::count_if(results, &PutBackResult::restored));
-    putBackWords_ = restored == results.size()
-                        ? tr("%1 put back").arg(countOf(restored, tr("item"), tr("items")))
-                        : tr("%1 of %2 put back").arg(countText(restored), countText(results.size()));
     showMoved();
     Q_EMIT changed();
 }
@@ -64,19 +58,38 @@ void MoveReport::showMoved() {
     moved_.setRows(std::move(rows));
 }
 
+std::size_t MoveReport::restored() const {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(report_.moved, [this](const DeletionReport::Moved& item) {
+            const auto attempt = putBackOf_.find(item.path);
+            return attempt != putBackOf_.end() && attempt->second.restored;
+        }));
+}
+
 bool MoveReport::canPutBack() const {
-    return std::ranges::any_of(report_.moved, [this](const DeletionReport::Moved& item) {
-        const auto attempt = putBackOf_.find(item.path);
-        return attempt == putBackOf_.end() || !attempt->second.restored;
-    });
+    return restored() < report_.moved.size();
 }
 
 QString MoveReport::headline() const {
-    return ByteFigure(report_.movedBytes()).in(textOf(report_.headline()));
+    if (putBackOf_.empty())
+        return ByteFigure(report_.movedBytes()).in(textOf(report_.headline()));
+    const auto all = countOf(report_.moved.size(), tr("item"), tr("items"));
+    if (restored() == 0)
+        return tr("Nothing of %1 was put back.").arg(all);
+    return canPutBack() ? tr("Put back %1 of %2.").arg(countText(restored()), all)
+                        : tr("Put back %1.").arg(all);
 }
 
-QString MoveReport::trashNote() const {
-    return textOf(DeletionReport::trashNote);
+QString MoveReport::note() const {
+    if (putBackOf_.empty())
+        return textOf(DeletionReport::trashNote);
+    return canPutBack() ? tr("Each item that did not come back says why.")
+                        : tr("Everything that was moved is where it was.");
+}
+
+QString MoveReport::movedTitle() const {
+    return (putBackOf_.empty() || canPutBack() ? tr("Moved to Trash (%1)") : tr("Put back (%1)"))
+        .arg(countText(report_.moved.size()));
 }
 
 QStringList MoveReport::stops() const {
@@ -99,8 +112,9 @@ QString MoveReport::movedSize() const {
 QString MoveReport::unchecked() const {
     if (report_.uncheckedProcesses < 1)
         return {};
-    return tr("Could not check %1 system processes for open files.")
-        .arg(countText(static_cast<std::uint64_t>(report_.uncheckedProcesses)));
+    return tr("Could not check %1 for open files.")
+        .arg(countOf(static_cast<std::uint64_t>(report_.uncheckedProcesses), tr("system process"),
+                     tr("system processes")));
 }
 
 QString MoveReport::times() const {

@@ -42,9 +42,14 @@ class MoveReport : public QObject {
     QML_UNCREATABLE("Belongs to the MoveFlow.")
     /// "Large and Old · today at 09:26"
     Q_PROPERTY(QString scope READ scope NOTIFY changed)
-    /// "Moved to Trash: 20.8 GB (measured just now)."
+    /// "Moved to Trash: 20.8 GB (measured just now)."; once something was put back, "Put back 2 of 3 items."
     Q_PROPERTY(QString headline READ headline NOTIFY changed)
-    Q_PROPERTY(QString trashNote READ trashNote CONSTANT)
+    /// Something was to be put back and is not.
+    Q_PROPERTY(bool putBackFailed READ isPutBackFailed NOTIFY changed)
+    /// What follows from that, in a sentence.
+    Q_PROPERTY(QString note READ note NOTIFY changed)
+    /// "Moved to Trash (3)", "Put back (3)"
+    Q_PROPERTY(QString movedTitle READ movedTitle NOTIFY changed)
     /// Why the batch ended before all of it was dealt with, worst first; empty when it did not.
     Q_PROPERTY(QStringList stops READ stops NOTIFY changed)
     /// The batch stopped because what is recorded may not be true.
@@ -58,8 +63,6 @@ class MoveReport : public QObject {
     Q_PROPERTY(QString times READ times NOTIFY changed)
     /// Something of it is still in the Trash, as far as this report knows.
     Q_PROPERTY(bool canPutBack READ canPutBack NOTIFY changed)
-    /// "3 items put back", "1 of 2 put back"; empty before.
-    Q_PROPERTY(QString putBackWords READ putBackWords NOTIFY changed)
 
 public:
     explicit MoveReport(QObject* parent = nullptr);
@@ -72,7 +75,8 @@ public:
 
     QString scope() const { return scope_; }
     QString headline() const;
-    QString trashNote() const;
+    QString note() const;
+    QString movedTitle() const;
     QStringList stops() const;
     bool isUntrustworthy() const { return report_.stoppedForMismatch || report_.journalFailed; }
     GadgetListModel<ReportItem>* moved() { return &moved_; }
@@ -81,20 +85,21 @@ public:
     QString unchecked() const;
     QString times() const;
     bool canPutBack() const;
-    QString putBackWords() const { return putBackWords_; }
+    bool isPutBackFailed() const { return !putBackOf_.empty() && canPutBack(); }
 
 Q_SIGNALS:
     void changed();
 
 private:
     void showMoved();
+    /// How many of the moved items are back.
+    std::size_t restored() const;
 
     DeletionReport report_;
     std::string home_;
     std::unordered_map<std::string, int> kindOf_;              ///< by path
     std::unordered_map<std::string, PutBackResult> putBackOf_; ///< by path
     QString scope_;
-    QString putBackWords_;
     GadgetListModel<ReportItem> moved_;
     GadgetListModel<ReportItem> skipped_;
 };

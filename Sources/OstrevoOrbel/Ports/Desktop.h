@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <QString>
 #include <string>
 
@@ -23,6 +24,10 @@ public:
     /// Opens an address, such as a page of the system's settings.
     virtual void openAddress(const QString& address) = 0;
     virtual void copyText(const QString& text) = 0;
+
+    /// Gets the words for the user when nothing on this desktop could do what was asked. Set once, and called
+    /// on the main thread, during the call that asked or later.
+    std::function<void(const QString& words)> reportFailure = [](const QString& /*words*/) {};
 };
 
 } // namespace orbel

@@ -16,6 +16,7 @@
 #include "Services/StallWatch.h"
 #include "Services/SystemAppearance.h"
 #include "Services/TrayItem.h"
+#include "Services/WindowPlace.h"
 #include "Util/AppVersion.h"
 
 #include <cstdio>
@@ -78,7 +79,7 @@ public:
           notifier_(std::make_shared<LiveNotifier>(bus)),
           appearance_(std::make_shared<SystemAppearance>(
               bus, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation))),
-          tray_(bus),
+          tray_(std::make_shared<TrayItem>(bus)),
           model_(environment()) {}
 
     /// False when the window could not be loaded.
@@ -87,13 +88,19 @@ public:
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
         AppIcons::findThemes(model_.scan()->home());
         engine_.addImageProvider(iconProvider, new AppIcons); // the engine owns it
-        engine_.setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(&model_)}});
+        // What a script measures or photographs is the same on every screen, and nothing to remember.
+        const bool isPlaced = SingleInstance::appliesTo(model_.options());
+        auto properties = isPlaced ? WindowPlace::properties(*settings_) : QVariantMap();
+        properties.insert(QStringLiteral("app"), QVariant::fromValue(&model_));
+        engine_.setInitialProperties(properties);
         engine_.load(QUrl(viewsUrl + QStringLiteral("Main.qml")));
         window_ = engine_.rootObjects().isEmpty()
                       ? nullptr
                       : qobject_cast<QQuickWindow*>(engine_.rootObjects().constFirst());
         if (window_ == nullptr)
             return false;
+        if (isPlaced)
+            place_ = std::make_unique<WindowPlace>(*window_, *settings_);
         showTray();
         connect(notifier_.get(), &LiveNotifier::opened, this, [this] { bringToFront(); });
         connect(window_, &QWindow::activeChanged, this, [this] {
@@ -125,9 +132,10 @@ public:
 private:
     AppEnvironment environment() const {
         auto environment = AppEnvironment::ofThisUser();
-        environment.settings = std::make_shared<QSettings>();
+        environment.settings = settings_;
         environment.desktop = std::make_shared<LiveDesktop>();
         environment.notifier = notifier_;
+        environment.tray = tray_;
         environment.loginItem = AutostartLoginItem::ofThisUser();
         environment.appearance = appearance_;
         environment.diagnostics = diagnostics_;
@@ -139,21 +147,17 @@ private:
 
     /// Shown while there is something to do without the window.
     void showTray() {
-        connect(&tray_, &TrayItem::activated, this, [this] { bringToFront(); });
-        const auto update = [this] { tray_.setWanted(model_.alert()->isEnabled()); };
+        connect(tray_.get(), &TrayItem::activated, this, [this] { bringToFront(); });
+        const auto update = [this] { tray_->setWanted(model_.alert()->isEnabled()); };
         connect(model_.alert(), &AlertSettings::changed, this, update);
         update();
     }
 
-    void bringToFront() {
-        window_->show();
-        window_->raise();
-        window_->requestActivate();
-    }
+    void bringToFront() { WindowPlace::bringToFront(*window_); }
 
     /// The application goes on only where something shows that it does.
     void lastWindowClosed() {
-        if (tray_.isShown())
+        if (tray_->isShown())
             return;
         if (!model_.alert()->isEnabled()) {
             QCoreApplication::quit();
@@ -176,12 +180,14 @@ private:
     }
 
     std::shared_ptr<LiveDiagnostics> diagnostics_;
+    std::shared_ptr<QSettings> settings_ = std::make_shared<QSettings>();
     std::shared_ptr<LiveNotifier> notifier_;
     std::shared_ptr<SystemAppearance> appearance_;
-    TrayItem tray_;
+    std::shared_ptr<TrayItem> tray_;
     AppModel model_;
     QQmlApplicationEngine engine_;
     QQuickWindow* window_ = nullptr; ///< the engine's
+    std::unique_ptr<WindowPlace> place_;
     std::unique_ptr<AfterScan> afterScan_;
     std::unique_ptr<StallWatch> stallWatch_;
 };

@@ -2,6 +2,9 @@
 
 #include "Ports/Desktop.h"
 
+#include <functional>
+#include <QUrl>
+
 namespace orbel {
 
 /// The desktop over D-Bus and its own openers.
@@ -12,6 +15,10 @@ public:
     void openTrash(const std::string& itemsFolder) override;
     void openAddress(const QString& address) override;
     void copyText(const QString& text) override;
+
+private:
+    /// `failed` is called where no program has opened the address, which can be known only later.
+    void openUrl(const QUrl& url, std::function<void()> failed);
 };
 
 } // namespace orbel

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 
 namespace orbel {
@@ -25,13 +26,40 @@ TrayItem::TrayItem(QDBusConnection bus)
     auto* const panels = new QDBusServiceWatcher(
         watcherName, bus_,
         QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration, this);
-    connect(panels, &QDBusServiceWatcher::serviceRegistered, this, &TrayItem::announce);
-    connect(panels, &QDBusServiceWatcher::serviceUnregistered, this, [this] { isShown_ = false; });
+    connect(panels, &QDBusServiceWatcher::serviceRegistered, this, [this] {
+        setAvailable(true);
+        announce();
+    });
+    connect(panels, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+        isShown_ = false;
+        setAvailable(false);
+    });
+    lookForPanel();
 }
 
 TrayItem::~TrayItem() {
     withdraw();
     bus_.unregisterObject(itemPath);
+}
+
+void TrayItem::lookForPanel() {
+    auto call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
+    call << watcherName;
+    auto* const answer = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        const QDBusPendingReply<bool> reply = *answer;
+        setAvailable(!reply.isError() && reply.value());
+        answer->deleteLater();
+    });
+}
+
+void TrayItem::setAvailable(bool available) {
+    if (available == isAvailable_)
+        return;
+    isAvailable_ = available;
+    Q_EMIT availableChanged();
 }
 
 void TrayItem::setWanted(bool wanted) {

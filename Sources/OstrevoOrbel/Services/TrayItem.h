@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Ports/Tray.h"
+
 #include <QDBusConnection>
 #include <QObject>
 
@@ -7,13 +9,15 @@ namespace orbel {
 
 /// The application's place among the desktop's status icons (org.kde.StatusNotifierItem, which panels of
 /// several desktops show). It is there while `setWanted(true)` holds and the desktop has a place for it.
-class TrayItem final : public QObject {
+class TrayItem final : public Tray {
     Q_OBJECT
 
 public:
     explicit TrayItem(QDBusConnection bus);
     ~TrayItem() override;
 
+    /// Some panel takes icons. Not known at once: false at first.
+    bool isAvailable() const override { return isAvailable_; }
     void setWanted(bool wanted);
     /// The desktop has taken it.
     bool isShown() const { return isShown_; }
@@ -23,11 +27,14 @@ Q_SIGNALS:
     void activated();
 
 private:
+    void lookForPanel();
+    void setAvailable(bool available);
     void announce();
     void withdraw();
 
     QDBusConnection bus_;
     QString name_;
+    bool isAvailable_ = false;
     bool isWanted_ = false;
     bool isShown_ = false;
 };

@@ -13,6 +13,48 @@ ScreenFrame {
     status: qsTr("Help")
     title: qsTr("Help")
 
+    readonly property var keys: [
+        {
+            title: qsTr("Keys on every screen"),
+            keys: [
+                { keys: "Ctrl 1 … 7", does: qsTr("Show a screen, in the order of the sidebar") },
+                { keys: "Ctrl O", does: qsTr("Choose a folder and measure it") },
+                { keys: "F5", does: qsTr("Measure again") },
+                { keys: "Esc", does: qsTr("Stop what runs; else close what is open, or empty the field") },
+                { keys: "Ctrl Z", does: qsTr("Put the last batch back") },
+                { keys: "Ctrl F", does: qsTr("Find") },
+                { keys: "F6, Shift F6", does: qsTr("Go between the sidebar and the screen") },
+                { keys: "Tab, Shift Tab", does: qsTr("Go to the next control, or the one before") },
+                { keys: "Ctrl ,", does: qsTr("Settings") },
+                { keys: "F1", does: qsTr("This page") }
+            ]
+        },
+        {
+            title: qsTr("Keys in lists and on the map"),
+            keys: [
+                { keys: "Space", does: qsTr("Tick or untick the item with the focus") },
+                { keys: "Ctrl A", does: qsTr("Select all that is shown") },
+                { keys: "Del", does: qsTr("Review what is ticked") },
+                { keys: "Enter", does: qsTr("Show the item on the map; on the map, zoom in; in the journal, put it back") },
+                { keys: "Shift F10, Menu", does: qsTr("Open the menu of the item with the focus") },
+                { keys: "Ctrl C", does: qsTr("Copy the item’s path") },
+                { keys: "↑ ↓ Home End Page ↑ ↓", does: qsTr("Go to another item; with Ctrl, select none on the way") },
+                { keys: "← →", does: qsTr("In groups: fold and unfold; in a copy, between its tick and Keep") },
+                { keys: qsTr("Letters"), does: qsTr("In lists: go to the next item of this name") }
+            ]
+        },
+        {
+            title: qsTr("Keys on the map"),
+            keys: [
+                { keys: "↑ ↓ ← →", does: qsTr("Go to the nearest tile in that direction") },
+                { keys: "Backspace, Alt ↑", does: qsTr("Zoom out") },
+                { keys: "Alt ←, Alt →", does: qsTr("Go back, and forward again") },
+                { keys: "Alt Home", does: qsTr("Go to the top") },
+                { keys: "Shift F5", does: qsTr("Measure only the selected folder again") }
+            ]
+        }
+    ]
+
     component Promise: Row {
         property alias iconPath: icon.path
         property alias statement: statement.text
@@ -109,61 +151,54 @@ ScreenFrame {
                 }
             }
         }
-        Card {
-            height: Theme.px(40) + keys.height + 14
-            title: qsTr("Keys")
-            width: parent.width
+        Repeater {
+            model: view.keys
 
-            Column {
-                id: keys
+            Card {
+                id: group
 
+                required property var modelData
+
+                height: Theme.px(40) + keys.height + 14
+                title: modelData.title
                 width: parent.width
-                y: 6
 
-                Repeater {
-                    model: [
-                        { keys: "Ctrl 1 … 7", does: qsTr("Show a screen, in the order of the sidebar") },
-                        { keys: "Ctrl O", does: qsTr("Choose a folder and measure it") },
-                        { keys: "F5", does: qsTr("Measure again") },
-                        { keys: "Shift F5", does: qsTr("On the map: measure the folder again") },
-                        { keys: "Ctrl Z", does: qsTr("Put the last batch back") },
-                        { keys: "Esc", does: qsTr("Stop measuring; close what is open") },
-                        { keys: "F6", does: qsTr("Go between the sidebar and the screen") },
-                        { keys: "Enter, Backspace", does: qsTr("On the map: zoom in, zoom out") },
-                        { keys: "Alt ↑ ← → Home", does: qsTr("On the map: up, back, forward, to the top") },
-                        { keys: "Ctrl C", does: qsTr("On the map: copy the path") },
-                        { keys: "Ctrl ,", does: qsTr("Settings") },
-                        { keys: "F1", does: qsTr("This page") }
-                    ]
+                Column {
+                    id: keys
 
-                    Item {
-                        id: entry
+                    width: parent.width
+                    y: 6
 
-                        required property var modelData
+                    Repeater {
+                        model: group.modelData.keys
 
-                        Accessible.name: modelData.keys + ": " + modelData.does
-                        Accessible.role: Accessible.StaticText
-                        height: Math.max(Theme.px(30), does.implicitHeight + 8)
-                        width: keys.width
+                        Item {
+                            id: entry
 
-                        KeyCap {
-                            id: cap
+                            required property var modelData
 
-                            anchors.left: parent.left
-                            anchors.leftMargin: Theme.cardPadding
-                            anchors.verticalCenter: parent.verticalCenter
-                            text: entry.modelData.keys
-                        }
-                        ThemedText {
-                            id: does
+                            Accessible.name: modelData.keys + ": " + modelData.does
+                            Accessible.role: Accessible.StaticText
+                            height: Math.max(Theme.px(30), does.implicitHeight + 8)
+                            width: keys.width
 
-                            anchors.left: parent.left
-                            anchors.leftMargin: Theme.px(170)
-                            anchors.right: parent.right
-                            anchors.rightMargin: Theme.cardPadding
-                            anchors.verticalCenter: parent.verticalCenter
-                            text: entry.modelData.does
-                            wrapMode: Text.Wrap
+                            KeyCap {
+                                anchors.left: parent.left
+                                anchors.leftMargin: Theme.cardPadding
+                                anchors.verticalCenter: parent.verticalCenter
+                                text: entry.modelData.keys
+                            }
+                            ThemedText {
+                                id: does
+
+                                anchors.left: parent.left
+                                anchors.leftMargin: Theme.px(210)
+                                anchors.right: parent.right
+                                anchors.rightMargin: Theme.cardPadding
+                                anchors.verticalCenter: parent.verticalCenter
+                                text: entry.modelData.does
+                                wrapMode: Text.Wrap
+                            }
                         }
                     }
                 }

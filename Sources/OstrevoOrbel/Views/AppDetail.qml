@@ -10,6 +10,7 @@ FocusScope {
     property bool narrow: false
     property int padding: 24
 
+    readonly property alias table: table
     readonly property appFacts facts: flow.selected
     /// What the status line says of the row with the focus.
     readonly property string status: table.selectedRow >= 0 ? table.status : ""

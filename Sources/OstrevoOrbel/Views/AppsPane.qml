@@ -10,6 +10,7 @@ FocusScope {
     required property AppsFlow flow
     property int padding: 16
     required property ItemActions actions
+    readonly property alias table: table
 
     /// An application was chosen to be looked at, where the list alone is in sight.
     signal opened()

@@ -21,6 +21,8 @@ ItemRow {
     name: model.path
     nameColor: moving && stage === "waiting" ? Theme.text2 : Theme.ink
     nameGap: 14
+    nameShown: PathLines.broken(name, nameFont, nameWidth)
+    // For what a line of whole names measures more than its names.
     nameWrap: Text.WrapAnywhere
     opens: 0
     words: (moving ? [name, stageWords, size] : [name, model.kindName, model.entries, size]).join(", ")

@@ -11,9 +11,6 @@ ScreenFrame {
     readonly property DuplicatesFlow flow: app.duplicates
     readonly property bool hasList: flow.searched && !flow.running && table.count > 0
 
-    // What had the focus is no longer to be seen.
-    onFirstFocusChanged: if (activeFocus && !field.activeFocus) Qt.callLater(takeFocus, Qt.TabFocusReason)
-
     firstFocus: (flow.running ? stop : hasList ? table : nothingToShow) as Item
     objectName: "duplicates"
     scope: flow.scopeText
@@ -278,6 +275,8 @@ ScreenFrame {
     FolderDialog {
         id: folderDialog
 
+        acceptLabel: qsTr("Choose")
+        currentFolder: screen.app.homeFolder
         title: qsTr("Keep copies in this folder first")
 
         onAccepted: screen.flow.keepFolderFirst(selectedFolder)

@@ -60,6 +60,8 @@ ItemRow {
     }
     cells: [
         SmallText {
+            id: reasonText
+
             anchors.verticalCenter: parent.verticalCenter
             maximumLineCount: 2
             objectName: row.objectName + ".reason"
@@ -69,6 +71,10 @@ ItemRow {
             width: (row.bodyWidth - row.nameX - row.inset - bytes.width - stateCell.width - buttonCell.width) / 2
                 - 2 * row.gap
             wrapMode: Text.Wrap
+
+            WholeText {
+                shown: reasonText
+            }
         },
         ItemCell {
             id: bytes

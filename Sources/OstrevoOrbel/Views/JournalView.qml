@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Dialogs
 import QtQuick.Window
 import OstrevoOrbel
 
@@ -23,7 +22,6 @@ ScreenFrame {
     title: qsTr("Journal")
 
     Component.onCompleted: lookAgain()
-    onFilledChanged: if (activeFocus && !field.activeFocus) takeFocus(Qt.OtherFocusReason)
     onVisibleChanged: lookAgain()
     onWindowActiveChanged: if (windowActive) lookAgain()
 
@@ -49,7 +47,7 @@ ScreenFrame {
             objectName: "journal.export"
             text: qsTr("Export…")
 
-            onClicked: exportDialog.open()
+            onClicked: exportDialog.ask()
         }
     ]
 
@@ -166,12 +164,11 @@ ScreenFrame {
             onTriggered: view.journal.putBack(menu.row)
         }
     }
-    FileDialog {
+    SaveDialog {
         id: exportDialog
 
-        defaultSuffix: selectedNameFilter.index === 1 ? "json" : "md"
-        fileMode: FileDialog.SaveFile
-        nameFilters: [qsTr("Markdown (*.md)"), qsTr("JSON (*.json)")]
+        app: view.app
+        proposal: "Vanto journal"
         title: qsTr("Export the journal")
 
         onAccepted: view.journal.exportJournal(selectedFile)

@@ -38,14 +38,6 @@ ItemRow {
             spacing: 8
             visible: !row.narrow && row.remarks.length > 0
 
-            HoverHandler {
-                id: over
-            }
-            // In full, where there is no room for all of it.
-            Hint {
-                text: row.remarks.join("\n")
-                visible: over.hovered && badges.width + 2 > badges.most
-            }
             Badge {
                 iconPath: Theme.icons.warn
                 text: row.model.openIn

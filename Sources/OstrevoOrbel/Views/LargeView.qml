@@ -26,12 +26,6 @@ ScreenFrame {
     status: listed ? table.status : ""
     title: qsTr("Large and Old")
 
-    // What had the focus is gone; the keyboard goes on with what there is now.
-    onListedChanged: Qt.callLater(() => {
-        if (view.activeFocus && !field.activeFocus)
-            view.takeFocus(Qt.OtherFocusReason);
-    })
-
     actions: [
         PushButton {
             iconOnly: true
@@ -263,7 +257,8 @@ ScreenFrame {
         padding: view.padding
         primary: false
         sentence: nothingThere ? qsTr("No file or package that was measured is that large and that old.")
-            : qsTr("%1 are hidden by this text.").arg(view.large.countText)
+            : view.large.countText === "1" ? qsTr("One file is hidden by this text.")
+            : qsTr("%1 files are hidden by this text.").arg(view.large.countText)
         statement: nothingThere ? qsTr("Nothing here with these filters")
             : qsTr("No name or folder contains “%1”").arg(view.large.text)
         unmeasured: qsTr("Measure the disk to list large files that were not used for long.")

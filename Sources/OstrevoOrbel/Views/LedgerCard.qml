@@ -6,11 +6,7 @@ Card {
     id: card
 
     required property AppModel app
-    property int termColumns: 5
-
     readonly property DiskLedger ledger: app.disk.ledger
-    readonly property real counted: ledger.counted.bytes
-    readonly property real usedShare: counted / Math.max(1, counted + ledger.reserved.bytes + ledger.free.bytes)
     readonly property bool hasShared: ledger.shared.bytes > 0
     readonly property bool hasTrash: ledger.trash.bytes > 0
     readonly property bool hasFreed: ledger.freedSince.bytes > 0
@@ -55,7 +51,6 @@ Card {
             height: 40
             objectName: "overview.ledger"
             segments: card.ledger.segments
-            usedShare: card.usedShare
             width: parent.width
         }
         Item {
@@ -68,7 +63,8 @@ Card {
 
                 color: Theme.control
                 height: 1
-                width: bar.edge(card.usedShare)
+                objectName: "overview.bracket"
+                width: bar.usedEnd
                 x: Theme.along(0, width, parent.width)
                 y: 7
             }
@@ -110,11 +106,21 @@ Card {
         Grid {
             id: terms
 
+            readonly property int count: 5 + (card.hasTrash ? 1 : 0) + (card.hasChanged ? 1 : 0)
+            /// What a term needs for its label and its amount; remarks go on in a second line, or are cut.
+            readonly property int need: {
+                let need = 0;
+                for (let i = 0; i < children.length; ++i)
+                    need = Math.max(need, children[i].visible ? children[i].implicitWidth : 0);
+                return need;
+            }
             // The last of a row needs no room for what would follow.
-            readonly property int cell: Math.floor((width + Theme.px(columns > 3 ? 90 : 48)) / columns)
+            readonly property int beyond: Theme.px(24)
+            readonly property int cell: Math.floor((width + beyond) / columns)
+            readonly property int most: Math.max(1, Math.floor((width + beyond) / Math.max(1, need)))
 
-            columns: card.termColumns < 5 ? card.termColumns
-                : card.termColumns + (card.hasTrash ? 1 : 0) + (card.hasChanged ? 1 : 0)
+            // In one row where they fit, else in rows as long as each other.
+            columns: Math.ceil(count / Math.ceil(count / most))
             rowSpacing: 16
             width: parent.width
 

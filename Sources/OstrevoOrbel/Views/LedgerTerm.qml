@@ -18,7 +18,11 @@ Item {
 
     signal linkClicked()
 
+    // The joint of the next term stands in what is left free at the right.
+    readonly property int free: Theme.px(24)
+
     implicitHeight: column.implicitHeight
+    implicitWidth: Math.ceil(Math.max(amountText.implicitWidth, labelText.implicitWidth + labelText.x)) + free
 
     ThemedText {
         color: Theme.text3
@@ -31,7 +35,7 @@ Item {
         id: column
 
         anchors.left: parent.left
-        width: parent.width - 24
+        width: parent.width - term.free
 
         Row {
             spacing: 8
@@ -46,6 +50,8 @@ Item {
                 width: childrenRect.width
             }
             SmallText {
+                id: labelText
+
                 lineHeight: Theme.px(18)
                 text: term.label
                 width: parent.width - (swatchSlot.visible ? swatchSlot.width + parent.spacing : 0)
@@ -78,9 +84,12 @@ Item {
         }
         SmallText {
             color: Theme.text3
+            elide: Text.ElideRight
+            maximumLineCount: 2
             text: term.remark
             visible: text !== ""
             width: parent.width
+            wrapMode: Text.Wrap
         }
         Item {
             height: Theme.smallLine

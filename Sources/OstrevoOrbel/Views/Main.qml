@@ -17,6 +17,9 @@ T.ApplicationWindow {
         : page !== "" ? pages.count > 0 ? (pages.itemAt(window.pageNames.indexOf(page)) as Loader).item : null
         : screens.count > app.screenIndex ? (screens.itemAt(app.screenIndex) as Loader).item : null) as ScreenFrame
     readonly property var pageNames: ["settings", "help"]
+    /// Why the screen that is being opened gets the focus, where that is known; else the mark of the focus shows where
+    /// it showed before.
+    property int openingReason: -1
 
     /// Wanted closed while something moves: closes as soon as it may.
     property bool closeWanted: false
@@ -24,6 +27,7 @@ T.ApplicationWindow {
 
     // What other programs did meanwhile shows in the figures.
     onActiveChanged: if (active) app.disk.refreshVolume()
+    onActiveFocusItemChanged: Qt.callLater(window.holdFocus)
     onBusyChanged: {
         if (busy || !closeWanted)
             return;
@@ -40,19 +44,42 @@ T.ApplicationWindow {
     }
 
     function showScreen(screen: string, reason: int): void {
-        page = "";
-        app.moves.closeReport();
+        openingReason = reason;
         app.screen = screen;
-        window.takeFocus(reason);
+        openingReason = -1;
     }
     function showPage(name: string, reason: int): void {
+        openingReason = reason;
         page = name;
+        openingReason = -1;
         window.takeFocus(reason);
     }
     function takeFocus(reason: int): void {
-        // The onboarding keeps the focus for as long as it stands there.
-        if (shownScreen && !app.scan.needsFullDiskAccess)
+        // The onboarding, and what has opened over the screen, keep the focus for as long as they are there.
+        if (shownScreen && !app.scan.needsFullDiskAccess && !isOverScreen(activeFocusItem))
             shownScreen.takeFocus(reason);
+    }
+    function focusContent(): void {
+        window.takeFocus(openingReason >= 0 ? openingReason
+            : isMarked(activeFocusItem) ? Qt.ShortcutFocusReason : Qt.OtherFocusReason);
+    }
+    function isMarked(item: var): bool {
+        return item?.visualFocus === true || item?.showsFocus === true || item?.focusShown === true;
+    }
+    function isOverScreen(item: Item): bool {
+        for (let at = item; at; at = at.parent) {
+            if (at === content.overlay)
+                return true;
+        }
+        return false;
+    }
+    /// What is hidden, disabled or gone has left the focus where no key is of use, or acts unseen: the keyboard goes on
+    /// with the screen.
+    function holdFocus(): void {
+        const item = activeFocusItem;
+        const isAScope = item instanceof FocusScope || item instanceof Loader;
+        if (active && (!item?.parent || !item.visible || !item.enabled || item === contentItem || isAScope))
+            window.focusContent();
     }
 
     color: Theme.window
@@ -67,7 +94,18 @@ T.ApplicationWindow {
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Theme.mirrored
 
+    onShownScreenChanged: window.focusContent()
+
     Component.onCompleted: window.takeFocus(Qt.TabFocusReason)
+
+    Connections {
+        target: window.activeFocusItem
+
+        // What is disabled loses the focus by itself.
+        function onVisibleChanged(): void {
+            Qt.callLater(window.holdFocus);
+        }
+    }
 
     Binding {
         property: "dark"
@@ -115,6 +153,9 @@ T.ApplicationWindow {
 
         FocusScope {
             id: content
+
+            // Of the window, which has no such attached property itself.
+            readonly property Item overlay: T.Overlay.overlay
 
             anchors.bottom: statusLine.top
             anchors.left: sidebar.right
@@ -185,14 +226,9 @@ T.ApplicationWindow {
                 sourceComponent: ReportView {
                     app: window.app
 
-                    onClosed: {
-                        window.app.moves.closeReport();
-                        window.takeFocus(Qt.OtherFocusReason);
-                    }
-                    onExportWanted: exportDialog.open()
+                    onClosed: window.app.moves.closeReport()
+                    onExportWanted: exportDialog.ask()
                 }
-
-                onLoaded: (item as ReportView).takeFocus(Qt.OtherFocusReason)
             }
             // qmllint enable unqualified
         }
@@ -235,17 +271,19 @@ T.ApplicationWindow {
     ConfirmSheet {
         app: window.app
     }
-    FileDialog {
+    SaveDialog {
         id: exportDialog
 
-        fileMode: FileDialog.SaveFile
-        nameFilters: [qsTr("Markdown (*.md)"), qsTr("JSON (*.json)")]
+        app: window.app
+        proposal: "Vanto report"
         title: qsTr("Export the report")
 
         onAccepted: window.app.moves.exportReport(selectedFile)
     }
     FolderDialog {
         id: folderDialog
+
+        acceptLabel: qsTr("Choose")
 
         onAccepted: window.app.scan.scanFolder(selectedFolder)
     }
@@ -261,8 +299,11 @@ T.ApplicationWindow {
         function onAboutWanted(): void {
             window.showPage("help", Qt.OtherFocusReason);
         }
-        function onScreenChanged(): void {
+        // Another screen, or the same one again, in place of a page or a report.
+        function onOpened(): void {
             window.page = "";
+            window.app.moves.closeReport();
+            window.focusContent();
         }
     }
     Connections {
@@ -310,7 +351,7 @@ T.ApplicationWindow {
         }
     }
     Shortcut {
-        enabled: window.app.putBack.ready && !window.app.moves.confirming && !window.app.scan.needsFullDiskAccess
+        enabled: !window.app.moves.confirming && !window.app.moves.deleting && !window.app.scan.needsFullDiskAccess
         sequence: "Ctrl+Z"
 
         onActivated: window.app.putBack.putBackLast()

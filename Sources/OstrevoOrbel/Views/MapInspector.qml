@@ -35,6 +35,10 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             elide: parent.isPath ? Text.ElideMiddle : Text.ElideRight
             role: ThemedText.Small
+
+            WholeText {
+                shown: value
+            }
         }
     }
 

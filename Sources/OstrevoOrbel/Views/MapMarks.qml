@@ -26,42 +26,48 @@ Item {
         box: marks.treemap.hoverBox
         objectName: "map.hover"
     }
+    // Each mark, and both together, are as wide as a tile keeps free around its words: four pixels.
     Frame {
+        readonly property bool isFocused: ring.visible && marks.treemap.selectedBox === marks.treemap.currentBox
+
         border.color: Theme.accent
-        border.width: 3
+        border.width: isFocused ? 2 : 3
         box: marks.treemap.selectedBox
+        inset: isFocused ? 2 : 0
         objectName: "map.selected"
 
         Frame {
             border.color: Theme.surface
             box: Qt.rect(0, 0, parent.width, parent.height)
             inset: 3
+            visible: !parent.isFocused
         }
     }
-    // Light, dark, light: seen on every colour.
     Item {
         id: ring
 
-        readonly property int inset: marks.treemap.selectedBox === marks.treemap.currentBox ? 4 : 0
+        readonly property bool isSelected: marks.treemap.selectedBox === marks.treemap.currentBox
 
         objectName: "map.focus"
         visible: marks.treemap.focusShown
 
+        // Light, dark, light: seen on every colour. Around the mark of the selection the dark is enough.
         Frame {
             border.color: Theme.surface
             box: marks.treemap.currentBox
-            inset: ring.inset
+            visible: !ring.isSelected
         }
         Frame {
             border.color: Theme.ink
             border.width: 2
             box: marks.treemap.currentBox
-            inset: ring.inset + 1
+            inset: ring.isSelected ? 0 : 1
         }
         Frame {
             border.color: Theme.surface
             box: marks.treemap.currentBox
-            inset: ring.inset + 3
+            inset: 3
+            visible: !ring.isSelected
         }
     }
     Item {

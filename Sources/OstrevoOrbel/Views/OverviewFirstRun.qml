@@ -8,6 +8,7 @@ FocusScope {
     required property AppModel app
     property int padding: Theme.pagePadding
     readonly property string status: qsTr("Ready")
+    readonly property Item firstFocus: disk
 
     Card {
         id: card

@@ -11,6 +11,7 @@ FocusScope {
     required property AppModel app
     property int padding: Theme.pagePadding
     property int columns: 3
+    readonly property Item firstFocus: kindList
     /// What the pointer is on.
     readonly property string status: (kindList.hoveredRow ?? folderList.hoveredRow)?.status ?? ""
 
@@ -152,7 +153,6 @@ FocusScope {
 
             app: measured.app
             objectName: "overview.ledgercard"
-            termColumns: measured.columns === 3 ? 5 : 3
             visible: measured.app.disk.ledger.known
             width: parent.width
 

@@ -8,7 +8,7 @@ ScreenFrame {
     readonly property string phase: app.scan.running ? "scanning" : app.scan.rootUnreadable ? "unreadable"
         : app.scan.measuredAny ? "measured" : "first"
 
-    firstFocus: (phase === "scanning" ? stop : body.item) as Item
+    firstFocus: (phase === "scanning" ? stop : body.item?.firstFocus ?? body.item) as Item
     objectName: "overview"
     scope: app.scan.scopeText
     status: app.scan.running ? app.scan.scopeText : body.item?.status ?? ""
@@ -17,14 +17,8 @@ ScreenFrame {
     /// A measured disk is shown from its top, without a mark on the list that has the focus.
     function takeFocus(reason: int): void {
         const isQuiet = phase === "measured" && reason === Qt.ShortcutFocusReason;
-        firstFocus?.forceActiveFocus(isQuiet ? Qt.OtherFocusReason : reason);
+        focusPlace.forceActiveFocus(isQuiet ? Qt.OtherFocusReason : reason);
     }
-
-    // What had the focus is gone; the keyboard goes on with what there is now.
-    onPhaseChanged: Qt.callLater(() => {
-        if (view.visible)
-            view.takeFocus(view.phase === "measured" ? Qt.OtherFocusReason : Qt.TabFocusReason);
-    })
 
     actions: [
         FindButton {

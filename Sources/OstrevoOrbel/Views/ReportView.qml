@@ -11,6 +11,7 @@ ScreenFrame {
     readonly property MoveReport report: app.moves.report
     readonly property bool whole: !report.untrustworthy
     readonly property bool nothingMoved: report.moved.count === 0
+    readonly property bool fine: whole && !nothingMoved && !report.putBackFailed
 
     signal closed()
     signal exportWanted()
@@ -96,6 +97,13 @@ ScreenFrame {
         }
     }
 
+    // Where something is measured, Esc stops that.
+    Shortcut {
+        enabled: screen.visible && !screen.app.scan.running && !screen.app.rescan.running
+        sequence: "Esc"
+
+        onActivated: screen.closed()
+    }
     ScrollPage {
         anchors.fill: parent
         centred: true
@@ -127,7 +135,7 @@ ScreenFrame {
 
                     anchors.left: parent.left
                     anchors.leftMargin: 24
-                    color: screen.whole && !screen.nothingMoved ? Theme.okSoft : Theme.warnSoft
+                    color: screen.fine ? Theme.okSoft : Theme.warnSoft
                     height: Theme.px(44)
                     radius: height / 2
                     width: height
@@ -135,9 +143,9 @@ ScreenFrame {
 
                     Icon {
                         anchors.centerIn: parent
-                        color: screen.whole && !screen.nothingMoved ? Theme.ok : Theme.warn
+                        color: screen.fine ? Theme.ok : Theme.warn
                         size: Theme.px(20)
-                        path: screen.whole && !screen.nothingMoved ? Theme.icons.check : Theme.icons.warn
+                        path: screen.fine ? Theme.icons.check : Theme.icons.warn
                     }
                 }
                 Column {
@@ -157,9 +165,8 @@ ScreenFrame {
                         wrapMode: Text.Wrap
                     }
                     Paragraph {
-                        text: screen.report.putBackWords !== ""
-                            ? screen.report.putBackWords : screen.report.trashNote
                         objectName: "report.note"
+                        text: screen.report.note
                     }
                 }
                 Row {
@@ -192,7 +199,7 @@ ScreenFrame {
             entries: screen.report.moved
             objectName: "report.moved"
             remark: screen.report.movedSize
-            title: qsTr("Moved to Trash (%1)").arg(entries.count)
+            title: screen.report.movedTitle
         }
         Rows {
             entries: screen.report.skipped

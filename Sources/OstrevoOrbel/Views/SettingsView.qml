@@ -60,7 +60,8 @@ ScreenFrame {
                 width: parent.width
 
                 SettingRow {
-                    explanation: qsTr("Checks every 5 minutes while Vanto is open, even with its window closed. It only informs; it never deletes anything.")
+                    explanation: view.app.alert.explanation
+                    objectName: "settings.alertRow"
                     label: qsTr("Notify me when free space is low")
                     width: parent.width
 

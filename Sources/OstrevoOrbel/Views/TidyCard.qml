@@ -22,10 +22,7 @@ Card {
     property string iconPath: ""
 
     readonly property alias table: table
-
-    function takeFocus(reason: int): void {
-        ((card.list.count > 0 ? table : none) as Item).forceActiveFocus(reason);
-    }
+    readonly property Item firstFocus: (card.list.count > 0 ? table : none) as Item
 
     clip: true
 

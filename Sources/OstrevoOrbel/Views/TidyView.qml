@@ -9,8 +9,10 @@ ScreenFrame {
     readonly property alias hasLists: unmeasured.measured
     /// Which of the two is shown where there is no room for both.
     property int tab: 0
+    readonly property bool isOnlyShortcuts: flow.folders.total === 0 && flow.shortcuts.total > 0
 
-    firstFocus: (!hasLists ? unmeasured : narrow && tab === 1 ? shortcuts.table : folders.table) as Item
+    firstFocus: (!hasLists ? unmeasured : (narrow ? tab === 1 : isOnlyShortcuts) ? shortcuts.firstFocus
+        : folders.firstFocus) as Item
     objectName: "tidy"
     scope: qsTr("Home folder · found by rule, nothing has been moved")
     status: !hasLists ? "" : flow.running ? qsTr("Looking for what can be tidied away…")
@@ -124,8 +126,6 @@ ScreenFrame {
         unmeasured: qsTr("Empty folders and broken shortcuts are found in what was measured.")
         visible: !screen.hasLists
         waiting: qsTr("The lists appear when everything has been measured.")
-
-        onVisibleChanged: if (screen.activeFocus) screen.takeFocus(Qt.TabFocusReason)
     }
 
     Shortcut {

@@ -215,7 +215,8 @@ QString TreemapItem::tileName(int tile) const {
     if (!isOfThisTree())
         return {};
     const auto& shown = tiles_[static_cast<std::size_t>(tile)];
-    QStringList words{textOf(shown.label)};
+    const auto* smaller = std::get_if<TreemapTile::SmallerItems>(&shown.content);
+    QStringList words{smaller != nullptr ? smallerItemsText(smaller->count) : textOf(shown.label)};
     if (const auto node = nodeOf(tile))
         words << kindText(map_->tree(), *node);
     words << ByteFigure(shown.bytes).text()
@@ -235,8 +236,7 @@ QString TreemapItem::describe(int tile) const {
     }
     if (const auto* smaller = std::get_if<TreemapTile::SmallerItems>(&shown.content))
         return tr("%1 in %2 · %3 together")
-            .arg(countOf(smaller->count, tr("smaller item"), tr("smaller items")),
-                 map_->facts(smaller->parent).path, size);
+            .arg(smallerItemsText(smaller->count), map_->facts(smaller->parent).path, size);
     return tr("Not measured · %1").arg(size);
 }
 

@@ -2,10 +2,13 @@
 
 #include "Map/TreemapModel.h"
 #include "Models/ByteFigure.h"
+#include "Models/MapWords.h"
 #include "Models/Wording.h"
 
+#include <algorithm>
 #include <cmath>
 #include <QSvgRenderer>
+#include <utility>
 
 namespace orbel {
 
@@ -122,6 +125,10 @@ ContentKind TreemapPainter::kindOf(const TreemapTile& tile) const {
 void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, const QRect& rect,
                                bool isTicked) {
     const double widthInPoints = rect.width() / style_.scale;
+    if (std::holds_alternative<TreemapTile::SmallerItems>(tile.content)) {
+        drawSmallerItems(tile, face, rect);
+        return;
+    }
     // Beside a tick there must be room left for a name.
     if (!face.showsName || (isTicked && widthInPoints < 64))
         return;
@@ -133,17 +140,8 @@ void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, co
     const QRectF first(rect.x() + inset, rect.y() + px(face.topInset),
                        rect.width() - 2 * inset - (isTicked ? px(28) : 0), lineHeight);
     const QRectF second(rect.x() + inset, first.bottom(), rect.width() - 2 * inset, lineHeight);
-    QString name = visibleTextOf(tile.label);
-    QString below = face.showsSize ? ByteFigure(tile.bytes).text() : QString();
-
-    if (std::holds_alternative<TreemapTile::SmallerItems>(tile.content)
-        && bold.horizontalAdvance(name) > first.width()) {
-        // A number cut short would be another number.
-        name.truncate(name.lastIndexOf(QLatin1Char(' ')));
-        below = QStringLiteral("items");
-        if (!face.showsSize || bold.horizontalAdvance(name) > first.width())
-            return;
-    }
+    const QString name = visibleTextOf(tile.label);
+    const QString below = face.showsSize ? ByteFigure(tile.bytes).text() : QString();
     if (std::holds_alternative<TreemapTile::NotMeasured>(tile.content)) {
         const double width =
             std::max(bold.horizontalAdvance(name), metrics(face, false).horizontalAdvance(below)) + px(6);
@@ -156,6 +154,48 @@ void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, co
         drawLine(below, font(face, false), metrics(face, false), second, Qt::AlignLeft, color);
     if (face.glyphSize > 0)
         drawGlyph(kindOf(tile), rect, face);
+}
+
+/// In as many lines as it takes, and as much of it as fits whole: a number cut short would be another number.
+void TreemapPainter::drawSmallerItems(const TreemapTile& tile, const TileFace& face, const QRect& rect) {
+    const auto whole = smallerItemsText(std::get<TreemapTile::SmallerItems>(tile.content).count);
+    const auto words = whole.split(QLatin1Char(' '));
+    const auto numberAndWord = words.at(0) + QLatin1Char(' ') + words.at(1);
+    const auto number = QLatin1Char('+') + words.at(0);
+    const auto size = ByteFigure(tile.bytes).text();
+    const auto& bold = metrics(face, face.isBold);
+    const auto& regular = metrics(face, false);
+    const double lineHeight = px(face.lineHeight);
+    // Half of the room to the left of the words is enough to their right.
+    const double width = rect.width() - 1.5 * px(face.nameInset);
+    const double height = rect.height() - px(face.topInset);
+    const auto fits = [&](const QStringList& lines) {
+        bool isFirst = true;
+        return lineHeight * static_cast<double>(lines.size()) <= height
+               && std::ranges::all_of(lines, [&](const QString& line) {
+                      return std::exchange(isFirst, false) ? bold.horizontalAdvance(line) <= width
+                                                           : regular.horizontalAdvance(line) <= width;
+                  });
+    };
+    for (const auto& lines : {QStringList{whole, size},
+                              {whole},
+                              {numberAndWord, words.at(2), size},
+                              {numberAndWord, words.at(2)},
+                              words + QStringList{size},
+                              words,
+                              {number, size},
+                              {number}}) {
+        if (!fits(lines))
+            continue;
+        QRectF line(rect.x() + px(face.nameInset), rect.y() + px(face.topInset), width, lineHeight);
+        for (const auto& shown : lines) {
+            const bool isBold = face.isBold && &shown == &lines.front();
+            drawLine(shown, font(face, isBold), metrics(face, isBold), line, Qt::AlignLeft,
+                     opaque(colors_.secondInk));
+            line.translate(0, lineHeight);
+        }
+        return;
+    }
 }
 
 void TreemapPainter::drawLine(const QString& words, const QFont& font, const QFontMetricsF& metrics,

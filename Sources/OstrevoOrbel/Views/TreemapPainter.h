@@ -37,6 +37,7 @@ private:
     void drawGround(const TreemapTile& tile, const QRect& rect, bool isPale);
     ContentKind kindOf(const TreemapTile& tile) const;
     void drawWords(const TreemapTile& tile, const TileFace& face, const QRect& rect, bool isTicked);
+    void drawSmallerItems(const TreemapTile& tile, const TileFace& face, const QRect& rect);
     void drawLine(const QString& words, const QFont& font, const QFontMetricsF& metrics, const QRectF& line,
                   Qt::Alignment side, QRgb color);
     void drawGlyph(ContentKind kind, const QRect& rect, const TileFace& face);

@@ -22,7 +22,7 @@ ScreenFrame {
         list.forceActiveFocus(Qt.TabFocusReason);
     }
 
-    firstFocus: !hasApps ? nothing : list.visible ? list : detail
+    firstFocus: (!hasApps ? nothing : list.visible ? list.table : detail.table) as Item
     objectName: "uninstall"
     scope: flow.loaded ? qsTr("%1 on this computer").arg(flow.summary) : qsTr("Apps and their leftovers")
     status: detail.activeFocus ? detail.status : ""
@@ -66,8 +66,6 @@ ScreenFrame {
     }
 
     Component.onCompleted: flow.open()
-    // What had the focus while there was no list.
-    onHasAppsChanged: if (screen.activeFocus && !find.activeFocus) Qt.callLater(screen.takeFocus, Qt.TabFocusReason)
     onNarrowChanged: if (!narrow) detailOpen = false
 
     ListState {

@@ -46,4 +46,8 @@ Rectangle {
         color: badge.texts[badge.tone]
         role: ThemedText.Tile
     }
+    WholeText {
+        shown: label
+        text: RefusalAdvice.after(badge.text)
+    }
 }

@@ -12,6 +12,8 @@ Item {
 
     property string key: model.key ?? ""
     property string name: model.name ?? model.title ?? ""
+    /// The same as it is to be drawn.
+    property string nameShown: name
     /// The second line.
     property string detail: model.detail ?? ""
     property int kind: model.kind ?? 7
@@ -60,6 +62,7 @@ Item {
 
     property alias separated: ground.separated
     property alias nameBold: nameText.bold
+    readonly property alias nameFont: nameText.font
     property alias nameColor: nameText.color
     property alias nameElide: nameText.elide
     property alias nameWrap: nameText.wrapMode
@@ -225,7 +228,7 @@ Item {
 
                 color: row.refused || !row.listed ? Theme.text2 : Theme.ink
                 elide: Text.ElideMiddle
-                text: row.name
+                text: row.nameShown
                 width: parent.width
             }
             SmallText {
@@ -235,6 +238,10 @@ Item {
                 text: row.detail
                 visible: text !== ""
                 width: parent.width
+
+                WholeText {
+                    shown: detailText
+                }
             }
         }
         Row {

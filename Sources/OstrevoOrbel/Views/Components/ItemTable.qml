@@ -76,6 +76,12 @@ T.Control {
         menu.show(row);
         menu.popup(table, at.x, at.y);
     }
+    /// A click on the lock of a refused row has its tooltip; a key has to be answered as well.
+    function tickByKey(row: var): void {
+        table.tickWanted(row.index);
+        if (row.refused && row.showsTick)
+            table.menu?.actions.explainRefusal(row.itemName, row.refusal);
+    }
     function copy(key: string): void {
         if (table.menu === null)
             table.copyWanted(key);
@@ -122,7 +128,7 @@ T.Control {
         else if (event.isAutoRepeat && (isEnter || event.key === Qt.Key_Space))
             return;
         else if (event.key === Qt.Key_Space && view.typed === "")
-            table.tickWanted(view.currentIndex);
+            table.tickByKey(held);
         else if (isEnter)
             table.activated(view.currentIndex);
         else if (event.key === Qt.Key_Left || event.key === Qt.Key_Right)
@@ -141,6 +147,7 @@ T.Control {
         readonly property var rows: typeof model === "object" ? model : null
         property bool keyed: false
         property string typed: ""
+        property bool holding: false
         property string heldKey: ""
         property string selectedKey: ""
 
@@ -158,10 +165,15 @@ T.Control {
                 table.move(found[0].row, true);
         }
         function holdPlaces(): void {
+            // Rows that go and come again are at their place once the last of them is there.
+            if (holding)
+                return;
+            holding = true;
             heldKey = keyAt(currentIndex);
             selectedKey = keyAt(table.selectedRow);
         }
         function findPlaces(): void {
+            holding = false;
             const place = table.rowOf(heldKey);
             // An item that is gone leaves the keyboard at its place.
             currentIndex = place >= 0 || !table.activeFocus ? place : Math.min(Math.max(0, currentIndex), count - 1);
@@ -202,6 +214,12 @@ T.Control {
             }
             function onRowsAboutToBeRemoved(): void {
                 view.holdPlaces();
+            }
+            function onRowsAboutToBeMoved(): void {
+                view.holdPlaces();
+            }
+            function onRowsMoved(): void {
+                Qt.callLater(view.findPlaces);
             }
             function onRowsInserted(): void {
                 Qt.callLater(view.findPlaces);

@@ -138,7 +138,7 @@ FocusScope {
 
             anchors.horizontalCenter: parent.horizontalCenter
             controlHeight: Theme.smallButtonHeight
-            focus: true
+            focus: visible
             objectName: state.objectName + ".action"
             text: state.scanning ? qsTr("Stop")
                 : state.unreadable ? qsTr("Choose Folder…")

@@ -39,11 +39,11 @@ T.AbstractButton {
         Icon {
             id: icon
 
-            anchors.left: parent.left
-            anchors.leftMargin: nav.rail ? Math.round((parent.width - width) / 2) : 0
             anchors.verticalCenter: parent.verticalCenter
             color: nav.current ? Theme.accent : Theme.text2
             path: nav.iconPath
+            // An anchor that is taken off would leave it where it was.
+            x: nav.rail ? Math.round((parent.width - width) / 2) : Theme.along(0, width, parent.width)
         }
         ThemedText {
             anchors.left: icon.right

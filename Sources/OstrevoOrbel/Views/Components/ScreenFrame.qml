@@ -23,12 +23,21 @@ FocusScope {
     property alias bar: barSlot.data
     property alias foot: footSlot.data
     default property alias content: contentSlot.data
-    /// What gets the focus when the screen opens.
-    property Item firstFocus: contentSlot
+    /// What gets the focus when the screen opens, and again when what had it is hidden, disabled or gone.
+    property Item firstFocus: null
+    /// That, or nothing in particular while it cannot have the focus.
+    readonly property Item focusPlace: firstFocus?.enabled && (firstFocus.visible || !visible) ? firstFocus : rest
 
     function takeFocus(reason: int): void {
-        (firstFocus ?? contentSlot).forceActiveFocus(reason);
+        focusPlace.forceActiveFocus(reason);
     }
+
+    function endRest(): void {
+        if (rest.activeFocus)
+            frame.takeFocus(Qt.OtherFocusReason);
+    }
+
+    onFocusPlaceChanged: Qt.callLater(frame.endRest)
 
     Rectangle {
         anchors.fill: parent
@@ -85,7 +94,15 @@ FocusScope {
         anchors.bottom: footSlot.top
         anchors.top: barSlot.bottom
         focus: true
+        objectName: "screen.content"
         width: parent.width
+
+        // Has the focus while nothing of the content can take it. Keys do nothing here.
+        Item {
+            id: rest
+
+            anchors.fill: parent
+        }
     }
     Item {
         id: footSlot

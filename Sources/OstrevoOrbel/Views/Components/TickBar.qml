@@ -36,8 +36,9 @@ Rectangle {
     Hairline {
         edge: Qt.TopEdge
     }
+    // Also while nothing is ticked, which is said then.
     Shortcut {
-        enabled: bar.visible && bar.count > 0
+        enabled: bar.parent?.visible ?? false
         sequence: "Del"
 
         onActivated: bar.reviewed()

@@ -10,14 +10,18 @@ Item {
     required property RoleList segments
     /// Fills all of what was measured with one colour in place of those of the kinds.
     property bool plain: false
-    /// The share of the whole that is used, where something points at its edge; -1 where nothing does.
-    property real usedShare: -1
-
     readonly property int gap: plain ? 0 : 1
+    /// Where the last part ends that is used, which is neither reserved nor free.
+    property real usedEnd: 0
 
-    /// Where a part ends that takes this share of the whole.
-    function edge(share: real): int {
-        return Math.round(share * bar.width);
+    function findUsedEnd(): void {
+        let end = 0;
+        for (let i = 0; i < parts.count; ++i) {
+            const segment = parts.itemAt(i);
+            if (segment && segment.part < DiskLedger.Reserved)
+                end = Math.max(end, segment.end);
+        }
+        usedEnd = end;
     }
 
     clip: true
@@ -47,11 +51,13 @@ Item {
                     return before ? before.start + before.width + bar.gap : 0;
                 }
 
+                readonly property real end: start + width
+
+                onEndChanged: Qt.callLater(bar.findUsedEnd)
+
                 Accessible.ignored: true
                 height: bar.height
                 width: index === parts.count - 1 ? Math.max(2, bar.width - start)
-                    : bar.usedShare >= 0 && part === DiskLedger.NotMeasured
-                    ? Math.max(2, bar.edge(bar.usedShare) - start)
                     : Math.max(2, Math.round(fraction * (bar.width - (parts.count - 1) * bar.gap)))
                 x: Theme.along(start, width, bar.width)
 
