@@ -1,6 +1,7 @@
 #include "AppModel/ItemActions.h"
 
 #include "Models/ItemKey.h"
+#include "Models/Wording.h"
 #include "Util/Utf8.h"
 
 #include <utility>

@@ -20,9 +20,11 @@ Item {
 
     // The joint of the next term stands in what is left free at the right.
     readonly property int free: Theme.px(24)
+    /// What stands before the label.
+    readonly property real before: swatchSlot.visible ? swatchSlot.width + head.spacing : 0
 
     implicitHeight: column.implicitHeight
-    implicitWidth: Math.ceil(Math.max(amountText.implicitWidth, labelText.implicitWidth + labelText.x)) + free
+    implicitWidth: Math.ceil(Math.max(amountText.implicitWidth, labelText.implicitWidth + before)) + free
 
     ThemedText {
         color: Theme.text3
@@ -38,6 +40,8 @@ Item {
         width: parent.width - term.free
 
         Row {
+            id: head
+
             spacing: 8
             width: parent.width
 
@@ -54,7 +58,7 @@ Item {
 
                 lineHeight: Theme.px(18)
                 text: term.label
-                width: parent.width - (swatchSlot.visible ? swatchSlot.width + parent.spacing : 0)
+                width: parent.width - term.before
             }
         }
         ThemedText {

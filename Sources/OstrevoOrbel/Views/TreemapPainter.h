@@ -22,8 +22,8 @@ public:
         QString family;
         double scale = 1;               ///< device pixels a point
         const FileTree* tree = nullptr; ///< of the tiles; null when there are none
-        MapFilter filter;
-        std::function<bool(NodeIndex)> isTicked;
+        MapFilter filter{};
+        std::function<bool(NodeIndex)> isTicked{};
     };
 
     /// `painter` draws in device pixels; it and `style` must live as long as this.
