@@ -112,6 +112,22 @@ TEST_F(DuplicatesInTheWindow, TheKeptCopyIsFirstAndTheOthersFollowByPath) {
     keepPicture(scene, QStringLiteral("duplicates-kept-first"));
 }
 
+TEST_F(DuplicatesInTheWindow, ControlATicksAllButTheKeptOfEachGroup) {
+    open();
+    search();
+    auto& flow = *scene.app().duplicates();
+    scene.item(QStringLiteral("duplicates.table"))->forceActiveFocus(Qt::TabFocusReason);
+    scene.press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_GT(flow.tickedCount(), 0);
+    for (const auto& group : flow.duplicateGroups()) {
+        EXPECT_EQ(group.figures().ticked, group.figures().tickable);
+        EXPECT_LT(group.figures().ticked, group.size()) << "one copy stays";
+    }
+    scene.press(Qt::Key_Menu);
+    scene.click(QStringLiteral("duplicates.groupMenu.none"));
+    EXPECT_EQ(flow.tickedCount(), 0);
+}
+
 TEST_F(DuplicatesInTheWindow, KeysFoldTickKeepAndFind) {
     open(800, 560);
     search();

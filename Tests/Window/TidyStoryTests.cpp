@@ -145,6 +145,34 @@ TEST_F(TidyInTheWindow, AMenuTicksTheItemThatItNamesWhateverTheRowsAreByThen) {
     EXPECT_FALSE(isTicked("Downloads/new"));
 }
 
+TEST_F(TidyInTheWindow, ControlATicksAllThatIsShownAndMayMove) {
+    open();
+    auto* const folders = flow().folders();
+    scene.item(QStringLiteral("tidy.folders.table"))->forceActiveFocus(Qt::TabFocusReason);
+    scene.press(Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(folders->tickedCount(), 0);
+    flow().setFilter(QStringLiteral("Downloads"));
+    scene.settle();
+    scene.press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_TRUE(scene.waitUntil([&] { return folders->tickedCount() == 2; }))
+        << "what is hidden stays as it was";
+    flow().setFilter(QString());
+    flow().lookAgain();
+    ASSERT_TRUE(scene.waitUntil([&] { return !flow().tidyRunning(); }));
+    EXPECT_EQ(folders->tickedCount(), 2) << "a new look ticks nothing by itself after that";
+
+    scene.item(QStringLiteral("tidy.shortcuts.table"))->forceActiveFocus(Qt::TabFocusReason);
+    scene.press(Qt::Key_Home);
+    scene.press(Qt::Key_Menu);
+    scene.click(QStringLiteral("tidy.shortcuts.menu.none"));
+    EXPECT_EQ(flow().shortcuts()->tickedCount(), 0);
+    scene.press(Qt::Key_Menu);
+    scene.click(QStringLiteral("tidy.shortcuts.menu.all"));
+    const int mayMove = flow().shortcuts()->tickable();
+    EXPECT_TRUE(scene.waitUntil([&] { return flow().shortcuts()->tickedCount() == mayMove; }));
+    EXPECT_LT(mayMove, flow().shortcuts()->rowCount()) << "the others are refused";
+}
+
 TEST_F(TidyInTheWindow, ASmallWindowHasTabsAndAStoppedScanNoEmptyFolders) {
     isPartial = true;
     open(800, 560);

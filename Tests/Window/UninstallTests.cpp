@@ -75,6 +75,21 @@ TEST_F(UninstallInTheWindow, KeysLeadFromAnAppToItsLeftoversAndToTheConfirmation
     EXPECT_EQ(scene.app().moves()->items()->items().front().item.path, sample.app("Aster").path);
 }
 
+TEST_F(UninstallInTheWindow, ControlATicksAllThatMayMoveOfTheApp) {
+    open();
+    int mayMove = 0;
+    for (int row = 0; row < flow().leftovers()->rowCount(); ++row) {
+        const auto* const item = flow().leftovers()->itemAt(row);
+        mayMove += item != nullptr && item->item.isSelectable() ? 1 : 0;
+    }
+    scene.item(QStringLiteral("uninstall.leftovers"))->forceActiveFocus(Qt::TabFocusReason);
+    scene.press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(flow().ticks()->count(), mayMove);
+    EXPECT_GT(mayMove, 1);
+    scene.press(Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(flow().ticks()->count(), 0);
+}
+
 TEST_F(UninstallInTheWindow, ARunningAppIsAskedToQuitAndThenUnlocked) {
     *isRunning = true;
     open();

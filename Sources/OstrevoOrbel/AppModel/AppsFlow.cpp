@@ -264,6 +264,15 @@ void AppsFlow::toggleTick(int leftoverRow) {
         ticks_.setTicked(*ticked, !ticks_.contains(ticked->item.id));
 }
 
+void AppsFlow::tickAll() {
+    std::vector<TickedItem> items;
+    for (int row = 0; row < leftovers_.rowCount(); ++row) {
+        if (const auto* const item = leftovers_.itemAt(row))
+            items.push_back(*item);
+    }
+    ticks_.tickAll(std::move(items));
+}
+
 void AppsFlow::setFindText(const QString& text) {
     if (text == findText_)
         return;

@@ -65,6 +65,8 @@ public:
     Q_INVOKABLE void sortBy(bool size);
     Q_INVOKABLE void askToQuit();
     Q_INVOKABLE void toggleTick(int leftoverRow);
+    /// Ticks all rows of the selected application that may move.
+    Q_INVOKABLE void tickAll();
 
     /// Selects the application of that name, id or path as soon as the inventory is known; says so when there
     /// is none.

@@ -1,8 +1,8 @@
 #include "AppModel/JournalFlow.h"
 
-#include "AppModel/FreedAside.h"
 #include "Export/ReportRenderer.h"
 #include "Journal/IntentSettling.h"
+#include "Models/FreedAside.h"
 #include "Models/Wording.h"
 #include "Platform/ReplaceFile.h"
 #include "Util/FileUrl.h"

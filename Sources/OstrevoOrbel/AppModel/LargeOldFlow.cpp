@@ -1,7 +1,7 @@
 #include "AppModel/LargeOldFlow.h"
 
-#include "AppModel/FreedAside.h"
 #include "Models/ByteFigure.h"
+#include "Models/FreedAside.h"
 #include "Models/Wording.h"
 
 #include <algorithm>
@@ -48,13 +48,13 @@ LargeOldFlow::LargeOldFlow(const AppEnvironment& environment, std::shared_ptr<co
     connect(&ticks_, &Ticks::changed, &model_, &LargeOldModel::tellTicks);
     ticks_.setPosition([this](const TickedItem& ticked) {
         // What filters hide comes last.
-        return static_cast<std::size_t>(
-            static_cast<unsigned>(model_.placeOf(QString::fromStdString(ticked.item.id))));
+        return static_cast<std::size_t>(static_cast<unsigned>(model_.placeOf(ticked.item.id)));
     });
 }
 
 /// What was put back comes with the tree too.
 void LargeOldFlow::followTree() {
+    tickingAll_.drop();
     if (scan_.hasTree()) {
         refresh();
         return;
@@ -113,9 +113,7 @@ void LargeOldFlow::arrange() {
 
 void LargeOldFlow::show(LargeOldOrder order) {
     model_.show(list_, std::move(order));
-    ticks_.setFilter([this](const TickedItem& ticked) {
-        return model_.placeOf(QString::fromStdString(ticked.item.id)) >= 0;
-    });
+    ticks_.setFilter([this](const TickedItem& ticked) { return model_.placeOf(ticked.item.id) >= 0; });
     Q_EMIT changed();
 }
 
@@ -123,6 +121,7 @@ void LargeOldFlow::dropMoved(const std::vector<std::string>& moved) {
     // What is being looked for may have seen them; the tree without them, which is about to come, has it
     // looked for again.
     finding_.drop();
+    tickingAll_.drop();
     const std::unordered_set<std::string> paths(moved.begin(), moved.end());
     for (std::uint32_t row = 0; row < list_->rows().size(); ++row) {
         const auto& found = list_->rows()[row];
@@ -159,6 +158,20 @@ void LargeOldFlow::toggleTick(quint32 node) {
     auto item = list_->ticked(*row);
     const bool wasTicked = ticks_.contains(item.item.id);
     ticks_.setTicked(std::move(item), !wasTicked);
+}
+
+void LargeOldFlow::tickAll() {
+    tickingAll_.run([list = list_, rows = model_.shown()](const LatestJob::Run& run) {
+        std::vector<TickedItem> items;
+        items.reserve(rows.size());
+        for (const auto row : rows) {
+            if (run.isCancelled())
+                break;
+            if (list->rows()[row].item.isSelectable())
+                items.push_back(list->ticked(row));
+        }
+        return items;
+    });
 }
 
 std::size_t LargeOldFlow::count() const {

@@ -2,6 +2,7 @@
 
 #include "AppModel/LatestJob.h"
 #include "AppModel/MoveFlow.h"
+#include "AppModel/TickAll.h"
 #include "Find/LargeOldQuery.h"
 #include "Models/LargeOldList.h"
 #include "Models/LargeOldModel.h"
@@ -76,6 +77,8 @@ public:
     /// Of a row, told by its node in the tree that the rows are of, which may be another one than is shown
     /// elsewhere by now. What is in no row changes nothing.
     Q_INVOKABLE void toggleTick(quint32 node);
+    /// Ticks all rows that are shown and may move.
+    Q_INVOKABLE void tickAll();
 
     // State.
 
@@ -138,6 +141,7 @@ private:
     int version_ = -1;
     bool isKnown_ = false;
     Ticks ticks_;
+    TickAll tickingAll_{ticks_};
     LargeOldModel model_;
     LatestJob finding_{"orbel.large-old"};
     LatestJob arranging_{"orbel.arrange"};

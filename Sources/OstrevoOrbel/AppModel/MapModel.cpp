@@ -53,6 +53,7 @@ void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Cover
     refusals_.clear();
     notes_.clear();
     ticking_.drop();
+    tickingAll_.drop();
     if (isEdited) {
         // An edited tree may number its nodes anew; their paths stay.
         const auto again = [&](NodeIndex node) {
@@ -253,21 +254,26 @@ void MapModel::updateSafety() {
     selectionJob_.run([tree = tree_, node = *selected_,
                        policy = policy_] { return itemWithRepositories(*tree, node, *policy); },
                       [this](const std::optional<DeletionItem>& item) {
-                          applyAnswer(*selected_, item);
+                          applyAnswers({{*selected_, item}});
                           refusal_ = tickRefusal(*selected_);
                           isMovable_ = refusal_.isEmpty();
                           Q_EMIT safetyChanged();
                       });
 }
 
-void MapModel::applyAnswer(NodeIndex node, const std::optional<DeletionItem>& item) {
-    const auto refusal = item ? textOf(item->blockedReason.value_or("")) : tr("It is not there any more");
-    const auto note = item ? textOf(item->note.value_or("")) : QString();
-    if (refusals_.contains(node) && refusals_[node] == refusal && notes_[node] == note)
-        return;
-    refusals_[node] = refusal;
-    notes_[node] = note;
-    list_.tellTicks();
+void MapModel::applyAnswers(const Answers& answers) {
+    bool isChanged = false;
+    for (const auto& [node, item] : answers) {
+        const auto refusal = item ? textOf(item->blockedReason.value_or("")) : tr("It is not there any more");
+        const auto note = item ? textOf(item->note.value_or("")) : QString();
+        if (refusals_.contains(node) && refusals_[node] == refusal && notes_[node] == note)
+            continue;
+        refusals_[node] = refusal;
+        notes_[node] = note;
+        isChanged = true;
+    }
+    if (isChanged)
+        list_.tellTicks();
 }
 
 QString MapModel::noteOf(NodeIndex node) const {
@@ -286,7 +292,6 @@ void MapModel::checkRows() {
         if (!refusals_.contains(list_.nodeAt(row)))
             asked.push_back(list_.nodeAt(row));
     }
-    using Answers = std::vector<std::pair<NodeIndex, std::optional<DeletionItem>>>;
     rowsJob_.run(
         [tree = tree_, asked = std::move(asked), policy = policy_] {
             Answers answers;
@@ -297,10 +302,7 @@ void MapModel::checkRows() {
                                          : DeletionItem::fromTree(*tree, node, DeletionModule::map, *policy));
             return answers;
         },
-        [this](const Answers& answers) {
-            for (const auto& [node, item] : answers)
-                applyAnswer(node, item);
-        });
+        [this](const Answers& answers) { applyAnswers(answers); });
 }
 
 void MapModel::toggleTick(quint32 node) {
@@ -321,10 +323,32 @@ void MapModel::toggleTick(quint32 node) {
             return answer;
         },
         [this, node](Answer answer) {
-            applyAnswer(node, answer.first);
+            applyAnswers({{node, answer.first}});
             if (answer.first)
                 ticks_.setTicked(std::move(answer.second), true);
         });
+}
+
+void MapModel::tickAll() {
+    if (tree_->count() == 0)
+        return;
+    const auto children = tree_->children(focus_);
+    tickingAll_.run([this, tree = tree_, policy = policy_,
+                     nodes = std::vector(children.begin(), children.end())](const LatestJob::Run& run) {
+        std::vector<TickedItem> items;
+        Answers refused;
+        for (const NodeIndex node : nodes) {
+            if (run.isCancelled())
+                break;
+            auto item = itemWithRepositories(*tree, node, *policy);
+            if (item && item->isSelectable())
+                items.push_back(TickedItem::ofNode(std::move(*item), *tree, node));
+            else
+                refused.emplace_back(node, std::move(item));
+        }
+        run.report([this, refused = std::move(refused)] { applyAnswers(refused); });
+        return items;
+    });
 }
 
 bool MapModel::isTicked(quint32 node) const {
@@ -353,10 +377,20 @@ QString MapModel::tickRefusal(quint32 node) const {
 }
 
 QList<quint32> MapModel::tickedNodes() const {
+    // Mostly many of few folders: each folder's names are looked through once.
+    std::unordered_map<std::string_view, std::unordered_map<std::string_view, NodeIndex>> folders;
     QList<quint32> nodes;
-    for (const auto& ticked : ticks_.items()) {
-        if (const auto node = tree_->index(ticked.item.path, canonicalizer()))
-            nodes << *node;
+    for (const auto& [path, ticked] : ticks_.byPath()) {
+        const auto above = parentPath(path);
+        const auto [folder, isNew] = folders.try_emplace(above);
+        if (isNew) {
+            if (const auto node = tree_->index(std::string(above), canonicalizer())) {
+                for (const NodeIndex child : tree_->children(*node))
+                    folder->second.emplace(tree_->nameBytes(child), child);
+            }
+        }
+        if (const auto node = folder->second.find(lastPathComponent(path)); node != folder->second.end())
+            nodes << node->second;
     }
     return nodes;
 }

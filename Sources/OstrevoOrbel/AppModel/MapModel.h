@@ -2,6 +2,7 @@
 
 #include "AppModel/MoveFlow.h"
 #include "AppModel/ScanFlow.h"
+#include "AppModel/TickAll.h"
 #include "Map/MapFilter.h"
 #include "Models/KindTotalsModel.h"
 #include "Models/MapCrumbsModel.h"
@@ -87,6 +88,8 @@ public:
     /// Ticks an item that may be moved, once that has been asked, or unticks it. What lies inside a ticked
     /// folder moves with it and has no tick of its own.
     Q_INVOKABLE void toggleTick(quint32 node);
+    /// Ticks all that lies directly in the folder that is shown and may move.
+    Q_INVOKABLE void tickAll();
     Q_INVOKABLE bool isTicked(quint32 node) const;
     /// Why an item cannot be ticked, as far as that is known by now; empty when nothing is known against it.
     Q_INVOKABLE QString tickRefusal(quint32 node) const;
@@ -144,7 +147,8 @@ private:
     void updateLegend();
     void updateSafety();
     void checkRows();
-    void applyAnswer(NodeIndex node, const std::optional<DeletionItem>& item);
+    using Answers = std::vector<std::pair<NodeIndex, std::optional<DeletionItem>>>;
+    void applyAnswers(const Answers& answers);
     QString noteOf(NodeIndex node) const;
     Qt::CheckState tickState(NodeIndex node) const;
     QString rootName() const;
@@ -176,6 +180,7 @@ private:
     LatestJob selectionJob_{"orbel.safety"};
     LatestJob rowsJob_{"orbel.safety"};
     LatestJob ticking_{"orbel.tick"};
+    TickAll tickingAll_{ticks_};
 };
 
 } // namespace orbel

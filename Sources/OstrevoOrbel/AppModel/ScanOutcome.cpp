@@ -1,6 +1,6 @@
 #include "AppModel/ScanOutcome.h"
 
-#include "AppModel/FreedAside.h"
+#include "Models/FreedAside.h"
 #include "Models/UnreadableModel.h"
 #include "Models/Wording.h"
 #include "Safety/PathCanonicalizer.h"

@@ -36,7 +36,8 @@ QString changedWords(Date changed, std::chrono::system_clock::time_point now) {
     return TidyFlow::tr("changed %1").arg(dayText(changed));
 }
 
-TidyListModel::Row rowOf(const EmptyFolderFinder::Row& found, std::chrono::system_clock::time_point now) {
+std::shared_ptr<const TidyListModel::Row> rowOf(const EmptyFolderFinder::Row& found,
+                                                std::chrono::system_clock::time_point now) {
     TidyListModel::Row row{.item = TickedItem::alone(found.item, ContentKind::folder),
                            .isPreselected = found.item.preselected};
     row.item.count = found.nestedCount;
@@ -50,10 +51,10 @@ TidyListModel::Row rowOf(const EmptyFolderFinder::Row& found, std::chrono::syste
         row.badge = row.detail.contains(TidyFlow::tr("changed today"))
                         ? TidyFlow::tr("Changed today, left unticked")
                         : TidyFlow::tr("Changed lately, left unticked");
-    return row;
+    return std::make_shared<const TidyListModel::Row>(std::move(row));
 }
 
-TidyListModel::Row rowOf(const Shortcuts::Row& found) {
+std::shared_ptr<const TidyListModel::Row> rowOf(const Shortcuts::Row& found) {
     TidyListModel::Row row{.item = TickedItem::alone(found.item, ContentKind::other),
                            .isPreselected = found.item.preselected};
     row.item.kindName = wordOf(rawValue(found.kind));
@@ -66,7 +67,7 @@ TidyListModel::Row rowOf(const Shortcuts::Row& found) {
     // That it is intentional is all that there is to say.
     if (found.item.blockedReason && found.state != Shortcuts::State::intentional)
         row.detail += QStringLiteral(" · ") + textOf(*found.item.blockedReason);
-    return row;
+    return std::make_shared<const TidyListModel::Row>(std::move(row));
 }
 
 QString tickedWords(const TidyListModel& list) {
@@ -101,6 +102,8 @@ void TidyFlow::takeTree() {
 void TidyFlow::drop(const std::vector<std::string>& paths) {
     const PathSet places(paths);
     const auto isGone = [&](const auto& row) { return places.covers(row.item.path); };
+    tickingFolders_.drop();
+    tickingShortcuts_.drop();
     std::erase_if(emptyFolderRows_, isGone);
     std::erase_if(brokenShortcutRows_, isGone);
     folders_.remove(paths);
@@ -109,12 +112,14 @@ void TidyFlow::drop(const std::vector<std::string>& paths) {
 
 void TidyFlow::clear() {
     job_.drop();
+    tickingFolders_.drop();
+    tickingShortcuts_.drop();
     tidyVersion_ = -1;
     emptyFolderRows_.clear();
     brokenShortcutRows_.clear();
     for (auto* list : {&folders_, &shortcuts_}) {
         list->forgetChoices();
-        list->setRows({}, {});
+        list->clear();
     }
     Q_EMIT changed();
 }
@@ -130,9 +135,11 @@ void TidyFlow::lookAgain() {
 }
 
 void TidyFlow::refresh() {
+    const auto ofFolders = folders_.choices();
+    const auto ofShortcuts = shortcuts_.choices();
     job_.run(
         [tree = scan_.tree(), policy = policy_, finder = emptyFolderFinder_, isPartial = scan_.isPartial(),
-         clock = environment_.now()](const LatestJob::Run& run) {
+         clock = environment_.now(), ofFolders, ofShortcuts](const LatestJob::Run& run) {
             const auto now = std::chrono::time_point_cast<Date::duration>(clock);
             const auto isCancelled = [&] { return run.isCancelled(); };
             Found found;
@@ -143,18 +150,27 @@ void TidyFlow::refresh() {
                 found.folderRows.push_back(rowOf(folder, clock));
             for (const auto& shortcut : found.shortcuts)
                 found.shortcutRows.push_back(rowOf(shortcut));
+            found.tickedFolders = ofFolders.of(found.folderRows);
+            found.tickedShortcuts = ofShortcuts.of(found.shortcutRows);
             return found;
         },
-        [this, version = scan_.treeVersion()](Found found) { take(version, std::move(found)); });
+        [this, version = scan_.treeVersion(), ofFolders, ofShortcuts](Found found) {
+            take(version, std::move(found), ofFolders, ofShortcuts);
+        });
     Q_EMIT changed();
 }
 
-void TidyFlow::take(int version, Found found) {
+void TidyFlow::take(int version, Found found, const TidyListModel::Choices& ofFolders,
+                    const TidyListModel::Choices& ofShortcuts) {
+    tickingFolders_.drop();
+    tickingShortcuts_.drop();
     tidyVersion_ = version;
     emptyFolderRows_ = std::move(found.folders);
     brokenShortcutRows_ = std::move(found.shortcuts);
-    folders_.setRows(std::move(found.folderRows), environment_.home);
-    shortcuts_.setRows(std::move(found.shortcutRows), environment_.home);
+    folders_.setRows(std::move(found.folderRows), environment_.home, ofFolders,
+                     std::move(found.tickedFolders));
+    shortcuts_.setRows(std::move(found.shortcutRows), environment_.home, ofShortcuts,
+                       std::move(found.tickedShortcuts));
     Q_EMIT changed();
     refreshIfShown();
 }
@@ -165,7 +181,23 @@ void TidyFlow::toggleTick(TidyListModel* list, int row) {
 }
 
 void TidyFlow::setAllTicked(TidyListModel* list, bool ticked) {
-    list->setAllTicked(ticked);
+    if (!ticked) {
+        list->untickAll();
+        return;
+    }
+    (list == &folders_ ? tickingFolders_ : tickingShortcuts_)
+        .run(
+            [rows = list->shownRows()](const LatestJob::Run& run) {
+                std::vector<TickedItem> items;
+                items.reserve(rows.size());
+                for (const auto& row : rows) {
+                    if (run.isCancelled())
+                        break;
+                    items.push_back(row->item);
+                }
+                return items;
+            },
+            [list] { list->noteAllTicked(); });
 }
 
 void TidyFlow::review(TidyListModel* list) {
@@ -198,7 +230,7 @@ QString TidyFlow::summary() const {
 QString TidyFlow::foldersText() const {
     std::uint64_t inside = 0;
     for (const auto& row : folders_.rows())
-        inside += row.item.count;
+        inside += row->item.count;
     const auto topmost = static_cast<std::uint64_t>(folders_.total());
     const auto words = countOf(topmost, tr("topmost folder"), tr("topmost folders"));
     return inside == topmost ? words : tr("%1, %2 with those inside").arg(words, orbel::countText(inside));

@@ -2,6 +2,7 @@
 
 #include "AppModel/LatestJob.h"
 #include "AppModel/MoveFlow.h"
+#include "AppModel/TickAll.h"
 #include "Find/BrokenShortcutFinder.h"
 #include "Find/EmptyFolderFinder.h"
 #include "Models/TidyListModel.h"
@@ -57,6 +58,7 @@ public:
     /// Makes the lists anew, whatever tree they are of.
     Q_INVOKABLE void lookAgain();
     Q_INVOKABLE void toggleTick(orbel::TidyListModel* list, int row);
+    /// Ticks all rows that are shown and may move, or unticks all there are.
     Q_INVOKABLE void setAllTicked(orbel::TidyListModel* list, bool ticked);
     /// Asks for a confirmation of what is ticked in a list.
     Q_INVOKABLE void review(orbel::TidyListModel* list);
@@ -90,14 +92,17 @@ private:
     struct Found {
         std::vector<EmptyFolderFinder::Row> folders;
         std::vector<BrokenShortcutFinder::Row> shortcuts;
-        std::vector<TidyListModel::Row> folderRows;
-        std::vector<TidyListModel::Row> shortcutRows;
+        TidyListModel::Rows folderRows;
+        TidyListModel::Rows shortcutRows;
+        std::unique_ptr<Ticks::Content> tickedFolders;
+        std::unique_ptr<Ticks::Content> tickedShortcuts;
     };
 
     void takeTree();
     void refreshIfShown();
     void refresh();
-    void take(int version, Found found);
+    void take(int version, Found found, const TidyListModel::Choices& ofFolders,
+              const TidyListModel::Choices& ofShortcuts);
     void drop(const std::vector<std::string>& paths);
     void clear();
 
@@ -113,6 +118,8 @@ private:
     TidyListModel shortcuts_;
     int tidyVersion_ = -1;
     QString filter_;
+    TickAll tickingFolders_{folders_.ticks()};
+    TickAll tickingShortcuts_{shortcuts_.ticks()};
     LatestJob job_{"orbel.tidy"};
 };
 

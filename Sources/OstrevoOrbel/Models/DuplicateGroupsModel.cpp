@@ -14,6 +14,9 @@ namespace orbel {
 
 namespace {
 
+/// Before the number of a group, in the key of its head.
+constexpr QLatin1String headKey("group ");
+
 /// A list that changes in more places than this is shown anew.
 constexpr std::size_t mostChanges = 50;
 
@@ -359,8 +362,20 @@ int DuplicateGroupsModel::rowCount(const QModelIndex& parent) const {
 
 QVariant DuplicateGroupsModel::data(const QModelIndex& index, int role) const {
     if (role == keyRole && isRow(index.row()) && isHead(index.row()))
-        return QStringLiteral("group %1").arg(rows_[at(index.row())].group);
+        return headKey + QString::number(rows_[at(index.row())].group);
     return RoleList::data(index, role);
+}
+
+int DuplicateGroupsModel::rowOfKey(const QString& key) const {
+    if (key.startsWith(headKey)) {
+        const auto group = key.mid(headKey.size()).toULongLong();
+        return group < headRows_.size() ? headRows_[group] : -1;
+    }
+    const auto path = pathOfKey(key);
+    const auto found = std::ranges::find_if(rows_, [&](Row row) {
+        return row.copy >= 0 && groups_[row.group].file(static_cast<std::size_t>(row.copy)).path == path;
+    });
+    return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
 }
 
 bool DuplicateGroupsModel::isTicked(Row row) const {

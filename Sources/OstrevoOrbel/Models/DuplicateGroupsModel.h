@@ -74,6 +74,9 @@ public:
     /// group.
     QVariant data(const QModelIndex& index, int role) const override;
 
+protected:
+    int rowOfKey(const QString& key) const override;
+
 Q_SIGNALS:
     /// Of the totals.
     void changed();

@@ -5,11 +5,15 @@
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
+#include <ranges>
 #include <utility>
 
 namespace orbel {
 
 namespace {
+
+/// A list that loses more rows than these is shown anew.
+constexpr std::size_t mostRemovals = 50;
 
 QString recordText(LastUsed::Record record) {
     switch (record) {
@@ -72,14 +76,25 @@ void LargeOldModel::show(std::shared_ptr<const LargeOldList> list, LargeOldOrder
 }
 
 void LargeOldModel::drop(const std::unordered_set<std::string>& paths) {
-    // From the end, so that the places of those before stay.
-    for (int place = rowCount() - 1; place >= 0; --place) {
-        if (!paths.contains(rowAt(place).item.path))
-            continue;
-        beginRemoveRows({}, place, place);
+    std::vector<int> going;
+    for (int place = 0; place < rowCount(); ++place) {
+        if (paths.contains(rowAt(place).item.path))
+            going.push_back(place);
+    }
+    for (const int place : going)
         order_.places[order_.rows[static_cast<std::size_t>(place)]] = LargeOldOrder::nowhere;
-        order_.rows.erase(order_.rows.begin() + place);
-        endRemoveRows();
+    if (going.size() > mostRemovals) {
+        beginResetModel();
+        std::erase_if(order_.rows,
+                      [this](std::uint32_t row) { return order_.places[row] == LargeOldOrder::nowhere; });
+        endResetModel();
+    } else {
+        // From the end, so that the places of those before stay.
+        for (const int place : std::views::reverse(going)) {
+            beginRemoveRows({}, place, place);
+            order_.rows.erase(order_.rows.begin() + place);
+            endRemoveRows();
+        }
     }
     for (std::uint32_t place = 0; place < order_.rows.size(); ++place)
         order_.places[order_.rows[place]] = place;
@@ -92,8 +107,8 @@ void LargeOldModel::sumUp() {
         bytes_ += list_->rows()[row].bytes;
 }
 
-int LargeOldModel::placeOf(const QString& id) const {
-    const auto row = list_->find(id.toStdString());
+int LargeOldModel::placeOf(const std::string& id) const {
+    const auto row = list_->find(id);
     return !row || order_.places[*row] == LargeOldOrder::nowhere ? -1 : static_cast<int>(order_.places[*row]);
 }
 
@@ -105,13 +120,8 @@ const LargeOldQuery::Row& LargeOldModel::rowAt(int place) const {
     return list_->rows()[order_.rows[static_cast<std::size_t>(place)]];
 }
 
-QModelIndexList LargeOldModel::match(const QModelIndex& start, int role, const QVariant& value, int hits,
-                                     Qt::MatchFlags flags) const {
-    if (role != keyRole)
-        return RoleList::match(start, role, value, hits, flags);
-    const auto module = std::string(rawValue(DeletionModule::largeOld));
-    const int place = placeOf(QString::fromStdString(module + ":" + pathOfKey(value.toString())));
-    return place < 0 ? QModelIndexList() : QModelIndexList{index(place)};
+int LargeOldModel::rowOfKey(const QString& key) const {
+    return placeOf(std::string(rawValue(DeletionModule::largeOld)) + ":" + pathOfKey(key));
 }
 
 int LargeOldModel::rowCount(const QModelIndex& parent) const {

@@ -35,12 +35,14 @@ public:
 
     std::uint64_t bytes() const { return bytes_; }
     /// Where an item of that id is shown; -1 where it is not.
-    int placeOf(const QString& id) const;
+    int placeOf(const std::string& id) const;
+    /// The rows of the list that are shown.
+    const std::vector<std::uint32_t>& shown() const { return order_.rows; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    /// Finds a key at once, however many rows there are.
-    QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
-                          Qt::MatchFlags flags) const override;
+
+protected:
+    int rowOfKey(const QString& key) const override;
 
 private:
     const LargeOldQuery::Row& rowAt(int place) const;

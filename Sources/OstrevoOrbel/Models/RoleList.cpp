@@ -39,6 +39,22 @@ QVariant RoleList::value(int row, const QByteArray& role) const {
     return data(index(row), roleNames().key(role));
 }
 
+QModelIndexList RoleList::match(const QModelIndex& start, int role, const QVariant& value, int hits,
+                                Qt::MatchFlags flags) const {
+    if (role != keyRole)
+        return QAbstractListModel::match(start, role, value, hits, flags);
+    const int row = rowOfKey(value.toString());
+    return row < 0 ? QModelIndexList() : QModelIndexList{index(row)};
+}
+
+int RoleList::rowOfKey(const QString& key) const {
+    for (int row = 0; row < rowCount(); ++row) {
+        if (data(index(row), keyRole) == key)
+            return row;
+    }
+    return -1;
+}
+
 void RoleList::notifyRows() {
     if (rowCount() > 0)
         Q_EMIT dataChanged(index(0), index(rowCount() - 1));

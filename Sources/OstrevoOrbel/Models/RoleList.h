@@ -22,6 +22,9 @@ public:
     QHash<int, QByteArray> roleNames() const override;
     /// The same by name; nothing for a name or a row that there is none of.
     QVariant value(int row, const QByteArray& role) const;
+    /// A key is found by `rowOfKey`.
+    QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits = 1,
+                          Qt::MatchFlags flags = {Qt::MatchStartsWith | Qt::MatchWrap}) const override;
 
 Q_SIGNALS:
     void countChanged();
@@ -36,6 +39,8 @@ protected:
 
     /// In the constructor, once.
     void setRoles(std::vector<Role> roles) { roles_ = std::move(roles); }
+    /// The row that has this key, -1 for none. Asks each row; a long list knows a quicker way.
+    virtual int rowOfKey(const QString& key) const;
     /// What the rows show may have changed.
     void notifyRows();
 

@@ -15,11 +15,6 @@ namespace orbel {
 
 namespace {
 
-std::uint64_t saturatingSum(std::uint64_t a, std::uint64_t b) {
-    return b > std::numeric_limits<std::uint64_t>::max() - a ? std::numeric_limits<std::uint64_t>::max()
-                                                             : a + b;
-}
-
 /// What is in it and on it alone: blocks that may be shared do not count, and a file with several names only
 /// when all of them are in it.
 std::uint64_t certainBytes(const FileTree& tree, NodeIndex top) {
@@ -54,6 +49,11 @@ std::uint64_t certainBytes(const FileTree& tree, NodeIndex top) {
 }
 
 } // namespace
+
+std::uint64_t saturatingSum(std::uint64_t a, std::uint64_t b) {
+    return b > std::numeric_limits<std::uint64_t>::max() - a ? std::numeric_limits<std::uint64_t>::max()
+                                                             : a + b;
+}
 
 TickedItem TickedItem::ofNode(DeletionItem item, const FileTree& tree, NodeIndex node) {
     return {.item = std::move(item),

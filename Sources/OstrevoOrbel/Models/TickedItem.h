@@ -34,6 +34,9 @@ struct TickedItem {
 /// certain; "Frees at least 20.8 GB" when something in them could not be read.
 QString freesText(const std::vector<TickedItem>& items);
 
+/// At most 2^64 - 1.
+std::uint64_t saturatingSum(std::uint64_t a, std::uint64_t b);
+
 /// The sum of the items' sizes, at most 2^64 - 1.
 std::uint64_t bytesOf(const std::vector<TickedItem>& items);
 

@@ -1,13 +1,19 @@
 #include "Models/Ticks.h"
 
+#include "Models/FreedAside.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 namespace orbel {
 
 namespace {
+
+/// So many items take no time to be freed.
+constexpr std::size_t quicklyFreed = 2'000;
 
 std::string insideOf(std::string_view folder) {
     return folder == "/" ? "/" : std::string(folder) + '/';
@@ -15,52 +21,7 @@ std::string insideOf(std::string_view folder) {
 
 } // namespace
 
-bool Ticks::setTicked(TickedItem item, bool ticked) {
-    if (!ticked)
-        return untick(item.item.id);
-    if (!put(std::move(item)))
-        return false;
-    tell();
-    return true;
-}
-
-void Ticks::tickAll(std::vector<TickedItem> items) {
-    bool isChanged = false;
-    for (auto& item : items)
-        isChanged = put(std::move(item)) || isChanged;
-    if (isChanged)
-        tell();
-}
-
-void Ticks::replaceAll(std::vector<TickedItem> items) {
-    byPath_.clear();
-    pathOf_.clear();
-    for (auto& item : items)
-        put(std::move(item));
-    tell();
-}
-
-bool Ticks::untick(const std::string& id) {
-    if (!take(id))
-        return false;
-    tell();
-    return true;
-}
-
-void Ticks::untickAll(const std::vector<std::string>& ids) {
-    bool isChanged = false;
-    for (const auto& id : ids)
-        isChanged = take(id) || isChanged;
-    if (isChanged)
-        tell();
-}
-
-void Ticks::clear() {
-    if (!byPath_.empty())
-        replaceAll({});
-}
-
-bool Ticks::put(TickedItem item) {
+bool Ticks::Content::put(TickedItem item) {
     const auto path = item.item.path;
     if (!item.item.isSelectable() || covering(path) != nullptr)
         return false;
@@ -75,7 +36,7 @@ bool Ticks::put(TickedItem item) {
     return true;
 }
 
-bool Ticks::take(const std::string& id) {
+bool Ticks::Content::take(const std::string& id) {
     const auto known = pathOf_.find(id);
     if (known == pathOf_.end())
         return false;
@@ -84,7 +45,7 @@ bool Ticks::take(const std::string& id) {
     return true;
 }
 
-const TickedItem* Ticks::covering(std::string_view path) const {
+const TickedItem* Ticks::Content::covering(std::string_view path) const {
     while (!path.empty()) {
         if (const auto found = byPath_.find(path); found != byPath_.end())
             return &found->second;
@@ -95,10 +56,87 @@ const TickedItem* Ticks::covering(std::string_view path) const {
     return nullptr;
 }
 
-bool Ticks::anyInside(std::string_view path) const {
+bool Ticks::Content::anyInside(std::string_view path) const {
     const auto inside = insideOf(path);
     const auto found = byPath_.lower_bound(inside);
     return found != byPath_.end() && found->first.starts_with(inside);
+}
+
+/// To be changed: what is lent stays as it is.
+Ticks::Content& Ticks::own() {
+    if (std::exchange(isLent_, false))
+        content_ = std::make_shared<Content>(*content_);
+    return *content_;
+}
+
+void Ticks::replace(std::unique_ptr<Content> content) {
+    auto former = std::exchange(content_, std::move(content));
+    isLent_ = false;
+    const bool isLarge = former->byPath().size() > quicklyFreed;
+    freeAside(std::move(former), isLarge);
+}
+
+bool Ticks::setTicked(TickedItem item, bool ticked) {
+    if (!ticked)
+        return untick(item.item.id);
+    if (!own().put(std::move(item)))
+        return false;
+    tell();
+    return true;
+}
+
+void Ticks::tickAll(std::vector<TickedItem> items) {
+    bool isChanged = false;
+    for (auto& item : items)
+        isChanged = own().put(std::move(item)) || isChanged;
+    if (isChanged)
+        tell();
+}
+
+void Ticks::replaceAll(std::vector<TickedItem> items) {
+    auto content = std::make_unique<Content>();
+    for (auto& item : items)
+        content->put(std::move(item));
+    replace(std::move(content));
+    ++epoch_;
+    tell();
+}
+
+bool Ticks::untick(const std::string& id) {
+    if (!contains(id))
+        return false;
+    own().take(id);
+    tell();
+    return true;
+}
+
+void Ticks::untickAll(const std::vector<std::string>& ids) {
+    bool isChanged = false;
+    for (const auto& id : ids)
+        isChanged = (contains(id) && own().take(id)) || isChanged;
+    if (isChanged)
+        tell();
+}
+
+void Ticks::clear() {
+    if (count() > 0)
+        replaceAll({});
+    else
+        ++epoch_;
+}
+
+std::shared_ptr<const Ticks::Content> Ticks::lend() {
+    isLent_ = true;
+    return content_;
+}
+
+bool Ticks::take(std::shared_ptr<const Content> lent, std::unique_ptr<Content> made) {
+    if (lent != content_)
+        return false;
+    lent.reset();
+    replace(std::move(made));
+    tell();
+    return true;
 }
 
 void Ticks::setFilter(IsShown isShown) {
@@ -110,14 +148,14 @@ void Ticks::tell() {
     hidden_ = 0;
     if (isShown_)
         hidden_ = static_cast<int>(
-            std::ranges::count_if(byPath_, [this](const auto& entry) { return !isShown_(entry.second); }));
+            std::ranges::count_if(byPath(), [this](const auto& entry) { return !isShown_(entry.second); }));
     Q_EMIT changed();
 }
 
 std::vector<TickedItem> Ticks::items() const {
     std::vector<TickedItem> items;
-    items.reserve(byPath_.size());
-    for (const auto& [path, item] : byPath_)
+    items.reserve(byPath().size());
+    for (const auto& [path, item] : byPath())
         items.push_back(item);
     // By path so far, which settles what stands at the same place.
     if (position_)
@@ -129,11 +167,14 @@ std::vector<TickedItem> Ticks::items() const {
 }
 
 ByteFigure Ticks::bytes() const {
-    return ByteFigure(bytesOf(items()));
+    return ByteFigure(std::accumulate(byPath().begin(), byPath().end(), std::uint64_t{0},
+                                      [](std::uint64_t sum, const auto& ticked) {
+                                          return saturatingSum(sum, ticked.second.item.estimatedBytes);
+                                      }));
 }
 
 QString Ticks::statement() const {
-    return countOf(byPath_.size(), tr("item ticked"), tr("items ticked"));
+    return countOf(byPath().size(), tr("item ticked"), tr("items ticked"));
 }
 
 QString Ticks::frees() const {
@@ -141,17 +182,17 @@ QString Ticks::frees() const {
 }
 
 QString Ticks::remark() const {
-    if (!isShown_ || byPath_.empty())
+    if (!isShown_ || byPath().empty())
         return {};
     if (hidden_ > 0)
         return tr("%1 of %2 hidden by filters")
-            .arg(countText(static_cast<std::uint64_t>(hidden_)), countText(byPath_.size()));
-    return byPath_.size() == 1 ? tr("visible with these filters")
-                               : tr("all %1 visible with these filters").arg(countText(byPath_.size()));
+            .arg(countText(static_cast<std::uint64_t>(hidden_)), countText(byPath().size()));
+    return byPath().size() == 1 ? tr("visible with these filters")
+                                : tr("all %1 visible with these filters").arg(countText(byPath().size()));
 }
 
 QString Ticks::reviewText() const {
-    return tr("Review %1…").arg(countOf(byPath_.size(), tr("Item"), tr("Items")));
+    return tr("Review %1…").arg(countOf(byPath().size(), tr("Item"), tr("Items")));
 }
 
 } // namespace orbel

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 #include <string>
@@ -41,7 +42,23 @@ public:
     using Position = std::function<std::size_t(const TickedItem& item)>;
     using ByPath = std::map<std::string, TickedItem, std::less<>>;
 
-    using QObject::QObject;
+    /// The items as a plain value, which keeps to the rule that none lies inside another.
+    class Content {
+    public:
+        /// False when nothing changed: the item is refused, or lies inside one that there is.
+        bool put(TickedItem item);
+        bool take(const std::string& id);
+        bool contains(const std::string& id) const { return pathOf_.contains(id); }
+        const TickedItem* covering(std::string_view path) const;
+        bool anyInside(std::string_view path) const;
+        const ByPath& byPath() const { return byPath_; }
+
+    private:
+        ByPath byPath_;
+        std::unordered_map<std::string, std::string> pathOf_; ///< by id
+    };
+
+    explicit Ticks(QObject* parent = nullptr) : QObject(parent) {}
 
     /// Ticks or unticks one. False when nothing changed: it is refused, lies inside a ticked one, or was so.
     bool setTicked(TickedItem item, bool ticked);
@@ -53,23 +70,30 @@ public:
     void untickAll(const std::vector<std::string>& ids);
     Q_INVOKABLE void clear();
 
+    /// What is ticked, to make more of it on another thread; it never changes.
+    std::shared_ptr<const Content> lend();
+    /// Takes what was made of that. False, and nothing changes, when the ticks have changed since.
+    bool take(std::shared_ptr<const Content> lent, std::unique_ptr<Content> made);
+    /// Another number once all have been cleared or replaced.
+    int epoch() const { return epoch_; }
+
     /// Tells which of them the screen shows; to be given again whenever the filters change. Null: there are
     /// no filters.
     void setFilter(IsShown isShown);
     /// Tells where in the screen's list an item stands. Null: the largest first.
     void setPosition(Position position) { position_ = std::move(position); }
 
-    bool contains(const std::string& id) const { return pathOf_.contains(id); }
+    bool contains(const std::string& id) const { return content_->contains(id); }
     /// The ticked item that is, or holds, what is at this path; null when there is none.
-    const TickedItem* covering(std::string_view path) const;
+    const TickedItem* covering(std::string_view path) const { return content_->covering(path); }
     /// Whether something inside the folder at this path is ticked, the folder itself not counted.
-    bool anyInside(std::string_view path) const;
+    bool anyInside(std::string_view path) const { return content_->anyInside(path); }
 
     /// In the order of the screen's list, whatever the order of ticking.
     std::vector<TickedItem> items() const;
-    const ByPath& byPath() const { return byPath_; }
+    const ByPath& byPath() const { return content_->byPath(); }
 
-    int count() const { return static_cast<int>(byPath_.size()); }
+    int count() const { return static_cast<int>(byPath().size()); }
     ByteFigure bytes() const;
     QString statement() const;
     QString frees() const;
@@ -81,12 +105,13 @@ Q_SIGNALS:
     void changed();
 
 private:
-    bool put(TickedItem item);
-    bool take(const std::string& id);
+    Content& own();
+    void replace(std::unique_ptr<Content> content);
     void tell();
 
-    ByPath byPath_;
-    std::unordered_map<std::string, std::string> pathOf_; ///< by id
+    std::shared_ptr<Content> content_ = std::make_shared<Content>();
+    bool isLent_ = false;
+    int epoch_ = 0;
     IsShown isShown_;
     Position position_;
     int hidden_ = 0;

@@ -1,5 +1,6 @@
 #include "Models/TidyListModel.h"
 
+#include "Models/FreedAside.h"
 #include "Models/ItemKey.h"
 #include "Models/PathSet.h"
 #include "Models/Wording.h"
@@ -8,6 +9,13 @@
 #include <numeric>
 
 namespace orbel {
+
+namespace {
+
+/// So many rows take no time to be freed.
+constexpr std::size_t quicklyFreed = 2'000;
+
+} // namespace
 
 TidyListModel::TidyListModel() {
     connect(&ticks_, &Ticks::changed, this, [this] {
@@ -37,19 +45,47 @@ QString TidyListModel::pathText(const Row& row) const {
     return textOf(tildePath(row.item.item.path, home_));
 }
 
-void TidyListModel::setRows(std::vector<Row> rows, std::string home) {
+void TidyListModel::forgetChoices() {
+    choices_.clear();
+    preselects_ = true;
+}
+
+TidyListModel::Choices TidyListModel::choices() {
+    return {.ticked = ticks_.lend(), .byHand = choices_, .preselects = preselects_};
+}
+
+std::unique_ptr<Ticks::Content> TidyListModel::Choices::of(const Rows& rows) const {
+    auto content = std::make_unique<Ticks::Content>();
+    for (const auto& row : rows) {
+        const auto& id = row->item.item.id;
+        const auto choice = byHand.find(id);
+        const bool isTicked = choice != byHand.end()
+                                  ? choice->second
+                                  : ticked->contains(id) || (preselects && row->isPreselected);
+        if (isTicked)
+            content->put(row->item);
+    }
+    return content;
+}
+
+void TidyListModel::setRows(Rows rows, std::string home, const Choices& choices,
+                            std::unique_ptr<Ticks::Content> ticked) {
     beginResetModel();
-    rows_ = std::move(rows);
+    std::swap(rows_, rows);
     home_ = std::move(home);
     show();
     endResetModel();
-    std::vector<TickedItem> ticked;
-    for (const auto& row : rows_) {
-        const auto choice = choices_.find(row.item.item.id);
-        if (choice == choices_.end() ? row.isPreselected : choice->second)
-            ticked.push_back(row.item);
+    if (!ticks_.take(choices.ticked, std::move(ticked))) {
+        const auto now = this->choices();
+        ticks_.take(now.ticked, now.of(rows_));
     }
-    ticks_.replaceAll(std::move(ticked));
+    const bool isLong = rows.size() > quicklyFreed;
+    freeAside(std::move(rows), isLong);
+}
+
+void TidyListModel::clear() {
+    ticks_.clear();
+    setRows({}, {}, choices(), std::make_unique<Ticks::Content>());
 }
 
 bool TidyListModel::isShown(const TickedItem& item) const {
@@ -59,7 +95,7 @@ bool TidyListModel::isShown(const TickedItem& item) const {
 void TidyListModel::show() {
     shown_.clear();
     for (std::size_t i = 0; i < rows_.size(); ++i) {
-        if (isShown(rows_[i].item))
+        if (isShown(rows_[i]->item))
             shown_.push_back(i);
     }
 }
@@ -69,7 +105,10 @@ void TidyListModel::setFilter(const QString& text) {
     filter_ = TextMatcher(text.toStdString());
     show();
     endResetModel();
-    ticks_.setFilter([this](const TickedItem& item) { return isShown(item); });
+    if (text.isEmpty())
+        ticks_.setFilter(nullptr);
+    else
+        ticks_.setFilter([this](const TickedItem& item) { return isShown(item); });
 }
 
 void TidyListModel::setTicked(int row, bool ticked) {
@@ -80,51 +119,64 @@ void TidyListModel::setTicked(int row, bool ticked) {
         choices_[item.item.id] = ticked;
 }
 
-void TidyListModel::setAllTicked(bool ticked) {
-    if (!ticked) {
-        for (const auto& row : rows_)
-            choices_[row.item.item.id] = false;
-        ticks_.clear();
-        return;
-    }
-    std::vector<TickedItem> items;
-    for (const auto number : shown_) {
-        const auto& item = rows_[number].item;
-        if (!item.item.isSelectable())
-            continue;
-        choices_[item.item.id] = true;
-        items.push_back(item);
-    }
-    ticks_.tickAll(std::move(items));
+void TidyListModel::untickAll() {
+    choices_.clear();
+    preselects_ = false;
+    ticks_.replaceAll({});
+}
+
+TidyListModel::Rows TidyListModel::shownRows() const {
+    Rows rows;
+    rows.reserve(shown_.size());
+    for (const auto number : shown_)
+        rows.push_back(rows_[number]);
+    return rows;
+}
+
+void TidyListModel::noteAllTicked() {
+    std::erase_if(choices_, [this](const auto& choice) { return ticks_.contains(choice.first); });
 }
 
 void TidyListModel::remove(const std::vector<std::string>& paths) {
     const PathSet places(paths);
     beginResetModel();
-    std::erase_if(rows_, [&](const Row& row) { return places.covers(row.item.item.path); });
+    std::vector<std::string> gone;
+    std::erase_if(rows_, [&](const auto& row) {
+        const bool isGone = places.covers(row->item.item.path);
+        if (isGone)
+            gone.push_back(row->item.item.id);
+        return isGone;
+    });
     show();
     endResetModel();
-    ticks_.replaceAll(ticked());
+    ticks_.untickAll(gone);
 }
 
 std::vector<TickedItem> TidyListModel::ticked() const {
     std::vector<TickedItem> items;
     for (const auto& row : rows_) {
-        if (ticks_.contains(row.item.item.id))
-            items.push_back(row.item);
+        if (ticks_.contains(row->item.item.id))
+            items.push_back(row->item);
     }
     return items;
 }
 
 int TidyListModel::tickable() const {
     return static_cast<int>(std::ranges::count_if(
-        shown_, [this](std::size_t number) { return rows_[number].item.item.isSelectable(); }));
+        shown_, [this](std::size_t number) { return rows_[number]->item.item.isSelectable(); }));
 }
 
 int TidyListModel::tickedInside() const {
     return std::accumulate(
         ticks_.byPath().begin(), ticks_.byPath().end(), 0,
         [](int sum, const auto& ticked) { return sum + static_cast<int>(ticked.second.count); });
+}
+
+int TidyListModel::rowOfKey(const QString& key) const {
+    const auto path = pathOfKey(key);
+    const auto found = std::ranges::find_if(
+        shown_, [&](std::size_t number) { return rows_[number]->item.item.path == path; });
+    return found == shown_.end() ? -1 : static_cast<int>(found - shown_.begin());
 }
 
 int TidyListModel::rowCount(const QModelIndex& parent) const {

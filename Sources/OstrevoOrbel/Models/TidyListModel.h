@@ -4,6 +4,7 @@
 #include "Models/Ticks.h"
 #include "Util/TextMatcher.h"
 
+#include <memory>
 #include <QtQml/qqmlregistration.h>
 #include <string>
 #include <unordered_map>
@@ -36,21 +37,40 @@ public:
         bool isAmiss = false;
         bool isPreselected = false;
     };
+    /// Shared with the threads that tick them.
+    using Rows = std::vector<std::shared_ptr<const Row>>;
 
     TidyListModel();
 
-    /// What was ticked or unticked by hand stays so, until `forgetChoices`.
-    void setRows(std::vector<Row> rows, std::string home);
-    void forgetChoices() { choices_.clear(); }
+    /// What is ticked of rows to come, as far as that is known: a value that any thread may use.
+    struct Choices {
+        std::shared_ptr<const Ticks::Content> ticked;
+        std::unordered_map<std::string, bool> byHand; ///< ticked or not one by one, by id
+        bool preselects = true;
+
+        std::unique_ptr<Ticks::Content> of(const Rows& rows) const;
+    };
+    Choices choices();
+
+    /// What was ticked or unticked by hand stays so, until `forgetChoices`. `ticked` is what `choices` give
+    /// of these rows, and is made again where they have changed since.
+    void setRows(Rows rows, std::string home, const Choices& choices, std::unique_ptr<Ticks::Content> ticked);
+    void forgetChoices();
+    void clear();
     void setFilter(const QString& text);
     void setTicked(int row, bool ticked);
-    /// Ticks all rows that are shown, or unticks all there are: nothing stays ticked unseen.
-    void setAllTicked(bool ticked);
+    /// Unticks all there are, shown or not: nothing stays ticked unseen, and nothing is ticked by itself.
+    void untickAll();
+    /// Those that are shown.
+    Rows shownRows() const;
+    /// They have been ticked, beside what was.
+    void noteAllTicked();
+    Ticks& ticks() { return ticks_; }
     /// Takes out what is at these paths or inside them.
     void remove(const std::vector<std::string>& paths);
 
-    const std::vector<Row>& rows() const { return rows_; }
-    const Row& row(int shown) const { return rows_[shown_[static_cast<std::size_t>(shown)]]; }
+    const Rows& rows() const { return rows_; }
+    const Row& row(int shown) const { return *rows_[shown_[static_cast<std::size_t>(shown)]]; }
     bool isTicked(int shown) const { return ticks_.contains(row(shown).item.item.id); }
     bool isRow(int row) const { return row >= 0 && row < rowCount(); }
     std::vector<TickedItem> ticked() const;
@@ -63,6 +83,9 @@ public:
 
     int rowCount(const QModelIndex& parent = {}) const override;
 
+protected:
+    int rowOfKey(const QString& key) const override;
+
 Q_SIGNALS:
     void changed();
 
@@ -72,9 +95,10 @@ private:
     bool isShown(const TickedItem& item) const;
 
     Ticks ticks_;
-    std::vector<Row> rows_;
+    Rows rows_;
     std::vector<std::size_t> shown_;                ///< of `rows_`
-    std::unordered_map<std::string, bool> choices_; ///< ticked or not, by id
+    std::unordered_map<std::string, bool> choices_; ///< ticked or not one by one, by id
+    bool preselects_ = true;
     std::string home_;
     TextMatcher filter_{""};
 };

@@ -180,6 +180,12 @@ FocusScope {
         section.property: "section"
         visible: pane.facts.valid
 
+        onAllWanted: ticked => {
+            if (ticked)
+                pane.flow.tickAll();
+            else
+                pane.flow.ticks.clear();
+        }
         onTickWanted: row => pane.flow.toggleTick(row)
 
         // A section of Qt 6.4 cannot be what is bound to its context, so nothing in this file is.

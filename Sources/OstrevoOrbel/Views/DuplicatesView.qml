@@ -153,6 +153,12 @@ ScreenFrame {
             else
                 screen.app.actions.showOnMap(shown.key);
         }
+        onAllWanted: ticked => {
+            if (ticked)
+                screen.flow.tickAllOthers();
+            else
+                screen.flow.clearTicks();
+        }
         onTickWanted: row => {
             const shown = itemAt(row);
             if (!shown.head && (keepFocused || shown.kept))
@@ -270,6 +276,22 @@ ScreenFrame {
             text: groupMenu.ticked ? qsTr("Untick This Group") : qsTr("Select All Except Kept")
 
             onTriggered: screen.flow.toggleTick(groupMenu.row)
+        }
+        MenuLine {
+        }
+        MenuEntry {
+            keys: qsTr("Ctrl A")
+            objectName: "duplicates.groupMenu.all"
+            text: qsTr("Select All")
+
+            onTriggered: screen.flow.tickAllOthers()
+        }
+        MenuEntry {
+            keys: qsTr("Ctrl Shift A")
+            objectName: "duplicates.groupMenu.none"
+            text: qsTr("Clear Ticks")
+
+            onTriggered: screen.flow.clearTicks()
         }
     }
     FolderDialog {

@@ -20,6 +20,8 @@ ActionMenu {
     property bool measured: false
 
     signal tickWanted(key: string)
+    /// Of the whole list: all ticked, or none.
+    signal allWanted(ticked: bool)
     signal zoomWanted()
 
     /// Makes it the menu of what a row shows; a list that has more to say does that too.
@@ -95,5 +97,24 @@ ActionMenu {
         visible: menu.tickable
 
         onTriggered: menu.tickWanted(menu.key)
+    }
+    MenuLine {
+        visible: menu.tickable
+    }
+    MenuEntry {
+        keys: qsTr("Ctrl A")
+        objectName: menu.objectName + ".all"
+        text: qsTr("Select All")
+        visible: menu.tickable
+
+        onTriggered: menu.allWanted(true)
+    }
+    MenuEntry {
+        keys: qsTr("Ctrl Shift A")
+        objectName: menu.objectName + ".none"
+        text: qsTr("Clear Ticks")
+        visible: menu.tickable
+
+        onTriggered: menu.allWanted(false)
     }
 }

@@ -239,6 +239,12 @@ ScreenFrame {
             }
 
             onActivated: row => view.app.actions.showOnMap(table.itemAt(row).key)
+            onAllWanted: ticked => {
+                if (ticked)
+                    view.large.tickAll();
+                else
+                    view.large.ticks.clear();
+            }
             onTickWanted: row => view.large.toggleTick(table.itemAt(row).node)
         }
     }

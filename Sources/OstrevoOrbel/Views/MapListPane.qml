@@ -14,6 +14,7 @@ FocusScope {
     signal menuWanted(node: int, item: Item, x: real, y: real)
     signal copyWanted(key: string)
     signal tickWanted(node: int)
+    signal allWanted(ticked: bool)
 
     Keys.onPressed: event => {
         event.accepted = event.key === Qt.Key_Backspace && event.modifiers === Qt.NoModifier;
@@ -58,6 +59,7 @@ FocusScope {
         keepsPlaces: false
         model: pane.map.list
         objectName: "map.list"
+        tickable: true
 
         delegate: ItemRow {
             id: row
@@ -111,6 +113,7 @@ FocusScope {
         onCopyWanted: key => pane.copyWanted(key)
         onMenuWanted: (row, x, y) => pane.menuWanted(row.node, table, x, y)
         onSelectedRowChanged: if (selectedRow !== pane.map.selectedRow) pane.map.selectRow(selectedRow)
+        onAllWanted: ticked => pane.allWanted(ticked)
         onTickWanted: row => pane.tickWanted(table.itemAt(row).node)
     }
     // What is selected on the map may lie deeper than a row: the row that holds it is marked then.

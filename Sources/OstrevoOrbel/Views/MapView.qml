@@ -17,6 +17,12 @@ ScreenFrame {
         zoom.run(from, Qt.rect(0, 0, treemap.width, treemap.height), true);
         screen.map.show(node);
     }
+    function tickAll(ticked: bool): void {
+        if (ticked)
+            screen.map.tickAll();
+        else
+            screen.map.ticks.clear();
+    }
     function goUp(): void {
         if (!screen.map.canGoUp || treemap.held)
             return;
@@ -151,6 +157,7 @@ ScreenFrame {
             ticked: screen.map.tickedNodes // qmllint disable type
             unit: Theme.fontScale
 
+            onAllWanted: ticked => screen.tickAll(ticked)
             onCopyWanted: node => screen.app.actions.copyPath(screen.map.facts(node).key)
             onTickWanted: node => screen.map.toggleTick(node)
             onMenuWanted: (node, position) => screen.openMenu(node, treemap, position.x, position.y)
@@ -218,6 +225,7 @@ ScreenFrame {
         width: screen.narrow ? Theme.px(300) : screen.middling ? Theme.px(260) : screen.wide ? Theme.px(400)
             : Theme.px(344)
 
+        onAllWanted: ticked => screen.tickAll(ticked)
         onCopyWanted: key => screen.app.actions.copyPath(key)
         onTickWanted: node => screen.map.toggleTick(node)
         onMenuWanted: (node, item, x, y) => screen.openMenu(node, item, x, y)
@@ -249,6 +257,7 @@ ScreenFrame {
         // What a menu opens on is selected, and being asked about.
         refusal: screen.map.selection.valid && screen.map.selection.key === key ? screen.map.refusal : ""
 
+        onAllWanted: ticked => screen.tickAll(ticked)
         onTickWanted: screen.map.toggleTick(node)
         onZoomWanted: screen.zoomTo(node, treemap.boxOf(node))
     }

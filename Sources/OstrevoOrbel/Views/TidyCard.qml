@@ -112,6 +112,7 @@ Card {
         }
 
         onActivated: row => card.actions.showOnMap(table.itemAt(row).key)
+        onAllWanted: ticked => card.flow.setAllTicked(card.list, ticked)
         onTickWanted: row => card.flow.toggleTick(card.list, row)
     }
     ListState {

@@ -368,13 +368,18 @@ void TreemapItem::keyPressEvent(QKeyEvent* event) {
     const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     const bool opensMenu = event->key() == Qt::Key_Menu
                            || (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
-    if (isHeld_ || map_ == nullptr || (!isPlain && !opensMenu && !event->matches(QKeySequence::Copy))) {
+    const bool isOfAll = event->key() == Qt::Key_A && (event->modifiers() & Qt::ControlModifier) != 0;
+    const bool isKnown = isPlain || opensMenu || isOfAll || event->matches(QKeySequence::Copy);
+    if (isHeld_ || map_ == nullptr || !isKnown) {
         event->ignore();
         return;
     }
     isFocusShown_ = true;
     if (opensMenu) {
         openMenu(current_);
+    } else if (isOfAll) {
+        if (!event->isAutoRepeat())
+            Q_EMIT allWanted((event->modifiers() & Qt::ShiftModifier) == 0);
     } else if (event->matches(QKeySequence::Copy)) {
         if (const auto node = nodeOf(current_))
             Q_EMIT copyWanted(*node);

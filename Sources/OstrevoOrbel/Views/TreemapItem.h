@@ -103,6 +103,8 @@ Q_SIGNALS:
     void menuWanted(quint32 node, const QPointF& position);
     void copyWanted(quint32 node);
     void tickWanted(quint32 node);
+    /// All items of the folder that fills the map are to be ticked, or nothing.
+    void allWanted(bool ticked);
 
 protected:
     void updatePolish() override;

@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import OstrevoOrbel
 
 /// A list of ItemRows, as many as there may be: one Tab stop. The arrows move focus and selection, with Ctrl the focus
-/// alone; Space ticks, Enter acts, letters find a row by its name (the display role of the model), Ctrl+C copies the
+/// alone; Space ticks, Ctrl+A all and Ctrl+Shift+A none, Enter acts, letters find a row by its name (the display role of the model), Ctrl+C copies the
 /// path. Focus and selection keep to their items when the rows are arranged anew.
 T.Control {
     id: table
@@ -29,6 +29,8 @@ T.Control {
     readonly property bool showsFocus: activeFocus && (visualFocus || view.keyed)
     /// The menu of the rows; a list that has another one for some of them says so in `menuOf`.
     property ItemMenu menu: null
+    /// Whether the rows have ticks.
+    property bool tickable: menu?.tickable === true
     /// Of the row under the pointer, else of the one with the focus.
     property var hoveredRow: null
     readonly property var statusRow: hoveredRow ?? view.currentItem
@@ -36,6 +38,8 @@ T.Control {
 
     signal activated(row: int)
     signal tickWanted(row: int)
+    /// All that is shown and may be ticked is to be, or nothing.
+    signal allWanted(ticked: bool)
     // Where there is no menu of the list's own; the menu at a point of the table.
     signal copyWanted(key: string)
     signal menuWanted(row: Item, x: real, y: real)
@@ -118,6 +122,8 @@ T.Control {
             table.move(view.currentIndex + steps[event.key], modifiers === Qt.NoModifier);
         else if (held === null)
             event.accepted = false;
+        else if (event.key === Qt.Key_A && (modifiers & Qt.ControlModifier) && table.tickable && !event.isAutoRepeat)
+            table.allWanted((modifiers & Qt.ShiftModifier) === 0);
         else if (event.key === Qt.Key_C && modifiers === Qt.ControlModifier)
             table.copy(held.key);
         else if (event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && modifiers === Qt.ShiftModifier)
@@ -235,6 +241,9 @@ T.Control {
                 const row = table.rowOf(key);
                 if (row >= 0)
                     table.tickWanted(row);
+            }
+            function onAllWanted(ticked: bool): void {
+                table.allWanted(ticked);
             }
         }
     }

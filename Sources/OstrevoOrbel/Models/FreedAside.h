@@ -3,6 +3,8 @@
 #include "Platform/Thread.h"
 
 #include <memory>
+#include <type_traits>
+#include <utility>
 
 namespace orbel {
 
@@ -15,6 +17,12 @@ std::shared_ptr<const Value> freedAside(std::unique_ptr<const Value> value, bool
                 if (!isLarge || !Thread::startDetached("orbel.free", dispose))
                     dispose();
             }};
+}
+
+/// Drops a value in the same way.
+template <class Value>
+void freeAside(Value&& value, bool isLarge) {
+    freedAside(std::make_unique<const std::remove_cvref_t<Value>>(std::forward<Value>(value)), isLarge);
 }
 
 } // namespace orbel
