@@ -1,6 +1,7 @@
 #include "AppModel/ScanFlow.h"
 
 #include "AppModel/ScanGrowth.h"
+#include "Models/MapWords.h"
 #include "Safety/FullDiskAccess.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Util/FileUrl.h"
@@ -16,6 +17,11 @@ namespace {
 /// Far more than are shown, so that a row that is overtaken still gets its figures.
 constexpr std::size_t mostTopLevel = 200;
 
+/// Its root included.
+std::uint64_t entriesIn(const FileTree& tree) {
+    return tree.count() == 0 ? 0 : std::uint64_t{tree.descendantCount(0)} + 1;
+}
+
 } // namespace
 
 ScanFlow::ScanFlow(const AppEnvironment& environment, DiskState& disk, Activity& activity, Notice& notice)
@@ -24,6 +30,7 @@ ScanFlow::ScanFlow(const AppEnvironment& environment, DiskState& disk, Activity&
       activity_(activity),
       notice_(notice),
       scanRoot_(environment.dataVolumePath),
+      known_(*environment.settings, environment.dataVolumePath),
       tree_(sharedTree(FileTree())) {
     refreshFullDiskAccess();
 }
@@ -45,6 +52,7 @@ void ScanFlow::startScan(const std::string& root) {
     scanRoot_ = root;
     scanState_ = ScanState::scanning;
     progress_.reset();
+    lastEntries_ = known_.entriesOf(root);
     topLevel_.begin(rootText());
     disk_.beginCounting(root);
     growth_.clear();
@@ -96,6 +104,8 @@ void ScanFlow::takeOutcome(ScanOutcome outcome) {
             tr("This scan could not be kept to compare the next one with: %1").arg(growth_.failure()));
     disk_.takeCounted(outcome);
     show(std::move(outcome));
+    if (hasTree())
+        known_.note(scanRoot_, isPartial() ? std::nullopt : std::optional(entriesIn(*tree_)));
     activity_.end();
     Q_EMIT scanStateChanged();
     environment_.mark("scanComplete");
@@ -116,7 +126,7 @@ void ScanFlow::show(ScanOutcome outcome) {
     coverage_.reset();
     if (isWholeDisk() && outcome.disk.disk && hasRoot)
         coverage_ = Coverage(disk_.usedWithoutMoved(*outcome.disk.disk, outcome.disk), tree);
-    figures_.set({.entries = hasRoot ? std::uint64_t{tree.descendantCount(0)} + 1 : 0,
+    figures_.set({.entries = entriesIn(tree),
                   .bytes = hasRoot ? tree.allocated(0) : 0,
                   .unreadable = tree.unreadableCount,
                   .elapsed = isScanning() ? 0 : scanSeconds_,
@@ -153,6 +163,22 @@ void ScanFlow::openPrivacySettings() {
 bool ScanFlow::isRootUnreadable() const {
     return !isIdle() && !isScanning()
            && (tree_->count() == 0 || NodeFlags{tree_->nodeFlags[0]}.contains(NodeFlags::unreadable));
+}
+
+double ScanFlow::share() const {
+    if (!isScanning() || !lastEntries_)
+        return -1;
+    return std::min(1.0, fractionOf(progress_ ? progress_->entries : 0, *lastEntries_));
+}
+
+QString ScanFlow::shareWords() const {
+    if (!isScanning() || !lastEntries_)
+        return {};
+    const auto last = countOf(*lastEntries_, tr("entry"), tr("entries"));
+    const auto entries = progress_ ? progress_->entries : 0;
+    return entries > *lastEntries_
+               ? tr("More than the %1 of the last scan").arg(last)
+               : tr("About %1 of the %2 of the last scan").arg(shareText(entries, *lastEntries_), last);
 }
 
 QString ScanFlow::rootText() const {

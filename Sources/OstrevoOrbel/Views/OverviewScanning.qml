@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import OstrevoOrbel
 
-/// While measuring: the figures so far, and the top level as it grows. No percentage, because it is not known.
+/// While measuring: the figures so far, and the top level as it grows. How far it is, is known only of what was
+/// measured before.
 Flickable {
     id: scanning
 
@@ -10,6 +11,8 @@ Flickable {
     property int padding: Theme.pagePadding
 
     readonly property DiskLedger ledger: app.disk.ledger
+    /// Whether the bar shows entries against those of the last scan, or bytes against what is used.
+    readonly property bool compares: app.scan.share >= 0
     readonly property real whole: Math.max(1, ledger.total.bytes)
     readonly property int contentWidth: Math.min(width - 2 * padding, Theme.contentWidth)
 
@@ -112,10 +115,11 @@ Flickable {
                 readonly property int measuredEnd: Math.min(width,
                     Math.round(width * scanning.app.scan.figures.measured.bytes / scanning.whole))
 
-                Accessible.name: scanning.app.scan.measuredText
-                Accessible.role: Accessible.Graphic
+                Accessible.name: scanning.compares ? scanning.app.scan.shareText : scanning.app.scan.measuredText
+                Accessible.role: scanning.compares ? Accessible.ProgressBar : Accessible.Graphic
                 height: 40
-                visible: scanning.ledger.known
+                objectName: "overview.progress"
+                visible: scanning.ledger.known || scanning.compares
                 width: parent.width
 
                 Hatching {
@@ -123,17 +127,19 @@ Flickable {
                     ground: Theme.hatchGround
                     height: parent.height
                     lines: Theme.hatch
+                    visible: !scanning.compares
                     width: bar.usedEnd
                 }
                 Rectangle {
                     anchors.left: parent.left
                     color: Theme.accent
                     height: parent.height
-                    width: bar.measuredEnd
+                    width: scanning.compares ? Math.round(bar.width * scanning.app.scan.share) : bar.measuredEnd
                 }
                 Rectangle {
                     color: Theme.control
                     height: parent.height
+                    visible: !scanning.compares
                     width: 1
                     x: Theme.along(bar.usedEnd, width, parent.width)
                 }
@@ -145,7 +151,7 @@ Flickable {
             }
             Item {
                 height: Theme.smallLine
-                visible: scanning.ledger.known
+                visible: scanning.ledger.known && !scanning.compares
                 width: parent.width
 
                 SmallText {
@@ -172,6 +178,12 @@ Flickable {
                     text: scanning.ledger.total.text
                 }
             }
+            SmallText {
+                objectName: "overview.share"
+                text: scanning.app.scan.shareText
+                visible: scanning.compares
+                width: parent.width
+            }
             Hairline {
                 edge: Qt.TopEdge
                 soft: true
@@ -182,7 +194,7 @@ Flickable {
 
                 color: Theme.text3
                 text: qsTr("Not all of the used space can be measured from this folder, so no percentage is shown.")
-                visible: !scanning.app.scan.wholeDisk
+                visible: !scanning.app.scan.wholeDisk && !scanning.compares
                 role: ThemedText.Small
             }
         }
