@@ -12,12 +12,16 @@ namespace orbel::test {
 struct FakeDesktop final : Desktop {
     void open(const std::string& path) override { opened = path; }
     void showInFileManager(const std::string& path) override { shown = path; }
+    bool hasTerminal() override { return isTerminalThere; }
+    void openTerminal(const std::string& path) override { terminal = path; }
     void openTrash(const std::string& itemsFolder) override { openedTrash = itemsFolder; }
     void openAddress(const QString& /*address*/) override {}
     void copyText(const QString& text) override { copied = text; }
 
     std::string opened;
     std::string shown;
+    std::string terminal;
+    bool isTerminalThere = true;
     std::string openedTrash;
     QString copied;
 };

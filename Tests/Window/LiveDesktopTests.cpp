@@ -2,24 +2,31 @@
 #include "Support/TemporaryFolder.h"
 
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <QStandardPaths>
 #include <QtTest/QTest>
 
 namespace orbel::test {
 
 namespace {
 
-/// A desktop whose opener ends with this status.
-class OpenerInPath {
+/// By name.
+using Scripts = std::vector<std::pair<std::string, std::string>>;
+
+/// A desktop with these programs, each a shell script, before all others.
+class ProgramsInPath {
 public:
-    explicit OpenerInPath(int status) {
-        const auto opener = folder_.file("xdg-open", "#!/bin/sh\nexit " + std::to_string(status) + "\n");
-        std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+    explicit ProgramsInPath(const Scripts& scripts) {
+        for (const auto& [name, script] : scripts) {
+            const auto program = folder_.file(name, "#!/bin/sh\n" + script + "\n");
+            std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+        }
         qputenv("PATH", QByteArray::fromStdString(folder_.path()) + ':' + before_);
     }
-    ~OpenerInPath() { qputenv("PATH", before_); }
-    OpenerInPath(const OpenerInPath&) = delete;
-    OpenerInPath& operator=(const OpenerInPath&) = delete;
+    ~ProgramsInPath() { qputenv("PATH", before_); }
+    ProgramsInPath(const ProgramsInPath&) = delete;
+    ProgramsInPath& operator=(const ProgramsInPath&) = delete;
 
 private:
     TemporaryFolder folder_;
@@ -33,7 +40,7 @@ TEST(LiveDesktop, SaysWhenNoProgramOpensWhatWasAskedFor) {
     QStringList said;
     desktop.reportFailure = [&](const QString& words) { said << words; };
     {
-        const OpenerInPath opener(4);
+        const ProgramsInPath opener(Scripts{{"xdg-open", "exit 4"}});
         desktop.openTrash("/home/mira/.local/share/Trash/files");
         EXPECT_TRUE(QTest::qWaitFor([&] { return said.size() == 1; }));
         EXPECT_TRUE(said.value(0).contains(QStringLiteral("/home/mira/.local/share/Trash/files")));
@@ -41,11 +48,45 @@ TEST(LiveDesktop, SaysWhenNoProgramOpensWhatWasAskedFor) {
         EXPECT_TRUE(QTest::qWaitFor([&] { return said.size() == 2; }));
         EXPECT_TRUE(said.value(1).contains(QStringLiteral("/tmp/notes.pdf")));
     }
-    const OpenerInPath opener(0);
+    const ProgramsInPath opener(Scripts{{"xdg-open", "exit 0"}});
     desktop.open("/tmp/notes.pdf");
     desktop.openTrash("/nowhere");
     QTest::qWait(300);
     EXPECT_EQ(said.size(), 2);
+}
+
+TEST(LiveDesktop, ATerminalOpensInTheFolderWhateverItIsCalled) {
+    const TemporaryFolder places;
+    const auto written = places.path("written");
+    const auto folder = places.folder("a; touch broken $(x) \xff'\"");
+    const auto file = places.file("a; touch broken $(x) \xff'\"/film.mkv", "x");
+    const auto opensIn = [&](LiveDesktop& desktop, const std::string& path) {
+        std::filesystem::remove(written);
+        desktop.openTerminal(path);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(written); }));
+        QTest::qWait(50);
+        std::ifstream stream(written);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    };
+    const std::string noting = "printf '%s %s %s' \"${0##*/}\" $# \"$(pwd -P)\" > '" + written + ".new'; mv '"
+                               + written + ".new' '" + written + "'";
+    {
+        const ProgramsInPath programs(Scripts{{"xdg-terminal-exec", noting}});
+        LiveDesktop desktop;
+        EXPECT_TRUE(desktop.hasTerminal());
+        EXPECT_EQ(opensIn(desktop, folder), "xdg-terminal-exec 0 " + folder);
+        EXPECT_EQ(opensIn(desktop, file), "xdg-terminal-exec 0 " + folder);
+        QStringList said;
+        desktop.reportFailure = [&](const QString& words) { said << words; };
+        desktop.openTerminal(places.path("gone"));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !said.isEmpty(); }));
+    }
+    if (!QStandardPaths::findExecutable(QStringLiteral("xdg-terminal-exec")).isEmpty())
+        GTEST_SKIP() << "this desktop has the program that knows the user's choice";
+    const ProgramsInPath programs(Scripts{
+        {"x-terminal-emulator", "exit 1"}, {"my-terminal", noting}, {"gsettings", "echo \"'my-terminal'\""}});
+    LiveDesktop desktop;
+    EXPECT_EQ(opensIn(desktop, folder), "my-terminal 0 " + folder) << "the user's choice";
 }
 
 } // namespace orbel::test

@@ -349,6 +349,8 @@ namespace {
 struct BareDesktop final : Desktop {
     void open(const std::string&) override {}
     void showInFileManager(const std::string&) override {}
+    bool hasTerminal() override { return false; }
+    void openTerminal(const std::string&) override {}
     void openTrash(const std::string&) override { reportFailure(QStringLiteral("No program")); }
     void openAddress(const QString&) override {}
     void copyText(const QString&) override {}

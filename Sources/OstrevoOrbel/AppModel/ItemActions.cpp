@@ -2,6 +2,7 @@
 
 #include "Models/ItemKey.h"
 #include "Models/Wording.h"
+#include "Util/PathText.h"
 #include "Util/Utf8.h"
 
 #include <utility>
@@ -25,6 +26,15 @@ void ItemActions::open(const QString& key) const {
 void ItemActions::showInFileManager(const QString& key) const {
     if (const auto path = pathOfKey(key); !path.empty())
         desktop_.showInFileManager(path);
+}
+
+void ItemActions::openTerminal(const QString& key) const {
+    const auto path = pathOfKey(key);
+    if (path.empty())
+        return;
+    // A link to a folder lies in another one.
+    const auto node = nodeOf(key);
+    desktop_.openTerminal(node && !tree_().isFolder(*node) ? std::string(parentPath(path)) : path);
 }
 
 void ItemActions::copyPath(const QString& key) const {

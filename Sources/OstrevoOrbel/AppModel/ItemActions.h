@@ -19,6 +19,9 @@ class ItemActions final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppModel.")
 
+    /// The desktop has a terminal.
+    Q_PROPERTY(bool hasTerminal READ hasTerminal CONSTANT)
+
 public:
     using ShownTree = std::function<const FileTree&()>;
 
@@ -30,6 +33,8 @@ public:
     Q_INVOKABLE QString keyOf(quint32 node) const;
     Q_INVOKABLE void open(const QString& key) const;
     Q_INVOKABLE void showInFileManager(const QString& key) const;
+    /// In the item's folder; a folder is its own.
+    Q_INVOKABLE void openTerminal(const QString& key) const;
     Q_INVOKABLE void copyPath(const QString& key) const;
     /// Whether the tree has the item; without it the next two say so, and nothing else.
     Q_INVOKABLE bool isMeasured(const QString& key) const;
@@ -38,6 +43,8 @@ public:
     Q_INVOKABLE void explainRefusal(const QString& name, const QString& refusal) const;
     /// Measures the item, or the folder that it is in, again.
     Q_INVOKABLE void measureAgain(const QString& key);
+
+    bool hasTerminal() const { return desktop_.hasTerminal(); }
 
 Q_SIGNALS:
     void mapWanted(quint32 node);

@@ -19,6 +19,10 @@ public:
     virtual void open(const std::string& path) = 0;
     /// Shows an item, selected, in the file manager; where none answers, opens the folder that holds it.
     virtual void showInFileManager(const std::string& path) = 0;
+    /// Whether there is a terminal to be opened.
+    virtual bool hasTerminal() = 0;
+    /// Opens a terminal in a folder; for a file, in the folder that holds it.
+    virtual void openTerminal(const std::string& path) = 0;
     /// Shows the Trash; where the desktop has no such place, the folder of its items.
     virtual void openTrash(const std::string& itemsFolder) = 0;
     /// Opens an address, such as a page of the system's settings.

@@ -4,7 +4,10 @@
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
 
+#include <array>
+#include <cerrno>
 #include <chrono>
+#include <cstdlib>
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -16,6 +19,8 @@
 #include <QStandardPaths>
 #include <QUrl>
 #include <utility>
+
+#include <unistd.h>
 
 namespace orbel {
 
@@ -37,20 +42,10 @@ QString words(const char* text) {
     return QCoreApplication::translate("LiveDesktop", text);
 }
 
-} // namespace
-
-void LiveDesktop::openUrl(const QUrl& url, std::function<void()> failed) {
-    const auto opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
-    if (opener.isEmpty()) {
-        if (!QDesktopServices::openUrl(url))
-            failed();
-        return;
-    }
-    // Only its exit status tells that there was no program. It may stay as long as what it has opened, and
-    // outlives this application: the process ends without taking down its objects.
-    auto* const process = new QProcess(qApp);
-    process->setProgram(opener);
-    process->setArguments({QString::fromUtf8(url.toEncoded())});
+/// Starts what may stay as long as what it has opened, and outlives this application: the process ends
+/// without taking down its objects. `failed` is called when it cannot be started, or soon ends with a
+/// failure.
+void start(QProcess* process, const std::function<void()>& failed) {
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());
@@ -71,6 +66,61 @@ void LiveDesktop::openUrl(const QUrl& url, std::function<void()> failed) {
     process->start();
 }
 
+/// By what the desktop says, then by the distribution, then those of the desktops and others.
+constexpr std::array terminals{"xdg-terminal-exec",
+                               "x-terminal-emulator",
+                               "kgx",
+                               "gnome-terminal",
+                               "konsole",
+                               "xfce4-terminal",
+                               "mate-terminal",
+                               "qterminal",
+                               "lxterminal",
+                               "tilix",
+                               "terminator",
+                               "foot",
+                               "alacritty",
+                               "kitty",
+                               "xterm"};
+
+/// The one that is found first.
+QString findTerminal() {
+    for (const auto* const name : terminals) {
+        if (auto program = QStandardPaths::findExecutable(QLatin1String(name)); !program.isEmpty())
+            return program;
+    }
+    return {};
+}
+
+/// Starts a terminal whose working directory is the folder: its path is part of no command. The path is what
+/// it is on the disk, which need not be text.
+void startTerminal(const QString& program, const std::string& path, const std::function<void()>& failed) {
+    auto* const process = new QProcess(qApp);
+    process->setProgram(program);
+    process->setChildProcessModifier([path, above = std::string(parentPath(path))] {
+        const bool isThere = ::chdir(path.c_str()) == 0 || (errno == ENOTDIR && ::chdir(above.c_str()) == 0);
+        if (!isThere)
+            ::_exit(EXIT_FAILURE);
+    });
+    start(process, failed);
+}
+
+} // namespace
+
+void LiveDesktop::openUrl(const QUrl& url, std::function<void()> failed) {
+    const auto opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+    if (opener.isEmpty()) {
+        if (!QDesktopServices::openUrl(url))
+            failed();
+        return;
+    }
+    // Only its exit status tells that there was no program.
+    auto* const process = new QProcess(qApp);
+    process->setProgram(opener);
+    process->setArguments({QString::fromUtf8(url.toEncoded())});
+    start(process, failed);
+}
+
 void LiveDesktop::open(const std::string& path) {
     openUrl(urlOf(path),
             [this, path] { reportFailure(words("No program of this desktop opens %1.").arg(textOf(path))); });
@@ -89,6 +139,44 @@ void LiveDesktop::showInFileManager(const std::string& path) {
             });
         answer->deleteLater();
     });
+}
+
+bool LiveDesktop::hasTerminal() {
+    if (!terminal_)
+        terminal_ = findTerminal();
+    return !terminal_->isEmpty();
+}
+
+void LiveDesktop::openTerminal(const std::string& path) {
+    const auto failed = [this, path] {
+        reportFailure(words("No terminal could be opened in %1.").arg(textOf(path)));
+    };
+    if (!hasTerminal()) {
+        failed();
+        return;
+    }
+    const auto settings = QStandardPaths::findExecutable(QStringLiteral("gsettings"));
+    if (settings.isEmpty() || terminal_->endsWith(QLatin1String(terminals.front()))) {
+        startTerminal(*terminal_, path, failed);
+        return;
+    }
+    // The user's choice on desktops that keep it there; where they do not, the question fails.
+    auto* const question = new QProcess(qApp);
+    const auto answered = [question, path, failed, usual = *terminal_] {
+        const auto name =
+            QString::fromUtf8(question->readAllStandardOutput()).trimmed().remove(QLatin1Char('\''));
+        const auto chosen = name.isEmpty() ? QString() : QStandardPaths::findExecutable(name);
+        startTerminal(chosen.isEmpty() ? usual : chosen, path, failed);
+        question->deleteLater();
+    };
+    QObject::connect(question, &QProcess::finished, qApp, answered);
+    QObject::connect(question, &QProcess::errorOccurred, qApp, [answered](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            answered();
+    });
+    question->start(settings,
+                    {QStringLiteral("get"), QStringLiteral("org.gnome.desktop.default-applications.terminal"),
+                     QStringLiteral("exec")});
 }
 
 void LiveDesktop::openTrash(const std::string& itemsFolder) {

@@ -3,6 +3,8 @@
 #include "Ports/Desktop.h"
 
 #include <functional>
+#include <optional>
+#include <QString>
 #include <QUrl>
 
 namespace orbel {
@@ -12,6 +14,8 @@ class LiveDesktop final : public Desktop {
 public:
     void open(const std::string& path) override;
     void showInFileManager(const std::string& path) override;
+    bool hasTerminal() override;
+    void openTerminal(const std::string& path) override;
     void openTrash(const std::string& itemsFolder) override;
     void openAddress(const QString& address) override;
     void copyText(const QString& text) override;
@@ -19,6 +23,8 @@ public:
 private:
     /// `failed` is called where no program has opened the address, which can be known only later.
     void openUrl(const QUrl& url, std::function<void()> failed);
+
+    std::optional<QString> terminal_; ///< once looked for; empty for none
 };
 
 } // namespace orbel

@@ -54,6 +54,14 @@ ActionMenu {
         onTriggered: menu.actions.showInFileManager(menu.shownKey)
     }
     MenuEntry {
+        iconPath: Theme.icons.terminal
+        objectName: menu.objectName + ".terminal"
+        text: qsTr("Open in Terminal")
+        visible: menu.key !== "" && menu.actions.hasTerminal
+
+        onTriggered: menu.actions.openTerminal(menu.shownKey)
+    }
+    MenuEntry {
         iconPath: Theme.icons.copy
         keys: qsTr("Ctrl C")
         objectName: menu.objectName + ".copy"
