@@ -35,6 +35,30 @@ TEST(ItemActionsOn, APathReachesTheDesktopAsItIsOnTheDisk) {
     EXPECT_EQ(desktop.copied, QString());
 }
 
+TEST(ItemActionsOn, ARowIsALineOfATableAndATerminalOpensInAFolder) {
+    TreeBuilder builder("/data");
+    const auto films = builder.folder(0, "films");
+    builder.file(films, "long\tname.mkv", 4'100'000);
+    const FileTree shown = builder.build();
+    FakeDesktop desktop;
+    Notice notice;
+    const ItemActions actions(desktop, PathCanonicalizer::shared(), notice,
+                              [&]() -> const FileTree& { return shown; });
+    actions.copyRow(keyOf("/data/films/long\tname.mkv"), {}, {});
+    EXPECT_EQ(desktop.copied,
+              QStringLiteral("long\\tname.mkv\t/data/films/long\\tname.mkv\tVideo\t4100000\t4.1 MB"));
+    actions.copyRow(keyOf("/opt/editor"), QStringLiteral("Editor"), QStringLiteral("4.1 KB"));
+    EXPECT_EQ(desktop.copied, QStringLiteral("Editor\t/opt/editor\t\t\t4.1 KB"));
+    desktop.copied.clear();
+    actions.copyRow({}, QStringLiteral("Editor"), {});
+    EXPECT_EQ(desktop.copied, QString());
+
+    actions.openTerminal(keyOf("/data/films/long\tname.mkv"));
+    EXPECT_EQ(desktop.terminal, "/data/films");
+    actions.openTerminal(keyOf("/data/films"));
+    EXPECT_EQ(desktop.terminal, "/data/films");
+}
+
 TEST(ItemActionsOn, WhatTheTreeHasIsFoundInItByPathAndNothingElse) {
     TreeBuilder builder("/data");
     const auto films = builder.folder(0, "films");

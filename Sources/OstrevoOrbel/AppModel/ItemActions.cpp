@@ -1,10 +1,13 @@
 #include "AppModel/ItemActions.h"
 
+#include "Models/ByteFigure.h"
 #include "Models/ItemKey.h"
+#include "Models/MapWords.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 #include "Util/Utf8.h"
 
+#include <QStringList>
 #include <utility>
 
 namespace orbel {
@@ -40,6 +43,26 @@ void ItemActions::openTerminal(const QString& key) const {
 void ItemActions::copyPath(const QString& key) const {
     if (const auto path = pathOfKey(key); !path.empty())
         desktop_.copyText(QString::fromStdString(lossyUtf8(path)));
+}
+
+void ItemActions::copyRow(const QString& key, const QString& name, const QString& size) const {
+    const auto path = pathOfKey(key);
+    if (path.empty())
+        return;
+    QStringList cells{withoutIsolates(name), QString::fromStdString(lossyUtf8(path)), QString(), QString(),
+                      withoutIsolates(size)};
+    if (const auto node = nodeOf(key)) {
+        const auto& tree = tree_();
+        const auto bytes = tree.allocated(*node);
+        cells = {QString::fromStdString(lossyUtf8(lastPathComponent(path))), cells[1], kindText(tree, *node),
+                 QString::number(bytes), ByteFigure(bytes).text()};
+    }
+    for (auto& cell : cells) {
+        // What would be another cell or another line.
+        for (const auto& [sign, words] : {std::pair("\t", "\\t"), {"\n", "\\n"}, {"\r", "\\r"}})
+            cell.replace(QLatin1String(sign), QLatin1String(words));
+    }
+    desktop_.copyText(cells.join(QLatin1Char('\t')));
 }
 
 std::optional<NodeIndex> ItemActions::nodeOf(const QString& key) const {

@@ -36,6 +36,9 @@ public:
     /// In the item's folder; a folder is its own.
     Q_INVOKABLE void openTerminal(const QString& key) const;
     Q_INVOKABLE void copyPath(const QString& key) const;
+    /// Name, path, kind, size in bytes and as it is read, with a tab between each: a line of a table. What is
+    /// not measured has `name` and `size`, as its row shows them, and neither kind nor bytes.
+    Q_INVOKABLE void copyRow(const QString& key, const QString& name, const QString& size) const;
     /// Whether the tree has the item; without it the next two say so, and nothing else.
     Q_INVOKABLE bool isMeasured(const QString& key) const;
     Q_INVOKABLE void showOnMap(const QString& key);

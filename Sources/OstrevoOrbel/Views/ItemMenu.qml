@@ -11,6 +11,7 @@ ActionMenu {
     property string shownKey: key
     property bool ticked: false
     property string refusal: ""
+    property string itemSize: ""
     /// What this list offers: a tick, opening the item, and, on the map, zooming and measuring a folder again.
     property bool tickable: true
     property bool openable: true
@@ -32,6 +33,7 @@ ActionMenu {
         key = row.key;
         itemName = row.itemName;
         itemFacts = row.facts;
+        itemSize = row.size;
         refusal = row.tickRefusal;
         ticked = row.tick !== Qt.Unchecked;
         measured = actions.isMeasured(row.key);
@@ -69,6 +71,14 @@ ActionMenu {
         visible: menu.key !== ""
 
         onTriggered: menu.actions.copyPath(menu.key)
+    }
+    MenuEntry {
+        keys: qsTr("Ctrl Shift C")
+        objectName: menu.objectName + ".copyRow"
+        text: qsTr("Copy Row")
+        visible: menu.key !== ""
+
+        onTriggered: menu.actions.copyRow(menu.key, menu.itemName, menu.itemSize)
     }
     MenuEntry {
         iconPath: Theme.icons.zoom

@@ -12,7 +12,7 @@ FocusScope {
     signal zoomWanted(node: int)
     signal upWanted()
     signal menuWanted(node: int, item: Item, x: real, y: real)
-    signal copyWanted(key: string)
+    signal copyWanted(key: string, whole: bool)
     signal tickWanted(node: int)
     signal allWanted(ticked: bool)
 
@@ -110,7 +110,7 @@ FocusScope {
         }
 
         onActivated: row => pane.zoomWanted(table.itemAt(row).node)
-        onCopyWanted: key => pane.copyWanted(key)
+        onCopyWanted: (row, whole) => pane.copyWanted(row.key, whole)
         onMenuWanted: (row, x, y) => pane.menuWanted(row.node, table, x, y)
         onSelectedRowChanged: if (selectedRow !== pane.map.selectedRow) pane.map.selectRow(selectedRow)
         onAllWanted: ticked => pane.allWanted(ticked)

@@ -17,6 +17,12 @@ ScreenFrame {
         zoom.run(from, Qt.rect(0, 0, treemap.width, treemap.height), true);
         screen.map.show(node);
     }
+    function copy(key: string, whole: bool): void {
+        if (whole)
+            screen.app.actions.copyRow(key, "", "");
+        else
+            screen.app.actions.copyPath(key);
+    }
     function tickAll(ticked: bool): void {
         if (ticked)
             screen.map.tickAll();
@@ -158,7 +164,7 @@ ScreenFrame {
             unit: Theme.fontScale
 
             onAllWanted: ticked => screen.tickAll(ticked)
-            onCopyWanted: node => screen.app.actions.copyPath(screen.map.facts(node).key)
+            onCopyWanted: (node, whole) => screen.copy(screen.map.facts(node).key, whole)
             onTickWanted: node => screen.map.toggleTick(node)
             onMenuWanted: (node, position) => screen.openMenu(node, treemap, position.x, position.y)
             onUpWanted: screen.goUp()
@@ -226,7 +232,7 @@ ScreenFrame {
             : Theme.px(344)
 
         onAllWanted: ticked => screen.tickAll(ticked)
-        onCopyWanted: key => screen.app.actions.copyPath(key)
+        onCopyWanted: (key, whole) => screen.copy(key, whole)
         onTickWanted: node => screen.map.toggleTick(node)
         onMenuWanted: (node, item, x, y) => screen.openMenu(node, item, x, y)
         onUpWanted: screen.goUp()

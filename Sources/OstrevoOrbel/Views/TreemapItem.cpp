@@ -369,7 +369,10 @@ void TreemapItem::keyPressEvent(QKeyEvent* event) {
     const bool opensMenu = event->key() == Qt::Key_Menu
                            || (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
     const bool isOfAll = event->key() == Qt::Key_A && (event->modifiers() & Qt::ControlModifier) != 0;
-    const bool isKnown = isPlain || opensMenu || isOfAll || event->matches(QKeySequence::Copy);
+    const bool isOfRow = event->key() == Qt::Key_C
+                         && event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
+    const bool isCopy = isOfRow || event->matches(QKeySequence::Copy);
+    const bool isKnown = isPlain || opensMenu || isOfAll || isCopy;
     if (isHeld_ || map_ == nullptr || !isKnown) {
         event->ignore();
         return;
@@ -380,9 +383,9 @@ void TreemapItem::keyPressEvent(QKeyEvent* event) {
     } else if (isOfAll) {
         if (!event->isAutoRepeat())
             Q_EMIT allWanted((event->modifiers() & Qt::ShiftModifier) == 0);
-    } else if (event->matches(QKeySequence::Copy)) {
+    } else if (isCopy) {
         if (const auto node = nodeOf(current_))
-            Q_EMIT copyWanted(*node);
+            Q_EMIT copyWanted(*node, isOfRow);
     } else {
         switch (event->key()) {
         case Qt::Key_Left:

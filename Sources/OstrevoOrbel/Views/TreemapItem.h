@@ -101,7 +101,8 @@ Q_SIGNALS:
     void zoomWanted(quint32 node, const QRectF& from);
     void upWanted();
     void menuWanted(quint32 node, const QPointF& position);
-    void copyWanted(quint32 node);
+    /// Its path, or the whole row of it.
+    void copyWanted(quint32 node, bool whole);
     void tickWanted(quint32 node);
     /// All items of the folder that fills the map are to be ticked, or nothing.
     void allWanted(bool ticked);

@@ -4,7 +4,7 @@ import OstrevoOrbel
 
 /// A list of ItemRows, as many as there may be: one Tab stop. The arrows move focus and selection, with Ctrl the focus
 /// alone; Space ticks, Ctrl+A all and Ctrl+Shift+A none, Enter acts, letters find a row by its name (the display role of the model), Ctrl+C copies the
-/// path. Focus and selection keep to their items when the rows are arranged anew.
+/// path, Ctrl+Shift+C the row. Focus and selection keep to their items when the rows are arranged anew.
 T.Control {
     id: table
 
@@ -41,7 +41,7 @@ T.Control {
     /// All that is shown and may be ticked is to be, or nothing.
     signal allWanted(ticked: bool)
     // Where there is no menu of the list's own; the menu at a point of the table.
-    signal copyWanted(key: string)
+    signal copyWanted(row: var, whole: bool)
     signal menuWanted(row: Item, x: real, y: real)
     /// Left and Right, by which a row is folded and unfolded: back, or on in the direction of reading.
     signal turned(row: int, onward: bool)
@@ -86,11 +86,14 @@ T.Control {
         if (row.refused && row.showsTick)
             table.menu?.actions.explainRefusal(row.itemName, row.refusal);
     }
-    function copy(key: string): void {
+    /// Its path, or the whole row.
+    function copy(row: var, whole: bool): void {
         if (table.menu === null)
-            table.copyWanted(key);
+            table.copyWanted(row, whole);
+        else if (whole)
+            table.menu.actions.copyRow(row.key, row.itemName, row.size);
         else
-            table.menu.actions.copyPath(key);
+            table.menu.actions.copyPath(row.key);
     }
     /// The row of an item, by its key; -1 where there is none.
     function rowOf(key: string): int {
@@ -124,8 +127,8 @@ T.Control {
             event.accepted = false;
         else if (event.key === Qt.Key_A && (modifiers & Qt.ControlModifier) && table.tickable && !event.isAutoRepeat)
             table.allWanted((modifiers & Qt.ShiftModifier) === 0);
-        else if (event.key === Qt.Key_C && modifiers === Qt.ControlModifier)
-            table.copy(held.key);
+        else if (event.key === Qt.Key_C && (modifiers & ~Qt.ShiftModifier) === Qt.ControlModifier)
+            table.copy(held, (modifiers & Qt.ShiftModifier) !== 0);
         else if (event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && modifiers === Qt.ShiftModifier)
             table.openMenu(held, 24, held.height - 4);
         else if (modifiers !== Qt.NoModifier && modifiers !== Qt.ShiftModifier || isEnter && !table.enters)
