@@ -30,6 +30,8 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       shown_(firstScreen(environment_.options)),
       disk_(environment_, activity_),
       scan_(environment_, disk_, activity_, notice_),
+      recent_(environment_, scan_),
+      drop_(environment_, scan_, activity_),
       treeEdits_(environment_, scan_, disk_),
       putBack_(environment_, putBackService_, activity_),
       moves_(environment_, session_, scan_, putBack_, shown_, activity_, notice_),

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "AppModel/AlertSettings.h"
-#include "AppModel/AppearanceSettings.h"
 #include "AppModel/AppEnvironment.h"
+#include "AppModel/AppearanceSettings.h"
 #include "AppModel/AppsFlow.h"
 #include "AppModel/DiskState.h"
+#include "AppModel/DropFlow.h"
 #include "AppModel/DuplicatesFlow.h"
 #include "AppModel/ItemActions.h"
 #include "AppModel/JournalFlow.h"
@@ -12,6 +13,7 @@
 #include "AppModel/MapModel.h"
 #include "AppModel/MoveFlow.h"
 #include "AppModel/PutBackFlow.h"
+#include "AppModel/RecentFolders.h"
 #include "AppModel/RescanFlow.h"
 #include "AppModel/ScanFlow.h"
 #include "AppModel/TidyFlow.h"
@@ -48,6 +50,8 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::ScanFlow* scan READ scan CONSTANT)
     /// One folder of it, measured again.
     Q_PROPERTY(orbel::RescanFlow* rescan READ rescan CONSTANT)
+    Q_PROPERTY(orbel::RecentFolders* recent READ recent CONSTANT)
+    Q_PROPERTY(orbel::DropFlow* drop READ drop CONSTANT)
     Q_PROPERTY(orbel::MapModel* map READ map CONSTANT)
     Q_PROPERTY(orbel::LargeOldFlow* largeOld READ largeOld CONSTANT)
     Q_PROPERTY(orbel::DuplicatesFlow* duplicates READ duplicates CONSTANT)
@@ -99,6 +103,8 @@ public:
     Notice* notice() { return &notice_; }
     DiskState* disk() { return &disk_; }
     ScanFlow* scan() { return &scan_; }
+    RecentFolders* recent() { return &recent_; }
+    DropFlow* drop() { return &drop_; }
     TreeEdits& treeEdits() { return treeEdits_; }
     RescanFlow* rescan() { return &rescan_; }
     MapModel* map() { return &map_; }
@@ -133,6 +139,8 @@ private:
     ShownScreen shown_;
     DiskState disk_;
     ScanFlow scan_;
+    RecentFolders recent_;
+    DropFlow drop_;
     TreeEdits treeEdits_;
     PutBackFlow putBack_;
     MoveFlow moves_;

@@ -122,6 +122,7 @@ public:
     bool isWholeDisk() const { return scanRoot_ == environment_.dataVolumePath; }
     QString scopeText() const;
     QString measuredText() const;
+    KnownRoots& knownRoots() { return known_; }
     double share() const;
     QString shareWords() const;
     ScanFigures* figures() { return &figures_; }

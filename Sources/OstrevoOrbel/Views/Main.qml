@@ -268,6 +268,11 @@ T.ApplicationWindow {
         }
     }
 
+    DropOverlay {
+        anchors.fill: parent
+        enabled: !window.app.scan.needsFullDiskAccess && !window.app.moves.confirming
+        flow: window.app.drop
+    }
     ConfirmSheet {
         app: window.app
     }

@@ -27,6 +27,11 @@ ScreenFrame {
             reachable: view.visible && visible
             visible: view.phase === "measured"
         },
+        RecentButton {
+            iconOnly: view.narrow
+            recent: view.app.recent
+            visible: view.phase !== "scanning" && recent.any
+        },
         PushButton {
             iconOnly: view.narrow
             iconPath: view.narrow ? Theme.icons.folders : ""
