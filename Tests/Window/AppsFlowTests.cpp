@@ -97,6 +97,11 @@ TEST_F(AppsFlowOn, TellsWhatGoesWithAnAppAndTicksOnlyItsOwnCaches) {
     EXPECT_EQ(flow().ticks()->count(), 0);
     EXPECT_EQ(flow().selected().warning, QStringLiteral("Remove the app with the package manager first."));
     EXPECT_EQ(flow().selected().command, QStringLiteral("sudo apt remove birch"));
+    EXPECT_EQ(
+        flow().selected().explanation,
+        QStringLiteral("It cannot be moved from here: Vanto runs no package managers. Run this command in a "
+                       "terminal. What stays behind afterwards is listed below and can be moved to the Trash "
+                       "then: 1 item, 90 KB."));
     flow().toggleTick(0);
     EXPECT_EQ(flow().ticks()->count(), 0) << "only its package manager removes it";
     flow().toggleTick(rowOf(QStringLiteral("~/.cache/org.example.Birch")));

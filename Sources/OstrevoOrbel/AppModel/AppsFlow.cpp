@@ -35,6 +35,15 @@ QString whatRemoves(const InstalledApp& app) {
     return AppsFlow::tr("Remove the app with %1 first.").arg(textOf(app.reason.substr(with.size())));
 }
 
+/// Once a command has removed the application.
+QString staysBehind(std::size_t leftovers, std::uint64_t bytes) {
+    if (leftovers == 0)
+        return AppsFlow::tr("Nothing was found that would stay behind.");
+    return AppsFlow::tr(
+               "What stays behind afterwards is listed below and can be moved to the Trash then: %1, %2.")
+        .arg(countOf(leftovers, AppsFlow::tr("item"), AppsFlow::tr("items")), ByteFigure(bytes).text());
+}
+
 bool isCalled(const InstalledApp& app, const std::string& name) {
     const auto wanted = lowerCase(name);
     return app.path == name || lowerCase(app.name) == wanted
@@ -347,16 +356,16 @@ AppFacts AppsFlow::selected() const {
                 : tr("It could not be asked from here. Quit it in the app itself.");
     } else if (app.status == Status::system) {
         facts.warning = tr("%1 is a part of the system.").arg(facts.name);
-        facts.explanation = tr("Nothing of it can be moved from here.");
+        facts.explanation = tr("Nothing of it can be moved from here, and what it keeps stays with it.");
     } else if (app.status != Status::removable) {
         facts.warning = whatRemoves(app);
         facts.command = textOf(app.command);
-        const bool hasLeftovers = plan_->items.size() > plan_->ownItems;
-        if (!app.command.empty())
-            facts.explanation = tr("Vanto does not run package managers.");
-        if (hasLeftovers)
-            facts.explanation += (facts.explanation.isEmpty() ? QString() : QStringLiteral(" "))
-                                 + tr("Its leftovers below can be moved to the Trash afterwards.");
+        facts.explanation = app.command.empty()
+                                ? tr("It cannot be moved from here, and no command is known that removes it.")
+                                : tr("It cannot be moved from here: Vanto runs no package managers. Run this "
+                                     "command in a terminal.");
+        facts.explanation +=
+            QLatin1Char(' ') + staysBehind(plan_->items.size() - plan_->ownItems, leftoverBytes);
     }
     return facts;
 }
