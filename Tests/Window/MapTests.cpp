@@ -193,6 +193,23 @@ TEST(WindowMap, KeysWalkFromTileToTileAndFromFolderToFolder) {
     EXPECT_EQ(scene.requests().copied, QStringLiteral("/home/mira/Videos/ridge.mov"));
 }
 
+TEST(WindowMap, TypingFindsATile) {
+    MapScene scene;
+    for (const auto key : {Qt::Key_R, Qt::Key_I})
+        QTest::keyClick(&scene.window(), key);
+    EXPECT_EQ(scene.selected(), QStringLiteral("ridge.mov"));
+    QTest::qWait(1100);
+    scene.press(Qt::Key_L);
+    const auto first = scene.selected();
+    EXPECT_TRUE(first.startsWith(QLatin1Char('l')));
+    QTest::qWait(1100);
+    scene.press(Qt::Key_L);
+    EXPECT_TRUE(scene.selected().startsWith(QLatin1Char('l')));
+    EXPECT_NE(scene.selected(), first) << "the next one";
+    QTest::keyClick(&scene.window(), Qt::Key_Q);
+    EXPECT_TRUE(scene.selected().startsWith(QLatin1Char('l'))) << "nothing begins so";
+}
+
 TEST(WindowMap, ListAndMapShowTheSame) {
     MapScene scene;
     scene.view->map()->show(*scene.view->map()->tree().index("/home/mira", PathCanonicalizer::shared()));

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "AppModel/AlertSettings.h"
-#include "AppModel/AppEnvironment.h"
 #include "AppModel/AppearanceSettings.h"
+#include "AppModel/AppEnvironment.h"
 #include "AppModel/AppsFlow.h"
 #include "AppModel/DiskState.h"
 #include "AppModel/DropFlow.h"

@@ -4,6 +4,7 @@
 #include "Models/Wording.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace orbel {
 
@@ -14,13 +15,25 @@ RoleList::RoleList(QObject* parent) : QAbstractListModel(parent) {
 }
 
 QVariant RoleList::data(const QModelIndex& index, int role) const {
-    const auto number = role == keyRole           ? numberOf("key")
-                        : role == Qt::DisplayRole ? std::min(numberOf("label"), numberOf("name"))
-                                                  : static_cast<std::size_t>(role - Qt::UserRole);
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || number >= roles_.size())
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const auto value = roles_[number].read(index.row());
-    return role == Qt::DisplayRole ? withoutIsolates(value.toString()) : value;
+    if (role == Qt::DisplayRole)
+        return displayText(index.row());
+    const auto number = role == keyRole ? numberOf("key") : static_cast<std::size_t>(role - Qt::UserRole);
+    return number < roles_.size() ? roles_[number].read(index.row()) : QVariant();
+}
+
+QString RoleList::displayText(int row) const {
+    for (const auto* const name : {"label", "name", "title", "path"}) {
+        const auto number = numberOf(name);
+        if (number == roles_.size())
+            continue;
+        const auto text = withoutIsolates(roles_[number].read(row).toString());
+        return name == std::string_view("path")
+                   ? text.section(QLatin1Char('/'), -1, -1, QString::SectionSkipEmpty)
+                   : text;
+    }
+    return {};
 }
 
 std::size_t RoleList::numberOf(const char* name) const {

@@ -8,8 +8,9 @@
 namespace orbel {
 
 /// A list whose roles are a table: the name that QML knows each by, and how to read it of a row. Used on the
-/// main thread. The role "key" is also there as `keyRole`, and "label", else "name", as the display role, by
-/// which rows are found. Heirs name it with its namespace: qmllint of Qt 6.4 finds it only so.
+/// main thread. The role "key" is also there as `keyRole`, and "label", else "name" or "title", else the last
+/// part of "path", as the display role, by which rows are found. Heirs name it with its namespace: qmllint of
+/// Qt 6.4 finds it only so.
 class RoleList : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -46,6 +47,7 @@ protected:
 
 private:
     std::size_t numberOf(const char* name) const; ///< as many as there are when there is none
+    QString displayText(int row) const;
 
     std::vector<Role> roles_;
 };

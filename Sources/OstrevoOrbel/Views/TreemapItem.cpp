@@ -6,6 +6,7 @@
 #include "Views/TreemapAccessible.h"
 #include "Views/TreemapPainter.h"
 
+#include <algorithm>
 #include <cmath>
 #include <QAccessible>
 #include <QQuickWindow>
@@ -18,6 +19,7 @@ namespace {
 /// larger than any screen.
 constexpr std::size_t mostTiles = 300'000;
 constexpr int deepest = 64;
+constexpr qint64 forgottenAfter = 1000; ///< milliseconds
 
 bool isByKeyboard(Qt::FocusReason reason) {
     return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
@@ -362,6 +364,28 @@ void TreemapItem::move(TileNavigation::Direction direction) {
     }
 }
 
+bool TreemapItem::isTyping() const {
+    return !typed_.isEmpty() && !sinceTyped_.hasExpired(forgottenAfter);
+}
+
+/// Leads to the next item whose name begins with what was typed.
+void TreemapItem::type(const QString& text) {
+    if (!isTyping())
+        typed_.clear();
+    typed_ += text;
+    sinceTyped_.start();
+    // The first letter leads on from the current tile; further ones may keep it.
+    const int first = std::max(0, current_) + (typed_.size() == text.size() ? 1 : 0);
+    for (int i = 0; i < tileCount(); ++i) {
+        const int tile = (first + i) % tileCount();
+        const auto name = withoutIsolates(textOf(tiles_[static_cast<std::size_t>(tile)].label));
+        if (nodeOf(tile) && name.startsWith(typed_, Qt::CaseInsensitive)) {
+            choose(tile);
+            return;
+        }
+    }
+}
+
 void TreemapItem::keyPressEvent(QKeyEvent* event) {
     using enum TileNavigation::Direction;
     ensureLaidOut();
@@ -369,10 +393,13 @@ void TreemapItem::keyPressEvent(QKeyEvent* event) {
     const bool opensMenu = event->key() == Qt::Key_Menu
                            || (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
     const bool isOfAll = event->key() == Qt::Key_A && (event->modifiers() & Qt::ControlModifier) != 0;
-    const bool isOfRow = event->key() == Qt::Key_C
-                         && event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
+    const bool isOfRow =
+        event->key() == Qt::Key_C && event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
     const bool isCopy = isOfRow || event->matches(QKeySequence::Copy);
-    const bool isKnown = isPlain || opensMenu || isOfAll || isCopy;
+    const auto text = event->text();
+    const bool isText = (isPlain || event->modifiers() == Qt::ShiftModifier) && !text.isEmpty()
+                        && text.front().isPrint() && (event->key() != Qt::Key_Space || isTyping());
+    const bool isKnown = isPlain || isText || opensMenu || isOfAll || isCopy;
     if (isHeld_ || map_ == nullptr || !isKnown) {
         event->ignore();
         return;
@@ -380,6 +407,8 @@ void TreemapItem::keyPressEvent(QKeyEvent* event) {
     isFocusShown_ = true;
     if (opensMenu) {
         openMenu(current_);
+    } else if (isText) {
+        type(text);
     } else if (isOfAll) {
         if (!event->isAutoRepeat())
             Q_EMIT allWanted((event->modifiers() & Qt::ShiftModifier) == 0);

@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <QColor>
+#include <QElapsedTimer>
 #include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 #include <unordered_set>
@@ -126,6 +127,9 @@ private:
     void takeSelection();
     void setHovered(int tile);
     void move(TileNavigation::Direction direction);
+    void type(const QString& text);
+    /// Letters were typed just before, to which more may be added.
+    bool isTyping() const;
     int tileOf(NodeIndex node) const;
     /// The tiles are of the tree that the map has: their nodes may be looked up in it.
     bool isOfThisTree() const { return map_ != nullptr && shownTree_ == map_->sharedTree(); }
@@ -152,6 +156,8 @@ private:
     int selected_ = -1;
     int current_ = -1;
     bool isFocusShown_ = false;
+    QString typed_; ///< shortly before
+    QElapsedTimer sinceTyped_;
 };
 
 } // namespace orbel
