@@ -23,6 +23,7 @@
 #include <memory>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QPalette>
 #include <QQmlApplicationEngine>
 #include <QQuickStyle>
 #include <QQuickWindow>
@@ -79,6 +80,8 @@ public:
     /// False when the window could not be loaded.
     bool open() {
         model_.appearance()->overrideWith(valueAfter(platform::processArguments(), "--appearance"));
+        connect(model_.appearance(), &AppearanceSettings::darkChanged, this, [this] { colourFrame(); });
+        colourFrame();
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
         AppIcons::findThemes(model_.scan()->home());
         engine_.addImageProvider(iconProvider, new AppIcons); // the engine owns it
@@ -104,6 +107,8 @@ public:
 
     void serve(SingleInstance& instance) {
         connect(&instance, &SingleInstance::requested, this, [this](const InstanceRequest& request) {
+            if (request.activationToken) // Qt shows it to the desktop, and forgets it
+                qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(*request.activationToken));
             bringToFront();
             if (request.screen)
                 model_.setScreen(*request.screen);
@@ -138,6 +143,19 @@ private:
         const auto update = [this] { tray_.setWanted(model_.alert()->isEnabled()); };
         connect(model_.alert(), &AlertSettings::changed, this, update);
         update();
+    }
+
+    /// What Qt itself draws goes with the window: its file dialogs, and under Wayland, where the desktop leaves that to
+    /// the program, the frame and its title.
+    void colourFrame() {
+        const QColor ground(model_.appearance()->isDark() ? 0xFF131819 : 0xFFF2F5F5); // Theme.window
+        QGuiApplication::setPalette(QPalette(ground, ground));
+        if (window_ == nullptr || !QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
+            || window_->frameMargins().isNull())
+            return;
+        // Qt's frame takes its colours when it is made.
+        window_->setFlag(Qt::FramelessWindowHint, true);
+        window_->setFlag(Qt::FramelessWindowHint, false);
     }
 
     void bringToFront() {

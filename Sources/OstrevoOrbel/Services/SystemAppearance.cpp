@@ -31,7 +31,7 @@ QVariant unwrapped(QVariant value) {
 
 } // namespace
 
-SystemAppearance::SystemAppearance(QDBusConnection bus) : bus_(std::move(bus)), isDark_(isPaletteDark()) {
+SystemAppearance::SystemAppearance(QDBusConnection bus) : bus_(std::move(bus)), isPaletteDark_(isPaletteDark()), isDark_(isPaletteDark_) {
     // Qt finds a slot's types by their names, and this one's is unknown to it until somebody has used it.
     qRegisterMetaType<QDBusVariant>();
     bus_.connect(portal, portalPath, settings, QStringLiteral("SettingChanged"), this,
@@ -56,7 +56,7 @@ void SystemAppearance::takeSetting(const QString& changedGroup, const QString& k
 void SystemAppearance::takeScheme(uint scheme) {
     constexpr uint prefersDark = 1;
     constexpr uint prefersLight = 2;
-    const bool dark = scheme == prefersDark || (scheme != prefersLight && isPaletteDark());
+    const bool dark = scheme == prefersDark || (scheme != prefersLight && isPaletteDark_);
     if (dark == isDark_)
         return;
     isDark_ = dark;

@@ -25,6 +25,7 @@ private:
     void takeScheme(uint scheme);
 
     QDBusConnection bus_;
+    const bool isPaletteDark_; ///< the platform's own: later the palette is the window's
     bool isDark_;
 };
 
