@@ -145,8 +145,7 @@ private:
         update();
     }
 
-    /// What Qt itself draws goes with the window: its file dialogs, and under Wayland, where the desktop leaves that to
-    /// the program, the frame and its title.
+    /// Under Wayland, Qt draws the frame and its title where the desktop leaves that to the program.
     void colourFrame() {
         const QColor ground(model_.appearance()->isDark() ? 0xFF131819 : 0xFFF2F5F5); // Theme.window
         QGuiApplication::setPalette(QPalette(ground, ground));

@@ -17,8 +17,8 @@ struct InstanceRequest {
     /// What the desktop gave the second start, and wants to see before the first one may take the focus.
     std::optional<std::string> activationToken{};
 
-    /// A relative path is taken from the current folder of this process, which the other one does not have; the
-    /// token from its environment.
+    /// A relative path is taken from the current folder of this process, which the other one does not have;
+    /// the token from its environment.
     static InstanceRequest of(const LaunchOptions& options);
 
     /// One line of JSON, and what it says; a text of another form asks for nothing.

@@ -31,7 +31,8 @@ QVariant unwrapped(QVariant value) {
 
 } // namespace
 
-SystemAppearance::SystemAppearance(QDBusConnection bus) : bus_(std::move(bus)), isPaletteDark_(isPaletteDark()), isDark_(isPaletteDark_) {
+SystemAppearance::SystemAppearance(QDBusConnection bus)
+    : bus_(std::move(bus)), isPaletteDark_(isPaletteDark()), isDark_(isPaletteDark_) {
     // Qt finds a slot's types by their names, and this one's is unknown to it until somebody has used it.
     qRegisterMetaType<QDBusVariant>();
     bus_.connect(portal, portalPath, settings, QStringLiteral("SettingChanged"), this,
