@@ -14,7 +14,7 @@
 namespace orbel::test {
 namespace {
 
-constexpr int displayPatience = 20'000; ///< milliseconds; a sanitized program on a busy machine is slow
+constexpr int displayPatience = 60'000; ///< milliseconds; a sanitized program on a busy machine is slow
 // The light theme's colours of what the tests look for.
 constexpr QRgb sideColour = 0xFFE8EDED; ///< the sidebar and the status line: two edges of the window each
 constexpr QRgb darkSideColour = 0xFF0D1112;
