@@ -215,8 +215,9 @@ ScreenFrame {
         anchors.top: parent.top
         map: screen.map
         visible: screen.hasMap && (!screen.narrow || screen.listOpen)
-        width: screen.narrow ? Theme.px(300) : screen.middling ? Theme.px(260) : screen.wide ? Theme.px(400)
-            : Theme.px(344)
+        // The map keeps some room beside it.
+        mostWidth: screen.width - (screen.narrow ? 0 : Theme.px(240))
+        usualWidth: Theme.px(screen.narrow ? 300 : screen.middling ? 260 : screen.wide ? 400 : 344)
 
         onCopyWanted: key => screen.app.actions.copyPath(key)
         onTickWanted: node => screen.map.toggleTick(node)

@@ -1,0 +1,106 @@
+import QtQuick
+import OstrevoOrbel
+
+/// A row of the map's list: a file, or a folder that opens in place.
+ItemRow {
+    id: row
+
+    required property MapModel map
+    required property MapListColumns columns
+    readonly property int node: model.node
+    readonly property bool folds: model.folds
+    readonly property bool open: model.open
+
+    signal openWanted()
+
+    gap: columns.gap
+    // Deep rows leave their names some room.
+    indent: columns.chevronWidth + Math.min(model.level * Theme.px(14), Math.max(0, columns.nameRoom - Theme.px(72)))
+    inset: columns.inset
+    key: row.map.facts(node).key
+    lineHeight: Theme.px(37)
+    lineSpacing: 2
+    nameGap: columns.nameGap
+    objectName: "map.list.row." + index
+    selected: row.map.selection.valid && row.map.selection.node === node
+    tickGap: columns.tickGap
+    tickName: "map.tick." + name
+    ticks: true
+    words: [name, model.kindName, size, model.share, qsTr("level %1").arg(model.level + 1),
+        folds ? open ? qsTr("expanded") : qsTr("collapsed") : ""].filter(word => word !== "").join(", ")
+
+    Accessible.role: Accessible.TreeItem
+
+    below: SizeBar {
+        anchors.left: parent.left
+        fill: Theme.control
+        height: 3
+        share: row.model.fraction
+        // As long as beside a row without a note.
+        width: parent.width + (warning.visible ? warning.width + row.gap : 0)
+    }
+    cells: [
+        // Its words have room in the inspector.
+        Icon {
+            id: warning
+
+            color: Theme.warn
+            size: Theme.px(14)
+            path: Theme.icons.warn
+            visible: row.note !== ""
+            y: Theme.px(9)
+
+            HoverHandler {
+                id: over
+            }
+            Hint {
+                text: row.note
+                visible: over.hovered
+            }
+        },
+        ItemCell {
+            columnWidth: row.columns.sizeWidth
+            text: row.size
+        },
+        ItemCell {
+            color: Theme.text2
+            columnWidth: row.columns.shareWidth
+            text: row.model.share
+            visible: row.columns.showsShare
+        },
+        ItemCell {
+            color: Theme.text2
+            columnWidth: row.columns.itemsWidth
+            text: row.model.items
+            visible: row.columns.showsItems
+        },
+        ItemCell {
+            color: Theme.text2
+            columnWidth: row.columns.changedWidth
+            text: row.model.changed
+            visible: row.columns.showsChanged
+        }
+    ]
+
+    MouseArea {
+        Accessible.name: row.open ? qsTr("Collapse") : qsTr("Expand")
+        Accessible.role: Accessible.Button
+        height: parent.height
+        objectName: "map.fold." + row.name
+        visible: row.folds
+        width: row.columns.chevronWidth + 6
+        x: Theme.along(row.iconX - width + 2, width, parent.width)
+
+        Accessible.onPressAction: row.openWanted()
+        onClicked: row.openWanted()
+        // The second click of two is one more, and opens nothing else.
+        onDoubleClicked: row.openWanted()
+
+        Icon {
+            anchors.centerIn: parent
+            color: Theme.text2
+            path: row.open ? Theme.icons.down : Theme.icons.forward
+            size: Theme.px(14)
+        }
+    }
+}
