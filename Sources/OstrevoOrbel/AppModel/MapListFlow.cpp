@@ -26,7 +26,7 @@ void MapListFlow::sortBy(Column column) {
     // Names from A on; of all else, the most first.
     order_.isDescending = wanted == order_.column ? !order_.isDescending : column != Name;
     order_.column = wanted;
-    arrange(true);
+    arrange(false);
     Q_EMIT orderChanged();
 }
 
@@ -77,7 +77,7 @@ void MapListFlow::show(std::shared_ptr<const FileTree> tree, NodeIndex folder,
     folderPath_ = std::move(path);
     // What is shown is of another tree or folder, so it cannot stay until the order is there.
     if (takesLong(folder_))
-        rows_.setRows(tree_, folder_, mapRows(*tree_, folder_, 0, open_, {}));
+        setRows(mapRows(*tree_, folder_, 0, open_, {}), isSamePlace);
     arrange(isSamePlace);
 }
 
@@ -94,20 +94,21 @@ void MapListFlow::followTree(const PathCanonicalizer& canonicalizer) {
     });
 }
 
-void MapListFlow::arrange(bool isSamePlace) {
+void MapListFlow::setRows(std::vector<MapRow> rows, bool keepsPlace) {
+    rows_.setRows(tree_, folder_, std::move(rows));
+    Q_EMIT orderChanged();
+    Q_EMIT arranged(keepsPlace);
+}
+
+void MapListFlow::arrange(bool keepsPlace) {
     sorting_.drop();
     const auto sort = [tree = tree_, folder = folder_, open = open_, order = order_] {
         return tree->count() == 0 ? std::vector<MapRow>() : mapRows(*tree, folder, 0, open, order);
     };
-    const auto take = [this, isSamePlace](std::vector<MapRow> rows) {
-        rows_.setRows(tree_, folder_, std::move(rows));
-        Q_EMIT orderChanged();
-        Q_EMIT arranged(isSamePlace);
-    };
     if (takesLong(folder_))
-        sorting_.run(sort, take);
+        sorting_.run(sort, [this, keepsPlace](std::vector<MapRow> rows) { setRows(std::move(rows), keepsPlace); });
     else
-        take(sort());
+        setRows(sort(), keepsPlace);
 }
 
 bool MapListFlow::takesLong(NodeIndex folder) const {

@@ -57,8 +57,9 @@ public:
 Q_SIGNALS:
     void orderChanged();
     void widthChanged();
-    /// The rows are others, or in another order. `isSamePlace`: of the folder that was shown before.
-    void arranged(bool isSamePlace);
+    /// The rows are others, or in another order. `keepsPlace`: they are of the folder that was shown before, in the
+    /// order that they had.
+    void arranged(bool keepsPlace);
     /// What lies in this folder is about to leave the list.
     void closing(quint32 folder);
     /// Rows have come below this one, or gone.
@@ -66,7 +67,8 @@ Q_SIGNALS:
 
 private:
     void followTree(const PathCanonicalizer& canonicalizer);
-    void arrange(bool isSamePlace);
+    void setRows(std::vector<MapRow> rows, bool keepsPlace);
+    void arrange(bool keepsPlace);
     /// Whether the rows of a folder take long to sort.
     bool takesLong(NodeIndex folder) const;
 

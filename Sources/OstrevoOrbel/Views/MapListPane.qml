@@ -126,6 +126,21 @@ FocusScope {
     ItemTable {
         id: table
 
+        /// How far the rows were scrolled before they came anew.
+        property real formerTop: 0
+
+        /// Rows that come anew are seen where the former ones were; those of another folder, or in another order, from
+        /// the top, or where the selection is.
+        function follow(keepsPlace: bool): void {
+            const view = contentItem as ListView;
+            table.currentIndex = pane.map.holdingRow;
+            view.forceLayout();
+            if (keepsPlace)
+                view.contentY = Math.max(0, Math.min(formerTop, view.contentHeight - view.height));
+            else
+                view.positionViewAtIndex(Math.max(0, table.currentIndex), ListView.Contain);
+        }
+
         Accessible.name: qsTr("Items in %1").arg(pane.map.focusName)
         Accessible.role: Accessible.Tree
         anchors.bottom: summary.top
@@ -161,6 +176,20 @@ FocusScope {
                 table.move(row + 1, true);
             else if (!onward && rows.rowAbove(row) >= 0)
                 table.move(rows.rowAbove(row), true);
+        }
+    }
+    Connections {
+        target: pane.flow.rows
+
+        function onModelAboutToBeReset(): void {
+            table.formerTop = (table.contentItem as ListView).contentY;
+        }
+    }
+    Connections {
+        target: pane.flow
+
+        function onArranged(keepsPlace: bool): void {
+            table.follow(keepsPlace);
         }
     }
     // What is selected on the map may lie deeper than a row: the row that holds it has the focus then.
