@@ -18,8 +18,7 @@ const QString widthKey = QStringLiteral("map/listWidth");
 MapListFlow::MapListFlow(const AppEnvironment& environment)
     : environment_(environment),
       tree_(std::make_shared<FileTree>()),
-      width_(std::max(0, environment.settings->value(widthKey).toInt())) {
-}
+      width_(std::max(0, environment.settings->value(widthKey).toInt())) {}
 
 void MapListFlow::sortBy(Column column) {
     const auto wanted = static_cast<MapListOrder::Column>(column);
@@ -106,7 +105,8 @@ void MapListFlow::arrange(bool keepsPlace) {
         return tree->count() == 0 ? std::vector<MapRow>() : mapRows(*tree, folder, 0, open, order);
     };
     if (takesLong(folder_))
-        sorting_.run(sort, [this, keepsPlace](std::vector<MapRow> rows) { setRows(std::move(rows), keepsPlace); });
+        sorting_.run(sort,
+                     [this, keepsPlace](std::vector<MapRow> rows) { setRows(std::move(rows), keepsPlace); });
     else
         setRows(sort(), keepsPlace);
 }

@@ -317,13 +317,18 @@ void MapModel::leaveFolder(NodeIndex folder) {
 }
 
 void MapModel::applyAnswer(NodeIndex node, const std::optional<DeletionItem>& item) {
+    if (keepAnswer(node, item))
+        list_.rows()->tellTicks();
+}
+
+bool MapModel::keepAnswer(NodeIndex node, const std::optional<DeletionItem>& item) {
     const auto refusal = item ? textOf(item->blockedReason.value_or("")) : tr("It is not there any more");
     const auto note = item ? textOf(item->note.value_or("")) : QString();
     if (refusals_.contains(node) && refusals_[node] == refusal && notes_[node] == note)
-        return;
+        return false;
     refusals_[node] = refusal;
     notes_[node] = note;
-    list_.rows()->tellTicks();
+    return true;
 }
 
 QString MapModel::noteOf(NodeIndex node) const {
@@ -356,8 +361,11 @@ void MapModel::checkRows(int first) {
             return answers;
         },
         [this](const Answers& answers) {
+            bool isNew = false;
             for (const auto& [node, item] : answers)
-                applyAnswer(node, item);
+                isNew = keepAnswer(node, item) || isNew;
+            if (isNew)
+                list_.rows()->tellTicks();
         });
 }
 

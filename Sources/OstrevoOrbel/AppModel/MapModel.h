@@ -156,6 +156,8 @@ private:
     void checkRows(int first);
     void leaveFolder(NodeIndex folder);
     void applyAnswer(NodeIndex node, const std::optional<DeletionItem>& item);
+    /// The same without telling the list; false when all of it was known.
+    bool keepAnswer(NodeIndex node, const std::optional<DeletionItem>& item);
     QString noteOf(NodeIndex node) const;
     Qt::CheckState tickState(NodeIndex node) const;
     QString rootName() const;

@@ -12,10 +12,11 @@ namespace orbel {
 /// What lies in the map's folder, and below each folder that is open what lies in that one. Rows are put into
 /// words when they are asked for, so a folder of a million files costs no more than their numbers.
 ///
-/// Roles: `node`, `kind`, `kindName`, `size`; `name`, which ends in "/" for a folder; `level`, from 0; `folds`,
-/// whether the row can be opened, and `open`, whether it is; `fraction` of the largest item beside it; `share`
-/// of the map's folder; `items`, how many are in a folder, empty for a file; `changed` "3 March 2025"; `tick`, a
-/// Qt::CheckState; `refusal`, why it cannot be ticked, as far as known; `note`, what to know before it moves.
+/// Roles: `node`, `kind`, `kindName`, `size`; `name`, which ends in "/" for a folder; `level`, from 0;
+/// `folds`, whether the row can be opened, and `open`, whether it is; `fraction` of the largest item beside
+/// it; `share` of the map's folder; `items`, how many are in a folder, empty for a file; `changed` "3 March
+/// 2025"; `tick`, a Qt::CheckState; `refusal`, why it cannot be ticked, as far as known; `note`, what to know
+/// before it moves.
 class MapListModel : public orbel::RoleList {
     Q_OBJECT
     QML_ELEMENT
@@ -35,7 +36,7 @@ public:
     /// Puts what lies in the folder of a row below it.
     void open(int row, const std::vector<MapRow>& below);
     void close(int row);
-    Q_INVOKABLE bool isOpen(int row) const { return endOf(row) > row + 1; }
+    Q_INVOKABLE bool isOpen(int row) const { return row + 1 < rowCount() && levelOf(row + 1) > levelOf(row); }
     /// Whether there is anything below the row that could be shown.
     Q_INVOKABLE bool folds(int row) const;
 

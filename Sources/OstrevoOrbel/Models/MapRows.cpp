@@ -36,7 +36,8 @@ std::vector<NodeIndex> sortedChildren(const FileTree& tree, NodeIndex folder, Ma
             std::ranges::reverse(nodes);
         break;
     case MapListOrder::Column::name:
-        sortNodes(nodes, order.isDescending, [&](NodeIndex node) { return caseFolded(tree.nameBytes(node)); });
+        sortNodes(nodes, order.isDescending,
+                  [&](NodeIndex node) { return caseFolded(tree.nameBytes(node)); });
         break;
     case MapListOrder::Column::items:
         sortNodes(nodes, order.isDescending, [&](NodeIndex node) { return tree.descendantCount(node); });

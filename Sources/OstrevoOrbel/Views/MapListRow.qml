@@ -15,7 +15,8 @@ ItemRow {
 
     gap: columns.gap
     // Deep rows leave their names some room.
-    indent: columns.chevronWidth + Math.min(model.level * Theme.px(14), Math.max(0, columns.nameRoom - Theme.px(72)))
+    indent: columns.chevronWidth + Math.min(model.level * Theme.px(columns.nameRoom < Theme.px(120) ? 8 : 14),
+        Math.max(0, columns.nameRoom - Theme.px(44)))
     inset: columns.inset
     key: row.map.facts(node).key
     lineHeight: Theme.px(37)
@@ -37,50 +38,73 @@ ItemRow {
         height: 3
         share: row.model.fraction
         // As long as beside a row without a note.
-        width: parent.width + (warning.visible ? warning.width + row.gap : 0)
+        width: parent.width + (row.note !== "" ? warning.width + row.gap : 0)
     }
+    // A Loader of Qt 6.4 cannot make what is bound to its context.
+    // qmllint disable unqualified
     cells: [
         // Its words have room in the inspector.
-        Icon {
+        Loader {
             id: warning
 
-            color: Theme.warn
-            size: Theme.px(14)
-            path: Theme.icons.warn
-            visible: row.note !== ""
+            active: row.note !== ""
+            visible: active
             y: Theme.px(9)
 
-            HoverHandler {
-                id: over
-            }
-            Hint {
-                text: row.note
-                visible: over.hovered
+            sourceComponent: Icon {
+                color: Theme.warn
+                size: Theme.px(14)
+                path: Theme.icons.warn
+
+                HoverHandler {
+                    id: over
+                }
+                Hint {
+                    text: row.note
+                    visible: over.hovered
+                }
             }
         },
         ItemCell {
             columnWidth: row.columns.sizeWidth
             text: row.size
         },
-        ItemCell {
-            color: Theme.text2
-            columnWidth: row.columns.shareWidth
-            text: row.model.share
-            visible: row.columns.showsShare
+        // What is not shown costs nothing where many rows come at once.
+        Loader {
+            active: row.columns.showsShare
+            height: parent?.height ?? 0
+            visible: active
+
+            sourceComponent: ItemCell {
+                color: Theme.text2
+                columnWidth: row.columns.shareWidth
+                text: row.model.share
+            }
         },
-        ItemCell {
-            color: Theme.text2
-            columnWidth: row.columns.itemsWidth
-            text: row.model.items
-            visible: row.columns.showsItems
+        Loader {
+            active: row.columns.showsItems
+            height: parent?.height ?? 0
+            visible: active
+
+            sourceComponent: ItemCell {
+                color: Theme.text2
+                columnWidth: row.columns.itemsWidth
+                text: row.model.items
+            }
         },
-        ItemCell {
-            color: Theme.text2
-            columnWidth: row.columns.changedWidth
-            text: row.model.changed
-            visible: row.columns.showsChanged
+        Loader {
+            active: row.columns.showsChanged
+            height: parent?.height ?? 0
+            visible: active
+
+            sourceComponent: ItemCell {
+                color: Theme.text2
+                columnWidth: row.columns.changedWidth
+                text: row.model.changed
+            }
         }
     ]
+    // qmllint enable unqualified
 
     MouseArea {
         Accessible.name: row.open ? qsTr("Collapse") : qsTr("Expand")

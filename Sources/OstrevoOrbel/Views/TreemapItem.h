@@ -155,7 +155,7 @@ private:
     int holding_ = -1; ///< the tile around the selection where that has none
     int current_ = -1;
     bool isFocusShown_ = false;
-    int wheelTurn_ = 0; ///< since the last step, in eighths of a degree
+    int wheelTurn_ = 0;                    ///< since the last step, in eighths of a degree
     std::optional<quint64> lastWheelStep_; ///< in milliseconds, as events tell it
 };
 
