@@ -4,14 +4,14 @@
 
 # What a build needs from Debian, and what each script needs besides.
 buildPackages=(g++ cmake ninja-build nlohmann-json3-dev)
-# The window's build, and the QML modules that it loads when it runs: none of these brings another.
+# The window's build, and the QML modules and platforms that it loads when it runs: none of these brings another.
 windowPackages=(qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     qml6-module-{qtquick{,-window,-controls,-templates,-layouts,-shapes,-dialogs},qtqml{,-models,-workerscript}}
-    qml6-module-qt-labs-folderlistmodel libqt6svg6)
+    qml6-module-qt-labs-folderlistmodel libqt6svg6 qt6-wayland)
 # The desktop's own tools for the Trash, which the moves are checked against and timed beside.
 trashPackages=(strace dbus dbus-daemon gvfs libglib2.0-bin trash-cli)
 testPackages=("${trashPackages[@]}" libgtest-dev git mount e2fsprogs xfsprogs btrfs-progs libxml2-utils qml6-module-qttest
-    fonts-dejavu-core xvfb xauth)
+    fonts-dejavu-core xvfb xdotool weston)
 checkPackages=(ccache clang-format-14 clang-tidy-19)
 fuzzPackages=(clang-19 libclang-rt-19-dev)
 # What makes the packages, looks them over, and tries them in a bare Debian.

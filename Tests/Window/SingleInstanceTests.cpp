@@ -21,7 +21,8 @@ bool startAnother(const QDBusConnection& bus, const QString& folder, const Insta
 }
 
 void handsOver(const std::function<QDBusConnection()>& connect, const QString& folder) {
-    const InstanceRequest request{.scanPath = "/not \xFF text", .screen = Screen::map, .app = "a “b”"};
+    const InstanceRequest request{
+        .scanPath = "/not \xFF text", .screen = Screen::map, .app = "a “b”", .activationToken = "t1"};
     std::vector<InstanceRequest> taken;
     {
         SingleInstance first(connect(), folder);

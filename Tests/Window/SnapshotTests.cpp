@@ -78,6 +78,7 @@ TEST_P(WindowSnapshot, IsNeitherBlankNorCutOff) {
 INSTANTIATE_TEST_SUITE_P(Sizes, WindowSnapshot,
                          testing::Values(Sized{"", 1440, 900, 1}, Sized{"-800x560", 800, 560, 1},
                                          Sized{"-1100x700", 1100, 700, 1}, Sized{"-1920x1080", 1920, 1080, 1},
+                                         Sized{"-3840x2160", 3840, 2160, 1},
                                          Sized{"-large-font", 1440, 900, 2}),
                          [](const auto& size) {
                              std::string name(size.param.suffix);

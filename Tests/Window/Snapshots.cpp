@@ -86,7 +86,8 @@ void expectDrawn(const QImage& picture, const QString& name) {
 } // namespace
 
 void keepPicture(WindowScene& scene, const QString& name) {
-    const auto scale = qGuiApp->devicePixelRatio() > 1 ? QStringLiteral("@2x") : QString();
+    const auto ratio = qGuiApp->devicePixelRatio();
+    const auto scale = ratio > 1 ? QStringLiteral("@%1x").arg(ratio) : QString();
     for (const auto& appearance : {QStringLiteral("light"), QStringLiteral("dark")}) {
         SCOPED_TRACE(name.toStdString() + ", " + appearance.toStdString());
         scene.setAppearance(appearance);

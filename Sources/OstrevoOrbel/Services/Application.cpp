@@ -25,6 +25,7 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QLocale>
+#include <QPalette>
 #include <QQmlApplicationEngine>
 #include <QQuickStyle>
 #include <QQuickWindow>
@@ -85,6 +86,8 @@ public:
     /// False when the window could not be loaded.
     bool open() {
         model_.appearance()->overrideWith(valueAfter(platform::processArguments(), "--appearance"));
+        connect(model_.appearance(), &AppearanceSettings::darkChanged, this, [this] { colourFrame(); });
+        colourFrame();
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
         AppIcons::findThemes(model_.scan()->home());
         engine_.addImageProvider(iconProvider, new AppIcons); // the engine owns it
@@ -116,6 +119,8 @@ public:
 
     void serve(SingleInstance& instance) {
         connect(&instance, &SingleInstance::requested, this, [this](const InstanceRequest& request) {
+            if (request.activationToken) // Qt shows it to the desktop, and forgets it
+                qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(*request.activationToken));
             bringToFront();
             if (request.screen)
                 model_.setScreen(*request.screen);
@@ -151,6 +156,18 @@ private:
         const auto update = [this] { tray_->setWanted(model_.alert()->isEnabled()); };
         connect(model_.alert(), &AlertSettings::changed, this, update);
         update();
+    }
+
+    /// Under Wayland, Qt draws the frame and its title where the desktop leaves that to the program.
+    void colourFrame() {
+        const QColor ground(model_.appearance()->isDark() ? 0xFF131819 : 0xFFF2F5F5); // Theme.window
+        QGuiApplication::setPalette(QPalette(ground, ground));
+        if (window_ == nullptr || !QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
+            || window_->frameMargins().isNull())
+            return;
+        // Qt's frame takes its colours when it is made.
+        window_->setFlag(Qt::FramelessWindowHint, true);
+        window_->setFlag(Qt::FramelessWindowHint, false);
     }
 
     void bringToFront() { WindowPlace::bringToFront(*window_); }

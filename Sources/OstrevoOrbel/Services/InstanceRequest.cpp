@@ -20,6 +20,8 @@ InstanceRequest InstanceRequest::of(const LaunchOptions& options) {
         const auto here = std::filesystem::current_path(error);
         request.scanPath = joinedPath(here.native(), *request.scanPath);
     }
+    if (const auto token = qgetenv("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
+        request.activationToken = token.toStdString();
     return request;
 }
 
@@ -32,6 +34,8 @@ QByteArray InstanceRequest::text() const {
         json["screen"] = screenNames.at(static_cast<std::size_t>(*screen));
     if (app)
         json["app"] = lossyUtf8(*app);
+    if (activationToken)
+        json["token"] = lossyUtf8(*activationToken);
     return QByteArray::fromStdString(compactJson(json) + "\n");
 }
 
@@ -45,6 +49,8 @@ InstanceRequest InstanceRequest::fromText(const QByteArray& text) {
             request.screen = screenNamed(textAt(json, "screen"));
         if (json.contains("app"))
             request.app = textAt(json, "app");
+        if (json.contains("token"))
+            request.activationToken = textAt(json, "token");
     } catch (const nlohmann::json::exception&) {
         return {};
     }

@@ -17,14 +17,6 @@ constexpr const char* interfaceName = "org.freedesktop.Application";
 /// Beyond the interface's own calls: all of a request in one, as its text.
 const QString requestAction = QStringLiteral("request");
 
-/// What lets the other process take the focus on desktops that guard it.
-QVariantMap ownPlatformData() {
-    QVariantMap data;
-    if (const auto token = qgetenv("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
-        data.insert(QStringLiteral("activation-token"), QString::fromUtf8(token));
-    return data;
-}
-
 } // namespace
 
 SingleInstance::SingleInstance(QDBusConnection bus, const QString& folder)
@@ -71,7 +63,7 @@ bool SingleInstance::handOverOnBus(const InstanceRequest& request) {
     auto call = QDBusMessage::createMethodCall(
         QLatin1String(ApplicationId::busName), QLatin1String(ApplicationId::objectPath),
         QLatin1String(interfaceName), QStringLiteral("ActivateAction"));
-    call << requestAction << QVariantList{QString::fromUtf8(request.text())} << ownPlatformData();
+    call << requestAction << QVariantList{QString::fromUtf8(request.text())} << QVariantMap();
     call.setAutoStartService(false);
     return bus_.call(call, QDBus::Block, answerMilliseconds).type() == QDBusMessage::ReplyMessage;
 }
@@ -111,10 +103,10 @@ void SingleInstance::readRequests() {
 
 ApplicationInterface::ApplicationInterface(SingleInstance& instance) : instance_(instance) {}
 
-void ApplicationInterface::request(const InstanceRequest& request, const QVariantMap& platformData) {
+void ApplicationInterface::request(InstanceRequest request, const QVariantMap& platformData) {
     const auto token = platformData.value(QStringLiteral("activation-token")).toString();
     if (!token.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+        request.activationToken = token.toStdString();
     Q_EMIT instance_.requested(request);
 }
 

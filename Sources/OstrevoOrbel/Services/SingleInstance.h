@@ -68,7 +68,7 @@ public Q_SLOTS:
     // NOLINTEND(readability-identifier-naming)
 
 private:
-    void request(const InstanceRequest& request, const QVariantMap& platformData);
+    void request(InstanceRequest request, const QVariantMap& platformData);
 
     SingleInstance& instance_;
 };

@@ -53,7 +53,7 @@ bool isNoTime(const QVariant& factor) {
 } // namespace
 
 SystemAppearance::SystemAppearance(QDBusConnection bus, QString configFolder)
-    : bus_(std::move(bus)), configFolder_(std::move(configFolder)) {
+    : bus_(std::move(bus)), configFolder_(std::move(configFolder)), isPaletteDark_(isPaletteDark()) {
     connect(&files_, &QFileSystemWatcher::fileChanged, this, &SystemAppearance::readFiles);
     connect(&files_, &QFileSystemWatcher::directoryChanged, this, &SystemAppearance::readFiles);
     readFiles();
@@ -113,7 +113,7 @@ bool SystemAppearance::wantsDark() const {
     constexpr uint prefersDark = 1;
     constexpr uint prefersLight = 2;
     const auto wanted = portal_.value(scheme).toUInt();
-    return wanted == prefersDark || (wanted != prefersLight && isPaletteDark());
+    return wanted == prefersDark || (wanted != prefersLight && isPaletteDark_);
 }
 
 bool SystemAppearance::wantsLessMotion() const {

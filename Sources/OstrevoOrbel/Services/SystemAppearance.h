@@ -40,6 +40,7 @@ private:
     QString configFolder_;
     QFileSystemWatcher files_;
     QHash<QString, QVariant> portal_; ///< what it has said, by group and key
+    const bool isPaletteDark_;        ///< the platform's own: later the palette is the window's
     bool isMotionReducedInFiles_ = false;
     bool isContrastHighInFiles_ = false;
     bool isDark_ = false;

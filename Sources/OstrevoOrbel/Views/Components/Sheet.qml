@@ -52,6 +52,7 @@ T.Popup {
     contentItem: FocusScope {
         Accessible.name: titleText.text
         Accessible.role: Accessible.Dialog
+        focus: true // Esc works before the sheet has faded in
         objectName: sheet.objectName + ".sheet"
 
         Keys.onPressed: event => {

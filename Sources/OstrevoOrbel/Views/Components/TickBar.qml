@@ -24,7 +24,7 @@ Rectangle {
     clip: true
     color: Theme.surface
     height: count > 0 ? Theme.tickBarHeight : 0
-    visible: height > 0
+    visible: count > 0 || height > 0 // its key works before it has grown
 
     Behavior on height {
         NumberAnimation {
