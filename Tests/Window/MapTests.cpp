@@ -340,7 +340,7 @@ TEST(WindowMap, FollowsTheTree) {
     map.setTree(tree, std::nullopt);
     map.show(at("/home/mira/Videos"));
     map.setTree(std::make_shared<FileTree>(), std::nullopt);
-    EXPECT_EQ(map.list()->rowCount(), 0);
+    EXPECT_EQ(map.list()->rows()->rowCount(), 0);
     map.setTree(std::make_shared<FileTree>(sampleTree()), std::nullopt);
     EXPECT_EQ(map.focusName(), QStringLiteral("Videos")) << "measured again";
     EXPECT_FALSE(map.canGoBack());

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <QScopeGuard>
 #include <utility>
 
 namespace orbel {
@@ -30,16 +31,43 @@ std::optional<DeletionItem> itemWithRepositories(const FileTree& tree, NodeIndex
     return item;
 }
 
+/// How many folders lie in a node, however deep.
+std::uint32_t foldersBelow(const FileTree& tree, NodeIndex node) {
+    std::uint32_t folders = 0;
+    std::vector<NodeIndex> left{node};
+    while (!left.empty()) {
+        const NodeIndex folder = left.back();
+        left.pop_back();
+        for (const NodeIndex child : tree.children(folder)) {
+            if (!tree.isFolder(child))
+                continue;
+            ++folders;
+            left.push_back(child);
+        }
+    }
+    return folders;
+}
+
 } // namespace
 
 MapModel::MapModel(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
                    const ScanFlow& scan, MoveFlow& moves)
-    : environment_(environment), policy_(std::move(policy)), tree_(scan.tree()) {
-    list_.setTicking([this](NodeIndex node) { return tickState(node); },
-                     [this](NodeIndex node) { return tickRefusal(node); },
-                     [this](NodeIndex node) { return noteOf(node); });
+    : environment_(environment), policy_(std::move(policy)), tree_(scan.tree()), list_(environment) {
+    list_.rows()->setTicking([this](NodeIndex node) { return tickState(node); },
+                             [this](NodeIndex node) { return tickRefusal(node); },
+                             [this](NodeIndex node) { return noteOf(node); });
+    connect(this, &MapModel::selectionChanged, this, &MapModel::selectedRowChanged);
+    connect(&list_, &MapListFlow::closing, this, &MapModel::leaveFolder);
+    connect(&list_, &MapListFlow::turned, this, [this](int row) {
+        checkRows(row);
+        Q_EMIT selectedRowChanged();
+    });
+    connect(&list_, &MapListFlow::arranged, this, [this] {
+        checkRows(0);
+        Q_EMIT selectedRowChanged();
+    });
     connect(&ticks_, &Ticks::changed, this, [this] {
-        list_.tellTicks();
+        list_.rows()->tellTicks();
         Q_EMIT ticksChanged();
     });
     connect(&scan, &ScanFlow::treeChanged, this, [this, &scan] { setTree(scan.tree(), scan.coverage()); });
@@ -54,6 +82,7 @@ void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Cover
     notes_.clear();
     ticking_.drop();
     tickingAll_.drop();
+    rowsJob_.drop();
     if (isEdited) {
         // An edited tree may number its nodes anew; their paths stay.
         const auto again = [&](NodeIndex node) {
@@ -153,12 +182,11 @@ void MapModel::showFocus() {
     if (tree_->count() > 0)
         focusPath_ = tree_->walkedPath(focus_);
     crumbs_.setFolder(*tree_, focus_, rootName());
-    list_.setFolder(tree_, focus_);
+    list_.show(tree_, focus_, canonicalizer());
     // A selection outside what is shown would be acted upon unseen.
-    if (selected_ && list_.rowOf(*selected_) < 0)
+    if (selected_ && holdingRow() < 0)
         clearSelection();
     updateLegend();
-    checkRows();
     Q_EMIT focusChanged();
     Q_EMIT selectionChanged();
 }
@@ -172,8 +200,8 @@ void MapModel::select(quint32 node) {
 }
 
 void MapModel::selectRow(int row) {
-    if (row >= 0 && row < list_.rowCount())
-        select(list_.nodeAt(row));
+    if (row >= 0 && row < list_.rows()->rowCount())
+        select(list_.rows()->nodeAt(row));
 }
 
 void MapModel::clearSelection() {
@@ -249,6 +277,7 @@ void MapModel::updateSafety() {
     isMovable_ = false;
     refusal_.clear();
     Q_EMIT safetyChanged();
+    updateContents();
     if (!selected_)
         return;
     selectionJob_.run([tree = tree_, node = *selected_,
@@ -259,6 +288,33 @@ void MapModel::updateSafety() {
                           isMovable_ = refusal_.isEmpty();
                           Q_EMIT safetyChanged();
                       });
+}
+
+void MapModel::updateContents() {
+    contentsJob_.drop();
+    contents_.clear();
+    const auto finish = qScopeGuard([this] { Q_EMIT contentsChanged(); });
+    if (!selected_ || !tree_->isFolder(*selected_))
+        return;
+    const auto count = tree_->descendantCount(*selected_);
+    contents_ = countOf(count, tr("item"), tr("items"));
+    const auto countBelow = [tree = tree_, node = *selected_] { return foldersBelow(*tree, node); };
+    const auto take = [this](std::uint32_t folders) {
+        if (folders == 0)
+            return;
+        contents_ = tr("%1 in %2").arg(contents_, countOf(folders, tr("folder"), tr("folders")));
+        Q_EMIT contentsChanged();
+    };
+    if (count <= fewNodes)
+        take(countBelow());
+    else
+        contentsJob_.run(countBelow, take);
+}
+
+/// A row that is selected does not leave the list unseen.
+void MapModel::leaveFolder(NodeIndex folder) {
+    if (selected_ && selectedRow() >= 0 && liesIn(*tree_, *selected_, folder))
+        select(folder);
 }
 
 void MapModel::applyAnswers(const Answers& answers) {
@@ -273,7 +329,7 @@ void MapModel::applyAnswers(const Answers& answers) {
         isChanged = true;
     }
     if (isChanged)
-        list_.tellTicks();
+        list_.rows()->tellTicks();
 }
 
 QString MapModel::noteOf(NodeIndex node) const {
@@ -281,18 +337,20 @@ QString MapModel::noteOf(NodeIndex node) const {
     return known == notes_.end() ? noteText(*tree_, node) : known->second;
 }
 
-/// What the list shows first is locked where it has to be; of the rest, each row when it is wanted.
-void MapModel::checkRows() {
+/// What the list shows from here on is locked where it has to be; of the rest, each row when it is wanted.
+void MapModel::checkRows(int first) {
     constexpr int mostAsked = 100;
-    rowsJob_.drop();
-    if (tree_->count() == 0)
-        return;
+    if (first == 0)
+        rowsJob_.drop();
+    const auto& rows = *list_.rows();
     std::vector<NodeIndex> asked;
-    for (int row = 0; row < std::min(list_.rowCount(), mostAsked); ++row) {
-        if (!refusals_.contains(list_.nodeAt(row)))
-            asked.push_back(list_.nodeAt(row));
+    for (int row = first; row < std::min(rows.rowCount(), first + mostAsked); ++row) {
+        if (!refusals_.contains(rows.nodeAt(row)))
+            asked.push_back(rows.nodeAt(row));
     }
-    rowsJob_.run(
+    if (asked.empty())
+        return;
+    rowsJob_.add(
         [tree = tree_, asked = std::move(asked), policy = policy_] {
             Answers answers;
             for (const NodeIndex node : asked)
@@ -444,7 +502,7 @@ QString MapModel::rootName() const {
 }
 
 QString MapModel::listSummary() const {
-    auto summary = countOf(static_cast<std::uint64_t>(list_.rowCount()), tr("item"), tr("items"));
+    auto summary = countOf(tree_->count() == 0 ? 0 : tree_->children(focus_).size(), tr("item"), tr("items"));
     if (focus_ == 0 && coverage_ && coverage_->notMeasured() > 0)
         summary += tr(", and %1 not measured").arg(ByteFigure(coverage_->notMeasured()).text());
     return summary;
@@ -487,10 +545,6 @@ int MapModel::filterKind() const {
 
 MapItemFacts MapModel::selection() const {
     return selected_ ? facts(*selected_) : MapItemFacts();
-}
-
-int MapModel::selectedRow() const {
-    return selected_ ? list_.rowOf(*selected_) : -1;
 }
 
 const PathCanonicalizer& MapModel::canonicalizer() const {

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "AppModel/MapListFlow.h"
 #include "AppModel/MoveFlow.h"
 #include "AppModel/ScanFlow.h"
 #include "AppModel/TickAll.h"
 #include "Map/MapFilter.h"
 #include "Models/KindTotalsModel.h"
 #include "Models/MapCrumbsModel.h"
-#include "Models/MapListModel.h"
 #include "Models/MapWords.h"
 #include "Models/Ticks.h"
 
@@ -36,7 +36,7 @@ class MapModel final : public QObject {
     Q_PROPERTY(bool canGoForward READ canGoForward NOTIFY focusChanged)
     Q_PROPERTY(bool canGoUp READ canGoUp NOTIFY focusChanged)
     Q_PROPERTY(orbel::RoleList* crumbs READ crumbs CONSTANT)
-    Q_PROPERTY(orbel::MapListModel* list READ list CONSTANT)
+    Q_PROPERTY(orbel::MapListFlow* list READ list CONSTANT)
     /// "9 items", "4 items, and 31.5 GB not measured"
     Q_PROPERTY(QString listSummary READ listSummary NOTIFY focusChanged)
     /// "345.2 GB · 88 % of what was measured"
@@ -49,8 +49,13 @@ class MapModel final : public QObject {
     Q_PROPERTY(int filterKind READ filterKind NOTIFY legendChanged)
 
     Q_PROPERTY(orbel::MapItemFacts selection READ selection NOTIFY selectionChanged)
-    /// The row of the list that is, or holds, what is selected; -1 for none.
-    Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectionChanged)
+    /// The row of what is selected; -1 where the list has none.
+    Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedRowChanged)
+    /// That row, or the one of the innermost folder in the list that holds what is selected; -1 for none.
+    Q_PROPERTY(int holdingRow READ holdingRow NOTIFY selectedRowChanged)
+    /// What is in the selected folder: "1,234 items in 56 folders", without the folders until they have been
+    /// counted. Empty for a file.
+    Q_PROPERTY(QString contents READ contents NOTIFY contentsChanged)
     /// Why what is selected cannot be moved to the Trash; empty when it can, or when that is not known yet.
     Q_PROPERTY(QString refusal READ refusal NOTIFY safetyChanged)
     Q_PROPERTY(bool movable READ isMovable NOTIFY safetyChanged)
@@ -114,7 +119,7 @@ public:
     bool canGoForward() const { return !forward_.empty(); }
     bool canGoUp() const { return focus_ != 0; }
     MapCrumbsModel* crumbs() { return &crumbs_; }
-    MapListModel* list() { return &list_; }
+    MapListFlow* list() { return &list_; }
     QString listSummary() const;
     QString share() const;
     MapLegendModel* legend() { return &legend_; }
@@ -123,7 +128,9 @@ public:
     int filterKind() const;
     std::optional<NodeIndex> selectedNode() const { return selected_; }
     MapItemFacts selection() const;
-    int selectedRow() const;
+    int selectedRow() const { return selected_ ? list_.rows().rowOf(*selected_) : -1; }
+    int holdingRow() const { return selected_ ? list_.rows().rowHolding(*selected_) : -1; }
+    QString contents() const { return contents_; }
     QString refusal() const { return refusal_; }
     bool isMovable() const { return isMovable_; }
     QString note() const { return selected_ ? noteOf(*selected_) : QString(); }
@@ -137,6 +144,8 @@ Q_SIGNALS:
     void focusChanged();
     void legendChanged();
     void selectionChanged();
+    void selectedRowChanged();
+    void contentsChanged();
     void safetyChanged();
     void ticksChanged();
 
@@ -146,7 +155,9 @@ private:
     void setFilter(MapFilter filter);
     void updateLegend();
     void updateSafety();
-    void checkRows();
+    void updateContents();
+    void checkRows(int first);
+    void leaveFolder(NodeIndex folder);
     using Answers = std::vector<std::pair<NodeIndex, std::optional<DeletionItem>>>;
     void applyAnswers(const Answers& answers);
     QString noteOf(NodeIndex node) const;
@@ -164,11 +175,12 @@ private:
     std::vector<NodeIndex> forward_;
     std::optional<NodeIndex> selected_;
     MapCrumbsModel crumbs_;
-    MapListModel list_;
+    MapListFlow list_;
     MapLegendModel legend_;
     MapFilter filter_;
     std::optional<std::uint64_t>
         extensionBytes_; ///< what the chosen extension takes up in the focus, once known
+    QString contents_;
     QString refusal_;
     bool isMovable_ = false;
 
@@ -177,6 +189,7 @@ private:
     std::unordered_map<NodeIndex, QString> refusals_;
     std::unordered_map<NodeIndex, QString> notes_; ///< of the same nodes
     LatestJob legendJob_{"orbel.kinds"};
+    LatestJob contentsJob_{"orbel.contents"};
     LatestJob selectionJob_{"orbel.safety"};
     LatestJob rowsJob_{"orbel.safety"};
     LatestJob ticking_{"orbel.tick"};

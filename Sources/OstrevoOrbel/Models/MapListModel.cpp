@@ -9,9 +9,34 @@
 
 namespace orbel {
 
+namespace {
+
+bool isAscii(char16_t letter) {
+    return letter < 0x80;
+}
+
+/// Whether a name may begin with what was typed, as it is shown: false only where plain letters differ.
+bool mayBeginWith(std::string_view name, const QString& typed) {
+    for (qsizetype i = 0; i < typed.size(); ++i) {
+        if (static_cast<std::size_t>(i) == name.size())
+            return false;
+        const auto shown = static_cast<unsigned char>(name[static_cast<std::size_t>(i)]);
+        if (shown < ' ' || !isAscii(shown) || !isAscii(typed[i].unicode()))
+            return true;
+        if (QChar::toLower(char32_t{shown}) != typed[i].toLower().unicode())
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 MapListModel::MapListModel(QObject* parent) : RoleList(parent), tree_(std::make_shared<FileTree>()) {
     const auto of = [this](auto read) {
         return [this, read](int row) -> QVariant { return read(nodeAt(row)); };
+    };
+    const auto largestBeside = [this](NodeIndex node) {
+        return tree_->allocated(tree_->children(tree_->parent(node).value_or(0)).front());
     };
     setRoles({{"node", of([](NodeIndex node) { return node; })},
               {"name", of([this](NodeIndex node) { return nameText(*tree_, node); })},
@@ -20,12 +45,19 @@ MapListModel::MapListModel(QObject* parent) : RoleList(parent), tree_(std::make_
                })},
               {"kindName", of([this](NodeIndex node) { return kindText(*tree_, node); })},
               {"size", of([this](NodeIndex node) { return ByteFigure(tree_->allocated(node)).text(); })},
-              {"fraction", of([this](NodeIndex node) {
-                   return fractionOf(tree_->allocated(node), tree_->allocated(nodeAt(0)));
+              {"level", [this](int row) -> QVariant { return levelOf(row); }},
+              {"folds", [this](int row) -> QVariant { return folds(row); }},
+              {"open", [this](int row) -> QVariant { return isOpen(row); }},
+              {"fraction", of([this, largestBeside](NodeIndex node) {
+                   return fractionOf(tree_->allocated(node), largestBeside(node));
                })},
               {"share", of([this](NodeIndex node) {
                    return shareText(tree_->allocated(node), tree_->allocated(folder_));
                })},
+              {"items", of([this](NodeIndex node) {
+                   return tree_->isFolder(node) ? countText(tree_->descendantCount(node)) : QString();
+               })},
+              {"changed", of([this](NodeIndex node) { return dayText(tree_->modified(node)); })},
               {"tick", of([this](NodeIndex node) { return tickState_ ? tickState_(node) : Qt::Unchecked; })},
               {"refusal", of([this](NodeIndex node) { return refusal_ ? refusal_(node) : QString(); })},
               {"note", of([this](NodeIndex node) { return note_ ? note_(node) : QString(); })}});
@@ -39,41 +71,96 @@ void MapListModel::setTicking(std::function<Qt::CheckState(NodeIndex)> tickState
     note_ = std::move(note);
 }
 
-void MapListModel::setFolder(std::shared_ptr<const FileTree> tree, NodeIndex folder) {
+void MapListModel::setRows(std::shared_ptr<const FileTree> tree, NodeIndex folder, std::vector<MapRow> rows) {
     beginResetModel();
     tree_ = std::move(tree);
     folder_ = folder;
+    rows_ = std::move(rows);
     endResetModel();
 }
 
-std::span<const NodeIndex> MapListModel::children() const {
-    return tree_->count() == 0 ? std::span<const NodeIndex>() : tree_->children(folder_);
+void MapListModel::open(int row, const std::vector<MapRow>& below) {
+    if (below.empty() || isOpen(row))
+        return;
+    beginInsertRows({}, row + 1, row + static_cast<int>(below.size()));
+    rows_.insert(rows_.begin() + row + 1, below.begin(), below.end());
+    endInsertRows();
+    Q_EMIT dataChanged(index(row), index(row));
+}
+
+void MapListModel::close(int row) {
+    const int end = endOf(row);
+    if (end == row + 1)
+        return;
+    beginRemoveRows({}, row + 1, end - 1);
+    rows_.erase(rows_.begin() + row + 1, rows_.begin() + end);
+    endRemoveRows();
+    Q_EMIT dataChanged(index(row), index(row));
+}
+
+bool MapListModel::folds(int row) const {
+    const NodeIndex node = nodeAt(row);
+    return TreemapModel::isPlainFolder(*tree_, node) && !tree_->children(node).empty();
 }
 
 int MapListModel::rowOf(NodeIndex node) const {
-    while (node < tree_->count()) {
-        const auto parent = tree_->parent(node);
-        if (!parent)
-            return -1;
-        if (*parent == folder_) {
-            const auto rows = children();
-            // Sorted by size, so only those of the same size have to be looked through.
-            const auto same = std::ranges::equal_range(rows, tree_->allocated(node), std::ranges::greater{},
-                                                       [this](NodeIndex i) { return tree_->allocated(i); });
-            const auto found = std::ranges::find(same, node);
-            return found == same.end() ? -1 : static_cast<int>(found - rows.begin());
-        }
-        node = *parent;
-    }
-    return -1;
+    const int row = rowHolding(node);
+    return row >= 0 && nodeAt(row) == node ? row : -1;
 }
 
-NodeIndex MapListModel::nodeAt(int row) const {
-    return children()[static_cast<std::size_t>(row)];
+int MapListModel::rowHolding(NodeIndex node) const {
+    if (node >= tree_->count())
+        return -1;
+    std::vector<NodeIndex> way;
+    for (NodeIndex at = node; at != folder_;) {
+        way.push_back(at);
+        const auto above = tree_->parent(at);
+        if (!above)
+            return -1;
+        at = *above;
+    }
+    int found = -1;
+    int row = 0;
+    for (std::uint32_t level = 0; !way.empty(); ++level, way.pop_back()) {
+        while (row < rowCount() && levelOf(row) >= level && nodeAt(row) != way.back())
+            ++row;
+        if (row == rowCount() || levelOf(row) < level)
+            break;
+        found = row++;
+    }
+    return found;
+}
+
+int MapListModel::rowAbove(int row) const {
+    int above = row - 1;
+    while (above >= 0 && levelOf(above) >= levelOf(row))
+        --above;
+    return above;
+}
+
+int MapListModel::endOf(int row) const {
+    int end = row + 1;
+    while (end < rowCount() && levelOf(end) > levelOf(row))
+        ++end;
+    return end;
 }
 
 int MapListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(children().size());
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QModelIndexList MapListModel::match(const QModelIndex& start, int role, const QVariant& value, int hits,
+                                    Qt::MatchFlags flags) const {
+    if (role != Qt::DisplayRole || hits != 1 || flags != (Qt::MatchStartsWith | Qt::MatchWrap))
+        return RoleList::match(start, role, value, hits, flags);
+    const auto typed = value.toString();
+    for (int step = 0; step < rowCount(); ++step) {
+        const auto place = index((start.row() + step) % rowCount());
+        if (mayBeginWith(tree_->nameBytes(nodeAt(place.row())), typed)
+            && place.data().toString().startsWith(typed, Qt::CaseInsensitive))
+            return {place};
+    }
+    return {};
 }
 
 } // namespace orbel

@@ -106,6 +106,12 @@ Item {
             value: inspector.facts.folder
         }
         Fact {
+            label: qsTr("Holds")
+            objectName: "map.contents"
+            value: inspector.map.contents
+            visible: value !== ""
+        }
+        Fact {
             label: qsTr("Changed")
             value: inspector.facts.changed
         }

@@ -26,6 +26,13 @@ Item {
         box: marks.treemap.hoverBox
         objectName: "map.hover"
     }
+    // What holds a selection that is not drawn itself.
+    Frame {
+        border.color: Theme.accent
+        border.width: 2
+        box: marks.treemap.holdingBox
+        objectName: "map.holding"
+    }
     // Each mark, and both together, are as wide as a tile keeps free around its words: four pixels.
     Frame {
         readonly property bool isFocused: ring.visible && marks.treemap.selectedBox === marks.treemap.currentBox

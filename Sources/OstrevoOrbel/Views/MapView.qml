@@ -228,8 +228,9 @@ ScreenFrame {
         anchors.top: parent.top
         map: screen.map
         visible: screen.hasMap && (!screen.narrow || screen.listOpen)
-        width: screen.narrow ? Theme.px(300) : screen.middling ? Theme.px(260) : screen.wide ? Theme.px(400)
-            : Theme.px(344)
+        // The map keeps some room beside it.
+        mostWidth: screen.width - (screen.narrow ? 0 : Theme.px(240))
+        usualWidth: Theme.px(screen.narrow ? 300 : screen.middling ? 260 : screen.wide ? 400 : 344)
 
         onAllWanted: ticked => screen.tickAll(ticked)
         onCopyWanted: (key, whole) => screen.copy(key, whole)

@@ -31,7 +31,7 @@ bool isByKeyboard(Qt::FocusReason reason) {
 TreemapItem::TreemapItem(QQuickItem* parent) : QQuickPaintedItem(parent) {
     installTreemapAccessibility();
     setAcceptHoverEvents(true);
-    setAcceptedMouseButtons(Qt::LeftButton | Qt::RightButton);
+    setAcceptedMouseButtons(Qt::LeftButton | Qt::RightButton | Qt::MiddleButton);
     setActiveFocusOnTab(true);
     setOpaquePainting(true);
     connect(this, &TreemapItem::lookChanged, this, [this] { update(); });
@@ -126,8 +126,14 @@ void TreemapItem::takeSelection() {
         return; // comes again once there are tiles to choose from
     const auto selected = map_ != nullptr ? map_->selectedNode() : std::nullopt;
     selected_ = selected ? tileOf(*selected) : -1;
-    if (selected_ >= 0)
-        current_ = selected_;
+    holding_ = -1;
+    if (selected && selected_ < 0) {
+        auto above = map_->tree().parent(*selected);
+        for (; holding_ < 0 && above && *above != map_->focus(); above = map_->tree().parent(*above))
+            holding_ = tileOf(*above);
+    }
+    if (const int marked = std::max(selected_, holding_); marked >= 0)
+        current_ = marked;
     Q_EMIT marksChanged();
     Q_EMIT statusChanged();
 }
@@ -284,6 +290,7 @@ void TreemapItem::setHovered(int tile) {
 void TreemapItem::choose(int tile) {
     current_ = tile;
     selected_ = -1;
+    holding_ = -1;
     if (const auto node = nodeOf(tile)) {
         selected_ = tile;
         map_->select(*node);
@@ -325,6 +332,10 @@ void TreemapItem::mousePressEvent(QMouseEvent* event) {
     ensureLaidOut();
     isFocusShown_ = false;
     forceActiveFocus(Qt::MouseFocusReason);
+    if (event->button() == Qt::MiddleButton) {
+        Q_EMIT upWanted();
+        return;
+    }
     const int tile = tileAt(event->position());
     if (tile < 0)
         return;
@@ -334,8 +345,56 @@ void TreemapItem::mousePressEvent(QMouseEvent* event) {
 }
 
 void TreemapItem::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (!isHeld_ && event->button() == Qt::LeftButton)
+    if (isHeld_)
+        return;
+    if (event->button() == Qt::LeftButton)
         zoomInto(tileAt(event->position()));
+    else if (event->button() == Qt::MiddleButton)
+        Q_EMIT upWanted();
+}
+
+/// A notch is a level. Fine wheels and touchpads send parts of one, which are added up; a flick sends many at
+/// once, and still is one level at a time.
+void TreemapItem::wheelEvent(QWheelEvent* event) {
+    constexpr int notch = 120;
+    constexpr quint64 pause = 150;
+    const int turned = event->angleDelta().y();
+    const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    if (map_ == nullptr || turned == 0 || (modifiers != Qt::NoModifier && modifiers != Qt::ControlModifier)) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    const bool isPause = lastWheelStep_ && event->timestamp() - *lastWheelStep_ < pause;
+    if (isHeld_ || isPause || event->phase() == Qt::ScrollMomentum) {
+        wheelTurn_ = 0;
+        return;
+    }
+    wheelTurn_ = (wheelTurn_ < 0) == (turned < 0) ? wheelTurn_ + turned : turned;
+    if (std::abs(wheelTurn_) < notch)
+        return;
+    const bool isForward = wheelTurn_ > 0;
+    wheelTurn_ = 0;
+    lastWheelStep_ = event->timestamp();
+    if (isForward)
+        zoomOneLevel(event->position());
+    else
+        Q_EMIT upWanted();
+}
+
+/// Into the folder directly in the one that is shown that has this point.
+void TreemapItem::zoomOneLevel(QPointF position) {
+    ensureLaidOut();
+    const int tile = tileAt(position);
+    if (tile < 0 || !isOfThisTree())
+        return;
+    const auto& content = tiles_[static_cast<std::size_t>(tile)].content;
+    const auto* smaller = std::get_if<TreemapTile::SmallerItems>(&content);
+    auto node = smaller != nullptr ? std::optional(smaller->parent) : nodeOf(tile);
+    while (node && map_->tree().parent(*node) != map_->focus())
+        node = map_->tree().parent(*node);
+    if (node && TreemapModel::isPlainFolder(map_->tree(), *node))
+        Q_EMIT zoomWanted(*node, boxAt(tileOf(*node)));
 }
 
 void TreemapItem::hoverEnterEvent(QHoverEvent* event) {

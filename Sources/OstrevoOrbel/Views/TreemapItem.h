@@ -36,6 +36,8 @@ class TreemapItem : public QQuickPaintedItem {
     // In this item's coordinates; empty when there is no such tile.
     Q_PROPERTY(QRectF hoverBox READ hoverBox NOTIFY hoverChanged)
     Q_PROPERTY(QRectF selectedBox READ selectedBox NOTIFY marksChanged)
+    /// Of what holds the selected item, where that has no tile itself.
+    Q_PROPERTY(QRectF holdingBox READ holdingBox NOTIFY marksChanged)
     Q_PROPERTY(QRectF currentBox READ currentBox NOTIFY marksChanged)
     /// The focus came by the keyboard, and so has to be seen.
     Q_PROPERTY(bool focusShown READ isFocusShown NOTIFY marksChanged)
@@ -63,6 +65,7 @@ public:
     void setTicked(const QList<quint32>& nodes);
     QRectF hoverBox() const { return boxAt(hovered_); }
     QRectF selectedBox() const { return boxAt(selected_); }
+    QRectF holdingBox() const { return boxAt(holding_); }
     QRectF currentBox() const { return boxAt(current_); }
     bool isFocusShown() const { return hasActiveFocus() && isFocusShown_; }
     QString hoverHint() const;
@@ -114,6 +117,7 @@ protected:
     void itemChange(ItemChange change, const ItemChangeData& data) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     void hoverEnterEvent(QHoverEvent* event) override;
     void hoverMoveEvent(QHoverEvent* event) override;
     void hoverLeaveEvent(QHoverEvent* event) override;
@@ -137,6 +141,7 @@ private:
     bool moves(NodeIndex node) const;
     std::optional<NodeIndex> nodeOf(int tile) const;
     std::optional<NodeIndex> zoomTargetOf(int tile) const;
+    void zoomOneLevel(QPointF position);
     QString describe(int tile) const;
     double scale() const;
 
@@ -154,10 +159,13 @@ private:
     std::optional<QPointF> pointer_; ///< while it is over this item
     int hovered_ = -1;
     int selected_ = -1;
+    int holding_ = -1; ///< the tile around the selection where that has none
     int current_ = -1;
     bool isFocusShown_ = false;
     QString typed_; ///< shortly before
     QElapsedTimer sinceTyped_;
+    int wheelTurn_ = 0;                    ///< since the last step, in eighths of a degree
+    std::optional<quint64> lastWheelStep_; ///< in milliseconds, as events tell it
 };
 
 } // namespace orbel

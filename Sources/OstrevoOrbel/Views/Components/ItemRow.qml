@@ -49,8 +49,10 @@ Item {
     property int gap: 14
     property int tickGap: gap
     property int nameGap: gap
+    /// How far kind and name stand behind their places.
+    property int indent: 0
     property int lineHeight: Theme.rowHeight
-    readonly property int iconX: inset + (ticks && listed ? Theme.tick + tickGap : 0)
+    readonly property int iconX: inset + indent + (ticks && listed ? Theme.tick + tickGap : 0)
     readonly property int nameX: iconX + (listed ? iconWidth + nameGap : 0)
     readonly property int nameWidth: body.width - inset - cellRow.width - nameX - nameReserve
         - (cellRow.width > 0 ? gap : 0)
