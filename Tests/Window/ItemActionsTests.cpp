@@ -45,8 +45,8 @@ TEST(ItemActionsOn, ARowIsALineOfATableAndATerminalOpensInAFolder) {
     const ItemActions actions(desktop, PathCanonicalizer::shared(), notice,
                               [&]() -> const FileTree& { return shown; });
     actions.copyRow(keyOf("/data/films/long\tname.mkv"), {}, {});
-    EXPECT_EQ(desktop.copied,
-              QStringLiteral("long\\tname.mkv\t/data/films/long\\tname.mkv\tVideo\t4100000\t4.1 MB"));
+    EXPECT_EQ(desktop.copied.toStdString(),
+              "long\\tname.mkv\t/data/films/long\\tname.mkv\tVideo\t4100000\t4 MB");
     actions.copyRow(keyOf("/opt/editor"), QStringLiteral("Editor"), QStringLiteral("4.1 KB"));
     EXPECT_EQ(desktop.copied, QStringLiteral("Editor\t/opt/editor\t\t\t4.1 KB"));
     desktop.copied.clear();

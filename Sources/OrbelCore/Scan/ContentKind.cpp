@@ -27,7 +27,8 @@ constexpr auto table = [] {
             continue;
         forEachExtension(row.extensions, [&](string_view extension) {
             const auto* const known = listed.find(extension);
-            ORBEL_CHECK(known == nullptr || *known == ContentKind::document, "an extension of two kinds");
+            const bool isNew = known == nullptr || *known == ContentKind::document;
+            ORBEL_CHECK(isNew, "an extension of two kinds");
             listed[extension] = row.kind;
         });
     }

@@ -5,7 +5,6 @@
 #include "Util/PathText.h"
 
 #include <algorithm>
-#include <numeric>
 #include <QCoreApplication>
 
 namespace orbel {
@@ -32,8 +31,8 @@ CopyGroup::CopyGroup(DuplicateGroup group, const FileTree& tree)
     copies_.reserve(group_.files.size());
     for (const auto& file : group_.files)
         copies_.push_back({.bytes = tree.allocated(file.index)});
-    byPath_.resize(size());
-    std::iota(byPath_.begin(), byPath_.end(), std::size_t{0});
+    for (std::size_t copy = 0; copy < size(); ++copy)
+        byPath_.push_back(copy);
     std::ranges::sort(
         byPath_, {}, [this](std::size_t copy) -> const auto& { return file(copy).path; });
     settle();

@@ -107,7 +107,7 @@ void startTerminal(const QString& program, const std::string& path, const std::f
 
 } // namespace
 
-void LiveDesktop::openUrl(const QUrl& url, std::function<void()> failed) {
+void LiveDesktop::openUrl(const QUrl& url, const std::function<void()>& failed) {
     const auto opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
     if (opener.isEmpty()) {
         if (!QDesktopServices::openUrl(url))

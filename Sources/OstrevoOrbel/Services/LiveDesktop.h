@@ -22,7 +22,7 @@ public:
 
 private:
     /// `failed` is called where no program has opened the address, which can be known only later.
-    void openUrl(const QUrl& url, std::function<void()> failed);
+    void openUrl(const QUrl& url, const std::function<void()>& failed);
 
     std::optional<QString> terminal_; ///< once looked for; empty for none
 };

@@ -17,7 +17,7 @@ namespace {
 
 const QString portal = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
+const QString portalSettings = QStringLiteral("org.freedesktop.portal.Settings");
 
 // What is asked: the portal's own keys, then those of desktops, which it passes on.
 const QString scheme = QStringLiteral("org.freedesktop.appearance color-scheme");
@@ -59,7 +59,7 @@ SystemAppearance::SystemAppearance(QDBusConnection bus, QString configFolder)
     readFiles();
     // Qt finds a slot's types by their names, and this one's is unknown to it until it has been used.
     qRegisterMetaType<QDBusVariant>();
-    bus_.connect(portal, portalPath, settings, QStringLiteral("SettingChanged"), this,
+    bus_.connect(portal, portalPath, portalSettings, QStringLiteral("SettingChanged"), this,
                  SLOT(takeSetting(QString, QString, QDBusVariant)));
     for (const auto& name :
          {scheme, contrast, lessMotion, animations, themeName, highContrast, animationFactor})
@@ -67,7 +67,7 @@ SystemAppearance::SystemAppearance(QDBusConnection bus, QString configFolder)
 }
 
 void SystemAppearance::ask(const QString& group, const QString& key) {
-    auto call = QDBusMessage::createMethodCall(portal, portalPath, settings, QStringLiteral("Read"));
+    auto call = QDBusMessage::createMethodCall(portal, portalPath, portalSettings, QStringLiteral("Read"));
     call << group << key;
     auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, group, key] {
