@@ -12,6 +12,19 @@ namespace orbel {
 
 namespace {
 
+std::vector<TickedItem> selectable(const LargeOldList& list, const std::vector<std::uint32_t>& rows,
+                                   const LatestJob::Run& run) {
+    std::vector<TickedItem> items;
+    items.reserve(rows.size());
+    for (const auto row : rows) {
+        if (run.isCancelled())
+            break;
+        if (list.rows()[row].item.isSelectable())
+            items.push_back(list.ticked(row));
+    }
+    return items;
+}
+
 constexpr std::array<std::uint64_t, 5> sizeChoices{10'000'000, 50'000'000, LargeOldQuery::defaultMinimumBytes,
                                                    500'000'000, 1'000'000'000};
 
@@ -162,15 +175,7 @@ void LargeOldFlow::toggleTick(quint32 node) {
 
 void LargeOldFlow::tickAll() {
     tickingAll_.run([list = list_, rows = model_.shown()](const LatestJob::Run& run) {
-        std::vector<TickedItem> items;
-        items.reserve(rows.size());
-        for (const auto row : rows) {
-            if (run.isCancelled())
-                break;
-            if (list->rows()[row].item.isSelectable())
-                items.push_back(list->ticked(row));
-        }
-        return items;
+        return selectable(*list, rows, run);
     });
 }
 

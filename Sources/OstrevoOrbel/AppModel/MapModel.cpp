@@ -31,6 +31,27 @@ std::optional<DeletionItem> itemWithRepositories(const FileTree& tree, NodeIndex
     return item;
 }
 
+/// What of these nodes can be ticked, and of the others why not.
+struct SortedOut {
+    std::vector<TickedItem> items;
+    std::vector<std::pair<NodeIndex, std::optional<DeletionItem>>> refused;
+};
+
+SortedOut sortedOut(const FileTree& tree, const std::vector<NodeIndex>& nodes, const SafetyPolicy& policy,
+                    const LatestJob::Run& run) {
+    SortedOut sorted;
+    for (const NodeIndex node : nodes) {
+        if (run.isCancelled())
+            break;
+        auto item = itemWithRepositories(tree, node, policy);
+        if (item && item->isSelectable())
+            sorted.items.push_back(TickedItem::ofNode(std::move(*item), tree, node));
+        else
+            sorted.refused.emplace_back(node, std::move(item));
+    }
+    return sorted;
+}
+
 /// How many folders lie in a node, however deep.
 std::uint32_t foldersBelow(const FileTree& tree, NodeIndex node) {
     std::uint32_t folders = 0;
@@ -393,19 +414,9 @@ void MapModel::tickAll() {
     const auto children = tree_->children(focus_);
     tickingAll_.run([this, tree = tree_, policy = policy_,
                      nodes = std::vector(children.begin(), children.end())](const LatestJob::Run& run) {
-        std::vector<TickedItem> items;
-        Answers refused;
-        for (const NodeIndex node : nodes) {
-            if (run.isCancelled())
-                break;
-            auto item = itemWithRepositories(*tree, node, *policy);
-            if (item && item->isSelectable())
-                items.push_back(TickedItem::ofNode(std::move(*item), *tree, node));
-            else
-                refused.emplace_back(node, std::move(item));
-        }
+        auto [items, refused] = sortedOut(*tree, nodes, *policy, run);
         run.report([this, refused = std::move(refused)] { applyAnswers(refused); });
-        return items;
+        return std::move(items);
     });
 }
 

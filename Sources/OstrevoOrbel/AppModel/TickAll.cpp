@@ -4,7 +4,7 @@
 
 namespace orbel {
 
-void TickAll::run(Items items, std::function<void()> done) {
+void TickAll::run(const Items& items, std::function<void()> done) {
     auto lent = ticks_.lend();
     job_.run(
         [lent, items](const LatestJob::Run& run) {

@@ -21,7 +21,7 @@ public:
     /// `items` is called on any thread, once or more, and owns all that it uses. Nothing becomes of it when
     /// the ticks are cleared or replaced meanwhile. `done` is called on the main thread once they are ticked.
     void run(
-        Items items, std::function<void()> done = [] {});
+        const Items& items, std::function<void()> done = [] {});
     /// The list is another one now.
     void drop() { job_.drop(); }
 

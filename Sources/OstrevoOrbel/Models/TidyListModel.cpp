@@ -13,7 +13,7 @@ namespace orbel {
 namespace {
 
 /// So many rows take no time to be freed.
-constexpr std::size_t quicklyFreed = 2'000;
+constexpr std::size_t quicklyDropped = 2'000;
 
 } // namespace
 
@@ -79,7 +79,7 @@ void TidyListModel::setRows(Rows rows, std::string home, const Choices& choices,
         const auto now = this->choices();
         ticks_.take(now.ticked, now.of(rows_));
     }
-    const bool isLong = rows.size() > quicklyFreed;
+    const bool isLong = rows.size() > quicklyDropped;
     freeAside(std::move(rows), isLong);
 }
 

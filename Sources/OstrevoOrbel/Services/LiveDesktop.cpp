@@ -141,28 +141,33 @@ void LiveDesktop::showInFileManager(const std::string& path) {
     });
 }
 
-bool LiveDesktop::hasTerminal() {
+const QString& LiveDesktop::terminal() {
     if (!terminal_)
         terminal_ = findTerminal();
-    return !terminal_->isEmpty();
+    return *terminal_;
+}
+
+bool LiveDesktop::hasTerminal() {
+    return !terminal().isEmpty();
 }
 
 void LiveDesktop::openTerminal(const std::string& path) {
     const auto failed = [this, path] {
         reportFailure(words("No terminal could be opened in %1.").arg(textOf(path)));
     };
-    if (!hasTerminal()) {
+    const auto usual = terminal();
+    if (usual.isEmpty()) {
         failed();
         return;
     }
     const auto settings = QStandardPaths::findExecutable(QStringLiteral("gsettings"));
-    if (settings.isEmpty() || terminal_->endsWith(QLatin1String(terminals.front()))) {
-        startTerminal(*terminal_, path, failed);
+    if (settings.isEmpty() || usual.endsWith(QLatin1String(terminals.front()))) {
+        startTerminal(usual, path, failed);
         return;
     }
     // The user's choice on desktops that keep it there; where they do not, the question fails.
     auto* const question = new QProcess(qApp);
-    const auto answered = [question, path, failed, usual = *terminal_] {
+    const auto answered = [question, path, failed, usual] {
         const auto name =
             QString::fromUtf8(question->readAllStandardOutput()).trimmed().remove(QLatin1Char('\''));
         const auto chosen = name.isEmpty() ? QString() : QStandardPaths::findExecutable(name);

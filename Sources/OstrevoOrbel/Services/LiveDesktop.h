@@ -24,6 +24,8 @@ private:
     /// `failed` is called where no program has opened the address, which can be known only later.
     void openUrl(const QUrl& url, const std::function<void()>& failed);
 
+    const QString& terminal();
+
     std::optional<QString> terminal_; ///< once looked for; empty for none
 };
 
