@@ -215,7 +215,7 @@ TEST_F(WindowOnADisplay, AnswersKeysAndPointerAndASecondStart) {
     EXPECT_EQ(second.exitCode(), 0);
     EXPECT_EQ(second.readAllStandardError().toStdString(), "");
     if (isWayland)
-        other.close(); // Weston lets no program raise itself, whatever it was given to show for it
+        other.close(); // Weston has no activation protocol: no program can raise its window
     EXPECT_TRUE(sees([&] { return boxOf(Display::picture(), sideColour, everywhere) == window_; }))
         << "not in front, or a second window";
     other.close();
@@ -223,8 +223,8 @@ TEST_F(WindowOnADisplay, AnswersKeysAndPointerAndASecondStart) {
         << "not the journal";
     display_.keep(QStringLiteral("journal"));
 
-    // In the settings, from the desktop's own choice to light to dark. Weston leaves the frame to the
-    // program.
+    // In the settings, from the desktop's own choice to light to dark. Weston leaves the frame
+    // to the program.
     Display::act(QStringLiteral("key ctrl+comma Right Right"));
     EXPECT_TRUE(sees([&] { return boxOf(Display::picture(), darkSideColour, everywhere) == window_; }));
     if (isWayland) {

@@ -42,8 +42,8 @@ struct TurningWindow : WindowScene {
             app().setScreenName(name);
         settle();
     }
-    /// Turns what is shown, and keeps a picture of it: everything stands as far from the right as before from
-    /// the left.
+    /// Turns what is shown, and keeps a picture of it: everything stands as far from the right as before
+    /// from the left.
     void expectMirrored(const QString& name) {
         const auto before = places();
         turn(Qt::RightToLeft);

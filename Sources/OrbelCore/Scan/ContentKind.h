@@ -175,8 +175,8 @@ inline constexpr auto shownContentKinds = [] {
     return kinds;
 }();
 
-/// The kind of an entry of this name. A FileKind stands, but for `other` and for those documents that are
-/// pictures.
+/// The kind of an entry of this name. A FileKind stands, but for `other` and for those documents
+/// that are pictures.
 ContentKind contentKind(std::string_view name, FileKind kind);
 
 /// The same when its tellingExtension() is known.

@@ -35,8 +35,8 @@ struct ContentTotals {
 
     KindTotals kinds{};
     std::vector<KindTotals> folders{}; ///< of the folders that were asked for, in their order
-    /// The heaviest, at most `mostExtensions`, equal ones by name; an extension is what tellingExtension()
-    /// says.
+    /// The heaviest, at most `mostExtensions`, equal ones by name; an extension is
+    /// what tellingExtension() says.
     std::vector<ExtensionTotal> extensions{};
 
     /// Looks at every node, on several threads. None of `folders`, at most 200, lies in another one.
@@ -46,8 +46,8 @@ struct ContentTotals {
 /// The kinds of what lies in `folder`, which is in no package. Visits only what lies there.
 KindTotals kindTotals(const FileTree& tree, NodeIndex folder);
 
-/// What the items of an extension in lower case take up in `folder`, which is in no package. Visits only what
-/// lies there.
+/// What the items of an extension in lower case take up in `folder`, which is in no package. Visits only
+/// what lies there.
 std::uint64_t extensionBytes(const FileTree& tree, NodeIndex folder, std::string_view extension);
 
 /// Whether tellingExtension() of a name is this one, in lower case.

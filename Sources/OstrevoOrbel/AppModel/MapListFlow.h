@@ -14,10 +14,10 @@
 
 namespace orbel {
 
-/// The list beside the map: a tree that opens in place. Which folders are open is kept by path, so that they
-/// are open again in the next tree, and when the map comes back to where they lie. Long lists are sorted off
-/// the main thread; until then those of another folder or tree are in the order of the tree. Lives on the
-/// main thread.
+/// The list beside the map: a tree that opens in place. Which folders are open is kept by path, so that
+/// they are open again in the next tree, and when the map comes back to where they lie. Long lists are
+/// sorted off the main thread; until then those of another folder or tree are in the order of the tree.
+/// Lives on the main thread.
 class MapListFlow final : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -414,9 +414,9 @@ void MapModel::tickAll() {
     const auto children = tree_->children(focus_);
     tickingAll_.run([this, tree = tree_, policy = policy_,
                      nodes = std::vector(children.begin(), children.end())](const LatestJob::Run& run) {
-        auto [items, refused] = sortedOut(*tree, nodes, *policy, run);
-        run.report([this, refused = std::move(refused)] { applyAnswers(refused); });
-        return std::move(items);
+        auto sorted = sortedOut(*tree, nodes, *policy, run);
+        run.report([this, refused = std::move(sorted.refused)] { applyAnswers(refused); });
+        return std::move(sorted.items);
     });
 }
 

@@ -8,9 +8,9 @@
 
 namespace orbel {
 
-/// Ticks all that a list shows beside what is ticked already. The items are made and put in order on a thread
-/// of its own: of a hundred thousand that takes longer than the main thread may stand still. Used on the main
-/// thread.
+/// Ticks all that a list shows beside what is ticked already. The items are made and put in order on a
+/// thread of its own: of a hundred thousand that takes longer than the main thread may stand still. Used on
+/// the main thread.
 class TickAll {
 public:
     using Items = std::function<std::vector<TickedItem>(const LatestJob::Run& run)>;

@@ -70,8 +70,8 @@ public:
     bool isRow(int row) const { return row >= 0 && row < rowCount(); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    /// A head has the key of its kept copy, whose path it shows; as a place in the list it is told by its
-    /// group.
+    /// A head has the key of its kept copy, whose path it shows; as a place in the list it is told
+    /// by its group.
     QVariant data(const QModelIndex& index, int role) const override;
 
 protected:

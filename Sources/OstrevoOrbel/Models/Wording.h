@@ -20,7 +20,7 @@ QString isolated(const QString& visible);
 /// What `textOf` gave, without what keeps it apart: for comparing with what is typed.
 QString withoutIsolates(QString text);
 
-// How the window writes figures. As the desktop's locale does; where that is none (C), as in English.
+// Figures on the screen follow the locale of the desktop; the C locale stands for English.
 
 /// "1,284,301".
 QString countText(std::uint64_t count);

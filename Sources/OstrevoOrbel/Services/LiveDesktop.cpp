@@ -42,9 +42,9 @@ QString words(const char* text) {
     return QCoreApplication::translate("LiveDesktop", text);
 }
 
-/// Starts what may stay as long as what it has opened, and outlives this application: the process ends
-/// without taking down its objects. `failed` is called when it cannot be started, or soon ends with a
-/// failure.
+/// Starts what may stay as long as what it has opened, and outlives this application: the process
+/// ends without taking down its objects. `failed` is called when it cannot be started, or soon ends
+/// with a failure.
 void start(QProcess* process, const std::function<void()>& failed) {
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());

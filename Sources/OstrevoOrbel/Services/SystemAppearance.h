@@ -11,9 +11,9 @@ class QDBusVariant;
 
 namespace orbel {
 
-/// What the desktop's portal says and keeps saying. Where it says nothing of something: for dark, how dark
-/// the palette is that the platform gave; for motion and contrast, what the settings files of GTK and KDE
-/// say.
+/// What the desktop's portal says and keeps saying. Where it says nothing of something: for dark, how
+/// dark the palette is that the platform gave; for motion and contrast, what the settings files of GTK
+/// and KDE say.
 class SystemAppearance final : public Appearance {
     Q_OBJECT
 
