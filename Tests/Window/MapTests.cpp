@@ -142,6 +142,7 @@ TEST(WindowMap, TheMarksLeaveTheWordsOfATileFree) {
 }
 
 TEST(WindowMap, ATileOfSmallerItemsSaysHowManyAsLongAsANumberFits) {
+    const MapScene withTheFontsOfTheWindow;
     const auto isLabelled = [](double width, double height, std::uint32_t count) {
         QImage image(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGB32);
         QPainter painter(&image);

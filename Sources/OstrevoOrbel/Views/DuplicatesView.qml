@@ -256,12 +256,14 @@ ScreenFrame {
             onTriggered: screen.flow.setFolded(groupMenu.row, !groupMenu.folded)
         }
         MenuEntry {
+            iconPath: Theme.icons.up
             objectName: "duplicates.groupMenu.foldAll"
             text: qsTr("Fold All Groups")
 
             onTriggered: screen.flow.setAllFolded(true)
         }
         MenuEntry {
+            iconPath: Theme.icons.down
             objectName: "duplicates.groupMenu.unfoldAll"
             text: qsTr("Unfold All Groups")
 
@@ -270,7 +272,7 @@ ScreenFrame {
         MenuLine {
         }
         MenuEntry {
-            iconPath: groupMenu.ticked ? Theme.icons.check : ""
+            iconPath: groupMenu.ticked ? Theme.icons.close : Theme.icons.check
             keys: qsTr("Space")
             objectName: "duplicates.groupMenu.tick"
             text: groupMenu.ticked ? qsTr("Untick This Group") : qsTr("Select All Except Kept")
@@ -280,6 +282,7 @@ ScreenFrame {
         MenuLine {
         }
         MenuEntry {
+            iconPath: Theme.icons.list
             keys: qsTr("Ctrl A")
             objectName: "duplicates.groupMenu.all"
             text: qsTr("Select All")
@@ -287,6 +290,7 @@ ScreenFrame {
             onTriggered: screen.flow.tickAllOthers()
         }
         MenuEntry {
+            iconPath: Theme.icons.close
             keys: qsTr("Ctrl Shift A")
             objectName: "duplicates.groupMenu.none"
             text: qsTr("Clear Ticks")

@@ -73,6 +73,7 @@ ActionMenu {
         onTriggered: menu.actions.copyPath(menu.key)
     }
     MenuEntry {
+        iconPath: Theme.icons.columns
         keys: qsTr("Ctrl Shift C")
         objectName: menu.objectName + ".copyRow"
         text: qsTr("Copy Row")
@@ -107,7 +108,7 @@ ActionMenu {
         visible: menu.tickable
     }
     MenuEntry {
-        iconPath: menu.ticked ? Theme.icons.check : ""
+        iconPath: menu.ticked ? Theme.icons.close : Theme.icons.check
         keys: qsTr("Space")
         objectName: menu.objectName + ".tick"
         refusal: menu.refusal
@@ -120,6 +121,7 @@ ActionMenu {
         visible: menu.tickable
     }
     MenuEntry {
+        iconPath: Theme.icons.list
         keys: qsTr("Ctrl A")
         objectName: menu.objectName + ".all"
         text: qsTr("Select All")
@@ -128,6 +130,7 @@ ActionMenu {
         onTriggered: menu.allWanted(true)
     }
     MenuEntry {
+        iconPath: Theme.icons.close
         keys: qsTr("Ctrl Shift A")
         objectName: menu.objectName + ".none"
         text: qsTr("Clear Ticks")
