@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import OstrevoOrbel
 
-/// While measuring: the figures so far, and the top level as it grows. How far it is, is known only of what was
-/// measured before.
+/// While measuring: the figures so far, and the top level as it grows. The share that is done is known only
+/// where the same root was measured before.
 Flickable {
     id: scanning
 

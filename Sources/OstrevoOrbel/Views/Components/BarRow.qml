@@ -1,8 +1,8 @@
 import QtQuick
 import OstrevoOrbel
 
-/// A row with a kind, a name, how many there are where the model says it, a share as a bar and a size. A click acts on
-/// it.
+/// A row with a kind, a name, how many there are where the model says it, a share as a bar and a size. A click
+/// acts on it.
 ItemRow {
     id: row
 
