@@ -26,7 +26,7 @@ bool isAmong(const auto& names, std::string_view name) {
 
 PlaceMarks marksOfName(std::string_view name) {
     PlaceMarks marks;
-    if (isPackage(name) || isAmong(versionControlFolders, name))
+    if (isPackage(name) || isVersionControlFolder(name))
         marks = marks | PlaceMarks::whole;
     if (isAmong(managedFolders, name))
         marks = marks | PlaceMarks::managed;
@@ -57,6 +57,10 @@ PlaceMarks marksOfRoot(const std::string& root, const SafetyPolicy& policy) {
 }
 
 } // namespace
+
+bool isVersionControlFolder(std::string_view name) {
+    return isAmong(versionControlFolders, name);
+}
 
 std::vector<PlaceMarks> placeMarks(const FileTree& tree, const SafetyPolicy& policy) {
     std::vector<PlaceMarks> marks(tree.count());

@@ -14,17 +14,19 @@ enum class DeletionModule : std::uint8_t {
     duplicates,
     uninstall,
     emptyFolders,
-    brokenShortcuts
+    brokenShortcuts,
+    rebuildable
 };
 
-inline constexpr std::array<DeletionModule, 6> allDeletionModules{
-    DeletionModule::map,       DeletionModule::largeOld,     DeletionModule::duplicates,
-    DeletionModule::uninstall, DeletionModule::emptyFolders, DeletionModule::brokenShortcuts};
+inline constexpr std::array<DeletionModule, 7> allDeletionModules{
+    DeletionModule::map,        DeletionModule::largeOld,     DeletionModule::duplicates,
+    DeletionModule::uninstall,  DeletionModule::emptyFolders, DeletionModule::brokenShortcuts,
+    DeletionModule::rebuildable};
 
 template <>
 struct RawValues<DeletionModule> {
-    static constexpr std::array<std::string_view, 6> names{"map",       "largeOld",     "duplicates",
-                                                           "uninstall", "emptyFolders", "brokenShortcuts"};
+    static constexpr std::array<std::string_view, 7> names{
+        "map", "largeOld", "duplicates", "uninstall", "emptyFolders", "brokenShortcuts", "rebuildable"};
 };
 
 } // namespace orbel

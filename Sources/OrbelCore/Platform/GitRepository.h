@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace orbel::platform {
 
@@ -25,5 +26,11 @@ struct RepositoryState {
 /// a bare one. Absent without git, and for a repository that it does not read, such as another user's. Blocks
 /// for some milliseconds, and for 10 seconds at most for each of a few questions.
 std::optional<RepositoryState> repositoryState(const std::string& gitFolder, const std::string& workFolder);
+
+/// Which of these paths, relative to `workFolder`, the repository's rules leave out of it; not those with a
+/// quote, a backslash or a control character in them. Absent as above.
+std::optional<std::vector<std::string>> ignoredPaths(const std::string& gitFolder,
+                                                     const std::string& workFolder,
+                                                     const std::vector<std::string>& paths);
 
 } // namespace orbel::platform

@@ -13,6 +13,12 @@ struct GuardedFolder {
     std::vector<std::string> movable;
 };
 
+/// Where programs keep what they make again.
+struct RebuildablePlace {
+    std::string path;      ///< a component "*" stands for any one name
+    std::string program{}; ///< empty: the name that the first "*" stands for
+};
+
 /// Where a platform keeps things for one home folder. All paths are absolute and not resolved; those that say
 /// what may not be moved only ever add to what holds on every platform.
 struct Places {
@@ -21,6 +27,7 @@ struct Places {
     std::vector<GuardedFolder> guardedFolders;
     /// Named by the settings of the system or the desktop, such as mount points: these stay, empty or not.
     std::vector<std::string> namedFolders;
+    std::vector<RebuildablePlace> rebuildablePlaces;
     std::vector<std::string> cacheFolders; ///< what is inside may be moved, the folder itself not
     std::vector<std::string> applicationFolders;
     std::vector<std::string> programFolders;     ///< a program that is a folder lies directly in one of these

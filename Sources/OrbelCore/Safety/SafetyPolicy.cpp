@@ -83,6 +83,7 @@ SafetyPolicy::SafetyPolicy(Prepared prepared)
       homePath_(std::move(prepared.homePath)),
       homeReason_(homeReasonFor(homePath_, conventions_.hasFurtherRefusals)),
       trashFolders_(prepared.places.trashFolders),
+      rebuildablePlaces_(prepared.places.rebuildablePlaces),
       protectedPlaces_(homePath_,
                        {.systemRoots = std::move(prepared.options.systemRoots),
                         .homeRoots = std::move(prepared.neverTouch),

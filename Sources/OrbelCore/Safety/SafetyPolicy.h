@@ -116,6 +116,8 @@ public:
     const std::vector<std::string>& namedFolders() const { return namedFolders_; }
     /// The folders that directly hold what was moved to the Trash; not resolved.
     const std::vector<std::string>& trashFolders() const { return trashFolders_; }
+    /// Where programs keep what they make again; not resolved.
+    const std::vector<platform::RebuildablePlace>& rebuildablePlaces() const { return rebuildablePlaces_; }
     const platform::Conventions& conventions() const { return conventions_; }
     const PathCanonicalizer& canonicalizer() const { return canonicalizer_; }
 
@@ -135,6 +137,7 @@ private:
     std::optional<std::uint64_t> volumeDevice_; ///< absent disables the comparison of devices
     std::vector<std::string> namedFolders_;
     std::vector<std::string> trashFolders_;
+    std::vector<platform::RebuildablePlace> rebuildablePlaces_;
     ProtectedPlaces protectedPlaces_;
     PlaceRules placeRules_;
     std::function<platform::SharedMountTable()> mountTable_;

@@ -30,6 +30,7 @@ QString screenTitleOf(DeletionModule module) {
             return Screen::uninstall;
         case DeletionModule::emptyFolders:
         case DeletionModule::brokenShortcuts:
+        case DeletionModule::rebuildable:
             break;
         }
         return Screen::tidy;

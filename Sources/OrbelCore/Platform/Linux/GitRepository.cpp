@@ -5,6 +5,9 @@
 #include "Platform/Linux/ProgramOutput.h"
 #include "Util/PathText.h"
 
+#include <algorithm>
+#include <ranges>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -35,6 +38,8 @@ public:
                  "-c",
                  "core.excludesFile=/dev/null",
                  "-c",
+                 "core.quotePath=false",
+                 "-c",
                  "protocol.allow=never",
                  "--git-dir=" + gitFolder} {
         if (!workFolder.empty())
@@ -43,9 +48,11 @@ public:
         words_.insert(words_.begin() + 1, {"-C", workFolder.empty() ? gitFolder : workFolder});
     }
 
-    std::optional<std::string> answer(std::initializer_list<const char*> question) const {
+    std::optional<std::string> answer(std::initializer_list<const char*> question,
+                                      std::span<const std::string> operands = {}) const {
         auto words = words_;
         words.insert(words.end(), question.begin(), question.end());
+        words.insert(words.end(), operands.begin(), operands.end());
         return programOutput(words);
     }
 
@@ -92,6 +99,29 @@ std::optional<RepositoryState> repositoryState(const std::string& gitFolder, con
     else
         state.changes = changesSince(index, workFolder);
     return state;
+}
+
+std::optional<std::vector<std::string>> ignoredPaths(const std::string& gitFolder,
+                                                     const std::string& workFolder,
+                                                     const std::vector<std::string>& paths) {
+    constexpr std::size_t mostAtOnce = 200; // far below what a command line takes
+    const Git git(gitFolder, workFolder);
+    // It says nothing about a path that it does not ignore, and nothing where it cannot be asked. One with a
+    // quote or a line break in it comes in quotes, and so counts as not ignored.
+    if (const auto known = git.answer({"rev-parse", "--is-inside-work-tree"});
+        !known || !known->starts_with("true"))
+        return std::nullopt;
+    std::vector<std::string> ignored;
+    for (std::span rest(paths); !rest.empty(); rest = rest.subspan(std::min(rest.size(), mostAtOnce))) {
+        const auto answer =
+            git.answer({"check-ignore", "--"}, rest.first(std::min(rest.size(), mostAtOnce)));
+        if (!answer)
+            return std::nullopt;
+        for (const auto path : *answer | std::views::split('\n'))
+            if (!path.empty())
+                ignored.emplace_back(std::string_view(path));
+    }
+    return ignored;
 }
 
 } // namespace orbel::platform

@@ -7,4 +7,9 @@ std::optional<RepositoryState> repositoryState(const std::string&, const std::st
     return std::nullopt;
 }
 
+std::optional<std::vector<std::string>> ignoredPaths(const std::string&, const std::string&,
+                                                     const std::vector<std::string>&) {
+    return std::nullopt;
+}
+
 } // namespace orbel::platform

@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace orbel::platform {
 
@@ -51,11 +53,25 @@ constexpr auto neverTouchInData = std::to_array<std::string_view>(
     {"Trash", "keyrings", "kwalletd", "evolution", "geary", "akonadi", "local-mail", "gvfs-metadata",
      "containers", "libvirt", "gnome-boxes", "flatpak", "Ostrevo Orbel"});
 
-/// What programs make again, in the folder of any program; and by their own names.
+/// What programs make again, in the folder of any program.
 constexpr auto cachesInConfig = std::to_array<std::string_view>(
     {"*/Cache", "*/Code Cache", "*/GPUCache", "*/CachedData", "*/CachedExtensionVSIXs",
      "*/Service Worker/CacheStorage", "*/Crashpad"});
-constexpr auto cachesInData = std::to_array<std::string_view>({"pnpm/store", "virtualenvs", "uv"});
+
+/// The same, by their own names, each with its program.
+using Cache = std::pair<std::string_view, std::string_view>;
+constexpr auto cachesInData =
+    std::to_array<Cache>({{"pnpm/store", "pnpm"}, {"virtualenvs", "pipenv"}, {"uv", "uv"}});
+constexpr auto cachesInHome = std::to_array<Cache>({{".npm/_cacache", "npm"},
+                                                    {".yarn/cache", "yarn"},
+                                                    {".cargo/registry/cache", "cargo"},
+                                                    {".cargo/registry/src", "cargo"},
+                                                    {"go/pkg/mod", "go"},
+                                                    {".m2/repository", "maven"},
+                                                    {".gradle/caches", "gradle"},
+                                                    {".ivy2/cache", "ivy"},
+                                                    {".nuget/packages", "nuget"},
+                                                    {".bundle/cache", "bundler"}});
 
 /// Folders directly in which a program leaves something under its own name.
 constexpr auto leftoverFolders = std::to_array<std::string_view>(
@@ -93,10 +109,21 @@ std::vector<std::string> asStrings(std::span<const std::string_view> names) {
     return {names.begin(), names.end()};
 }
 
-void addJoined(std::vector<std::string>& paths, const std::string& folder,
-               std::span<const std::string_view> names) {
-    for (const auto name : names)
+void addJoined(std::vector<std::string>& paths, const std::string& folder, const auto& names) {
+    for (const auto& name : names)
         paths.push_back(joinedPath(folder, name));
+}
+
+void addCaches(std::vector<RebuildablePlace>& places, const std::string& folder,
+               std::span<const Cache> caches) {
+    for (const auto& [path, program] : caches)
+        places.push_back({.path = joinedPath(folder, path), .program = std::string(program)});
+}
+
+void addCaches(std::vector<RebuildablePlace>& places, const std::string& folder,
+               std::span<const std::string> caches) {
+    for (const auto& path : caches)
+        places.push_back({.path = joinedPath(folder, path)});
 }
 
 } // namespace
@@ -127,22 +154,42 @@ Places linuxPlaces(const std::string& home, const Environment& environment, Path
     for (const auto& folder : data)
         addJoined(places.neverTouch, folder, neverTouchInData);
 
-    std::vector<std::string> inLocal;
-    addJoined(inLocal, "share", cachesInData);
-    places.guardedFolders = {{.path = inHome(".config"), .movable = asStrings(cachesInConfig)},
-                             {.path = inHome(".local"), .movable = std::move(inLocal)},
-                             {.path = inHome(".var"), .movable = {"app/*/cache"}},
-                             {.path = inHome("snap"), .movable = {"*/*/.cache"}}};
-    const auto guardFurther = [&](const std::vector<std::string>& folders,
-                                  std::span<const std::string_view> movable) {
-        for (const auto& folder : std::span(folders).subspan(1))
-            places.guardedFolders.push_back({.path = folder, .movable = asStrings(movable)});
-    };
-    guardFurther(config, cachesInConfig);
-    guardFurther(data, cachesInData);
-    guardFurther(state, {});
-
     places.cacheFolders = baseFolders(inHome(".cache"), environment, "XDG_CACHE_HOME");
+    const std::vector<std::string> anyProgram{"*"};
+    for (const auto& folder : places.cacheFolders)
+        addCaches(places.rebuildablePlaces, folder, anyProgram);
+    addCaches(places.rebuildablePlaces, home, cachesInHome);
+
+    const auto inConfig = asStrings(cachesInConfig);
+    std::vector<std::string> inData;
+    for (const auto& cache : cachesInData)
+        inData.emplace_back(cache.first);
+    std::vector<std::string> inLocal;
+    addJoined(inLocal, "share", inData);
+    const auto guard = [&](const std::string& folder, std::vector<std::string> movable) {
+        places.guardedFolders.push_back({.path = folder, .movable = std::move(movable)});
+    };
+    // Of the base directories in the home, the folders above them are guarded too.
+    guard(inHome(".config"), inConfig);
+    guard(inHome(".local"), std::move(inLocal));
+    for (const auto& [folder, movable] : {std::pair(inHome(".var"), std::string("app/*/cache")),
+                                          std::pair(inHome("snap"), std::string("*/*/.cache"))}) {
+        guard(folder, {movable});
+        places.rebuildablePlaces.push_back({.path = joinedPath(folder, movable)});
+    }
+    for (const auto& folder : config) {
+        addCaches(places.rebuildablePlaces, folder, inConfig);
+        if (folder != config.front())
+            guard(folder, inConfig);
+    }
+    for (const auto& folder : data) {
+        addCaches(places.rebuildablePlaces, folder, cachesInData);
+        if (folder != data.front())
+            guard(folder, inData);
+    }
+    for (const auto& folder : std::span(state).subspan(1))
+        guard(folder, {});
+
     places.applicationFolders = {"/Applications", inHome("Applications")};
     addJoined(places.programFolders, home, programFolders);
     addJoined(places.programFileFolders, home, programFileFolders);
