@@ -7,9 +7,12 @@ namespace orbel {
 
 std::span<const Command* const> commandTable() {
     static constexpr std::array table{
-        &scanCommand,      &mapCommand,     &duplicatesCommand,  &largeCommand,           &tidyCommand,
-        &trashCommand,     &putBackCommand, &journalJsonCommand, &journalMarkdownCommand, &appsCommand,
-        &leftoversCommand,
+        &scanCommand,        &mapCommand,
+        &duplicatesCommand,  &largeCommand,
+        &tidyCommand,        &rebuildableCommand,
+        &trashCommand,       &putBackCommand,
+        &journalJsonCommand, &journalMarkdownCommand,
+        &appsCommand,        &leftoversCommand,
     };
     return table;
 }

@@ -13,6 +13,7 @@ extern const Command mapCommand;
 extern const Command duplicatesCommand;
 extern const Command largeCommand;
 extern const Command tidyCommand;
+extern const Command rebuildableCommand;
 extern const Command trashCommand;
 extern const Command putBackCommand;
 extern const Command journalJsonCommand;

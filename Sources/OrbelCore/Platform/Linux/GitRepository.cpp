@@ -113,8 +113,7 @@ std::optional<std::vector<std::string>> ignoredPaths(const std::string& gitFolde
         return std::nullopt;
     std::vector<std::string> ignored;
     for (std::span rest(paths); !rest.empty(); rest = rest.subspan(std::min(rest.size(), mostAtOnce))) {
-        const auto answer =
-            git.answer({"check-ignore", "--"}, rest.first(std::min(rest.size(), mostAtOnce)));
+        const auto answer = git.answer({"check-ignore", "--"}, rest.first(std::min(rest.size(), mostAtOnce)));
         if (!answer)
             return std::nullopt;
         for (const auto path : *answer | std::views::split('\n'))
