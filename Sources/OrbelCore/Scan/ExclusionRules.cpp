@@ -23,6 +23,7 @@ ExclusionRules::ExclusionRules(const Exclusions& exclusions, const std::string& 
         addPath(path);
     for (const auto& pattern : exclusions.patterns)
         addPattern(pattern);
+    isEmpty_ = names_.empty() && namePatterns_.empty() && pathPatterns_.empty();
 }
 
 bool ExclusionRules::leavesOutName(std::string_view name) const {

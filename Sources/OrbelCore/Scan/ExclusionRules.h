@@ -15,7 +15,7 @@ public:
     /// `root`: the real path of the walk, which is never left out itself.
     ExclusionRules(const Exclusions& exclusions, const std::string& root);
 
-    bool isEmpty() const { return names_.empty() && namePatterns_.empty() && pathPatterns_.empty(); }
+    bool isEmpty() const { return isEmpty_; }
     /// Whether an entry with this name is left out wherever it lies.
     bool leavesOutName(std::string_view name) const;
     /// Whether an entry with this name may be left out, which its path decides.
@@ -33,6 +33,7 @@ private:
     void addPath(std::string path);
     void addPattern(std::string_view given);
 
+    bool isEmpty_ = true;
     std::size_t belowRoot_; ///< where in a path that begins which is below the root
     std::unordered_set<std::string> paths_;
     std::unordered_set<std::string> names_; ///< of what is in paths_

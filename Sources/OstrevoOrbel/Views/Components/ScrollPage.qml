@@ -14,18 +14,30 @@ FocusScope {
     default property alias content: column.data
 
     readonly property Item focused: Window.activeFocusItem
+    /// What is to be in sight, also once what is above it has its height.
+    property Item sought: null
 
     function reveal(item: var): void {
         // What was clicked is in sight already.
-        if (!item || !page.activeFocus || item.visualFocus === false)
-            return;
+        if (item && page.activeFocus && item.visualFocus !== false)
+            page.scrollTo(item);
+    }
+    /// Keeps this in sight until the focus moves, or the page is moved.
+    function show(item: Item): void {
+        sought = item;
+        scrollTo(item);
+    }
+    function scrollTo(item: Item): void {
         const top = item.mapToItem(column, 0, 0).y + column.y;
         if (top - 12 < view.contentY || top + item.height + 12 > view.contentY + view.height)
             view.contentY = Math.max(0, Math.min(view.contentHeight - view.height,
                 top - Math.max(12, (view.height - item.height) / 2)));
     }
 
-    onFocusedChanged: reveal(focused)
+    onFocusedChanged: {
+        sought = null;
+        reveal(focused);
+    }
 
     Flickable {
         id: view
@@ -38,12 +50,16 @@ FocusScope {
 
         T.ScrollBar.vertical: ScrollThumb {}
 
+        onMovementStarted: page.sought = null
+
         Column {
             id: column
 
             width: Math.min(view.width - 2 * page.padding, page.columnWidth)
             x: page.centred ? Math.round((view.width - width) / 2) : Theme.along(page.padding, width, view.width)
             y: page.padding
+
+            onHeightChanged: if (page.sought) page.scrollTo(page.sought)
         }
     }
 }
