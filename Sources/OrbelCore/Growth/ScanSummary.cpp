@@ -46,6 +46,7 @@ std::vector<std::string> excludedFoldersIn(const FileTree& tree) {
 
 std::vector<std::string> excludedPatternsIn(const FileTree& tree) {
     std::vector<std::string> patterns;
+    patterns.reserve(tree.exclusions.patterns.size());
     for (const auto& pattern : tree.exclusions.patterns)
         patterns.push_back(lossyUtf8(pattern));
     return sortedOnce(std::move(patterns));

@@ -16,7 +16,7 @@ bool Exclusions::leavesOut(std::string_view path, std::string_view root) const {
 std::string excludedPath(std::string_view path) {
     while (path.size() > 1 && path.ends_with('/'))
         path.remove_suffix(1);
-    std::string text(path);
+    const std::string text(path);
     return RealPath::resolve(text).value_or(text);
 }
 
