@@ -188,15 +188,18 @@ TEST(WindowTheme, HasTheColoursThatWereChosen) {
                 << token.name << (isDark ? " dark" : "");
         }
         // What the map draws in the colours of screens.
-        const auto& map = isDark ? MapColors::dark() : MapColors::light();
-        for (const auto& [drawn, name] : {std::pair{map.ink, "ink"},
-                                          {map.secondInk, "text2"},
-                                          {map.line, "line"},
-                                          {map.surface, "surface"},
-                                          {map.tickMark, "commitText"}})
-            EXPECT_EQ(scene.value(QStringLiteral("Theme.") + QLatin1String(name)).value<QColor>(),
-                      QColor::fromRgb(drawn))
-                << name;
+        for (const bool isContrastHigh : {true, false}) {
+            scene.value(QStringLiteral("Theme.highContrast = ") + QVariant(isContrastHigh).toString());
+            const auto& map = MapColors::of(isDark, isContrastHigh);
+            for (const auto& [drawn, name] : {std::pair{map.ink, "ink"},
+                                              {map.secondInk, "text2"},
+                                              {map.line, "line"},
+                                              {map.surface, "surface"},
+                                              {map.tickMark, "commitText"}})
+                EXPECT_EQ(scene.value(QStringLiteral("Theme.") + QLatin1String(name)).value<QColor>(),
+                          QColor::fromRgb(drawn))
+                    << name << (isContrastHigh ? " with high contrast" : "");
+        }
     }
 }
 

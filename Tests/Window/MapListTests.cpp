@@ -136,6 +136,7 @@ TEST(WindowMapList, FoldersOpenInPlaceByKeyAndByClick) {
     scene.press(Qt::Key_Space);
     EXPECT_TRUE(scene.waitUntil([&] { return scene.rows().value(2, "refusal").toString() != QString(); }))
         << "a tick is asked for";
+    EXPECT_TRUE(scene.app().notice()->text().startsWith(QStringLiteral("“ridge.mov” cannot be ticked: ")));
     scene.press(Qt::Key_Left);
     EXPECT_EQ(scene.selected(), QStringLiteral("alps"));
     scene.press(Qt::Key_Left);

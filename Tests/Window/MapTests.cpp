@@ -150,7 +150,8 @@ TEST(WindowMap, ATileOfSmallerItemsSaysHowManyAsLongAsANumberFits) {
         TreemapTile tile;
         tile.content = TreemapTile::SmallerItems{.parent = 0, .count = count};
         tile.rect = {.x = 0, .y = 0, .width = width, .height = height};
-        const TreemapPainter::Style style{.isDark = false, .family = QStringLiteral("Noto Sans"), .scale = 1};
+        const TreemapPainter::Style style{
+            .colors = MapColors::light(), .family = QStringLiteral("Noto Sans"), .scale = 1};
         TreemapPainter(painter, style).draw(std::span(&tile, 1));
         for (int y = 0; y + 1 < image.height(); ++y) {
             for (int x = 0; x + 1 < image.width(); ++x) {

@@ -250,7 +250,7 @@ TEST_F(MoveFlowOn, TicksRefuseNestAndTellWhatTheyFree) {
     EXPECT_EQ(ticks.covering(folder), nullptr);
     auto partlyRead = ticked(films[1]);
     partlyRead.item.note = "1 entry in it could not be read";
-    EXPECT_EQ(freesText({ticked(films[0]), partlyRead}), QStringLiteral("Frees at least 20 KB"));
+    EXPECT_EQ(sumsOf({ticked(films[0]), partlyRead}).freesText(), QStringLiteral("Frees at least 20 KB"));
     EXPECT_EQ(TickedItem::alone(partlyRead.item, ContentKind::folder).leastFreed, 20'480);
     ticks.setFilter([&](const TickedItem& item) { return item.item.path == films[1]; });
     EXPECT_EQ(ticks.remark(), QStringLiteral("2 of 3 hidden by filters"));

@@ -66,6 +66,23 @@ TEST(WindowNavigation, MouseAndKeysReachEveryScreen) {
     }
 }
 
+TEST(WindowNavigation, KeysScrollAPageOfText) {
+    WindowScene scene;
+    scene.open();
+    scene.window().resize(800, 560);
+    scene.press(Qt::Key_F1);
+    const auto top = [&] { return scene.item("help.motto")->mapToScene({}).y(); };
+    const double start = top();
+    scene.press(Qt::Key_PageDown);
+    EXPECT_LT(top(), start - 200);
+    scene.press(Qt::Key_End);
+    const double end = top();
+    scene.press(Qt::Key_PageDown);
+    EXPECT_EQ(top(), end);
+    scene.press(Qt::Key_Home);
+    EXPECT_EQ(top(), start);
+}
+
 TEST(WindowNavigation, SettingsAndHelpStandInPlaceOfAScreenUntilOneIsWanted) {
     WindowScene scene;
     scene.open();

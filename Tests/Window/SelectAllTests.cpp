@@ -47,19 +47,27 @@ TEST(SelectAllOnTheMap, TicksWhatLiesInTheFolderThatIsShown) {
     ModelScene scene;
     useRealHome(scene.environment, home.path());
     scene.environment.dataVolumePath = home.path();
-    for (const auto* name :
-         {"Films/a.mkv", "Films/b.mkv", "Films/older/c.mkv", "Films/.git/HEAD", "notes.pdf"})
+    for (const auto* name : {"Films/a.mkv", "Films/b.mkv", "Films/older/c.mkv", "Films/.git/HEAD",
+                             "Films/mixed/keys.kdbx", "Films/mixed/d.mkv", "notes.pdf"})
         home.file(name, std::size_t{20'000});
     scene.model().scan()->startScan(home.path());
     scene.waitUntil([&] { return scene.model().scan()->hasTree(); });
     auto& map = *scene.model().map();
     map.show(*map.tree().index(home.path("Films"), PathCanonicalizer::shared()));
+    const auto open = [&](const char* folder) {
+        auto& list = *map.list();
+        const auto node = map.tree().index(home.path(folder), PathCanonicalizer::shared());
+        list.setOpen(list.rows()->rowOf(*node), true);
+    };
+    open("Films/older");
+    open("Films/mixed");
     map.tickAll();
-    scene.waitUntil([&] { return map.ticks()->count() >= 3; });
-    const auto nodes = map.tickedNodes();
-    EXPECT_EQ(nodes.size(), map.ticks()->count());
-    for (const auto node : nodes)
-        EXPECT_EQ(map.tree().parent(node), std::optional(map.focus()));
+    scene.waitUntil([&] { return map.ticks()->count() >= 5; });
+    std::set<std::string> paths;
+    for (const auto& [path, item] : map.ticks()->byPath())
+        paths.insert(path);
+    EXPECT_EQ(paths, (std::set{home.path("Films/.git"), home.path("Films/a.mkv"), home.path("Films/b.mkv"),
+                               home.path("Films/older"), home.path("Films/mixed/d.mkv")}));
     EXPECT_EQ(map.ticks()->covering(home.path("notes.pdf")), nullptr);
 }
 

@@ -2,6 +2,15 @@
 
 namespace orbel {
 
+namespace {
+
+MapColors withContrast(MapColors colors, Rgb ink) {
+    colors.edge = colors.line = colors.hatch = colors.ink = colors.secondInk = ink;
+    return colors;
+}
+
+} // namespace
+
 const MapColors& MapColors::light() {
     static constexpr MapColors colors{
         .isDark = false,
@@ -34,6 +43,14 @@ const MapColors& MapColors::dark() {
         .tickMark = 0x12191A,
     };
     return colors;
+}
+
+const MapColors& MapColors::of(bool isDark, bool isContrastHigh) {
+    static const auto lightContrast = withContrast(light(), 0x000000);
+    static const auto darkContrast = withContrast(dark(), 0xFFFFFF);
+    if (isContrastHigh)
+        return isDark ? darkContrast : lightContrast;
+    return isDark ? dark() : light();
 }
 
 } // namespace orbel

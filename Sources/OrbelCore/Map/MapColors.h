@@ -28,6 +28,8 @@ struct MapColors {
 
     static const MapColors& light();
     static const MapColors& dark();
+    /// With high contrast, lines and all words are black or white.
+    static const MapColors& of(bool isDark, bool isContrastHigh);
 };
 
 } // namespace orbel

@@ -39,7 +39,10 @@ Thread Thread::start(std::string name, std::size_t stackBytes, std::function<voi
 }
 
 bool Thread::startDetached(std::string name, std::function<void()> body) {
-    Thread thread = start(std::move(name), defaultStackBytes, std::move(body));
+    Thread thread = start(std::move(name), defaultStackBytes, [body = std::move(body)] {
+        platform::giveWayOnThisThread();
+        body();
+    });
     if (!std::exchange(thread.joinable_, false))
         return false;
     pthread_detach(thread.thread_);

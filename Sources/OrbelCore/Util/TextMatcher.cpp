@@ -1,5 +1,7 @@
 #include "Util/TextMatcher.h"
 
+#include "Util/PathText.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -137,6 +139,10 @@ bool TextMatcher::isIn(std::string_view bytes) const {
             return true;
     }
     return false;
+}
+
+bool TextMatcher::isInPath(std::string_view path, std::string_view home) const {
+    return wanted_.empty() || isIn(tildePath(path, home));
 }
 
 } // namespace orbel

@@ -18,6 +18,8 @@ public:
     /// Whether the text is somewhere in these bytes, which may be those of any file's name. Every text
     /// contains the empty one.
     bool isIn(std::string_view bytes) const;
+    /// The same of a path as people see it, with "~" for the home.
+    bool isInPath(std::string_view path, std::string_view home) const;
 
 private:
     std::string wanted_; ///< folded

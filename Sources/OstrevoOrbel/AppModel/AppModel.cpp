@@ -52,6 +52,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
     environment_.desktop->reportFailure = [this](const QString& words) { notice_.show(words); };
     connect(&shown_, &ShownScreen::changed, this, &AppModel::screenChanged);
     connect(&actions_, &ItemActions::mapWanted, this, &AppModel::showOnMap);
+    connect(&map_, &MapModel::tickRefused, &actions_, &ItemActions::explainRefusal);
     connect(&actions_, &ItemActions::measureWanted, &rescan_, &RescanFlow::start);
     connect(&actions_, &ItemActions::exclusionWanted, &exclusions_, &ExclusionFlow::exclude);
     connect(&actions_, &ItemActions::inclusionWanted, &exclusions_, &ExclusionFlow::include);

@@ -26,7 +26,7 @@ JournalModel::Matches matchesIn(const JournalHistory& history, const QString& wo
         std::vector<std::uint32_t> found;
         for (std::uint32_t item = 0; item < items.size(); ++item) {
             const auto& entry = history.entry(items[item].line);
-            if (matcher.isIn(entry.title) || matcher.isIn(tildePath(entry.originalPath, home))
+            if (matcher.isIn(entry.title) || matcher.isInPath(entry.originalPath, home)
                 || matcher.isIn(entry.originalPath))
                 found.push_back(item);
         }

@@ -61,7 +61,7 @@ LargeOldFlow::LargeOldFlow(const AppEnvironment& environment, std::shared_ptr<co
     connect(&ticks_, &Ticks::changed, &model_, &LargeOldModel::tellTicks);
     ticks_.setPosition([this](const TickedItem& ticked) {
         // What filters hide comes last.
-        return static_cast<std::size_t>(static_cast<unsigned>(model_.placeOf(ticked.item.id)));
+        return static_cast<std::size_t>(static_cast<unsigned>(model_.placeOf(ticked.item.path)));
     });
 }
 
@@ -126,7 +126,7 @@ void LargeOldFlow::arrange() {
 
 void LargeOldFlow::show(LargeOldOrder order) {
     model_.show(list_, std::move(order));
-    ticks_.setFilter([this](const TickedItem& ticked) { return model_.placeOf(ticked.item.id) >= 0; });
+    ticks_.setFilter([this](const TickedItem& ticked) { return model_.placeOf(ticked.item.path) >= 0; });
     Q_EMIT changed();
 }
 
@@ -135,13 +135,12 @@ void LargeOldFlow::dropMoved(const std::vector<std::string>& moved) {
     // looked for again.
     finding_.drop();
     tickingAll_.drop();
-    const std::unordered_set<std::string> paths(moved.begin(), moved.end());
-    for (std::uint32_t row = 0; row < list_->rows().size(); ++row) {
-        const auto& found = list_->rows()[row];
-        if (paths.contains(found.item.path) && arrangement_.gone.insert(row).second)
-            bytes_ -= found.bytes;
+    for (const auto& path : moved) {
+        const auto row = list_->find(path);
+        if (row && arrangement_.gone.insert(*row).second)
+            bytes_ -= list_->rows()[*row].bytes;
     }
-    model_.drop(paths);
+    model_.drop(moved);
     arrange();
 }
 

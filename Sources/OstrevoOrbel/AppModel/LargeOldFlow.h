@@ -13,7 +13,6 @@
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 namespace orbel {

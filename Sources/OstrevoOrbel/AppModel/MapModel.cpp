@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <limits>
 #include <QScopeGuard>
 #include <utility>
 
@@ -31,23 +32,31 @@ std::optional<DeletionItem> itemWithRepositories(const FileTree& tree, NodeIndex
     return item;
 }
 
-/// What of these nodes can be ticked, and of the others why not.
+/// What of these rows can be ticked, and of the others why not. What lies in a folder that can be ticked is
+/// neither: it goes with the folder.
 struct SortedOut {
     std::vector<TickedItem> items;
     std::vector<std::pair<NodeIndex, std::optional<DeletionItem>>> refused;
 };
 
-SortedOut sortedOut(const FileTree& tree, const std::vector<NodeIndex>& nodes, const SafetyPolicy& policy,
+SortedOut sortedOut(const FileTree& tree, const std::vector<MapRow>& rows, const SafetyPolicy& policy,
                     const LatestJob::Run& run) {
     SortedOut sorted;
-    for (const NodeIndex node : nodes) {
+    constexpr auto noLevel = std::numeric_limits<std::uint32_t>::max();
+    std::uint32_t taken = noLevel; // the level of the ticked folder that the rows are in
+    for (const auto& [node, level] : rows) {
         if (run.isCancelled())
             break;
+        if (level > taken)
+            continue;
+        taken = noLevel;
         auto item = itemWithRepositories(tree, node, policy);
-        if (item && item->isSelectable())
+        if (item && item->isSelectable()) {
+            taken = level;
             sorted.items.push_back(TickedItem::ofNode(std::move(*item), tree, node));
-        else
+        } else {
             sorted.refused.emplace_back(node, std::move(item));
+        }
     }
     return sorted;
 }
@@ -391,6 +400,8 @@ void MapModel::toggleTick(quint32 node) {
     if (const auto* over = ticks_.covering(path)) {
         if (over->item.path == path)
             ticks_.untick(std::string(over->item.id));
+        else
+            tellRefusal(node);
         return;
     }
     using Answer = std::pair<std::optional<DeletionItem>, TickedItem>;
@@ -403,21 +414,26 @@ void MapModel::toggleTick(quint32 node) {
         },
         [this, node](Answer answer) {
             applyAnswers({{node, answer.first}});
-            if (answer.first)
+            if (answer.first && answer.first->isSelectable())
                 ticks_.setTicked(std::move(answer.second), true);
+            else
+                tellRefusal(node);
         });
+}
+
+void MapModel::tellRefusal(quint32 node) const {
+    Q_EMIT tickRefused(node == 0 ? rootName() : textOf(tree_->nameBytes(node)), tickRefusal(node));
 }
 
 void MapModel::tickAll() {
     if (tree_->count() == 0)
         return;
-    const auto children = tree_->children(focus_);
-    tickingAll_.run([this, tree = tree_, policy = policy_,
-                     nodes = std::vector(children.begin(), children.end())](const LatestJob::Run& run) {
-        auto sorted = sortedOut(*tree, nodes, *policy, run);
-        run.report([this, refused = std::move(sorted.refused)] { applyAnswers(refused); });
-        return std::move(sorted.items);
-    });
+    tickingAll_.run(
+        [this, tree = tree_, policy = policy_, rows = list_.rows()->shown()](const LatestJob::Run& run) {
+            auto sorted = sortedOut(*tree, rows, *policy, run);
+            run.report([this, refused = std::move(sorted.refused)] { applyAnswers(refused); });
+            return std::move(sorted.items);
+        });
 }
 
 bool MapModel::isTicked(quint32 node) const {

@@ -151,11 +151,14 @@ Q_SIGNALS:
     void contentsChanged();
     void safetyChanged();
     void ticksChanged();
+    /// What was to be ticked may not be, for this reason.
+    void tickRefused(const QString& name, const QString& refusal) const;
 
 private:
     void setFocus(NodeIndex node);
     void showFocus();
     void setFilter(MapFilter filter);
+    void tellRefusal(quint32 node) const;
     void updateLegend();
     void updateSafety();
     void updateContents();

@@ -264,16 +264,16 @@ QString MoveFlow::question() const {
 
 QString MoveFlow::sum() const {
     return tr("%1, %2 on disk")
-        .arg(itemsText(items_.items().size()), ByteFigure(bytesOf(items_.items())).text());
+        .arg(itemsText(items_.items().size()), ByteFigure(sumsOf(items_.items()).bytes).text());
 }
 
 QString MoveFlow::frees() const {
-    return freesText(items_.items());
+    return sumsOf(items_.items()).freesText();
 }
 
 QString MoveFlow::commitText() const {
     return tr("Move %1 (%2) to Trash")
-        .arg(itemsText(items_.items().size()), ByteFigure(bytesOf(items_.items())).text());
+        .arg(itemsText(items_.items().size()), ByteFigure(sumsOf(items_.items()).bytes).text());
 }
 
 QString MoveFlow::progressText() const {

@@ -228,9 +228,7 @@ QString TidyFlow::summary() const {
 }
 
 QString TidyFlow::foldersText() const {
-    std::uint64_t inside = 0;
-    for (const auto& row : folders_.rows())
-        inside += row->item.count;
+    const auto inside = folders_.totalInside();
     const auto topmost = static_cast<std::uint64_t>(folders_.total());
     const auto words = countOf(topmost, tr("topmost folder"), tr("topmost folders"));
     return inside == topmost ? words : tr("%1, %2 with those inside").arg(words, orbel::countText(inside));

@@ -50,8 +50,8 @@ bool CopyGroup::mayTick(std::size_t copy) const {
 }
 
 bool CopyGroup::matches(const TextMatcher& text, std::string_view home) const {
-    return std::ranges::any_of(
-        group_.files, [&](const DuplicateFile& file) { return text.isIn(tildePath(file.path, home)); });
+    return std::ranges::any_of(group_.files,
+                               [&](const DuplicateFile& file) { return text.isInPath(file.path, home); });
 }
 
 std::unordered_set<std::string> CopyGroup::tickedPaths() const {

@@ -9,17 +9,17 @@ namespace orbel {
 
 LargeOldList::LargeOldList(std::vector<Row> rows, const FileTree& tree) : rows_(std::move(rows)) {
     contents_.reserve(rows_.size());
-    byId_.reserve(rows_.size());
+    byPath_.reserve(rows_.size());
     for (const auto& row : rows_) {
-        byId_.emplace(row.id(), static_cast<std::uint32_t>(contents_.size()));
+        byPath_.emplace(row.item.path, static_cast<std::uint32_t>(contents_.size()));
         const auto whole = TickedItem::ofNode({}, tree, row.index);
         contents_.push_back({.count = whole.count, .leastFreed = whole.leastFreed, .kind = whole.kind});
     }
 }
 
-std::optional<std::uint32_t> LargeOldList::find(const std::string& id) const {
-    const auto found = byId_.find(id);
-    return found == byId_.end() ? std::nullopt : std::optional(found->second);
+std::optional<std::uint32_t> LargeOldList::find(std::string_view path) const {
+    const auto found = byPath_.find(path);
+    return found == byPath_.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::optional<std::uint32_t> LargeOldList::find(NodeIndex node) const {
@@ -60,8 +60,7 @@ LargeOldOrder arranged(const LargeOldList& list, const LargeOldArrangement& arra
     const TextMatcher matcher(arrangement.text);
     LargeOldOrder order;
     for (std::uint32_t row = 0; row < rows.size(); ++row) {
-        if (!arrangement.gone.contains(row)
-            && (arrangement.text.empty() || matcher.isIn(tildePath(rows[row].item.path, home))))
+        if (!arrangement.gone.contains(row) && matcher.isInPath(rows[row].item.path, home))
             order.rows.push_back(row);
     }
     switch (arrangement.column) {

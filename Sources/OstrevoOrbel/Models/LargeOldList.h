@@ -29,7 +29,7 @@ public:
     LargeOldList& operator=(const LargeOldList&) = delete;
 
     const std::vector<Row>& rows() const { return rows_; }
-    std::optional<std::uint32_t> find(const std::string& id) const;
+    std::optional<std::uint32_t> find(std::string_view path) const;
     std::optional<std::uint32_t> find(NodeIndex node) const;
     TickedItem ticked(std::uint32_t row) const;
     ContentKind kind(std::uint32_t row) const { return contents_[row].kind; }
@@ -43,7 +43,7 @@ private:
 
     std::vector<Row> rows_;
     std::vector<Contents> contents_;
-    std::unordered_map<std::string_view, std::uint32_t> byId_;
+    std::unordered_map<std::string_view, std::uint32_t> byPath_;
 };
 
 /// How the list is to be shown.

@@ -5,6 +5,7 @@
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
+#include <algorithm>
 #include <ranges>
 #include <utility>
 
@@ -75,10 +76,10 @@ void LargeOldModel::show(std::shared_ptr<const LargeOldList> list, LargeOldOrder
     endResetModel();
 }
 
-void LargeOldModel::drop(const std::unordered_set<std::string>& paths) {
+void LargeOldModel::drop(const std::vector<std::string>& paths) {
     std::vector<int> going;
-    for (int place = 0; place < rowCount(); ++place) {
-        if (paths.contains(rowAt(place).item.path))
+    for (const auto& path : paths) {
+        if (const int place = placeOf(path); place >= 0)
             going.push_back(place);
     }
     for (const int place : going)
@@ -90,6 +91,7 @@ void LargeOldModel::drop(const std::unordered_set<std::string>& paths) {
         endResetModel();
     } else {
         // From the end, so that the places of those before stay.
+        std::ranges::sort(going);
         for (const int place : std::views::reverse(going)) {
             beginRemoveRows({}, place, place);
             order_.rows.erase(order_.rows.begin() + place);
@@ -107,8 +109,8 @@ void LargeOldModel::sumUp() {
         bytes_ += list_->rows()[row].bytes;
 }
 
-int LargeOldModel::placeOf(const std::string& id) const {
-    const auto row = list_->find(id);
+int LargeOldModel::placeOf(std::string_view path) const {
+    const auto row = list_->find(path);
     return !row || order_.places[*row] == LargeOldOrder::nowhere ? -1 : static_cast<int>(order_.places[*row]);
 }
 
@@ -121,7 +123,7 @@ const LargeOldQuery::Row& LargeOldModel::rowAt(int place) const {
 }
 
 int LargeOldModel::rowOfKey(const QString& key) const {
-    return placeOf(std::string(rawValue(DeletionModule::largeOld)) + ":" + pathOfKey(key));
+    return placeOf(pathOfKey(key));
 }
 
 int LargeOldModel::rowCount(const QModelIndex& parent) const {

@@ -7,7 +7,8 @@
 #include <memory>
 #include <QtQml/qqmlregistration.h>
 #include <string>
-#include <unordered_set>
+#include <string_view>
+#include <vector>
 
 namespace orbel {
 
@@ -29,13 +30,13 @@ public:
     /// Shows rows of this list; nothing happens where they are shown already.
     void show(std::shared_ptr<const LargeOldList> list, LargeOldOrder order);
     /// Takes out what lies at these paths.
-    void drop(const std::unordered_set<std::string>& paths);
+    void drop(const std::vector<std::string>& paths);
     /// Ticks have changed.
     void tellTicks() { notifyRows(); }
 
     std::uint64_t bytes() const { return bytes_; }
-    /// Where an item of that id is shown; -1 where it is not.
-    int placeOf(const std::string& id) const;
+    /// Where the item at that path is shown; -1 where it is not.
+    int placeOf(std::string_view path) const;
     /// The rows of the list that are shown.
     const std::vector<std::uint32_t>& shown() const { return order_.rows; }
 

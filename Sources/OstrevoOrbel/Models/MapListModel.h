@@ -48,6 +48,8 @@ public:
     /// The row of the folder that a row lies in; -1 on level 0.
     Q_INVOKABLE int rowAbove(int row) const;
 
+    /// Each folder before what lies in it.
+    const std::vector<MapRow>& shown() const { return rows_; }
     int rowCount(const QModelIndex& parent = {}) const override;
     /// Finds the first letters of a name at once, however many rows there are.
     QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,

@@ -22,8 +22,8 @@ QStringList MapPalette::glyphs() const {
     return glyphs;
 }
 
-QVariantMap MapPalette::colors(bool dark) const {
-    const auto& colors = dark ? MapColors::dark() : MapColors::light();
+QVariantMap MapPalette::colors(bool dark, bool highContrast) const {
+    const auto& colors = MapColors::of(dark, highContrast);
     QVariantList frames;
     for (const auto frame : colors.frames)
         frames << colorOf(frame);

@@ -21,7 +21,7 @@ public:
     QStringList glyphs() const;
     /// "ground", "edge", "hatch", "hatchGround"; "frames" by depth; "fills" and "labels" by
     /// a kind of content.
-    Q_INVOKABLE QVariantMap colors(bool dark) const;
+    Q_INVOKABLE QVariantMap colors(bool dark, bool highContrast) const;
 };
 
 } // namespace orbel

@@ -48,12 +48,13 @@ std::uint64_t certainBytes(const FileTree& tree, NodeIndex top) {
     return std::min(certain, tree.allocated(top));
 }
 
-} // namespace
-
+/// At most 2^64 - 1.
 std::uint64_t saturatingSum(std::uint64_t a, std::uint64_t b) {
     return b > std::numeric_limits<std::uint64_t>::max() - a ? std::numeric_limits<std::uint64_t>::max()
                                                              : a + b;
 }
+
+} // namespace
 
 TickedItem TickedItem::ofNode(DeletionItem item, const FileTree& tree, NodeIndex node) {
     return {.item = std::move(item),
@@ -73,23 +74,27 @@ TickedItem TickedItem::alone(DeletionItem item, ContentKind kind) {
             .leastFreed = bytes};
 }
 
-std::uint64_t bytesOf(const std::vector<TickedItem>& items) {
-    std::uint64_t sum = 0;
-    for (const auto& ticked : items)
-        sum = saturatingSum(sum, ticked.item.estimatedBytes);
-    return sum;
+void TickedSums::add(const TickedItem& item) {
+    bytes = saturatingSum(bytes, item.item.estimatedBytes);
+    leastFreed = saturatingSum(leastFreed, item.leastFreed);
+    count = saturatingSum(count, item.count);
+    isPartlyUnread = isPartlyUnread || ItemNote::saysMore(item.item.note);
 }
 
-QString freesText(const std::vector<TickedItem>& items) {
-    std::uint64_t least = 0;
-    for (const auto& ticked : items)
-        least = saturatingSum(least, ticked.leastFreed);
-    const auto most = ByteFigure(bytesOf(items)).text();
-    const auto from = ByteFigure(std::min(least, bytesOf(items))).text();
-    if (std::ranges::any_of(items, [](const auto& ticked) { return ItemNote::saysMore(ticked.item.note); }))
+QString TickedSums::freesText() const {
+    const auto most = ByteFigure(bytes).text();
+    const auto from = ByteFigure(std::min(leastFreed, bytes)).text();
+    if (isPartlyUnread)
         return QCoreApplication::translate("Ticks", "Frees at least %1").arg(from);
     return from == most ? QCoreApplication::translate("Ticks", "Frees %1").arg(most)
                         : QCoreApplication::translate("Ticks", "Frees %1 – %2").arg(from, most);
+}
+
+TickedSums sumsOf(const std::vector<TickedItem>& items) {
+    TickedSums sums;
+    for (const auto& item : items)
+        sums.add(item);
+    return sums;
 }
 
 } // namespace orbel

@@ -30,14 +30,19 @@ struct TickedItem {
     bool operator==(const TickedItem&) const = default;
 };
 
-/// What emptying the Trash frees of several: "Frees 20.8 GB – 26.7 GB", or one figure when that is
-/// certain; "Frees at least 20.8 GB" when something in them could not be read.
-QString freesText(const std::vector<TickedItem>& items);
+/// Of several items together. No sum is larger than 2^64 - 1.
+struct TickedSums {
+    std::uint64_t bytes = 0;
+    std::uint64_t leastFreed = 0;
+    std::uint64_t count = 0;     ///< files and folders that move, the items themselves included
+    bool isPartlyUnread = false; ///< something in them could not be read
 
-/// At most 2^64 - 1.
-std::uint64_t saturatingSum(std::uint64_t a, std::uint64_t b);
+    void add(const TickedItem& item);
+    /// What emptying the Trash frees: "Frees 20.8 GB – 26.7 GB", or one figure when that is certain; "Frees
+    /// at least 20.8 GB" when something could not be read.
+    QString freesText() const;
+};
 
-/// The sum of the items' sizes, at most 2^64 - 1.
-std::uint64_t bytesOf(const std::vector<TickedItem>& items);
+TickedSums sumsOf(const std::vector<TickedItem>& items);
 
 } // namespace orbel

@@ -5,7 +5,6 @@
 #include "Util/PathText.h"
 
 #include <algorithm>
-#include <numeric>
 #include <utility>
 
 namespace orbel {
@@ -146,9 +145,12 @@ void Ticks::setFilter(IsShown isShown) {
 
 void Ticks::tell() {
     hidden_ = 0;
-    if (isShown_)
-        hidden_ = static_cast<int>(
-            std::ranges::count_if(byPath(), [this](const auto& entry) { return !isShown_(entry.second); }));
+    sums_ = {};
+    for (const auto& [path, item] : byPath()) {
+        sums_.add(item);
+        if (isShown_ && !isShown_(item))
+            ++hidden_;
+    }
     Q_EMIT changed();
 }
 
@@ -166,19 +168,8 @@ std::vector<TickedItem> Ticks::items() const {
     return items;
 }
 
-ByteFigure Ticks::bytes() const {
-    return ByteFigure(std::accumulate(byPath().begin(), byPath().end(), std::uint64_t{0},
-                                      [](std::uint64_t sum, const auto& ticked) {
-                                          return saturatingSum(sum, ticked.second.item.estimatedBytes);
-                                      }));
-}
-
 QString Ticks::statement() const {
     return countOf(byPath().size(), tr("item ticked"), tr("items ticked"));
-}
-
-QString Ticks::frees() const {
-    return freesText(items());
 }
 
 QString Ticks::remark() const {

@@ -94,9 +94,11 @@ public:
     const ByPath& byPath() const { return content_->byPath(); }
 
     int count() const { return static_cast<int>(byPath().size()); }
-    ByteFigure bytes() const;
+    /// Of all that is ticked.
+    const TickedSums& sums() const { return sums_; }
+    ByteFigure bytes() const { return ByteFigure(sums_.bytes); }
     QString statement() const;
-    QString frees() const;
+    QString frees() const { return sums_.freesText(); }
     int hiddenCount() const { return hidden_; }
     QString remark() const;
     QString reviewText() const;
@@ -114,6 +116,7 @@ private:
     int epoch_ = 0;
     IsShown isShown_;
     Position position_;
+    TickedSums sums_;
     int hidden_ = 0;
 };
 

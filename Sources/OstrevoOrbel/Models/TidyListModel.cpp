@@ -6,7 +6,6 @@
 #include "Models/Wording.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace orbel {
 
@@ -89,14 +88,20 @@ void TidyListModel::clear() {
 }
 
 bool TidyListModel::isShown(const TickedItem& item) const {
-    return filter_.isIn(tildePath(item.item.path, home_));
+    return filter_.isInPath(item.item.path, home_);
 }
 
 void TidyListModel::show() {
     shown_.clear();
+    tickable_ = 0;
+    inside_ = 0;
     for (std::size_t i = 0; i < rows_.size(); ++i) {
-        if (isShown(rows_[i]->item))
-            shown_.push_back(i);
+        const auto& item = rows_[i]->item;
+        inside_ += item.count;
+        if (!isShown(item))
+            continue;
+        shown_.push_back(i);
+        tickable_ += item.item.isSelectable() ? 1 : 0;
     }
 }
 
@@ -159,17 +164,6 @@ std::vector<TickedItem> TidyListModel::ticked() const {
             items.push_back(row->item);
     }
     return items;
-}
-
-int TidyListModel::tickable() const {
-    return static_cast<int>(std::ranges::count_if(
-        shown_, [this](std::size_t number) { return rows_[number]->item.item.isSelectable(); }));
-}
-
-int TidyListModel::tickedInside() const {
-    return std::accumulate(
-        ticks_.byPath().begin(), ticks_.byPath().end(), 0,
-        [](int sum, const auto& ticked) { return sum + static_cast<int>(ticked.second.count); });
 }
 
 int TidyListModel::rowOfKey(const QString& key) const {

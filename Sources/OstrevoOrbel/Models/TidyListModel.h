@@ -74,10 +74,12 @@ public:
     bool isTicked(int shown) const { return ticks_.contains(row(shown).item.item.id); }
     bool isRow(int row) const { return row >= 0 && row < rowCount(); }
     std::vector<TickedItem> ticked() const;
+    /// All rows with what lies inside them.
+    std::uint64_t totalInside() const { return inside_; }
     int total() const { return static_cast<int>(rows_.size()); }
-    int tickable() const;
+    int tickable() const { return tickable_; }
     int tickedCount() const { return ticks_.count(); }
-    int tickedInside() const;
+    int tickedInside() const { return static_cast<int>(ticks_.sums().count); }
     /// Ticked rows that the filter hides.
     int hiddenTicked() const { return ticks_.hiddenCount(); }
 
@@ -96,7 +98,9 @@ private:
 
     Ticks ticks_;
     Rows rows_;
-    std::vector<std::size_t> shown_;                ///< of `rows_`
+    std::vector<std::size_t> shown_; ///< of `rows_`
+    int tickable_ = 0;               ///< of those that are shown
+    std::uint64_t inside_ = 0;
     std::unordered_map<std::string, bool> choices_; ///< ticked or not one by one, by id
     bool preselects_ = true;
     std::string home_;

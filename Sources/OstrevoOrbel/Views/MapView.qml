@@ -157,6 +157,7 @@ ScreenFrame {
             dark: Theme.dark
             family: Theme.family
             focus: true
+            highContrast: Theme.highContrast
             map: screen.map
             objectName: "map.view"
             // The linter of Qt 6.4 knows no lists of C++ numbers.

@@ -104,7 +104,11 @@ ScreenFrame {
 
         onActivated: screen.closed()
     }
+    Keys.onPressed: event => page.scrollBy(event)
+
     ScrollPage {
+        id: page
+
         anchors.fill: parent
         centred: true
         objectName: "report.page"

@@ -82,9 +82,9 @@ QtObject {
     readonly property color okSoft: dark ? "#15301F" : "#E0F0E7"
 
     // The map.
-    readonly property var map: MapPalette.colors(dark)
+    readonly property var map: MapPalette.colors(dark, highContrast)
     readonly property color mapGround: map.ground
-    readonly property color mapEdge: highContrast ? control : map.edge
+    readonly property color mapEdge: map.edge
     readonly property color hatch: map.hatch
     readonly property color hatchGround: map.hatchGround
 

@@ -184,20 +184,20 @@ QRectF TreemapItem::boxOf(quint32 node) {
 }
 
 QColor TreemapItem::colorOf(quint32 node) const {
-    const auto& colors = isDark_ ? MapColors::dark() : MapColors::light();
+    const auto& colors = MapColors::of(isDark_, isContrastHigh_);
     if (map_ == nullptr || node >= map_->tree().count() || TreemapModel::isPlainFolder(map_->tree(), node))
         return {QRgb(0xFF000000U | colors.frame(0))};
     return {QRgb(0xFF000000U | colors.of(contentKind(map_->tree(), node)).fill)};
 }
 
 void TreemapItem::paint(QPainter* painter) {
-    const auto& colors = isDark_ ? MapColors::dark() : MapColors::light();
+    const auto& colors = MapColors::of(isDark_, isContrastHigh_);
     const double pixel = scale() / unit_;
     painter->scale(1 / pixel, 1 / pixel);
     painter->fillRect(QRectF(0, 0, width() * pixel, height() * pixel),
                       QColor(QRgb(0xFF000000U | colors.ground)));
     const TreemapPainter::Style style{
-        .isDark = isDark_,
+        .colors = colors,
         .family = family_,
         .scale = scale(),
         .tree = shownTree_.get(),

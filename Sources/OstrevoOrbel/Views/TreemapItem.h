@@ -25,6 +25,7 @@ class TreemapItem : public QQuickPaintedItem {
     QML_ELEMENT
     Q_PROPERTY(orbel::MapModel* map READ map WRITE setMap NOTIFY mapChanged)
     Q_PROPERTY(bool dark MEMBER isDark_ NOTIFY lookChanged)
+    Q_PROPERTY(bool highContrast MEMBER isContrastHigh_ NOTIFY lookChanged)
     Q_PROPERTY(QString family MEMBER family_ NOTIFY lookChanged)
     /// Pixels a point: the desktop's font scale.
     Q_PROPERTY(qreal unit READ unit WRITE setUnit NOTIFY lookChanged)
@@ -147,6 +148,7 @@ private:
 
     MapModel* map_ = nullptr;
     bool isDark_ = false;
+    bool isContrastHigh_ = false;
     QString family_;
     qreal unit_ = 1;
     bool isHeld_ = false;

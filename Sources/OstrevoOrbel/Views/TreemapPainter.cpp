@@ -48,7 +48,7 @@ QBrush hatching(const MapColors& colors, double scale) {
 TreemapPainter::TreemapPainter(QPainter& painter, const Style& style)
     : painter_(painter),
       style_(style),
-      colors_(style.isDark ? MapColors::dark() : MapColors::light()),
+      colors_(style.colors),
       fonts_{fontOf(style.family, px(smallSize), false), fontOf(style.family, px(smallSize), true),
              fontOf(style.family, px(mediumSize), false), fontOf(style.family, px(mediumSize), true)},
       hatch_(hatching(colors_, style.scale)) {

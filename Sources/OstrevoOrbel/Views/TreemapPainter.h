@@ -18,7 +18,7 @@ namespace orbel {
 class TreemapPainter {
 public:
     struct Style {
-        bool isDark = false;
+        const MapColors& colors;
         QString family;
         double scale = 1;               ///< device pixels a point
         const FileTree* tree = nullptr; ///< of the tiles; null when there are none

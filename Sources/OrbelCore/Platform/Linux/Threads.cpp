@@ -4,6 +4,7 @@
 
 #include <pthread.h>
 #include <sched.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace orbel::platform {
@@ -14,6 +15,12 @@ void nameThisThread(const std::string& name) {
 }
 
 void forbidMaterialisationOnThisThread() {}
+
+void giveWayOnThisThread() {
+    // Linux keeps this value for each thread, other than POSIX. To raise it is always allowed.
+    constexpr int politeness = 5;
+    setpriority(PRIO_PROCESS, 0, politeness);
+}
 
 int activeProcessorCount() {
     cpu_set_t allowed;

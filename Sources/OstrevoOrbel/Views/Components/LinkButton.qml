@@ -25,6 +25,8 @@ T.AbstractButton {
         }
     }
     contentItem: ThemedText {
+        id: words
+
         color: link.hovered ? Theme.accentHover : Theme.accent
         font.underline: link.hovered || link.visualFocus
         role: link.role
@@ -33,5 +35,8 @@ T.AbstractButton {
 
     HoverHandler {
         cursorShape: Qt.PointingHandCursor
+    }
+    WholeText {
+        shown: words
     }
 }

@@ -34,6 +34,26 @@ FocusScope {
                 top - Math.max(12, (view.height - item.height) / 2)));
     }
 
+    /// Scrolls with the keys that move in a text, where what has the focus does not take them itself.
+    function scrollBy(event: var): void {
+        const most = view.contentHeight - view.height;
+        const line = 3 * Theme.px(20);
+        const steps = {
+            [Qt.Key_Up]: -line,
+            [Qt.Key_Down]: line,
+            [Qt.Key_PageUp]: line - view.height,
+            [Qt.Key_PageDown]: view.height - line,
+            [Qt.Key_Home]: -most,
+            [Qt.Key_End]: most
+        };
+        event.accepted = event.key in steps && event.modifiers === Qt.NoModifier && most > 0;
+        if (!event.accepted)
+            return;
+        sought = null;
+        view.contentY = Math.max(0, Math.min(most, view.contentY + steps[event.key]));
+    }
+
+    Keys.onPressed: event => scrollBy(event)
     onFocusedChanged: {
         sought = null;
         reveal(focused);
