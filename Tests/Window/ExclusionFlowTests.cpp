@@ -31,6 +31,18 @@ struct ExclusionsInTheModel : testing::Test {
         useRealHome(scene.environment, home.path());
         scene.environment.dataVolumePath = home.path();
         scene.environment.growthFolder = growth.path();
+        scene.environment.scan = [this, scan = scene.environment.scan](const auto& root, const auto& token,
+                                                                       const auto& progress,
+                                                                       const auto& exclusions) {
+            auto result = scan(root, token, progress, exclusions);
+            while (isHeld && !token.isCancelled())
+                QThread::msleep(1);
+            return result;
+        };
+        scene.world()->volume = VolumeInfo{.total = 40'000'000,
+                                           .free = 10'000'000,
+                                           .used = 30'000'000,
+                                           .availableForImportantUsage = 10'000'000};
         home.file("Archive/old/a.mkv", 4'000'000);
         home.file("Archive/old/deep/b.mkv", 3'000'000);
         home.file("Archive/list", 20'000);
@@ -73,6 +85,7 @@ struct ExclusionsInTheModel : testing::Test {
 
     TemporaryFolder home;
     TemporaryFolder growth;
+    std::atomic<bool> isHeld = false;
     ModelScene scene;
 };
 
@@ -162,6 +175,34 @@ TEST_F(ExclusionsInTheModel, AreKeptAndEveryScanKeepsToThem) {
     EXPECT_TRUE(at("Archive/old/deep/b.mkv") && at("Music/c.flac"));
     EXPECT_EQ(scene.environment.settings->value(QStringLiteral("excludedFolders")).toStringList(),
               QStringList());
+}
+
+TEST_F(ExclusionsInTheModel, HoldBesideAFolderThatIsBeingMeasured) {
+    measure();
+    const auto whole = tree().allocated(0);
+    const auto notMeasured = app().disk()->ledger()->notMeasured().bytes();
+    const auto archived = tree().allocated(*at("Archive/old"));
+    // It began when nothing was left out.
+    isHeld = true;
+    app().rescan()->start(*at("Archive"));
+    app().actions()->exclude(keyOf(home.path("Archive/old")));
+    scene.waitUntil([this] { return isInLine(); });
+    EXPECT_TRUE(app().rescan()->isRunning());
+    isHeld = false;
+    finish();
+    EXPECT_EQ(tree().allocated(0), whole - archived);
+    const auto& ledger = *app().disk()->ledger();
+    EXPECT_EQ(ledger.notMeasured().bytes(), notMeasured + archived);
+    EXPECT_EQ(ledger.writtenSince().bytes() + ledger.freedSince().bytes(), 0);
+
+    isHeld = true;
+    app().rescan()->start(*at("Archive"));
+    flow().remove(0);
+    isHeld = false;
+    finish();
+    EXPECT_EQ(tree().allocated(0), whole);
+    EXPECT_EQ(ledger.notMeasured().bytes(), notMeasured);
+    EXPECT_EQ(ledger.writtenSince().bytes() + ledger.freedSince().bytes(), 0);
 }
 
 TEST_F(ExclusionsInTheModel, TheListsThatDoNotFollowTheTreeKeepToThemToo) {

@@ -13,6 +13,18 @@ std::int64_t bytesOf(const FileTree& tree) {
     return tree.count() == 0 ? 0 : static_cast<std::int64_t>(tree.allocated(0));
 }
 
+/// What one tree left out and the other has measured, as that has it.
+std::int64_t newlyMeasured(const FileTree& before, const FileTree& after) {
+    std::int64_t bytes = 0;
+    for (const NodeIndex node : before.excludedNodes) {
+        const auto& canonicalizer = PathCanonicalizer::shared();
+        const auto now = after.index(before.path(node, canonicalizer), canonicalizer);
+        if (now && !after.isExcluded(*now))
+            bytes += static_cast<std::int64_t>(after.allocated(*now));
+    }
+    return bytes;
+}
+
 } // namespace
 
 TreeEdits::TreeEdits(const AppEnvironment& environment, ScanFlow& scan, DiskState& disk)
@@ -68,10 +80,10 @@ void TreeEdits::splice(std::string path, std::shared_ptr<const FileTree> fresh) 
             const auto folder = tree.index(path, PathCanonicalizer::shared());
             if (!folder || *folder == 0 || !tree.isFolder(*folder))
                 return std::int64_t{0};
-            const bool wasLeftOut = tree.isExcluded(*folder);
-            const auto before = bytesOf(tree);
-            tree = tree.spliced(*folder, *fresh);
-            return wasLeftOut ? bytesOf(tree) - before : 0;
+            auto made = tree.spliced(*folder, *fresh);
+            const auto bytes = newlyMeasured(tree, made) - newlyMeasured(made, tree);
+            tree = std::move(made);
+            return bytes;
         },
         true);
 }
