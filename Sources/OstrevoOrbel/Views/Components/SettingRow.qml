@@ -8,6 +8,8 @@ Item {
     property string label: ""
     property string explanation: ""
     property bool last: false
+    /// The label is a path, which is shown whole.
+    property bool isPath: false
     property alias control: controlSlot.data
 
     implicitHeight: Math.max(Theme.px(48), words.implicitHeight + 28, controlSlot.height + 28)
@@ -22,9 +24,11 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
 
         ThemedText {
-            text: row.label
+            id: label
+
+            text: row.isPath ? PathLines.broken(row.label, font, width) : row.label
             width: parent.width
-            wrapMode: Text.Wrap
+            wrapMode: row.isPath ? Text.WrapAnywhere : Text.Wrap
         }
         SmallText {
             anchors.left: parent.left
