@@ -2,8 +2,8 @@
 
 _orbel() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} word command=
-    local commands="--scan-json --map-svg --duplicates-json --large-json --tidy-json --trash --put-back --journal-json
-        --journal-markdown --apps-json --leftovers-dry-run --help --version"
+    local commands="--scan-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json --trash --put-back
+        --journal-json --journal-markdown --apps-json --leftovers-dry-run --help --version"
     local window="--scan --scan-delay --open --select-app --appearance --snapshot --snapshot-delay --simulate-hover --diagnostics
         --quit-after-scan"
     COMPREPLY=()
@@ -18,7 +18,7 @@ _orbel() {
     done
 
     case $previous in
-        --scan-json | --duplicates-json | --large-json | --tidy-json | --map-svg | --scan)
+        --scan-json | --duplicates-json | --large-json | --tidy-json | --rebuildable-json | --map-svg | --scan)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
             [ "$previous" != --scan ] || mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -W volume -- "$current")
@@ -52,7 +52,7 @@ _orbel() {
         --map-svg) more="--size --exclude" ;;
         --duplicates-json) more="--details --exclude" ;;
         --large-json) more="--min-bytes --unused-days --exclude" ;;
-        --tidy-json) more=--exclude ;;
+        --tidy-json | --rebuildable-json) more=--exclude ;;
         --trash) more="--files0-from --keep --dry-run" ;;
         --journal-json | --journal-markdown) more=--since ;;
         "")

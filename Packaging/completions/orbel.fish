@@ -7,8 +7,8 @@ function __orbel_has
     return 1
 end
 
-set -l commands --scan-json --map-svg --duplicates-json --large-json --tidy-json --trash --put-back --journal-json \
-    --journal-markdown --apps-json --leftovers-dry-run --help --version
+set -l commands --scan-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json --trash --put-back \
+    --journal-json --journal-markdown --apps-json --leftovers-dry-run --help --version
 set -l first "not __orbel_has $commands"
 
 for program in orbel ostrevo-orbel
@@ -18,6 +18,7 @@ for program in orbel ostrevo-orbel
     complete -c $program -n "$first" -l duplicates-json -x -a "(__fish_complete_directories)" -d "List identical files"
     complete -c $program -n "$first" -l large-json -x -a "(__fish_complete_directories)" -d "List large and old files"
     complete -c $program -n "$first" -l tidy-json -x -a "(__fish_complete_directories)" -d "List empty folders, broken shortcuts"
+    complete -c $program -n "$first" -l rebuildable-json -x -a "(__fish_complete_directories)" -d "List what programs make again"
     complete -c $program -n "$first" -l trash -d "Move items to the Trash"
     complete -c $program -n "$first" -l put-back -x -a last -d "Move back what was moved"
     complete -c $program -n "$first" -l journal-json -d "Print the journal as JSON"
@@ -32,7 +33,7 @@ for program in orbel ostrevo-orbel
     complete -c $program -n "__orbel_has --duplicates-json" -l details -d "Add what each copy takes on disk"
     complete -c $program -n "__orbel_has --large-json" -l min-bytes -x -d "Smallest size"
     complete -c $program -n "__orbel_has --large-json" -l unused-days -x -d "Days without a use"
-    complete -c $program -n "__orbel_has --scan-json --map-svg --duplicates-json --large-json --tidy-json" -l exclude -r -F -d "Leave out what matches"
+    complete -c $program -n "__orbel_has --scan-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json" -l exclude -r -F -d "Leave out what matches"
     complete -c $program -n "__orbel_has --trash" -l files0-from -r -F -d "Take the paths from a file"
     complete -c $program -n "__orbel_has --trash" -l keep -r -F -d "Move only copies of this file"
     complete -c $program -n "__orbel_has --trash" -l dry-run -d "Check, and write nothing"

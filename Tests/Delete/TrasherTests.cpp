@@ -123,6 +123,11 @@ TEST(Trasher, SkipsWhatIsDoubtfulAndGoesOn) {
     home.file("a/empty/new");
     expectSkip(empty, "No longer empty: scan again");
 
+    home.folder("a/deps/fork");
+    const auto dependencies = home.item("a/deps", DeletionModule::rebuildable);
+    home.folder("a/deps/fork/.git");
+    expectSkip(dependencies, "Holds a version-control folder: ~/a/deps/fork/.git");
+
     const auto changed = home.item("a/changed");
     home.file("a/changed", 20);
     expectSkip(changed, "Changed since the scan — scan again");

@@ -24,9 +24,9 @@ protected:
     std::vector<RebuildableFinder::Row> rows(const std::string& root, double daysLater = 0) const {
         const ScanCancellation nobodyCancels;
         const auto tree = TreeScanner::scan(root, 1, nobodyCancels, nullptr).tree;
-        const auto now =
+        const auto then =
             currentDate() + Date::duration(std::chrono::seconds(static_cast<int>(daysLater * 86'400)));
-        return RebuildableFinder().run(tree, policy, now, InUseChecker::OpenFiles());
+        return RebuildableFinder().run(tree, policy, then, InUseChecker::OpenFiles());
     }
     Evidence found(const std::string& below = "") const {
         Evidence evidence;
@@ -182,11 +182,11 @@ TEST_F(RebuildableTest, ListsTheTopmostTheLargestFirstAndTicksWhatIsOld) {
     home.file("code/web/node_modules/a/node_modules/b/x", std::size_t{9000});
     home.file("code/app/Cargo.toml");
     home.file("code/app/target/debug/app", std::size_t{90'000});
-    const auto now = rows(home.path());
-    ASSERT_EQ(now.size(), 2U);
-    EXPECT_EQ(now[0].item.path, home.path("code/app/target"));
-    EXPECT_EQ(now[1].item.path, home.path("code/web/node_modules"));
-    EXPECT_FALSE(now[0].item.preselected);
+    const auto today = rows(home.path());
+    ASSERT_EQ(today.size(), 2U);
+    EXPECT_EQ(today[0].item.path, home.path("code/app/target"));
+    EXPECT_EQ(today[1].item.path, home.path("code/web/node_modules"));
+    EXPECT_FALSE(today[0].item.preselected);
     EXPECT_FALSE(rows(home.path(), 89)[0].item.preselected);
     const auto later = rows(home.path(), 91);
     EXPECT_TRUE(later[0].item.preselected && later[1].item.preselected);

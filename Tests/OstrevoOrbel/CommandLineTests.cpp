@@ -45,6 +45,7 @@ TEST(CommandLine, AMissingRootIsNoEmptyList) {
     const auto missing = home.path("missing");
     for (const auto& words : std::vector<Words>{{"--large-json", missing},
                                                 {"--tidy-json", missing},
+                                                {"--rebuildable-json", missing},
                                                 {"--map-svg", missing, "map.svg"},
                                                 {"--map-svg", missing, "-"}}) {
         const auto run = home.run(words);

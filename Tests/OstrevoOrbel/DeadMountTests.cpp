@@ -66,6 +66,7 @@ TEST_F(DeadMount, NoCommandWaitsForIt) {
         for (const std::vector<std::string>& words : {std::vector<std::string>{"--scan-json", home.path()},
                                                       {"--large-json", home.path()},
                                                       {"--tidy-json", home.path()},
+                                                      {"--rebuildable-json", home.path()},
                                                       {"--duplicates-json", home.path()},
                                                       {"--map-svg", home.path(), home.path("map.svg")},
                                                       {"--apps-json"},

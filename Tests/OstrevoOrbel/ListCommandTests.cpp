@@ -101,6 +101,28 @@ TEST(LargeCommand, ListsByItsFilters) {
     EXPECT_EQ(home.run({"--large-json", home.path(), "--unused-days"}).status, 2);
 }
 
+TEST(RebuildableCommand, ListsFoldersThatItsOwnMoveThenTakes) {
+    const ProgramHome home;
+    home.file("code/app/Cargo.toml");
+    home.file("code/app/target/debug/app", 300'000);
+    home.file("code/web/package.json");
+    home.file("code/web/node_modules/x/index.js", 1000);
+    home.file("code/web/node_modules/y/index.js", 1000);
+    const auto report = home.json({"--rebuildable-json", home.path(), "--exclude", "y"}, 0);
+    ASSERT_EQ(namesIn(report["folders"]), (Names{"target", "node_modules"}));
+    const auto& target = report["folders"][0];
+    EXPECT_EQ(target["evidence"], "Cargo.toml beside it");
+    EXPECT_EQ(target["program"], "cargo");
+    EXPECT_EQ(target["preselected"], false);
+    EXPECT_TRUE(parseIso8601(target["newestChange"].get<std::string>()));
+    EXPECT_EQ(report["bytes"], target["bytes"].get<int>() + report["folders"][1]["bytes"].get<int>());
+    EXPECT_EQ(report["excluded"]["count"], 1);
+    EXPECT_EQ(report["folders"][1]["blockedReason"],
+              "Holds a folder left out of measuring: ~/code/web/node_modules/y");
+    EXPECT_EQ(home.run({"--trash", target["path"].get<std::string>()}).status, 0);
+    EXPECT_FALSE(fs::exists(home.path("code/app/target")));
+}
+
 TEST(TidyCommand, ListsBothKindsAndChangesNothing) {
     const ProgramHome home;
     aged(home.folder("docs/empty"));

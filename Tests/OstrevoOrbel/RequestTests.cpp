@@ -76,6 +76,7 @@ TEST(Request, RefusesWhatACommandDoesNotUnderstand) {
                                    {"--map-svg", "root", "file", "--scan-json", "/"},
                                    {"--large-json", "/", "--min-bytes"},
                                    {"--tidy-json"},
+                                   {"--rebuildable-json"},
                                    {"--tidy-json", "/", "--apps-json"},
                                    {"--apps-json", "x"},
                                    {"--apps-json=x"},

@@ -28,6 +28,7 @@ constexpr auto rules = std::to_array<Rule>({
     {"Inside ", "Remove it in the program that it belongs to."},
     {"Contains protected data", "Tick what you do not need in it one by one."},
     {"In use", "Close it there first."},
+    {"Holds a version-control folder", "Look at what it holds: it may be work that is nowhere else."},
     {"The copy you are keeping changed or is gone", "Search for duplicates again."},
     {"Its name is not valid text", "Rename it in {fileManager} first."},
     {"A folder above it may not be entered", "Change the rights of that folder first."},

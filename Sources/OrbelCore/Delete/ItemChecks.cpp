@@ -39,6 +39,8 @@ std::optional<std::string> measuredReason(const DeletionItem& item, const TreeSc
         return "Contains another volume: " + tildePath(*measured.otherVolumeInside, homePath);
     if (item.module == DeletionModule::emptyFolders && (!measured.isEmptyFolder || measured.unreadable > 0))
         return "No longer empty: scan again";
+    if (item.module == DeletionModule::rebuildable && measured.versionedInside)
+        return "Holds a version-control folder: " + tildePath(*measured.versionedInside, homePath);
     return std::nullopt;
 }
 

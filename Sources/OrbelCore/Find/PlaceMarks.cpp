@@ -16,8 +16,6 @@ namespace orbel {
 
 namespace {
 
-constexpr std::array<std::string_view, 8> versionControlFolders{".git", ".hg",    ".svn",   ".bzr",
-                                                                ".jj",  ".pijul", "_darcs", "CVS"};
 constexpr std::array<std::string_view, 2> managedFolders{"node_modules", "site-packages"};
 
 bool isAmong(const auto& names, std::string_view name) {
@@ -26,7 +24,7 @@ bool isAmong(const auto& names, std::string_view name) {
 
 PlaceMarks marksOfName(std::string_view name) {
     PlaceMarks marks;
-    if (isPackage(name) || isVersionControlFolder(name))
+    if (isPackage(name) || isVersionControlName(name))
         marks = marks | PlaceMarks::whole;
     if (isAmong(managedFolders, name))
         marks = marks | PlaceMarks::managed;
@@ -57,10 +55,6 @@ PlaceMarks marksOfRoot(const std::string& root, const SafetyPolicy& policy) {
 }
 
 } // namespace
-
-bool isVersionControlFolder(std::string_view name) {
-    return isAmong(versionControlFolders, name);
-}
 
 std::vector<PlaceMarks> placeMarks(const FileTree& tree, const SafetyPolicy& policy) {
     std::vector<PlaceMarks> marks(tree.count());

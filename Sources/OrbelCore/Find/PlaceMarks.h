@@ -3,7 +3,6 @@
 #include "Scan/FileTree.h"
 
 #include <cstdint>
-#include <string_view>
 #include <vector>
 
 namespace orbel {
@@ -40,9 +39,6 @@ inline constexpr PlaceMarks PlaceMarks::shaped{64};
 constexpr PlaceMarks operator|(PlaceMarks left, PlaceMarks right) {
     return {static_cast<std::uint8_t>(left.bits | right.bits)};
 }
-
-/// What every program that keeps versions calls its folder.
-bool isVersionControlFolder(std::string_view name);
 
 /// Per node. Names count from the home folder on, for what is not in it from the top of the disk on, also
 /// those of folders above the root. Nothing outside the home can be moved: where the root holds the home, the

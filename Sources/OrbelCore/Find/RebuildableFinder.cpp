@@ -96,7 +96,7 @@ public:
     bool isMarker(NodeIndex file) const {
         const auto folder = tree_.parent(file);
         const auto flags = tree_.flags(file);
-        if (!folder || *folder == 0 || flags.intersects(NodeFlags::folder | NodeFlags::symlink))
+        if (!folder || *folder == 0 || flags.intersects(neverRead))
             return false;
         const auto name = tree_.nameBytes(file);
         return (name == cacheTag && !marks_[*folder].intersects(never))
@@ -104,6 +104,8 @@ public:
     }
 
 private:
+    static constexpr NodeFlags neverRead =
+        NodeFlags::folder | NodeFlags::symlink | NodeFlags::dataless | NodeFlags::otherVolume;
     static constexpr PlaceMarks never = PlaceMarks::gone | PlaceMarks::whole | PlaceMarks::outsideHome;
     static constexpr PlaceMarks notInManaged = never | PlaceMarks::managed | PlaceMarks::programData;
     static constexpr PlaceMarks notInProjects = notInManaged | PlaceMarks::hidden | PlaceMarks::shaped;
@@ -181,7 +183,7 @@ std::set<NodeIndex> holding(const FileTree& tree, const std::vector<NodeIndex>& 
 class Clean {
 public:
     explicit Clean(const FileTree& tree)
-        : tree_(tree), versioned_(holding(tree, nodesNamed(tree, isVersionControlFolder))) {
+        : tree_(tree), versioned_(holding(tree, nodesNamed(tree, isVersionControlName))) {
         std::vector<NodeIndex> bare;
         for (const auto& shaped : shapedFolders(tree))
             if (isGitRepository(tree, shaped.node))
@@ -284,8 +286,9 @@ std::vector<RebuildableFinder::Row> RebuildableFinder::run(const FileTree& tree,
     for (auto& [node, evidence] : candidates(tree, policy)) {
         if (isCancelled && isCancelled())
             break;
-        if (node == 0 || tree.parent(node) == home || !clean.is(node, evidence.isPlace)
-            || isInOneOf(tree, node, listed))
+        // What another volume shows there was not looked at, and may not answer.
+        if (node == 0 || tree.flags(node).contains(NodeFlags::otherVolume) || tree.parent(node) == home
+            || !clean.is(node, evidence.isPlace) || isInOneOf(tree, node, listed))
             continue;
         auto item = DeletionItem::fromTree(tree, node, DeletionModule::rebuildable, policy, seen);
         if (!item || policy.protectionReason(item->path, std::nullopt))

@@ -4,6 +4,7 @@
 #include "Util/PathText.h"
 
 #include <algorithm>
+#include <array>
 #include <mutex>
 
 namespace orbel {
@@ -45,6 +46,12 @@ bool beginsAShape(std::string_view name) {
 }
 
 } // namespace
+
+bool isVersionControlName(std::string_view name) {
+    constexpr auto names =
+        std::to_array<std::string_view>({".git", ".hg", ".svn", ".bzr", ".jj", ".pijul", "_darcs", "CVS"});
+    return std::ranges::find(names, name) != names.end();
+}
 
 bool isGitRepository(const FileTree& tree, NodeIndex folder) {
     return FolderShape::gitRepository().matches(NamesInTree(tree, folder), nameOfFolderAbove(tree, folder));

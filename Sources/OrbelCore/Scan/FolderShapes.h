@@ -18,6 +18,9 @@ struct ShapedFolder {
 /// All folders of such a shape, the root included; a folder may have several. Needs the child lists.
 std::vector<ShapedFolder> shapedFolders(const FileTree& tree);
 
+/// Whether a version-control program calls what it keeps in a work folder so: ".git" and the like.
+bool isVersionControlName(std::string_view name);
+
 /// Whether the folder is what Git calls a repository: a ".git" or a bare one.
 bool isGitRepository(const FileTree& tree, NodeIndex folder);
 

@@ -33,6 +33,11 @@ std::optional<NodeIndex> firstProtected(const FileTree& tree) {
     return isShaped || isProtectedName(lastPathComponent(tree.rootPath)) ? 0 : tree.protectedInside(0);
 }
 
+std::optional<NodeIndex> firstVersioned(const FileTree& tree) {
+    const auto found = nodesNamed(tree, isVersionControlName);
+    return found.empty() ? std::nullopt : std::optional(found.front());
+}
+
 } // namespace
 
 std::future<ScanResult> TreeScanner::scanInBackground(std::string root, std::optional<int> workers,
@@ -84,6 +89,7 @@ TreeScanner::Measurement TreeScanner::measurement(const FileTree& tree) {
             .unreadable = tree.unreadableCount,
             .protectedInside = pathOf(tree, firstProtected(tree)),
             .otherVolumeInside = pathOf(tree, tree.otherVolumeInside(0)),
+            .versionedInside = pathOf(tree, firstVersioned(tree)),
             .isEmptyFolder = tree.unreadableCount == 0 && emptyFolderMask(tree)[0]};
 }
 

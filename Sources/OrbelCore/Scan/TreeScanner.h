@@ -23,6 +23,7 @@ public:
         std::optional<std::string> protectedInside{}; ///< a path in it that holds protected data
         /// Where another volume begins in it: a mount point, or a subvolume. Its contents were not looked at.
         std::optional<std::string> otherVolumeInside{};
+        std::optional<std::string> versionedInside{}; ///< what a version control keeps in it, such as ".git"
         bool isEmptyFolder = false; ///< it holds nothing but empty folders and ".DS_Store" files
 
         bool operator==(const Measurement&) const = default;

@@ -8,6 +8,7 @@
 #include "Util/JsonPath.h"
 #include "Util/JsonText.h"
 
+#include <array>
 #include <nlohmann/json.hpp>
 
 namespace orbel {
@@ -27,7 +28,7 @@ json rowJson(const RebuildableFinder::Row& row) {
 
 void run(const Request& request) {
     const auto& root = request.operands.front();
-    const auto tree = scanOfRoot(root).tree;
+    const auto tree = scanOfExistingRoot(request).tree;
     const UserContext user;
     const InUseChecker::OpenFiles openFiles(takeMappedSnapshot());
     json folders = json::array();
@@ -38,8 +39,11 @@ void run(const Request& request) {
     }
     json report{{"bytes", bytes}, {"unreadable", tree.unreadableCount}, {"folders", std::move(folders)}};
     putPath(report, "root", root);
+    putExcluded(report, tree);
     finish(prettyJson(report) + "\n");
 }
+
+constexpr std::array options{excludeOption};
 
 } // namespace
 
@@ -47,6 +51,7 @@ constinit const Command rebuildableCommand{
     .name = "--rebuildable-json",
     .operands = "ROOT",
     .fewestOperands = 1,
+    .options = options,
     .help = "Print as JSON the folders in ROOT that programs make again, the largest first: build output, "
             "fetched packages and caches, each with the evidence for it, the program and the newest change.",
     .run = run,
