@@ -49,11 +49,16 @@ Chip {
 
                 checkable: true
                 checked: modelData.chosen
+                height: implicitHeight
                 implicitWidth: Theme.px(190)
                 objectName: modelData.name
                 text: modelData.text
 
-                onTriggered: chip.chosen(index)
+                // The choice may make other entries; one that is gone does not close its menu.
+                onTriggered: {
+                    menu.close();
+                    chip.chosen(index);
+                }
             }
 
             onObjectAdded: (index, object) => menu.insertItem(index, object)
