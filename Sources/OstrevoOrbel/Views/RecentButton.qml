@@ -14,7 +14,7 @@ PushButton {
     objectName: "overview.recent"
     text: qsTr("Recent")
 
-    Accessible.role: Accessible.ButtonMenu
+    Spoken.role: Accessible.ButtonMenu
     Keys.onDownPressed: button.clicked()
     onClicked: {
         button.recent.refresh();

@@ -66,7 +66,7 @@ ScreenFrame {
                     width: parent.width
 
                     control: ToggleSwitch {
-                        Accessible.name: qsTr("Notify me when free space is low")
+                        Spoken.name: qsTr("Notify me when free space is low")
                         checked: view.app.alert.enabled
                         objectName: "settings.alert"
 
@@ -163,7 +163,7 @@ ScreenFrame {
                     width: parent.width
 
                     control: ToggleSwitch {
-                        Accessible.name: qsTr("Open Ostrevo Vanto at login")
+                        Spoken.name: qsTr("Open Ostrevo Vanto at login")
                         checked: view.app.alert.openAtLogin
                         objectName: "settings.login"
 

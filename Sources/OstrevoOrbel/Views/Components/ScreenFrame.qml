@@ -63,8 +63,6 @@ FocusScope {
                 width: parent.width
             }
             SmallText {
-                Accessible.name: text
-                Accessible.role: Accessible.StaticText
                 color: Theme.text3
                 elide: Text.ElideMiddle
                 text: frame.scope
