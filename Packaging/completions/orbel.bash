@@ -24,7 +24,7 @@ _orbel() {
             [ "$previous" != --scan ] || mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -W volume -- "$current")
             return
             ;;
-        --snapshot | --diagnostics | --files0-from | --keep)
+        --snapshot | --diagnostics | --files0-from | --keep | --exclude)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             return
@@ -48,10 +48,11 @@ _orbel() {
 
     local more=
     case $command in
-        --scan-json) more="--top --growth" ;;
-        --map-svg) more=--size ;;
-        --duplicates-json) more=--details ;;
-        --large-json) more="--min-bytes --unused-days" ;;
+        --scan-json) more="--top --growth --exclude" ;;
+        --map-svg) more="--size --exclude" ;;
+        --duplicates-json) more="--details --exclude" ;;
+        --large-json) more="--min-bytes --unused-days --exclude" ;;
+        --tidy-json) more=--exclude ;;
         --trash) more="--files0-from --keep --dry-run" ;;
         --journal-json | --journal-markdown) more=--since ;;
         "")

@@ -32,6 +32,7 @@ for program in orbel ostrevo-orbel
     complete -c $program -n "__orbel_has --duplicates-json" -l details -d "Add what each copy takes on disk"
     complete -c $program -n "__orbel_has --large-json" -l min-bytes -x -d "Smallest size"
     complete -c $program -n "__orbel_has --large-json" -l unused-days -x -d "Days without a use"
+    complete -c $program -n "__orbel_has --scan-json --map-svg --duplicates-json --large-json --tidy-json" -l exclude -r -F -d "Leave out what matches"
     complete -c $program -n "__orbel_has --trash" -l files0-from -r -F -d "Take the paths from a file"
     complete -c $program -n "__orbel_has --trash" -l keep -r -F -d "Move only copies of this file"
     complete -c $program -n "__orbel_has --trash" -l dry-run -d "Check, and write nothing"

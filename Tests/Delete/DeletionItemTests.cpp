@@ -1,6 +1,7 @@
 #include "Delete/Advice.h"
 #include "Delete/DeletionItem.h"
 #include "Delete/DeletionItemJson.h"
+#include "Delete/ExclusionReason.h"
 #include "Delete/ItemNote.h"
 #include "Delete/ManageHint.h"
 #include "Safety/PathCanonicalizer.h"
@@ -90,6 +91,32 @@ TEST_F(DeletionItemTest, WhatCannotBeMovedIsBlockedByTheFirstReason) {
     tree.otherVolumeCount = 1;
     tree.protectedContainers.clear();
     EXPECT_EQ(item("docs/trip")->blockedReason, "Contains another volume: ~/docs/trip/All.photoslibrary/x");
+}
+
+TEST_F(DeletionItemTest, WhatWasLeftOutStaysAndSoDoesWhatHoldsIt) {
+    home.file("docs/trip/archive/film", 5000);
+    home.file("docs/trip/All.app/x", 10);
+    scan();
+    EXPECT_EQ(item("docs/trip")->blockedReason, std::nullopt);
+    const ScanCancellation nobodyCancels;
+    tree = TreeScanner::scan(home.path(), 1, nobodyCancels, nullptr,
+                             {.paths = {home.path("docs/trip/archive")}, .patterns = {"x"}})
+               .tree;
+    EXPECT_EQ(item("docs/trip/archive")->blockedReason, "Left out of measuring");
+    EXPECT_EQ(item("docs/trip/All.app")->blockedReason,
+              "Holds a file left out of measuring: ~/docs/trip/All.app/x");
+    EXPECT_EQ(item("docs/trip/All.app/x")->blockedReason, "Left out of measuring");
+    tree.excludedNodes.erase(node("docs/trip/All.app/x"));
+    EXPECT_EQ(item("docs/trip")->blockedReason, "Holds a folder left out of measuring: ~/docs/trip/archive");
+    EXPECT_NE(adviceOn(*item("docs/trip")->blockedReason), std::nullopt);
+
+    const Exclusions exclusions{.paths = {home.path("docs/trip/archive")}, .patterns = {}};
+    const auto reason = [&](const char* path) {
+        return exclusionReason(exclusions, home.path(path), home.path());
+    };
+    EXPECT_EQ(reason("docs/trip/archive/film"), "Left out of measuring");
+    EXPECT_EQ(reason("docs/trip"), "Holds a folder left out of measuring: ~/docs/trip/archive");
+    EXPECT_EQ(reason("docs/trip/archives"), std::nullopt);
 }
 
 TEST_F(DeletionItemTest, WarnsWhereAMoveFreesLess) {

@@ -49,6 +49,19 @@ TEST(GrowthStore, ComparesEachScanWithTheOneBefore) {
         << "replaced only by what is on the disk";
 }
 
+TEST(GrowthStore, ComparesOnlyScansWithTheSamePatterns) {
+    const TemporaryFolder home;
+    const GrowthStore store(home.path("growth"));
+    auto less = treeOf(10 * million);
+    less.exclusions.patterns = {"b", "a"};
+    auto more = treeOf(40 * million);
+    EXPECT_FALSE(store.keep(treeOf(30 * million), monday).growth);
+    EXPECT_FALSE(store.keep(less, monday).growth) << "left out, and not shrunk";
+    EXPECT_EQ(store.keep(more, monday).growth->folders.at(0).grownBytes, 10 * million);
+    more.exclusions.patterns = {"a", "b", "a"};
+    EXPECT_EQ(store.keep(more, monday).growth->folders.at(0).grownBytes, 30 * million);
+}
+
 TEST(GrowthStore, ReplacesWhatIsDamagedAndBelievesNobodyElse) {
     const TemporaryFolder home;
     const GrowthStore store(home.folder("growth"));

@@ -39,6 +39,8 @@ ScanSummary summaryOf(const std::map<std::string, std::uint64_t>& megabytes) {
     return ScanSummary::of(treeOf(megabytes), longAgo).value();
 }
 
+using Rows = std::vector<std::string>;
+
 /// "path +megabytes" of all that grew.
 std::vector<std::string> grown(const ScanSummary& before, const ScanSummary& after) {
     std::vector<std::string> rows;
@@ -47,7 +49,49 @@ std::vector<std::string> grown(const ScanSummary& before, const ScanSummary& aft
     return rows;
 }
 
-using Rows = std::vector<std::string>;
+/// The same, of a scan that was told to leave these out, relative to the root.
+ScanSummary summaryWithout(std::vector<std::string> folders,
+                           const std::map<std::string, std::uint64_t>& megabytes) {
+    auto tree = treeOf(megabytes);
+    for (const auto& folder : folders)
+        tree.exclusions.paths.push_back("/data/" + folder);
+    tree.exclusions.paths.insert(tree.exclusions.paths.end(), {"/data", "/other", "/"});
+    return ScanSummary::of(tree, longAgo).value();
+}
+
+TEST(Growth, ComparesNothingThatOnlyOneScanLeftOut) {
+    const std::map<std::string, std::uint64_t> less{{"home/mira", 5}, {"home/films", 100}, {"var", 50}};
+    auto more = less;
+    more["home/archive/old"] = 400;
+    more["home/films"] = 140;
+    const auto before = summaryWithout({"home/archive"}, less);
+    EXPECT_EQ(before.excludedFolders, Rows{"home/archive"}) << "and nothing that is not inside the root";
+    EXPECT_EQ(grown(before, summaryOf(more)), (Rows{"/data/home/films +40"})) << "measured by now";
+    EXPECT_EQ(grown(summaryOf(more), before), Rows()) << "left out by now";
+    auto after = less;
+    after["home/archive/old"] = 300;
+    EXPECT_EQ(grown(summaryWithout({"home/archive/old"}, less), summaryWithout({"home/archive/old"}, after)),
+              (Rows{"/data/home/archive/old +300"}))
+        << "what both were told to leave out is compared as it was found";
+    more["home/new"] = 30;
+    EXPECT_EQ(grown(before, summaryOf(more)), (Rows{"/data/home/films +40", "/data/home/new +30"}));
+}
+
+TEST(Growth, SummariesKeepWhatWasLeftOut) {
+    auto tree = treeOf({{"films", 10}});
+    tree.exclusions = {.paths = {"/data/b", "/data/a/\xFF", "/data/b"}, .patterns = {"*.o", "build/"}};
+    const auto summary = ScanSummary::of(tree, longAgo).value();
+    EXPECT_EQ(summary.excludedFolders, (Rows{"a/\uFFFD", "b"}));
+    EXPECT_EQ(summaryIn(summaryText(summary)), summary);
+    EXPECT_FALSE(summaryText(summaryOf({{"films", 10}})).contains("excluded"))
+        << "read by what was there before";
+    for (const auto* wrong : {"1", "[1]", "[\"b\",\"a\"]", "{}"}) {
+        auto text = summaryText(summary);
+        const std::string list = R"("excludedPatterns":["*.o","build/"])";
+        text.replace(text.find(list), list.size(), std::string(R"("excludedPatterns":)") + wrong);
+        EXPECT_FALSE(summaryIn(text)) << wrong;
+    }
+}
 
 TEST(Growth, NamesTheFolderThatGrewAndNotThoseAboveIt) {
     const auto before = summaryOf({{"home/mira/films", 100}, {"home/mira/notes", 5}, {"var", 50}});

@@ -21,7 +21,8 @@ auto lineCount(const std::string& text) {
 TEST(CommandLine, TellsItsUsageAndVersion) {
     const auto help = runOrbel({"--help"});
     EXPECT_EQ(help.status, 0);
-    EXPECT_TRUE(help.output.contains("\n  --large-json ROOT [--min-bytes N] [--unused-days N]\n"));
+    EXPECT_TRUE(help.output.contains(
+        "\n  --large-json ROOT [--min-bytes N] [--unused-days N] [--exclude PATTERN]...\n"));
     EXPECT_EQ(runOrbel({"--trash", "x", "-h"}).output, help.output);
     for (const auto* word : {"--version", "-V"})
         EXPECT_EQ(runOrbel({word}).output, "orbel " + appVersion() + "\n");

@@ -14,6 +14,7 @@ namespace fs = std::filesystem;
 using nlohmann::json;
 using test::ProgramHome;
 using Names = std::vector<std::string>;
+using Words = std::vector<std::string>;
 
 Names namesIn(const json& rows) {
     Names names;
@@ -34,6 +35,37 @@ std::string aged(const std::string& path) {
 std::string bytesOf(const json& row, const std::string& key) {
     const std::string text = row.at(key + "Bytes");
     return test::runProgram({"sh", "-c", "printf %s \"$0\" | base64 -d", text}).output;
+}
+
+TEST(Exclude, IsInNoListAndInEveryReport) {
+    const ProgramHome home;
+    for (const auto* copy : {"docs/in/one.iso", "docs/in/out/one.iso", "docs/in/two.iso"})
+        home.file(copy, std::string(1'200'000, 'x'));
+    home.folder("docs/in/holder/out");
+    home.folder("docs/in/holder/inner");
+    home.link("docs/in/out.link", "gone");
+    const auto none = home.json({"--large-json", home.path(), "--min-bytes", "0", "--unused-days", "0"}, 0);
+    EXPECT_FALSE(none.contains("excluded"));
+
+    const json excluded{{"count", 3}, {"patterns", {"out", "*.link"}}};
+    const auto report = [&](Words words) {
+        words.insert(words.begin() + 1, {home.path(), "--exclude", "out", "--exclude=*.link"});
+        auto made = home.json(words, 0);
+        EXPECT_EQ(made.at("excluded"), excluded) << words.front();
+        return made;
+    };
+    EXPECT_EQ(namesIn(report({"--large-json", "--min-bytes", "0", "--unused-days", "0"})["files"]),
+              (Words{"one.iso", "two.iso"}));
+    EXPECT_EQ(report({"--duplicates-json"})["groups"][0]["files"],
+              (json{home.path("docs/in/one.iso"), home.path("docs/in/two.iso")}));
+    const auto tidy = report({"--tidy-json"});
+    EXPECT_EQ(namesIn(tidy["emptyFolders"]), (Words{"inner"}));
+    EXPECT_TRUE(tidy["brokenShortcuts"].empty());
+    const auto scan = report({"--scan-json"});
+    EXPECT_FALSE(scan["children"][0].contains("isExcluded"));
+    EXPECT_EQ(scan["allocatedBytes"], 2 * test::blocksOf(home.path("docs/in/one.iso")));
+    const auto map = home.run({"--map-svg", home.path(), "-", "--exclude", "out"});
+    EXPECT_TRUE(map.output.contains(" · 2 left out · measured ")) << map.output.substr(0, 2000);
 }
 
 TEST(LargeCommand, ListsByItsFilters) {

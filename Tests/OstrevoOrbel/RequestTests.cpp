@@ -37,6 +37,12 @@ TEST(Request, IsReadFromTheWholeLine) {
               (Request{{"/"}, {{"--min-bytes", "5"}, {"--unused-days", "-1"}}}));
     EXPECT_EQ(strict({"--trash", "--keep=--x=y", "--files0-from", "-"}),
               (Request{{}, {{"--keep", "--x=y"}, {"--files0-from", "-"}}}));
+    EXPECT_EQ(strict({"--tidy-json", "--exclude", "b", "/", "--exclude=a"})->value().values("--exclude"),
+              (Words{"b", "a"}));
+    for (const auto* lenient : {"--scan-json", "--duplicates-json"}) {
+        const Words line{"orbel", "--exclude=b", lenient, "/", "--exclude", "a", "--x", "--exclude"};
+        EXPECT_EQ(lenientRequest(*commandNamed(lenient), line)->values("--exclude"), (Words{"b", "a"}));
+    }
     for (const auto& words : Lines{{},
                                    {"--scan-json", "/"},
                                    {"--", "--trash", "a"},
@@ -85,7 +91,7 @@ TEST(Request, NamesTheWordAndWhatIsNearest) {
     EXPECT_EQ(errorOf({"--trash", "a", "--dryrun"}),
               "\"--dryrun\" is not an option of --trash: did you mean --dry-run?");
     EXPECT_EQ(errorOf({"--large-json", "/", "-n"}),
-              "\"-n\" is not an option of --large-json: it has --min-bytes, --unused-days");
+              "\"-n\" is not an option of --large-json: it has --min-bytes, --unused-days, --exclude");
     EXPECT_EQ(noCommandReason(Words{"orbel", "tidy-jsn", "/"}),
               "\"tidy-jsn\" is not a command: did you mean --tidy-json?");
     EXPECT_EQ(noCommandReason(Words{"orbel", "--scan-json"}), "--scan-json takes ROOT");

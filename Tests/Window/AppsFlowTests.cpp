@@ -77,6 +77,22 @@ struct AppsFlowOn : testing::Test {
 
 } // namespace
 
+TEST_F(AppsFlowOn, WhatIsLeftOutOfMeasuringStays) {
+    read();
+    select("Aster");
+    EXPECT_EQ(flow().ticks()->count(), 1);
+    const auto cache = QStringLiteral("~/.cache/org.example.Aster");
+    scene.model().exclusions()->addFolder(
+        QUrl::fromLocalFile(QString::fromStdString(sample.home.path(".cache"))));
+    scene.waitUntil([&] { return told(rowOf(cache), "refusal") == QStringLiteral("Left out of measuring"); });
+    EXPECT_EQ(flow().ticks()->count(), 0);
+    flow().toggleTick(rowOf(cache));
+    EXPECT_EQ(flow().ticks()->count(), 0);
+    EXPECT_EQ(told(rowOf(QStringLiteral("~/.config/org.example.Aster")), "refusal"), QString());
+    scene.model().exclusions()->remove(0);
+    scene.waitUntil([&] { return told(rowOf(cache), "refusal").isEmpty(); });
+}
+
 TEST_F(AppsFlowOn, TellsWhatGoesWithAnAppAndTicksOnlyItsOwnCaches) {
     const QAbstractItemModelTester rows(flow().leftovers());
     read();

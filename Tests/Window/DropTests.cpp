@@ -15,7 +15,7 @@ namespace {
 struct DragOverTheWindow : testing::Test {
     DragOverTheWindow() {
         scene.environment.scan = [roots = roots](const std::string& root, const ScanCancellation&,
-                                                 const ScanProgressCallback&) {
+                                                 const ScanProgressCallback&, const Exclusions&) {
             roots->push_back(root);
             return ScanResult{.tree = {}, .startedAt = {}, .firstProgress = {}, .duration = 1};
         };

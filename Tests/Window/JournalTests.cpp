@@ -27,8 +27,9 @@ struct JournalOn : testing::Test {
         scene.environment.trashFolder = past.trash;
         scene.environment.journalPath = past.journalPath;
         scene.environment.now = [] { return *parseIso8601("2026-11-21T12:00:00Z"); };
-        scene.environment.scan = [](const auto& root, const auto& token, const auto& progress) {
-            return TreeScanner::scan(root, std::nullopt, token, progress);
+        scene.environment.scan = [](const auto& root, const auto& token, const auto& progress,
+                                    const auto& exclusions) {
+            return TreeScanner::scan(root, std::nullopt, token, progress, exclusions);
         };
     }
 

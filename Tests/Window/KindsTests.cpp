@@ -37,7 +37,8 @@ FileTree treeOfAllKinds() {
 class KindsScene : public WindowScene {
 public:
     explicit KindsScene(int width = 1440, int height = 900) {
-        environment.scan = [](const std::string&, const ScanCancellation&, const ScanProgressCallback&) {
+        environment.scan = [](const std::string&, const ScanCancellation&, const ScanProgressCallback&,
+                              const Exclusions&) {
             return ScanResult{.tree = treeOfAllKinds(), .startedAt = {}, .firstProgress = {}, .duration = 1};
         };
         open(width, height);

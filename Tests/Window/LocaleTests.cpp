@@ -24,7 +24,8 @@ const QString spelledOut = QStringLiteral("photo[U+202E]gpj.exe");
 /// A measured folder whose names are not all in one script.
 struct ManyScripts : WindowScene {
     ManyScripts() {
-        environment.scan = [](const std::string&, const ScanCancellation&, const ScanProgressCallback&) {
+        environment.scan = [](const std::string&, const ScanCancellation&, const ScanProgressCallback&,
+                              const Exclusions&) {
             TreeBuilder builder("/data");
             const auto folder = builder.folder(0, "תמונות");
             builder.file(folder, "summer.jpg", 4'000'000'000);

@@ -57,7 +57,7 @@ class MapListScene : public WindowScene {
 public:
     explicit MapListScene(FileTree tree = foldersInFolders(), int width = 1440, int height = 900) {
         environment.scan = [tree = std::move(tree)](const std::string&, const ScanCancellation&,
-                                                    const ScanProgressCallback&) {
+                                                    const ScanProgressCallback&, const Exclusions&) {
             return ScanResult{.tree = tree, .startedAt = {}, .firstProgress = {}, .duration = 1};
         };
         open(width, height);

@@ -41,7 +41,8 @@ FileTree sampleTree() {
 class MapScene : public WindowScene {
 public:
     explicit MapScene(int width = 1440, int height = 900) {
-        environment.scan = [](const std::string&, const ScanCancellation&, const ScanProgressCallback&) {
+        environment.scan = [](const std::string&, const ScanCancellation&, const ScanProgressCallback&,
+                              const Exclusions&) {
             return ScanResult{.tree = sampleTree(), .startedAt = {}, .firstProgress = {}, .duration = 1};
         };
         open(width, height);

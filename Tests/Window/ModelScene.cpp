@@ -40,7 +40,8 @@ ModelScene::ModelScene() : scanner_(std::make_shared<Scanner>()) {
     environment.dataVolumePath = "/data";
     environment.trashFolder = folder_.path("Trash");
     environment.journalPath = folder_.path("journal.jsonl");
-    environment.scan = [scanner = scanner_](const auto& root, const auto& token, const auto& progress) {
+    environment.scan = [scanner = scanner_](const auto& root, const auto& token, const auto& progress,
+                                            const auto& /*exclusions*/) {
         return scanner->run(root, token, progress);
     };
     environment.readVolume = [world = world_](const std::string&) { return LockedWorld(*world)->volume; };

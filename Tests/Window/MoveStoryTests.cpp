@@ -80,12 +80,13 @@ struct MovingInTheWindow : testing::Test {
         }
         useRealHome(scene.environment, place);
         if (edit) {
-            scene.environment.scan = [edit, scan = scene.environment.scan](
-                                         const auto& root, const auto& token, const auto& progress) {
-                auto result = scan(root, token, progress);
-                edit(result.tree);
-                return result;
-            };
+            scene.environment.scan =
+                [edit, scan = scene.environment.scan](const auto& root, const auto& token,
+                                                      const auto& progress, const auto& exclusions) {
+                    auto result = scan(root, token, progress, exclusions);
+                    edit(result.tree);
+                    return result;
+                };
         }
         scene.open(width, height);
         scene.app().scan()->startScan(place);

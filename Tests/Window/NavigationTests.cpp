@@ -188,8 +188,8 @@ TEST(WindowScan, ShowsWhatAFolderHoldsFromTheFirstRunToTheEnd) {
     disk.file("notes/one.pdf", std::size_t{40'000});
     scene.environment.dataVolumePath = disk.path();
     scene.environment.scan = [](const std::string& root, const ScanCancellation& cancellation,
-                                const ScanProgressCallback& progress) {
-        return TreeScanner::scan(root, 1, cancellation, progress);
+                                const ScanProgressCallback& progress, const Exclusions& exclusions) {
+        return TreeScanner::scan(root, 1, cancellation, progress, exclusions);
     };
     scene.open();
     EXPECT_TRUE(scene.says(QStringLiteral("See where 421.8 GB went")));

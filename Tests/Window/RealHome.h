@@ -12,8 +12,8 @@ namespace orbel::test {
 inline void useRealHome(AppEnvironment& environment, const std::string& home) {
     environment.home = home;
     environment.trashFolder = platform::homeTrash(home);
-    environment.scan = [](const auto& root, const auto& token, const auto& progress) {
-        return TreeScanner::scan(root, std::nullopt, token, progress);
+    environment.scan = [](const auto& root, const auto& token, const auto& progress, const auto& exclusions) {
+        return TreeScanner::scan(root, std::nullopt, token, progress, exclusions);
     };
 }
 

@@ -21,8 +21,9 @@ struct RescanInTheModel : testing::Test {
         scene.environment.home = home.path();
         scene.environment.dataVolumePath = home.path();
         scene.environment.trashFolder = platform::homeTrash(home.path());
-        scene.environment.scan = [this](const auto& root, const auto& token, const auto& progress) {
-            auto result = TreeScanner::scan(root, std::nullopt, token, progress);
+        scene.environment.scan = [this](const auto& root, const auto& token, const auto& progress,
+                                        const auto& exclusions) {
+            auto result = TreeScanner::scan(root, std::nullopt, token, progress, exclusions);
             while (isHeld && !token.isCancelled())
                 QThread::msleep(1);
             return result;

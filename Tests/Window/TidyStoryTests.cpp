@@ -39,8 +39,9 @@ struct TidyInTheWindow : testing::Test {
         scene.environment.home = place;
         scene.environment.dataVolumePath = place;
         scene.environment.trashFolder = platform::homeTrash(place);
-        scene.environment.scan = [this](const auto& root, const auto& token, const auto& progress) {
-            auto result = TreeScanner::scan(root, std::nullopt, token, progress);
+        scene.environment.scan = [this](const auto& root, const auto& token, const auto& progress,
+                                        const auto& exclusions) {
+            auto result = TreeScanner::scan(root, std::nullopt, token, progress, exclusions);
             result.cancelled = isPartial;
             return result;
         };

@@ -67,7 +67,8 @@ WindowScene::WindowScene() : gate_(std::make_shared<Gate>()) {
     environment.trashFolder = folder_.path("Trash");
     environment.journalPath = folder_.path("journal.jsonl");
     environment.scan = [gate = gate_](const std::string& /*root*/, const ScanCancellation& cancellation,
-                                      const ScanProgressCallback& progress) {
+                                      const ScanProgressCallback& progress,
+                                      const Exclusions& /*exclusions*/) {
         progress(SampleDisk::progress());
         std::unique_lock lock(gate->mutex);
         while (!gate->isOpen && !cancellation.isCancelled())

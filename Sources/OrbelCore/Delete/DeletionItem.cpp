@@ -1,5 +1,6 @@
 #include "Delete/DeletionItem.h"
 
+#include "Delete/ExclusionReason.h"
 #include "Delete/ItemNote.h"
 #include "Delete/ManageHint.h"
 #include "Safety/NeverTouch.h"
@@ -45,6 +46,8 @@ std::optional<std::string> refusalOf(const DeletionItem& item, const SafetyPolic
 
 std::optional<std::string> blockedReasonFor(const FileTree& tree, NodeIndex index, const DeletionItem& item,
                                             const SafetyPolicy& policy, SafetyPolicy::SeenFolders& seen) {
+    if (auto reason = exclusionReason(tree, index, policy.homePath()))
+        return reason;
     if (!tree.matchesScan(index, item.scanStamp))
         return "Changed since the scan — scan again";
     if (const auto found = tree.protectedInside(index))

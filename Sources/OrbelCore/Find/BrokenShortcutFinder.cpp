@@ -133,7 +133,7 @@ void addBookmarks(const FileTree& tree, const std::vector<PlaceMarks>& marks, In
                   const std::string& home, std::vector<BrokenShortcutFinder::Row>& rows) {
     for (const auto& bookmark : platform::fileManagerBookmarks(home)) {
         const auto list = tree.index(bookmark.list, PathCanonicalizer::shared());
-        if (!list || marks[*list].intersects(PlaceMarks::gone))
+        if (!list || marks[*list].intersects(PlaceMarks::gone) || tree.isExcluded(*list))
             continue;
         auto found = inspector.lookInto(bookmark);
         if (!found)
@@ -164,7 +164,7 @@ std::vector<BrokenShortcutFinder::Row> BrokenShortcutFinder::run(const FileTree&
     Inspector inspector(policy.homePath(), tree.rootPath);
     std::vector<Row> rows;
     for (NodeIndex i = 0; i < tree.count(); ++i) {
-        if (marks[i].intersects(leftAlone))
+        if (marks[i].intersects(leftAlone) || tree.isExcluded(i))
             continue;
         auto found = inspector.lookInto(tree, i, marks[i]);
         if (!found)

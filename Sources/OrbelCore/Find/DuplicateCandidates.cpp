@@ -65,7 +65,7 @@ std::vector<NodeIndex> DuplicateFinder::candidates(const FileTree& tree, const s
             const bool isLibrary = start->isHome && name == "Library" && tree.parent(node) == start->node;
             if (!isNeverEntered(name) && !isLibrary && !tree.flags(node).contains(NodeFlags::package))
                 putChildren(node);
-        } else if (!name.starts_with('.') && !tree.flags(node).intersects(neverRead)
+        } else if (!name.starts_with('.') && !tree.flags(node).intersects(neverRead) && !tree.isExcluded(node)
                    && tree.logical(node) >= minimumBytes) {
             found.push_back(node);
         }

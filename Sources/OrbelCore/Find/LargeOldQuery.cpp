@@ -33,7 +33,8 @@ std::vector<NodeIndex> LargeOldQuery::candidates(const FileTree& tree) const {
                                  || tree.flags(parent).contains(NodeFlags::package);
         const auto flags = tree.flags(i);
         if (!isPartOfAnother[i] && tree.allocatedBytes[i] >= minimumBytes && !isPlainFolder(flags)
-            && !flags.intersects(neverListed) && (kinds.empty() || kinds.contains(tree.kind(i)))
+            && !flags.intersects(neverListed) && !tree.isExcluded(i)
+            && (kinds.empty() || kinds.contains(tree.kind(i)))
             && (contents.empty() || contents.contains(contentKind(tree, i))))
             found.push_back(i);
     }

@@ -3,6 +3,7 @@
 #include "Util/PathText.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <unordered_map>
 
@@ -25,6 +26,24 @@ struct Change {
     bool mayBeListed = false;  ///< it, or what is in it, may be listed apart from what holds it
 };
 
+/// Whether only one of two scans left out the folder, something in it, or what holds it.
+class DifferentlyExcluded {
+public:
+    DifferentlyExcluded(const ScanSummary& before, const ScanSummary& after) {
+        std::ranges::set_symmetric_difference(before.excludedFolders, after.excludedFolders,
+                                              std::back_inserter(paths_));
+    }
+
+    bool concerns(const std::string& folder) const {
+        return std::ranges::any_of(paths_, [&](const std::string& path) {
+            return folder.empty() || isPathInside(path, folder) || isPathInside(folder, path);
+        });
+    }
+
+private:
+    std::vector<std::string> paths_;
+};
+
 std::vector<Change> changes(const ScanSummary& before, const ScanSummary& after) {
     struct Named {
         std::uint64_t bytes;
@@ -37,6 +56,7 @@ std::vector<Change> changes(const ScanSummary& before, const ScanSummary& after)
             earlier.at(before.folders[folder.parent].path).unnamed -= folder.bytes;
     }
 
+    const DifferentlyExcluded different(before, after);
     const auto& folders = after.folders;
     std::vector<Change> all(folders.size());
     for (std::size_t i = 0; i < folders.size(); ++i) {
@@ -52,6 +72,8 @@ std::vector<Change> changes(const ScanSummary& before, const ScanSummary& after)
             change.most = bytes;
         }
         change.least = excess(bytes, change.before);
+        if (different.concerns(folders[i].path))
+            change.least = change.most = 0;
     }
     return all;
 }

@@ -34,7 +34,8 @@ struct Growth {
     /// Nothing counts twice. A folder is listed by itself when it makes up a twentieth or more of what grew
     /// in the one that holds it; that one is left with the rest, or left out when that is less than a tenth.
     /// What the earlier summary was too short to name is taken to have weighed as much then as it can have,
-    /// so that no figure is larger than the truth.
+    /// so that no figure is larger than the truth. A folder that only one of the two scans left out, what is
+    /// in it and what holds it are not compared; what lies beside it is.
     static Growth between(const ScanSummary& before, const ScanSummary& after);
 };
 

@@ -32,20 +32,23 @@ std::string GrowthStore::defaultFolder(const std::string& applicationSupportFold
     return joinedPath(applicationSupportFolder, "Ostrevo Orbel/growth");
 }
 
-std::string GrowthStore::pathFor(const std::string& root) const {
+std::string GrowthStore::pathFor(const std::string& root, const Patterns& patterns) const {
+    std::string key = root;
+    for (const auto& pattern : patterns)
+        key += '\0' + pattern;
     constexpr std::string_view digits = "0123456789abcdef";
     std::string name;
-    const auto hash = stableHash(root);
+    const auto hash = stableHash(key);
     for (int shift = 60; shift >= 0; shift -= 4)
         name += digits[hash >> shift & 0xF];
     return joinedPath(folder_, name + ".json");
 }
 
-std::optional<ScanSummary> GrowthStore::latest(const std::string& root) const {
+std::optional<ScanSummary> GrowthStore::latest(const std::string& root, const Patterns& patterns) const {
     const auto folder = openExistingFolder(folder_);
     if (!folder)
         return std::nullopt;
-    const auto path = pathFor(root);
+    const auto path = pathFor(root, patterns);
     const auto opened = PrivateFile::open(folder.get(), std::string(lastPathComponent(path)),
                                           PrivateFile::Access::read, path);
     struct stat status {};
@@ -53,7 +56,8 @@ std::optional<ScanSummary> GrowthStore::latest(const std::string& root) const {
         return std::nullopt;
     const auto text = readFile(opened->file.get());
     auto summary = text ? summaryIn(*text) : std::nullopt;
-    return summary && summary->root == root ? std::move(summary) : std::nullopt;
+    const bool isMeant = summary && summary->root == root && summary->excludedPatterns == patterns;
+    return isMeant ? std::move(summary) : std::nullopt;
 }
 
 GrowthStore::Kept GrowthStore::keep(const FileTree& tree, Date measuredAt) const {
@@ -61,9 +65,9 @@ GrowthStore::Kept GrowthStore::keep(const FileTree& tree, Date measuredAt) const
     if (!summary)
         return {};
     Kept kept;
-    if (const auto earlier = latest(summary->root))
+    if (const auto earlier = latest(summary->root, summary->excludedPatterns))
         kept.growth = Growth::between(*earlier, *summary);
-    const auto path = pathFor(summary->root);
+    const auto path = pathFor(summary->root, summary->excludedPatterns);
     if (const auto folder = openFolder(folder_); !folder)
         kept.failure = folder.error().words;
     else if (const auto written = replaceFile(path, summaryText(*summary), FileAccess::ownerOnly); !written)

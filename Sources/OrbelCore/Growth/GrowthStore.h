@@ -8,8 +8,9 @@
 
 namespace orbel {
 
-/// The summaries of earlier scans, one file for each root, in a folder of this user's own. Files that are
-/// damaged or not this user's own are never believed; damaged ones are replaced.
+/// The summaries of earlier scans, one file for each root and the patterns that were left out of it, in a
+/// folder of this user's own. Files that are damaged or not this user's own are never believed; damaged ones
+/// are replaced.
 ///
 /// Any thread may use it. Of two scans of one root that end at the same time one is kept, and whole.
 class GrowthStore {
@@ -20,21 +21,24 @@ public:
         std::optional<std::string> failure; ///< why this one could not be kept, to be shown
     };
 
+    /// ScanSummary::excludedPatterns.
+    using Patterns = std::vector<std::string>;
+
     /// A store in the folder at this absolute path, which is made (mode 0700) when something is to be kept.
     explicit GrowthStore(std::string folder) : folder_(std::move(folder)) {}
 
     /// The store's place in the folder where applications keep their data: beside the journal.
     static std::string defaultFolder(const std::string& applicationSupportFolder);
 
-    /// Compares a complete scan with the one of the same root that was kept last, and keeps it (mode 0600) in
-    /// that one's place. What ScanSummary::of() has nothing for is neither kept nor compared.
+    /// Compares a complete scan with the one of the same root and patterns that was kept last, and keeps it
+    /// (mode 0600) in that one's place. What ScanSummary::of() has nothing for is neither kept nor compared.
     Kept keep(const FileTree& tree, Date measuredAt) const;
 
     /// The summary kept last of a root that was walked; absent when there is none that can be believed.
-    std::optional<ScanSummary> latest(const std::string& root) const;
+    std::optional<ScanSummary> latest(const std::string& root, const Patterns& patterns = {}) const;
 
     /// The file of a root's summary.
-    std::string pathFor(const std::string& root) const;
+    std::string pathFor(const std::string& root, const Patterns& patterns = {}) const;
 
 private:
     std::string folder_;

@@ -35,6 +35,11 @@ struct ScanSummary {
     /// more together than it.
     std::vector<Folder> folders;
 
+    /// What the scan was told to leave out, ascending: folders inside the root, as in Folder::path, and
+    /// patterns. Summaries from before this was kept have none.
+    std::vector<std::string> excludedFolders{};
+    std::vector<std::string> excludedPatterns{};
+
     bool operator==(const ScanSummary&) const = default;
 
     /// Absent when there is nothing that could be compared: the root is no folder, could not be read, or

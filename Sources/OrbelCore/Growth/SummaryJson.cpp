@@ -57,18 +57,38 @@ std::optional<std::vector<ScanSummary::Folder>> foldersIn(const json& rows) {
     return folders;
 }
 
+/// The texts of a list; none where it is missing. Another type throws, as does a list that is not ascending.
+std::vector<std::string> textsAt(const json& object, const char* key) {
+    std::vector<std::string> texts;
+    const auto* const list = optionalAt(object, key);
+    if (list == nullptr)
+        return texts;
+    if (!list->is_array())
+        rejectMember(object, key);
+    for (const auto& text : *list) {
+        if (!text.is_string() || (!texts.empty() && text.get_ref<const std::string&>() <= texts.back()))
+            rejectMember(object, key);
+        texts.push_back(text.get<std::string>());
+    }
+    return texts;
+}
+
 } // namespace
 
 std::string summaryText(const ScanSummary& summary) {
     json rows = json::array();
     for (const auto& folder : summary.folders)
         rows.push_back(json::array({folder.path, folder.bytes}));
-    return compactJson({{"version", formatVersion},
-                        {"root", summary.root},
-                        {"measuredAt", iso8601(summary.measuredAt)},
-                        {"completeFrom", summary.completeFrom},
-                        {"folders", std::move(rows)}})
-           + "\n";
+    json file{{"version", formatVersion},
+              {"root", summary.root},
+              {"measuredAt", iso8601(summary.measuredAt)},
+              {"completeFrom", summary.completeFrom},
+              {"folders", std::move(rows)}};
+    if (!summary.excludedFolders.empty())
+        file["excludedFolders"] = summary.excludedFolders;
+    if (!summary.excludedPatterns.empty())
+        file["excludedPatterns"] = summary.excludedPatterns;
+    return compactJson(file) + "\n";
 }
 
 std::optional<ScanSummary> summaryIn(std::string_view text) {
@@ -82,7 +102,9 @@ std::optional<ScanSummary> summaryIn(std::string_view text) {
         ScanSummary summary{.root = textAt(parsed, "root"),
                             .measuredAt = dateAt(parsed, "measuredAt"),
                             .completeFrom = unsignedAt(parsed, "completeFrom"),
-                            .folders = {}};
+                            .folders = {},
+                            .excludedFolders = textsAt(parsed, "excludedFolders"),
+                            .excludedPatterns = textsAt(parsed, "excludedPatterns")};
         if (!folders || !summary.root.starts_with('/'))
             return std::nullopt;
         summary.folders = std::move(*folders);

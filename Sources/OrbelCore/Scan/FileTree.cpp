@@ -102,6 +102,11 @@ bool FileTree::isAlias(NodeIndex node) const {
     return aliasNodes.contains(node);
 }
 
+bool FileTree::isExcluded(NodeIndex node) const {
+    requireNode(node);
+    return !excludedNodes.empty() && excludedNodes.contains(node);
+}
+
 std::uint64_t FileTree::unreadableIn(NodeIndex node) const {
     requireNode(node);
     const auto known = unreadableInside.find(node);
@@ -120,20 +125,32 @@ bool FileTree::isAttached(NodeIndex node) const {
     return node == 0;
 }
 
-std::optional<NodeIndex> FileTree::otherVolumeInside(NodeIndex node) const {
-    requireNode(node);
-    if (otherVolumeCount == 0)
-        return std::nullopt;
+template <class Test>
+std::optional<NodeIndex> FileTree::notEnteredInside(NodeIndex node, Test test) const {
     std::vector<NodeIndex> open{node};
     while (!open.empty()) {
         const NodeIndex i = open.back();
         open.pop_back();
-        if (flags(i).contains(NodeFlags::otherVolume))
+        if (flags(i).contains(NodeFlags::otherVolume) && test(i))
             return i;
         const auto inside = children(i);
         open.insert(open.end(), inside.begin(), inside.end());
     }
     return std::nullopt;
+}
+
+std::optional<NodeIndex> FileTree::otherVolumeInside(NodeIndex node) const {
+    requireNode(node);
+    if (otherVolumeCount == 0)
+        return std::nullopt;
+    return notEnteredInside(node, [this](NodeIndex i) { return !isExcluded(i); });
+}
+
+std::optional<NodeIndex> FileTree::excludedInside(NodeIndex node) const {
+    requireNode(node);
+    if (excludedNodes.empty())
+        return std::nullopt;
+    return notEnteredInside(node, [this](NodeIndex i) { return isExcluded(i); });
 }
 
 /// The folder that holds a node below the root, or held it until it was detached.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Safety/FileIdentity.h"
+#include "Scan/Exclusions.h"
 #include "Scan/FileKind.h"
 #include "Scan/NodeFlags.h"
 #include "Util/Column.h"
@@ -68,6 +69,10 @@ struct FileTree {
     std::vector<NodeIndex> protectedNodes;
     std::unordered_set<NodeIndex> protectedContainers; ///< nodes that are, or contain, protected data
     std::unordered_set<NodeIndex> aliasNodes;          ///< alias files of the file manager
+    /// What the scan left out because it was told to: nodes without children or bytes, flagged `otherVolume`
+    /// like all that is not entered.
+    std::unordered_set<NodeIndex> excludedNodes;
+    Exclusions exclusions; ///< what the scan was told to leave out
     /// By file: the bytes that a group of hard links occupies once, and its members in node order.
     std::unordered_map<FileIdentity, std::uint64_t> hardLinkSizes;
     std::unordered_map<FileIdentity, std::vector<NodeIndex>> hardLinkMembers;
@@ -112,6 +117,8 @@ struct FileTree {
     bool isFolder(NodeIndex node) const;
     FileKind kind(NodeIndex node) const;
     bool isAlias(NodeIndex node) const;
+    /// Left out by the scan: what it holds is not known.
+    bool isExcluded(NodeIndex node) const;
     /// How many entries could not be read: below the node, and the node itself.
     std::uint64_t unreadableIn(NodeIndex node) const;
     bool containsProtectedData(NodeIndex node) const;
@@ -119,6 +126,8 @@ struct FileTree {
     std::optional<NodeIndex> protectedInside(NodeIndex node) const;
     /// Where another volume begins in `node`, or at it; one of several.
     std::optional<NodeIndex> otherVolumeInside(NodeIndex node) const;
+    /// What was left out of the scan in `node`, or is it; one of several.
+    std::optional<NodeIndex> excludedInside(NodeIndex node) const;
     bool isAttached(NodeIndex node) const;
 
     /// The absolute path as it was walked, in raw bytes; of a detached node the path it had.
@@ -158,12 +167,18 @@ struct FileTree {
     /// root, and `fresh` holds a folder.
     FileTree spliced(NodeIndex folder, const FileTree& fresh) const;
 
+    /// This tree as if the scan had left the folder out, with the exclusions unchanged. Stops the process
+    /// unless it is attached and below the root.
+    FileTree leavingOut(NodeIndex folder) const;
+
     /// Sums folders up from their attached children, counts descendants and what could not be read, and
     /// builds the child lists.
     void recomputeTotals();
 
 private:
     void requireNode(NodeIndex node) const;
+    template <class Test>
+    std::optional<NodeIndex> notEnteredInside(NodeIndex node, Test test) const;
     NodeIndex holderOf(NodeIndex node) const;
     void groupHardLinks(std::span<const HardLinkCandidate> candidates);
     void assignHardLinkOwners();

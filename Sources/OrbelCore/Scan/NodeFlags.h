@@ -16,7 +16,9 @@ struct NodeFlags {
     /// A hard link whose bytes another member of its group carries.
     static const NodeFlags linkCountedElsewhere;
     static const NodeFlags mayShareBlocks; ///< its blocks may belong to another file too
-    static const NodeFlags otherVolume;    ///< where another volume is mounted; not descended into
+    /// Where another volume is mounted, or what the scan was to leave out (FileTree::isExcluded): it is not
+    /// descended into and weighs nothing.
+    static const NodeFlags otherVolume;
 
     /// Whether every flag of `other` is set here.
     constexpr bool contains(NodeFlags other) const { return (rawValue & other.rawValue) == other.rawValue; }

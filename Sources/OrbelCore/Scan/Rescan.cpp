@@ -2,6 +2,7 @@
 
 #include "Platform/DirectoryReader.h"
 #include "Platform/FileStatus.h"
+#include "Safety/PathCanonicalizer.h"
 #include "Safety/RealPath.h"
 #include "Scan/MountBoundary.h"
 #include "Util/PageArray.h"
@@ -41,14 +42,18 @@ NodeIndex belowMounts(const FileTree& tree, NodeIndex node) {
 
 } // namespace
 
-RescanTarget rescanTarget(const FileTree& tree, NodeIndex node) {
+RescanTarget rescanTarget(const FileTree& tree, NodeIndex node, const Exclusions& exclusions) {
     using Kind = RescanTarget::Kind;
     if (!tree.isAttached(node))
         return {.kind = Kind::gone, .node = node};
+    const auto& names = PathCanonicalizer::shared();
+    const auto root = tree.path(0, names);
     for (node = belowMounts(tree, node); node != 0; node = tree.parent(node).value_or(0)) {
-        if (!tree.isFolder(node) || tree.flags(node).intersects(NodeFlags::otherVolume | NodeFlags::dataless))
-            continue;
         const auto path = tree.walkedPath(node);
+        const bool isElsewhere = tree.flags(node).contains(NodeFlags::otherVolume) && !tree.isExcluded(node);
+        if (!tree.isFolder(node) || isElsewhere || tree.flags(node).contains(NodeFlags::dataless)
+            || exclusions.leavesOut(tree.path(node, names), root))
+            continue;
         const auto isGone = isNothingAt(path);
         if (!isGone)
             return {.kind = Kind::unreachable, .node = node};

@@ -24,7 +24,8 @@ struct RescanTarget {
 /// The folder to measure again when that is asked for `node`: itself, or the nearest folder above that is
 /// still what the scan saw there. Only such a folder can be measured by itself and give what a whole scan
 /// would give for it: what has become a file, a link or the place of another volume since, and what a whole
-/// scan does not enter, is for the folder that holds it. Asks the disk; triggers no automount.
-RescanTarget rescanTarget(const FileTree& tree, NodeIndex node);
+/// scan does not enter, is for the folder that holds it. `exclusions` are those of the scan to come: a folder
+/// that was left out and is not any more can be measured by itself. Asks the disk; triggers no automount.
+RescanTarget rescanTarget(const FileTree& tree, NodeIndex node, const Exclusions& exclusions = {});
 
 } // namespace orbel

@@ -45,7 +45,8 @@ std::future<ScanResult> TreeScanner::scanInBackground(std::string root, std::opt
 }
 
 ScanResult TreeScanner::scan(const std::string& root, std::optional<int> workers,
-                             const ScanCancellation& cancellation, const ScanProgressCallback& progress) {
+                             const ScanCancellation& cancellation, const ScanProgressCallback& progress,
+                             const Exclusions& exclusions) {
     const auto start = std::chrono::steady_clock::now();
     ScanResult result;
     result.startedAt = std::chrono::system_clock::now();
@@ -55,7 +56,7 @@ ScanResult TreeScanner::scan(const std::string& root, std::optional<int> workers
         if (progress)
             progress(report);
     };
-    auto walked = Walker::walk(root, workers, cancellation, progressInterval, noteFirst);
+    auto walked = Walker::walk(root, workers, cancellation, progressInterval, noteFirst, exclusions);
     result.tree = std::move(walked.tree);
     result.cancelled = walked.cancelled;
     result.duration = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();

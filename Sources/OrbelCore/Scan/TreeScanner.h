@@ -35,11 +35,13 @@ public:
                                                     ScanProgressCallback progress);
 
     /// Scans on the calling thread and its workers. `workers` absent means the platform's default. Progress,
-    /// where asked for, comes every 0.25 seconds on the calling thread and once at the end.
+    /// where asked for, comes every 0.25 seconds on the calling thread and once at the end. What the
+    /// exclusions name is left out, unless it is the root.
     static ScanResult scan(const std::string& root, std::optional<int> workers,
-                           const ScanCancellation& cancellation, const ScanProgressCallback& progress);
+                           const ScanCancellation& cancellation, const ScanProgressCallback& progress,
+                           const Exclusions& exclusions = {});
 
-    /// Measures one file or folder, a symbolic link as the link itself. Blocks.
+    /// Measures one file or folder, a symbolic link as the link itself; leaves nothing out. Blocks.
     static Measurement measure(const std::string& path, std::optional<int> workers = std::nullopt);
 
     /// The same, derived from a scan of the folder.

@@ -73,6 +73,8 @@ private:
 
     /// What was detached stays as long as it can come back: its folder is still there, and its place is free.
     bool isKeptDetached(NodeIndex node) const {
+        if (fresh_.isExcluded(0)) // nothing is known of what is in it any more
+            return false;
         if (!old_.detachedFrom.contains(node))
             return old_.parentIndex[node] != folder_ && newIndex_[old_.parentIndex[node]] != none
                    && inside_[old_.parentIndex[node]];
@@ -154,6 +156,21 @@ void joinOtherDevices(FileTree& made, const FileTree& old, const FileTree& fresh
         made.otherDevices[plan.ofFresh(node)] = device;
 }
 
+/// What is left out of both trees. Returns how many nodes of it the fresh tree takes the place of.
+std::uint64_t joinExcluded(FileTree& made, const FileTree& old, NodeIndex folder, const FileTree& fresh,
+                           const Plan& plan) {
+    std::uint64_t replaced = 0;
+    for (const NodeIndex node : old.excludedNodes) {
+        if (node != folder && plan.ofOld(node) != none)
+            made.excludedNodes.insert(plan.ofOld(node));
+        else
+            ++replaced;
+    }
+    for (const NodeIndex node : fresh.excludedNodes)
+        made.excludedNodes.insert(plan.ofFresh(node));
+    return replaced;
+}
+
 /// The entries of both trees that are no nodes. Returns how many those are that the fresh tree takes
 /// the place of.
 std::uint64_t joinUnlistedEntries(FileTree& made, const FileTree& old, NodeIndex folder,
@@ -219,6 +236,7 @@ FileTree FileTree::spliced(NodeIndex folder, const FileTree& fresh) const {
     const Plan plan(*this, folder, fresh);
 
     FileTree made(rootPath, requestedRootPath);
+    made.exclusions = exclusions;
     Appender appender(made, plan.count(), names.size() + fresh.names.size());
     for (NodeIndex i = 0; i < count(); ++i) {
         if (!plan.isInside(i))
@@ -249,6 +267,7 @@ FileTree FileTree::spliced(NodeIndex folder, const FileTree& fresh) const {
     }
     for (const NodeIndex node : fresh.aliasNodes)
         made.aliasNodes.insert(plan.ofFresh(node));
+    const auto excludedBefore = joinExcluded(made, *this, folder, fresh, plan);
     joinOtherDevices(made, *this, fresh, plan);
     const auto unlistedBefore = joinUnlistedEntries(made, *this, folder, fresh, plan);
     const auto count = [&](std::uint64_t FileTree::*sum, NodeFlags flag, std::uint64_t besides) {
@@ -257,13 +276,29 @@ FileTree FileTree::spliced(NodeIndex folder, const FileTree& fresh) const {
     made.device = device;
     count(&FileTree::unreadableCount, NodeFlags::unreadable, unlistedBefore);
     count(&FileTree::datalessCount, NodeFlags::dataless, 0);
-    count(&FileTree::otherVolumeCount, NodeFlags::otherVolume, 0);
+    made.otherVolumeCount = exchanged(
+        otherVolumeCount, replacedWith(NodeFlags::otherVolume, *this, folder, plan) - excludedBefore,
+        fresh.otherVolumeCount);
 
     joinHardLinks(made, *this, fresh, plan);
     made.assignHardLinkOwners();
     made.recomputeTotals();
     made.markProtectedData();
     return made;
+}
+
+FileTree FileTree::leavingOut(NodeIndex folder) const {
+    FileTree alone(walkedPath(folder));
+    Appender(alone, 1, 0).add(*this, folder, noParent);
+    alone.names.clear();
+    alone.nameLength[0] = 0;
+    constexpr NodeFlags contents = NodeFlags::unreadable | NodeFlags::dataless;
+    alone.allocatedBytes[0] = 0;
+    alone.nodeFlags[0] = flags(folder).without(contents).with(NodeFlags::otherVolume).rawValue;
+    alone.device = device;
+    alone.excludedNodes.insert(0);
+    alone.finalize({});
+    return spliced(folder, alone);
 }
 
 } // namespace orbel

@@ -205,6 +205,8 @@ std::vector<FileTree::HardLinkCandidate> merge(WorkUnit& root, std::span<WorkerS
     for (const WorkerStore& store : stores) {
         for (const AliasPlace& alias : store.aliases)
             into.aliasNodes.insert(gone.placeOf(alias.folder->firstNode + alias.position));
+        for (const ExcludedPlace& left : store.excluded)
+            into.excludedNodes.insert(gone.placeOf(left.folder->firstNode + left.position));
         for (const OtherDevice& other : store.otherDevices)
             into.otherDevices[gone.placeOf(other.folder->firstNode + other.position)] = other.device;
         for (const UnlistedEntries& unlisted : store.unlisted)

@@ -105,6 +105,12 @@ struct AliasPlace {
     std::uint32_t position;
 };
 
+/// What is left out: its folder and its position there.
+struct ExcludedPlace {
+    const WorkUnit* folder;
+    std::uint32_t position;
+};
+
 /// A file that shows another device than the root: its folder and its position there.
 struct OtherDevice {
     const WorkUnit* folder;
@@ -123,6 +129,7 @@ struct WorkerStore {
     std::vector<std::unique_ptr<Chunk>> chunks;
     std::deque<WorkUnit> units; ///< addresses are stable
     std::vector<AliasPlace> aliases;
+    std::vector<ExcludedPlace> excluded;
     std::vector<OtherDevice> otherDevices;
     std::vector<const WorkUnit*> gone;     ///< folders that were listed by their parent and then not there
     std::vector<UnlistedEntries> unlisted; ///< one for each folder that has such entries

@@ -206,15 +206,25 @@ void WalkWorker::add(WorkUnit& unit, const DirectoryEntry& entry) {
     platform::EntryAttributes attributes = entry.attributes;
     // On some file systems (overlay) files and folders of one mount differ in device, so for a file only the
     // mount tells. What another volume or a second mount of this one shows here is counted there, not here.
+    const bool isLeftOut = !context_.exclusions.isEmpty() && isExcluded(unit, entry.name);
     const bool isElsewhere =
-        isFolder ? isMountPoint(unit, entry.name) || (entry.place && *entry.place != context_.place)
-                 : entry.place && entry.place->mountId != context_.place.mountId;
-    if (isElsewhere) {
+        isLeftOut  ? false
+        : isFolder ? isMountPoint(unit, entry.name) || (entry.place && *entry.place != context_.place)
+                   : entry.place && entry.place->mountId != context_.place.mountId;
+    const bool isEntered = !isElsewhere && !isLeftOut;
+    if (!isEntered) {
         flags = flags.with(NodeFlags::otherVolume);
         attributes.allocatedBytes = 0;
-        ++otherVolume_;
     }
-    if (!isFolder && !isElsewhere && entry.place && entry.place->device != context_.place.device)
+    if (isElsewhere)
+        ++otherVolume_;
+    if (isLeftOut) {
+        store_.excluded.push_back({.folder = &unit, .position = unit.entries});
+        // Neither missing from the disk nor a shortcut to look into: nothing is known of it.
+        attributes.isDataless = attributes.isAlias = false;
+        flags = flags.without(NodeFlags::dataless);
+    }
+    if (!isFolder && isEntered && entry.place && entry.place->device != context_.place.device)
         store_.otherDevices.push_back(
             {.folder = &unit, .position = unit.entries, .device = entry.place->device});
     if (attributes.isDataless)
@@ -239,7 +249,7 @@ void WalkWorker::add(WorkUnit& unit, const DirectoryEntry& entry) {
         store_.aliases.push_back({.folder = &unit, .position = unit.entries});
 
     Slot* const slot = unit.parent == nullptr ? addSlot(entry.name, isFolder) : unit.slot;
-    if (isFolder && !isElsewhere && !attributes.isDataless)
+    if (isFolder && isEntered && !attributes.isDataless)
         addFolder(unit, chunk, place, nameStart, slot);
     ++unit.entries;
 
@@ -268,13 +278,23 @@ void WalkWorker::addFolder(WorkUnit& unit, Chunk& chunk, std::uint32_t place, st
 bool WalkWorker::isMountPoint(const WorkUnit& folder, std::string_view name) const {
     if (!context_.boundary.mayContain(name))
         return false;
+    return context_.boundary.contains(pathOf(folder, name));
+}
+
+bool WalkWorker::isExcluded(const WorkUnit& folder, std::string_view name) const {
+    const auto& rules = context_.exclusions;
+    return rules.leavesOutName(name)
+           || (rules.mayLeaveOut(name) && rules.leavesOutPath(pathOf(folder, name)));
+}
+
+std::string WalkWorker::pathOf(const WorkUnit& folder, std::string_view name) const {
     std::vector<std::string_view> names{name};
     for (const WorkUnit* i = &folder; i->parent != nullptr; i = i->parent)
         names.push_back(i->name());
     std::string path = context_.rootPath;
     for (const std::string_view component : names | std::views::reverse)
         path = joinedPath(path, component);
-    return context_.boundary.contains(path);
+    return path;
 }
 
 Slot* WalkWorker::addSlot(std::string_view name, bool isFolder) {

@@ -2,6 +2,7 @@
 
 #include "Platform/DirectoryReader.h"
 #include "Scan/DescriptorShortage.h"
+#include "Scan/ExclusionRules.h"
 #include "Scan/MountBoundary.h"
 #include "Scan/ScanCancellation.h"
 #include "Scan/WalkQueue.h"
@@ -30,6 +31,7 @@ struct WalkContext {
     int rootDescriptor = -1;       ///< open for the whole walk
     platform::MountIdentity place; ///< of the root; an entry with another one is on another volume
     MountBoundary boundary;
+    ExclusionRules exclusions;
     const ScanCancellation& cancellation;
 
     /// How many folders may keep their descriptor open for what lies inside; beyond that, folders are opened
@@ -65,6 +67,8 @@ private:
     void add(WorkUnit& unit, const platform::DirectoryEntry& entry);
     void addFolder(WorkUnit& unit, Chunk& chunk, std::uint32_t place, std::uint32_t nameStart, Slot* slot);
     bool isMountPoint(const WorkUnit& folder, std::string_view name) const;
+    bool isExcluded(const WorkUnit& folder, std::string_view name) const;
+    std::string pathOf(const WorkUnit& folder, std::string_view name) const;
     Slot* addSlot(std::string_view name, bool isFolder);
     void flag(const WorkUnit& unit, NodeFlags flags);
     void markUnreadable(const WorkUnit& unit);

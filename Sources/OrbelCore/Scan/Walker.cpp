@@ -108,6 +108,7 @@ void walkFolder(FileTree& tree, int wantedWorkers, const ScanCancellation& cance
         .rootDescriptor = root->descriptor(),
         .place = place,
         .boundary = MountBoundary(platform::mountTable(), tree.rootPath, place.mountId),
+        .exclusions = ExclusionRules(tree.exclusions, tree.rootPath),
         .cancellation = cancellation,
         .openFolderLimit = share.openFolders,
         .slotsMutex = {},
@@ -153,9 +154,10 @@ void walkFolder(FileTree& tree, int wantedWorkers, const ScanCancellation& cance
 Walker::Result Walker::walk(const std::string& root, std::optional<int> workers,
                             const ScanCancellation& cancellation,
                             std::chrono::duration<double> progressInterval,
-                            const ScanProgressCallback& progress) {
+                            const ScanProgressCallback& progress, const Exclusions& exclusions) {
     Result result{.tree = FileTree(RealPath::resolve(root).value_or(root), root), .cancelled = false};
     FileTree& tree = result.tree;
+    tree.exclusions = exclusions;
     const auto status = platform::fileStatus(tree.rootPath);
     if (status) {
         appendRoot(tree, *status);

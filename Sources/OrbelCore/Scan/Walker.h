@@ -31,7 +31,7 @@ public:
     /// lists them, and folder follows folder depth first.
     static Result walk(const std::string& root, std::optional<int> workers,
                        const ScanCancellation& cancellation, std::chrono::duration<double> progressInterval,
-                       const ScanProgressCallback& progress);
+                       const ScanProgressCallback& progress, const Exclusions& exclusions = {});
 
     static constexpr std::size_t workerStackBytes = 1024 * 1024;
 };

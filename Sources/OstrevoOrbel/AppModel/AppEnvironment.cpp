@@ -45,8 +45,8 @@ AppEnvironment AppEnvironment::ofThisUser() {
     if (!SafetyPolicy(environment.home).homeReason())
         environment.growthFolder = GrowthStore::defaultFolder(applicationSupport);
     environment.scan = [](const std::string& root, const ScanCancellation& cancellation,
-                          const ScanProgressCallback& progress) {
-        return TreeScanner::scan(root, std::nullopt, cancellation, progress);
+                          const ScanProgressCallback& progress, const Exclusions& exclusions) {
+        return TreeScanner::scan(root, std::nullopt, cancellation, progress, exclusions);
     };
     environment.readVolume = VolumeInfo::read;
     environment.mountTable = platform::mountTable;

@@ -43,7 +43,8 @@ struct AppEnvironment {
     std::string growthFolder; ///< of the summaries of earlier scans; empty when none are to be kept
 
     /// Blocks until the scan is done. Progress comes on the thread that it is called on.
-    std::function<ScanResult(const std::string& root, const ScanCancellation&, const ScanProgressCallback&)>
+    std::function<ScanResult(const std::string& root, const ScanCancellation&, const ScanProgressCallback&,
+                             const Exclusions&)>
         scan;
     std::function<std::optional<VolumeInfo>(const std::string& path)> readVolume;
     std::function<std::vector<platform::Mount>()> mountTable;

@@ -36,6 +36,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       putBack_(environment_, putBackService_, activity_),
       moves_(environment_, session_, scan_, putBack_, shown_, activity_, notice_),
       rescan_(environment_, scan_, treeEdits_, moves_, activity_, notice_),
+      exclusions_(environment_, scan_, treeEdits_, rescan_, moves_, activity_, notice_),
       // In a home where nothing may be changed, nothing is settled either.
       journal_(environment_, journalStore_, !policy_->homeReason(), putBackService_, putBack_, activity_,
                notice_),
@@ -43,7 +44,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       largeOld_(environment_, policy_, scan_, moves_),
       duplicates_(environment_, policy_, scan_, moves_, shown_, notice_),
       tidy_(environment_, policy_, scan_, moves_, shown_),
-      apps_(environment_, policy_, moves_, shown_, notice_),
+      apps_(environment_, policy_, scan_, moves_, shown_, notice_),
       alert_(environment_, disk_, notice_),
       appearance_(environment_),
       actions_(*environment_.desktop, policy_->canonicalizer(), notice_,
@@ -53,6 +54,11 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
     connect(&actions_, &ItemActions::mapWanted, this, &AppModel::showOnMap);
     connect(&map_, &MapModel::tickRefused, &actions_, &ItemActions::explainRefusal);
     connect(&actions_, &ItemActions::measureWanted, &rescan_, &RescanFlow::start);
+    connect(&actions_, &ItemActions::exclusionWanted, &exclusions_, &ExclusionFlow::exclude);
+    connect(&actions_, &ItemActions::inclusionWanted, &exclusions_, &ExclusionFlow::include);
+    // What does not follow the tree is asked about again.
+    connect(&exclusions_, &ExclusionFlow::changed, &duplicates_, &DuplicatesFlow::checkAll);
+    connect(&exclusions_, &ExclusionFlow::changed, &apps_, &AppsFlow::makePlan);
     // What was moved leaves the tree, and what was put back returns to it, before the disk is
     // looked at again.
     connect(&moves_, &MoveFlow::moved, &treeEdits_, &TreeEdits::remove);

@@ -7,6 +7,7 @@
 #include "AppModel/DiskState.h"
 #include "AppModel/DropFlow.h"
 #include "AppModel/DuplicatesFlow.h"
+#include "AppModel/ExclusionFlow.h"
 #include "AppModel/ItemActions.h"
 #include "AppModel/JournalFlow.h"
 #include "AppModel/LargeOldFlow.h"
@@ -50,6 +51,8 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::ScanFlow* scan READ scan CONSTANT)
     /// One folder of it, measured again.
     Q_PROPERTY(orbel::RescanFlow* rescan READ rescan CONSTANT)
+    /// What is left out of measuring.
+    Q_PROPERTY(orbel::ExclusionFlow* exclusions READ exclusions CONSTANT)
     Q_PROPERTY(orbel::RecentFolders* recent READ recent CONSTANT)
     Q_PROPERTY(orbel::DropFlow* drop READ drop CONSTANT)
     Q_PROPERTY(orbel::MapModel* map READ map CONSTANT)
@@ -74,6 +77,8 @@ public:
     /// Lets the user choose a folder to measure.
     Q_INVOKABLE void chooseFolderAndScan();
     Q_INVOKABLE void showAbout() { Q_EMIT aboutWanted(); }
+    /// Shows what is left out of measuring, where that is chosen.
+    Q_INVOKABLE void showExclusions() { Q_EMIT exclusionsWanted(); }
     Q_INVOKABLE void copyText(const QString& text) { environment_.desktop->copyText(text); }
     /// Shows a node of the current tree on the map.
     Q_INVOKABLE void showOnMap(quint32 node);
@@ -107,6 +112,7 @@ public:
     DropFlow* drop() { return &drop_; }
     TreeEdits& treeEdits() { return treeEdits_; }
     RescanFlow* rescan() { return &rescan_; }
+    ExclusionFlow* exclusions() { return &exclusions_; }
     MapModel* map() { return &map_; }
     LargeOldFlow* largeOld() { return &largeOld_; }
     DuplicatesFlow* duplicates() { return &duplicates_; }
@@ -126,6 +132,7 @@ Q_SIGNALS:
     // Asks the window to do what only a window can.
     void folderWanted(const QString& prompt, const QUrl& startFolder);
     void aboutWanted();
+    void exclusionsWanted();
 
 private:
     // Each stands on those above it. Threads may outlive this, so they share the policy.
@@ -145,6 +152,7 @@ private:
     PutBackFlow putBack_;
     MoveFlow moves_;
     RescanFlow rescan_;
+    ExclusionFlow exclusions_;
     JournalFlow journal_;
     MapModel map_;
     LargeOldFlow largeOld_;

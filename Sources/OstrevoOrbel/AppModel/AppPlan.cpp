@@ -1,5 +1,6 @@
 #include "AppModel/AppPlan.h"
 
+#include "Delete/ExclusionReason.h"
 #include "Platform/FileStatus.h"
 #include "Scan/TreeScanner.h"
 #include "Util/PathText.h"
@@ -52,7 +53,8 @@ private:
 
 AppPlan AppPlan::make(const InstalledApp& app, const std::vector<InstalledApp>& inventory,
                       const LeftoverMatcher& matcher, const SafetyPolicy& policy,
-                      const UninstallPlan::Running& running, const ScanCancellation& cancellation) {
+                      const UninstallPlan::Running& running, const Exclusions& exclusions,
+                      const ScanCancellation& cancellation) {
     std::vector<InstalledApp> others;
     std::ranges::copy_if(inventory, std::back_inserter(others),
                          [&](const InstalledApp& other) { return other.path != app.path; });
@@ -61,6 +63,14 @@ AppPlan AppPlan::make(const InstalledApp& app, const std::vector<InstalledApp>& 
                      app, others, matcher, policy,
                      [&](const std::string& path) { return measure.measure(path); }, running),
                  .items = {}};
+    for (auto& item : made.plan.items) {
+        auto reason =
+            item.isSelectable() ? exclusionReason(exclusions, item.path, policy.homePath()) : std::nullopt;
+        if (!reason)
+            continue;
+        item.blockedReason = std::move(reason);
+        item.preselected = false;
+    }
     made.items.reserve(made.plan.items.size());
     for (const auto& item : made.plan.items)
         made.items.push_back(measure.ticked(item));

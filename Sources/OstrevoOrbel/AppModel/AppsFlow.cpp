@@ -53,9 +53,10 @@ bool isCalled(const InstalledApp& app, const std::string& name) {
 } // namespace
 
 AppsFlow::AppsFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
-                   MoveFlow& moves, const ShownScreen& shown, Notice& notice)
+                   const ScanFlow& scan, MoveFlow& moves, const ShownScreen& shown, Notice& notice)
     : environment_(environment),
       policy_(std::move(policy)),
+      scan_(scan),
       shown_(shown),
       notice_(notice),
       list_(environment.home),
@@ -203,8 +204,9 @@ void AppsFlow::makePlan() {
     planDelay_.stop();
     planning_.run(
         [app = entry->app, inventory = inventory_, matcher = matcher_, policy = policy_,
-         running = environment_.runningPrograms](const LatestJob::Run& run) {
-            return AppPlan::make(app, *inventory, *matcher, *policy, running, run.cancellation());
+         running = environment_.runningPrograms,
+         exclusions = scan_.excluded().exclusions()](const LatestJob::Run& run) {
+            return AppPlan::make(app, *inventory, *matcher, *policy, running, exclusions, run.cancellation());
         },
         [this](AppPlan plan) { takePlan(std::move(plan)); });
     Q_EMIT changed();

@@ -52,14 +52,16 @@ class AppsFlow final : public QObject {
 
 public:
     /// The references outlive this.
-    AppsFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy, MoveFlow& moves,
-             const ShownScreen& shown, Notice& notice);
+    AppsFlow(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
+             const ScanFlow& scan, MoveFlow& moves, const ShownScreen& shown, Notice& notice);
 
     // Intents.
 
     /// The screen is shown: reads the inventory, the first time.
     Q_INVOKABLE void open();
     Q_INVOKABLE void readAgain();
+    /// Finds out again what goes with the selected one.
+    void makePlan();
     Q_INVOKABLE void select(int row);
     /// The other way round when the list is sorted by that already.
     Q_INVOKABLE void sortBy(bool size);
@@ -111,13 +113,13 @@ private:
     void measure();
     void selectPath(const std::string& path);
     void clearSelection();
-    void makePlan();
     void takePlan(AppPlan made);
     void watchRunning();
     void selectWanted();
 
     const AppEnvironment& environment_;
     std::shared_ptr<const SafetyPolicy> policy_;
+    const ScanFlow& scan_;
     const ShownScreen& shown_;
     Notice& notice_;
     std::shared_ptr<const std::vector<InstalledApp>> inventory_;

@@ -117,12 +117,19 @@ void DiskState::takeCounted(const ScanOutcome& outcome) {
     const bool isScan = !counted_;
     if (isScan)
         counted_ = Counted{};
+    const auto trashedBefore = sumOf(counted_->trashedKinds);
     counted_->kinds = outcome.kinds;
     counted_->trashedKinds = outcome.trashedKinds;
     if (isScan) {
         counted_->atScan = outcome.disk;
         counted_->bytesAtScan = counted_->bytes();
         counted_->outsideTreeAtScan = counted_->outsideTree(outcome.disk);
+    } else if (outcome.bytesByExclusions != 0) {
+        // As if the scan had left out the same, the Trash perhaps among it.
+        const auto trashLeft =
+            static_cast<std::int64_t>(trashedBefore) - static_cast<std::int64_t>(sumOf(outcome.trashedKinds));
+        counted_->bytesAtScan += static_cast<std::uint64_t>(outcome.bytesByExclusions + trashLeft);
+        counted_->outsideTreeAtScan += trashLeft;
     }
     takeMoment(outcome.disk);
     updateLedgers();

@@ -1,5 +1,6 @@
 #include "AppModel/DuplicatesFlow.h"
 
+#include "Delete/ExclusionReason.h"
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
 #include "Util/Check.h"
@@ -21,10 +22,20 @@ constexpr auto betweenLooks = std::chrono::milliseconds(100);
 /// The groups that are asked about before an answer is given.
 constexpr std::size_t groupsInABatch = 500;
 
-DuplicateGroupsModel::Answers answersFor(const DuplicateGroup& group, const SafetyPolicy& policy) {
+/// What was left out of measuring since the search stays.
+void refuseExcluded(DeletionItem& item, const Exclusions& exclusions, const SafetyPolicy& policy) {
+    if (auto reason = exclusionReason(exclusions, item.path, policy.homePath()))
+        item.blockedReason = std::move(reason);
+}
+
+DuplicateGroupsModel::Answers answersFor(const DuplicateGroup& group, const SafetyPolicy& policy,
+                                         const Exclusions& exclusions) {
     DuplicateGroupsModel::Answers answers;
-    for (const auto& file : group.files)
-        answers.push_back(DuplicateGroup::itemOf(file, policy));
+    for (const auto& file : group.files) {
+        auto& item = answers.emplace_back(DuplicateGroup::itemOf(file, policy));
+        if (item)
+            refuseExcluded(*item, exclusions, policy);
+    }
     return answers;
 }
 
@@ -105,12 +116,17 @@ void DuplicatesFlow::takeGroups(Found found) {
     groups_.setGroups(std::move(found.groups), policy_->homePath());
     if (rule_ != KeepRule::newest)
         groups_.setRule(rule_, ruleFolder_);
+    checkAll();
+    Q_EMIT progressChanged();
+    Q_EMIT changed();
+}
+
+void DuplicatesFlow::checkAll() {
+    checking_.drop();
     std::vector<std::size_t> all(duplicateGroups().size());
     for (std::size_t i = 0; i < all.size(); ++i)
         all[i] = i;
     check(all);
-    Q_EMIT progressChanged();
-    Q_EMIT changed();
 }
 
 void DuplicatesFlow::takeTree() {
@@ -137,7 +153,8 @@ void DuplicatesFlow::check(const std::vector<std::size_t>& groups) {
     for (const auto number : groups)
         asked.emplace_back(number, duplicateGroups()[number].group());
     checking_.add(
-        [this, asked = std::move(asked), policy = policy_](const LatestJob::Run& run) {
+        [this, asked = std::move(asked), policy = policy_,
+         exclusions = scan_.excluded().exclusions()](const LatestJob::Run& run) {
             std::vector<DuplicateGroupsModel::Answered> batch;
             const auto deliver = [&] {
                 run.report([this, answers = std::exchange(batch, {})] { groups_.setAnswers(answers); });
@@ -145,7 +162,7 @@ void DuplicatesFlow::check(const std::vector<std::size_t>& groups) {
             for (const auto& [number, group] : asked) {
                 if (run.isCancelled())
                     return;
-                batch.emplace_back(number, answersFor(group, *policy));
+                batch.emplace_back(number, answersFor(group, *policy, exclusions));
                 if (batch.size() >= groupsInABatch)
                     deliver();
             }
@@ -235,7 +252,7 @@ void DuplicatesFlow::review() {
             asked.push_back({i, group.group(), group.tickedPaths(), group.keptFile().path, group.kind()});
     }
     reviewing_.run(
-        [asked = std::move(asked), policy = policy_] {
+        [asked = std::move(asked), policy = policy_, exclusions = scan_.excluded().exclusions()] {
             Reviewed reviewed;
             for (const auto& [number, group, ticked, kept, kind] : asked) {
                 auto left = ticked;
@@ -243,6 +260,7 @@ void DuplicatesFlow::review() {
                 ORBEL_CHECK(items.has_value(), "the kept copy was ticked");
                 for (auto& item : *items) {
                     left.erase(item.path);
+                    refuseExcluded(item, exclusions, *policy);
                     if (item.isSelectable())
                         reviewed.items.push_back(TickedItem::alone(std::move(item), kind));
                     else

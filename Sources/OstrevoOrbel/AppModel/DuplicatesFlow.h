@@ -112,6 +112,8 @@ public:
     Q_INVOKABLE int headOf(int row) const;
     /// Asks the disk about all that is ticked, then for a confirmation of what may be moved.
     Q_INVOKABLE void review();
+    /// Finds out again which copies may move.
+    void checkAll();
 
     // State.
 

@@ -2,7 +2,6 @@
 
 #include "Find/NameSearch.h"
 #include "Map/TreemapModel.h"
-#include "Models/ByteFigure.h"
 #include "Models/MapWords.h"
 #include "Models/Wording.h"
 #include "Safety/PathCanonicalizer.h"
@@ -23,8 +22,10 @@ FindModel::FindModel(QObject* parent) : RoleList(parent) {
               {"kind", of([this](NodeIndex node) {
                    return static_cast<int>(TreemapModel::representativeKind(*tree_, node));
                })},
-              {"kindName", of([this](NodeIndex node) { return kindText(*tree_, node); })},
-              {"size", of([this](NodeIndex node) { return ByteFigure(tree_->allocated(node)).text(); })}});
+              {"kindName", of([this](NodeIndex node) {
+                   return tree_->isExcluded(node) ? excludedText() : kindText(*tree_, node);
+               })},
+              {"size", of([this](NodeIndex node) { return sizeText(*tree_, node); })}});
 }
 
 void FindModel::setScan(ScanFlow* scan) {

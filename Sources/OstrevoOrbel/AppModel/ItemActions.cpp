@@ -56,6 +56,10 @@ void ItemActions::copyRow(const QString& key, const QString& name, const QString
         const auto bytes = tree.allocated(*node);
         cells = {QString::fromStdString(lossyUtf8(lastPathComponent(path))), cells[1], kindText(tree, *node),
                  QString::number(bytes), ByteFigure(bytes).text()};
+        if (tree.isExcluded(*node)) {
+            cells[3].clear();
+            cells[4] = excludedText();
+        }
     }
     for (auto& cell : cells) {
         // What would be another cell or another line.
@@ -93,6 +97,26 @@ void ItemActions::explainRefusal(const QString& name, const QString& refusal) co
 void ItemActions::measureAgain(const QString& key) {
     if (const auto node = nodeOrNotice(key))
         Q_EMIT measureWanted(*node);
+}
+
+bool ItemActions::isExcludable(const QString& key) const {
+    const auto node = nodeOf(key);
+    return node && *node != 0 && tree_().isFolder(*node) && !tree_().isExcluded(*node);
+}
+
+bool ItemActions::isExcluded(const QString& key) const {
+    const auto node = nodeOf(key);
+    return node && tree_().isExcluded(*node);
+}
+
+void ItemActions::exclude(const QString& key) {
+    if (const auto node = nodeOrNotice(key))
+        Q_EMIT exclusionWanted(*node);
+}
+
+void ItemActions::include(const QString& key) {
+    if (const auto node = nodeOrNotice(key))
+        Q_EMIT inclusionWanted(*node);
 }
 
 } // namespace orbel

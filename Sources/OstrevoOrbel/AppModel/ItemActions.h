@@ -47,11 +47,20 @@ public:
     /// Measures the item, or the folder that it is in, again.
     Q_INVOKABLE void measureAgain(const QString& key);
 
+    /// Whether it is a folder that was measured and can be left out of measuring.
+    Q_INVOKABLE bool isExcludable(const QString& key) const;
+    /// Whether it was left out.
+    Q_INVOKABLE bool isExcluded(const QString& key) const;
+    Q_INVOKABLE void exclude(const QString& key);
+    Q_INVOKABLE void include(const QString& key);
+
     bool hasTerminal() const { return desktop_.hasTerminal(); }
 
 Q_SIGNALS:
     void mapWanted(quint32 node);
     void measureWanted(quint32 node);
+    void exclusionWanted(quint32 node);
+    void inclusionWanted(quint32 node);
 
 private:
     std::optional<NodeIndex> nodeOf(const QString& key) const;

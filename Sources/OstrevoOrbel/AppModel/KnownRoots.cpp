@@ -1,6 +1,7 @@
 #include "AppModel/KnownRoots.h"
 
 #include "Util/FileUrl.h"
+#include "Util/PathText.h"
 
 #include <algorithm>
 #include <QStringList>
@@ -46,6 +47,14 @@ void KnownRoots::note(const std::string& root, std::optional<std::uint64_t> entr
     std::size_t folders = 0;
     std::erase_if(roots_,
                   [&](const Root& known) { return known.path != wholeDisk_ && ++folders > mostFolders; });
+    write();
+}
+
+void KnownRoots::forgetEntries(const std::string& path) {
+    for (auto& root : roots_) {
+        if (isPathInside(path, root.path))
+            root.entries = 0;
+    }
     write();
 }
 

@@ -27,6 +27,9 @@ public:
     /// Has been measured just now. `entries` are absent when the scan was stopped.
     void note(const std::string& root, std::optional<std::uint64_t> entries);
 
+    /// What is left out of measuring has changed at this path: what holds it has another number of entries.
+    void forgetEntries(const std::string& path);
+
     /// The folders that were measured, the latest first: eight at most.
     std::vector<std::string> folders() const;
     void forgetFolders();

@@ -324,7 +324,7 @@ void MapModel::updateContents() {
     contentsJob_.drop();
     contents_.clear();
     const auto finish = qScopeGuard([this] { Q_EMIT contentsChanged(); });
-    if (!selected_ || !tree_->isFolder(*selected_))
+    if (!selected_ || !tree_->isFolder(*selected_) || tree_->isExcluded(*selected_))
         return;
     const auto count = tree_->descendantCount(*selected_);
     contents_ = countOf(count, tr("item"), tr("items"));
@@ -495,19 +495,22 @@ MapItemFacts MapModel::facts(quint32 node) const {
         return {};
     const auto path = tree_->path(node, canonicalizer());
     const auto whole = focusBytes();
+    const bool isExcluded = tree_->isExcluded(node);
     return {.valid = true,
             .node = node,
             .key = keyOf(path),
             .name = node == 0 ? rootName() : textOf(tree_->nameBytes(node)),
             .kind = static_cast<int>(TreemapModel::contentKind(*tree_, node)),
             .kindName = kindText(*tree_, node),
-            .size = ByteFigure(tree_->allocated(node)).text(),
+            .size = isExcluded ? excludedText() : sizeText(*tree_, node),
             .path = textOf(tildePath(path, environment_.home)),
             .folder = textOf(tildePath(parentPath(path), environment_.home)),
             .changed = changedText(*tree_, node),
-            .share = tr("%1 of %2").arg(shareText(tree_->allocated(node), whole), focusName()),
+            .share = isExcluded ? QStringLiteral("—")
+                                : tr("%1 of %2").arg(shareText(tree_->allocated(node), whole), focusName()),
             .zoomable = zoomTarget(node).has_value(),
-            .isFolder = tree_->isFolder(node)};
+            .isFolder = tree_->isFolder(node),
+            .excluded = isExcluded};
 }
 
 QString MapModel::focusName() const {
@@ -529,6 +532,8 @@ QString MapModel::rootName() const {
 }
 
 QString MapModel::listSummary() const {
+    if (isFocusExcluded())
+        return excludedText();
     auto summary = countOf(tree_->count() == 0 ? 0 : tree_->children(focus_).size(), tr("item"), tr("items"));
     if (focus_ == 0 && coverage_ && coverage_->notMeasured() > 0)
         summary += tr(", and %1 not measured").arg(ByteFigure(coverage_->notMeasured()).text());
@@ -538,6 +543,8 @@ QString MapModel::listSummary() const {
 QString MapModel::share() const {
     if (tree_->count() == 0)
         return {};
+    if (isFocusExcluded())
+        return excludedText();
     QString words = ByteFigure(focusBytes()).text();
     if (focus_ != 0)
         words = tr("%1 · %2 of what was measured").arg(words, shareText(focusBytes(), tree_->allocated(0)));

@@ -32,6 +32,8 @@ class MapModel final : public QObject {
     /// The node whose children fill the map.
     Q_PROPERTY(quint32 focus READ focus NOTIFY focusChanged)
     Q_PROPERTY(QString focusName READ focusName NOTIFY focusChanged)
+    /// That folder was left out of measuring.
+    Q_PROPERTY(bool focusExcluded READ isFocusExcluded NOTIFY focusChanged)
     Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY focusChanged)
     Q_PROPERTY(bool canGoForward READ canGoForward NOTIFY focusChanged)
     Q_PROPERTY(bool canGoUp READ canGoUp NOTIFY focusChanged)
@@ -115,6 +117,7 @@ public:
     QString focusName() const;
     /// What the whole map stands for.
     std::uint64_t focusBytes() const;
+    bool isFocusExcluded() const { return focus_ < tree_->count() && tree_->isExcluded(focus_); }
     bool canGoBack() const { return !back_.empty(); }
     bool canGoForward() const { return !forward_.empty(); }
     bool canGoUp() const { return focus_ != 0; }

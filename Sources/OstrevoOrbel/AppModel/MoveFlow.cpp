@@ -107,15 +107,24 @@ void MoveFlow::clearTicks() {
 }
 
 void MoveFlow::untickInside(const std::string& path) {
+    untick([&](const std::string& ticked) { return isPathInside(ticked, path); });
+}
+
+void MoveFlow::untickAround(const std::string& path) {
+    untick(
+        [&](const std::string& ticked) { return isPathInside(ticked, path) || isPathInside(path, ticked); });
+}
+
+void MoveFlow::untick(const std::function<bool(const std::string& path)>& isMeant) {
     for (const auto& ticks : watched_) {
         if (ticks.isNull())
             continue;
-        std::vector<std::string> inside;
+        std::vector<std::string> meant;
         for (const auto& ticked : ticks->items()) {
-            if (isPathInside(ticked.item.path, path))
-                inside.push_back(ticked.item.id);
+            if (isMeant(ticked.item.path))
+                meant.push_back(ticked.item.id);
         }
-        ticks->untickAll(inside);
+        ticks->untickAll(meant);
     }
 }
 

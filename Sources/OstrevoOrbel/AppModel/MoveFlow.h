@@ -10,6 +10,7 @@
 #include "Models/MoveReport.h"
 #include "Models/Ticks.h"
 
+#include <functional>
 #include <optional>
 #include <QObject>
 #include <QPointer>
@@ -80,6 +81,8 @@ public:
 
     /// Unticks what is at this path or inside it, on every screen.
     void untickInside(const std::string& path);
+    /// The same for what holds it, too.
+    void untickAround(const std::string& path);
 
     // Intents.
 
@@ -129,6 +132,7 @@ Q_SIGNALS:
 
 private:
     void clearTicks();
+    void untick(const std::function<bool(const std::string& path)>& isMeant);
     class Steps;
 
     void takeSteps(Steps& steps);

@@ -37,15 +37,17 @@ void RescanFlow::start(quint32 node) {
     text_ = tr("Measuring %1 again…")
                 .arg(textOf(tildePath(tree->path(node, PathCanonicalizer::shared()), environment_.home)));
     job_.run(
-        [tree, node, scan = environment_.scan](const LatestJob::Run& run) {
+        [tree, node, scan = environment_.scan,
+         exclusions = scan_.excluded().exclusions()](const LatestJob::Run& run) {
             Measured measured;
             // What changes between the look at it and the walk is looked at once more.
             for (int attempt = 0; attempt < 3; ++attempt) {
-                measured.target = rescanTarget(*tree, node);
+                measured.target = rescanTarget(*tree, node, exclusions);
                 if (measured.target.kind != RescanTarget::Kind::folder)
                     return measured;
-                measured.result = scan(tree->walkedPath(measured.target.node), run.cancellation(),
-                                       [](const ScanProgress& /*progress*/) {});
+                measured.result = scan(
+                    tree->walkedPath(measured.target.node), run.cancellation(),
+                    [](const ScanProgress& /*progress*/) {}, exclusions);
                 const auto& fresh = measured.result.tree;
                 if (measured.result.cancelled || (fresh.count() > 0 && fresh.isFolder(0)))
                     return measured;

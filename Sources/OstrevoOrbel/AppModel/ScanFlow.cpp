@@ -31,6 +31,7 @@ ScanFlow::ScanFlow(const AppEnvironment& environment, DiskState& disk, Activity&
       notice_(notice),
       scanRoot_(environment.dataVolumePath),
       known_(*environment.settings, environment.dataVolumePath),
+      excluded_(*environment.settings),
       tree_(sharedTree(FileTree())) {
     refreshFullDiskAccess();
 }
@@ -64,12 +65,14 @@ void ScanFlow::startScan(const std::string& root) {
     environment_.mark("scanStarted");
     job_.run(
         [this, root, home = environment_.home, scan = environment_.scan, reader = disk_.reader(),
-         growthFolder = environment_.growthFolder](const LatestJob::Run& run) {
-            auto result = scan(root, run.cancellation(), [this, run](const ScanProgress& progress) {
+         growthFolder = environment_.growthFolder,
+         exclusions = excluded_.exclusions()](const LatestJob::Run& run) {
+            const auto report = [this, run](const ScanProgress& progress) {
                 auto shown = progress;
                 shown.topLevel.resize(std::min(shown.topLevel.size(), mostTopLevel));
                 run.report([this, shown = std::move(shown)] { takeProgress(shown); });
-            });
+            };
+            auto result = scan(root, run.cancellation(), report, exclusions);
             auto outcome = scanOutcome(std::move(result), reader, home);
             outcome.growth = scanGrowth(outcome, growthFolder, home);
             return outcome;
@@ -104,8 +107,11 @@ void ScanFlow::takeOutcome(ScanOutcome outcome) {
             tr("This scan could not be kept to compare the next one with: %1").arg(growth_.failure()));
     disk_.takeCounted(outcome);
     show(std::move(outcome));
+    // What is to be left out may have changed while it ran: then it does not tell how long the next one is.
+    const bool isLikeTheNext = tree_->exclusions == excluded_.exclusions();
     if (hasTree())
-        known_.note(scanRoot_, isPartial() ? std::nullopt : std::optional(entriesIn(*tree_)));
+        known_.note(scanRoot_,
+                    isPartial() || !isLikeTheNext ? std::nullopt : std::optional(entriesIn(*tree_)));
     activity_.end();
     Q_EMIT scanStateChanged();
     environment_.mark("scanComplete");
@@ -115,7 +121,7 @@ void ScanFlow::takeOutcome(ScanOutcome outcome) {
 void ScanFlow::takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome edited) {
     if (tree_ != base || isScanning() || base->count() == 0)
         return;
-    growth_.follow(*edited.tree, PathCanonicalizer::shared());
+    growth_.follow(*base, *edited.tree, PathCanonicalizer::shared());
     disk_.takeCounted(edited);
     show(std::move(edited));
 }

@@ -3,6 +3,7 @@
 #include "AppModel/Activity.h"
 #include "AppModel/AppEnvironment.h"
 #include "AppModel/DiskState.h"
+#include "AppModel/ExcludedFolders.h"
 #include "AppModel/KnownRoots.h"
 #include "AppModel/LatestJob.h"
 #include "AppModel/Notice.h"
@@ -123,6 +124,9 @@ public:
     QString scopeText() const;
     QString measuredText() const;
     KnownRoots& knownRoots() { return known_; }
+    /// What scans leave out from now on.
+    ExcludedFolders& excluded() { return excluded_; }
+    const ExcludedFolders& excluded() const { return excluded_; }
     double share() const;
     QString shareWords() const;
     ScanFigures* figures() { return &figures_; }
@@ -157,6 +161,7 @@ private:
     std::string scanRoot_;
     std::optional<ScanProgress> progress_;
     KnownRoots known_;
+    ExcludedFolders excluded_;
     std::optional<std::uint64_t> lastEntries_; ///< of the root that is being measured
     std::shared_ptr<const FileTree> tree_;
     int treeVersion_ = 0;

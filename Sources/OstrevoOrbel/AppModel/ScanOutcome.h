@@ -7,6 +7,7 @@
 #include "Scan/ScanResult.h"
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,7 +23,10 @@ struct ScanOutcome {
     double duration = 0; ///< seconds
     DiskMoment disk;     ///< read when the tree was done
     KindTotals kinds{};
-    KindTotals trashedKinds{};              ///< the part of it that lies in the Trash
+    KindTotals trashedKinds{}; ///< the part of it that lies in the Trash
+    /// Of an edited tree: by how many bytes it counts more because other folders are left out. The disk did
+    /// not change by that.
+    std::int64_t bytesByExclusions = 0;
     std::vector<ExtensionTotal> extensions; ///< the heaviest
     std::vector<SizedFolder> largestFolders;
     GrowthModel::Content growth;         ///< what scanGrowth() makes of it

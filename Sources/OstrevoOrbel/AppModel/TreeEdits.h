@@ -4,6 +4,7 @@
 #include "AppModel/ScanFlow.h"
 #include "Scan/FileTree.h"
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -29,6 +30,9 @@ public:
     /// unknown to it until the next scan.
     void restore(std::vector<std::string> paths);
 
+    /// These folders are left out of measuring.
+    void leaveOut(std::vector<std::string> paths);
+
     /// The folder at this path holds what `fresh` found in it, whose root it is. A scan that begins before
     /// this is done makes it void.
     void splice(std::string path, std::shared_ptr<const FileTree> fresh);
@@ -40,7 +44,8 @@ Q_SIGNALS:
     void settled();
 
 private:
-    using Edit = std::function<void(FileTree& tree)>;
+    /// Gives ScanOutcome::bytesByExclusions.
+    using Edit = std::function<std::int64_t(FileTree& tree)>;
 
     struct Waiting {
         Edit edit;

@@ -12,6 +12,7 @@ struct Request;
 struct CommandOption {
     std::string_view name;       ///< "--min-bytes"
     std::string_view takes = {}; ///< the name of its value, "N"; empty when it takes none
+    bool isRepeatable = false;   ///< it may be there more than once
 };
 
 /// A headless command: all that the parser, the help and the programs know of it. A constant.

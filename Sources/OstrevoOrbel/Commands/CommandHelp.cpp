@@ -24,6 +24,11 @@ puts it back. Nothing is ever deleted.
 constexpr std::string_view end = R"(  -h, --help    Print this text.
   -V, --version Print the version.
 
+--exclude leaves out of ROOT, as if it were not there, what has a name that
+matches PATTERN, or where PATTERN has a slash in it, a path below ROOT (the whole
+path when it begins with one). Wildcards are those of the shell. It may be given
+more than once; the report then says how much was left out.
+
 The value of an option may stand in the same word: --top=5. "--" ends the
 options, so that names may begin with "-". What a command does not understand is
 an error, and nothing is touched; only --scan-json, --duplicates-json and
@@ -71,7 +76,7 @@ std::vector<std::string> synopsisOf(const Command& command) {
         pieces.front() += " " + std::string(command.operands);
     for (const auto& option : command.options)
         pieces.push_back("[" + std::string(option.name) + (option.takes.empty() ? "" : " ")
-                         + std::string(option.takes) + "]");
+                         + std::string(option.takes) + "]" + (option.isRepeatable ? "..." : ""));
     return pieces;
 }
 

@@ -1,11 +1,11 @@
 #include "Commands/CommandOutput.h"
 #include "Commands/CommandTable.h"
 #include "Commands/Request.h"
+#include "Commands/RootScan.h"
 #include "Find/DuplicateFinder.h"
 #include "Platform/Home.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Safety/SafetyPolicy.h"
-#include "Scan/TreeScanner.h"
 #include "Util/Iso8601.h"
 #include "Util/JsonPath.h"
 #include "Util/JsonText.h"
@@ -52,13 +52,13 @@ void addDetails(json& listed, const DuplicateGroup& group, const SafetyPolicy& p
 }
 
 void run(const Request& request) {
-    const ScanCancellation nobodyCancels;
-    const ScanResult scan = TreeScanner::scan(request.operands.front(), std::nullopt, nobodyCancels, nullptr);
+    const ScanResult scan = scanOfRoot(request);
     const auto home = platform::homeFolder();
     const auto canonicalHome = PathCanonicalizer::shared().canonical(home).value_or(home);
     const bool isDetailed = request.has("--details");
     const auto policy = isDetailed ? std::optional<SafetyPolicy>(home) : std::nullopt;
     json report{{"groups", json::array()}};
+    putExcluded(report, scan.tree);
     for (const DuplicateGroup& group : DuplicateFinder().run(scan.tree, canonicalHome)) {
         auto& listed = report["groups"].emplace_back(groupJson(group));
         if (policy)
@@ -73,7 +73,7 @@ void run(const Request& request) {
     finish(prettyJson(report) + "\n");
 }
 
-constexpr std::array<CommandOption, 1> options{{{.name = "--details"}}};
+constexpr std::array options{CommandOption{.name = "--details"}, excludeOption};
 
 } // namespace
 

@@ -56,7 +56,7 @@ json rowJson(const LargeOldQuery::Row& row) {
 void run(const Request& request) {
     const auto query = queryIn(request);
     const auto& root = request.operands.front();
-    const auto scan = scanOfRoot(root);
+    const auto scan = scanOfExistingRoot(request);
     const UserContext user;
     const InUseChecker::OpenFiles openFiles(takeMappedSnapshot());
     json files = json::array();
@@ -71,13 +71,14 @@ void run(const Request& request) {
                 {"unreadable", scan.tree.unreadableCount},
                 {"files", std::move(files)}};
     putPath(report, "root", root);
+    putExcluded(report, scan.tree);
     if (query.unusedFor)
         report["unusedForSeconds"] = static_cast<std::int64_t>(*query.unusedFor);
     finish(prettyJson(report) + "\n");
 }
 
 constexpr std::array options{CommandOption{.name = "--min-bytes", .takes = "N"},
-                             CommandOption{.name = "--unused-days", .takes = "N"}};
+                             CommandOption{.name = "--unused-days", .takes = "N"}, excludeOption};
 
 } // namespace
 

@@ -63,6 +63,8 @@ std::string remarkOn(const ScanResult& result) {
     std::string remark = ByteFormat::string(tree.allocated(0)) + " · " + grouped(tree.count()) + " entries";
     if (tree.unreadableCount > 0)
         remark += " · " + grouped(tree.unreadableCount) + " could not be read";
+    if (!tree.excludedNodes.empty())
+        remark += " · " + grouped(tree.excludedNodes.size()) + " left out";
     return remark + " · measured " + iso8601(std::chrono::floor<std::chrono::microseconds>(result.startedAt));
 }
 
@@ -76,7 +78,7 @@ void run(const Request& request) {
     const auto size = requestedSize(request);
     const auto& root = request.operands.front();
     const auto& file = request.operands.back();
-    const auto result = scanOfRoot(root);
+    const auto result = scanOfExistingRoot(request);
     const FileTree& tree = result.tree;
     if (!tree.isFolder(0)) {
         say(root + ": is not a folder");
@@ -96,7 +98,7 @@ void run(const Request& request) {
     finish("");
 }
 
-constexpr std::array options{CommandOption{.name = "--size", .takes = "WxH"}};
+constexpr std::array options{CommandOption{.name = "--size", .takes = "WxH"}, excludeOption};
 
 } // namespace
 

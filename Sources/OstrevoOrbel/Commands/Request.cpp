@@ -113,8 +113,9 @@ private:
             value = rest_.front();
             rest_ = rest_.subspan(1);
         }
-        if (!request_.options.try_emplace(name, value.value_or("")).second)
+        if (!option.isRepeatable && request_.has(name))
             return name + " is there twice";
+        request_.options.emplace(name, value.value_or(""));
         return std::nullopt;
     }
 
@@ -129,6 +130,14 @@ private:
 std::optional<std::string> Request::value(std::string_view option) const {
     const auto found = options.find(option);
     return found == options.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::vector<std::string> Request::values(std::string_view option) const {
+    std::vector<std::string> all;
+    const auto [first, last] = options.equal_range(option);
+    for (auto i = first; i != last; ++i)
+        all.push_back(i->second);
+    return all;
 }
 
 const Command* strictCommandIn(Words arguments) {
@@ -176,8 +185,11 @@ std::optional<Request> lenientRequest(const Command& command, Words arguments) {
         if (option.takes.empty()) {
             if (contains(arguments, option.name))
                 request.options.emplace(option.name, "");
-        } else if (auto value = valueAfter(arguments, option.name)) {
-            request.options.emplace(option.name, *std::move(value));
+        } else {
+            auto values = valuesAfter(arguments, option.name);
+            values.resize(option.isRepeatable ? values.size() : std::min(values.size(), std::size_t{1}));
+            for (auto& value : values)
+                request.options.emplace(option.name, std::move(value));
         }
     }
     return request;
@@ -201,13 +213,22 @@ Words switchesIn(Words arguments) {
 }
 
 std::optional<std::string> valueAfter(Words arguments, std::string_view name) {
-    const auto isMeant = [&](const std::string& word) { return SwitchWord(word).name == name; };
-    const auto found = std::ranges::find_if(arguments, isMeant);
-    if (found == arguments.end())
-        return std::nullopt;
-    if (auto value = SwitchWord(*found).value)
-        return value;
-    return found + 1 == arguments.end() ? std::nullopt : std::optional(*(found + 1));
+    auto values = valuesAfter(arguments, name);
+    return values.empty() ? std::nullopt : std::optional(std::move(values.front()));
+}
+
+std::vector<std::string> valuesAfter(Words arguments, std::string_view name) {
+    std::vector<std::string> values;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        SwitchWord word(arguments[i]);
+        if (word.name != name)
+            continue;
+        if (word.value)
+            values.push_back(*std::move(word.value));
+        else if (++i < arguments.size())
+            values.push_back(arguments[i]);
+    }
+    return values;
 }
 
 bool contains(Words arguments, std::string_view name) {

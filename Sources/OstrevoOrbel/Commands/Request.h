@@ -16,10 +16,13 @@ struct Command;
 /// What a command line asks of one command. A plain value.
 struct Request {
     std::vector<std::string> operands;
-    std::map<std::string, std::string, std::less<>> options{}; ///< value by name; empty where it takes none
+    /// Value by name, empty where it takes none; of a repeatable one its values in the order of the line.
+    std::multimap<std::string, std::string, std::less<>> options{};
 
     bool has(std::string_view option) const { return options.contains(option); }
     std::optional<std::string> value(std::string_view option) const;
+    /// All values of a repeatable option.
+    std::vector<std::string> values(std::string_view option) const;
 
     bool operator==(const Request&) const = default;
 };
@@ -48,6 +51,8 @@ std::span<const std::string> switchesIn(std::span<const std::string> arguments);
 
 /// The word after the first `name`, or what follows in that word after "="; absent when there is none.
 std::optional<std::string> valueAfter(std::span<const std::string> arguments, std::string_view name);
+/// The same for every `name`.
+std::vector<std::string> valuesAfter(std::span<const std::string> arguments, std::string_view name);
 
 /// Whether a command line holds that word.
 bool contains(std::span<const std::string> arguments, std::string_view name);

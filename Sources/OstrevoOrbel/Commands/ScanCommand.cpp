@@ -2,8 +2,8 @@
 #include "Commands/CommandTable.h"
 #include "Commands/GrowthReport.h"
 #include "Commands/Request.h"
+#include "Commands/RootScan.h"
 #include "Commands/ScanReport.h"
-#include "Scan/TreeScanner.h"
 #include "Util/JsonText.h"
 #include "Util/ParseNumber.h"
 
@@ -24,10 +24,9 @@ std::size_t topIn(const Request& request) {
 }
 
 void run(const Request& request) {
-    const auto& root = request.operands.front();
-    const ScanCancellation nobodyCancels;
-    const ScanResult result = TreeScanner::scan(root, std::nullopt, nobodyCancels, nullptr);
-    auto report = scanReport(root, result, topIn(request));
+    const ScanResult result = scanOfRoot(request);
+    auto report = scanReport(request.operands.front(), result, topIn(request));
+    putExcluded(report, result.tree);
     int status = ExitStatus::done;
     if (request.has("--growth")) {
         auto [growth, failure] = growthReport(result, UserContext());
@@ -40,7 +39,8 @@ void run(const Request& request) {
     finish(prettyJson(report) + "\n", status);
 }
 
-constexpr std::array options{CommandOption{.name = "--top", .takes = "N"}, CommandOption{.name = "--growth"}};
+constexpr std::array options{CommandOption{.name = "--top", .takes = "N"}, CommandOption{.name = "--growth"},
+                             excludeOption};
 
 } // namespace
 
@@ -56,7 +56,7 @@ constinit const Command scanCommand{
         "on disk; a hard-linked file counts once, and other volumes are not entered. With --growth, a "
         "summary "
         "of the scan is kept for the next one, and the folders that grew most since the last one of the same "
-        "ROOT are added.",
+        "ROOT with the same exclusions are added.",
     .run = run,
 };
 

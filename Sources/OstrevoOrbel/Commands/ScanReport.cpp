@@ -31,6 +31,8 @@ json childrenOf(const FileTree& tree, std::size_t top) {
                             {"allocatedBytes", tree.allocated(child)},
                             {"isFolder", tree.isFolder(child)},
                             {"hasHardLinks", linked.contains(child)}});
+        if (tree.isExcluded(child))
+            children.back()["isExcluded"] = true;
     }
     return children;
 }

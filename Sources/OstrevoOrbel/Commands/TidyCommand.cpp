@@ -9,6 +9,7 @@
 #include "Util/JsonPath.h"
 #include "Util/JsonText.h"
 
+#include <array>
 #include <nlohmann/json.hpp>
 
 namespace orbel {
@@ -44,15 +45,18 @@ json rowsJson(const std::vector<Row>& rows) {
 
 void run(const Request& request) {
     const auto& root = request.operands.front();
-    const auto tree = scanOfRoot(root).tree;
+    const auto tree = scanOfExistingRoot(request).tree;
     const UserContext user;
     const auto now = currentDate();
     json report{{"unreadable", tree.unreadableCount},
                 {"emptyFolders", rowsJson(EmptyFolderFinder().run(tree, user.policy(), now))},
                 {"brokenShortcuts", rowsJson(BrokenShortcutFinder().run(tree, user.policy(), now))}};
     putPath(report, "root", root);
+    putExcluded(report, tree);
     finish(prettyJson(report) + "\n");
 }
+
+constexpr std::array options{excludeOption};
 
 } // namespace
 
@@ -60,6 +64,7 @@ constinit const Command tidyCommand{
     .name = "--tidy-json",
     .operands = "ROOT",
     .fewestOperands = 1,
+    .options = options,
     .help = "Print as JSON the empty folders in ROOT, the topmost of those inside each other, and the broken "
             "shortcuts: links, launchers and autostart entries that lead nowhere, and the file manager's "
             "bookmarks whose folder is gone.",

@@ -1,6 +1,9 @@
 #include "Models/GrowthModel.h"
 
 #include "Models/Wording.h"
+#include "Util/PathText.h"
+
+#include <algorithm>
 
 namespace orbel {
 
@@ -11,12 +14,20 @@ void GrowthModel::set(Content content, std::chrono::system_clock::time_point now
     Q_EMIT changed();
 }
 
-void GrowthModel::follow(const FileTree& tree, const PathCanonicalizer& canonicalizer) {
+void GrowthModel::follow(const FileTree& base, const FileTree& tree, const PathCanonicalizer& canonicalizer) {
+    std::vector<std::string> leftOut;
+    for (const NodeIndex node : tree.excludedNodes) {
+        const auto path = tree.path(node, canonicalizer);
+        if (const auto before = base.index(path, canonicalizer); before && !base.isExcluded(*before))
+            leftOut.push_back(path);
+    }
     auto folders = folders_.rows();
     std::erase_if(folders, [&](GrowthFolder& folder) {
         const auto node = tree.index(folder.place, canonicalizer);
         folder.node = node.value_or(0);
-        return !node;
+        return !node || std::ranges::any_of(leftOut, [&](const std::string& path) {
+            return isPathInside(path, folder.place) || isPathInside(folder.place, path);
+        });
     });
     folders_.setRows(std::move(folders));
 }

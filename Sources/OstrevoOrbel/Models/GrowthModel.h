@@ -58,8 +58,9 @@ public:
     /// `now` decides how the date is written.
     void set(Content content, std::chrono::system_clock::time_point now);
     void clear() { set({}, {}); }
-    /// Keeps to the folders in an edited tree, whose nodes may have other numbers; what is gone has no row.
-    void follow(const FileTree& tree, const PathCanonicalizer& canonicalizer);
+    /// Keeps to the folders in a tree that was made of `base`, whose nodes may have other numbers. What is
+    /// gone has no row, nor has what has been left out since, and what holds it.
+    void follow(const FileTree& base, const FileTree& tree, const PathCanonicalizer& canonicalizer);
 
     const QString& failure() const { return failure_; }
     GadgetListModel<GrowthFolder>* folders() { return &folders_; }

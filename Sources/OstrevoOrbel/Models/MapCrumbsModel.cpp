@@ -1,6 +1,6 @@
 #include "Models/MapCrumbsModel.h"
 
-#include "Models/ByteFigure.h"
+#include "Models/MapWords.h"
 #include "Models/Wording.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ void MapCrumbsModel::setFolder(const FileTree& tree, NodeIndex folder, const QSt
         for (std::optional<NodeIndex> node = folder; node; node = tree.parent(*node))
             crumbs.push_back({.node = *node,
                               .name = *node == 0 ? rootName : textOf(tree.nameBytes(*node)),
-                              .size = ByteFigure(tree.allocated(*node)).text()});
+                              .size = sizeText(tree, *node)});
         std::ranges::reverse(crumbs);
     }
     setRows(std::move(crumbs));

@@ -43,8 +43,11 @@ MapListModel::MapListModel(QObject* parent) : RoleList(parent), tree_(std::make_
               {"kind", of([this](NodeIndex node) {
                    return static_cast<int>(TreemapModel::contentKind(*tree_, node));
                })},
-              {"kindName", of([this](NodeIndex node) { return kindText(*tree_, node); })},
-              {"size", of([this](NodeIndex node) { return ByteFigure(tree_->allocated(node)).text(); })},
+              {"kindName", of([this](NodeIndex node) {
+                   return tree_->isExcluded(node) ? excludedText() : kindText(*tree_, node);
+               })},
+              {"size", of([this](NodeIndex node) { return sizeText(*tree_, node); })},
+              {"excluded", of([this](NodeIndex node) { return tree_->isExcluded(node); })},
               {"level", [this](int row) -> QVariant { return levelOf(row); }},
               {"folds", [this](int row) -> QVariant { return folds(row); }},
               {"open", [this](int row) -> QVariant { return isOpen(row); }},
@@ -52,10 +55,14 @@ MapListModel::MapListModel(QObject* parent) : RoleList(parent), tree_(std::make_
                    return fractionOf(tree_->allocated(node), largestBeside(node));
                })},
               {"share", of([this](NodeIndex node) {
-                   return shareText(tree_->allocated(node), tree_->allocated(folder_));
+                   return tree_->isExcluded(node)
+                              ? QString()
+                              : shareText(tree_->allocated(node), tree_->allocated(folder_));
                })},
               {"items", of([this](NodeIndex node) {
-                   return tree_->isFolder(node) ? countText(tree_->descendantCount(node)) : QString();
+                   return tree_->isFolder(node) && !tree_->isExcluded(node)
+                              ? countText(tree_->descendantCount(node))
+                              : QString();
                })},
               {"changed", of([this](NodeIndex node) { return dayText(tree_->modified(node)); })},
               {"tick", of([this](NodeIndex node) { return tickState_ ? tickState_(node) : Qt::Unchecked; })},

@@ -16,7 +16,7 @@ namespace orbel {
 /// `folds`, whether the row can be opened, and `open`, whether it is; `fraction` of the largest item beside
 /// it; `share` of the map's folder; `items`, how many are in a folder, empty for a file; `changed` "3 March
 /// 2025"; `tick`, a Qt::CheckState; `refusal`, why it cannot be ticked, as far as known; `note`, what to know
-/// before it moves.
+/// before it moves; `excluded`, whether it was left out of measuring.
 class MapListModel : public orbel::RoleList {
     Q_OBJECT
     QML_ELEMENT

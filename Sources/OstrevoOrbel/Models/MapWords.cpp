@@ -2,7 +2,10 @@
 
 #include "Delete/DeletionItem.h"
 #include "Map/TreemapModel.h"
+#include "Models/ByteFigure.h"
 #include "Models/Wording.h"
+
+#include <algorithm>
 
 namespace orbel {
 
@@ -12,7 +15,9 @@ QString shareText(std::uint64_t bytes, std::uint64_t whole) {
 }
 
 QString changedText(const FileTree& tree, NodeIndex node) {
-    return dayAndClockText(tree.modified(node));
+    const bool isUnknown =
+        tree.flags(node).contains(NodeFlags::otherVolume) && tree.modifiedMinutes[node] == 0;
+    return isUnknown ? QStringLiteral("—") : dayAndClockText(tree.modified(node));
 }
 
 QString noteText(const FileTree& tree, NodeIndex node) {
@@ -21,6 +26,23 @@ QString noteText(const FileTree& tree, NodeIndex node) {
 
 QString nameText(const FileTree& tree, NodeIndex node) {
     return textOf(tree.nameBytes(node)) + (tree.isFolder(node) ? QStringLiteral("/") : QString());
+}
+
+QString leftOutText(const FileTree& tree) {
+    const auto count =
+        std::ranges::count_if(tree.excludedNodes, [&](NodeIndex node) { return tree.isAttached(node); });
+    return count == 0 ? QString()
+                      : QObject::tr("%1 left out")
+                            .arg(countOf(static_cast<std::uint64_t>(count), QObject::tr("folder"),
+                                         QObject::tr("folders")));
+}
+
+QString excludedText() {
+    return QObject::tr("Not measured · excluded");
+}
+
+QString sizeText(const FileTree& tree, NodeIndex node) {
+    return tree.isExcluded(node) ? QStringLiteral("—") : ByteFigure(tree.allocated(node)).text();
 }
 
 QString smallerItemsText(std::uint64_t count) {

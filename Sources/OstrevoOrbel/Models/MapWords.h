@@ -14,7 +14,8 @@ namespace orbel {
 /// "1.5 %" of a whole; whole numbers from 10 on.
 QString shareText(std::uint64_t bytes, std::uint64_t whole);
 
-/// "2 October 2025 at 17:40", in the local time of this computer.
+/// "2 October 2025 at 17:40", in the local time of this computer. A dash where nothing was asked about it,
+/// because it was not to be entered.
 QString changedText(const FileTree& tree, NodeIndex node);
 
 /// The note that an item of the node would have; empty when it has none.
@@ -25,6 +26,15 @@ QString nameText(const FileTree& tree, NodeIndex node);
 
 /// "Folder", else the kind's name.
 QString kindText(const FileTree& tree, NodeIndex node);
+
+/// "1 folder left out": of this tree; empty when none was.
+QString leftOutText(const FileTree& tree);
+
+/// What stands in place of a size where a folder was left out.
+QString excludedText();
+
+/// "5.2 GB"; a dash for what was left out.
+QString sizeText(const FileTree& tree, NodeIndex node);
 
 /// "214 smaller items": three words.
 QString smallerItemsText(std::uint64_t count);
@@ -52,6 +62,8 @@ class MapItemFacts {
     Q_PROPERTY(bool zoomable MEMBER zoomable)
     /// A folder, a package too.
     Q_PROPERTY(bool isFolder MEMBER isFolder)
+    /// Left out of measuring: `size` and `share` say so.
+    Q_PROPERTY(bool excluded MEMBER excluded)
 
 public:
     bool valid = false;
@@ -67,6 +79,7 @@ public:
     QString share;
     bool zoomable = false;
     bool isFolder = false;
+    bool excluded = false;
 
     bool operator==(const MapItemFacts&) const = default;
 };

@@ -19,11 +19,19 @@ ActionMenu {
     property bool zoomable: false
     property bool isFolder: false
     property bool measured: false
+    /// Of a folder that was measured, or left out; as it is when the menu opens.
+    property bool excludable: false
+    property bool excluded: false
 
     signal tickWanted(key: string)
     /// Of the whole list: all ticked, or none.
     signal allWanted(ticked: bool)
     signal zoomWanted()
+
+    onAboutToShow: {
+        excludable = actions.isExcludable(key);
+        excluded = actions.isExcluded(key);
+    }
 
     /// Makes it the menu of what a row shows; a list that has more to say does that too.
     function show(row: var): void {
@@ -100,9 +108,22 @@ ActionMenu {
         keys: qsTr("Shift F5")
         objectName: menu.objectName + ".rescan"
         text: qsTr("Rescan Here")
-        visible: menu.zooms && menu.isFolder
+        visible: menu.zooms && menu.isFolder && !menu.excluded
 
         onTriggered: menu.actions.measureAgain(menu.key)
+    }
+    MenuEntry {
+        iconPath: menu.excluded ? Theme.icons.plus : Theme.icons.exclude
+        objectName: menu.objectName + ".exclude"
+        text: menu.excluded ? qsTr("Include in Measuring") : qsTr("Exclude from Measuring")
+        visible: menu.excludable || menu.excluded
+
+        onTriggered: {
+            if (menu.excluded)
+                menu.actions.include(menu.key);
+            else
+                menu.actions.exclude(menu.key);
+        }
     }
     MenuLine {
         visible: menu.tickable

@@ -13,6 +13,8 @@ Card {
     readonly property bool hasChanged: hasFreed || ledger.writtenSince.bytes > 0
     /// What could not be read explains what was not measured only where all of the disk was to be.
     readonly property bool explainsUnreadable: app.scan.wholeDisk && !hasShared
+    /// That something was left out explains it too.
+    readonly property string leftOut: hasShared ? "" : app.exclusions.leftOutSentence
     readonly property string unreadable: app.scan.unreadable.total > 0 ? app.scan.unreadable.headline : ""
 
     signal unreadableWanted()
@@ -166,9 +168,12 @@ Card {
                 objectName: "overview.term.notmeasured"
                 link: card.explainsUnreadable ? card.unreadable : ""
                 remark: card.hasShared ? qsTr("counted at every file that shares it")
+                    : card.app.scan.wholeDisk && card.leftOut !== "" ? card.leftOut
                     : link !== "" ? ""
                     : card.app.scan.partial ? qsTr("most of it not reached yet")
-                    : card.app.scan.wholeDisk ? qsTr("not visible as files") : qsTr("outside of %1").arg(card.app.scan.root)
+                    : card.app.scan.wholeDisk ? qsTr("not visible as files") : card.leftOut === ""
+                    ? qsTr("outside of %1").arg(card.app.scan.root)
+                    : qsTr("outside of %1; %2").arg(card.app.scan.root).arg(card.leftOut)
                 width: terms.cell
 
                 swatch: Swatch {

@@ -166,15 +166,23 @@ T.ApplicationWindow {
             Banner {
                 id: notice
 
-                action: qsTr("Close")
+                action: window.app.notice.action || qsTr("Close")
+                closable: window.app.notice.action !== ""
                 height: visible ? implicitHeight : 0
                 objectName: "notice"
                 radius: 0
                 statement: window.app.notice.text
+                tone: closable ? Banner.Ok : Banner.Warn
                 visible: window.app.notice.text !== ""
                 width: parent.width
 
-                onTriggered: window.app.notice.dismiss()
+                onClosed: window.app.notice.dismiss()
+                onTriggered: {
+                    if (closable)
+                        window.app.notice.act();
+                    else
+                        window.app.notice.dismiss();
+                }
             }
             // The journal's screen shows it in its own place.
             PutBackStrip {
@@ -306,6 +314,11 @@ T.ApplicationWindow {
         }
         function onAboutWanted(): void {
             window.showPage("help", Qt.OtherFocusReason);
+        }
+        function onExclusionsWanted(): void {
+            const marked = window.isMarked(window.activeFocusItem);
+            window.showPage("settings", Qt.OtherFocusReason);
+            (window.shownScreen as SettingsView)?.showExclusions(marked);
         }
         // Another screen, or the same one again, in place of a page or a report.
         function onOpened(): void {

@@ -94,7 +94,8 @@ Item {
                 anchors.left: name.left
                 anchors.right: parent.right
                 anchors.top: name.bottom
-                text: qsTr("%1 · %2 on disk").arg(inspector.facts.kindName).arg(inspector.facts.size)
+                text: inspector.facts.excluded ? [inspector.facts.kindName, inspector.facts.size].join(" · ")
+                    : qsTr("%1 · %2 on disk").arg(inspector.facts.kindName).arg(inspector.facts.size)
             }
         }
         Gap {

@@ -33,14 +33,32 @@ ItemRow {
     Spoken.expandable: folds
     Spoken.expanded: open
 
-    below: SizeBar {
-        anchors.left: parent.left
-        fill: Theme.control
-        height: 3
-        share: row.model.fraction
-        // As long as beside a row without a note.
-        width: parent.width + (row.note !== "" ? warning.width + row.gap : 0)
-    }
+    below: [
+        SizeBar {
+            anchors.left: parent.left
+            fill: Theme.control
+            height: 3
+            share: row.model.fraction
+            visible: !row.model.excluded
+            // As long as beside a row without a note.
+            width: parent.width + (row.note !== "" ? warning.width + row.gap : 0)
+        },
+        // A Loader of Qt 6.4 cannot make what is bound to its context.
+        // qmllint disable unqualified
+        Loader {
+            active: row.model.excluded
+            anchors.left: parent.left
+            visible: active
+            width: parent.width
+
+            sourceComponent: ThemedText {
+                color: Theme.text3
+                role: ThemedText.Tile
+                text: row.model.kindName
+            }
+        }
+        // qmllint enable unqualified
+    ]
     // A Loader of Qt 6.4 cannot make what is bound to its context.
     // qmllint disable unqualified
     cells: [

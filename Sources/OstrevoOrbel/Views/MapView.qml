@@ -218,7 +218,42 @@ ScreenFrame {
             anchors.centerIn: parent
             color: Theme.text2
             text: qsTr("Nothing here takes up space on the disk.")
-            visible: treemap.tileCount === 0
+            visible: treemap.tileCount === 0 && !screen.map.focusExcluded
+        }
+        Hatching {
+            anchors.fill: treemap
+            ground: Theme.hatchGround
+            lines: Theme.hatch
+            objectName: "map.excluded"
+            visible: screen.map.focusExcluded
+
+            Rectangle {
+                anchors.centerIn: parent
+                color: Theme.hatchGround
+                height: excluded.height + 24
+                width: excluded.width + 32
+
+                Column {
+                    id: excluded
+
+                    anchors.centerIn: parent
+                    spacing: 12
+
+                    ThemedText {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        bold: true
+                        text: qsTr("Not measured · excluded")
+                    }
+                    PushButton {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        controlHeight: Theme.smallButtonHeight
+                        objectName: "map.include"
+                        text: qsTr("Include in Measuring")
+
+                        onClicked: screen.app.actions.include(screen.map.facts(screen.map.focus).key)
+                    }
+                }
+            }
         }
     }
     MapListPane {

@@ -11,8 +11,11 @@ ScreenFrame {
     firstFocus: (phase === "scanning" ? stop : body.item?.firstFocus ?? body.item) as Item
     objectName: "overview"
     scope: app.scan.scopeText
+    scopeLink: phase === "measured" ? app.exclusions.leftOutText : ""
     status: app.scan.running ? app.scan.scopeText : body.item?.status ?? ""
     title: qsTr("Overview")
+
+    onScopeLinkClicked: app.showExclusions()
 
     /// A measured disk is shown from its top, without a mark on the list that has the focus.
     function takeFocus(reason: int): void {

@@ -1,4 +1,7 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
+import QtQuick.Dialogs
 import OstrevoOrbel
 
 /// What can be chosen; a change applies at once.
@@ -12,6 +15,12 @@ ScreenFrame {
     scope: qsTr("Changes apply at once")
     status: qsTr("Settings")
     title: qsTr("Settings")
+
+    /// Brings the folders that are left out of measuring into sight.
+    function showExclusions(marked: bool): void {
+        addFolder.forceActiveFocus(marked ? Qt.ShortcutFocusReason : Qt.OtherFocusReason);
+        page.show(exclusions);
+    }
 
     ScrollPage {
         id: page
@@ -149,6 +158,69 @@ ScreenFrame {
             height: 12
         }
         Heading {
+            text: qsTr("Left out of measuring")
+            width: parent.width
+        }
+        Card {
+            id: exclusions
+
+            objectName: "settings.exclusions"
+            width: parent.width
+
+            Column {
+                width: parent.width
+
+                Repeater {
+                    model: view.app.exclusions.folders
+
+                    SettingRow {
+                        id: folder
+
+                        required property int index
+                        required property string path
+
+                        isPath: true
+                        label: path
+                        width: parent?.width ?? 0
+
+                        control: PushButton {
+                            Accessible.name: qsTr("Remove %1").arg(folder.path)
+                            objectName: "settings.include." + folder.index
+                            text: qsTr("Remove")
+
+                            onClicked: {
+                                // The row goes with what it has.
+                                if (visualFocus)
+                                    addFolder.forceActiveFocus(Qt.TabFocusReason);
+                                view.app.exclusions.remove(folder.index);
+                            }
+                        }
+                    }
+                }
+                SettingRow {
+                    explanation: qsTr("A folder that is left out is not entered: its space counts as not measured, and it is in no list. Measuring such a folder itself is still possible.")
+                    label: view.app.exclusions.any ? qsTr("Leave another folder out") : qsTr("No folder is left out")
+                    last: true
+                    objectName: "settings.addRow"
+                    width: parent.width
+
+                    control: PushButton {
+                        id: addFolder
+
+                        iconOnly: view.narrow
+                        iconPath: view.narrow ? Theme.icons.plus : ""
+                        objectName: "settings.addFolder"
+                        text: qsTr("Add Folder…")
+
+                        onClicked: folderDialog.open()
+                    }
+                }
+            }
+        }
+        Gap {
+            height: 12
+        }
+        Heading {
             text: qsTr("General")
             width: parent.width
         }
@@ -196,5 +268,15 @@ ScreenFrame {
             text: qsTr("Ostrevo Vanto %1 · %2").arg(view.app.version).arg(view.app.motto)
             role: ThemedText.Small
         }
+    }
+
+    FolderDialog {
+        id: folderDialog
+
+        acceptLabel: qsTr("Leave Out")
+        currentFolder: view.app.homeFolder
+        title: qsTr("Leave this folder out of measuring")
+
+        onAccepted: view.app.exclusions.addFolder(selectedFolder)
     }
 }

@@ -258,7 +258,9 @@ QString TreemapItem::describe(int tile) const {
     if (const auto* smaller = std::get_if<TreemapTile::SmallerItems>(&shown.content))
         return tr("%1 in %2 · %3 together")
             .arg(smallerItemsText(smaller->count), map_->facts(smaller->parent).path, size);
-    return tr("Not measured · %1").arg(size);
+    const auto leftOut = leftOutText(map_->tree());
+    return leftOut.isEmpty() ? tr("Not measured · %1").arg(size)
+                             : tr("Not measured · %1 · %2").arg(size, leftOut);
 }
 
 QString TreemapItem::hoverHint() const {
@@ -277,6 +279,8 @@ QString TreemapItem::hoverHint() const {
     if (unreadable > 0)
         words += QLatin1Char(' ')
                  + tr("%1 could not be read.").arg(countOf(unreadable, tr("entry"), tr("entries")));
+    if (const auto leftOut = leftOutText(map_->tree()); !leftOut.isEmpty())
+        words += QLatin1Char(' ') + tr("%1 of measuring.").arg(leftOut);
     return words;
 }
 

@@ -12,10 +12,13 @@ Rectangle {
     property string statement: ""
     property string explanation: ""
     property string action: ""
+    /// Whether it can be closed beside that.
+    property bool closable: false
 
     readonly property color foreground: [Theme.ok, Theme.warn, Theme.error][tone]
 
     signal triggered()
+    signal closed()
 
     Accessible.description: explanation
     Accessible.name: statement
@@ -66,6 +69,14 @@ Rectangle {
             visible: banner.action !== ""
 
             onClicked: banner.triggered()
+        }
+        IconButton {
+            iconPath: Theme.icons.close
+            objectName: banner.objectName + ".close"
+            text: qsTr("Close")
+            visible: banner.closable
+
+            onClicked: banner.closed()
         }
     }
 }

@@ -41,5 +41,6 @@ QtObject {
     readonly property string list: "M5.5 4h8M5.5 8h8M5.5 12h8M2.5 4h.1M2.5 8h.1M2.5 12h.1"
     readonly property string terminal: "M2 3h12v10H2zM4.5 6l2.2 2l-2.2 2M8.5 10.2h3"
     readonly property string columns: "M2 3h12v10H2zM6.5 3v10M10.5 3v10"
+    readonly property string exclude: "M14 8a6 6 0 1 1-12 0a6 6 0 0 1 12 0zM3.8 12.2L12.2 3.8"
     readonly property string plus: "M8 3v10M3 8h10"
 }

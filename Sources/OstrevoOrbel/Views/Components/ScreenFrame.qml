@@ -10,6 +10,8 @@ FocusScope {
     property string title: ""
     /// What the screen is about, in one line.
     property string scope: ""
+    /// What belongs to it and leads to more; empty when there is nothing.
+    property string scopeLink: ""
     /// What the status line tells of this screen.
     property string status: ""
     /// Whether the window is too small for words on the toolbar's buttons.
@@ -27,6 +29,8 @@ FocusScope {
     property Item firstFocus: null
     /// That, or nothing in particular while it cannot have the focus.
     readonly property Item focusPlace: firstFocus?.enabled && (firstFocus.visible || !visible) ? firstFocus : rest
+
+    signal scopeLinkClicked()
 
     function takeFocus(reason: int): void {
         focusPlace.forceActiveFocus(reason);
@@ -62,11 +66,31 @@ FocusScope {
                 text: frame.title
                 width: parent.width
             }
-            SmallText {
-                color: Theme.text3
-                elide: Text.ElideMiddle
-                text: frame.scope
+            Item {
+                height: scopeText.height
                 width: parent.width
+
+                SmallText {
+                    id: scopeText
+
+                    anchors.left: parent.left
+                    color: Theme.text3
+                    elide: Text.ElideMiddle
+                    text: frame.scope
+                    width: Math.min(implicitWidth, parent.width - (scopeLink.visible ? scopeLink.width + 12 : 0))
+                }
+                LinkButton {
+                    id: scopeLink
+
+                    anchors.left: scopeText.right
+                    anchors.leftMargin: 12
+                    anchors.verticalCenter: parent.verticalCenter
+                    objectName: frame.objectName + ".scopeLink"
+                    text: frame.scopeLink
+                    visible: text !== ""
+
+                    onClicked: frame.scopeLinkClicked()
+                }
             }
         }
         Row {

@@ -14,11 +14,20 @@ FocusScope {
     default property alias content: column.data
 
     readonly property Item focused: Window.activeFocusItem
+    /// What is to be in sight, also once what is above it has its height.
+    property Item sought: null
 
     function reveal(item: var): void {
         // What was clicked is in sight already.
-        if (!item || !page.activeFocus || item.visualFocus === false)
-            return;
+        if (item && page.activeFocus && item.visualFocus !== false)
+            page.scrollTo(item);
+    }
+    /// Keeps this in sight until the focus moves, or the page is moved.
+    function show(item: Item): void {
+        sought = item;
+        scrollTo(item);
+    }
+    function scrollTo(item: Item): void {
         const top = item.mapToItem(column, 0, 0).y + column.y;
         if (top - 12 < view.contentY || top + item.height + 12 > view.contentY + view.height)
             view.contentY = Math.max(0, Math.min(view.contentHeight - view.height,
@@ -38,12 +47,17 @@ FocusScope {
             [Qt.Key_End]: most
         };
         event.accepted = event.key in steps && event.modifiers === Qt.NoModifier && most > 0;
-        if (event.accepted)
-            view.contentY = Math.max(0, Math.min(most, view.contentY + steps[event.key]));
+        if (!event.accepted)
+            return;
+        sought = null;
+        view.contentY = Math.max(0, Math.min(most, view.contentY + steps[event.key]));
     }
 
     Keys.onPressed: event => scrollBy(event)
-    onFocusedChanged: reveal(focused)
+    onFocusedChanged: {
+        sought = null;
+        reveal(focused);
+    }
 
     Flickable {
         id: view
@@ -56,12 +70,16 @@ FocusScope {
 
         T.ScrollBar.vertical: ScrollThumb {}
 
+        onMovementStarted: page.sought = null
+
         Column {
             id: column
 
             width: Math.min(view.width - 2 * page.padding, page.columnWidth)
             x: page.centred ? Math.round((view.width - width) / 2) : Theme.along(page.padding, width, view.width)
             y: page.padding
+
+            onHeightChanged: if (page.sought) page.scrollTo(page.sought)
         }
     }
 }

@@ -8,6 +8,8 @@ Item {
     property string label: ""
     property string explanation: ""
     property bool last: false
+    /// The label is a path, which is shown whole.
+    property bool isPath: false
     property alias control: controlSlot.data
     readonly property Item spoken: controlSlot.children[0] ?? null
 
@@ -29,9 +31,11 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
 
         ThemedText {
-            text: row.label
+            id: label
+
+            text: row.isPath ? PathLines.broken(row.label, font, width) : row.label
             width: parent.width
-            wrapMode: Text.Wrap
+            wrapMode: row.isPath ? Text.WrapAnywhere : Text.Wrap
         }
         SmallText {
             anchors.left: parent.left
