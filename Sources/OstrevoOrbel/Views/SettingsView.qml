@@ -184,7 +184,7 @@ ScreenFrame {
                         width: parent?.width ?? 0
 
                         control: PushButton {
-                            Accessible.name: qsTr("Remove %1").arg(folder.path)
+                            Spoken.name: qsTr("Remove %1").arg(folder.path)
                             objectName: "settings.include." + folder.index
                             text: qsTr("Remove")
 
