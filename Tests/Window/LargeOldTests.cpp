@@ -233,6 +233,7 @@ TEST(WindowLarge, FocusKeepsToItsFileAndTheMenuToItsItem) {
     scene.press(Qt::Key_3, Qt::ControlModifier);
     scene.click(QStringLiteral("large.kind"));
     scene.click(QStringLiteral("large.kind.1"));
+    EXPECT_FALSE(scene.isShown(QStringLiteral("large.kind.1"))) << "it closes";
     ASSERT_TRUE(scene.waitUntil([&] { return scene.app().largeOld()->countText() == QLatin1String("2"); }));
     scene.settle();
     EXPECT_TRUE(scene.says(QStringLiteral("2 files")));

@@ -84,9 +84,8 @@ public:
                          + rows().value(row, "name").toString();
         return lines.join(QStringLiteral(" | ")).toStdString();
     }
-    QString nameOf(const char* item) {
-        return QAccessible::queryAccessibleInterface(this->item(QLatin1String(item)))
-            ->text(QAccessible::Name);
+    QAccessibleInterface* spoken(const char* item) {
+        return QAccessible::queryAccessibleInterface(this->item(QLatin1String(item)));
     }
     NodeIndex at(const char* path) { return *map().tree().index(path, PathCanonicalizer::shared()); }
     QPoint centreOf(const QString& name) {
@@ -130,8 +129,8 @@ TEST(WindowMapList, FoldersOpenInPlaceByKeyAndByClick) {
     scene.press(Qt::Key_Down);
     EXPECT_EQ(scene.selected(), QStringLiteral("ridge.mov"));
     EXPECT_EQ(scene.view->selectedBox(), scene.view->boxOf(scene.at("/data/films/alps/ridge.mov")));
-    EXPECT_TRUE(scene.nameOf("map.list.row.2").endsWith(QStringLiteral("level 3")));
-    EXPECT_TRUE(scene.nameOf("map.list.row.1").endsWith(QStringLiteral("level 2, expanded")));
+    EXPECT_TRUE(scene.spoken("map.list.row.2")->text(QAccessible::Name).endsWith(QStringLiteral("level 3")));
+    EXPECT_TRUE(scene.spoken("map.list.row.1")->state().expanded);
 
     scene.press(Qt::Key_Space);
     EXPECT_TRUE(scene.waitUntil([&] { return scene.rows().value(2, "refusal").toString() != QString(); }))
@@ -140,7 +139,7 @@ TEST(WindowMapList, FoldersOpenInPlaceByKeyAndByClick) {
     scene.press(Qt::Key_Left);
     EXPECT_EQ(scene.selected(), QStringLiteral("alps"));
     scene.press(Qt::Key_Left);
-    EXPECT_TRUE(scene.nameOf("map.list.row.1").endsWith(QStringLiteral("level 2, collapsed")));
+    EXPECT_TRUE(scene.spoken("map.list.row.1")->state().collapsed);
     scene.press(Qt::Key_Right);
     scene.press(Qt::Key_Down);
     const auto fold = scene.centreOf(QStringLiteral("map.fold.films/"));

@@ -392,10 +392,9 @@ QString DuplicateGroupsModel::wordsOf(Row row) const {
             .join(QStringLiteral(", "));
     const auto copy = static_cast<std::size_t>(row.copy);
     const auto& file = group.file(copy);
-    return tr("%1, %2, %3, in %4, changed %5")
-        .arg(textOf(lastPathComponent(file.path)), group.kept() == copy ? tr("kept") : kind,
-             sizeText(group, row.copy), textOf(tildePath(parentPath(file.path), home_)),
-             dayAndClockText(file.modified));
+    return tr("%1, %2, %3, changed %4")
+        .arg(textOf(tildePath(file.path, home_)), group.kept() == copy ? tr("kept") : kind,
+             sizeText(group, row.copy), dayAndClockText(file.modified));
 }
 
 QString rangeText(std::uint64_t least, std::uint64_t most) {

@@ -89,6 +89,9 @@ ScreenFrame {
     ScrollPage {
         id: page
 
+        // It has the focus itself.
+        Accessible.name: view.title
+        Accessible.role: Accessible.Pane
         anchors.fill: parent
         columnWidth: Theme.settingsWidth
         focus: true

@@ -241,8 +241,6 @@ FocusScope {
                 onQuitWanted: pane.flow.askToQuit()
             }
             Rectangle {
-                Accessible.name: title.text
-                Accessible.role: Accessible.Heading
                 color: Theme.sunk
                 height: Theme.tableHeadHeight
                 width: parent.width
@@ -252,7 +250,7 @@ FocusScope {
                     visible: heading.section !== "app"
                 }
                 Hairline {}
-                ThemedText {
+                Heading {
                     id: title
 
                     anchors.left: parent.left
@@ -260,7 +258,6 @@ FocusScope {
                     anchors.right: remark.left
                     anchors.rightMargin: 12
                     anchors.verticalCenter: parent.verticalCenter
-                    bold: true
                     text: pane.sectionTitle(heading.section)
                 }
                 SmallText {

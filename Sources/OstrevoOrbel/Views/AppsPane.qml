@@ -134,8 +134,6 @@ FocusScope {
             edge: Qt.TopEdge
         }
         SmallText {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             anchors.left: parent.left
             anchors.leftMargin: pane.padding
             anchors.right: parent.right

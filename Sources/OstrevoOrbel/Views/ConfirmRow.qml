@@ -25,7 +25,7 @@ ItemRow {
     // For what a line of whole names measures more than its names.
     nameWrap: Text.WrapAnywhere
     opens: 0
-    words: (moving ? [name, stageWords, size] : [name, model.kindName, model.entries, size]).join(", ")
+    words: (moving ? [name, stageWords, size] : [name, model.kindName, qsTr("count %1").arg(model.entries), size]).join(", ")
 
     below: Badge {
         anchors.left: parent.left

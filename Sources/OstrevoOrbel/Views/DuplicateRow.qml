@@ -15,12 +15,16 @@ ItemRow {
     readonly property bool kept: model.kept
     readonly property bool folded: model.folded
     readonly property string remark: refusal || note
+    /// The mark that keeps it.
+    readonly property alias keep: keep
 
     signal foldWanted()
     signal keepWanted()
 
+    Accessible.checkable: head || showsTick && !refused
     Accessible.description: remark
-    Accessible.role: Accessible.Row
+    Spoken.expandable: head
+    Spoken.expanded: !folded
     above: !head ? 0 : index === 0 ? 16 : 12
     beside: Math.round(Math.max(padding, (width - Theme.tableWidth) / 2))
     carded: true
@@ -73,7 +77,9 @@ ItemRow {
             visible: row.head
         },
         KeepRadio {
-            Accessible.name: qsTr("Keep %1").arg(row.name)
+            id: keep
+
+            Spoken.name: qsTr("Keep %1").arg(row.name)
             anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             autoExclusive: false

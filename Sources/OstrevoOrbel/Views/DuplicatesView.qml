@@ -22,6 +22,7 @@ ScreenFrame {
             id: field
 
             findable: true
+            found: screen.flow.groupsText
             keys: screen.narrow ? "" : qsTr("Ctrl F")
             objectName: "duplicates.find"
             placeholderText: qsTr("Name or folder contains")
@@ -119,17 +120,18 @@ ScreenFrame {
 
         /// Which of a copy's two controls the keys act on: its tick, or the mark that keeps it.
         property bool keepFocused: false
+        readonly property DuplicateRow current: (contentItem as ListView).currentItem as DuplicateRow
 
         function menuOf(row: Item): var {
             return (row as DuplicateRow).head ? groupMenu : copyMenu;
         }
 
         Accessible.name: qsTr("Groups of identical files")
-        Accessible.role: Accessible.Table
         anchors.fill: parent
         menu: copyMenu
         model: screen.flow.groups
         objectName: "duplicates.table"
+        part: (keepFocused && current && !current.head && !current.kept ? current.keep : current) as Item
         visible: screen.hasList
 
         delegate: DuplicateRow {

@@ -75,6 +75,18 @@ PushButton {
                     Qt.callLater(button.chooseCurrent);
             }
         }
+        PopupName {
+            popup: box
+            text: button.text
+        }
+        // The keys stay with the field while they choose from the list.
+        Announcement {
+            after: 400
+
+            readonly property var current: (list.contentItem as ListView).currentItem
+
+            words: !box.visible || matches.text === "" || matches.searching ? "" : current?.words ?? matches.summary
+        }
         Column {
             id: column
 
@@ -143,7 +155,6 @@ PushButton {
                 onCountChanged: currentIndex = count > 0 ? 0 : -1
             }
             SmallText {
-                Accessible.name: text
                 Accessible.role: Accessible.StatusBar
                 leftPadding: 8
                 objectName: button.objectName + ".summary"

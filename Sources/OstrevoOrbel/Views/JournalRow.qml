@@ -26,8 +26,9 @@ ItemRow {
 
     signal putBackWanted()
 
-    Accessible.description: !head ? reason
-        : [folded ? qsTr("folded") : "", remark].filter(words => words !== "").join(", ")
+    Accessible.description: head ? remark : reason
+    Spoken.expandable: head
+    Spoken.expanded: !folded
     above: !head ? 0 : index === 0 ? 16 : 12
     beside: padding
     carded: true

@@ -31,6 +31,7 @@ ScreenFrame {
 
             enabled: view.filled || view.journal.state === "noMatch"
             findable: true
+            found: state.noMatch ? state.statement : ""
             keys: view.narrow ? "" : qsTr("Ctrl F")
             objectName: "journal.find"
             placeholderText: qsTr("Find in the journal")

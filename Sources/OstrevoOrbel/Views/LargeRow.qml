@@ -12,7 +12,6 @@ ItemRow {
     readonly property var remarks: [model.openIn, refusal, refused ? "" : note].filter(remark => remark !== "")
 
     Accessible.description: remarks.join(", ")
-    Accessible.role: Accessible.Row
     detail: narrow && remarks.length > 0 ? remarks.join(" · ") : model.folder
     detailElide: narrow && remarks.length > 0 ? Text.ElideRight : Text.ElideMiddle
     facts: [model.kindName, size].join(" · ")

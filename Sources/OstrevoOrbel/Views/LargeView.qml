@@ -37,7 +37,7 @@ ScreenFrame {
             onClicked: view.find()
         },
         PushButton {
-            Accessible.name: qsTr("Measure again")
+            Spoken.name: qsTr("Measure again")
             enabled: !view.app.scan.running
             iconOnly: view.narrow
             iconPath: Theme.icons.rescan
@@ -102,6 +102,7 @@ ScreenFrame {
                 anchors.leftMargin: 8
                 anchors.verticalCenter: parent.verticalCenter
                 fieldRadius: height / 2
+                found: view.large.running ? "" : [view.large.shownCount, view.large.shownSize].join(", ")
                 objectName: "large.text"
                 placeholderText: qsTr("Name or folder contains")
                 visible: !view.narrow || view.finding || text !== ""
@@ -223,7 +224,6 @@ ScreenFrame {
             id: table
 
             Accessible.name: qsTr("Large and old files")
-            Accessible.role: Accessible.Table
             anchors.bottom: parent.bottom
             anchors.top: head.bottom
             menu: menu

@@ -48,8 +48,6 @@ Card {
         VolumeBar {
             id: bar
 
-            Accessible.name: card.ledger.summary
-            Accessible.role: Accessible.Graphic
             height: 40
             objectName: "overview.ledger"
             segments: card.ledger.segments

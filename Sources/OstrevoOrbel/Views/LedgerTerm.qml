@@ -23,6 +23,8 @@ Item {
     /// What stands before the label.
     readonly property real before: swatchSlot.visible ? swatchSlot.width + head.spacing : 0
 
+    Accessible.name: [label, amount, remark].filter(words => words !== "").join(", ")
+    Accessible.role: Accessible.StaticText
     implicitHeight: column.implicitHeight
     implicitWidth: Math.ceil(Math.max(amountText.implicitWidth, labelText.implicitWidth + before)) + free
 

@@ -284,6 +284,9 @@ T.ApplicationWindow {
     ConfirmSheet {
         app: window.app
     }
+    Announcements {
+        app: window.app
+    }
     SaveDialog {
         id: exportDialog
 

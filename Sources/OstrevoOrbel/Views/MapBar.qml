@@ -135,8 +135,7 @@ FocusScope {
                     T.AbstractButton {
                         id: button
 
-                        Accessible.name: crumb.name + ", " + crumb.size
-                        Accessible.role: Accessible.Button
+                        Spoken.name: crumb.name + ", " + crumb.size
                         anchors.verticalCenter: parent.verticalCenter
                         enabled: crumb.index >= way.hiddenParts
                         focusPolicy: Qt.StrongFocus
@@ -185,8 +184,6 @@ FocusScope {
     SmallText {
         id: share
 
-        Accessible.name: text
-        Accessible.role: Accessible.StaticText
         anchors.right: parent.right
         anchors.rightMargin: bar.padding
         anchors.verticalCenter: parent.verticalCenter

@@ -104,10 +104,9 @@ FocusScope {
                     required property string size
                     required property bool active
 
-                    Accessible.checkable: true
-                    Accessible.checked: active
-                    Accessible.name: title + ", " + size
-                    Accessible.role: Accessible.CheckBox
+                    Spoken.name: title + ", " + size
+                    Spoken.role: Accessible.CheckBox
+                    checked: active
                     focusPolicy: Qt.StrongFocus
                     hoverEnabled: true
                     implicitHeight: Theme.smallButtonHeight

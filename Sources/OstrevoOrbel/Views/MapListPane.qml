@@ -143,7 +143,7 @@ FocusScope {
         }
 
         Accessible.name: qsTr("Items in %1").arg(pane.map.focusName)
-        Accessible.role: Accessible.Tree
+        Spoken.role: Accessible.Tree
         anchors.bottom: summary.top
         anchors.left: parent.left
         anchors.right: parent.right
@@ -218,8 +218,6 @@ FocusScope {
             soft: true
         }
         SmallText {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             anchors.left: parent.left
             anchors.leftMargin: 16
             anchors.right: allColumns.visible ? allColumns.left : parent.right

@@ -27,10 +27,11 @@ ItemRow {
     tickGap: columns.tickGap
     tickName: "map.tick." + name
     ticks: true
-    words: [name, model.kindName, size, model.share, qsTr("level %1").arg(model.level + 1),
-        folds ? open ? qsTr("expanded") : qsTr("collapsed") : ""].filter(word => word !== "").join(", ")
+    words: [name, model.kindName, size, model.share, qsTr("level %1").arg(model.level + 1)].join(", ")
 
     Accessible.role: Accessible.TreeItem
+    Spoken.expandable: folds
+    Spoken.expanded: open
 
     below: [
         SizeBar {

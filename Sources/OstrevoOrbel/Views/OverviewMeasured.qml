@@ -48,8 +48,8 @@ FocusScope {
         readonly property string count: modelData.flow.countText
         readonly property string remark: summary !== "" ? summary : modelData.unknown
 
-        Accessible.name: text + ", " + remark
-        Accessible.role: Accessible.Link
+        Spoken.name: text + ", " + remark
+        Spoken.role: Accessible.Link
         focusPolicy: Qt.StrongFocus
         hoverEnabled: true
         implicitHeight: Theme.linkCardHeight

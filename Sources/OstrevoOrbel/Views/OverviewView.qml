@@ -45,7 +45,7 @@ ScreenFrame {
             onClicked: view.app.chooseFolderAndScan()
         },
         PushButton {
-            Accessible.name: qsTr("Measure again")
+            Spoken.name: qsTr("Measure again")
             iconOnly: view.narrow
             iconPath: Theme.icons.rescan
             objectName: "overview.again"

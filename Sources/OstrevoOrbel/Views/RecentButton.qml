@@ -14,7 +14,7 @@ PushButton {
     objectName: "overview.recent"
     text: qsTr("Recent")
 
-    Accessible.role: Accessible.ButtonMenu
+    Spoken.role: Accessible.ButtonMenu
     Keys.onDownPressed: button.clicked()
     onClicked: {
         button.recent.refresh();
@@ -45,7 +45,11 @@ PushButton {
                 objectName: "overview.recent." + index
                 text: path
 
-                onTriggered: button.recent.measure(index)
+                // Which changes the entries; one that is gone does not close its menu.
+                onTriggered: {
+                    menu.close();
+                    button.recent.measure(index);
+                }
             }
 
             onObjectAdded: (index, object) => menu.insertItem(index, object)

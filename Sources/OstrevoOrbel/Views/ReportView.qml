@@ -52,6 +52,8 @@ ScreenFrame {
         width: parent.width
 
         Column {
+            Accessible.name: rows.title
+            Accessible.role: Accessible.List
             width: parent.width
 
             Repeater {

@@ -75,7 +75,7 @@ ScreenFrame {
                     width: parent.width
 
                     control: ToggleSwitch {
-                        Accessible.name: qsTr("Notify me when free space is low")
+                        Spoken.name: qsTr("Notify me when free space is low")
                         checked: view.app.alert.enabled
                         objectName: "settings.alert"
 
@@ -184,7 +184,7 @@ ScreenFrame {
                         width: parent?.width ?? 0
 
                         control: PushButton {
-                            Accessible.name: qsTr("Remove %1").arg(folder.path)
+                            Spoken.name: qsTr("Remove %1").arg(folder.path)
                             objectName: "settings.include." + folder.index
                             text: qsTr("Remove")
 
@@ -235,7 +235,7 @@ ScreenFrame {
                     width: parent.width
 
                     control: ToggleSwitch {
-                        Accessible.name: qsTr("Open Ostrevo Vanto at login")
+                        Spoken.name: qsTr("Open Ostrevo Vanto at login")
                         checked: view.app.alert.openAtLogin
                         objectName: "settings.login"
 

@@ -85,6 +85,8 @@ Rectangle {
         Column {
             id: column
 
+            Accessible.name: qsTr("Screens")
+            Accessible.role: Accessible.PageTabList
             spacing: 2
             width: list.width - 2 * sidebar.side
             x: sidebar.side
@@ -156,8 +158,7 @@ Rectangle {
         T.AbstractButton {
             id: trash
 
-            Accessible.name: qsTr("In the Trash: %1").arg(sidebar.app.disk.trashSize)
-            Accessible.role: Accessible.Button
+            Spoken.name: qsTr("In the Trash: %1").arg(sidebar.app.disk.trashSize)
             focusPolicy: Qt.TabFocus
             height: Theme.smallButtonHeight
             hoverEnabled: true

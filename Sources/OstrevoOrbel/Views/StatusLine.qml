@@ -17,7 +17,6 @@ Rectangle {
     SmallText {
         id: words
 
-        Accessible.name: text
         Accessible.role: Accessible.StatusBar
         anchors.left: parent.left
         anchors.leftMargin: 16
@@ -30,7 +29,6 @@ Rectangle {
     SmallText {
         id: measured
 
-        Accessible.name: text
         Accessible.role: Accessible.StatusBar
         anchors.right: parent.right
         anchors.rightMargin: 16

@@ -26,6 +26,11 @@ Card {
 
     clip: true
 
+    onTickedChanged: if (table.activeFocus) heard.say(ticked)
+
+    Announcement {
+        id: heard
+    }
     Item {
         id: head
 
@@ -71,7 +76,6 @@ Card {
         id: table
 
         Accessible.name: card.heading
-        Accessible.role: Accessible.Table
         anchors.bottom: legend.visible ? legend.top : foot.top
         anchors.left: parent.left
         anchors.right: parent.right
@@ -84,7 +88,6 @@ Card {
         delegate: ItemRow {
             id: row
 
-            Accessible.role: Accessible.Row
             detailElide: Text.ElideRight
             facts: detail
             gap: 12

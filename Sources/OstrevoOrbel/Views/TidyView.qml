@@ -22,6 +22,7 @@ ScreenFrame {
     actions: [
         EntryField {
             findable: true
+            found: [screen.flow.foldersText, screen.flow.shortcutsText].join(", ")
             keys: screen.narrow ? "" : qsTr("Ctrl F")
             objectName: "tidy.find"
             placeholderText: qsTr("Name or folder contains")

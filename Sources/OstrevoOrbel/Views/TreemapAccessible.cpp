@@ -40,7 +40,11 @@ public:
     QWindow* window() const override { return item_->window(); }
 
     QString text(QAccessible::Text text) const override {
-        return text == QAccessible::Name && isValid() ? item_->tileName(tile_) : QString();
+        if (!isValid())
+            return {};
+        return text == QAccessible::Name          ? item_->tileName(tile_)
+               : text == QAccessible::Description ? item_->tileRefusal(tile_)
+                                                  : QString();
     }
     void setText(QAccessible::Text /*text*/, const QString& /*words*/) override {}
     QRect rect() const override { return isValid() ? onScreen(*item_, item_->boxAt(tile_)) : QRect(); }
@@ -48,7 +52,10 @@ public:
     QAccessible::State state() const override {
         QAccessible::State state;
         state.invalid = !isValid();
+        state.invisible = !item_->isVisible();
         state.selectable = true;
+        state.checkable = isValid() && item_->isTickable(tile_);
+        state.checked = state.checkable && item_->isTicked(tile_);
         state.focusable = true;
         state.selected = item_->selectedTile() == tile_;
         state.focused = item_->hasActiveFocus() && item_->currentTile() == tile_;
@@ -60,7 +67,10 @@ public:
                                                     : nullptr;
     }
     QStringList actionNames() const override {
-        return {pressAction(), zoomAction(), showMenuAction(), setFocusAction()};
+        QStringList actions{pressAction(), zoomAction(), showMenuAction(), setFocusAction()};
+        if (isValid() && item_->isTickable(tile_))
+            actions << toggleAction();
+        return actions;
     }
     QString localizedActionDescription(const QString& action) const override {
         return action == zoomAction() ? TreemapItem::tr("Zooms into it")
@@ -80,6 +90,8 @@ public:
             item_->zoomInto(tile_);
         else if (action == showMenuAction())
             item_->openMenu(tile_);
+        else if (action == toggleAction())
+            item_->tick(tile_);
     }
     QStringList keyBindingsForAction(const QString& action) const override {
         return action == zoomAction() ? QStringList{QStringLiteral("Return")} : QStringList();
@@ -177,10 +189,11 @@ void installTreemapAccessibility() {
 }
 
 void announceCurrentTile(TreemapItem* item) {
-    if (!QAccessible::isActive() || !item->hasActiveFocus() || item->currentTile() < 0)
+    if (!QAccessible::isActive() || !item->hasActiveFocus())
         return;
     QAccessibleEvent event(item, QAccessible::Focus);
-    event.setChild(item->currentTile());
+    if (item->currentTile() >= 0)
+        event.setChild(item->currentTile());
     QAccessible::updateAccessibility(&event);
 }
 

@@ -8,10 +8,11 @@ class TreemapItem;
 /// current tile. Once for the process; further calls do nothing.
 void installTreemapAccessibility();
 
-/// Tells assistive technology which tile has become the current one, if the map has the focus.
+/// Tells assistive technology which tile has become the current one, if the map has the focus; of the map
+/// where there is no such tile.
 void announceCurrentTile(TreemapItem* item);
 
-/// To be called before the tiles are laid out anew: what was known of the old ones is no longer true.
+/// To be called when there are other tiles: what was known of the old ones is no longer true.
 void forgetTileInterfaces(TreemapItem* item);
 
 } // namespace orbel

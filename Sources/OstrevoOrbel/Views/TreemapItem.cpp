@@ -10,6 +10,7 @@
 #include <cmath>
 #include <QAccessible>
 #include <QQuickWindow>
+#include <utility>
 
 namespace orbel {
 
@@ -20,6 +21,7 @@ namespace {
 constexpr std::size_t mostTiles = 300'000;
 constexpr int deepest = 64;
 constexpr qint64 forgottenAfter = 1000; ///< milliseconds
+constexpr int saidAfter = 100;          ///< milliseconds
 
 bool isByKeyboard(Qt::FocusReason reason) {
     return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
@@ -35,6 +37,13 @@ TreemapItem::TreemapItem(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setActiveFocusOnTab(true);
     setOpaquePainting(true);
     connect(this, &TreemapItem::lookChanged, this, [this] { update(); });
+    saying_.setInterval(saidAfter);
+    saying_.setSingleShot(true);
+    connect(&saying_, &QTimer::timeout, this, [this] {
+        const bool isOther = map_ != nullptr && std::exchange(saidFolder_, map_->focus()) != map_->focus();
+        if (isOther || current_ >= 0)
+            announceCurrentTile(this);
+    });
 }
 
 void TreemapItem::setMap(MapModel* map) {
@@ -105,12 +114,16 @@ void TreemapItem::ensureLaidOut() {
 void TreemapItem::layOut() {
     isStale_ = false;
     ++layouts_;
-    forgetTileInterfaces(this);
-    tiles_.clear();
-    shownTree_ = map_ == nullptr ? nullptr : map_->sharedTree();
+    const auto former = std::exchange(tiles_, {});
+    const auto formerTree = std::exchange(shownTree_, map_ == nullptr ? nullptr : map_->sharedTree());
     const TreemapRect area{.x = 0, .y = 0, .width = width() / unit_, .height = height() / unit_};
     if (map_ != nullptr && map_->tree().count() > 0)
         tiles_ = TreemapModel::tiles(map_->tree(), map_->focus(), area, deepest, map_->coverage(), mostTiles);
+    if (formerTree != shownTree_
+        || !std::ranges::equal(tiles_, former, {}, &TreemapTile::content, &TreemapTile::content)) {
+        forgetTileInterfaces(this);
+        saying_.start();
+    }
     current_ = -1;
     hovered_ = pointer_ ? tileAt(*pointer_) : -1;
     takeSelection();
@@ -304,6 +317,7 @@ void TreemapItem::choose(int tile) {
     current_ = tile;
     Q_EMIT marksChanged();
     Q_EMIT statusChanged();
+    saying_.stop();
     announceCurrentTile(this);
 }
 
@@ -328,6 +342,25 @@ void TreemapItem::openMenu(int tile) {
         Q_EMIT menuWanted(*node,
                           box.topLeft() + QPointF(std::min(box.width(), 24.0), std::min(box.height(), 24.0)));
     }
+}
+
+bool TreemapItem::isTickable(int tile) const {
+    return isOfThisTree() && nodeOf(tile) && tileRefusal(tile).isEmpty();
+}
+
+QString TreemapItem::tileRefusal(int tile) const {
+    const auto node = isOfThisTree() ? nodeOf(tile) : std::nullopt;
+    return node ? map_->tickRefusal(*node) : QString();
+}
+
+bool TreemapItem::isTicked(int tile) const {
+    const auto node = isOfThisTree() ? nodeOf(tile) : std::nullopt;
+    return node && moves(*node);
+}
+
+void TreemapItem::tick(int tile) {
+    if (const auto node = nodeOf(tile))
+        Q_EMIT tickWanted(*node);
 }
 
 void TreemapItem::mousePressEvent(QMouseEvent* event) {
@@ -531,7 +564,9 @@ void TreemapItem::focusInEvent(QFocusEvent* event) {
         current_ = 0;
     Q_EMIT marksChanged();
     Q_EMIT statusChanged();
-    announceCurrentTile(this);
+    // Of the map itself Qt tells.
+    saidFolder_ = map_ == nullptr ? 0 : map_->focus();
+    saying_.start();
 }
 
 void TreemapItem::focusOutEvent(QFocusEvent* event) {

@@ -8,6 +8,7 @@
 #include <QColor>
 #include <QElapsedTimer>
 #include <QQuickPaintedItem>
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
 #include <unordered_set>
 #include <vector>
@@ -82,6 +83,12 @@ public:
     int tileAt(QPointF position) const;
     /// "{name}, {kind}, {size}, {share} of {focus folder}"
     QString tileName(int tile) const;
+    /// Whether a tile stands for an item that may be ticked; why it may not, as far as that is known; whether
+    /// it is.
+    bool isTickable(int tile) const;
+    QString tileRefusal(int tile) const;
+    bool isTicked(int tile) const;
+    void tick(int tile);
     QRectF boxAt(int tile) const;
     /// Makes a tile the current one, and selects its item.
     void choose(int tile);
@@ -168,6 +175,9 @@ private:
     QElapsedTimer sinceTyped_;
     int wheelTurn_ = 0;                    ///< since the last step, in eighths of a degree
     std::optional<quint64> lastWheelStep_; ///< in milliseconds, as events tell it
+    NodeIndex saidFolder_ = 0;
+    QTimer
+        saying_; ///< of the current tile: other tiles may follow at once, as while a bar below the map grows
 };
 
 } // namespace orbel

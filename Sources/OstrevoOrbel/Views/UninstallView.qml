@@ -34,6 +34,7 @@ ScreenFrame {
 
             enabled: screen.hasApps
             findable: true
+            found: screen.flow.shownText
             keys: qsTr("Ctrl F")
             objectName: "uninstall.find"
             placeholderText: qsTr("Find an app")

@@ -11,8 +11,8 @@ T.AbstractButton {
 
     required property AppModel app
 
-    Accessible.name: qsTr("File system: %1").arg(text)
-    Accessible.role: Accessible.ButtonMenu
+    Spoken.name: qsTr("File system: %1").arg(text)
+    Spoken.role: Accessible.ButtonMenu
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     implicitHeight: Theme.smallButtonHeight

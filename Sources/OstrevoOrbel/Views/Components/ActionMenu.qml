@@ -9,6 +9,8 @@ T.Menu {
     /// The item's name, and its kind and size.
     property string itemName: ""
     property string itemFacts: ""
+    /// What a screen reader calls it.
+    property string name: itemName
 
     cascade: false
     implicitHeight: contentHeight + topPadding + bottomPadding
@@ -62,5 +64,10 @@ T.Menu {
         implicitHeight: contentHeight
         interactive: Window.window ? contentHeight > Window.window.height - 80 : false
         model: menu.contentModel
+    }
+    PopupName {
+        popup: menu
+        role: Accessible.PopupMenu
+        text: menu.name
     }
 }

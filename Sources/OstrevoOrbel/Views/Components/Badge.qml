@@ -15,8 +15,6 @@ Rectangle {
     readonly property var grounds: ["transparent", Theme.accentSoft, Theme.okSoft, Theme.warnSoft, Theme.errorSoft]
     readonly property var edges: [Theme.line, Theme.accentLine, Theme.okSoft, Theme.warnLine, Theme.errorLine]
 
-    Accessible.name: text
-    Accessible.role: Accessible.StaticText
     border.color: badge.edges[badge.tone]
     color: badge.grounds[badge.tone]
     implicitHeight: Theme.badgeHeight

@@ -13,8 +13,7 @@ T.AbstractButton {
     /// A kind's raw value to show as a glyph; -1 for none.
     property int kind: -1
 
-    Accessible.name: [text, value].filter(word => word !== "").join(" ")
-    Accessible.role: Accessible.Button
+    Spoken.name: [text, value].filter(word => word !== "").join(" ")
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     implicitHeight: Theme.controlHeight

@@ -21,8 +21,8 @@ Chip {
         menu.currentIndex = Math.max(0, chip.choice);
     }
 
-    Accessible.name: [about, value].join(" ")
-    Accessible.role: Accessible.ButtonMenu
+    Spoken.name: [about, value].join(" ")
+    Spoken.role: Accessible.ButtonMenu
     text: narrow ? "" : about
     value: choices[choice] ?? ""
 
@@ -33,6 +33,7 @@ Chip {
         id: menu
 
         implicitWidth: Theme.px(200)
+        name: chip.about
         objectName: chip.objectName + ".menu"
 
         Instantiator {
@@ -49,11 +50,16 @@ Chip {
 
                 checkable: true
                 checked: modelData.chosen
+                height: implicitHeight
                 implicitWidth: Theme.px(190)
                 objectName: modelData.name
                 text: modelData.text
 
-                onTriggered: chip.chosen(index)
+                // The choice may make other entries; one that is gone does not close its menu.
+                onTriggered: {
+                    menu.close();
+                    chip.chosen(index);
+                }
             }
 
             onObjectAdded: (index, object) => menu.insertItem(index, object)

@@ -8,6 +8,8 @@ import OstrevoOrbel
 T.ComboBox {
     id: box
 
+    Accessible.description: displayText
+    Spoken.part: popup.visible ? options.itemAtIndex(highlightedIndex) : null
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     implicitHeight: Theme.controlHeight
@@ -15,6 +17,7 @@ T.ComboBox {
     leftPadding: Theme.mirrored ? 12 + Theme.icon : 12
     rightPadding: Theme.mirrored ? 12 : 12 + Theme.icon
 
+    Accessible.onPressAction: popup.open()
     ButtonKeys.enterClicks: true
 
     background: Rectangle {
@@ -62,6 +65,8 @@ T.ComboBox {
         y: Math.round((box.height - height) / 2)
     }
     popup: T.Popup {
+        id: list
+
         implicitHeight: contentItem.implicitHeight + 10
         margins: 8
         padding: 5
@@ -74,11 +79,19 @@ T.ComboBox {
             radius: Theme.cardRadius
         }
         contentItem: ListView {
+            id: options
+
             clip: true
             currentIndex: box.highlightedIndex
             implicitHeight: contentHeight
             interactive: false
             model: box.popup.visible ? box.delegateModel : null
+        }
+
+        PopupName {
+            popup: list
+            role: Accessible.PopupMenu
+            text: box.Accessible.name
         }
     }
 }

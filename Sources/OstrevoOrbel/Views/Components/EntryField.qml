@@ -14,12 +14,15 @@ T.TextField {
     property real fieldRadius: Theme.controlRadius
     /// Whether Ctrl+F leads here, wherever the focus is on the screen.
     property bool findable: false
+    /// What the text leaves of the list: said as it is typed.
+    property string found: ""
 
     // The room for what stands before and behind the text.
     readonly property real before: iconPath !== "" ? 12 + Theme.icon + 8 : 12
     readonly property real behind: clear.visible ? clear.width + 4 : cap.visible ? cap.width + 14 : 12
 
-    Accessible.name: placeholderText
+    // Qt 6.4 has no other way to say so of what is not a button, and makes the description itself.
+    Accessible.name: enabled ? placeholderText : qsTr("%1, not available").arg(placeholderText)
     color: Theme.ink
     font.family: Theme.family
     font.pixelSize: Theme.bodySize
@@ -46,6 +49,7 @@ T.TextField {
     }
 
     ThemedText {
+        Accessible.ignored: true
         anchors.left: parent.left
         anchors.leftMargin: field.before
         anchors.right: parent.right
@@ -54,6 +58,10 @@ T.TextField {
         color: Theme.text2
         text: field.placeholderText
         visible: field.length === 0 && field.preeditText === ""
+    }
+    Announcement {
+        after: 400
+        words: field.activeFocus && field.text !== "" ? field.found : ""
     }
     Icon {
         anchors.left: parent.left

@@ -12,8 +12,11 @@ T.AbstractButton {
     property bool sortable: true
     property int alignment: Text.AlignLeft
 
-    Accessible.name: text
-    Accessible.role: Accessible.ColumnHeader
+    readonly property string sorting: order === HeadCell.Ascending ? qsTr("sorted ascending")
+        : order === HeadCell.Descending ? qsTr("sorted descending") : ""
+
+    Accessible.description: sorting
+    Spoken.role: Accessible.ColumnHeader
     enabled: sortable
     focusPolicy: sortable ? Qt.TabFocus : Qt.NoFocus
     hoverEnabled: true
@@ -29,6 +32,12 @@ T.AbstractButton {
             visible: cell.visualFocus
         }
     }
+    onSortingChanged: if (activeFocus) heard.say(sorting)
+
+    Announcement {
+        id: heard
+    }
+
     contentItem: SmallText {
         bold: cell.order !== HeadCell.None
         color: cell.order !== HeadCell.None || cell.hovered ? Theme.ink : Theme.text2

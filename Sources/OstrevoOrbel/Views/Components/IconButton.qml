@@ -8,8 +8,6 @@ T.AbstractButton {
 
     property string iconPath: ""
 
-    Accessible.name: text
-    Accessible.role: Accessible.Button
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     implicitHeight: Theme.smallButtonHeight

@@ -99,6 +99,7 @@ Item {
     }
 
     Accessible.checkable: showsTick && !refused
+    Accessible.checkStateMixed: tick === Qt.PartiallyChecked
     Accessible.checked: tick === Qt.Checked
     Accessible.description: [refusal, note].filter(word => word !== "").join(". ")
     Accessible.name: words
@@ -191,7 +192,8 @@ Item {
             // A Loader of Qt 6.4 cannot make what is bound to its context.
             // qmllint disable unqualified
             sourceComponent: Tick {
-                Accessible.name: row.name
+                // The row has its state and its action.
+                Accessible.ignored: true
                 checkState: row.tick
                 focusPolicy: Qt.NoFocus
                 nextCheckState: () => row.tick

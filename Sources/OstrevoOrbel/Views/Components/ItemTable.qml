@@ -31,6 +31,8 @@ T.Control {
     property ItemMenu menu: null
     /// Whether the rows have ticks.
     property bool tickable: menu?.tickable === true
+    /// What a screen reader is told has the focus: the row, unless the keys act on something in it.
+    property Item part: view.currentItem
     /// Of the row under the pointer, else of the one with the focus.
     property var hoveredRow: null
     readonly property var statusRow: hoveredRow ?? view.currentItem
@@ -102,7 +104,8 @@ T.Control {
         return view.rows?.match(view.rows.index(0, 0), Qt.UserRole - 1, key, 1, Qt.MatchExactly)[0]?.row ?? -1;
     }
 
-    Accessible.role: Accessible.List
+    Spoken.part: part
+    Spoken.role: Accessible.List
     focusPolicy: Qt.StrongFocus
     implicitHeight: view.contentHeight
 
@@ -236,6 +239,20 @@ T.Control {
             function onRowsRemoved(): void {
                 Qt.callLater(view.findPlaces);
             }
+        }
+        // Qt 6.4 does not tell that a row has opened.
+        Connections {
+            target: table.activeFocus ? view.currentItem?.Spoken ?? null : null
+
+            function onExpandedChanged(): void {
+                heard.say((target as Spoken).expanded ? qsTr("expanded") : qsTr("collapsed"));
+            }
+        }
+        Announcement {
+            id: heard
+
+            // Where it is not scrolled away.
+            parent: table
         }
         Connections {
             target: table.menu

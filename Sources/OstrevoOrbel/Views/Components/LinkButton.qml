@@ -8,8 +8,7 @@ T.AbstractButton {
 
     property int role: ThemedText.Small
 
-    Accessible.role: Accessible.Link
-    Accessible.name: text
+    Spoken.role: Accessible.Link
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     implicitHeight: Theme.smallButtonHeight

@@ -46,8 +46,8 @@ FocusScope {
     }
 
     Accessible.description: looking === "" ? words.text : ""
-    Accessible.name: title.text
-    Accessible.role: Accessible.StaticText
+    Accessible.name: looking || title.text
+    Accessible.role: Accessible.Grouping
     implicitHeight: looking === "" ? column.implicitHeight : bars.implicitHeight
     implicitWidth: Theme.px(440)
 

@@ -11,11 +11,9 @@ T.AbstractButton {
     property bool current: false
     property bool rail: false
 
-    Accessible.checkable: true
-    Accessible.checked: current
-    Accessible.name: text
     Accessible.description: count
-    Accessible.role: Accessible.PageTab
+    Spoken.role: Accessible.PageTab
+    checked: current
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
     implicitHeight: rail ? Theme.px(40) : Theme.navItemHeight

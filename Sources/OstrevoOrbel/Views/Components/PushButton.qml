@@ -32,7 +32,6 @@ T.Button {
         : variant === PushButton.Primary ? Theme.accentText
         : variant === PushButton.Commit ? Theme.commitText : Theme.ink
 
-    Accessible.name: text
     Accessible.description: hint !== text ? hint : ""
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true

@@ -73,8 +73,6 @@ FocusScope {
                 SmallText {
                     id: scopeText
 
-                    Accessible.name: text
-                    Accessible.role: Accessible.StaticText
                     anchors.left: parent.left
                     color: Theme.text3
                     elide: Text.ElideMiddle

@@ -6,6 +6,8 @@ import OstrevoOrbel
 T.ScrollBar {
     id: bar
 
+    // The keyboard scrolls by what has the focus.
+    Accessible.ignored: true
     implicitHeight: 10
     implicitWidth: 10
     minimumSize: 0.08

@@ -22,7 +22,8 @@ T.Control {
     }
 
     Accessible.name: name
-    Accessible.role: Accessible.Grouping
+    Spoken.part: segments.count > 0 ? segments.itemAt(current) : null
+    Spoken.role: Accessible.Grouping
     focusPolicy: Qt.StrongFocus
     implicitHeight: Theme.controlHeight
     implicitWidth: row.implicitWidth
@@ -55,10 +56,8 @@ T.Control {
                     readonly property bool first: index === 0
                     readonly property bool last: index === segmented.options.length - 1
 
-                    Accessible.checkable: true
-                    Accessible.checked: checked
-                    Accessible.name: modelData
-                    Accessible.role: Accessible.RadioButton
+                    Spoken.name: modelData
+                    Spoken.role: Accessible.RadioButton
                     checked: segmented.current === index
                     focusPolicy: Qt.NoFocus
                     height: row.height

@@ -11,9 +11,16 @@ Item {
     /// The label is a path, which is shown whole.
     property bool isPath: false
     property alias control: controlSlot.data
+    readonly property Item spoken: controlSlot.children[0] ?? null
 
     implicitHeight: Math.max(Theme.px(48), words.implicitHeight + 28, controlSlot.height + 28)
 
+    Binding {
+        property: "Accessible.description"
+        target: row.spoken
+        value: row.explanation
+        when: row.explanation !== ""
+    }
     Column {
         id: words
 

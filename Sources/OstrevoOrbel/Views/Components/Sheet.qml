@@ -50,8 +50,6 @@ T.Popup {
     }
 
     contentItem: FocusScope {
-        Accessible.name: titleText.text
-        Accessible.role: Accessible.Dialog
         focus: true // Esc works before the sheet has faded in
         objectName: sheet.objectName + ".sheet"
 
@@ -132,5 +130,10 @@ T.Popup {
                 spacing: 12
             }
         }
+    }
+
+    readonly property PopupName spoken: PopupName {
+        popup: sheet
+        text: sheet.title
     }
 }

@@ -16,6 +16,12 @@ Text {
         Theme.figureLine, Theme.displayLine]
     readonly property var spacings: [0, 0, 0, 0, 0, -0.3, -0.5]
 
+    /// Whether the button or the row that it is in says it.
+    readonly property bool saidAbove: SpokenAbove.says(parent)
+
+    Accessible.ignored: text.text === "" || text.saidAbove
+    Accessible.name: text.text
+    Accessible.role: Accessible.StaticText
     color: Theme.ink
     elide: wrapMode === Text.NoWrap ? Text.ElideRight : Text.ElideNone
     font.family: Theme.family

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Window
 import OstrevoOrbel
 
 /// What is ticked, and the way to review it. Nothing moves from here.
@@ -19,12 +20,21 @@ Rectangle {
     signal reviewed()
     signal cleared()
 
+    // A report tells itself what has become of what was ticked.
+    function sayTicks(): void {
+        if (bar.parent?.visible)
+            heard.say(bar.count > 0 ? bar.Accessible.name : qsTr("Nothing is ticked"));
+    }
+
+    Accessible.description: remark
     Accessible.name: [statement, sum].join(" · ")
     Accessible.role: Accessible.StatusBar
     clip: true
     color: Theme.surface
     height: count > 0 ? Theme.tickBarHeight : 0
     visible: count > 0 || height > 0 // its key works before it has grown
+
+    onCountChanged: Qt.callLater(bar.sayTicks)
 
     Behavior on height {
         NumberAnimation {
@@ -33,6 +43,12 @@ Rectangle {
         }
     }
 
+    Announcement {
+        id: heard
+
+        // The bar is gone as soon as nothing is ticked.
+        parent: bar.Window.contentItem
+    }
     Hairline {
         edge: Qt.TopEdge
     }
