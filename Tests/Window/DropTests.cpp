@@ -1,5 +1,6 @@
 #include "AppModel/DropFlow.h"
 #include "AppModel/RecentFolders.h"
+#include "Snapshots.h"
 #include "WindowScene.h"
 
 #include <filesystem>
@@ -66,6 +67,7 @@ TEST_F(DragOverTheWindow, TheFirstFolderIsNamedAndMeasuredAndAFileIsNot) {
     drag({"notes.txt", "Films", "Music"});
     EXPECT_TRUE(scene.says(QStringLiteral("Measure ~/Films")));
     EXPECT_TRUE(scene.says(QStringLiteral("The first of 2 folders")));
+    keepPicture(scene, QStringLiteral("drop"));
     drop();
     EXPECT_TRUE(scene.waitUntil([&] { return *roots == std::vector{places.path("Films")}; }));
 }
@@ -87,6 +89,7 @@ TEST(RecentFoldersInTheOverview, AreMeasuredByAClickAndForgottenOnRequest) {
         measure([&] { scene.app().scan()->startScan(folder); });
     scene.click(QStringLiteral("overview.recent"));
     ASSERT_EQ(scene.app().recent()->list()->rowCount(), 2);
+    keepPicture(scene, QStringLiteral("recent"));
     scene.click(QStringLiteral("overview.recent.1"));
     EXPECT_EQ(scene.app().scan()->scanRoot(), folders[0]);
     ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scan()->hasTree(); }));

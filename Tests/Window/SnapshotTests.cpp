@@ -40,6 +40,12 @@ void keepOverview(WindowScene& scene, const QString& suffix) {
     scene.app().scan()->stop();
     ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scan()->isPartial(); }));
     keepPicture(scene, QStringLiteral("overview-partial") + suffix);
+    scene.app().scan()->knownRoots().note(scene.app().scan()->scanRoot(), 1'000'000);
+    scene.app().scan()->scanDisk();
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.says(QStringLiteral("About 61 %")); }));
+    keepPicture(scene, QStringLiteral("overview-scanning-known") + suffix);
+    scene.app().scan()->stop();
+    ASSERT_TRUE(scene.waitUntil([&] { return !scene.app().scan()->isScanning(); }));
     scene.releaseScans();
     scene.app().scan()->scanDisk();
     auto& large = *scene.app().largeOld();
