@@ -190,10 +190,10 @@ private:
     }
     /// Every text is part of what is said of itself, or of something that it lies in.
     void expectTextsSpoken(const SpokenTree& spoken) {
-        std::map<const QQuickItem*, QString> said;
+        std::map<const QQuickItem*, QString> saidOf;
         for (const auto& node : spoken.nodes())
             if (node.isShowing() && node.item() != nullptr)
-                said[node.item()] =
+                saidOf[node.item()] =
                     essence(node.name) + u'\n' + essence(node.description) + u'\n' + essence(node.value);
         for (const auto* const text : texts()) {
             const auto words = essence(text->property("text").toString());
@@ -203,8 +203,8 @@ private:
                 continue;
             bool isSaid = false;
             for (const auto* at = text; at != nullptr && !isSaid; at = at->parentItem()) {
-                const auto found = said.find(at);
-                isSaid = found != said.end() && found->second.contains(words);
+                const auto found = saidOf.find(at);
+                isSaid = found != saidOf.end() && found->second.contains(words);
             }
             EXPECT_TRUE(isSaid) << "seen and not heard: " << text->property("text").toString().toStdString()
                                 << " in " << text->parentItem()->metaObject()->className();
