@@ -174,19 +174,59 @@ TEST_F(TidyInTheWindow, ControlATicksAllThatIsShownAndMayMove) {
     EXPECT_LT(mayMove, flow().shortcuts()->rowCount()) << "the others are refused";
 }
 
+TEST_F(TidyInTheWindow, WhatProgramsMakeAgainMovesAndComesBack) {
+    for (const auto* name : {"Projects/app/Cargo.toml", "Projects/app/target/debug/app",
+                             "Projects/web/package.json", "Projects/web/node_modules/x/index.js"}) {
+        const auto path = scene.folder() + "/home/" + name;
+        fs::create_directories(fs::path(path).parent_path());
+        std::ofstream(path) << std::string(name == std::string("Projects/app/target/debug/app") ? 90'000 : 10,
+                                           'x');
+    }
+    open();
+    auto& list = *flow().rebuildable();
+    ASSERT_EQ(list.rowCount(), 2);
+    EXPECT_EQ(list.value(0, "path").toString(), QStringLiteral("~/Projects/app/target"));
+    EXPECT_TRUE(list.value(0, "detail")
+                    .toString()
+                    .startsWith(QStringLiteral("Cargo.toml beside it · cargo makes it again · changed ")));
+    EXPECT_EQ(list.tickedCount(), 0) << "both are new";
+    EXPECT_TRUE(
+        flow().summary().endsWith(QStringLiteral(" rebuildable, 3 empty folders, 4 broken shortcuts")));
+    keepPicture(scene, QStringLiteral("tidy-rebuildable"));
+
+    EXPECT_EQ(flow().programs(), (QStringList{"All programs", "cargo", "npm"}));
+    flow().setProgram(2);
+    ASSERT_EQ(list.rowCount(), 1);
+    EXPECT_EQ(list.value(0, "path").toString(), QStringLiteral("~/Projects/web/node_modules"));
+    flow().setAge(1);
+    EXPECT_EQ(list.rowCount(), 0);
+    EXPECT_TRUE(scene.says(QStringLiteral("The filters hide every row.")));
+    flow().setAge(0);
+    flow().setProgram(1);
+    scene.press(Qt::Key_Space);
+    EXPECT_EQ(list.tickedCount(), 1);
+    scene.press(Qt::Key_Delete);
+    confirm();
+    EXPECT_FALSE(isThere("Projects/app/target"));
+    EXPECT_TRUE(isThere("Projects/web/node_modules"));
+    scene.press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(scene.waitUntil([&] { return isThere("Projects/app/target/debug/app"); }));
+}
+
 TEST_F(TidyInTheWindow, ASmallWindowHasTabsAndAStoppedScanNoEmptyFolders) {
     isPartial = true;
     open(800, 560);
     EXPECT_EQ(flow().folders()->total(), 0);
+    EXPECT_EQ(flow().rebuildable()->total(), 0);
     keepPicture(scene, QStringLiteral("tidy-partial-800x560"));
-    scene.click(QStringLiteral("tidy.tab.1"));
+    scene.click(QStringLiteral("tidy.tab.2"));
     EXPECT_TRUE(scene.isShown(QStringLiteral("tidy.shortcuts.table")));
     keepPicture(scene, QStringLiteral("tidy-shortcuts-800x560"));
     isPartial = false;
     scene.app().scan()->measureAgain();
     EXPECT_FALSE(flow().isKnown());
     ASSERT_TRUE(scene.waitUntil([&] { return flow().isKnown() && flow().folders()->total() == 3; }));
-    scene.click(QStringLiteral("tidy.tab.0"));
+    scene.click(QStringLiteral("tidy.tab.1"));
     scene.press(Qt::Key_F, Qt::ControlModifier);
     for (const auto key : {Qt::Key_N, Qt::Key_E, Qt::Key_W})
         scene.press(key);

@@ -54,7 +54,10 @@ public:
 
     std::optional<Evidence> ofFolder(NodeIndex folder) const {
         const auto name = tree_.nameBytes(folder);
-        const auto above = marks_[*tree_.parent(folder)];
+        const auto parent = tree_.parent(folder);
+        if (!parent)
+            return std::nullopt;
+        const auto above = marks_[*parent];
         if (name == compiledPython && !above.intersects(notInManaged)
             && holdsOnlyCompiledPython(tree_, folder))
             return Evidence{.words = "Only compiled Python in it", .program = "python"};
@@ -154,8 +157,6 @@ Candidates candidates(const FileTree& tree, const SafetyPolicy& policy) {
         addPlaces(tree, place, found);
     std::vector<NodeIndex> files;
     for (const NodeIndex node : nodesNamed(tree, isOfInterest)) {
-        if (!tree.parent(node))
-            continue;
         if (names.isMarker(node))
             files.push_back(node);
         else if (tree.isFolder(node))
@@ -164,9 +165,11 @@ Candidates candidates(const FileTree& tree, const SafetyPolicy& policy) {
     }
     std::vector<std::optional<Evidence>> said(files.size());
     forEachTask(files.size(), readers, [&](std::size_t i) { said[i] = names.ofFile(files[i]); });
-    for (std::size_t i = 0; i < files.size(); ++i)
-        if (said[i])
-            found.try_emplace(*tree.parent(files[i]), *std::move(said[i]));
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const auto folder = tree.parent(files[i]);
+        if (auto& evidence = said[i]; folder && evidence)
+            found.try_emplace(*folder, *std::move(evidence));
+    }
     return found;
 }
 

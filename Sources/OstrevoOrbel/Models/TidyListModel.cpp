@@ -1,5 +1,6 @@
 #include "Models/TidyListModel.h"
 
+#include "Models/ByteFigure.h"
 #include "Models/FreedAside.h"
 #include "Models/ItemKey.h"
 #include "Models/PathSet.h"
@@ -13,6 +14,10 @@ namespace {
 
 /// So many rows take no time to be freed.
 constexpr std::size_t quicklyDropped = 2'000;
+
+QString sizeText(const TidyListModel::Row& row) {
+    return row.isSized ? ByteFigure(row.item.item.estimatedBytes).text() : QString();
+}
 
 } // namespace
 
@@ -31,10 +36,11 @@ TidyListModel::TidyListModel() {
          {"detail", of([](const Row& row) { return row.detail; })},
          {"badge", of([](const Row& row) { return row.badge; })},
          {"warn", of([](const Row& row) { return row.isAmiss; })},
+         {"size", of([](const Row& row) { return sizeText(row); })},
          {"ticked", [this](int shown) { return isTicked(shown); }},
          {"refusal", of([](const Row& row) { return textOf(row.item.item.blockedReason.value_or("")); })},
          {"words", of([this](const Row& row) {
-              QStringList words{pathText(row), row.item.kindName, row.detail, row.badge};
+              QStringList words{pathText(row), row.item.kindName, row.detail, row.badge, sizeText(row)};
               words.removeAll(QString());
               return words.join(QStringLiteral(", "));
           })}});
@@ -87,33 +93,43 @@ void TidyListModel::clear() {
     setRows({}, {}, choices(), std::make_unique<Ticks::Content>());
 }
 
-bool TidyListModel::isShown(const TickedItem& item) const {
-    return filter_.isInPath(item.item.path, home_);
+bool TidyListModel::passes(const Row& row, const TextMatcher& text) const {
+    return text.isInPath(row.item.item.path, home_)
+           && (filter_.program.isEmpty() || filter_.program == row.program)
+           && (!filter_.unchangedSince || row.newestChange <= *filter_.unchangedSince);
 }
 
 void TidyListModel::show() {
+    const TextMatcher text(filter_.text.toStdString());
     shown_.clear();
+    shownPaths_.clear();
     tickable_ = 0;
     inside_ = 0;
+    bytes_ = 0;
     for (std::size_t i = 0; i < rows_.size(); ++i) {
         const auto& item = rows_[i]->item;
         inside_ += item.count;
-        if (!isShown(item))
+        bytes_ += item.item.estimatedBytes;
+        if (!passes(*rows_[i], text))
             continue;
         shown_.push_back(i);
+        if (!filter_.isNone())
+            shownPaths_.insert(item.item.path);
         tickable_ += item.item.isSelectable() ? 1 : 0;
     }
 }
 
-void TidyListModel::setFilter(const QString& text) {
+void TidyListModel::setFilter(Filter filter) {
+    if (filter == filter_)
+        return;
     beginResetModel();
-    filter_ = TextMatcher(text.toStdString());
+    filter_ = std::move(filter);
     show();
     endResetModel();
-    if (text.isEmpty())
+    if (filter_.isNone())
         ticks_.setFilter(nullptr);
     else
-        ticks_.setFilter([this](const TickedItem& item) { return isShown(item); });
+        ticks_.setFilter([this](const TickedItem& item) { return shownPaths_.contains(item.item.path); });
 }
 
 void TidyListModel::setTicked(int row, bool ticked) {

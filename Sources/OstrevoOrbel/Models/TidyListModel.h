@@ -2,12 +2,16 @@
 
 #include "Models/RoleList.h"
 #include "Models/Ticks.h"
+#include "Util/Iso8601.h"
 #include "Util/TextMatcher.h"
 
 #include <memory>
+#include <optional>
 #include <QtQml/qqmlregistration.h>
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace orbel {
@@ -15,7 +19,7 @@ namespace orbel {
 /// What a rule found, to be tidied away: each with its words, ticked or not. What is refused stays in the
 /// list with its reason and is never ticked.
 ///
-/// Roles: `path` for people; `detail`, `badge`; `warn`, the badge tells of something amiss; `ticked`,
+/// Roles: `path` for people; `detail`, `badge`; `warn`, the badge tells of something amiss; `size`; `ticked`,
 /// `refusal`; `words` for assistive technology.
 class TidyListModel : public orbel::RoleList {
     Q_OBJECT
@@ -36,6 +40,18 @@ public:
         QString badge{};
         bool isAmiss = false;
         bool isPreselected = false;
+        bool isSized = false; ///< its size is worth a word
+        QString program{};    ///< that makes it again
+        Date newestChange{};
+    };
+    /// What a row has to be like to be shown.
+    struct Filter {
+        QString text{};    ///< in its path
+        QString program{}; ///< empty for any
+        std::optional<Date> unchangedSince{};
+
+        bool isNone() const { return text.isEmpty() && program.isEmpty() && !unchangedSince; }
+        bool operator==(const Filter&) const = default;
     };
     /// Shared with the threads that tick them.
     using Rows = std::vector<std::shared_ptr<const Row>>;
@@ -57,7 +73,8 @@ public:
     void setRows(Rows rows, std::string home, const Choices& choices, std::unique_ptr<Ticks::Content> ticked);
     void forgetChoices();
     void clear();
-    void setFilter(const QString& text);
+    void setFilter(Filter filter);
+    const Filter& filter() const { return filter_; }
     void setTicked(int row, bool ticked);
     /// Unticks all there are, shown or not: nothing stays ticked unseen, and nothing is ticked by itself.
     void untickAll();
@@ -76,9 +93,12 @@ public:
     std::vector<TickedItem> ticked() const;
     /// All rows with what lies inside them.
     std::uint64_t totalInside() const { return inside_; }
+    /// The sizes of all rows.
+    std::uint64_t totalBytes() const { return bytes_; }
     int total() const { return static_cast<int>(rows_.size()); }
     int tickable() const { return tickable_; }
     int tickedCount() const { return ticks_.count(); }
+    std::uint64_t tickedBytes() const { return ticks_.sums().bytes; }
     int tickedInside() const { return static_cast<int>(ticks_.sums().count); }
     /// Ticked rows that the filter hides.
     int hiddenTicked() const { return ticks_.hiddenCount(); }
@@ -94,17 +114,19 @@ Q_SIGNALS:
 private:
     QString pathText(const Row& row) const; ///< for people
     void show();
-    bool isShown(const TickedItem& item) const;
+    bool passes(const Row& row, const TextMatcher& text) const;
 
     Ticks ticks_;
     Rows rows_;
     std::vector<std::size_t> shown_; ///< of `rows_`
     int tickable_ = 0;               ///< of those that are shown
     std::uint64_t inside_ = 0;
+    std::uint64_t bytes_ = 0;
     std::unordered_map<std::string, bool> choices_; ///< ticked or not one by one, by id
     bool preselects_ = true;
     std::string home_;
-    TextMatcher filter_{""};
+    Filter filter_;
+    std::unordered_set<std::string_view> shownPaths_; ///< while there is a filter
 };
 
 } // namespace orbel

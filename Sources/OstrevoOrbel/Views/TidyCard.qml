@@ -20,6 +20,13 @@ Card {
     /// Said below the rows.
     property string legend: ""
     property string iconPath: ""
+    /// What a row is, for the status line; empty where its detail tells it.
+    property string itemWord: ""
+    /// Rows have a coloured chip of a folder, and a size.
+    property bool showsKind: false
+    property bool sized: false
+    /// Filters of this list alone, between the head and the rows.
+    property alias filters: filters.data
 
     readonly property alias table: table
     readonly property Item firstFocus: (card.list.count > 0 ? table : none) as Item
@@ -72,6 +79,15 @@ Card {
         }
         Hairline {}
     }
+    Item {
+        id: filters
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: head.bottom
+        height: children.length > 0 && card.list.total > 0 ? Theme.px(52) : 0
+        visible: height > 0
+    }
     ItemTable {
         id: table
 
@@ -79,7 +95,7 @@ Card {
         anchors.bottom: legend.visible ? legend.top : foot.top
         anchors.left: parent.left
         anchors.right: parent.right
-        anchors.top: head.bottom
+        anchors.top: filters.bottom
         menu: menu
         model: card.list
         objectName: card.objectName + ".table"
@@ -94,8 +110,8 @@ Card {
             kind: 0
             lineHeight: Theme.tallRowHeight
             name: model.path
-            showsKind: card.iconPath === Theme.icons.folders
-            status: [name, showsKind ? qsTr("empty folder") : detail].join("  ·  ")
+            showsKind: card.showsKind
+            status: [name, card.itemWord || detail, model.size].filter(words => words !== "").join("  ·  ")
             tickName: [card.objectName, "tick", index].join(".")
             ticks: true
 
@@ -105,13 +121,20 @@ Card {
                 visible: !row.showsKind
                 x: (row.iconWidth - width) / 2
             }
-            cells: Badge {
-                anchors.verticalCenter: parent.verticalCenter
-                text: row.model.badge
-                tone: row.model.warn ? Badge.Warn : Badge.Plain
-                visible: text !== ""
-                width: Math.min(implicitWidth, row.width * 0.45)
-            }
+            cells: [
+                Badge {
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: row.model.badge
+                    tone: row.model.warn ? Badge.Warn : Badge.Plain
+                    visible: text !== ""
+                    width: Math.min(implicitWidth, row.width * (card.sized ? 0.3 : 0.45))
+                },
+                ItemCell {
+                    columnWidth: Theme.px(80)
+                    text: row.model.size
+                    visible: card.sized
+                }
+            ]
         }
 
         onActivated: row => card.actions.showOnMap(table.itemAt(row).key)
@@ -126,12 +149,13 @@ Card {
         anchors.leftMargin: 16
         anchors.right: parent.right
         anchors.rightMargin: 16
-        anchors.top: head.bottom
+        anchors.top: filters.bottom
         iconPath: card.iconPath
         looking: card.flow.known ? "" : qsTr("Checking each item…")
         objectName: card.objectName + ".empty"
         padding: Theme.cardPadding
-        sentence: card.list.total > 0 ? qsTr("No path has “%1” in it.").arg(card.flow.filter) : card.nothing
+        sentence: card.list.total === 0 ? card.nothing : card.flow.filter === "" ? qsTr("The filters hide every row.")
+            : qsTr("No path has “%1” in it.").arg(card.flow.filter)
         statement: card.list.total > 0 ? qsTr("No row matches") : card.nothingTitle
         visible: card.list.count === 0
     }

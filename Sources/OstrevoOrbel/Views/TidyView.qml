@@ -1,28 +1,30 @@
 import QtQuick
 import OstrevoOrbel
 
-/// What only takes up room in lists: empty folders, and shortcuts that lead nowhere.
+/// What can go without a loss: what programs make again, empty folders, and shortcuts that lead nowhere.
 ScreenFrame {
     id: screen
 
     readonly property TidyFlow flow: app.tidy
     readonly property alias hasLists: unmeasured.measured
-    /// Which of the two is shown where there is no room for both.
+    /// Whether there is room for one list at a time.
+    readonly property bool tabbed: narrow || height < Theme.px(720)
     property int tab: 0
-    readonly property bool isOnlyShortcuts: flow.folders.total === 0 && flow.shortcuts.total > 0
+    readonly property var cards: [rebuildable, folders, shortcuts]
+    /// Where there is room, what opens with the focus is the first list with something in it.
+    readonly property TidyCard first: tabbed ? cards[tab] as TidyCard : cards.find(card => card?.list.total > 0) ?? rebuildable
+    readonly property TidyCard active: cards.find(card => card?.table.activeFocus || card?.table.hoveredRow) ?? first
 
-    firstFocus: (!hasLists ? unmeasured : (narrow ? tab === 1 : isOnlyShortcuts) ? shortcuts.firstFocus
-        : folders.firstFocus) as Item
+    firstFocus: (hasLists ? first?.firstFocus : unmeasured) as Item
     objectName: "tidy"
     scope: qsTr("Home folder · found by rule, nothing has been moved")
-    status: !hasLists ? "" : flow.running ? qsTr("Looking for what can be tidied away…")
-        : shortcuts.table.activeFocus || shortcuts.table.hoveredRow ? shortcuts.table.status : folders.table.status
+    status: !hasLists ? "" : flow.running ? qsTr("Looking for what can be tidied away…") : active?.table.status ?? ""
     title: qsTr("Tidy")
 
     actions: [
         EntryField {
             findable: true
-            found: [screen.flow.foldersText, screen.flow.shortcutsText].join(", ")
+            found: [screen.flow.rebuildableText, screen.flow.foldersText, screen.flow.shortcutsText].join(", ")
             keys: screen.narrow ? "" : qsTr("Ctrl F")
             objectName: "tidy.find"
             placeholderText: qsTr("Name or folder contains")
@@ -45,7 +47,7 @@ ScreenFrame {
 
     bar: FilterBar {
         height: visible ? implicitHeight : 0
-        visible: screen.narrow && screen.hasLists
+        visible: screen.tabbed && screen.hasLists
         width: screen.width
 
         Segmented {
@@ -55,7 +57,7 @@ ScreenFrame {
             current: screen.tab
             name: qsTr("List")
             objectName: "tidy.tab"
-            options: [qsTr("Empty folders"), qsTr("Broken shortcuts")]
+            options: [qsTr("Rebuildable"), qsTr("Empty folders"), qsTr("Broken shortcuts")]
 
             onChosen: index => screen.tab = index
         }
@@ -65,7 +67,8 @@ ScreenFrame {
         id: lists
 
         readonly property int between: Theme.cardGap
-        readonly property real cardWidth: screen.narrow ? width : Math.floor((width - between) / 2)
+        readonly property real sideWidth: screen.tabbed ? width : Math.floor((width - between) * 0.44)
+        readonly property real sideHeight: screen.tabbed ? height : Math.floor((height - between) / 2)
 
         anchors.bottom: parent.bottom
         anchors.bottomMargin: screen.padding
@@ -77,6 +80,53 @@ ScreenFrame {
         width: Math.min(parent.width - 2 * screen.padding, Theme.tableWidth)
 
         TidyCard {
+            id: rebuildable
+
+            actions: screen.app.actions
+            flow: screen.flow
+            found: !screen.flow.known ? "" : screen.app.scan.partial ? qsTr("Known only after a complete measurement")
+                : screen.flow.rebuildableText
+            heading: qsTr("Rebuildable")
+            height: parent.height
+            iconPath: Theme.icons.rescan
+            list: screen.flow.rebuildable
+            moveText: screen.flow.moveRebuildableText
+            nothing: screen.app.scan.partial ? qsTr("The measurement was stopped, so a folder may hold what has not been seen. Measure again to list what programs make again.")
+                : qsTr("Build output, fetched packages and caches are listed here, where it is certain what makes them again.")
+            nothingTitle: screen.app.scan.partial ? qsTr("Not known yet") : qsTr("Nothing to tidy here")
+            objectName: "tidy.rebuildable"
+            showsKind: true
+            sized: true
+            ticked: screen.flow.rebuildableTicked
+            visible: !screen.tabbed || screen.tab === 0
+            width: screen.tabbed ? lists.width : lists.width - lists.between - lists.sideWidth
+            x: Theme.along(0, width, lists.width)
+
+            filters: Row {
+                anchors.left: parent?.left
+                anchors.leftMargin: Theme.cardPadding
+                anchors.verticalCenter: parent?.verticalCenter
+                spacing: 8
+
+                ChipMenu {
+                    about: qsTr("Program")
+                    choice: screen.flow.program
+                    choices: screen.flow.programs
+                    objectName: "tidy.program"
+
+                    onChosen: choice => screen.flow.program = choice
+                }
+                ChipMenu {
+                    about: qsTr("Unchanged for")
+                    choice: screen.flow.age
+                    choices: screen.flow.ages
+                    objectName: "tidy.age"
+
+                    onChosen: choice => screen.flow.age = choice
+                }
+            }
+        }
+        TidyCard {
             id: folders
 
             actions: screen.app.actions
@@ -84,18 +134,20 @@ ScreenFrame {
             found: !screen.flow.known ? "" : screen.app.scan.partial ? qsTr("Known only after a complete measurement")
                 : screen.flow.foldersText
             heading: qsTr("Empty folders")
-            height: parent.height
+            height: lists.sideHeight
             iconPath: Theme.icons.folders
+            itemWord: qsTr("empty folder")
             list: screen.flow.folders
             moveText: screen.flow.moveFoldersText
             nothing: screen.app.scan.partial ? qsTr("The measurement was stopped, so a folder may hold what has not been seen. Measure again to list empty ones.")
                 : qsTr("No folder in the home folder is empty, except those kept on purpose.")
             nothingTitle: screen.app.scan.partial ? qsTr("Not known yet") : qsTr("Nothing to tidy here")
             objectName: "tidy.folders"
+            showsKind: true
             ticked: screen.flow.foldersTicked
-            visible: !screen.narrow || screen.tab === 0
-            width: lists.cardWidth
-            x: Theme.along(0, width, lists.width)
+            visible: !screen.tabbed || screen.tab === 1
+            width: lists.sideWidth
+            x: Theme.along(lists.width - width, width, lists.width)
         }
         TidyCard {
             id: shortcuts
@@ -104,7 +156,7 @@ ScreenFrame {
             flow: screen.flow
             found: screen.flow.known ? screen.flow.shortcutsText : ""
             heading: qsTr("Broken shortcuts")
-            height: parent.height
+            height: lists.sideHeight
             iconPath: Theme.icons.link
             legend: qsTr("Missing: the target is gone. Unknown: it could not be checked. Intentional: made by a program on purpose. Locked items stay where they are.")
             list: screen.flow.shortcuts
@@ -112,9 +164,10 @@ ScreenFrame {
             nothing: qsTr("Every shortcut in the home folder leads somewhere.")
             objectName: "tidy.shortcuts"
             ticked: screen.flow.shortcutsTicked
-            visible: !screen.narrow || screen.tab === 1
-            width: lists.cardWidth
+            visible: !screen.tabbed || screen.tab === 2
+            width: lists.sideWidth
             x: Theme.along(lists.width - width, width, lists.width)
+            y: parent.height - height
         }
     }
     ListState {
@@ -124,7 +177,7 @@ ScreenFrame {
         app: screen.app
         iconPath: Theme.icons.tidy
         objectName: "tidy.empty"
-        unmeasured: qsTr("Empty folders and broken shortcuts are found in what was measured.")
+        unmeasured: qsTr("What programs make again, empty folders and broken shortcuts are found in what was measured.")
         visible: !screen.hasLists
         waiting: qsTr("The lists appear when everything has been measured.")
     }
@@ -133,6 +186,6 @@ ScreenFrame {
         enabled: screen.visible && screen.hasLists
         sequence: "Del"
 
-        onActivated: screen.flow.review(shortcuts.table.activeFocus ? screen.flow.shortcuts : screen.flow.folders)
+        onActivated: screen.flow.review((screen.cards.find(card => card?.table.activeFocus) ?? screen.first).list)
     }
 }
