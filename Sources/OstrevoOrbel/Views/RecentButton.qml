@@ -58,6 +58,7 @@ PushButton {
         MenuLine {
         }
         MenuEntry {
+            iconPath: Theme.icons.close
             implicitWidth: Theme.px(330)
             objectName: "overview.recent.clear"
             text: qsTr("Clear")
