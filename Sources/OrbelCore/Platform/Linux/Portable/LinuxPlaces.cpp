@@ -162,6 +162,7 @@ Places linuxPlaces(const std::string& home, const Environment& environment, Path
 
     const auto inConfig = asStrings(cachesInConfig);
     std::vector<std::string> inData;
+    inData.reserve(cachesInData.size());
     for (const auto& cache : cachesInData)
         inData.emplace_back(cache.first);
     std::vector<std::string> inLocal;
