@@ -9,10 +9,12 @@ ScreenFrame {
     readonly property alias hasLists: unmeasured.measured
     /// Whether there is room for one list at a time.
     readonly property bool tabbed: narrow || height < Theme.px(720)
-    property int tab: 0
+    /// Until one is chosen, the first list with something in it.
+    readonly property int tab: chosenTab >= 0 ? chosenTab : Math.max(0, cards.findIndex(card => card?.list.total > 0))
+    property int chosenTab: -1
     readonly property var cards: [rebuildable, folders, shortcuts]
-    /// Where there is room, what opens with the focus is the first list with something in it.
-    readonly property TidyCard first: tabbed ? cards[tab] as TidyCard : cards.find(card => card?.list.total > 0) ?? rebuildable
+    /// Where there is room for all, it only opens with the focus.
+    readonly property TidyCard first: cards[tab] as TidyCard
     readonly property TidyCard active: cards.find(card => card?.table.activeFocus || card?.table.hoveredRow) ?? first
 
     firstFocus: (hasLists ? first?.firstFocus : unmeasured) as Item
@@ -59,7 +61,7 @@ ScreenFrame {
             objectName: "tidy.tab"
             options: [qsTr("Rebuildable"), qsTr("Empty folders"), qsTr("Broken shortcuts")]
 
-            onChosen: index => screen.tab = index
+            onChosen: index => screen.chosenTab = index
         }
     }
 
