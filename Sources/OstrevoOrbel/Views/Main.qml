@@ -26,7 +26,13 @@ T.ApplicationWindow {
     readonly property bool busy: app.moves.deleting || app.moves.puttingBack
 
     // What other programs did meanwhile shows in the figures.
-    onActiveChanged: if (active) app.disk.refreshVolume()
+    onActiveChanged: {
+        if (!active)
+            return;
+        app.disk.refreshVolume();
+        // While it was not, nothing held the focus.
+        Qt.callLater(window.holdFocus);
+    }
     onActiveFocusItemChanged: Qt.callLater(window.holdFocus)
     onBusyChanged: {
         if (busy || !closeWanted)
