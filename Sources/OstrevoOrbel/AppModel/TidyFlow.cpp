@@ -103,7 +103,7 @@ QStringList programsOf(const TidyListModel::Rows& rows) {
 }
 
 /// Days without a change.
-constexpr std::array ageChoices{0, 30, 90, 365};
+constexpr std::array unchangedDays{0, 30, 90, 365};
 
 QString tickedWords(const TidyListModel& list) {
     const auto words =
@@ -257,7 +257,7 @@ void TidyFlow::setFilter(const QString& text) {
 
 void TidyFlow::filterRebuildable() {
     TidyListModel::Filter filter{.text = filter_, .program = program_};
-    if (const int days = ageChoices.at(static_cast<std::size_t>(age_)); days > 0)
+    if (const int days = unchangedDays.at(static_cast<std::size_t>(age_)); days > 0)
         filter.unchangedSince =
             std::chrono::time_point_cast<Date::duration>(environment_.now() - std::chrono::days(days));
     model(Rebuildable).setFilter(std::move(filter));
