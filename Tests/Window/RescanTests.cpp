@@ -6,8 +6,10 @@
 #include "Platform/HomeTrash.h"
 #include "Scan/TreeScanner.h"
 
+#include <atomic>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace orbel::test {
 
@@ -21,10 +23,11 @@ struct RescanInTheModel : testing::Test {
         scene.environment.home = home.path();
         scene.environment.dataVolumePath = home.path();
         scene.environment.trashFolder = platform::homeTrash(home.path());
-        scene.environment.scan = [this](const auto& root, const auto& token, const auto& progress,
-                                        const auto& exclusions) {
+        // What is dropped may go on after the test.
+        scene.environment.scan = [isHeld = isHeld](const auto& root, const auto& token, const auto& progress,
+                                                   const auto& exclusions) {
             auto result = TreeScanner::scan(root, std::nullopt, token, progress, exclusions);
-            while (isHeld && !token.isCancelled())
+            while (*isHeld && !token.isCancelled())
                 QThread::msleep(1);
             return result;
         };
@@ -51,7 +54,7 @@ struct RescanInTheModel : testing::Test {
     }
 
     TemporaryFolder home;
-    std::atomic<bool> isHeld = false;
+    std::shared_ptr<std::atomic<bool>> isHeld = std::make_shared<std::atomic<bool>>(false);
     ModelScene scene;
 };
 
@@ -84,7 +87,7 @@ TEST_F(RescanInTheModel, BringsTheFolderUpToDateAndTheMapKeepsItsPlace) {
 }
 
 TEST_F(RescanInTheModel, IsStoppedAndGivesWayToWhatChangesTheDisk) {
-    isHeld = true;
+    *isHeld = true;
     home.file("Videos/new.mkv", 50'000);
     const auto tree = app().scan()->tree();
     app().rescan()->start(*at("Videos"));
@@ -105,7 +108,7 @@ TEST_F(RescanInTheModel, IsStoppedAndGivesWayToWhatChangesTheDisk) {
     EXPECT_FALSE(at("Videos/new.mkv")) << "what was stopped changes nothing";
 
     app().rescan()->start(*at("Videos"));
-    isHeld = false;
+    *isHeld = false;
     app().scan()->measureAgain();
     EXPECT_FALSE(app().rescan()->isRunning());
     finish();
