@@ -182,7 +182,7 @@ std::set<NodeIndex> holding(const FileTree& tree, const std::vector<NodeIndex>& 
     return holders;
 }
 
-/// What is nobody's work: nothing of what is protected, and no work folder of a version control.
+/// Which folders hold neither protected data nor a repository, and so no work that would be lost.
 class Clean {
 public:
     explicit Clean(const FileTree& tree)

@@ -9,8 +9,8 @@
 namespace orbel {
 
 /// The summaries of earlier scans, one file for each root and the patterns that were left out of it, in a
-/// folder of this user's own. Files that are damaged or not this user's own are never believed; damaged ones
-/// are replaced.
+/// folder of this user's own. Damaged files and those of other users are never believed; damaged ones are
+/// replaced by the next summary.
 ///
 /// Any thread may use it. Of two scans of one root that end at the same time one is kept, and whole.
 class GrowthStore {

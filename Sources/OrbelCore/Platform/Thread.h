@@ -21,9 +21,8 @@ public:
     /// which `joinable()` is false when the system has none to give; `body` has then not run.
     static Thread start(std::string name, std::size_t stackBytes, std::function<void()> body);
 
-    /// Starts a detached thread with the default stack; it ends with its body. It gives way to others: people
-    /// are waiting for the thread that started it, not for this one. False when the system has no thread to
-    /// give.
+    /// Starts a detached thread with the default stack; it ends with its body. Its priority is lower, because
+    /// people wait for the thread that started it. False when the system has no thread to give.
     [[nodiscard]] static bool startDetached(std::string name, std::function<void()> body);
 
     Thread(Thread&& other) noexcept;

@@ -11,9 +11,8 @@ void nameThisThread(const std::string& name);
 /// them. Does nothing where the system has no such files.
 void forbidMaterialisationOnThisThread();
 
-/// Lowers the priority of the calling thread, and on Linux of those that it starts from now on: while others
-/// want the processor too, they get about a third of the time that these get. Idle processors are used as
-/// before.
+/// Lowers the priority of the calling thread, and on Linux of those that it starts from now on: while other
+/// threads want the processor too, these get about a third of the time that those get.
 void giveWayOnThisThread();
 
 /// The number of processors this process may run on, at least 1.

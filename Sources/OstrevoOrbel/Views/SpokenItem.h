@@ -18,7 +18,7 @@ class Spoken : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Attached to a control.")
     QML_ATTACHED(orbel::Spoken)
-    /// In place of the text of a button, which Qt takes for its name whatever `Accessible` says.
+    /// The name, where it differs from the text of a button: Qt ignores `Accessible.name` of one with a text.
     Q_PROPERTY(QString name MEMBER name_ NOTIFY nameChanged FINAL)
     /// A role of `Accessible`, in place of the one that the type has.
     Q_PROPERTY(int role MEMBER role_ NOTIFY roleChanged FINAL)

@@ -83,8 +83,8 @@ public:
     int tileAt(QPointF position) const;
     /// "{name}, {kind}, {size}, {share} of {focus folder}"
     QString tileName(int tile) const;
-    /// Whether a tile stands for an item that may be ticked; why it may not, as far as that is known; whether
-    /// it is.
+    /// Of the item of a tile: whether it may be ticked; why it may not, as far as known; whether it is
+    /// ticked.
     bool isTickable(int tile) const;
     QString tileRefusal(int tile) const;
     bool isTicked(int tile) const;
