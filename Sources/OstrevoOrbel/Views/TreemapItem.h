@@ -83,8 +83,7 @@ public:
     int tileAt(QPointF position) const;
     /// "{name}, {kind}, {size}, {share} of {focus folder}"
     QString tileName(int tile) const;
-    /// Of the item of a tile: whether it may be ticked; why it may not, as far as known; whether it is
-    /// ticked.
+    /// Of the item of a tile: whether it may be ticked, why not as far as known, and whether it is.
     bool isTickable(int tile) const;
     QString tileRefusal(int tile) const;
     bool isTicked(int tile) const;
