@@ -61,7 +61,9 @@ bool usesSomethingIn(const platform::ProcessInfo& process, const FolderContents&
     });
 }
 
-std::optional<std::string> reasonFor(const std::vector<ProcessUse>& users) {
+} // namespace
+
+std::optional<std::string> useReason(const std::vector<ProcessUse>& users) {
     std::vector<std::string> names;
     for (const auto& user : users)
         if (std::ranges::find(names, user.name) == names.end())
@@ -80,8 +82,6 @@ std::optional<std::string> reasonFor(const std::vector<ProcessUse>& users) {
                + " more";
     }
 }
-
-} // namespace
 
 MappedFilesSnapshot takeMappedSnapshot() {
     const auto takenAt = std::chrono::system_clock::now();
@@ -108,7 +108,7 @@ InUseReport inUse(const std::string& path, const FileStamp& stamp, const MappedF
     for (const auto& process : snapshot.processes.processes)
         if (usesItem(process, path, stamp) || (folder && usesSomethingIn(process, *folder)))
             report.users.push_back(ProcessUse::of(process));
-    report.reason = reasonFor(report.users);
+    report.reason = useReason(report.users);
     return report;
 }
 

@@ -25,12 +25,14 @@ struct MappedFilesSnapshot {
 
 /// Who uses an item, as far as that could be found out.
 struct InUseReport {
-    std::vector<ProcessUse> users; ///< by pid
-    int uncheckedProcesses = 0;    ///< processes that could not be looked at; they may use it too
-    /// Absent when no process is known to use the item, else "In use by …" for the user to read: each program
-    /// once, in the order of its first process; beyond three programs their number.
-    std::optional<std::string> reason;
+    std::vector<ProcessUse> users;     ///< by pid
+    int uncheckedProcesses = 0;        ///< processes that could not be looked at; they may use it too
+    std::optional<std::string> reason; ///< see useReason(); absent when no process is known to use the item
 };
+
+/// "In use by …" for the user to read: each program once, in the order given; beyond three their number.
+/// Absent without users.
+std::optional<std::string> useReason(const std::vector<ProcessUse>& users);
 
 /// Looks at every process. This process and the kernel's own are left out.
 MappedFilesSnapshot takeMappedSnapshot();

@@ -1,6 +1,7 @@
 #include "Find/RebuildableFinder.h"
 
 #include "Delete/ItemNote.h"
+#include "Delete/RepositoryNote.h"
 #include "Find/PlaceMarks.h"
 #include "Find/RebuildableRules.h"
 #include "Platform/GitRepository.h"
@@ -228,12 +229,10 @@ Date newestChange(const FileTree& tree, NodeIndex folder) {
 
 /// The innermost folder around the node that is a work folder of git.
 std::optional<NodeIndex> workFolder(const FileTree& tree, NodeIndex node) {
-    for (auto folder = tree.parent(node); folder; folder = tree.parent(*folder)) {
-        const auto children = tree.children(*folder);
-        if (std::ranges::any_of(children, [&](NodeIndex child) { return tree.nameBytes(child) == ".git"; }))
-            return folder;
-    }
-    return std::nullopt;
+    auto folder = tree.parent(node);
+    while (folder && !isWorkFolder(tree, *folder))
+        folder = tree.parent(*folder);
+    return folder;
 }
 
 /// What lies in a work folder and is not ignored may be a part of the work.
@@ -262,15 +261,6 @@ void askGit(const FileTree& tree, std::vector<RebuildableFinder::Row>& rows,
                 item.note = ItemNote::joined(item.note, "Not ignored by git");
         }
     });
-}
-
-std::optional<std::string> useReason(const std::vector<ProcessUse>& users) {
-    if (users.empty())
-        return std::nullopt;
-    auto words = "In use by " + users.front().name;
-    if (users.size() > 1)
-        words += " and " + std::to_string(users.size() - 1) + " more";
-    return words;
 }
 
 } // namespace
