@@ -1,4 +1,5 @@
 #include "Find/RebuildableFinder.h"
+#include "Safety/PathCanonicalizer.h"
 #include "Safety/SafetyPolicy.h"
 #include "Scan/TreeScanner.h"
 #include "Support/Policies.h"
@@ -8,6 +9,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
+#include <set>
+#include <sstream>
 
 namespace orbel {
 namespace {
@@ -221,6 +224,30 @@ TEST_F(RebuildableTest, SaysWhatGitDoesNotIgnoreAndRunsNothingOfTheRepository) {
                          {"code/two/target", "Not ignored by git"},
                          {"code/two/web/node_modules", std::nullopt}}));
     EXPECT_FALSE(fs::exists(trap));
+}
+
+TEST_F(RebuildableTest, FindsWhatADeveloperWouldAndNothingElse) {
+    const auto made = test::runProgram({ORBEL_TEST_SUPPORT "/developer-home", home.path()});
+    ASSERT_EQ(made.status, 0) << made.errors;
+    const ScanCancellation nobodyCancels;
+    const auto tree = TreeScanner::scan(home.path(), 1, nobodyCancels, nullptr).tree;
+    std::set<std::string> wanted;
+    std::uint64_t wantedBytes = 0;
+    std::istringstream lines(made.output);
+    for (std::string line; std::getline(lines, line);) {
+        wanted.insert(home.path(line));
+        const auto node = tree.index(home.path(line), PathCanonicalizer::shared());
+        ASSERT_TRUE(node) << line;
+        wantedBytes += tree.allocated(*node);
+    }
+    std::uint64_t foundBytes = 0;
+    for (const auto& row : rows(home.path())) {
+        EXPECT_TRUE(wanted.contains(row.item.path)) << row.item.path << ": " << row.evidence;
+        EXPECT_EQ(row.item.blockedReason, std::nullopt) << row.item.path;
+        EXPECT_NE(row.program, "") << row.item.path;
+        foundBytes += row.item.estimatedBytes;
+    }
+    EXPECT_GE(static_cast<double>(foundBytes), 0.8 * static_cast<double>(wantedBytes));
 }
 
 } // namespace

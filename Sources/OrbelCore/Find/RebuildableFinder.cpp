@@ -44,6 +44,14 @@ bool isOfInterest(std::string_view name) {
                   != RebuildableRule::all().end();
 }
 
+/// "ruff" of ".ruff_cache"; empty for other names.
+std::string programOfCacheFolder(std::string_view name) {
+    constexpr std::string_view ending = "_cache";
+    if (!name.starts_with('.') || !name.ends_with(ending))
+        return "";
+    return lossyUtf8(name.substr(1, name.size() - 1 - ending.size()));
+}
+
 std::string pathOf(const FileTree& tree, NodeIndex node) {
     return tree.path(node, PathCanonicalizer::shared());
 }
@@ -85,9 +93,11 @@ public:
             return std::nullopt;
         if (isTag) {
             auto program = programOfCacheTag(*text);
-            return program ? std::optional(
-                       Evidence{.words = std::string(cacheTag), .program = *std::move(program)})
-                           : std::nullopt;
+            if (!program)
+                return std::nullopt;
+            if (program->empty())
+                program = programOfCacheFolder(lastPathComponent(parentPath(path)));
+            return Evidence{.words = std::string(cacheTag), .program = *std::move(program)};
         }
         const auto project = projectOfCMakeCache(*text);
         // One in the middle of its sources is no folder of its own.
