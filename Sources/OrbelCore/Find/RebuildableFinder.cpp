@@ -1,7 +1,6 @@
 #include "Find/RebuildableFinder.h"
 
 #include "Delete/ItemNote.h"
-#include "Delete/RepositoryNote.h"
 #include "Find/PlaceMarks.h"
 #include "Find/RebuildableRules.h"
 #include "Platform/GitRepository.h"
@@ -237,10 +236,11 @@ Date newestChange(const FileTree& tree, NodeIndex folder) {
     return newest;
 }
 
-/// The innermost folder around the node that is a work folder of git.
-std::optional<NodeIndex> workFolder(const FileTree& tree, NodeIndex node) {
+/// The innermost work folder of git around the node.
+std::optional<NodeIndex> workFolder(const FileTree& tree, NodeIndex node,
+                                    const std::set<NodeIndex>& workFolders) {
     auto folder = tree.parent(node);
-    while (folder && !isWorkFolder(tree, *folder))
+    while (folder && !workFolders.contains(*folder))
         folder = tree.parent(*folder);
     return folder;
 }
@@ -248,9 +248,13 @@ std::optional<NodeIndex> workFolder(const FileTree& tree, NodeIndex node) {
 /// What lies in a work folder and is not ignored may be a part of the work.
 void askGit(const FileTree& tree, std::vector<RebuildableFinder::Row>& rows,
             const RebuildableFinder::IsCancelled& isCancelled) {
+    std::set<NodeIndex> workFolders;
+    for (const NodeIndex node : nodesNamed(tree, [](std::string_view name) { return name == ".git"; }))
+        if (const auto folder = tree.parent(node))
+            workFolders.insert(*folder);
     std::map<NodeIndex, std::vector<RebuildableFinder::Row*>> byWork;
     for (auto& row : rows)
-        if (const auto work = workFolder(tree, row.index))
+        if (const auto work = workFolder(tree, row.index, workFolders))
             byWork[*work].push_back(&row);
     std::vector<std::pair<NodeIndex, std::vector<RebuildableFinder::Row*>>> works(byWork.begin(),
                                                                                   byWork.end());
