@@ -144,6 +144,24 @@ TEST_F(RebuildableTest, IsToldByItsPlace) {
     EXPECT_EQ(programs[".var/app/org.example.App/cache"], "org.example.App");
 }
 
+TEST_F(RebuildableTest, IsToldByThePlacesOfTheOtherPlatformToo) {
+    for (const auto* path : {"Library/Caches/com.example.App/x", "Library/Application Support/App/Cache/x",
+                             "Library/Caches/com.apple.Safari/x", ".cargo/registry/src/x", ".cache/pip/x"})
+        home.file(path, std::size_t{5000});
+    const ScanCancellation nobodyCancels;
+    const auto tree = TreeScanner::scan(home.path(), 1, nobodyCancels, nullptr).tree;
+    std::map<std::string, std::string> programs;
+    for (const auto& row :
+         RebuildableFinder().run(tree, SafetyPolicy(home.path(), test::macOSOptions()), currentDate(), {})) {
+        EXPECT_EQ(row.item.blockedReason, std::nullopt) << row.item.path;
+        programs[row.item.path.substr(home.path().size() + 1)] = row.program;
+    }
+    EXPECT_EQ(programs,
+              (std::map<std::string, std::string>{{"Library/Caches/com.example.App", "com.example.App"},
+                                                  {"Library/Caches/com.apple.Safari", "com.apple.Safari"},
+                                                  {".cargo/registry/src", "cargo"}}));
+}
+
 TEST_F(RebuildableTest, IsNeverWhatHoldsWorkOrBelongsToAProgram) {
     // In the home itself; what a program brings along; in a program's own data; a link.
     home.file("package.json");
