@@ -76,8 +76,8 @@ constexpr auto vendors =
                                      "KDE", "unity3d", "Unity", "Autodesk", "EpicGames"});
 
 constexpr auto programFolders = std::to_array<std::string_view>({"Applications", ".local/opt", "opt"});
-constexpr auto programFileFolders =
-    std::to_array<std::string_view>({"Applications", "AppImages", ".local/bin", "bin", ".local/opt", "opt"});
+constexpr auto programFileFolders = std::to_array<std::string_view>(
+    {"Applications", "AppImages", ".local/bin", "bin", ".local/opt", "opt", "Downloads", "Desktop"});
 
 constexpr std::uint64_t mostUserDirsBytes = 1024 * 1024;
 
@@ -139,6 +139,8 @@ Places linuxPlaces(const std::string& home, const Environment& environment, Path
         for (auto& [name, userFolder] : userFoldersIn(text.value_or(""), home)) {
             if (name == "PICTURES")
                 places.neverTouch.push_back(userFolder);
+            else if (name == "DOWNLOAD" || name == "DESKTOP")
+                places.programFileFolders.push_back(userFolder);
             places.namedFolders.push_back(std::move(userFolder));
         }
     }
