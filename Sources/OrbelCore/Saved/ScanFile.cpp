@@ -1,9 +1,12 @@
 #include "Saved/ScanFile.h"
 
+#include "Platform/Whereabouts.h"
 #include "Saved/ByteStream.h"
 #include "Saved/Compression.h"
 #include "Saved/FrameFile.h"
 #include "Saved/TreeBlocks.h"
+#include "Util/AppVersion.h"
+#include "Util/ReadFile.h"
 
 #include <algorithm>
 #include <bit>
@@ -170,6 +173,16 @@ bool agrees(const FileTree& tree, std::uint64_t allocatedBytes) {
 
 } // namespace
 
+ScanOrigin ScanOrigin::ofHere(const ScanResult& result) {
+    return {.measuredAt = std::chrono::floor<Date::duration>(result.startedAt),
+            .duration = result.duration,
+            .machine = platform::machineName(),
+            .user = platform::userName(),
+            .program = appVersion(),
+            .volume = VolumeInfo::read(result.tree.rootPath),
+            .usedSpace = VolumeInfo::spaceUsed(result.tree.rootPath)};
+}
+
 std::string scanFileBytes(const FileTree& tree, const ScanOrigin& origin) {
     const KeptOrder order(tree);
     ByteWriter header;
@@ -201,6 +214,16 @@ std::expected<KeptScan, std::string> scanFromFile(std::string_view bytes) {
         || !agrees(header.tree, header.allocatedBytes))
         return damaged;
     return KeptScan{.tree = std::move(header.tree), .origin = std::move(origin)};
+}
+
+std::optional<std::expected<KeptScan, std::string>> readScanFile(const std::string& path) {
+    constexpr std::uint64_t largest = 8ULL * 1024 * 1024 * 1024;
+    constexpr std::size_t enough = 64;
+    if (const auto beginning = beginningOfRegularFile(path, enough);
+        !beginning || !looksLikeScanFile(*beginning))
+        return std::nullopt;
+    const auto bytes = readRegularFile(path, largest);
+    return bytes ? scanFromFile(*bytes) : std::unexpected("The scan file could not be read");
 }
 
 } // namespace orbel

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Scan/FileTree.h"
+#include "Scan/ScanResult.h"
 #include "Scan/VolumeInfo.h"
 #include "Util/Iso8601.h"
 
@@ -22,6 +22,9 @@ struct ScanOrigin {
     std::optional<std::uint64_t> usedSpace{}; ///< as VolumeInfo::spaceUsed() said then
 
     bool operator==(const ScanOrigin&) const = default;
+
+    /// Of a scan that ended just now, here. Asks the system about its volume.
+    static ScanOrigin ofHere(const ScanResult& result);
 };
 
 /// A scan that was kept. What it says was true then: it proves nothing about the disk of today, and
@@ -42,5 +45,9 @@ bool looksLikeScanFile(std::string_view beginning);
 /// Reads what scanFileBytes() wrote, from any bytes; the finished tree takes the memory that its scan took.
 /// The error says in words for people why the bytes are not believed: no part of them is then used.
 std::expected<KeptScan, std::string> scanFromFile(std::string_view bytes);
+
+/// The scan in the file at this path. Absent for a file that does not begin as one, and for what is no
+/// regular file; the error is in words for people.
+std::optional<std::expected<KeptScan, std::string>> readScanFile(const std::string& path);
 
 } // namespace orbel
