@@ -201,7 +201,7 @@ std::expected<KeptScan, std::string> scanFromFile(std::string_view bytes) {
     const auto parts = FrameFile::partsOf(bytes);
     if (!parts)
         return std::unexpected(parts.error());
-    const std::unexpected damaged(std::string(FrameFile::damaged));
+    const std::unexpected<std::string> damaged{std::string(FrameFile::damaged)};
     const auto text = parts->empty() ? std::nullopt : unpacked(parts->front());
     if (!text)
         return damaged;
