@@ -52,7 +52,7 @@ _orbel() {
         --map-svg) more="--size --exclude" ;;
         --duplicates-json) more="--details --exclude" ;;
         --large-json) more="--min-bytes --unused-days --exclude" ;;
-        --tidy-json | --rebuildable-json) more=--exclude ;;
+        --tidy-json | --rebuildable-json | --export-ncdu) more=--exclude ;;
         --trash) more="--files0-from --keep --dry-run" ;;
         --journal-json | --journal-markdown) more=--since ;;
         "")
@@ -61,7 +61,7 @@ _orbel() {
             ;;
     esac
     case $command in
-        --trash | --map-svg)
+        --trash | --map-svg | --export-ncdu)
             if [[ $current != -* ]]; then
                 compopt -o filenames 2>/dev/null
                 mapfile -t COMPREPLY < <(compgen -f -- "$current")

@@ -7,7 +7,7 @@ namespace orbel {
 
 std::span<const Command* const> commandTable() {
     static constexpr std::array table{
-        &scanCommand,        &mapCommand,
+        &scanCommand,        &mapCommand,         &ncduCommand,
         &duplicatesCommand,  &largeCommand,
         &tidyCommand,        &rebuildableCommand,
         &trashCommand,       &putBackCommand,

@@ -10,6 +10,7 @@ namespace orbel {
 // The commands, each in a source of its own.
 extern const Command scanCommand;
 extern const Command mapCommand;
+extern const Command ncduCommand;
 extern const Command duplicatesCommand;
 extern const Command largeCommand;
 extern const Command tidyCommand;
