@@ -47,7 +47,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       apps_(environment_, policy_, scan_, moves_, shown_, notice_),
       alert_(environment_, disk_, notice_),
       appearance_(environment_),
-      actions_(*environment_.desktop, policy_->canonicalizer(), notice_,
+      actions_(*environment_.desktop, policy_, notice_,
                [this]() -> const FileTree& { return *scan_.tree(); }) {
     environment_.desktop->reportFailure = [this](const QString& words) { notice_.show(words); };
     connect(&shown_, &ShownScreen::changed, this, &AppModel::screenChanged);

@@ -6,6 +6,9 @@ Item {
     id: inspector
 
     required property MapModel map
+    required property ItemActions actions
+    /// Of a program that manages what is refused here.
+    readonly property string manager: actions.managerOf(facts.key, map.refusal)
     readonly property mapItemFacts facts: map.selection
 
     component Fact: Item {
@@ -133,6 +136,32 @@ Item {
             visible: text !== ""
             width: parent.width
             wrapMode: Text.Wrap
+        }
+        Gap {
+            height: 6
+            visible: commandLine.visible
+        }
+        CommandLine {
+            id: commandLine
+
+            command: inspector.actions.commandOf(inspector.facts.key, inspector.map.refusal)
+            maximumWidth: parent.width
+            objectName: "map.command"
+            visible: commandLine.command !== ""
+        }
+        Gap {
+            height: 6
+            visible: openButton.visible
+        }
+        PushButton {
+            id: openButton
+
+            controlHeight: Theme.smallButtonHeight
+            objectName: "map.manager"
+            text: qsTr("Open %1").arg(inspector.manager)
+            visible: inspector.manager !== ""
+
+            onClicked: inspector.actions.openManager(inspector.facts.key)
         }
         Gap {
             height: 6
