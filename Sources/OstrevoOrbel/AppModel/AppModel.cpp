@@ -30,6 +30,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       shown_(firstScreen(environment_.options)),
       disk_(environment_, activity_),
       scan_(environment_, disk_, activity_, notice_),
+      system_(environment_, scan_),
       recent_(environment_, scan_),
       drop_(environment_, scan_, activity_),
       treeEdits_(environment_, scan_, disk_),
@@ -87,6 +88,7 @@ bool AppModel::isShownScreenBusy() const {
     case Screen::journal:
         return journal_.isBusy();
     case Screen::overview:
+        return system_.isBusy();
     case Screen::map:
         break;
     }
