@@ -229,6 +229,8 @@ TEST(Advice, IsGivenForWhatTheUserCanChange) {
               "Move it into a folder first; from there it can go to the Trash.");
     EXPECT_EQ(adviceOn("Protected: part of a mailbox (Maildir) (~/x)"),
               "Remove it with the program that keeps it.");
+    for (const auto* pictures : {"Protected: ~/Pictures", "Protected: your pictures (~/Bilder)"})
+        EXPECT_TRUE(adviceOn(pictures).value().starts_with("Your pictures stay:")) << pictures;
     EXPECT_TRUE(adviceOn("Protected: ~/.ssh").value().starts_with("It stays on purpose."));
     EXPECT_EQ(adviceOn("Protected by the system"), std::nullopt);
     EXPECT_EQ(adviceOn("Changed since the scan — scan again"), std::nullopt) << "says it itself";

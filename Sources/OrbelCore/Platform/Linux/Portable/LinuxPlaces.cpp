@@ -146,8 +146,10 @@ Places linuxPlaces(const std::string& home, const Environment& environment, Path
         const auto list = resolver.resolve(joinedPath(folder, "user-dirs.dirs"));
         const auto text = list.isFound() ? readRegularFile(list.path, mostUserDirsBytes) : std::nullopt;
         for (auto& [name, userFolder] : userFoldersIn(text.value_or(""), home)) {
-            if (name == "PICTURES")
+            if (name == "PICTURES") {
                 places.neverTouch.push_back(userFolder);
+                places.pictureFolders.push_back(userFolder);
+            }
             places.namedFolders.push_back(std::move(userFolder));
         }
     }
