@@ -325,7 +325,7 @@ TEST_F(DeletionItemTest, AGameStaysInAnyLibraryAndIsUninstalledThere) {
 TEST(SteamGame, IsReadFromAnyBytes) {
     const auto name = [](std::string_view text) { return steamGameIn(text).value_or(SteamGame()).name; };
     EXPECT_EQ(name(R"("A"{"appid" "7" "name" "N" "installdir" "I"})"), "N");
-    EXPECT_EQ(name(R"(// x "{" 
+    EXPECT_EQ(name(R"(// x "{"
 "A" { "B" { "C" { "appid" "1" "name" "no" } } "appid" "7" "name" "{" "installdir" "}" } "name" "no")"),
               "{")
         << "only what stands directly in the first block";
