@@ -318,6 +318,10 @@ TEST_F(DeletionItemTest, AGameStaysInAnyLibraryAndIsUninstalledThere) {
     auto seen = policy().seenFolders();
     const auto hint = ManageHint::of(home.path("Games/Library/steamapps/common/House"), seen).value();
     EXPECT_EQ(hint.address, "steam://uninstall/70");
+    EXPECT_EQ(ManageHint::explain(home.path("Games/Library/steamapps/common/House"), "On another volume",
+                                  "/home/ann", &seen),
+              words)
+        << "a disk of games";
     EXPECT_TRUE(hint.isShownAs(words));
     EXPECT_FALSE(hint.isShownAs("On another volume"));
 }

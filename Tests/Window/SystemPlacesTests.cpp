@@ -102,6 +102,7 @@ TEST(WindowSystemPlaces, AnItemThatAProgramManagesLeadsToItsCommandAndToTheProgr
     ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("map.manager")); }));
     EXPECT_TRUE(scene.says(QStringLiteral("Managed by Steam: Old House. Uninstall it there")));
     EXPECT_FALSE(scene.isShown(QStringLiteral("map.command")));
+    keepPicture(scene, QStringLiteral("map-managed-game"));
     EXPECT_EQ(scene.requests().openedAddress, QString());
     scene.click(QStringLiteral("map.manager"));
     EXPECT_TRUE(scene.waitUntil([&] { return !scene.requests().openedAddress.isEmpty(); }));
@@ -110,6 +111,7 @@ TEST(WindowSystemPlaces, AnItemThatAProgramManagesLeadsToItsCommandAndToTheProgr
     select(".local/share/flatpak/app/org.a.B");
     ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("map.command")); }));
     EXPECT_FALSE(scene.isShown(QStringLiteral("map.manager")));
+    keepPicture(scene, QStringLiteral("map-managed-app"));
     scene.item(QStringLiteral("map.view"))->forceActiveFocus();
     scene.settle();
     scene.press(Qt::Key_Menu);

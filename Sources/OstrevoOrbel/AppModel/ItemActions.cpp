@@ -17,6 +17,8 @@ namespace {
 
 /// What the reason of a refusal, as it is shown, says of the program that manages the item.
 std::optional<ManageHint> shownHint(const QString& key, const QString& refusal) {
+    if (refusal.isEmpty())
+        return std::nullopt;
     auto hint = ManageHint::of(pathOfKey(key));
     return hint && hint->isShownAs(withoutIsolates(refusal).toStdString()) ? std::move(hint) : std::nullopt;
 }
