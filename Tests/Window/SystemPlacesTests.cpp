@@ -102,6 +102,9 @@ TEST(WindowSystemPlaces, AnItemThatAProgramManagesLeadsToItsCommandAndToTheProgr
     ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("map.manager")); }));
     EXPECT_TRUE(scene.says(QStringLiteral("Managed by Steam: Old House. Uninstall it there")));
     EXPECT_FALSE(scene.isShown(QStringLiteral("map.command")));
+    auto* const safety = scene.item(QStringLiteral("map.safety"));
+    for (auto* const text : safety->childItems())
+        EXPECT_FALSE(text->property("truncated").toBool()) << "the name of the game is not left out";
     keepPicture(scene, QStringLiteral("map-managed-game"));
     EXPECT_EQ(scene.requests().openedAddress, QString());
     scene.click(QStringLiteral("map.manager"));

@@ -16,17 +16,19 @@ Item {
         property alias value: value.text
         property alias valueColor: value.color
         property bool isPath: false
+        /// A sentence, on as many lines as it takes up to three.
+        property bool wraps: false
 
         Accessible.name: label.text + ": " + value.text
         Accessible.role: Accessible.StaticText
-        implicitHeight: Theme.px(22)
+        implicitHeight: value.implicitHeight + Theme.px(6)
         width: parent.width
 
         SmallText {
             id: label
 
             anchors.left: parent.left
-            anchors.verticalCenter: parent.verticalCenter
+            anchors.top: value.top
             width: Theme.px(76)
         }
         ThemedText {
@@ -37,7 +39,9 @@ Item {
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             elide: parent.isPath ? Text.ElideMiddle : Text.ElideRight
+            maximumLineCount: parent.wraps ? 3 : 1
             role: ThemedText.Small
+            wrapMode: parent.wraps ? Text.Wrap : Text.NoWrap
 
             WholeText {
                 shown: value
@@ -124,9 +128,9 @@ Item {
             value: inspector.facts.share
         }
         Fact {
-            isPath: true
             label: qsTr("Safety")
             objectName: "map.safety"
+            wraps: true
             value: inspector.map.movable ? qsTr("Can be moved to the Trash") : inspector.map.refusal
             valueColor: inspector.map.movable ? Theme.ok : Theme.ink
         }
