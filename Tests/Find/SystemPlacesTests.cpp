@@ -38,13 +38,13 @@ TEST(SystemPlaces, ATreeIsBelievedWhereItKnowsAll) {
         return tree.index(disk.path(path), PathCanonicalizer::shared()).value();
     };
     const auto size = [&](const std::string& path) {
-        platform::FolderSize size;
+        platform::FolderSize measured;
         static_cast<void>(SystemPlaces::find("", tree, nobodyCancels,
                                              [&](const std::string&, const platform::MeasureFolder& measure) {
-                                                 size = measure(disk.path(path));
+                                                 measured = measure(disk.path(path));
                                                  return std::vector<SystemPlace>();
                                              }));
-        return size;
+        return measured;
     };
     const auto bytes = test::blocksOf(disk.path("store/a"));
     disk.file("store/b", 50'000);

@@ -104,6 +104,16 @@ Installed-Size: 7000
     EXPECT_EQ(at("/usr").what, "Old kernels and packages that nothing needs");
 }
 
+TEST_F(LinuxSystemPlacesTest, OrphansOfPacmanHaveTheSizesOfItsDatabase) {
+    system.file("var/lib/pacman/local/old-lib-2:1.0-3/desc",
+                std::string_view("%NAME%\nold-lib\n\n%SIZE%\n7000\n"));
+    system.file("var/lib/pacman/local/old-lib-extra-1-1/desc", std::string_view("%SIZE%\n500\n"));
+    system.file("var/lib/pacman/local/ALPM_DB_VERSION", std::string_view("9\n"));
+    answer = "old-lib\nunknown\n";
+    EXPECT_EQ(at("/usr").bytes, 7000U);
+    EXPECT_EQ(asked.front(), (std::vector<std::string>{"pacman", "-Qdtq"}));
+}
+
 TEST_F(LinuxSystemPlacesTest, OfTheJournalTheArchiveBeyondWhatIsKept) {
     const auto sparse = [&](const char* name, std::uint64_t bytes) {
         const auto path = system.file(std::string("var/log/journal/1f/") + name);

@@ -25,6 +25,7 @@ inline constexpr std::string_view aptPackages = "sudo apt clean";
 inline constexpr std::string_view aptOrphans = "sudo apt autoremove --purge";
 inline constexpr std::string_view dnfPackages = "sudo dnf clean packages";
 inline constexpr std::string_view pacmanPackages = "sudo pacman -Sc";
+inline constexpr std::string_view pacmanOrphans = "sudo pacman -Rns $(pacman -Qdtq)";
 inline constexpr std::string_view journal = "sudo journalctl --vacuum-size=200M";
 inline constexpr std::string_view flatpakRuntimes = "flatpak uninstall --unused";
 inline constexpr std::string_view dockerStorage = "docker system prune";
@@ -40,7 +41,7 @@ struct FolderSize {
 using MeasureFolder = std::function<FolderSize(const std::string& path)>;
 
 /// All such places of this system, small ones too. `home`: of the user, whose programs may need what lies
-/// there. Asks the package manager, for 10 seconds at most, and measures; leaves out what could only be
+/// there. Asks the package managers, each for 10 seconds at most, and measures; leaves out what could only be
 /// guessed because it may not be read, and what is out of reach. Blocks.
 std::vector<SystemPlace> systemPlaces(const std::string& home, const MeasureFolder& measure);
 

@@ -53,13 +53,12 @@ std::optional<SnapFile> snapFileNamed(std::string_view file) {
     return SnapFile{.name = std::string(name), .revision = std::string(revision)};
 }
 
-/// The names behind "Remv " in what apt-get says it would do.
-std::vector<std::string> removedPackages(std::string_view simulation) {
-    constexpr std::string_view beginning = "Remv ";
+/// The first word of each line, behind a beginning that all of these lines have.
+std::vector<std::string> packagesIn(std::string_view output, std::string_view beginning) {
     std::vector<std::string> names;
-    while (!simulation.empty()) {
-        const auto line = simulation.substr(0, simulation.find('\n'));
-        simulation.remove_prefix(std::min(line.size() + 1, simulation.size()));
+    while (!output.empty()) {
+        const auto line = output.substr(0, output.find('\n'));
+        output.remove_prefix(std::min(line.size() + 1, output.size()));
         if (line.starts_with(beginning))
             names.emplace_back(
                 line.substr(beginning.size(), line.find(' ', beginning.size()) - beginning.size()));
@@ -94,10 +93,12 @@ private:
 
     std::string inRoot(std::string_view path) const { return search_.root + std::string(path); }
 
+    bool isThere(const std::string& path) { return search_.resolver.resolve(path).isFound(); }
+
     /// The names in a folder, sorted; none when it is not there, may not be read or is out of reach.
     std::vector<std::string> namesIn(const std::string& folder) {
         std::vector<std::string> names;
-        if (!search_.resolver.resolve(folder).isFound())
+        if (!isThere(folder))
             return names;
         std::error_code error;
         fs::directory_iterator entries(folder, error);
@@ -166,14 +167,20 @@ private:
     }
 
     void addOrphans() {
-        const auto database = inRoot("/var/lib/dpkg");
-        if (!search_.resolver.resolve(joinedPath(database, "status")).isFound())
-            return;
-        const auto simulation = search_.run({"apt-get", "--simulate", "autoremove"});
-        const auto names = removedPackages(simulation.value_or(""));
+        if (const auto dpkg = inRoot("/var/lib/dpkg"); isThere(joinedPath(dpkg, "status")))
+            addOrphans(
+                packagesIn(search_.run({"apt-get", "--simulate", "autoremove"}).value_or(""), "Remv "),
+                [&] { return dpkgSizes(dpkg); }, freeing::aptOrphans);
+        if (const auto pacman = inRoot("/var/lib/pacman/local"); isThere(pacman))
+            addOrphans(
+                packagesIn(search_.run({"pacman", "-Qdtq"}).value_or(""), ""),
+                [&] { return pacmanSizes(pacman); }, freeing::pacmanOrphans);
+    }
+
+    void addOrphans(const std::vector<std::string>& names, const auto& readSizes, std::string_view command) {
         if (names.empty())
             return;
-        const auto sizes = dpkgSizes(database);
+        const std::map<std::string, std::uint64_t> sizes = readSizes();
         std::uint64_t bytes = 0;
         bool holdsKernel = false;
         for (const auto& name : names) {
@@ -183,7 +190,7 @@ private:
         }
         add("/usr", bytes,
             holdsKernel ? "Old kernels and packages that nothing needs" : "Packages that nothing needs",
-            freeing::aptOrphans);
+            command);
     }
 
     /// Only archived files are removed, not those that are written to.
