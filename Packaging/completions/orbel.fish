@@ -8,7 +8,7 @@ function __orbel_has
 end
 
 set -l commands --scan-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json --trash --put-back \
-    --journal-json --journal-markdown --apps-json --leftovers-dry-run --help --version
+    --journal-json --journal-markdown --system-json --apps-json --leftovers-dry-run --help --version
 set -l first "not __orbel_has $commands"
 
 for program in orbel ostrevo-orbel
@@ -23,6 +23,7 @@ for program in orbel ostrevo-orbel
     complete -c $program -n "$first" -l put-back -x -a last -d "Move back what was moved"
     complete -c $program -n "$first" -l journal-json -d "Print the journal as JSON"
     complete -c $program -n "$first" -l journal-markdown -d "Print the journal as text"
+    complete -c $program -n "$first" -l system-json -d "List what commands free outside the home"
     complete -c $program -n "$first" -l apps-json -d "List applications"
     complete -c $program -n "$first" -l leftovers-dry-run -d "What would go with each application"
     complete -c $program -n "$first" -s h -l help -d "Print the usage"

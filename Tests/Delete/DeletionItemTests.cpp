@@ -229,6 +229,8 @@ TEST(Advice, IsGivenForWhatTheUserCanChange) {
               "Move it into a folder first; from there it can go to the Trash.");
     EXPECT_EQ(adviceOn("Protected: part of a mailbox (Maildir) (~/x)"),
               "Remove it with the program that keeps it.");
+    for (const auto* pictures : {"Protected: ~/Pictures", "Protected: your pictures (~/Bilder)"})
+        EXPECT_TRUE(adviceOn(pictures).value().starts_with("Your pictures stay:")) << pictures;
     EXPECT_TRUE(adviceOn("Protected: ~/.ssh").value().starts_with("It stays on purpose."));
     EXPECT_EQ(adviceOn("Protected by the system"), std::nullopt);
     EXPECT_EQ(adviceOn("Changed since the scan — scan again"), std::nullopt) << "says it itself";
@@ -236,7 +238,7 @@ TEST(Advice, IsGivenForWhatTheUserCanChange) {
 }
 
 TEST(ManageHint, AdvisesWhereItKnowsBetter) {
-    const auto hint = [](std::string_view path) { return ManageHint::explain(path, "No", "/home/ann"); };
+    const auto hint = [](const std::string& path) { return ManageHint::explain(path, "No", "/home/ann"); };
     EXPECT_TRUE(hint("/home/ann/Library/Application Support/MobileSync/Backup/1")
                     .starts_with("iPhone/iPad backup — manage in "));
     constexpr auto docker = "Docker disk image — manage in Docker Desktop → Settings → Resources";
@@ -246,17 +248,34 @@ TEST(ManageHint, AdvisesWhereItKnowsBetter) {
     constexpr auto developer = "Developer caches — use Ostrevo Fennick";
     EXPECT_EQ(hint("/home/ann/Library/Developer/Xcode"), developer);
     EXPECT_EQ(hint("/opt/DerivedData/x"), developer);
-    for (const auto& [path, program] : std::vector<std::pair<std::string, std::string>>{
-             {"/home/ann/.local/share/containers", "podman"},
-             {"/home/ann/.local/share/containers/storage", "podman"},
-             {"/var/lib/docker/overlay2", "docker"},
-             {"/home/ann/.local/share/flatpak/app/x", "flatpak"},
-             {"/var/lib/snapd/snaps/x", "snap"},
-             {"/home/ann/.local/share/Steam/steamapps/common/x", "Steam"},
-             {"/home/ann/.local/share/gnome-boxes/images/x", "the program that runs it"},
-             {"/var/log/journal/x", "journalctl"},
-             {"/var/cache/apt/archives", "apt"}})
-        EXPECT_TRUE(hint(path).contains("manage ") && hint(path).contains(" " + program)) << hint(path);
+    for (const auto& [path, words] : std::vector<std::pair<std::string, std::string>>{
+             {"/home/ann/.local/share/containers", "podman: podman system prune"},
+             {"/home/ann/.local/share/containers/storage", "podman: podman system prune"},
+             {"/var/lib/docker/overlay2", "docker: docker system prune"},
+             {"/home/ann/.local/share/flatpak/app/org.a.B/x", "Flatpak: flatpak uninstall --user org.a.B"},
+             {"/home/ann/.local/share/flatpak/app", "Flatpak: flatpak uninstall --unused"},
+             {"/home/ann/.local/share/flatpak/app/-y", "Flatpak: flatpak uninstall --unused"},
+             {"/home/ann/.local/share/flatpak/app/a;b c", "Flatpak: flatpak uninstall --user 'a;b c'"},
+             {"/var/lib/flatpak/app/org.a.B", "Flatpak: flatpak uninstall --system org.a.B"},
+             {"/var/lib/flatpak/runtime/org.a.B", "Flatpak: flatpak uninstall --unused"},
+             {"/var/lib/snapd/snaps/tool-x_12.snap", "snap: sudo snap remove tool-x"},
+             {"/var/lib/snapd/snaps/$(x)_12.snap", "snap: snap list --all"},
+             {"/snap/tool-x/current/y", "snap: sudo snap remove tool-x"},
+             {"/.snapshots/12/snapshot", "snapper: sudo snapper delete 12"},
+             {"/home/.snapshots/12", "snapper: sudo snapper list -a"},
+             {"/run/timeshift/backup/timeshift/snapshots/2026-11-22_10-00-00/localhost",
+              "Timeshift: sudo timeshift --delete --snapshot 2026-11-22_10-00-00"},
+             {"/home/ann/.local/share/JetBrains/Toolbox/apps/x", "JetBrains Toolbox: uninstall it there"},
+             {"/home/ann/.local/share/Steam/steamapps/common/x", "Steam: uninstall its games there"},
+             {"/home/ann/.local/share/gnome-boxes/images/x", "Boxes: gnome-boxes"},
+             {"/var/log/journal/x", "journald: sudo journalctl --vacuum-size=200M"},
+             {"/var/cache/apt/archives", "apt: sudo apt clean"}}) {
+        EXPECT_EQ(hint(path), "Managed by " + words);
+        const auto command = ManageHint::of(path).value().command;
+        EXPECT_TRUE(command.empty() || words.ends_with(": " + command)) << command;
+    }
+    for (const auto* path : {"/home/ann/.snapshots/mine", "/home/ann/work/timeshift/snapshots/mine"})
+        EXPECT_EQ(hint(path), "No");
     EXPECT_EQ(hint("/home/ann/.local/share/containers2"), "No");
     constexpr auto system = "System-wide: needs an administrator; Vanto does not change it";
     EXPECT_EQ(hint("/opt/x"), system);
@@ -265,9 +284,59 @@ TEST(ManageHint, AdvisesWhereItKnowsBetter) {
         EXPECT_EQ(ManageHint::explain("/media/ann/disk/steamapps/x", "On another volume", "/home/ann"),
                   "On another volume")
             << "one's own disk needs no administrator";
+        EXPECT_EQ(ManageHint::explain("/snap/tool/12", "On another volume", "/home/ann"),
+                  "Managed by snap: sudo snap remove tool")
+            << "each is a volume of its own";
     }
     for (const auto* own : {"/home/ann", "/home/ann/x", "/Applications/X.app"})
         EXPECT_EQ(hint(own), "No") << own;
+}
+
+TEST_F(DeletionItemTest, AGameStaysInAnyLibraryAndIsUninstalledThere) {
+    const auto manifest = [](std::string_view folder, std::string_view id) {
+        return "\"AppState\"\n{\n\t\"appid\"\t\t\"" + std::string(id)
+               + "\"\n\t\"name\"\t\t\"The \\\"Old\\\"\nHouse "
+                 "3\"\n\t\"UserConfig\"\n\t{\n\t\t\"name\"\t\"x\"\n\t}\n"
+               + "\t\"installdir\"\t\t\"" + std::string(folder) + "\"\n}\n";
+    };
+    home.file("Games/Library/steamapps/appmanifest_1.acf", "\"AppState\" { \"appid\" \"1\" ");
+    home.file("Games/Library/steamapps/appmanifest_70.acf", manifest("House", "70"));
+    home.file("Games/Library/steamapps/appmanifest_71.acf", manifest("Odd", "71 x"));
+    for (const auto* game : {"House", "Odd", "Gone"})
+        home.file(std::string("Games/Library/steamapps/common/") + game + "/data.pak", 100);
+    scan();
+    const auto reason = [&](const std::string& path) {
+        return item("Games/Library/steamapps/common/" + path)->blockedReason.value_or("allowed");
+    };
+    constexpr auto words = "Managed by Steam: The \"Old\"[U+000A]House 3. Uninstall it there";
+    EXPECT_EQ(reason("House"), words);
+    EXPECT_EQ(reason("House/data.pak"), words);
+    for (const auto* unknown : {"Odd", "Gone/data.pak"})
+        EXPECT_EQ(reason(unknown), "Managed by Steam: uninstall its games there");
+    EXPECT_EQ(item("Games/Library")->blockedReason, "Contains protected data: ~/Games/Library/steamapps");
+
+    auto seen = policy().seenFolders();
+    const auto hint = ManageHint::of(home.path("Games/Library/steamapps/common/House"), seen).value();
+    EXPECT_EQ(hint.address, "steam://uninstall/70");
+    EXPECT_EQ(ManageHint::explain(home.path("Games/Library/steamapps/common/House"), "On another volume",
+                                  "/home/ann", &seen),
+              words)
+        << "a disk of games";
+    EXPECT_TRUE(hint.isShownAs(words));
+    EXPECT_FALSE(hint.isShownAs("On another volume"));
+}
+
+TEST(SteamGame, IsReadFromAnyBytes) {
+    const auto name = [](std::string_view text) { return steamGameIn(text).value_or(SteamGame()).name; };
+    EXPECT_EQ(name(R"("A"{"appid" "7" "name" "N" "installdir" "I"})"), "N");
+    EXPECT_EQ(name(R"(// x "{"
+"A" { "B" { "C" { "appid" "1" "name" "no" } } "appid" "7" "name" "{" "installdir" "}" } "name" "no")"),
+              "{")
+        << "only what stands directly in the first block";
+    for (const auto* bad : {"", "\"", "{", "}", "}}}}\"A\"", "\"A\"{\"appid\"", "\"A\"{\"appid\"\"7\\",
+                            "A { appid 7 }", "\"A\"{\"appid\"\"-7\"\"name\"\"N\"\"installdir\"\"I\"}"})
+        EXPECT_EQ(steamGameIn(bad), std::nullopt) << bad;
+    EXPECT_EQ(steamGameIn(std::string(1'000'000, '{')), std::nullopt);
 }
 
 TEST(FileUrl, CarriesEveryByte) {

@@ -43,6 +43,18 @@ TEST_F(AppsCommandTest, PrintsTheInventory) {
     EXPECT_EQ(home.json({"--apps-json"}, 0).at("apps"), apps) << "the order is stable";
 }
 
+TEST_F(AppsCommandTest, PrintsWhatCommandsOfTheSystemFree) {
+    // What there is depends on the system that this runs on.
+    for (const auto& place : home.json({"--system-json"}, 0).at("places")) {
+        EXPECT_TRUE(place.at("path").get<std::string>().starts_with('/')) << place;
+        EXPECT_GE(place.at("bytes").get<std::uint64_t>(), 100'000'000U) << place;
+        EXPECT_TRUE(place.at("upTo").is_boolean()) << place;
+        EXPECT_FALSE(place.at("what").get<std::string>().empty()
+                     || place.at("command").get<std::string>().empty())
+            << place;
+    }
+}
+
 TEST_F(AppsCommandTest, PrintsWhatWouldGoAndMovesNothing) {
     const auto run = home.run({"--scan-json", "/nowhere", "--leftovers-dry-run", "--apps-json"});
     EXPECT_EQ(run.status, 0);

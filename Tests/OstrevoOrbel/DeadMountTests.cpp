@@ -69,6 +69,7 @@ TEST_F(DeadMount, NoCommandWaitsForIt) {
                                                       {"--rebuildable-json", home.path()},
                                                       {"--duplicates-json", home.path()},
                                                       {"--map-svg", home.path(), home.path("map.svg")},
+                                                      {"--system-json"},
                                                       {"--apps-json"},
                                                       {"--leftovers-dry-run"},
                                                       {"--journal-json"},

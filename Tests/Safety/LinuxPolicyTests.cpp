@@ -125,10 +125,13 @@ TEST_F(LinuxPolicyTest, TheTrashWhatIsInItAndWhatHoldsItStay) {
 
 TEST_F(LinuxPolicyTest, ThePictureFolderOfTheDesktopIsProtected) {
     home.file(".config/user-dirs.dirs", std::string_view("XDG_PICTURES_DIR=\"$HOME/Bilder/Alle\"\n"));
-    EXPECT_EQ(refusalOf("Bilder/Alle/2024"), "Protected: ~/Bilder/Alle");
+    EXPECT_EQ(refusalOf("Bilder/Alle/2024"), "Protected: your pictures (~/Bilder/Alle)");
+    EXPECT_EQ(refusalOf("Bilder"), "Contains protected data: ~/Bilder/Alle");
     EXPECT_EQ(refusalOf("Bilder/Andere"), "allowed");
     home.file(".config/user-dirs.dirs", std::string_view("XDG_PICTURES_DIR=\"$HOME/\"\n"));
     EXPECT_EQ(refusalOf("Bilder/Alle/2024"), "allowed") << "no such folder is written as the home folder";
+    home.file(".config/user-dirs.dirs", std::string_view("XDG_PICTURES_DIR=\"$HOME/Pictures\"\n"));
+    EXPECT_EQ(refusalOf("Pictures/2024"), "Protected: ~/Pictures") << "its name says it";
     home.link("all", home.path());
     home.file(".config/user-dirs.dirs", std::string_view("XDG_PICTURES_DIR=\"$HOME/all\"\n"));
     EXPECT_EQ(refusalOf("Bilder/Alle/2024"), "allowed") << "a link to the home folder";

@@ -83,6 +83,7 @@ TEST_F(ProtectedContentTest, AFolderIsProtectedByTheShapeOfWhatItHolds) {
         {"timeshift/snapshots/2024", {"info.json", "localhost/x"}},
         {"lists/Maildir of me", {"cur/1", "new/2", "tmp/x"}},
         {"games/prefix", {"system.reg", "dosdevices/c"}},
+        {"games/steamapps", {"appmanifest_220.acf", "common/Game/x"}},
     };
     for (const auto& [folder, files] : shapes) {
         const auto path = "work/" + folder;
@@ -99,9 +100,10 @@ TEST_F(ProtectedContentTest, AFolderIsProtectedByTheShapeOfWhatItHolds) {
 
     for (const auto* file :
          {"project/README", "project/config", "project/data/x", "site/index/x", "site/data/x", "half/cur/x",
-          "half/new/x", "plain/snapshots/x/info.txt", "repo/HEAD", "repo/refs/x", "repo/objects/x"})
+          "half/new/x", "plain/snapshots/x/info.txt", "repo/HEAD", "repo/refs/x", "repo/objects/x",
+          "source/common/x", "source/main.c"})
         home.file(std::string("other/") + file);
-    for (const auto* folder : {"project", "site", "half", "plain", "repo"})
+    for (const auto* folder : {"project", "site", "half", "plain", "repo", "source"})
         EXPECT_EQ(blockOf(std::string("other/") + folder), "allowed") << folder;
 }
 

@@ -149,6 +149,7 @@ ProtonDrive
 .local/share/libvirt
 .local/share/gnome-boxes
 .local/share/flatpak
+.local/share/JetBrains/Toolbox/apps
 .local/share/Ostrevo Orbel
 )"));
     EXPECT_EQ(places.systemRoots, linesIn("/", R"(

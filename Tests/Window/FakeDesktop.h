@@ -15,7 +15,7 @@ struct FakeDesktop final : Desktop {
     bool hasTerminal() override { return isTerminalThere; }
     void openTerminal(const std::string& path) override { terminal = path; }
     void openTrash(const std::string& itemsFolder) override { openedTrash = itemsFolder; }
-    void openAddress(const QString& /*address*/) override {}
+    void openAddress(const QString& address) override { openedAddress = address; }
     void copyText(const QString& text) override { copied = text; }
 
     std::string opened;
@@ -23,6 +23,7 @@ struct FakeDesktop final : Desktop {
     std::string terminal;
     bool isTerminalThere = true;
     std::string openedTrash;
+    QString openedAddress;
     QString copied;
 };
 

@@ -2,18 +2,28 @@
 #include "FakeDesktop.h"
 #include "Models/ItemKey.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Safety/SafetyPolicy.h"
+#include "Support/TemporaryFolder.h"
 #include "Support/TreeBuilder.h"
 
 #include <gtest/gtest.h>
+#include <QtTest/QTest>
 
 namespace orbel::test {
+
+namespace {
+
+std::shared_ptr<const SafetyPolicy> anyPolicy() {
+    return std::make_shared<const SafetyPolicy>("/home/mira");
+}
+
+} // namespace
 
 TEST(ItemActionsOn, APathReachesTheDesktopAsItIsOnTheDisk) {
     FakeDesktop desktop;
     const FileTree none;
     Notice notice;
-    const ItemActions actions(desktop, PathCanonicalizer::shared(), notice,
-                              [&]() -> const FileTree& { return none; });
+    const ItemActions actions(desktop, anyPolicy(), notice, [&]() -> const FileTree& { return none; });
     for (const std::string path : {"/home/mira/Videos/harbour.mkv", "/tmp/caf\xe9 #1%20?.txt", "/tmp/a\nb"}) {
         actions.open(keyOf(path));
         EXPECT_EQ(desktop.opened, path);
@@ -35,6 +45,32 @@ TEST(ItemActionsOn, APathReachesTheDesktopAsItIsOnTheDisk) {
     EXPECT_EQ(desktop.copied, QString());
 }
 
+TEST(ItemActionsOn, WhatAnotherProgramManagesIsManagedThere) {
+    FakeDesktop desktop;
+    const FileTree none;
+    Notice notice;
+    const TemporaryFolder home;
+    home.file("steamapps/appmanifest_70.acf", R"("A"{"appid" "70" "name" "N" "installdir" "House"})");
+    const auto game = keyOf(home.path("steamapps/common/House/x"));
+    ItemActions actions(desktop, std::make_shared<const SafetyPolicy>(home.path()), notice,
+                        [&]() -> const FileTree& { return none; });
+    const auto app = keyOf("/home/mira/.local/share/flatpak/app/org.a.B");
+    const auto words = QStringLiteral("Managed by Flatpak: flatpak uninstall --user org.a.B");
+    actions.copyCommand(app, QStringLiteral("On another volume"));
+    EXPECT_EQ(desktop.copied, QString()) << "another reason";
+    actions.copyCommand(app, words);
+    EXPECT_EQ(desktop.copied, QStringLiteral("flatpak uninstall --user org.a.B"));
+    EXPECT_EQ(actions.managerOf(app, words), QString());
+
+    const auto gameWords = QStringLiteral("Managed by Steam: N. Uninstall it there");
+    EXPECT_EQ(actions.commandOf(game, gameWords), QString());
+    EXPECT_EQ(actions.managerOf(game, gameWords), QStringLiteral("Steam"));
+    EXPECT_EQ(desktop.openedAddress, QString()) << "never without being asked to";
+    actions.openManager(game);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !desktop.openedAddress.isEmpty(); }));
+    EXPECT_EQ(desktop.openedAddress, QStringLiteral("steam://uninstall/70"));
+}
+
 TEST(ItemActionsOn, ARowIsALineOfATableAndATerminalOpensInAFolder) {
     TreeBuilder builder("/data");
     const auto films = builder.folder(0, "films");
@@ -42,8 +78,7 @@ TEST(ItemActionsOn, ARowIsALineOfATableAndATerminalOpensInAFolder) {
     const FileTree shown = builder.build();
     FakeDesktop desktop;
     Notice notice;
-    const ItemActions actions(desktop, PathCanonicalizer::shared(), notice,
-                              [&]() -> const FileTree& { return shown; });
+    const ItemActions actions(desktop, anyPolicy(), notice, [&]() -> const FileTree& { return shown; });
     actions.copyRow(keyOf("/data/films/long\tname.mkv"), {}, {});
     EXPECT_EQ(desktop.copied.toStdString(),
               "long\\tname.mkv\t/data/films/long\\tname.mkv\tVideo\t4100000\t4 MB");
@@ -66,8 +101,7 @@ TEST(ItemActionsOn, WhatTheTreeHasIsFoundInItByPathAndNothingElse) {
     FileTree shown;
     FakeDesktop desktop;
     Notice notice;
-    ItemActions actions(desktop, PathCanonicalizer::shared(), notice,
-                        [&]() -> const FileTree& { return shown; });
+    ItemActions actions(desktop, anyPolicy(), notice, [&]() -> const FileTree& { return shown; });
     std::vector<std::string> wanted;
     QObject::connect(&actions, &ItemActions::mapWanted,
                      [&](quint32 node) { wanted.push_back("map " + shown.walkedPath(node)); });

@@ -1,5 +1,6 @@
 #include "ModelScene.h"
 
+#include "SampleDisk.h"
 #include "Support/TreeBuilder.h"
 
 #include <condition_variable>
@@ -50,6 +51,7 @@ ModelScene::ModelScene() : scanner_(std::make_shared<Scanner>()) {
     environment.isFullDiskAccessGranted = [world = world_](const std::string&) {
         return LockedWorld(*world)->permission;
     };
+    environment.systemPlaces = SampleDisk::systemPlaces;
     environment.findLargeOld = [](const auto& query, const auto& tree, const auto& policy, Date now,
                                   const auto& isCancelled) {
         return query.run(tree, policy, now, {}, isCancelled);

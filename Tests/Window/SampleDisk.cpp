@@ -129,6 +129,26 @@ std::vector<LargeOldQuery::Row> SampleDisk::largeOld(const LargeOldQuery& query,
     return rows;
 }
 
+std::vector<SystemPlace> SampleDisk::systemPlaces(const std::string& /*home*/, const FileTree& /*tree*/,
+                                                  const ScanCancellation& /*cancellation*/) {
+    return {
+        {.path = "/var/lib/docker",
+         .bytes = bytes(12.4),
+         .isUpTo = true,
+         .what = "Containers, images and build caches of docker",
+         .command = "docker system prune"},
+        {.path = "/var/cache/apt/archives",
+         .bytes = bytes(3.1),
+         .what = "Downloaded packages",
+         .command = "sudo apt clean"},
+        {.path = "/var/lib/snapd/snaps",
+         .bytes = bytes(0.64),
+         .what = "Old revisions of snaps",
+         .command =
+             "sudo snap remove core22 --revision=1380 && sudo snap remove firefox --revision=4848 && sudo "
+             "snap remove gnome-42-2204 --revision=141"}};
+}
+
 ScanProgress SampleDisk::progress() {
     return {.entries = 612'408,
             .bytes = bytes(186.2),

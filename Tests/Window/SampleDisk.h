@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Find/LargeOldQuery.h"
+#include "Find/SystemPlaces.h"
 #include "Platform/MountTable.h"
 #include "Scan/ScanProgress.h"
 #include "Scan/ScanResult.h"
@@ -25,6 +26,9 @@ struct SampleDisk {
     static std::vector<LargeOldQuery::Row> largeOld(const LargeOldQuery& query, const FileTree& tree,
                                                     const SafetyPolicy& policy, Date now,
                                                     const LargeOldQuery::IsCancelled& isCancelled);
+    /// What commands of this disk's system free.
+    static std::vector<SystemPlace> systemPlaces(const std::string& home, const FileTree& tree,
+                                                 const ScanCancellation& cancellation);
     /// What that scan reported last.
     static ScanProgress progress();
 };

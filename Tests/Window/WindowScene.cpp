@@ -82,6 +82,7 @@ WindowScene::WindowScene() : gate_(std::make_shared<Gate>()) {
     };
     environment.isFullDiskAccessGranted = [](const std::string& /*home*/) { return std::optional(true); };
     environment.findLargeOld = SampleDisk::largeOld;
+    environment.systemPlaces = SampleDisk::systemPlaces;
     environment.now = std::chrono::system_clock::now;
     environment.installedApps = [] { return std::vector<InstalledApp>(); };
     environment.runningPrograms = [] { return std::vector<platform::RunningProgram>(); };

@@ -14,6 +14,10 @@ struct Rule {
     std::string_view advice;    ///< "{fileManager}" stands for what the platform calls it; empty for none
 };
 
+constexpr std::string_view onPictures =
+    "Your pictures stay: most are nowhere else. Move those that you do not need to another folder in "
+    "{fileManager}; from there they can go to the Trash.";
+
 /// The first that fits counts.
 constexpr auto rules = std::to_array<Rule>({
     {"Too close to the home folder", "Move it into a folder first; from there it can go to the Trash."},
@@ -35,6 +39,8 @@ constexpr auto rules = std::to_array<Rule>({
     {"Could not write the journal", "Make room on the disk, or clear the journal's place, and try again."},
     {"The home folder belongs to another user", "Start it as that user, without sudo."},
     {"Protected: system location", "The system's package manager removes what it has installed."},
+    {"Protected: ~/Pictures", onPictures},
+    {"Protected: your pictures", onPictures},
     {"Protected: part of ", "Remove it with the program that keeps it."},
     {"Protected by ", {}},
     {"Protected", "It stays on purpose. If you are sure, remove it in {fileManager}."},

@@ -40,7 +40,7 @@ std::string protectedDataReason(const FileTree& tree, NodeIndex index, NodeIndex
 std::optional<std::string> refusalOf(const DeletionItem& item, const SafetyPolicy& policy,
                                      SafetyPolicy::SeenFolders& seen) {
     const auto refusal = policy.check(item.path, item.root, item.scanStamp, seen).refusal();
-    return refusal ? std::optional(ManageHint::explain(item.path, *refusal, policy.homePath()))
+    return refusal ? std::optional(ManageHint::explain(item.path, *refusal, policy.homePath(), &seen))
                    : std::nullopt;
 }
 

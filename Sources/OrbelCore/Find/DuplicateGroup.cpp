@@ -45,8 +45,9 @@ std::optional<std::string> blockedReasonFor(const DeletionItem& item, const plat
         return changed;
     if (NeverTouch::isProtectedName(lastPathComponent(item.path)))
         return "Contains protected data (a photo library, keychain or backup)";
-    if (const auto refusal = policy.check(item.path, item.root, item.scanStamp).refusal())
-        return ManageHint::explain(item.path, *refusal, policy.homePath());
+    auto seen = policy.seenFolders();
+    if (const auto refusal = policy.check(item.path, item.root, item.scanStamp, seen).refusal())
+        return ManageHint::explain(item.path, *refusal, policy.homePath(), &seen);
     return std::nullopt;
 }
 

@@ -24,6 +24,7 @@ struct RebuildablePlace {
 struct Places {
     std::vector<std::string> systemRoots;
     std::vector<std::string> neverTouch;
+    std::vector<std::string> pictureFolders; ///< those of `neverTouch` that the desktop calls the pictures
     std::vector<GuardedFolder> guardedFolders;
     /// Named by the settings of the system or the desktop, such as mount points: these stay, empty or not.
     std::vector<std::string> namedFolders;

@@ -33,6 +33,7 @@ constexpr auto shapes = std::to_array<FolderShape>({
     {.meaning = "a snapshot of Timeshift", .parts = {{{"info.json", isFile}}}, .insideOf = "snapshots"},
     {.meaning = "a mailbox (Maildir)", .parts = {{{"cur", isDir}, {"new", isDir}, {"tmp", isDir}}}},
     {.meaning = "a Wine prefix", .parts = {{{"system.reg", isFile}, {"dosdevices", isDir}}}},
+    {.meaning = "a Steam library", .parts = {{{"common", isDir}}}, .beginnings = {"appmanifest_"}},
     repository,
     {.meaning = "a Python environment", .parts = {{{"pyvenv.cfg", isFile}}}, .isProtected = false},
 });
@@ -68,8 +69,9 @@ bool FolderShape::matches(const Names& names, std::string_view above) const {
     for (const auto& part : parts)
         if (!part.name.empty() && !names.has(part))
             return false;
-    return beginnings.front().empty()
-           || std::ranges::any_of(beginnings, [&](auto beginning) { return names.hasBeginning(beginning); });
+    return beginnings.front().empty() || std::ranges::any_of(beginnings, [&](auto beginning) {
+               return !beginning.empty() && names.hasBeginning(beginning);
+           });
 }
 
 std::span<const FolderShape> FolderShape::all() {

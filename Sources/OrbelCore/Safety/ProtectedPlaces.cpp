@@ -21,9 +21,12 @@ ProtectedPlaces::ProtectedPlaces(std::string homePath, Lists lists, const PathCa
         auto root = canonicalizer.visiblePath(resolver.resolve(place).path);
         // A link to the home folder, or to what holds it, would protect everything: such a
         // place means nothing.
-        if (!RealPath::isInside(homePath_, root)
-            && std::ranges::find(neverTouchRoots_, root) == neverTouchRoots_.end())
-            neverTouchRoots_.push_back(std::move(root));
+        if (RealPath::isInside(homePath_, root)
+            || std::ranges::find(neverTouchRoots_, root) != neverTouchRoots_.end())
+            continue;
+        if (std::ranges::find(lists.pictures, place) != lists.pictures.end())
+            pictures_.push_back(root);
+        neverTouchRoots_.push_back(std::move(root));
     }
     for (const auto& root : neverTouchRoots_)
         recordIdentities(root, resolver);
@@ -96,7 +99,9 @@ std::optional<std::string> ProtectedPlaces::reasonByIdentity(const FileIdentity&
 }
 
 std::string ProtectedPlaces::protectedRoot(std::string_view root) const {
-    return "Protected: " + tildePath(root, homePath_);
+    const auto path = tildePath(root, homePath_);
+    return std::ranges::find(pictures_, root) == pictures_.end() ? "Protected: " + path
+                                                                 : "Protected: your pictures (" + path + ")";
 }
 
 std::string ProtectedPlaces::containsRoot(std::string_view root) const {

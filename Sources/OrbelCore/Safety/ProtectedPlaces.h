@@ -23,6 +23,7 @@ public:
         /// Real paths where they exist, in the order in which they are tried.
         std::vector<std::string> homeRoots;
         std::vector<std::string> furtherRoots; ///< tried after them; may name what does not exist yet
+        std::vector<std::string> pictures;     ///< those of the further ones that hold the user's pictures
         /// The reason for what the system guards; lives as long as the program.
         std::string_view protectedBySystem;
     };
@@ -55,6 +56,7 @@ private:
     std::string homePath_;
     std::vector<std::string> systemRoots_;
     std::vector<std::string> neverTouchRoots_;
+    std::vector<std::string> pictures_; ///< those of them whose names need not say what they are
     std::string_view protectedBySystem_;
     /// A root, or a folder between the home and a root, may be reached through another name than its path: a
     /// hard link, a bind mount, a file system that ignores case. Both map to the path of the root.

@@ -88,6 +88,7 @@ SafetyPolicy::SafetyPolicy(Prepared prepared)
                        {.systemRoots = std::move(prepared.options.systemRoots),
                         .homeRoots = std::move(prepared.neverTouch),
                         .furtherRoots = prepared.places.neverTouch,
+                        .pictures = prepared.places.pictureFolders,
                         .protectedBySystem = conventions_.protectedBySystem},
                        canonicalizer_, prepared.resolver),
       placeRules_(homePath_,

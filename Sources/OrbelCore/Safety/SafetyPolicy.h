@@ -12,6 +12,7 @@
 #include "Safety/ProtectedContent.h"
 #include "Safety/ProtectedPlaces.h"
 #include "Safety/SafetyDecision.h"
+#include "Safety/SteamLibrary.h"
 
 #include <cstdint>
 #include <functional>
@@ -63,6 +64,7 @@ public:
     struct SeenFolders {
         PathResolver paths;
         KnownShapes shapes{};
+        SteamLibraries games{};
     };
     SafetyDecision check(const std::string& path, AllowedRoot root, const std::optional<FileStamp>& expected,
                          SeenFolders& seen) const;

@@ -53,6 +53,10 @@ AppEnvironment AppEnvironment::ofThisUser() {
     environment.measureTrash = bytesInTrash;
     environment.isFullDiskAccessGranted = FullDiskAccess::isGranted;
     environment.findLargeOld = largeOld;
+    environment.systemPlaces = [](const std::string& home, const FileTree& tree,
+                                  const ScanCancellation& cancellation) {
+        return SystemPlaces::find(home, tree, cancellation);
+    };
     environment.now = std::chrono::system_clock::now;
     environment.installedApps = [] { return AppInventory::scan(AppInventory::defaultFolders()); };
     environment.runningPrograms = platform::runningPrograms;

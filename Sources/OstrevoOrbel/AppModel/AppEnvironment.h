@@ -3,6 +3,7 @@
 #include "Delete/TrashOperations.h"
 #include "Find/InstalledApp.h"
 #include "Find/LargeOldQuery.h"
+#include "Find/SystemPlaces.h"
 #include "Launch/LaunchOptions.h"
 #include "Platform/MountTable.h"
 #include "Platform/RunningPrograms.h"
@@ -56,6 +57,9 @@ struct AppEnvironment {
                                                                        const SafetyPolicy&, Date now,
                                                                        const LargeOldQuery::IsCancelled&)>;
     FindLargeOld findLargeOld;
+    /// What commands free outside the home, with sizes from the tree where it has them. Blocks.
+    std::function<std::vector<SystemPlace>(const std::string& home, const FileTree&, const ScanCancellation&)>
+        systemPlaces;
     std::function<std::chrono::system_clock::time_point()> now;
     /// The applications that are installed, those that show themselves first. Blocks.
     std::function<std::vector<InstalledApp>()> installedApps;

@@ -30,6 +30,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       shown_(firstScreen(environment_.options)),
       disk_(environment_, activity_),
       scan_(environment_, disk_, activity_, notice_),
+      system_(environment_, scan_),
       recent_(environment_, scan_),
       drop_(environment_, scan_, activity_),
       treeEdits_(environment_, scan_, disk_),
@@ -47,7 +48,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       apps_(environment_, policy_, scan_, moves_, shown_, notice_),
       alert_(environment_, disk_, notice_),
       appearance_(environment_),
-      actions_(*environment_.desktop, policy_->canonicalizer(), notice_,
+      actions_(*environment_.desktop, policy_, notice_,
                [this]() -> const FileTree& { return *scan_.tree(); }) {
     environment_.desktop->reportFailure = [this](const QString& words) { notice_.show(words); };
     connect(&shown_, &ShownScreen::changed, this, &AppModel::screenChanged);
@@ -87,6 +88,7 @@ bool AppModel::isShownScreenBusy() const {
     case Screen::journal:
         return journal_.isBusy();
     case Screen::overview:
+        return system_.isBusy();
     case Screen::map:
         break;
     }

@@ -17,6 +17,7 @@
 #include "AppModel/RecentFolders.h"
 #include "AppModel/RescanFlow.h"
 #include "AppModel/ScanFlow.h"
+#include "AppModel/SystemPlacesFlow.h"
 #include "AppModel/TidyFlow.h"
 #include "AppModel/TreeEdits.h"
 #include "Util/AppVersion.h"
@@ -51,6 +52,8 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::ScanFlow* scan READ scan CONSTANT)
     /// One folder of it, measured again.
     Q_PROPERTY(orbel::RescanFlow* rescan READ rescan CONSTANT)
+    /// Outside the home, freed by a command.
+    Q_PROPERTY(orbel::SystemPlacesFlow* system READ system CONSTANT)
     /// What is left out of measuring.
     Q_PROPERTY(orbel::ExclusionFlow* exclusions READ exclusions CONSTANT)
     Q_PROPERTY(orbel::RecentFolders* recent READ recent CONSTANT)
@@ -108,6 +111,7 @@ public:
     Notice* notice() { return &notice_; }
     DiskState* disk() { return &disk_; }
     ScanFlow* scan() { return &scan_; }
+    SystemPlacesFlow* system() { return &system_; }
     RecentFolders* recent() { return &recent_; }
     DropFlow* drop() { return &drop_; }
     TreeEdits& treeEdits() { return treeEdits_; }
@@ -146,6 +150,7 @@ private:
     ShownScreen shown_;
     DiskState disk_;
     ScanFlow scan_;
+    SystemPlacesFlow system_;
     RecentFolders recent_;
     DropFlow drop_;
     TreeEdits treeEdits_;

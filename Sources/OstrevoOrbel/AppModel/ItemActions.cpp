@@ -1,5 +1,6 @@
 #include "AppModel/ItemActions.h"
 
+#include "Delete/ManageHint.h"
 #include "Models/ByteFigure.h"
 #include "Models/ItemKey.h"
 #include "Models/MapWords.h"
@@ -12,13 +13,25 @@
 
 namespace orbel {
 
-ItemActions::ItemActions(Desktop& desktop, const PathCanonicalizer& canonicalizer, Notice& notice,
+namespace {
+
+/// What the reason of a refusal, as it is shown, says of the program that manages the item.
+std::optional<ManageHint> shownHint(const QString& key, const QString& refusal) {
+    if (refusal.isEmpty())
+        return std::nullopt;
+    auto hint = ManageHint::of(pathOfKey(key));
+    return hint && hint->isShownAs(withoutIsolates(refusal).toStdString()) ? std::move(hint) : std::nullopt;
+}
+
+} // namespace
+
+ItemActions::ItemActions(Desktop& desktop, std::shared_ptr<const SafetyPolicy> policy, Notice& notice,
                          ShownTree tree)
-    : desktop_(desktop), canonicalizer_(canonicalizer), notice_(notice), tree_(std::move(tree)) {}
+    : desktop_(desktop), policy_(std::move(policy)), notice_(notice), tree_(std::move(tree)) {}
 
 QString ItemActions::keyOf(quint32 node) const {
     const auto& tree = tree_();
-    return node < tree.count() ? orbel::keyOf(tree.path(node, canonicalizer_)) : QString();
+    return node < tree.count() ? orbel::keyOf(tree.path(node, policy_->canonicalizer())) : QString();
 }
 
 void ItemActions::open(const QString& key) const {
@@ -71,7 +84,7 @@ void ItemActions::copyRow(const QString& key, const QString& name, const QString
 
 std::optional<NodeIndex> ItemActions::nodeOf(const QString& key) const {
     const auto path = pathOfKey(key);
-    return path.empty() ? std::nullopt : tree_().index(path, canonicalizer_);
+    return path.empty() ? std::nullopt : tree_().index(path, policy_->canonicalizer());
 }
 
 std::optional<NodeIndex> ItemActions::nodeOrNotice(const QString& key) const {
@@ -92,6 +105,33 @@ void ItemActions::showOnMap(const QString& key) {
 
 void ItemActions::explainRefusal(const QString& name, const QString& refusal) const {
     notice_.show(tr("“%1” cannot be ticked: %2").arg(name, refusal));
+}
+
+QString ItemActions::commandOf(const QString& key, const QString& refusal) const {
+    const auto hint = shownHint(key, refusal);
+    return QString::fromStdString(hint ? hint->command : "");
+}
+
+void ItemActions::copyCommand(const QString& key, const QString& refusal) const {
+    if (const auto command = commandOf(key, refusal); !command.isEmpty())
+        desktop_.copyText(command);
+}
+
+QString ItemActions::managerOf(const QString& key, const QString& refusal) const {
+    const auto hint = shownHint(key, refusal);
+    return QString::fromStdString(hint && !hint->address.empty() ? hint->program : "");
+}
+
+void ItemActions::openManager(const QString& key) {
+    managing_.run(
+        [path = pathOfKey(key), policy = policy_] {
+            auto seen = policy->seenFolders();
+            return ManageHint::of(path, seen);
+        },
+        [this](const std::optional<ManageHint>& hint) {
+            if (hint && !hint->address.empty())
+                desktop_.openAddress(QString::fromStdString(hint->address));
+        });
 }
 
 void ItemActions::measureAgain(const QString& key) {

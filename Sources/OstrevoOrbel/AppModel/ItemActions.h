@@ -1,10 +1,13 @@
 #pragma once
 
+#include "AppModel/LatestJob.h"
 #include "AppModel/Notice.h"
 #include "Ports/Desktop.h"
+#include "Safety/SafetyPolicy.h"
 #include "Scan/FileTree.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
@@ -27,7 +30,7 @@ public:
 
     /// The references outlive this. `tree` gives the tree that the map shows, empty when
     /// there is none.
-    ItemActions(Desktop& desktop, const PathCanonicalizer& canonicalizer, Notice& notice, ShownTree tree);
+    ItemActions(Desktop& desktop, std::shared_ptr<const SafetyPolicy> policy, Notice& notice, ShownTree tree);
 
     /// Of a node of that tree; empty when there is no such node.
     Q_INVOKABLE QString keyOf(quint32 node) const;
@@ -44,6 +47,12 @@ public:
     Q_INVOKABLE void showOnMap(const QString& key);
     /// Says why an item cannot be ticked.
     Q_INVOKABLE void explainRefusal(const QString& name, const QString& refusal) const;
+    /// The command of the program that manages an item refused for this reason; empty when there is none.
+    Q_INVOKABLE QString commandOf(const QString& key, const QString& refusal) const;
+    Q_INVOKABLE void copyCommand(const QString& key, const QString& refusal) const;
+    /// The name of that program, "Steam", when it can be opened; else empty.
+    Q_INVOKABLE QString managerOf(const QString& key, const QString& refusal) const;
+    Q_INVOKABLE void openManager(const QString& key);
     /// Measures the item, or the folder that it is in, again.
     Q_INVOKABLE void measureAgain(const QString& key);
 
@@ -67,9 +76,10 @@ private:
     std::optional<NodeIndex> nodeOrNotice(const QString& key) const;
 
     Desktop& desktop_;
-    const PathCanonicalizer& canonicalizer_;
+    std::shared_ptr<const SafetyPolicy> policy_;
     Notice& notice_;
     ShownTree tree_;
+    LatestJob managing_{"orbel.manager"};
 };
 
 } // namespace orbel

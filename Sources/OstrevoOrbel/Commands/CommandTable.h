@@ -19,6 +19,7 @@ extern const Command trashCommand;
 extern const Command putBackCommand;
 extern const Command journalJsonCommand;
 extern const Command journalMarkdownCommand;
+extern const Command systemCommand;
 extern const Command appsCommand;
 extern const Command leftoversCommand;
 

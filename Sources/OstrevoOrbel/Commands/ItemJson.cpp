@@ -2,6 +2,7 @@
 
 #include "Delete/Advice.h"
 #include "Delete/DeletionItem.h"
+#include "Delete/ManageHint.h"
 #include "Util/JsonPath.h"
 
 #include <nlohmann/json.hpp>
@@ -15,6 +16,7 @@ nlohmann::json itemJson(const DeletionItem& item) {
     if (item.blockedReason) {
         json["blockedReason"] = *item.blockedReason;
         putAdvice(json, *item.blockedReason);
+        putCommand(json, item.path, *item.blockedReason);
     }
     if (item.note)
         json["note"] = *item.note;
@@ -24,6 +26,11 @@ nlohmann::json itemJson(const DeletionItem& item) {
 void putAdvice(nlohmann::json& object, std::string_view reason) {
     if (auto advice = adviceOn(reason))
         object["advice"] = *std::move(advice);
+}
+
+void putCommand(nlohmann::json& object, const std::string& path, std::string_view reason) {
+    if (auto hint = ManageHint::of(path); hint && hint->isShownAs(reason) && !hint->command.empty())
+        object["command"] = std::move(hint->command);
 }
 
 } // namespace orbel

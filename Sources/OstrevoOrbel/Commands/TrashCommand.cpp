@@ -58,14 +58,15 @@ std::string itemPath(std::string_view word, const SafetyPolicy& policy, PathReso
 }
 
 /// Why what lies at `path` stays there, as far as that can be told without looking into it.
-std::optional<std::string> refusalOf(const std::string& path, AllowedRoot root, const SafetyPolicy& policy) {
-    auto refusal = policy.check(path, root, std::nullopt).refusal();
+std::optional<std::string> refusalOf(const std::string& path, AllowedRoot root, const SafetyPolicy& policy,
+                                     SafetyPolicy::SeenFolders& seen) {
+    auto refusal = policy.check(path, root, std::nullopt, seen).refusal();
     if (!refusal || policy.homeReason() || policy.isOutOfReach(path))
         return refusal;
     const auto status = platform::fileStatus(path);
     if (!status || status->type == platform::FileType::symbolicLink)
         return refusal;
-    return ManageHint::explain(path, *refusal, policy.homePath());
+    return ManageHint::explain(path, *refusal, policy.homePath(), &seen);
 }
 
 DeletionItem refusedItem(const std::string& path, AllowedRoot root, std::string reason,
@@ -109,7 +110,7 @@ DeletionItem itemAt(const std::string& path, const SafetyPolicy& policy, SafetyP
         return *std::move(file);
     const auto root = DeletionItem::isApplicationBundle(path, policy) ? AllowedRoot::applicationBundle
                                                                       : AllowedRoot::homeItem;
-    if (auto refusal = refusalOf(path, root, policy))
+    if (auto refusal = refusalOf(path, root, policy, seen))
         return refusedItem(path, root, *std::move(refusal), policy);
     const auto scanned = TreeScanner::scan(path, std::nullopt, cancellation, nullptr);
     auto item = scanned.tree.count() > 0
@@ -197,6 +198,7 @@ void run(const Request& request) {
     for (std::size_t i = 0; i < report.skipped.size(); ++i) { // a path that is not valid text never moves
         putPath(json["skipped"][i], "path", report.skipped[i].path);
         putAdvice(json["skipped"][i], report.skipped[i].reason);
+        putCommand(json["skipped"][i], report.skipped[i].path, report.skipped[i].reason);
     }
     if (isDryRun)
         json["dryRun"] = true;

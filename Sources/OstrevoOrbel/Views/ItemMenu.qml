@@ -22,6 +22,9 @@ ActionMenu {
     /// Of a folder that was measured, or left out; as it is when the menu opens.
     property bool excludable: false
     property bool excluded: false
+    /// Of a program that manages what is refused here.
+    readonly property string command: actions.commandOf(key, refusal)
+    readonly property string manager: actions.managerOf(key, refusal)
 
     signal tickWanted(key: string)
     /// Of the whole list: all ticked, or none.
@@ -88,6 +91,22 @@ ActionMenu {
         visible: menu.key !== ""
 
         onTriggered: menu.actions.copyRow(menu.key, menu.itemName, menu.itemSize)
+    }
+    MenuEntry {
+        iconPath: Theme.icons.copy
+        objectName: menu.objectName + ".copyCommand"
+        text: qsTr("Copy Command")
+        visible: menu.command !== ""
+
+        onTriggered: menu.actions.copyCommand(menu.key, menu.refusal)
+    }
+    MenuEntry {
+        iconPath: Theme.icons.open
+        objectName: menu.objectName + ".manager"
+        text: qsTr("Open %1").arg(menu.manager)
+        visible: menu.manager !== ""
+
+        onTriggered: menu.actions.openManager(menu.key)
     }
     MenuEntry {
         iconPath: Theme.icons.zoom

@@ -6,6 +6,9 @@ Item {
     id: inspector
 
     required property MapModel map
+    required property ItemActions actions
+    /// Of a program that manages what is refused here.
+    readonly property string manager: actions.managerOf(facts.key, map.refusal)
     readonly property mapItemFacts facts: map.selection
 
     component Fact: Item {
@@ -13,17 +16,19 @@ Item {
         property alias value: value.text
         property alias valueColor: value.color
         property bool isPath: false
+        /// A sentence, on as many lines as it takes up to three.
+        property bool wraps: false
 
         Accessible.name: label.text + ": " + value.text
         Accessible.role: Accessible.StaticText
-        implicitHeight: Theme.px(22)
+        implicitHeight: value.implicitHeight + Theme.px(6)
         width: parent.width
 
         SmallText {
             id: label
 
             anchors.left: parent.left
-            anchors.verticalCenter: parent.verticalCenter
+            anchors.top: value.top
             width: Theme.px(76)
         }
         ThemedText {
@@ -34,7 +39,9 @@ Item {
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             elide: parent.isPath ? Text.ElideMiddle : Text.ElideRight
+            maximumLineCount: parent.wraps ? 3 : 1
             role: ThemedText.Small
+            wrapMode: parent.wraps ? Text.Wrap : Text.NoWrap
 
             WholeText {
                 shown: value
@@ -121,9 +128,9 @@ Item {
             value: inspector.facts.share
         }
         Fact {
-            isPath: true
             label: qsTr("Safety")
             objectName: "map.safety"
+            wraps: true
             value: inspector.map.movable ? qsTr("Can be moved to the Trash") : inspector.map.refusal
             valueColor: inspector.map.movable ? Theme.ok : Theme.ink
         }
@@ -133,6 +140,32 @@ Item {
             visible: text !== ""
             width: parent.width
             wrapMode: Text.Wrap
+        }
+        Gap {
+            height: 6
+            visible: commandLine.visible
+        }
+        CommandLine {
+            id: commandLine
+
+            command: inspector.actions.commandOf(inspector.facts.key, inspector.map.refusal)
+            maximumWidth: parent.width
+            objectName: "map.command"
+            visible: commandLine.command !== ""
+        }
+        Gap {
+            height: 6
+            visible: openButton.visible
+        }
+        PushButton {
+            id: openButton
+
+            controlHeight: Theme.smallButtonHeight
+            objectName: "map.manager"
+            text: qsTr("Open %1").arg(inspector.manager)
+            visible: inspector.manager !== ""
+
+            onClicked: inspector.actions.openManager(inspector.facts.key)
         }
         Gap {
             height: 6

@@ -9,6 +9,7 @@ FocusScope {
     id: pane
 
     required property MapModel map
+    required property ItemActions actions
     readonly property MapListFlow flow: map.list
     /// How wide it is unless the user wants it otherwise, and how wide it may be.
     property int usualWidth: 0
@@ -243,6 +244,7 @@ FocusScope {
     MapInspector {
         id: facts
 
+        actions: pane.actions
         anchors.bottom: parent.bottom
         map: pane.map
         width: parent.width

@@ -259,6 +259,7 @@ ScreenFrame {
     MapListPane {
         id: list
 
+        actions: screen.app.actions
         anchors.bottom: parent.bottom
         anchors.right: parent.right
         anchors.top: parent.top

@@ -395,6 +395,14 @@ FocusScope {
                 }
             }
         }
+        // The last, since it comes when the rest is there already.
+        SystemPlacesCard {
+            flow: measured.app.system
+            objectName: "overview.freed"
+            stacked: measured.columns === 1
+            visible: count > 0
+            width: parent.width
+        }
     }
 
     ItemMenu {

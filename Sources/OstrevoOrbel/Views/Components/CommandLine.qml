@@ -7,12 +7,14 @@ Rectangle {
 
     property alias command: text.text
     property real maximumWidth: Infinity
+    /// It was copied a moment ago.
+    property bool copied: false
 
     Accessible.name: command
     Accessible.role: Accessible.StaticText
     border.color: Theme.line
     color: Theme.sunk
-    implicitHeight: text.implicitHeight + 10
+    implicitHeight: Math.max(text.implicitHeight + 10, copy.implicitHeight)
     implicitWidth: Math.min(maximumWidth, text.implicitWidth + 24 + copy.width)
     radius: Theme.controlRadius
 
@@ -32,7 +34,7 @@ Rectangle {
         selectedTextColor: Theme.accentText
         selectionColor: Theme.accent
         textFormat: TextEdit.PlainText
-        wrapMode: TextEdit.WrapAnywhere
+        wrapMode: TextEdit.Wrap
     }
     IconButton {
         id: copy
@@ -40,14 +42,28 @@ Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: 3
         anchors.verticalCenter: parent.verticalCenter
-        iconPath: Theme.icons.copy
+        Spoken.name: qsTr("Copy %1").arg(line.command)
+        iconPath: line.copied ? Theme.icons.check : Theme.icons.copy
         objectName: line.objectName + ".copy"
-        text: qsTr("Copy")
+        text: line.copied ? qsTr("Copied") : qsTr("Copy")
 
         onClicked: {
             text.selectAll();
             text.copy();
             text.deselect();
+            line.copied = true;
+            heard.say(qsTr("Copied"));
+            moment.restart();
         }
+    }
+    Announcement {
+        id: heard
+    }
+    Timer {
+        id: moment
+
+        interval: 2000
+
+        onTriggered: line.copied = false
     }
 }

@@ -49,10 +49,10 @@ constexpr auto neverTouchInHome = std::to_array<std::string_view>(
 constexpr auto neverTouchInConfig = std::to_array<std::string_view>(
     {"gh", "gcloud", "rclone", "goa-1.0", "keepassxc", "Bitwarden", "1Password", "mozilla", "chromium",
      "google-chrome", "microsoft-edge", "vivaldi", "opera", "evolution", "Nextcloud", "BraveSoftware"});
-/// The Trash, secrets, mail, machines, and the journal.
+/// The Trash, secrets, mail, machines, programs that others manage, and the journal.
 constexpr auto neverTouchInData = std::to_array<std::string_view>(
     {"Trash", "keyrings", "kwalletd", "evolution", "geary", "akonadi", "local-mail", "gvfs-metadata",
-     "containers", "libvirt", "gnome-boxes", "flatpak", "Ostrevo Orbel"});
+     "containers", "libvirt", "gnome-boxes", "flatpak", "JetBrains/Toolbox/apps", "Ostrevo Orbel"});
 
 /// What programs make again, in the folder of any program.
 constexpr auto cachesInConfig = std::to_array<std::string_view>(
@@ -137,10 +137,12 @@ Places linuxPlaces(const std::string& home, const Environment& environment, Path
         const auto list = resolver.resolve(joinedPath(folder, "user-dirs.dirs"));
         const auto text = list.isFound() ? readRegularFile(list.path, mostUserDirsBytes) : std::nullopt;
         for (auto& [name, userFolder] : userFoldersIn(text.value_or(""), home)) {
-            if (name == "PICTURES")
+            if (name == "PICTURES") {
                 places.neverTouch.push_back(userFolder);
-            else if (name == "DOWNLOAD" || name == "DESKTOP")
+                places.pictureFolders.push_back(userFolder);
+            } else if (name == "DOWNLOAD" || name == "DESKTOP") {
                 places.programFileFolders.push_back(userFolder);
+            }
             places.namedFolders.push_back(std::move(userFolder));
         }
     }

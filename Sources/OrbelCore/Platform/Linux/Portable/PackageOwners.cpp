@@ -244,6 +244,32 @@ std::map<std::string, PackageOwner> packageOwners(const std::set<std::string>& p
     return owners;
 }
 
+std::map<std::string, std::uint64_t> dpkgSizes(const std::string& database) {
+    std::map<std::string, std::uint64_t> sizes;
+    const auto status = readRegularFile(joinedPath(database, "status"), mostListBytes);
+    forEachStanza(status ? std::string_view(*status) : std::string_view(), [&](const DpkgStanza& stanza) {
+        const std::string name(stanza.name);
+        sizes.emplace(name, stanza.bytes.value_or(0));
+        sizes.emplace(name + ":" + std::string(stanza.architecture), stanza.bytes.value_or(0));
+    });
+    return sizes;
+}
+
+std::map<std::string, std::uint64_t> pacmanSizes(const std::string& database) {
+    std::map<std::string, std::uint64_t> sizes;
+    std::error_code error;
+    fs::directory_iterator packages(database, error);
+    for (; !error && packages != fs::directory_iterator(); packages.increment(error)) {
+        const auto folder = packages->path().filename().string(); // "{name}-{version}-{release}"
+        const auto release = folder.rfind('-');
+        const auto version = release == 0 ? std::string::npos : folder.rfind('-', release - 1);
+        if (release != std::string::npos && version != std::string::npos)
+            sizes.emplace(folder.substr(0, version),
+                          pacmanSize((packages->path() / "desc").string()).value_or(0));
+    }
+    return sizes;
+}
+
 std::string removalCommand(const PackageOwner& owner) {
     // It is made to be pasted into a shell: nothing in it may be more than a name.
     const auto isPlain = [](unsigned char c) {

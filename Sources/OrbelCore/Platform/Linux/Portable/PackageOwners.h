@@ -41,6 +41,13 @@ struct PackageDatabases {
 std::map<std::string, PackageOwner> packageOwners(const std::set<std::string>& paths,
                                                   const PackageDatabases& databases, const RunProgram& run);
 
+/// What each package that dpkg has installed takes on the disk, as the packages say, by its name alone and
+/// with its architecture, "name:amd64".
+std::map<std::string, std::uint64_t> dpkgSizes(const std::string& database);
+
+/// The same of pacman, by name.
+std::map<std::string, std::uint64_t> pacmanSizes(const std::string& database);
+
 /// The command that removes a package; empty for a name that no package can have.
 std::string removalCommand(const PackageOwner& owner);
 
