@@ -3,7 +3,7 @@
 _orbel() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} word command=
     local commands="--scan-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json --trash --put-back
-        --journal-json --journal-markdown --apps-json --leftovers-dry-run --help --version"
+        --journal-json --journal-markdown --apps-json --leftovers-dry-run --leftovers-json --help --version"
     local window="--scan --scan-delay --open --select-app --appearance --snapshot --snapshot-delay --simulate-hover --diagnostics
         --quit-after-scan"
     COMPREPLY=()

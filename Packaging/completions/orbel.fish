@@ -8,7 +8,7 @@ function __orbel_has
 end
 
 set -l commands --scan-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json --trash --put-back \
-    --journal-json --journal-markdown --apps-json --leftovers-dry-run --help --version
+    --journal-json --journal-markdown --apps-json --leftovers-dry-run --leftovers-json --help --version
 set -l first "not __orbel_has $commands"
 
 for program in orbel ostrevo-orbel
@@ -25,6 +25,7 @@ for program in orbel ostrevo-orbel
     complete -c $program -n "$first" -l journal-markdown -d "Print the journal as text"
     complete -c $program -n "$first" -l apps-json -d "List applications"
     complete -c $program -n "$first" -l leftovers-dry-run -d "What would go with each application"
+    complete -c $program -n "$first" -l leftovers-json -d "The same as JSON, and what removed ones left"
     complete -c $program -n "$first" -s h -l help -d "Print the usage"
     complete -c $program -n "$first" -s V -l version -d "Print the version"
     complete -c $program -n "__orbel_has --scan-json" -l top -x -d "List so many entries"

@@ -71,6 +71,7 @@ TEST_F(DeadMount, NoCommandWaitsForIt) {
                                                       {"--map-svg", home.path(), home.path("map.svg")},
                                                       {"--apps-json"},
                                                       {"--leftovers-dry-run"},
+                                                      {"--leftovers-json"},
                                                       {"--journal-json"},
                                                       {"--put-back", "last"}})
             EXPECT_LE(run(words).status, 1) << words.front();

@@ -79,6 +79,7 @@ TEST(Request, RefusesWhatACommandDoesNotUnderstand) {
                                    {"--rebuildable-json"},
                                    {"--tidy-json", "/", "--apps-json"},
                                    {"--apps-json", "x"},
+                                   {"--leftovers-json", "x"},
                                    {"--apps-json=x"},
                                    {"--journal-json", "--open", "map"}})
         EXPECT_NE(errorOf(words), "none") << testing::PrintToString(words);

@@ -7,12 +7,13 @@ namespace orbel {
 
 std::span<const Command* const> commandTable() {
     static constexpr std::array table{
-        &scanCommand,        &mapCommand,
-        &duplicatesCommand,  &largeCommand,
-        &tidyCommand,        &rebuildableCommand,
-        &trashCommand,       &putBackCommand,
-        &journalJsonCommand, &journalMarkdownCommand,
-        &appsCommand,        &leftoversCommand,
+        &scanCommand,          &mapCommand,
+        &duplicatesCommand,    &largeCommand,
+        &tidyCommand,          &rebuildableCommand,
+        &trashCommand,         &putBackCommand,
+        &journalJsonCommand,   &journalMarkdownCommand,
+        &appsCommand,          &leftoversCommand,
+        &leftoversJsonCommand,
     };
     return table;
 }

@@ -20,6 +20,7 @@ extern const Command journalJsonCommand;
 extern const Command journalMarkdownCommand;
 extern const Command appsCommand;
 extern const Command leftoversCommand;
+extern const Command leftoversJsonCommand;
 
 /// All of them, in the order of the help.
 std::span<const Command* const> commandTable();
