@@ -232,11 +232,15 @@ RemovedApps::Look RemovedApps::look(const Question& question, const SeenPackages
     seen.see(question.apps, now);
     Finder finder(question, seen);
     Look look{.apps = finder.apps(), .failures = {}};
-    const auto after = finder.remaining();
+    auto after = finder.remaining();
     if (before.failure)
         look.failures.push_back(*std::move(before.failure));
     if (after == before.content || question.policy.homeReason())
         return look;
+    // What was dismissed while this took its time.
+    for (const auto& key : packages.read().content.dismissed)
+        if (!before.content.dismissed.contains(key))
+            after.dismissed.insert(key);
     if (auto written = packages.write(after); !written)
         look.failures.push_back(std::move(written.error()));
     return look;

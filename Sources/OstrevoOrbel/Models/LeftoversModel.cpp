@@ -114,7 +114,7 @@ QString LeftoversModel::detailOf(const Row& row) const {
 
 /// What it is itself, whatever most of its content is.
 ContentKind LeftoversModel::kindOf(const Row& row, int number) {
-    if (number == 0)
+    if (number == 0 && row.section == Section::app)
         return ContentKind::application;
     return row.ticked.item.scanStamp.isDirectory ? ContentKind::folder : row.ticked.kind;
 }
