@@ -1,4 +1,5 @@
 #include "Find/RebuildableFinder.h"
+#include "Safety/PathCanonicalizer.h"
 #include "Safety/SafetyPolicy.h"
 #include "Scan/TreeScanner.h"
 #include "Support/Policies.h"
@@ -8,6 +9,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
+#include <set>
+#include <sstream>
 
 namespace orbel {
 namespace {
@@ -141,6 +144,24 @@ TEST_F(RebuildableTest, IsToldByItsPlace) {
     EXPECT_EQ(programs[".var/app/org.example.App/cache"], "org.example.App");
 }
 
+TEST_F(RebuildableTest, IsToldByThePlacesOfTheOtherPlatformToo) {
+    for (const auto* path : {"Library/Caches/com.example.App/x", "Library/Application Support/App/Cache/x",
+                             "Library/Caches/com.apple.Safari/x", ".cargo/registry/src/x", ".cache/pip/x"})
+        home.file(path, std::size_t{5000});
+    const ScanCancellation nobodyCancels;
+    const auto tree = TreeScanner::scan(home.path(), 1, nobodyCancels, nullptr).tree;
+    std::map<std::string, std::string> programs;
+    for (const auto& row :
+         RebuildableFinder().run(tree, SafetyPolicy(home.path(), test::macOSOptions()), currentDate(), {})) {
+        EXPECT_EQ(row.item.blockedReason, std::nullopt) << row.item.path;
+        programs[row.item.path.substr(home.path().size() + 1)] = row.program;
+    }
+    EXPECT_EQ(programs,
+              (std::map<std::string, std::string>{{"Library/Caches/com.example.App", "com.example.App"},
+                                                  {"Library/Caches/com.apple.Safari", "com.apple.Safari"},
+                                                  {".cargo/registry/src", "cargo"}}));
+}
+
 TEST_F(RebuildableTest, IsNeverWhatHoldsWorkOrBelongsToAProgram) {
     // In the home itself; what a program brings along; in a program's own data; a link.
     home.file("package.json");
@@ -221,6 +242,30 @@ TEST_F(RebuildableTest, SaysWhatGitDoesNotIgnoreAndRunsNothingOfTheRepository) {
                          {"code/two/target", "Not ignored by git"},
                          {"code/two/web/node_modules", std::nullopt}}));
     EXPECT_FALSE(fs::exists(trap));
+}
+
+TEST_F(RebuildableTest, FindsWhatADeveloperWouldAndNothingElse) {
+    const auto made = test::runProgram({ORBEL_TEST_SUPPORT "/developer-home", home.path()});
+    ASSERT_EQ(made.status, 0) << made.errors;
+    const ScanCancellation nobodyCancels;
+    const auto tree = TreeScanner::scan(home.path(), 1, nobodyCancels, nullptr).tree;
+    std::set<std::string> wanted;
+    std::uint64_t wantedBytes = 0;
+    std::istringstream lines(made.output);
+    for (std::string line; std::getline(lines, line);) {
+        wanted.insert(home.path(line));
+        const auto node = tree.index(home.path(line), PathCanonicalizer::shared());
+        ASSERT_TRUE(node) << line;
+        wantedBytes += tree.allocated(*node);
+    }
+    std::uint64_t foundBytes = 0;
+    for (const auto& row : rows(home.path())) {
+        EXPECT_TRUE(wanted.contains(row.item.path)) << row.item.path << ": " << row.evidence;
+        EXPECT_EQ(row.item.blockedReason, std::nullopt) << row.item.path;
+        EXPECT_NE(row.program, "") << row.item.path;
+        foundBytes += row.item.estimatedBytes;
+    }
+    EXPECT_GE(static_cast<double>(foundBytes), 0.8 * static_cast<double>(wantedBytes));
 }
 
 } // namespace

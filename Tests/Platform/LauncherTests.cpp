@@ -51,6 +51,26 @@ TEST(DesktopEntry, ReadsOnlySmallRegularFilesAndNeverWaits) {
     EXPECT_FALSE(isAppImage(folder.path("pipe")));
 }
 
+TEST(AppImageName, IsWithoutVersionAndMachine) {
+    const std::vector<std::tuple<std::string, std::string, std::string>> table{
+        {"Tool.AppImage", "Tool", ""},
+        {"Tool-3.1-x86_64.AppImage", "Tool", "3.1"},
+        {"Big-Tool_0.21.2-Linux-x86_64.appimage", "Big-Tool", "0.21.2"},
+        {"tool-v1.2.3-RC1-linux64.AppImage", "tool", "1.2.3"},
+        {"Tool-23.08.4.aarch64.AppImage", "Tool", "23.08.4.aarch64"},
+        {"Tool-latest-amd64 (2).AppImage", "Tool", ""},
+        {"Tool x64.AppImage", "Tool", ""},
+        {"7zip-x86-64.AppImage", "7zip", ""},
+        {"3.1-x86_64.AppImage", "3.1", ""},
+        {"Tool-3.1", "Tool-3.1", ""},
+    };
+    for (const auto& [file, name, version] : table) {
+        const auto found = appImageName(file);
+        EXPECT_EQ(found.name, name) << file;
+        EXPECT_EQ(found.version.value_or(""), version) << file;
+    }
+}
+
 TEST(ExecLine, TakesQuotesAndFieldCodesApart) {
     const std::vector<std::pair<std::string, std::optional<Words>>> table{
         {"app %U", Words{"app"}},

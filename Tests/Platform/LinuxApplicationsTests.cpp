@@ -1,5 +1,6 @@
 #include "Platform/Linux/Portable/LinuxApplications.h"
 #include "Support/AppHome.h"
+#include "Support/RunProgram.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -90,11 +91,22 @@ TEST_F(LinuxApplicationsTest, OneApplicationWithSeveralLaunchersIsOne) {
     EXPECT_FALSE(app.isHidden);
     EXPECT_TRUE(home.app("nobody").isHidden);
 
+    // The one that is called as the package speaks for it, also after another of the same program.
+    const auto package = [&](const std::string& id, const std::string& more) {
+        home.owners[home.systemLauncher(id, "painter-2.10", more)] = {.manager = dpkg, .name = "painter"};
+    };
+    home.owners[home.program("usr/bin/painter-2.10")] = {.manager = dpkg, .name = "painter"};
+    package("b-help", "");
+    package("c-painter", "NoDisplay=true\n");
+    package("org.example.Painter", "");
+    package("zoo", "");
+    EXPECT_EQ(home.app("org.example.Painter").identifiers.size(), 4U);
+
     // The user's own launcher takes the system's place, and hides it when it says so.
     home.launcher("writer", "suite --mine", "Name=mine\n");
     EXPECT_EQ(home.app("mine").command, "sudo apt remove suite");
     home.launcher("writer", "suite", "Hidden=true\n");
-    EXPECT_EQ(home.inventory().size(), 2);
+    EXPECT_EQ(home.inventory().size(), 3);
     EXPECT_TRUE(home.inventory()[0].isHidden);
 }
 
@@ -125,6 +137,34 @@ TEST_F(LinuxApplicationsTest, NothingIsRemovableThatIsAnothersOrHoldsMoreThanIsS
     EXPECT_EQ(home.app("one").status, Status::unsupported) << "one engine runs two applications";
     home.user += 1;
     EXPECT_EQ(fate("tool"), std::pair(Status::needsAdmin, std::string("Belongs to another user")));
+}
+
+TEST_F(LinuxApplicationsTest, ALauncherInAnAppImageNamesIt) {
+    const auto launcher = std::string_view("[Desktop Entry]\nType=Application\nName=Drawing Board\n"
+                                           "StartupWMClass=Board\nX-AppImage-Version=3.2\nExec=board\n");
+    home.file("content/usr/share/applications/org.example.Board.desktop", launcher);
+    home.link("content/org.example.Board.desktop", "usr/share/applications/org.example.Board.desktop");
+    home.file("content/AppRun");
+    const auto made =
+        test::runProgram({"mksquashfs", home.path("content"), home.path("image"), "-quiet", "-no-progress"});
+    if (made.status != 0)
+        GTEST_SKIP() << "squashfs-tools is not installed";
+    const auto image = home.appImage("Downloads/drawing-3.1-x86_64.AppImage", home.path("image"));
+    auto app = home.app("Drawing Board");
+    EXPECT_EQ(app.path, image);
+    EXPECT_EQ(app.version, "3.2");
+    EXPECT_EQ(app.bundleID, "org.example.Board");
+    EXPECT_EQ(app.identifiers, Words{"org.example.Board"});
+    EXPECT_EQ(app.names, (Words{"drawing", "Board"}));
+    EXPECT_EQ(app.status, Status::removable);
+
+    home.launcher("board", image, "Name=My board\n");
+    app = home.app("My board");
+    EXPECT_EQ(app.identifiers, (Words{"board", "org.example.Board"}));
+
+    home.file("image", std::string_view("hsqs and nothing else"));
+    home.appImage("Desktop/Broken-1.AppImage", home.path("image"));
+    EXPECT_EQ(home.app("Broken").version, "1");
 }
 
 TEST_F(LinuxApplicationsTest, OnlyFilesThatServeNothingElseGoAlong) {

@@ -3,7 +3,9 @@
 #include "Platform/Linux/Portable/LinuxApplications.h"
 #include "Platform/Linux/Portable/LinuxInstalledIds.h"
 #include "Platform/Linux/Portable/LinuxPlaces.h"
+#include "Support/RunProgram.h"
 #include "Util/PathText.h"
+#include "Util/ReadFile.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -19,6 +21,20 @@ std::string AppHome::appImage(std::string_view relative) const {
     const auto path = file(relative, std::string_view("\x7F"
                                                       "ELF\x02\x01\x01\0AI\x02 and the rest",
                                                       24));
+    ::chmod(path.c_str(), 0755);
+    return path;
+}
+
+std::string AppHome::appImage(std::string_view relative, const std::string& squashfs) const {
+    constexpr std::size_t headSize = 64;
+    constexpr std::size_t headersAt =
+        0x28; // says where the section headers are: there are none, behind the head
+    std::string head("\x7F"
+                     "ELF\x02\x01\x01\0AI\x02",
+                     11);
+    head.resize(headSize);
+    head[headersAt] = headSize;
+    const auto path = file(relative, head + readRegularFile(squashfs, 1 << 20).value());
     ::chmod(path.c_str(), 0755);
     return path;
 }
@@ -66,12 +82,15 @@ std::vector<InstalledApp> AppHome::inventory() const {
         {.home = path(),
          .folders = {path(".local/share/applications"), path("system/applications"),
                      path(".local/share/flatpak/exports/share/applications"), path("Applications"),
-                     path("bin")},
+                     path("bin"), path("Downloads"), path("Desktop")},
          .programFolders = places.programFolders,
          .resolver = resolver(),
          .owners = [this](const std::set<std::string>&) { return owners; },
          .isWritable = [](const std::string& place) { return ::access(place.c_str(), W_OK) == 0; },
-         .user = user});
+         .user = user,
+         .run = [](const std::vector<std::string>& words) -> std::optional<std::string> {
+             return runProgram(words).output;
+         }});
     std::ranges::sort(apps, {}, &InstalledApp::path);
     return apps;
 }

@@ -19,6 +19,8 @@ class AppHome : public MoverHome {
 public:
     /// An AppImage that starts nothing, as far as its head goes.
     std::string appImage(std::string_view relative) const;
+    /// One that carries the file system in this file.
+    std::string appImage(std::string_view relative, const std::string& squashfs) const;
     /// An executable file.
     std::string program(std::string_view relative) const;
     /// A launcher in the user's menu, with further lines.

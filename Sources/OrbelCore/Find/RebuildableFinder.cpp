@@ -1,7 +1,6 @@
 #include "Find/RebuildableFinder.h"
 
 #include "Delete/ItemNote.h"
-#include "Delete/RepositoryNote.h"
 #include "Find/PlaceMarks.h"
 #include "Find/RebuildableRules.h"
 #include "Platform/GitRepository.h"
@@ -42,6 +41,14 @@ bool isOfInterest(std::string_view name) {
     return name == cacheTag || name == cmakeCache || name == compiledPython
            || std::ranges::find(RebuildableRule::all(), name, &RebuildableRule::name)
                   != RebuildableRule::all().end();
+}
+
+/// "ruff" of ".ruff_cache"; empty for other names.
+std::string programOfCacheFolder(std::string_view name) {
+    constexpr std::string_view ending = "_cache";
+    if (!name.starts_with('.') || !name.ends_with(ending))
+        return "";
+    return lossyUtf8(name.substr(1, name.size() - 1 - ending.size()));
 }
 
 std::string pathOf(const FileTree& tree, NodeIndex node) {
@@ -85,9 +92,11 @@ public:
             return std::nullopt;
         if (isTag) {
             auto program = programOfCacheTag(*text);
-            return program ? std::optional(
-                       Evidence{.words = std::string(cacheTag), .program = *std::move(program)})
-                           : std::nullopt;
+            if (!program)
+                return std::nullopt;
+            if (program->empty())
+                program = programOfCacheFolder(lastPathComponent(parentPath(path)));
+            return Evidence{.words = std::string(cacheTag), .program = *std::move(program)};
         }
         const auto project = projectOfCMakeCache(*text);
         // One in the middle of its sources is no folder of its own.
@@ -227,10 +236,11 @@ Date newestChange(const FileTree& tree, NodeIndex folder) {
     return newest;
 }
 
-/// The innermost folder around the node that is a work folder of git.
-std::optional<NodeIndex> workFolder(const FileTree& tree, NodeIndex node) {
+/// The innermost work folder of git around the node.
+std::optional<NodeIndex> workFolder(const FileTree& tree, NodeIndex node,
+                                    const std::set<NodeIndex>& workFolders) {
     auto folder = tree.parent(node);
-    while (folder && !isWorkFolder(tree, *folder))
+    while (folder && !workFolders.contains(*folder))
         folder = tree.parent(*folder);
     return folder;
 }
@@ -238,9 +248,13 @@ std::optional<NodeIndex> workFolder(const FileTree& tree, NodeIndex node) {
 /// What lies in a work folder and is not ignored may be a part of the work.
 void askGit(const FileTree& tree, std::vector<RebuildableFinder::Row>& rows,
             const RebuildableFinder::IsCancelled& isCancelled) {
+    std::set<NodeIndex> workFolders;
+    for (const NodeIndex node : nodesNamed(tree, [](std::string_view name) { return name == ".git"; }))
+        if (const auto folder = tree.parent(node))
+            workFolders.insert(*folder);
     std::map<NodeIndex, std::vector<RebuildableFinder::Row*>> byWork;
     for (auto& row : rows)
-        if (const auto work = workFolder(tree, row.index))
+        if (const auto work = workFolder(tree, row.index, workFolders))
             byWork[*work].push_back(&row);
     std::vector<std::pair<NodeIndex, std::vector<RebuildableFinder::Row*>>> works(byWork.begin(),
                                                                                   byWork.end());

@@ -27,7 +27,8 @@ std::vector<InstalledApp> installedApplications(const std::string& home, std::sp
          .resolver = systemExecResolver(home),
          .owners = [](const std::set<std::string>& paths) { return packageOwners(paths, {}, programOutput); },
          .isWritable = isWritable,
-         .user = ::geteuid()});
+         .user = ::geteuid(),
+         .run = programOutput});
 }
 
 ProgramFinder programFinder(const std::string& home) {

@@ -26,10 +26,10 @@ using Changes = RepositoryState::Changes;
 class Git {
 public:
     Git(const std::string& gitFolder, const std::string& workFolder)
-        : words_{"env",
-                 "GIT_CONFIG_NOSYSTEM=1",
-                 "GIT_NO_LAZY_FETCH=1",
-                 "git",
+        // Where its folder is the current one, git takes paths as they are in the repository.
+        : words_{"git",
+                 "-C",
+                 workFolder.empty() ? gitFolder : workFolder,
                  "--no-optional-locks",
                  "-c",
                  "core.fsmonitor=false",
@@ -44,16 +44,20 @@ public:
                  "--git-dir=" + gitFolder} {
         if (!workFolder.empty())
             words_.push_back("--work-tree=" + workFolder);
-        // Where its folder is the current one, git takes paths as they are in the repository.
-        words_.insert(words_.begin() + 1, {"-C", workFolder.empty() ? gitFolder : workFolder});
     }
 
-    std::optional<std::string> answer(std::initializer_list<const char*> question,
-                                      std::span<const std::string> operands = {}) const {
+    std::optional<ProgramEnd> ask(std::initializer_list<const char*> question,
+                                  std::span<const std::string> operands = {}) const {
         auto words = words_;
         words.insert(words.end(), question.begin(), question.end());
         words.insert(words.end(), operands.begin(), operands.end());
-        return programOutput(words);
+        return runProgram(words, {"GIT_CONFIG_NOSYSTEM=1", "GIT_NO_LAZY_FETCH=1"});
+    }
+
+    /// Regardless of its exit status.
+    std::optional<std::string> answer(std::initializer_list<const char*> question) const {
+        auto end = ask(question);
+        return end ? std::optional(std::move(end->output)) : std::nullopt;
     }
 
 private:
@@ -106,17 +110,15 @@ std::optional<std::vector<std::string>> ignoredPaths(const std::string& gitFolde
                                                      const std::vector<std::string>& paths) {
     constexpr std::size_t mostAtOnce = 200; // far below what a command line takes
     const Git git(gitFolder, workFolder);
-    // It says nothing about a path that it does not ignore, and nothing where it cannot be asked. One with a
-    // quote or a line break in it comes in quotes, and so counts as not ignored.
-    if (const auto known = git.answer({"rev-parse", "--is-inside-work-tree"});
-        !known || !known->starts_with("true"))
-        return std::nullopt;
     std::vector<std::string> ignored;
     for (std::span rest(paths); !rest.empty(); rest = rest.subspan(std::min(rest.size(), mostAtOnce))) {
-        const auto answer = git.answer({"check-ignore", "--"}, rest.first(std::min(rest.size(), mostAtOnce)));
-        if (!answer)
+        constexpr int someAre = 0;
+        constexpr int noneIs = 1;
+        const auto end = git.ask({"check-ignore", "--"}, rest.first(std::min(rest.size(), mostAtOnce)));
+        if (!end || (end->status != someAre && end->status != noneIs))
             return std::nullopt;
-        for (const auto path : *answer | std::views::split('\n'))
+        // One with a quote or a line break in it comes in quotes, and so counts as not ignored.
+        for (const auto path : end->output | std::views::split('\n'))
             if (!path.empty())
                 ignored.emplace_back(std::string_view(path));
     }

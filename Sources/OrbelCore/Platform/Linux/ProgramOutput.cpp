@@ -48,9 +48,20 @@ std::optional<std::string> received(int pipe) {
     return std::nullopt;
 }
 
+/// As exec takes them.
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
+    for (auto& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
 } // namespace
 
-std::optional<std::string> programOutput(const std::vector<std::string>& words) {
+std::optional<ProgramEnd> runProgram(const std::vector<std::string>& words,
+                                     const std::vector<std::string>& variables) {
     std::array<int, 2> ends{};
     if (words.empty() || ::pipe2(ends.data(), O_CLOEXEC) != 0)
         return std::nullopt;
@@ -66,14 +77,10 @@ std::optional<std::string> programOutput(const std::vector<std::string>& words) 
     ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
 
     auto copies = words;
-    std::vector<char*> arguments;
-    arguments.reserve(copies.size() + 1);
-    for (auto& word : copies)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    std::string path = "PATH=/usr/bin:/bin:/usr/sbin:/sbin";
-    std::string locale = "LC_ALL=C";
-    const std::array<char*, 3> environment{path.data(), locale.data(), nullptr};
+    const auto arguments = pointersTo(copies);
+    auto settings = variables;
+    settings.insert(settings.end(), {"PATH=/usr/bin:/bin:/usr/sbin:/sbin", "LC_ALL=C"});
+    const auto environment = pointersTo(settings);
 
     pid_t child = 0;
     const auto program = words.front().starts_with('/') ? words.front() : "/usr/bin/" + words.front();
@@ -86,7 +93,14 @@ std::optional<std::string> programOutput(const std::vector<std::string>& words) 
     int status = 0;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
-    return output;
+    if (!output)
+        return std::nullopt;
+    return ProgramEnd{.output = *std::move(output), .status = WIFEXITED(status) ? WEXITSTATUS(status) : -1};
+}
+
+std::optional<std::string> programOutput(const std::vector<std::string>& words) {
+    auto end = runProgram(words);
+    return end ? std::optional(std::move(end->output)) : std::nullopt;
 }
 
 } // namespace orbel::platform

@@ -2,10 +2,12 @@
 
 #include "Platform/Linux/Portable/AppClassifier.h"
 #include "Platform/Linux/Portable/AppFiles.h"
+#include "Platform/Linux/Portable/AppImage.h"
 #include "Platform/Linux/Portable/LauncherFiles.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <iterator>
 #include <system_error>
@@ -28,19 +30,16 @@ void addAll(std::vector<std::string>& list, const std::vector<std::string>& valu
         addOnce(list, value);
 }
 
-/// "Tool" of "Tool.AppImage".
-std::string_view withoutAppImageEnding(std::string_view name) {
-    for (const std::string_view ending : {".AppImage", ".appimage"})
-        if (name.ends_with(ending) && name.size() > ending.size())
-            return name.substr(0, name.size() - ending.size());
-    return name;
-}
-
-/// Whether it runs a program of the name that its package, the first of its names, has.
+/// Whether its program, or the last part of its id, is called as its package, the first of its names.
 bool isCalledByPackage(const InstalledApp& app) {
-    return !app.names.empty() && std::ranges::any_of(app.executables, [&](const std::string& program) {
-        return lastPathComponent(program) == app.names.front();
-    });
+    const auto isPackage = [&](std::string_view name) {
+        return std::ranges::equal(name, app.names.front(), {},
+                                  [](unsigned char c) { return std::tolower(c); });
+    };
+    return !app.names.empty()
+           && (std::ranges::any_of(app.executables, isPackage, lastPathComponent)
+               || std::ranges::any_of(app.identifiers, isPackage,
+                                      [](std::string_view id) { return id.substr(id.rfind('.') + 1); }));
 }
 
 bool isLauncherFolder(std::string_view folder) {
@@ -94,6 +93,7 @@ private:
         InstalledApp app;
         std::vector<std::string> shownPrograms; ///< of the launchers in the menu
         std::vector<std::string> shownNames;
+        bool isMainLauncher = false; ///< what speaks for it is called as its package
     };
 
     void add(const LauncherFile& launcher) {
@@ -143,9 +143,8 @@ private:
             return;
         // A program that is not its own, such as an interpreter, gives it no name.
         if (std::ranges::find(app.executables, launcher.program) != app.executables.end()) {
-            addOnce(app.names, std::string(withoutAppImageEnding(lastPathComponent(launcher.program))));
-            addOnce(app.names,
-                    std::string(withoutAppImageEnding(lastPathComponent(launcher.target.program))));
+            addOnce(app.names, appImageName(lastPathComponent(launcher.program)).name);
+            addOnce(app.names, appImageName(lastPathComponent(launcher.target.program)).name);
         }
         addOnce(app.names, launcher.entry.text("StartupWMClass").value_or(""));
         const auto icon = launcher.entry.text("Icon").value_or("");
@@ -157,13 +156,16 @@ private:
     Found& merge(const std::string& key, InstalledApp app) {
         const auto [place, isNew] = found_.try_emplace(key);
         auto& known = place->second.app;
+        const bool isMain = isCalledByPackage(app);
         if (isNew) {
             known = std::move(app);
+            place->second.isMainLauncher = isMain;
             return place->second;
         }
         // A launcher in the menu speaks for the application rather than one that is in none, and of those the
-        // one of the program that its package is called by.
-        if (!app.isHidden && (known.isHidden || (isCalledByPackage(app) && !isCalledByPackage(known)))) {
+        // one that is called as its package.
+        if (!app.isHidden && (known.isHidden || (isMain && !place->second.isMainLauncher))) {
+            place->second.isMainLauncher = isMain;
             known.name = app.name;
             known.bundleID = app.bundleID;
             known.path = app.path;
@@ -194,11 +196,29 @@ private:
                 known->second.app.isHidden = false; // for everybody sees the file
                 continue;
             }
-            const auto name = std::string(withoutAppImageEnding(lastPathComponent(found->app.path)));
+            const auto [name, version] = appImageName(lastPathComponent(found->app.path));
             found->app.name = shownName(name);
             found->app.names = {name};
+            found->app.version = version;
             merge(found->key, std::move(found->app));
         }
+    }
+
+    /// What the launcher in an AppImage says of it. One in the menu speaks first.
+    void addEmbedded(InstalledApp& app) const {
+        const auto embedded = embeddedLauncher(app.path, search_.run);
+        if (!embedded)
+            return;
+        const auto& [id, entry] = *embedded;
+        const bool isInMenu = app.bundleID.has_value();
+        if (auto name = shownName(entry.text("Name").value_or("")); !isInMenu && !name.empty())
+            app.name = std::move(name);
+        if (!isInMenu)
+            app.bundleID = shownName(id);
+        addOnce(app.identifiers, id);
+        addOnce(app.names, entry.text("StartupWMClass").value_or(""));
+        if (auto version = entry.text("X-AppImage-Version"))
+            app.version = std::move(version);
     }
 
     std::vector<InstalledApp> finished() {
@@ -206,6 +226,8 @@ private:
         apps.reserve(found_.size());
         for (auto& [key, found] : found_) {
             auto& app = found.app;
+            if (app.source == "AppImage")
+                addEmbedded(app);
             if (app.status == Status::removable && found.shownPrograms.size() > 1) {
                 // Removing one would remove the others.
                 app.status = Status::unsupported;

@@ -24,6 +24,7 @@ struct LinuxApplicationSearch {
     std::function<std::map<std::string, PackageOwner>(const std::set<std::string>& paths)> owners;
     std::function<bool(const std::string& path)> isWritable;
     std::uint32_t user = 0; ///< whose home it is
+    RunProgram run{};       ///< looks into AppImages; empty: their names have to do
 };
 
 /// The folders of launchers and of AppImages, in order of precedence. `dataHome`, `dataFolders`:

@@ -1,6 +1,7 @@
 #include "Platform/Linux/Portable/LinuxPlaces.h"
 
 #include "Platform/Linux/Portable/UserDirs.h"
+#include "Platform/ToolCaches.h"
 #include "Util/PathText.h"
 #include "Util/ReadFile.h"
 
@@ -62,16 +63,6 @@ constexpr auto cachesInConfig = std::to_array<std::string_view>(
 using Cache = std::pair<std::string_view, std::string_view>;
 constexpr auto cachesInData =
     std::to_array<Cache>({{"pnpm/store", "pnpm"}, {"virtualenvs", "pipenv"}, {"uv", "uv"}});
-constexpr auto cachesInHome = std::to_array<Cache>({{".npm/_cacache", "npm"},
-                                                    {".yarn/cache", "yarn"},
-                                                    {".cargo/registry/cache", "cargo"},
-                                                    {".cargo/registry/src", "cargo"},
-                                                    {"go/pkg/mod", "go"},
-                                                    {".m2/repository", "maven"},
-                                                    {".gradle/caches", "gradle"},
-                                                    {".ivy2/cache", "ivy"},
-                                                    {".nuget/packages", "nuget"},
-                                                    {".bundle/cache", "bundler"}});
 
 /// Folders directly in which a program leaves something under its own name.
 constexpr auto leftoverFolders = std::to_array<std::string_view>(
@@ -85,8 +76,8 @@ constexpr auto vendors =
                                      "KDE", "unity3d", "Unity", "Autodesk", "EpicGames"});
 
 constexpr auto programFolders = std::to_array<std::string_view>({"Applications", ".local/opt", "opt"});
-constexpr auto programFileFolders =
-    std::to_array<std::string_view>({"Applications", "AppImages", ".local/bin", "bin", ".local/opt", "opt"});
+constexpr auto programFileFolders = std::to_array<std::string_view>(
+    {"Applications", "AppImages", ".local/bin", "bin", ".local/opt", "opt", "Downloads", "Desktop"});
 
 constexpr std::uint64_t mostUserDirsBytes = 1024 * 1024;
 
@@ -148,17 +139,19 @@ Places linuxPlaces(const std::string& home, const Environment& environment, Path
         for (auto& [name, userFolder] : userFoldersIn(text.value_or(""), home)) {
             if (name == "PICTURES")
                 places.neverTouch.push_back(userFolder);
+            else if (name == "DOWNLOAD" || name == "DESKTOP")
+                places.programFileFolders.push_back(userFolder);
             places.namedFolders.push_back(std::move(userFolder));
         }
     }
     for (const auto& folder : data)
         addJoined(places.neverTouch, folder, neverTouchInData);
 
+    places.rebuildablePlaces = toolCaches(home);
     places.cacheFolders = baseFolders(inHome(".cache"), environment, "XDG_CACHE_HOME");
     const std::vector<std::string> anyProgram{"*"};
     for (const auto& folder : places.cacheFolders)
         addCaches(places.rebuildablePlaces, folder, anyProgram);
-    addCaches(places.rebuildablePlaces, home, cachesInHome);
 
     const auto inConfig = asStrings(cachesInConfig);
     std::vector<std::string> inData;
