@@ -88,6 +88,8 @@ TEST(RemovedAppsTest, WhatSomethingInstalledHasIsNotListed) {
          [](auto& home) {
              home.file("system/dbus-1/system-services/x.service", "[D-BUS Service]\nName=org.example.Tool\n");
          }},
+        {"service of several",
+         [](auto& home) { home.file(".config/systemd/user/org.example.Tool@.service"); }},
         {"start at login", [](auto& home) { home.file(".config/autostart/org.example.Tool.desktop"); }},
         {"program", [](auto& home) { home.program("usr/bin/org.example.Tool"); }},
         {"description", [](auto& home) { home.file("system/metainfo/org.example.Tool.metainfo.xml"); }},
@@ -125,12 +127,14 @@ TEST(RemovedAppsTest, ASandboxIsOneItemWhenItsApplicationIsInstalledNowhere) {
     for (const auto* folder :
          {".var/app/org.example.Gone/cache", ".var/app/org.example.User", ".var/app/org.example.System",
           ".var/app/org.example.Platform", ".var/app/backup", ".config/org.example.Gone", "snap/gone/common",
-          "snap/tool", "snap/tool_two", "snap/tool_three", "snap/disabled", "snap/bin", "snap/My Files",
-          ".local/share/flatpak/app/org.example.User", "var/lib/flatpak/app/org.example.System",
-          "var/lib/flatpak/runtime/org.example.Platform", "snaps/tool", "snaps/bin"})
+          "snap/tool", "snap/tool_two", "snap/tool_three", "snap/disabled", "snap/base", "snap/bin",
+          "snap/My Files", ".local/share/flatpak/app/org.example.User",
+          "var/lib/flatpak/app/org.example.System", "var/lib/flatpak/runtime/org.example.Platform",
+          "snaps/tool", "snaps/bin"})
         home.folder(folder);
     home.file("snapd/tool_two_12.snap");
     home.file("snapd/disabled_3.snap");
+    home.file("snapd/base_two_4.snap");
     home.file("snap/file");
     const std::string gone = "flatpak org.example.Gone: .config/org.example.Gone .var/app/org.example.Gone";
     const Lines snaps{"snap gone: snap/gone", "snap tool_three: snap/tool_three"};

@@ -235,7 +235,7 @@ RemovedApps::Look RemovedApps::look(const Question& question, const SeenPackages
     auto after = finder.remaining();
     if (before.failure)
         look.failures.push_back(*std::move(before.failure));
-    if (after == before.content || question.policy.homeReason())
+    if ((after == before.content && look.failures.empty()) || question.policy.homeReason())
         return look;
     // What was dismissed while this took its time.
     for (const auto& key : packages.read().content.dismissed)

@@ -85,6 +85,11 @@ private:
         for (const auto& file : *files)
             if (file.ends_with(".snap"))
                 snaps.insert(file.substr(0, file.rfind('_')));
+        // A further instance, NAME_KEY, needs the places of NAME as well.
+        std::set<std::string> bases;
+        for (const auto& snap : snaps)
+            bases.insert(snap.substr(0, snap.find('_')));
+        snaps.merge(bases);
         return snaps;
     }
 
@@ -117,7 +122,9 @@ private:
             if (!file.isFound())
                 continue;
             ++entries_;
-            found_.names.insert(entries->path().filename().string());
+            const auto name = entries->path().filename().string();
+            found_.names.insert(name);
+            addWords(name); // of "ID@.service" too
             if (const auto text = readRegularFile(file.path, mostEntryBytes))
                 addWords(*text);
         }
