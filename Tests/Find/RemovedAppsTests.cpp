@@ -97,6 +97,12 @@ TEST(RemovedAppsTest, WhatSomethingInstalledHasIsNotListed) {
         {"icon", [](auto& home) { home.file("system/icons/hicolor/48x48/apps/org.example.Tool.png"); }},
         {"package", [](auto& home) { home.file("pacman/org.example.tool-1.2-1/desc"); }},
         {"flatpak", [](auto& home) { home.folder("var/lib/flatpak/app/org.example.Tool"); }},
+        {"launcher of the program's name",
+         [](auto& home) {
+             home.program("usr/bin/viewer");
+             home.systemLauncher("tool-viewer", "viewer");
+         }},
+        {"AppImage", [](auto& home) { home.appImage("Applications/tool_1.2_amd64.AppImage"); }},
         {"process", [](auto& home) { home.running = {{.pid = 1, .paths = {"/opt/org.example.Tool/run"}}}; }},
         {"process from it",
          [](auto& home) {
@@ -120,6 +126,11 @@ TEST(RemovedAppsTest, WhatSomethingInstalledHasIsNotListed) {
     home.program("usr/bin/org.example.Toolbox");
     home.program("usr/bin/org");
     EXPECT_EQ(home.lines().size(), 1);
+    home.folder(".cache/com.birchwood.app");
+    home.folder(".cache/com.birchwood.Player");
+    home.appImage("Applications/Birchwood.AppImage");
+    EXPECT_EQ(home.lines(), (Lines{"id com.birchwood.Player: !.cache/com.birchwood.Player",
+                                   "id org.example.Tool: .config/org.example.Tool"}));
 }
 
 TEST(RemovedAppsTest, ASandboxIsOneItemWhenItsApplicationIsInstalledNowhere) {

@@ -4,6 +4,8 @@
 #include "Find/CommonWords.h"
 #include "Util/PathText.h"
 
+#include <algorithm>
+
 namespace orbel {
 
 InstalledNames::InstalledNames(std::span<const InstalledApp> apps, const platform::InstalledIds& ids,
@@ -17,7 +19,15 @@ InstalledNames::InstalledNames(std::span<const InstalledApp> apps, const platfor
             names_.insert(*known.insert(lowerCase(name)).first);
     }
     for (const auto& app : apps) {
-        names_.merge(everyNameOf(app));
+        auto names = everyNameOf(app);
+        for (const std::string_view name : names)
+            for (std::size_t from = 0; from < name.size();) {
+                const auto end = std::min(name.find_first_of(".-_ /", from), name.size());
+                appWords_.emplace(name.substr(from, end - from));
+                from = end + 1;
+            }
+        appWords_.insert(names.begin(), names.end());
+        names_.merge(names);
         programs_.insert(app.path);
         programs_.insert(app.executables.begin(), app.executables.end());
     }
@@ -47,6 +57,11 @@ bool InstalledNames::hasId(std::string_view id) const {
 
 bool InstalledNames::hasName(std::string_view name) const {
     return names_.contains(lowerCase(name));
+}
+
+bool InstalledNames::isAppCalled(std::string_view word) const {
+    const auto wanted = lowerCase(word);
+    return isTellingWord(wanted) && appWords_.contains(wanted);
 }
 
 bool InstalledNames::hasProgramIn(std::string_view path) const {

@@ -26,6 +26,8 @@ public:
     bool hasId(std::string_view id) const;
     /// Whether something has exactly this name.
     bool hasName(std::string_view name) const;
+    /// Whether one of an application's names is made with this word, unless that tells nothing.
+    bool isAppCalled(std::string_view word) const;
     /// Whether an application, or what starts or runs, lies at this path or in it.
     bool hasProgramIn(std::string_view path) const;
 
@@ -38,6 +40,7 @@ private:
 
     bool isComplete_;
     Names names_;    ///< in lower case
+    Names appWords_; ///< what the names of applications are made of, in lower case
     Names programs_; ///< absolute paths
     std::map<std::string, Names, std::less<>> packages_;
 };

@@ -81,6 +81,17 @@ bool isWholeId(const Candidate& candidate) {
            && std::ranges::none_of(sharedIds, [&](std::string_view shared) { return isInId(id, shared); });
 }
 
+/// The part of an id that names the program: not all of them have their id in a launcher or anywhere else.
+std::string_view ownPart(std::string_view id) {
+    constexpr auto general =
+        std::to_array<std::string_view>({"app", "application", "client", "desktop", "gui"});
+    const auto last = id.substr(id.rfind('.') + 1);
+    if (std::ranges::find(general, lowerCase(last)) == general.end())
+        return last;
+    id.remove_suffix(last.size() + 1);
+    return id.substr(id.rfind('.') + 1);
+}
+
 /// Whether a name may be that of a snap, or of a further instance of one: NAME or NAME_KEY.
 bool isSnapName(std::string_view name) {
     const auto isPlain = [](unsigned char c) {
@@ -115,7 +126,8 @@ public:
                 addPackage(app);
         for (const auto& candidate : question_.matcher.candidates())
             if (isComplete && candidate.kind == LeftoverMatcher::Kind::data && isWholeId(candidate)
-                && !question_.installed.hasId(candidate.name))
+                && !question_.installed.hasId(candidate.name)
+                && !question_.installed.isAppCalled(ownPart(candidate.name)))
                 add(candidate, Kind::id, candidate.name,
                     "Named by the whole id " + inQuotes(candidate.name) + ", which nothing installed has",
                     nullptr);
@@ -137,8 +149,9 @@ public:
                       });
         });
         std::erase_if(content.dismissed, [&](const std::string& key) {
-            return std::ranges::none_of(found_,
-                                        [&](const auto& each) { return each.second.app.key() == key; });
+            return knowsAll() && std::ranges::none_of(found_, [&](const auto& each) {
+                       return each.second.app.key() == key;
+                   });
         });
         return content;
     }
@@ -148,6 +161,14 @@ private:
         RemovedApp app;
         std::map<std::string, std::pair<const Candidate*, std::string>> items; ///< by path, with the evidence
     };
+
+    bool knowsAll() const {
+        const auto& installed = question_.installed;
+        return installed.isComplete() && installed.isAnswering("flatpak") && installed.isAnswering("snap")
+               && std::ranges::all_of(seen_.apps, [&](const SeenPackages::App& app) {
+                      return installed.isAnswering(app.manager);
+                  });
+    }
 
     void addSandbox(const Candidate& candidate) {
         if (!candidate.isDirectory)
