@@ -100,7 +100,9 @@ LauncherTarget ExecResolver::resolve(const ExecCommand& command) const {
         const auto resolved = reach.resolve(path);
         if (resolved.isFound())
             return {.state = found, .program = path};
-        if (resolved.state != ResolvedPath::State::missing)
+        const bool mayBeElsewhere = isFlatpak && std::ranges::count(namedInstallations, folder) > 0
+                                    && !reach.resolve(folder).isFound();
+        if (resolved.state != ResolvedPath::State::missing || mayBeElsewhere)
             target.state = unknown;
     }
     return target;
