@@ -36,7 +36,7 @@ public:
         std::set<std::string> dismissed{};
 
         /// Takes in what is installed now.
-        void see(std::span<const InstalledApp> apps, Date now);
+        void see(std::span<const InstalledApp> installed, Date now);
         /// Those of which the package is gone. What does not answer has removed nothing.
         std::vector<App> gone(const InstalledNames& installed) const;
 

@@ -63,10 +63,13 @@ QString sourceOf(RemovedApp::Kind kind) {
 /// What is said of one that was removed, besides its names.
 AppFacts factsOf(const RemovedApp& app, AppFacts facts) {
     facts.removed = true;
-    facts.runningText = AppsFlow::tr("not installed any more");
+    const bool wasInstalled = app.kind != RemovedApp::Kind::id;
+    facts.runningText = wasInstalled ? AppsFlow::tr("not installed any more") : AppsFlow::tr("not installed");
     facts.total = ByteFigure(app.bytes()).text();
     facts.parts = countOf(app.items.size(), AppsFlow::tr("item"), AppsFlow::tr("items"));
-    facts.warning = AppsFlow::tr("%1 is not installed any more.").arg(facts.name);
+    facts.warning = (wasInstalled ? AppsFlow::tr("%1 is not installed any more.")
+                                  : AppsFlow::tr("Nothing that is installed is called %1."))
+                        .arg(facts.name);
     // At noon, so that it is the same day in nearly every time zone.
     if (const auto day = parseIso8601(app.lastSeen + "T12:00:00Z"))
         facts.explanation = AppsFlow::tr("It was on %1.").arg(dayText(*day)) + QLatin1Char(' ');
