@@ -173,6 +173,7 @@ void AppsFlow::takeRemoved(RemovedLook look) {
     const bool wasRemoved = selectedRemoved() != nullptr;
     removed_ = std::move(look.apps);
     std::vector<AppsModel::Entry> entries;
+    entries.reserve(removed_.size());
     for (const auto& [app, items] : removed_)
         entries.push_back({.app = {.path = app.key(),
                                    .name = app.name,
