@@ -3,7 +3,7 @@
 # program that is started.
 
 # What a build needs from Debian, and what each script needs besides.
-buildPackages=(g++ cmake ninja-build nlohmann-json3-dev)
+buildPackages=(g++ cmake ninja-build nlohmann-json3-dev libzstd-dev)
 # The window's build, and the QML modules and platforms that it loads when it runs: none of these brings another.
 windowPackages=(qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     qml6-module-{qtquick{,-window,-controls,-templates,-layouts,-shapes,-dialogs},qtqml{,-models,-workerscript}}

@@ -48,7 +48,7 @@ _orbel() {
 
     local more=
     case $command in
-        --scan-json) more="--top --growth --exclude" ;;
+        --scan-json) more="--top --growth --save --exclude" ;;
         --map-svg) more="--size --exclude" ;;
         --duplicates-json) more="--details --exclude" ;;
         --large-json) more="--min-bytes --unused-days --exclude" ;;

@@ -30,6 +30,7 @@ for program in orbel ostrevo-orbel
     complete -c $program -n "$first" -s V -l version -d "Print the version"
     complete -c $program -n "__orbel_has --scan-json" -l top -x -d "List so many entries"
     complete -c $program -n "__orbel_has --scan-json" -l growth -d "Add what grew since the last scan"
+    complete -c $program -n "__orbel_has --scan-json" -l save -r -d "Keep the scan in a file"
     complete -c $program -n "__orbel_has --map-svg" -l size -x -d "Width and height: 1440x900"
     complete -c $program -n "__orbel_has --duplicates-json" -l details -d "Add what each copy takes on disk"
     complete -c $program -n "__orbel_has --large-json" -l min-bytes -x -d "Smallest size"

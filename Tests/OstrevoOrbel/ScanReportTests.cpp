@@ -4,8 +4,11 @@
 #include "Support/RunProgram.h"
 #include "Support/TemporaryFolder.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+
+#include <sys/stat.h>
 
 namespace orbel {
 namespace {
@@ -141,6 +144,50 @@ TEST(ScanReport, DoesNotCallAFolderUnreadableThatWentWhileItWasOpen) {
     const auto report = json::parse(run.output);
     EXPECT_EQ(report["unreadable"], 0);
     EXPECT_EQ(report["entries"], 1);
+}
+
+TEST(ScanReport, TellsTheSameOfAScanThatWasKept) {
+    const TemporaryFolder home;
+    home.file("data/large/file", 100'000);
+    home.file("data/\xFF/file", 10'000);
+    const auto file = home.path("kept.scan");
+    auto report = reportOf({"--scan-json", home.path("data"), "--save", file, "--exclude", "nothing"});
+    struct stat status {};
+    ASSERT_EQ(::stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+    const auto piped = runOrbel({"--scan-json", home.path("data"), "--save", "-"});
+    EXPECT_EQ(piped.status, 0);
+    home.file("piped.scan", piped.output);
+
+    std::filesystem::remove_all(home.path("data"));
+    for (const auto* name : {"kept.scan", "piped.scan"}) {
+        const auto kept = reportOf({"--scan-json", home.path(name)});
+        for (const auto* key : {"allocatedBytes", "entries", "children", "unreadable", "otherVolumesSkipped"})
+            EXPECT_EQ(kept[key], report[key]) << name << " " << key;
+        EXPECT_EQ(kept["keptScan"]["root"], home.path("data"));
+        EXPECT_EQ(kept["volume"]["total"], report["volume"]["total"]);
+    }
+    EXPECT_EQ(reportOf({"--scan-json", file})["excluded"], report["excluded"]);
+    const auto copied = reportOf({"--scan-json", file, "--save", home.path("copy.scan")});
+    EXPECT_EQ(reportOf({"--scan-json", home.path("copy.scan")})["keptScan"], copied["keptScan"]);
+    EXPECT_TRUE(runOrbel({"--map-svg", file, "-"}).output.contains(home.path("data")));
+
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{file, "--exclude", "x"}, {file, "--growth"}}) {
+        auto line = words;
+        line.insert(line.begin(), "--scan-json");
+        EXPECT_EQ(runOrbel(line).status, 2) << words.back();
+    }
+    home.file("damaged.scan", piped.output.substr(0, 300));
+    for (const auto* command : {"--scan-json", "--map-svg"}) {
+        const auto run = runOrbel({command, home.path("damaged.scan"), "-"});
+        EXPECT_EQ(run.status, 1);
+        EXPECT_EQ(run.output, "");
+        EXPECT_TRUE(run.errors.contains("damaged.scan: The scan file is damaged")) << run.errors;
+    }
+    EXPECT_EQ(runOrbel({"--scan-json", home.path("gone"), "--save", home.path("none.scan")}).status, 1);
+    EXPECT_FALSE(std::filesystem::exists(home.path("none.scan")));
+    EXPECT_EQ(runOrbel({"--scan-json", home.path(), "--save", home.path("no/such/folder")}).status, 1);
 }
 
 } // namespace

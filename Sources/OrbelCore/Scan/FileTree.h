@@ -148,10 +148,16 @@ struct FileTree {
         std::uint64_t inode;
     };
 
+    /// The non-folders of this volume with two or more links, in node order.
+    std::vector<HardLinkCandidate> hardLinkCandidates() const;
+
     /// Completes the tree once all nodes are there: assigns the bytes of hard links, marks protected
-    /// containers, sums up and builds the child lists. `hardLinkCandidates` are the non-folders of this
-    /// volume with two or more links, in node order.
-    void finalize(std::span<const HardLinkCandidate> hardLinkCandidates);
+    /// containers, sums up and builds the child lists. `candidates` are those of hardLinkCandidates().
+    void finalize(std::span<const HardLinkCandidate> candidates);
+
+    /// Completes a tree that was completed before, kept and read again: its bytes, descendant counts and
+    /// child lists are set. Marks protected containers, counts what could not be read and groups hard links.
+    void finalizeKept();
 
     /// Detaches nodes that are gone from the disk and brings hard links and totals up to date. Node 0, nodes
     /// outside the tree and detached ones are passed over; when nothing is left, the tree stays as it is.

@@ -31,13 +31,31 @@ void sortLargestFirst(std::span<NodeIndex> children, const Column<std::uint64_t>
 
 } // namespace
 
-void FileTree::finalize(std::span<const HardLinkCandidate> hardLinkCandidates) {
-    groupHardLinks(hardLinkCandidates);
+std::vector<FileTree::HardLinkCandidate> FileTree::hardLinkCandidates() const {
+    // A file that is mounted here from elsewhere is no link of one of this volume, even if their
+    // inode numbers are equal.
+    constexpr NodeFlags neverLinks = NodeFlags::folder | NodeFlags::otherVolume;
+    std::vector<HardLinkCandidate> candidates;
+    for (std::size_t i = 1; i < count(); ++i) {
+        if (linkCounts[i] >= 2 && !NodeFlags{nodeFlags[i]}.intersects(neverLinks))
+            candidates.push_back({.node = static_cast<NodeIndex>(i), .inode = inodes[i]});
+    }
+    return candidates;
+}
+
+void FileTree::finalize(std::span<const HardLinkCandidate> candidates) {
+    groupHardLinks(candidates);
     for (const auto& [file, members] : hardLinkMembers) {
         if (members.size() >= 2)
             assignHardLinkOwner(file, members);
     }
     recomputeTotals();
+    markProtectedData();
+}
+
+void FileTree::finalizeKept() {
+    groupHardLinks(hardLinkCandidates());
+    countUnreadable();
     markProtectedData();
 }
 

@@ -183,8 +183,7 @@ private:
 
 } // namespace
 
-std::vector<FileTree::HardLinkCandidate> merge(WorkUnit& root, std::span<WorkerStore> stores,
-                                               FileTree& into) {
+void merge(WorkUnit& root, std::span<WorkerStore> stores, FileTree& into) {
     ORBEL_CHECK(into.count() == 1, "a tree that holds only its root");
     const Order order = numberFolders(root, 1);
     const std::size_t nodes =
@@ -194,14 +193,6 @@ std::vector<FileTree::HardLinkCandidate> merge(WorkUnit& root, std::span<WorkerS
     const GoneFolders gone(stores);
     gone.removeFrom(into);
 
-    // A file that is mounted here from elsewhere is no link of one of this volume, even if their
-    // inode numbers are equal.
-    constexpr NodeFlags neverLinks = NodeFlags::folder | NodeFlags::otherVolume;
-    std::vector<FileTree::HardLinkCandidate> candidates;
-    for (std::size_t i = 1; i < into.count(); ++i) {
-        if (into.linkCounts[i] >= 2 && !NodeFlags{into.nodeFlags[i]}.intersects(neverLinks))
-            candidates.push_back({.node = static_cast<NodeIndex>(i), .inode = into.inodes[i]});
-    }
     for (const WorkerStore& store : stores) {
         for (const AliasPlace& alias : store.aliases)
             into.aliasNodes.insert(gone.placeOf(alias.folder->firstNode + alias.position));
@@ -215,7 +206,6 @@ std::vector<FileTree::HardLinkCandidate> merge(WorkUnit& root, std::span<WorkerS
     // Only now: a worker may have listed folders that another one's store holds.
     for (WorkerStore& store : stores)
         store = WorkerStore{};
-    return candidates;
 }
 
 } // namespace orbel::walk

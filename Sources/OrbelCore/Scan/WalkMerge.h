@@ -14,8 +14,6 @@ namespace orbel::walk {
 /// follow one another depth first, so every parent comes before its children and the same disk gives the same
 /// numbers, independent of the timing of threads. Column after column is copied and the workers' copy of it
 /// freed, several at a time, so that next to nothing is in memory twice.
-///
-/// Returns the nodes of this volume that are not folders and have two or more links, in node order.
-std::vector<FileTree::HardLinkCandidate> merge(WorkUnit& root, std::span<WorkerStore> stores, FileTree& into);
+void merge(WorkUnit& root, std::span<WorkerStore> stores, FileTree& into);
 
 } // namespace orbel::walk

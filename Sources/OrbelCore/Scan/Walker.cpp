@@ -144,9 +144,9 @@ void walkFolder(FileTree& tree, int wantedWorkers, const ScanCancellation& cance
         tree = FileTree(tree.rootPath, tree.requestedRootPath);
         return;
     }
-    const auto candidates = merge(rootUnit, stores, tree);
+    merge(rootUnit, stores, tree);
     tree.nodeFlags[0] |= context.rootFlags;
-    tree.finalize(candidates);
+    tree.finalize(tree.hardLinkCandidates());
 }
 
 } // namespace

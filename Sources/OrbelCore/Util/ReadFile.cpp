@@ -33,31 +33,50 @@ std::optional<std::string> readFile(int descriptor) {
     }
 }
 
-std::optional<std::string> readRegularFile(const std::string& path, std::uint64_t limit) {
+namespace {
+
+/// Of what is no regular file, none.
+FileDescriptor openRegular(const std::string& path) {
     if (path.find('\0') != std::string::npos)
-        return std::nullopt;
+        return FileDescriptor();
     const auto isRegular = [](const struct stat& status) { return S_ISREG(status.st_mode); };
     struct stat status {};
     // Asked before it is opened, because opening a device can do something, and again of what was opened.
     if (::stat(path.c_str(), &status) != 0 || !isRegular(status))
-        return std::nullopt;
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+        return FileDescriptor();
+    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!file || ::fstat(file.get(), &status) != 0 || !isRegular(status))
-        return std::nullopt;
+        return FileDescriptor();
+    return file;
+}
+
+/// Up to `size` bytes, fewer where it ends earlier: a file may grow while it is read, and some tell no size.
+std::optional<std::string> readUpTo(const FileDescriptor& file, std::uint64_t size) {
     std::string content;
-    std::array<char, 16384> buffer{};
-    // A file may grow while it is read, and some tell no size.
-    while (content.size() <= limit) {
-        const auto count = ::read(file.get(), buffer.data(), buffer.size());
+    std::array<char, 65536> buffer{};
+    while (file && content.size() < size) {
+        const auto wanted = std::min<std::uint64_t>(buffer.size(), size - content.size());
+        const auto count = ::read(file.get(), buffer.data(), wanted);
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
             return std::nullopt;
         if (count == 0)
-            return content;
+            break;
         content.append(buffer.data(), static_cast<std::size_t>(count));
     }
-    return std::nullopt;
+    return file ? std::optional(std::move(content)) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<std::string> readRegularFile(const std::string& path, std::uint64_t limit) {
+    auto content = readUpTo(openRegular(path), limit + 1);
+    return content && content->size() <= limit ? std::move(content) : std::nullopt;
+}
+
+std::optional<std::string> beginningOfRegularFile(const std::string& path, std::size_t size) {
+    return readUpTo(openRegular(path), size);
 }
 
 } // namespace orbel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -17,5 +18,8 @@ std::optional<std::string> readFile(int descriptor);
 /// The content of an untrusted file: only of a regular file, or of one that a link leads to, and only when it
 /// has at most `limit` bytes. Never waits for the other end of a pipe.
 std::optional<std::string> readRegularFile(const std::string& path, std::uint64_t limit);
+
+/// The same of the first `size` bytes of a file of any length; fewer where it ends earlier.
+std::optional<std::string> beginningOfRegularFile(const std::string& path, std::size_t size);
 
 } // namespace orbel

@@ -68,9 +68,9 @@ std::string remarkOn(const ScanResult& result) {
     return remark + " · measured " + iso8601(std::chrono::floor<std::chrono::microseconds>(result.startedAt));
 }
 
-std::optional<Coverage> coverageOf(const FileTree& tree) {
-    const auto volumePath = VolumeInfo::dataVolumePath();
-    const auto volume = tree.rootPath == volumePath ? VolumeInfo::read(volumePath) : std::nullopt;
+std::optional<Coverage> coverageOf(const RootScan& scan) {
+    const FileTree& tree = scan.result.tree;
+    const auto volume = tree.rootPath == VolumeInfo::dataVolumePath() ? scan.volume() : std::nullopt;
     return volume ? std::optional(Coverage(volume->used, tree)) : std::nullopt;
 }
 
@@ -78,16 +78,16 @@ void run(const Request& request) {
     const auto size = requestedSize(request);
     const auto& root = request.operands.front();
     const auto& file = request.operands.back();
-    const auto result = scanOfExistingRoot(request);
-    const FileTree& tree = result.tree;
+    const auto scan = scanOrFileOfExistingRoot(request);
+    const FileTree& tree = scan.result.tree;
     if (!tree.isFolder(0)) {
         say(root + ": is not a folder");
         finish("", ExitStatus::incomplete);
     }
     const auto picture = MapSvg::render({.tree = tree,
-                                         .coverage = coverageOf(tree),
+                                         .coverage = coverageOf(scan),
                                          .title = tree.path(0, PathCanonicalizer::shared()),
-                                         .remark = remarkOn(result),
+                                         .remark = remarkOn(scan.result),
                                          .size = size});
     if (file == "-")
         finish(picture);
@@ -108,7 +108,8 @@ constinit const Command mapCommand{
     .fewestOperands = 2,
     .options = options,
     .help =
-        "Measure the folder ROOT and draw its map into FILE as an SVG picture of W by H pixels (1440x900 "
+        "Measure the folder ROOT, or take the scan file ROOT, and draw its map into FILE as an SVG picture "
+        "of W by H pixels (1440x900 "
         "unless given). An existing FILE is replaced, and only by a complete one; \"-\" is standard output.",
     .run = run,
 };

@@ -10,21 +10,59 @@
 
 namespace orbel {
 
+namespace {
+
+[[noreturn]] void finishUnread(const std::string& root, const std::string& reason) {
+    say(root + ": " + reason);
+    finish("", ExitStatus::incomplete);
+}
+
+[[noreturn]] void finishUnmeasured(const std::string& root) {
+    std::error_code error;
+    static_cast<void>(std::filesystem::status(root, error));
+    finishUnread(root, error ? error.message() : "could not be read");
+}
+
+} // namespace
+
 ScanResult scanOfRoot(const Request& request) {
     const ScanCancellation nobodyCancels;
     return TreeScanner::scan(request.operands.front(), std::nullopt, nobodyCancels, nullptr,
                              {.paths = {}, .patterns = request.values(excludeOption.name)});
 }
 
+RootScan scanOrFileOfRoot(const Request& request) {
+    const auto& root = request.operands.front();
+    auto kept = readScanFile(root);
+    if (!kept)
+        return {.result = scanOfRoot(request), .keptOrigin = std::nullopt};
+    if (!*kept)
+        finishUnread(root, kept->error());
+    if (request.has(excludeOption.name))
+        finishWrongUsage("--exclude: the scan in " + root
+                         + " was made before; measure anew to leave something out");
+    auto& [tree, origin] = **kept;
+    return {
+        .result = {.tree = std::move(tree),
+                   .cancelled = false,
+                   .startedAt = std::chrono::floor<std::chrono::system_clock::duration>(origin.measuredAt),
+                   .firstProgress = std::nullopt,
+                   .duration = origin.duration},
+        .keptOrigin = std::move(origin)};
+}
+
+RootScan scanOrFileOfExistingRoot(const Request& request) {
+    auto scan = scanOrFileOfRoot(request);
+    if (scan.result.tree.count() == 0)
+        finishUnmeasured(request.operands.front());
+    return scan;
+}
+
 ScanResult scanOfExistingRoot(const Request& request) {
     auto result = scanOfRoot(request);
-    if (result.tree.count() > 0)
-        return result;
-    const auto& root = request.operands.front();
-    std::error_code error;
-    static_cast<void>(std::filesystem::status(root, error));
-    say(root + ": " + (error ? error.message() : "could not be read"));
-    finish("", ExitStatus::incomplete);
+    if (result.tree.count() == 0)
+        finishUnmeasured(request.operands.front());
+    return result;
 }
 
 void putExcluded(nlohmann::json& report, const FileTree& tree) {

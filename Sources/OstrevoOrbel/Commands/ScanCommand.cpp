@@ -4,6 +4,7 @@
 #include "Commands/Request.h"
 #include "Commands/RootScan.h"
 #include "Commands/ScanReport.h"
+#include "Platform/ReplaceFile.h"
 #include "Util/JsonText.h"
 #include "Util/ParseNumber.h"
 
@@ -23,11 +24,27 @@ std::size_t topIn(const Request& request) {
     return static_cast<std::size_t>(std::max<std::int64_t>(top.value_or(defaultTop), 0));
 }
 
+/// Keeps the scan in a file. On standard output it takes the place of the report.
+int save(const RootScan& scan, const std::string& file) {
+    const auto bytes =
+        scanFileBytes(scan.result.tree, scan.keptOrigin ? *scan.keptOrigin : ScanOrigin::ofHere(scan.result));
+    if (file == "-")
+        finish(bytes);
+    const auto written = replaceFile(file, bytes, FileAccess::ownerOnly);
+    if (!written)
+        say(file + ": " + written.error());
+    return written ? ExitStatus::done : ExitStatus::incomplete;
+}
+
 void run(const Request& request) {
-    const ScanResult result = scanOfRoot(request);
-    auto report = scanReport(request.operands.front(), result, topIn(request));
+    const auto file = request.value("--save");
+    const auto scan = file ? scanOrFileOfExistingRoot(request) : scanOrFileOfRoot(request);
+    const ScanResult& result = scan.result;
+    if (scan.keptOrigin && request.has("--growth"))
+        finishWrongUsage("--growth compares a scan that is made now, not one in a file");
+    int status = file ? save(scan, *file) : ExitStatus::done;
+    auto report = scanReport(request.operands.front(), scan, topIn(request));
     putExcluded(report, result.tree);
-    int status = ExitStatus::done;
     if (request.has("--growth")) {
         auto [growth, failure] = growthReport(result, UserContext());
         report["growth"] = std::move(growth);
@@ -40,7 +57,7 @@ void run(const Request& request) {
 }
 
 constexpr std::array options{CommandOption{.name = "--top", .takes = "N"}, CommandOption{.name = "--growth"},
-                             excludeOption};
+                             CommandOption{.name = "--save", .takes = "FILE"}, excludeOption};
 
 } // namespace
 
@@ -56,7 +73,10 @@ constinit const Command scanCommand{
         "on disk; a hard-linked file counts once, and other volumes are not entered. With --growth, a "
         "summary "
         "of the scan is kept for the next one, and the folders that grew most since the last one of the same "
-        "ROOT with the same exclusions are added.",
+        "ROOT with the same exclusions are added. With --save, the whole scan is kept in FILE, which can be "
+        "given in place of ROOT later, and on another machine; with \"-\" it is written to standard output "
+        "in "
+        "place of the report.",
     .run = run,
 };
 

@@ -4,6 +4,7 @@
 #include "Safety/PathCanonicalizer.h"
 #include "Scan/Coverage.h"
 #include "Scan/VolumeInfo.h"
+#include "Util/Iso8601.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -51,7 +52,8 @@ std::set<NodeIndex> topLevelNodesSharingLinks(const FileTree& tree) {
     return sharing;
 }
 
-json scanReport(const std::string& root, const ScanResult& result, std::size_t top) {
+json scanReport(const std::string& root, const RootScan& scan, std::size_t top) {
+    const ScanResult& result = scan.result;
     const FileTree& tree = result.tree;
     json report = {
         {"root", root},
@@ -66,7 +68,12 @@ json scanReport(const std::string& root, const ScanResult& result, std::size_t t
         {"peakFootprintBytes", platform::peakFootprintBytes()},
         {"children", childrenOf(tree, top)},
     };
-    if (const auto volume = VolumeInfo::read(root)) {
+    if (const auto& origin = scan.keptOrigin)
+        report["keptScan"] = {{"root", tree.path(0, PathCanonicalizer::shared())},
+                              {"measuredAt", iso8601(origin->measuredAt)},
+                              {"machine", origin->machine},
+                              {"user", origin->user}};
+    if (const auto volume = scan.volume()) {
         json figures = *volume;
         figures["purgeable"] = volume->purgeable();
         figures["otherVolumes"] = volume->otherVolumes();

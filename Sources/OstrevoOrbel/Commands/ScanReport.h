@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Scan/ScanResult.h"
+#include "Commands/RootScan.h"
 
 #include <cstddef>
 #include <nlohmann/json_fwd.hpp>
@@ -10,8 +10,8 @@
 namespace orbel {
 
 /// What `--scan-json` prints of a finished scan. `root` is shown as it was given; at most `top` of its
-/// children are listed, the largest first.
-nlohmann::json scanReport(const std::string& root, const ScanResult& result, std::size_t top);
+/// children are listed, the largest first. Of a scan that was kept it also says where and when it was made.
+nlohmann::json scanReport(const std::string& root, const RootScan& scan, std::size_t top);
 
 /// The children of the root that share a hard-linked file with another child of the root: what one of them
 /// occupies depends on the other.

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Scan/ScanResult.h"
+#include "Scan/VolumeInfo.h"
+#include "Util/Iso8601.h"
+
+#include <expected>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orbel {
+
+/// Where and when a scan was made.
+struct ScanOrigin {
+    Date measuredAt{};                        ///< when it began
+    double duration = 0;                      ///< seconds
+    std::string machine;                      ///< the name of the host
+    std::string user;                         ///< who scanned
+    std::string program;                      ///< the version that scanned
+    std::optional<VolumeInfo> volume{};       ///< as the volume was then
+    std::optional<std::uint64_t> usedSpace{}; ///< as VolumeInfo::spaceUsed() said then
+
+    bool operator==(const ScanOrigin&) const = default;
+
+    /// Of a scan that ended just now, here. Asks the system about its volume.
+    static ScanOrigin ofHere(const ScanResult& result);
+};
+
+/// A scan that was kept. What it says was true then: it proves nothing about the disk of today, and
+/// everything that is moved is measured and checked anew.
+struct KeptScan {
+    FileTree tree;
+    ScanOrigin origin;
+};
+
+/// A complete scan as the bytes of a file, which docs/scan-format.md describes: names as raw bytes, the order
+/// of each child list kept, all compressed and with check sums. Detached nodes are left out. Needs
+/// a tree with a root. Uses several threads.
+std::string scanFileBytes(const FileTree& tree, const ScanOrigin& origin);
+
+/// Whether bytes, the first ones of a file at least, are those of such a file, whole or not.
+bool looksLikeScanFile(std::string_view beginning);
+
+/// Reads what scanFileBytes() wrote, from any bytes; the finished tree takes the memory that its scan took.
+/// The error says in words for people why the bytes are not believed: no part of them is then used.
+std::expected<KeptScan, std::string> scanFromFile(std::string_view bytes);
+
+/// The scan in the file at this path. Absent for a file that does not begin as one, and for what is no
+/// regular file; the error is in words for people.
+std::optional<std::expected<KeptScan, std::string>> readScanFile(const std::string& path);
+
+} // namespace orbel

@@ -1,0 +1,240 @@
+#include "Saved/ScanFile.h"
+#include "Support/TreeBuilder.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace orbel {
+namespace {
+
+using test::TreeBuilder;
+
+/// A tree with all that a scan can put into one, in a shape that depends on the seed.
+class MadeUpTree {
+public:
+    explicit MadeUpTree(unsigned seed) : random_(seed), builder_("/home/\xFF odd") {
+        std::vector<NodeIndex> folders{0};
+        for (int i = 0; i < 400; ++i) {
+            const auto parent = folders[below(folders.size())];
+            switch (below(6)) {
+            case 0:
+                folders.push_back(
+                    builder_.folder(parent, name(), below(9) == 0 ? NodeFlags::unreadable : NodeFlags{}));
+                break;
+            case 1:
+                builder_.hardLink(parent, name(), 8192, 7 + below(12));
+                break;
+            case 2:
+                if (const auto node = builder_.folder(parent, name(), NodeFlags::otherVolume); below(2) == 0)
+                    builder_.tree.excludedNodes.insert(node);
+                break;
+            case 3:
+                builder_.file(parent, below(2) == 0 ? "key4.db" : name(), 0, NodeFlags::symlink);
+                break;
+            default: {
+                const auto node = builder_.file(parent, name(), below(1'000'000'000) * 512,
+                                                below(5) == 0 ? NodeFlags::mayShareBlocks : NodeFlags{});
+                if (below(20) == 0)
+                    builder_.tree.aliasNodes.insert(node);
+                if (below(20) == 0)
+                    builder_.tree.otherDevices[node] = 1ULL << 63U;
+            }
+            }
+        }
+        auto& tree = builder_.tree;
+        for (NodeIndex node = 0; node < tree.count(); ++node) {
+            tree.modifiedMinutes[node] = static_cast<std::int32_t>(random_());
+            if (below(3) == 0)
+                tree.logicalBytes[node] = (std::uint64_t{random_()} << 31U) + random_();
+            if (below(4) == 0 && tree.linkCounts[node] == 1)
+                tree.inodes[node] = (std::uint64_t{random_()} << 32U) + random_();
+        }
+        tree.unlistedEntries[folders.back()] = 3;
+        tree.device = 0xFFFF'FFFF'0000'0001;
+        tree.unreadableCount = 11;
+        tree.datalessCount = 2;
+        tree.otherVolumeCount = 1;
+        tree.requestedRootPath = "~/odd";
+        tree.exclusions = {.paths = {"/home/x"}, .patterns = {"*.iso", "a/\xFE"}};
+    }
+
+    FileTree tree() { return builder_.build(); }
+
+private:
+    std::size_t below(std::size_t limit) {
+        return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random_);
+    }
+
+    std::string name() {
+        std::string name = std::to_string(++count_);
+        const auto size = below(50) == 0 ? 250 : below(12);
+        while (name.size() < size) {
+            const auto byte = static_cast<char>(1 + below(255));
+            name += byte == '/' ? '_' : byte;
+        }
+        return name;
+    }
+
+    std::mt19937 random_;
+    int count_ = 0;
+    TreeBuilder builder_;
+};
+
+/// All that is known of a node, in the order in which it is shown.
+void describe(const FileTree& tree, NodeIndex node, std::vector<std::string>& lines) {
+    const auto device = tree.identity(node).device;
+    std::string line = tree.walkedPath(node);
+    for (const std::uint64_t number :
+         {tree.allocated(node), tree.logical(node), tree.inode(node), device,
+          std::uint64_t{tree.linkCount(node)}, std::uint64_t{tree.descendantCount(node)},
+          std::uint64_t{tree.flags(node).rawValue}, std::uint64_t{tree.kinds[node]}, tree.unreadableIn(node),
+          std::uint64_t{tree.isAlias(node)}, std::uint64_t{tree.isExcluded(node)},
+          std::uint64_t{tree.containsProtectedData(node)}})
+        line += " " + std::to_string(number);
+    lines.push_back(line + " " + std::to_string(tree.modified(node).time_since_epoch().count()));
+    for (const NodeIndex child : tree.children(node))
+        describe(tree, child, lines);
+}
+
+std::vector<std::string> described(const FileTree& tree) {
+    std::vector<std::string> lines;
+    describe(tree, 0, lines);
+    for (const auto number : {tree.device, tree.unreadableCount, tree.datalessCount, tree.otherVolumeCount})
+        lines.push_back(std::to_string(number));
+    lines.push_back(tree.requestedRootPath);
+    lines.insert(lines.end(), tree.exclusions.paths.begin(), tree.exclusions.paths.end());
+    lines.insert(lines.end(), tree.exclusions.patterns.begin(), tree.exclusions.patterns.end());
+    return lines;
+}
+
+const ScanOrigin fromElsewhere{
+    .measuredAt = Date(Date::duration(-5)),
+    .duration = 0.25,
+    .machine = "server",
+    .user = "ann\xFF",
+    .program = "1.2.3",
+    .volume = VolumeInfo{.total = 1ULL << 63U, .free = 3, .used = 4, .availableForImportantUsage = 5},
+    .usedSpace = 0};
+
+TEST(ScanFile, GivesBackTheTreeThatWasKept) {
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        auto tree = MadeUpTree(seed).tree();
+        const auto bytes = scanFileBytes(tree, fromElsewhere);
+        auto kept = scanFromFile(bytes);
+        ASSERT_TRUE(kept) << kept.error();
+        EXPECT_TRUE(described(kept->tree) == described(tree));
+        EXPECT_EQ(kept->origin, fromElsewhere);
+        EXPECT_EQ(scanFileBytes(kept->tree, fromElsewhere), bytes) << "kept again";
+
+        // It can be edited like the one that was scanned, and what is detached is not kept.
+        const auto gone = [&](const FileTree& from) {
+            std::vector<NodeIndex> nodes(from.children(0).begin(), from.children(0).begin() + 3);
+            for (const auto& [file, members] : from.hardLinkMembers)
+                nodes.push_back(*std::ranges::min_element(
+                    members, {}, [&](NodeIndex node) { return from.walkedPath(node); }));
+            return nodes;
+        };
+        tree.remove(gone(tree));
+        kept->tree.remove(gone(kept->tree));
+        const auto sorted = [](auto lines) {
+            std::ranges::sort(lines);
+            return lines;
+        };
+        // Of children that have become equally large, the order was never more than that of their indices.
+        EXPECT_TRUE(sorted(described(kept->tree)) == sorted(described(tree)));
+        const auto again = scanFromFile(scanFileBytes(tree, {}));
+        ASSERT_TRUE(again) << again.error();
+        EXPECT_TRUE(described(again->tree) == described(tree));
+        EXPECT_LT(again->tree.count(), tree.count());
+    }
+}
+
+TEST(ScanFile, KeepsATreeOfSeveralBlocksAndOneOfNothing) {
+    TreeBuilder large;
+    for (int i = 0; i < 400; ++i) {
+        const auto folder = large.folder(0, "folder " + std::to_string(i));
+        for (int k = 0; k < 700; ++k)
+            large.file(folder, std::to_string(k),
+                       static_cast<std::uint64_t>(4096) * static_cast<unsigned>(k % 7));
+    }
+    const auto tree = large.build();
+    const auto kept = scanFromFile(scanFileBytes(tree, {}));
+    ASSERT_TRUE(kept) << kept.error();
+    EXPECT_TRUE(described(kept->tree) == described(tree));
+
+    const auto alone = TreeBuilder().build();
+    const auto keptAlone = scanFromFile(scanFileBytes(alone, {}));
+    ASSERT_TRUE(keptAlone) << keptAlone.error();
+    EXPECT_TRUE(described(keptAlone->tree) == described(alone));
+}
+
+TEST(ScanFile, BelievesNothingThatIsDamaged) {
+    const auto tree = MadeUpTree(3).tree();
+    const auto whole = described(tree);
+    const auto bytes = scanFileBytes(tree, fromElsewhere);
+    int undetected = 0;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        for (const int change : {0xFF, 0x01}) {
+            auto damaged = bytes;
+            damaged[i] = static_cast<char>(damaged[i] ^ change);
+            // A few bits of a compressed frame say nothing about what is in it.
+            if (const auto read = scanFromFile(damaged)) {
+                EXPECT_TRUE(described(read->tree) == whole && read->origin == fromElsewhere) << "byte " << i;
+                ++undetected;
+            }
+        }
+        EXPECT_FALSE(scanFromFile(std::string_view(bytes).substr(0, i))) << "the first " << i;
+    }
+    EXPECT_LT(undetected, 50);
+    EXPECT_FALSE(scanFromFile(bytes + '\0'));
+    const auto errorOf = [](std::string_view text) {
+        const auto kept = scanFromFile(text);
+        return kept ? "none" : kept.error();
+    };
+    EXPECT_EQ(errorOf("{\"root\": \"/\"}"), "Not a scan file");
+    EXPECT_EQ(errorOf(bytes.substr(0, bytes.size() / 2)), "The scan file is damaged");
+    auto newer = bytes;
+    newer[14] = 2;
+    EXPECT_EQ(errorOf(newer), "The scan file was written by a newer version of this program");
+    EXPECT_TRUE(looksLikeScanFile(bytes.substr(0, 20)));
+    EXPECT_FALSE(looksLikeScanFile(bytes.substr(0, 10)));
+}
+
+/// What is well formed may still be no tree: each is what a writer with another idea of one would make.
+TEST(ScanFile, BelievesNoTreeThatCannotBe) {
+    const auto isRead = [](const FileTree& tree) {
+        return scanFromFile(scanFileBytes(tree, {})).has_value();
+    };
+    const auto with = [](auto change) {
+        TreeBuilder builder;
+        const auto folder = builder.folder(0, "folder");
+        builder.file(folder, "small", 4096);
+        builder.file(folder, "large", 8192);
+        auto tree = builder.build();
+        change(tree);
+        return tree;
+    };
+    EXPECT_TRUE(isRead(with([](FileTree&) {})));
+    for (const std::string_view name : std::vector<std::string_view>{"a/b12", "..", ".", "", {"a\0b12", 5}})
+        EXPECT_FALSE(isRead(with([&](FileTree& tree) {
+            tree.nameLength[3] = static_cast<std::uint16_t>(name.size());
+            std::ranges::copy(name, tree.names.data() + tree.nameStart[3]);
+        }))) << name;
+    EXPECT_FALSE(isRead(with([](FileTree& tree) { std::swap(tree.childList[1], tree.childList[2]); })))
+        << "the smaller one first";
+    EXPECT_FALSE(isRead(with([](FileTree& tree) { tree.allocatedBytes[0] += 1; })))
+        << "a total that is not the sum";
+    EXPECT_FALSE(
+        isRead(with([](FileTree& tree) { tree.allocatedBytes[2] = tree.allocatedBytes[3] = 1ULL << 63U; })));
+    EXPECT_FALSE(isRead(with([](FileTree& tree) { tree.kinds[2] = 200; })));
+    EXPECT_FALSE(isRead(with([](FileTree& tree) { tree.excludedNodes.insert(3); }))) << "a file with bytes";
+    EXPECT_FALSE(isRead(with([](FileTree& tree) { tree.rootPath = "relative"; })));
+}
+
+} // namespace
+} // namespace orbel
