@@ -3,7 +3,8 @@
 _orbel() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} word command=
     local commands="--scan-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json --trash --put-back
-        --journal-json --journal-markdown --system-json --apps-json --leftovers-dry-run --help --version"
+        --export-ncdu --journal-json --journal-markdown --system-json --apps-json --leftovers-dry-run --leftovers-json
+        --help --version"
     local window="--scan --scan-delay --open --select-app --appearance --snapshot --snapshot-delay --simulate-hover --diagnostics
         --quit-after-scan"
     COMPREPLY=()
@@ -18,7 +19,7 @@ _orbel() {
     done
 
     case $previous in
-        --scan-json | --duplicates-json | --large-json | --tidy-json | --rebuildable-json | --map-svg | --scan)
+        --scan-json | --duplicates-json | --large-json | --tidy-json | --rebuildable-json | --map-svg | --export-ncdu | --scan)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
             [ "$previous" != --scan ] || mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -W volume -- "$current")

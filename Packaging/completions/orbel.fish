@@ -8,13 +8,15 @@ function __orbel_has
 end
 
 set -l commands --scan-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json --trash --put-back \
-    --journal-json --journal-markdown --system-json --apps-json --leftovers-dry-run --help --version
+    --export-ncdu --journal-json --journal-markdown --system-json --apps-json --leftovers-dry-run --leftovers-json \
+    --help --version
 set -l first "not __orbel_has $commands"
 
 for program in orbel ostrevo-orbel
     complete -c $program -f
     complete -c $program -n "$first" -l scan-json -x -a "(__fish_complete_directories)" -d "Measure a folder"
     complete -c $program -n "$first" -l map-svg -x -a "(__fish_complete_directories)" -d "Draw the map of a folder"
+    complete -c $program -n "$first" -l export-ncdu -x -a "(__fish_complete_directories)" -d "Export a scan for ncdu"
     complete -c $program -n "$first" -l duplicates-json -x -a "(__fish_complete_directories)" -d "List identical files"
     complete -c $program -n "$first" -l large-json -x -a "(__fish_complete_directories)" -d "List large and old files"
     complete -c $program -n "$first" -l tidy-json -x -a "(__fish_complete_directories)" -d "List empty folders, broken shortcuts"
@@ -26,6 +28,7 @@ for program in orbel ostrevo-orbel
     complete -c $program -n "$first" -l system-json -d "List what commands free outside the home"
     complete -c $program -n "$first" -l apps-json -d "List applications"
     complete -c $program -n "$first" -l leftovers-dry-run -d "What would go with each application"
+    complete -c $program -n "$first" -l leftovers-json -d "The same as JSON, and what removed ones left"
     complete -c $program -n "$first" -s h -l help -d "Print the usage"
     complete -c $program -n "$first" -s V -l version -d "Print the version"
     complete -c $program -n "__orbel_has --scan-json" -l top -x -d "List so many entries"
@@ -35,12 +38,12 @@ for program in orbel ostrevo-orbel
     complete -c $program -n "__orbel_has --duplicates-json" -l details -d "Add what each copy takes on disk"
     complete -c $program -n "__orbel_has --large-json" -l min-bytes -x -d "Smallest size"
     complete -c $program -n "__orbel_has --large-json" -l unused-days -x -d "Days without a use"
-    complete -c $program -n "__orbel_has --scan-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json" -l exclude -r -F -d "Leave out what matches"
+    complete -c $program -n "__orbel_has --scan-json --map-svg --export-ncdu --duplicates-json --large-json --tidy-json --rebuildable-json" -l exclude -r -F -d "Leave out what matches"
     complete -c $program -n "__orbel_has --trash" -l files0-from -r -F -d "Take the paths from a file"
     complete -c $program -n "__orbel_has --trash" -l keep -r -F -d "Move only copies of this file"
     complete -c $program -n "__orbel_has --trash" -l dry-run -d "Check, and write nothing"
     complete -c $program -n "__orbel_has --journal-json --journal-markdown" -l since -x -d "From this date on"
-    complete -c $program -n "__orbel_has --trash --map-svg" -F
+    complete -c $program -n "__orbel_has --trash --map-svg --export-ncdu" -F
 end
 
 complete -c ostrevo-orbel -n "$first" -l scan -x -a "(__fish_complete_directories) volume" -d "Measure at once"

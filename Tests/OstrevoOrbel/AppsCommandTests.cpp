@@ -80,5 +80,31 @@ TEST_F(AppsCommandTest, PrintsWhatWouldGoAndMovesNothing) {
     EXPECT_FALSE(std::filesystem::exists(home.trash()));
 }
 
+TEST_F(AppsCommandTest, PrintsTheSameAsJsonAndWhatRemovedOnesLeft) {
+    home.file(".cache/org.orbeltest.Gone/x", 90'000);
+    home.file(".config/org.orbeltest.Gone/x", 100);
+    home.file("snap/orbeltest-gone/1/x", 500'000);
+    const auto report = home.json({"--leftovers-json"}, 0);
+    const auto apps = report.at("apps");
+    EXPECT_EQ(apps.size(), home.json({"--apps-json"}, 0).at("apps").size());
+    const auto sample = std::ranges::find_if(apps, [](const json& app) { return app["name"] == "Sam ple"; });
+    ASSERT_NE(sample, apps.end());
+    EXPECT_EQ(sample->at("items").size(), 4);
+    const auto cache = sample->at("items")[2];
+    EXPECT_EQ(cache["path"], home.path(".cache/org.orbeltest.Sample"));
+    EXPECT_TRUE(cache["preselected"] && cache["bytes"] > 0 && cache["evidence"].is_string());
+
+    const auto removed = report.at("removed");
+    ASSERT_EQ(removed.size(), 2) << removed;
+    EXPECT_EQ(removed[0]["kind"], "snap");
+    EXPECT_EQ(removed[0]["items"][0]["preselected"], false);
+    EXPECT_EQ(removed[1]["id"], "org.orbeltest.Gone");
+    EXPECT_EQ(removed[1]["kind"], "id");
+    for (const auto& item : removed[1]["items"]) {
+        EXPECT_EQ(item["preselected"], item["path"] == home.path(".cache/org.orbeltest.Gone"));
+        EXPECT_TRUE(item["evidence"].get<std::string>().contains("whole id"));
+    }
+}
+
 } // namespace
 } // namespace orbel

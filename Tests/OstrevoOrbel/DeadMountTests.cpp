@@ -72,6 +72,7 @@ TEST_F(DeadMount, NoCommandWaitsForIt) {
                                                       {"--system-json"},
                                                       {"--apps-json"},
                                                       {"--leftovers-dry-run"},
+                                                      {"--leftovers-json"},
                                                       {"--journal-json"},
                                                       {"--put-back", "last"}})
             EXPECT_LE(run(words).status, 1) << words.front();

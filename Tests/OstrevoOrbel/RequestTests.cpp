@@ -80,6 +80,7 @@ TEST(Request, RefusesWhatACommandDoesNotUnderstand) {
                                    {"--tidy-json", "/", "--apps-json"},
                                    {"--apps-json", "x"},
                                    {"--system-json", "/"},
+                                   {"--leftovers-json", "x"},
                                    {"--apps-json=x"},
                                    {"--journal-json", "--open", "map"}})
         EXPECT_NE(errorOf(words), "none") << testing::PrintToString(words);

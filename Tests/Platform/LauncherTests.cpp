@@ -164,6 +164,12 @@ TEST(ExecResolver, SaysMissingOnlyWhenThatIsCertain) {
         EXPECT_EQ(resolver.resolve(exec).state, state) << exec;
     EXPECT_EQ(resolver.resolve("app").program, program);
 
+    auto further = resolver;
+    further.namedInstallations = {folder.path("disk that is not there")};
+    further.flatpakInstallations.push_back(further.namedInstallations[0]);
+    EXPECT_EQ(further.resolve("flatpak run org.example.Gone").state, unknown);
+    EXPECT_EQ(further.resolve("flatpak run org.example.App").state, found);
+
     const auto entry = [&](const std::string& lines) {
         return resolver.resolve(DesktopEntry::parse("[Desktop Entry]\n" + lines));
     };

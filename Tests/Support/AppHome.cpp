@@ -1,6 +1,7 @@
 #include "Support/AppHome.h"
 
 #include "Platform/Linux/Portable/LinuxApplications.h"
+#include "Platform/Linux/Portable/LinuxInstalledIds.h"
 #include "Platform/Linux/Portable/LinuxPlaces.h"
 #include "Support/RunProgram.h"
 #include "Util/PathText.h"
@@ -57,6 +58,24 @@ std::string AppHome::systemLauncher(std::string_view id, const std::string& exec
                     + std::string(more));
 }
 
+platform::ExecResolver AppHome::resolver() const {
+    return {.searchPath = {path("usr/bin")},
+            .flatpakInstallations = {path(".local/share/flatpak"), path("var/lib/flatpak")},
+            .snapFolders = {path("snaps")},
+            .outOfReach = {},
+            .namedInstallations = namedInstallations};
+}
+
+platform::InstalledIds AppHome::installedIds() const {
+    auto search = platform::installedIdSearch(path(), resolver(), {.dataFolders = path("system")});
+    const auto isReal = [this](const std::string& folder) { return !isPathInside(folder, path()); };
+    std::erase_if(search.entryFolders, isReal);
+    std::erase_if(search.namedFolders, isReal);
+    search.snapFiles = path("snapd");
+    search.databases = {.dpkg = path("dpkg"), .pacman = path("pacman"), .rpm = {}};
+    return platform::linuxInstalledIds(search);
+}
+
 std::vector<InstalledApp> AppHome::inventory() const {
     const auto places = platform::linuxPlaces(path(), {});
     auto apps = platform::linuxApplications(
@@ -65,10 +84,7 @@ std::vector<InstalledApp> AppHome::inventory() const {
                      path(".local/share/flatpak/exports/share/applications"), path("Applications"),
                      path("bin"), path("Downloads"), path("Desktop")},
          .programFolders = places.programFolders,
-         .resolver = {.searchPath = {path("usr/bin")},
-                      .flatpakInstallations = {path(".local/share/flatpak"), path("var/lib/flatpak")},
-                      .snapFolders = {path("snaps")},
-                      .outOfReach = {}},
+         .resolver = resolver(),
          .owners = [this](const std::set<std::string>&) { return owners; },
          .isWritable = [](const std::string& place) { return ::access(place.c_str(), W_OK) == 0; },
          .user = user,

@@ -2,6 +2,8 @@
 
 #include "Find/InstalledApp.h"
 #include "Find/LeftoverMatcher.h"
+#include "Platform/InstalledIds.h"
+#include "Platform/Linux/Portable/ExecResolver.h"
 #include "Platform/Linux/Portable/PackageOwners.h"
 #include "Support/MoverHome.h"
 
@@ -34,12 +36,18 @@ public:
     /// All others.
     std::vector<InstalledApp> othersThan(const InstalledApp& app) const;
     LeftoverMatcher matcher() const;
+    /// What is installed: as the inventory has it; the packages of a database of dpkg's in "dpkg".
+    platform::InstalledIds installedIds() const;
 
     std::map<std::string, platform::PackageOwner> owners;
     std::map<std::string, std::string> otherPrograms; ///< by name, programs that are no applications
+    std::vector<std::string> namedInstallations;      ///< of flatpak
     std::uint32_t user;
 
     AppHome();
+
+private:
+    platform::ExecResolver resolver() const;
 };
 
 } // namespace orbel::test

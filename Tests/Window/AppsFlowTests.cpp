@@ -19,6 +19,7 @@ struct AppsFlowOn : testing::Test {
         std::mutex mutex;
         std::vector<InstalledApp> apps;
         std::vector<platform::RunningProgram> running;
+        platform::InstalledIds ids = SampleApps::installedIds();
         std::atomic<int> readings = 0;
         std::atomic<int> plans = 0;
         std::atomic<bool> isHeld = false; ///< the next reading or plan waits until this is false
@@ -47,6 +48,11 @@ struct AppsFlowOn : testing::Test {
             waitIfFirst(*told, told->plans++);
             const std::scoped_lock lock(told->mutex);
             return told->running;
+        };
+        scene.environment.seenPackagesPath = sample.home.path("journal/installed.json");
+        scene.environment.installedIds = [told = world] {
+            const std::scoped_lock lock(told->mutex);
+            return told->ids;
         };
         scene.environment.askToQuit = [told = world](const auto& /*running*/) { return told->mayBeAsked; };
     }
@@ -170,6 +176,78 @@ TEST_F(AppsFlowOn, WhatMovesLeavesTheListsAndComesBack) {
     scene.waitUntil([this] { return !moves().isPuttingBack() && !flow().isBusy(); });
     EXPECT_TRUE(std::filesystem::exists(sample.app("Aster").path));
     EXPECT_EQ(flow().list()->rowOf(sample.app("Aster").path), 0);
+}
+
+TEST_F(AppsFlowOn, WhatRemovedAppsLeftIsAGroupBelowTheAppsWhateverTheOrder) {
+    const QAbstractItemModelTester tester(flow().list());
+    const QAbstractItemModelTester rows(flow().leftovers());
+    read();
+    const auto group = [this] {
+        QStringList names;
+        for (int row = flow().list()->rowCount() - 1;
+             row >= 0 && flow().list()->value(row, "section") == QStringLiteral("removed"); --row)
+            names.prepend(flow().list()->value(row, "name").toString());
+        return names.join(QLatin1Char(' '));
+    };
+    EXPECT_EQ(group(), QStringLiteral("org.example.Willow poplar"));
+    EXPECT_EQ(flow().summary(), QStringLiteral("13 apps")) << "they are none of them";
+    EXPECT_TRUE(flow().removedText().startsWith(QStringLiteral("2 apps · 2")));
+    flow().sortBy(true);
+    flow().sortBy(true);
+    EXPECT_EQ(group(), QStringLiteral("poplar org.example.Willow"));
+    flow().setFindText(QStringLiteral("willow"));
+    EXPECT_EQ(flow().shownText(), QStringLiteral("0 of 13 apps"));
+    EXPECT_EQ(flow().list()->rowCount(), 1);
+
+    flow().select(0);
+    scene.waitUntil([this] { return !flow().isBusy(); });
+    EXPECT_TRUE(flow().selected().removed);
+    ASSERT_EQ(flow().leftovers()->rowCount(), 2);
+    EXPECT_EQ(flow().ticks()->count(), 1) << "the cache";
+    EXPECT_EQ(told(1, "title"), QStringLiteral("~/.var/app/org.example.Willow"));
+    EXPECT_FALSE(told(1, "detail").isEmpty());
+    flow().toggleTick(1);
+    moves().review(flow().ticks());
+    moves().confirm();
+    scene.waitUntil([this] { return moves().isReporting() && !flow().isBusy(); });
+    EXPECT_EQ(moves().report()->moved()->rowCount(), 2);
+    EXPECT_FALSE(flow().selected().valid);
+    flow().setFindText({});
+    EXPECT_EQ(group(), QStringLiteral("poplar"));
+    moves().putBackAll();
+    scene.waitUntil([this] { return !moves().isPuttingBack() && !flow().isBusy(); });
+    EXPECT_EQ(group(), QStringLiteral("poplar org.example.Willow"));
+}
+
+TEST_F(AppsFlowOn, WhatACommandRemovedIsAtHandUntilItIsLetStay) {
+    scene.environment.options.openScreen = Screen::uninstall;
+    const auto launcher = sample.home.file("launchers/birch.desktop");
+    auto& birch = *std::ranges::find(world->apps, "Birch", &InstalledApp::name);
+    birch.path = launcher;
+    read();
+    flow().select(flow().list()->rowOf(launcher));
+    scene.waitUntil([this] { return !flow().isBusy(); });
+    EXPECT_FALSE(flow().selected().removed);
+    {
+        const std::scoped_lock lock(world->mutex);
+        std::erase_if(world->apps, [](const InstalledApp& app) { return app.name == "Birch"; });
+        world->ids.packages["dpkg"] = {"base"};
+    }
+    std::filesystem::remove(launcher);
+    scene.waitUntil([this] { return flow().selected().removed && !flow().isBusy(); });
+    EXPECT_EQ(flow().selected().name, QStringLiteral("Birch"));
+    EXPECT_TRUE(flow().selected().explanation.startsWith(QStringLiteral("It was on ")));
+    ASSERT_EQ(flow().leftovers()->rowCount(), 1);
+    EXPECT_EQ(told(0, "title"), QStringLiteral("~/.cache/org.example.Birch"));
+    EXPECT_EQ(flow().ticks()->count(), 1);
+    flow().dismissRemoved();
+    scene.waitUntil([this] { return !flow().isBusy(); });
+    EXPECT_FALSE(flow().selected().valid);
+    flow().readAgain();
+    scene.waitUntil([this] { return !flow().isBusy(); });
+    flow().setFindText(QStringLiteral("birch"));
+    EXPECT_EQ(flow().list()->rowCount(), 0);
+    EXPECT_TRUE(std::filesystem::exists(sample.home.path(".cache/org.example.Birch/thumbs")));
 }
 
 TEST_F(AppsFlowOn, ARunningAppIsLockedUntilItHasQuit) {

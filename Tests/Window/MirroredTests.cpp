@@ -149,9 +149,11 @@ TEST_P(WindowMirrored, HasItsRowsOnTheOtherSide) {
     for (const auto* name : {"Videos/harbour.mkv", "Downloads/harbour.mkv", "Downloads/old/harbour.mkv"})
         past.home.file(name, std::string(2'000'000, 'h'));
     past.home.folder("Downloads/empty/inside");
+    past.home.file("snap/poplar/common/state");
     useRealHome(scene.environment, past.home.path());
     scene.environment.journalPath = past.journalPath;
     scene.environment.installedApps = [apps = sample.inventory] { return apps; };
+    scene.environment.installedIds = SampleApps::installedIds;
     past.move("old", {"proxies.mov", "statement.pdf"}, "2026-01-02T17:40:00Z");
     past.skip("old", "kit_011.wav", "2026-01-02T17:40:00Z");
     open(scene);

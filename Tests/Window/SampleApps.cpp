@@ -13,6 +13,9 @@ SampleApps::SampleApps() {
     home.file(".config/org.example.Aster/settings", 12'000);
     home.file(".local/share/aster/notes", 30'000);
     home.file(".cache/org.example.Birch/thumbs", 90'000);
+    home.file(".var/app/org.example.Willow/data/notes", 150'000);
+    home.file(".cache/org.example.Willow/thumbs", 40'000);
+    home.file("snap/poplar/common/state", 20'000);
     home.file("icons/aster.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" width="64" height="64">)"
                                  R"(<circle cx="32" cy="32" r="28" fill="#0b6170"/></svg>)");
     inventory.push_back({.path = home.path("Applications/Aster.AppImage"),
@@ -33,6 +36,8 @@ SampleApps::SampleApps() {
                          .source = "Debian package",
                          .reason = "Remove it with the package manager",
                          .command = "sudo apt remove birch",
+                         .manager = "dpkg",
+                         .package = "birch",
                          .packageBytes = 312'000'000,
                          .identifiers = {"org.example.Birch"}});
     inventory.push_back({.path = "/usr/share/applications/cedar.desktop",
@@ -57,6 +62,10 @@ SampleApps::SampleApps() {
 
 const InstalledApp& SampleApps::app(const std::string& name) const {
     return *std::ranges::find(inventory, name, &InstalledApp::name);
+}
+
+platform::InstalledIds SampleApps::installedIds() {
+    return {.packages = {{"dpkg", {"base", "birch"}}, {"flatpak", {}}, {"snap", {}}}};
 }
 
 platform::RunningProgram SampleApps::runningAster() const {

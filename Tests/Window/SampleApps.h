@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Find/InstalledApp.h"
+#include "Platform/InstalledIds.h"
 #include "Platform/RunningPrograms.h"
 #include "Support/TemporaryFolder.h"
 
@@ -21,6 +22,9 @@ public:
     /// The one of that name.
     const InstalledApp& app(const std::string& name) const;
     platform::RunningProgram runningAster() const;
+    /// What is installed besides: Birch's package, and neither "org.example.Willow", of which a sandbox and a
+    /// cache are left, nor the snap "poplar".
+    static platform::InstalledIds installedIds();
 };
 
 } // namespace orbel::test

@@ -112,6 +112,7 @@ TEST(WindowSnapshotOf, AppsAndWhatTheyLeave) {
         WindowScene scene;
         scene.environment.home = sample.home.path();
         scene.environment.installedApps = [apps = sample.inventory] { return apps; };
+        scene.environment.installedIds = SampleApps::installedIds;
         const auto isRunning = std::make_shared<std::atomic<bool>>(false);
         scene.environment.runningPrograms = [isRunning, aster = sample.runningAster()] {
             return *isRunning ? std::vector{aster} : std::vector<platform::RunningProgram>();
@@ -132,8 +133,21 @@ TEST(WindowSnapshotOf, AppsAndWhatTheyLeave) {
         scene.press(Qt::Key_Return);
         rest();
         keepPicture(scene, name.arg(QStringLiteral("own")));
-        if (scene.isShown(QStringLiteral("uninstall.back")))
+        if (scene.isShown(QStringLiteral("uninstall.back"))) {
+            scene.press(Qt::Key_Escape);
+            scene.press(Qt::Key_End);
+            rest();
+            keepPicture(scene, name.arg(QStringLiteral("list")));
+            scene.press(Qt::Key_Return);
+            rest();
+            keepPicture(scene, name.arg(QStringLiteral("removed")));
             continue;
+        }
+        scene.press(Qt::Key_End);
+        rest();
+        keepPicture(scene, name.arg(QStringLiteral("removed")));
+        scene.press(Qt::Key_Home);
+        rest();
         *isRunning = true;
         scene.press(Qt::Key_Down);
         scene.press(Qt::Key_Up);

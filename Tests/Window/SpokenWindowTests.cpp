@@ -223,9 +223,11 @@ struct FilledWindow : SpokenWindow {
                 std::string(2'000'000, QLatin1String(name).contains(QLatin1String("harb")) ? 'h' : 'f'));
         past.home.folder("Downloads/empty/inside");
         past.home.folder("Downloads/hollow");
+        past.home.file("snap/poplar/common/state");
         useRealHome(environment, past.home.path());
         environment.journalPath = past.journalPath;
         environment.installedApps = [apps = sample.inventory] { return apps; };
+        environment.installedIds = SampleApps::installedIds;
         past.move("old", {"proxies.mov", "statement.pdf"}, "2026-01-02T17:40:00Z");
         past.skip("old", "kit_011.wav", "2026-01-02T17:40:00Z");
         open();

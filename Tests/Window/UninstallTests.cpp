@@ -13,7 +13,9 @@ namespace {
 struct UninstallInTheWindow : testing::Test {
     void open(int width = 1440, int height = 900) {
         scene.environment.home = sample.home.path();
+        scene.environment.seenPackagesPath = scene.folder() + "/installed.json";
         scene.environment.installedApps = [apps = sample.inventory] { return apps; };
+        scene.environment.installedIds = SampleApps::installedIds;
         scene.environment.runningPrograms = [told = isRunning, aster = sample.runningAster()] {
             return *told ? std::vector{aster} : std::vector<platform::RunningProgram>();
         };
@@ -101,6 +103,34 @@ TEST_F(UninstallInTheWindow, ARunningAppIsAskedToQuitAndThenUnlocked) {
     EXPECT_EQ(flow().ticks()->count(), 1);
 }
 
+TEST_F(UninstallInTheWindow, KeysLeadToWhatARemovedAppLeft) {
+    open();
+    EXPECT_TRUE(scene.says(QStringLiteral("Left by removed applications")));
+    scene.press(Qt::Key_End);
+    rest();
+    EXPECT_EQ(flow().selected().name, QStringLiteral("poplar"));
+    EXPECT_TRUE(scene.says(QStringLiteral("poplar is not installed any more.")));
+    scene.press(Qt::Key_Up);
+    rest();
+    EXPECT_EQ(flow().ticks()->count(), 1);
+    scene.press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(scene.requests().copied.toStdString(), sample.home.path(".cache/org.example.Willow"));
+    scene.press(Qt::Key_Tab);
+    scene.press(Qt::Key_Down);
+    scene.press(Qt::Key_Space);
+    EXPECT_EQ(flow().ticks()->count(), 2);
+    scene.press(Qt::Key_Delete);
+    EXPECT_TRUE(scene.app().moves()->isConfirming());
+    scene.press(Qt::Key_Escape);
+    scene.click(QStringLiteral("uninstall.note.action"));
+    rest();
+    EXPECT_FALSE(flow().selected().removed);
+    EXPECT_EQ(flow().list()->rowCount(), 14);
+    scene.press(Qt::Key_F, Qt::ControlModifier);
+    scene.press(Qt::Key_B);
+    EXPECT_FALSE(scene.says(QStringLiteral("Left by removed applications"))) << "none of them matches";
+}
+
 TEST_F(UninstallInTheWindow, WhereThereIsLittleRoomTheListOrTheAppIsShown) {
     open(800, 560);
     EXPECT_FALSE(scene.isShown(QStringLiteral("uninstall.leftovers")));
@@ -112,6 +142,13 @@ TEST_F(UninstallInTheWindow, WhereThereIsLittleRoomTheListOrTheAppIsShown) {
     scene.press(Qt::Key_Return);
     scene.click(QStringLiteral("uninstall.back"));
     EXPECT_TRUE(scene.isShown(QStringLiteral("uninstall.apps")));
+    scene.press(Qt::Key_End);
+    scene.press(Qt::Key_Return);
+    rest();
+    scene.click(QStringLiteral("uninstall.note.action"));
+    rest();
+    EXPECT_TRUE(hasFocusIn(QStringLiteral("uninstall.apps")))
+        << "what was let stay is not to be seen any more";
 }
 
 } // namespace orbel::test

@@ -1,5 +1,6 @@
 #include "Find/LeftoverMatcher.h"
 
+#include "Find/AppNames.h"
 #include "Find/CommonWords.h"
 #include "Platform/Applications.h"
 #include "Platform/FileStatus.h"
@@ -29,17 +30,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// "org.example.App": parts, of which the first ones name its maker.
-bool isReverseDns(std::string_view id) {
-    constexpr std::ptrdiff_t fewestDots = 2;
-    return std::ranges::count(id, '.') >= fewestDots && !id.starts_with('.') && !id.ends_with('.')
-           && !id.contains("..") && !id.contains('/');
-}
-
-std::string_view lastPart(std::string_view id) {
-    return id.substr(id.rfind('.') + 1);
-}
-
 bool isAny(const auto& values, std::string_view value) {
     return std::ranges::any_of(values, [&](const auto& each) { return value == each; });
 }
@@ -60,34 +50,6 @@ std::string_view withoutMachine(std::string_view name) {
         || !std::ranges::all_of(name.substr(name.size() - uuidSize), isUuid))
         return name;
     return name.substr(0, name.size() - uuidSize - 1);
-}
-
-/// All names that an application might use, in lower case.
-std::set<std::string> everyNameOf(const InstalledApp& app) {
-    std::set<std::string> names;
-    const auto add = [&](std::string_view name) {
-        auto lower = lowerCase(name);
-        if (lower.contains(' ')) {
-            auto dashed = lower;
-            std::ranges::replace(dashed, ' ', '-');
-            names.insert(std::move(dashed));
-            auto joined = lower;
-            std::erase(joined, ' ');
-            names.insert(std::move(joined));
-        }
-        names.insert(std::move(lower));
-    };
-    add(app.name);
-    for (const auto* list : {&app.identifiers, &app.names, &app.appGroups})
-        for (const auto& name : *list) {
-            add(name);
-            add(lastPart(name));
-        }
-    for (const auto& program : app.executables)
-        add(lastPathComponent(program));
-    if (app.bundleID)
-        add(*app.bundleID);
-    return names;
 }
 
 /// Whether the maker's name is a part of one of the names.
@@ -164,7 +126,7 @@ LeftoverMatcher::LeftoverMatcher(std::string home, const std::string& systemLibr
         list(folder, Kind::hidden, false, paths);
     // A folder that all programs, or all of one maker, share lies itself where leftovers may lie.
     std::erase_if(candidates_, [&](const Candidate& candidate) {
-        const auto path = joinedPath(candidate.folder, candidate.name);
+        const auto path = candidate.path();
         return isAny(places.leftoverFolders, path) || isAny(places.vendorFolders, path);
     });
 }
@@ -211,7 +173,6 @@ std::vector<Leftover> LeftoverMatcher::matches(const InstalledApp& app, std::spa
         return !program.empty() && !isAny(app.executables, program);
     };
     Names names{.ids = {}, .words = {}, .groups = app.appGroups, .app = &app, .others = others};
-    constexpr std::size_t shortestWord = 4;
     auto given = app.identifiers;
     given.insert(given.end(), app.names.begin(), app.names.end());
     for (const auto& name : given) {
@@ -221,8 +182,8 @@ std::vector<Leftover> LeftoverMatcher::matches(const InstalledApp& app, std::spa
         if (isReverseDns(name)) {
             if (!isAny(names.ids, name))
                 names.ids.push_back(name);
-        } else if (word.size() >= shortestWord && !word.contains('/') && !isCommonWord(word)
-                   && !isAny(names.words, word) && !isOthersProgram(name) && !isOthersProgram(word)) {
+        } else if (isTellingWord(word) && !isAny(names.words, word) && !isOthersProgram(name)
+                   && !isOthersProgram(word)) {
             names.words.push_back(std::move(word));
         }
     }
@@ -232,7 +193,7 @@ std::vector<Leftover> LeftoverMatcher::matches(const InstalledApp& app, std::spa
     for (const auto& candidate : candidates_) {
         if ((candidate.kind == Kind::systemLibrary) != forAllUsers)
             continue;
-        Leftover leftover{.path = joinedPath(candidate.folder, candidate.name),
+        Leftover leftover{.path = candidate.path(),
                           .folder = candidate.folder,
                           .needsAdmin = forAllUsers,
                           .isLaunchAgent = candidate.kind == Kind::autostart

@@ -3,6 +3,7 @@
 #include "Find/InstalledApp.h"
 #include "Platform/Places.h"
 #include "Util/PathResolver.h"
+#include "Util/PathText.h"
 
 #include <cstdint>
 #include <functional>
@@ -38,6 +39,30 @@ struct Leftover {
 /// What lies where leftovers may lie is listed once, at construction; after that it is immutable.
 class LeftoverMatcher {
 public:
+    /// What a folder is to programs, which decides on the rule.
+    enum class Kind : std::uint8_t {
+        data,
+        sandbox,
+        vendor,
+        hidden,
+        autostart,
+        launchers,
+        icons,
+        library,
+        systemLibrary
+    };
+
+    /// Something that lies where leftovers may lie.
+    struct Candidate {
+        std::string folder;
+        std::string name;
+        Kind kind = Kind::data;
+        bool isDirectory = false;
+        bool isCache = false;
+
+        std::string path() const { return joinedPath(folder, name); }
+    };
+
     /// The real path of the program of a name, empty when there is none.
     using ProgramNamed = std::function<std::string(const std::string& name)>;
 
@@ -55,28 +80,10 @@ public:
     std::vector<Leftover> systemLeftovers(const InstalledApp& app,
                                           std::span<const InstalledApp> others) const;
 
+    /// All that was listed, of any application or of none.
+    const std::vector<Candidate>& candidates() const { return candidates_; }
+
 private:
-    /// What a folder is to programs, which decides on the rule.
-    enum class Kind : std::uint8_t {
-        data,
-        sandbox,
-        vendor,
-        hidden,
-        autostart,
-        launchers,
-        icons,
-        library,
-        systemLibrary
-    };
-
-    struct Candidate {
-        std::string folder;
-        std::string name;
-        Kind kind = Kind::data;
-        bool isDirectory = false;
-        bool isCache = false;
-    };
-
     struct Names;
 
     void list(const std::string& folder, Kind kind, bool isCache, PathResolver& paths);

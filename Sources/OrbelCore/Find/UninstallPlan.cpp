@@ -1,12 +1,8 @@
 #include "Find/UninstallPlan.h"
 
-#include "Delete/ItemNote.h"
-#include "Delete/ManageHint.h"
 #include "Platform/FileStatus.h"
 #include "Safety/RealPath.h"
 #include "Safety/SafetyPolicy.h"
-#include "Util/PathText.h"
-#include "Util/Utf8.h"
 
 #include <algorithm>
 #include <optional>
@@ -32,7 +28,7 @@ public:
         : app_(app), policy_(policy), measure_(measure), isRunning_(isRunning) {}
 
     DeletionItem ofApp(std::span<const InstalledApp> others) const {
-        auto item = itemAt(app_.path, {});
+        auto item = LeftoverItem::at(app_.path, {});
         item.title = app_.name;
         item.root = policy_.isApplication(app_.path) ? AllowedRoot::applicationBundle : AllowedRoot::homeItem;
         if (app_.status != Status::removable) {
@@ -54,10 +50,9 @@ public:
     DeletionItem ofOwnFile(const std::string& path) const {
         const auto status = platform::fileStatus(path);
         const bool isLink = status && status->type == platform::FileType::symbolicLink;
-        auto item = itemAt(path, isLink                       ? "A link into it"
-                                 : path.ends_with(".desktop") ? "Its launcher"
-                                                              : "Its icon");
-        item.root = AllowedRoot::leftover;
+        auto item = LeftoverItem::at(path, isLink                       ? "A link into it"
+                                           : path.ends_with(".desktop") ? "Its launcher"
+                                                                        : "Its icon");
         item.blockedReason = quitReason();
         if (!item.blockedReason)
             check(item);
@@ -65,8 +60,7 @@ public:
     }
 
     DeletionItem ofLeftover(const Leftover& leftover) const {
-        auto item = itemAt(leftover.path, leftover.evidence);
-        item.root = AllowedRoot::leftover;
+        auto item = LeftoverItem::at(leftover.path, leftover.evidence);
         if (app_.status != Status::removable)
             item.note = app_.name + " is still installed"
                         + (app_.command.empty() ? "" : ": " + app_.command + " removes it");
@@ -79,15 +73,6 @@ public:
     }
 
 private:
-    static DeletionItem itemAt(const std::string& path, const std::string& evidence) {
-        return {.id = std::string(rawValue(DeletionModule::uninstall)) + ":" + path,
-                .module = DeletionModule::uninstall,
-                .title = lossyUtf8(lastPathComponent(path)),
-                .detail = evidence.empty() ? path : path + " · " + evidence,
-                .path = path,
-                .scanStamp = FileStamp::of(path).value_or(FileStamp())};
-    }
-
     std::optional<std::string> quitReason() const {
         return isRunning_ ? std::optional(app_.name + " is running: quit it first") : std::nullopt;
     }
@@ -103,22 +88,7 @@ private:
         return std::nullopt;
     }
 
-    /// Measures it only when it may be moved at all.
-    void check(DeletionItem& item) const {
-        if (const auto refusal = policy_.check(item.path, item.root, item.scanStamp).refusal()) {
-            item.blockedReason = ManageHint::explain(item.path, *refusal, policy_.homePath());
-            return;
-        }
-        const auto measured = measure_ ? measure_(item.path) : TreeScanner::measure(item.path);
-        item.estimatedBytes = measured.bytes;
-        item.note = ItemNote::withUnreadable(item.note, measured.unreadable);
-        if (measured.protectedInside)
-            item.blockedReason =
-                "Contains protected data: " + tildePath(*measured.protectedInside, policy_.homePath());
-        else if (measured.otherVolumeInside)
-            item.blockedReason =
-                "Contains another volume: " + tildePath(*measured.otherVolumeInside, policy_.homePath());
-    }
+    void check(DeletionItem& item) const { LeftoverItem::check(item, policy_, measure_); }
 
     const InstalledApp& app_;
     const SafetyPolicy& policy_;

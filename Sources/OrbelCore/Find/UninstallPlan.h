@@ -1,10 +1,9 @@
 #pragma once
 
-#include "Delete/DeletionItem.h"
 #include "Find/InstalledApp.h"
+#include "Find/LeftoverItem.h"
 #include "Find/LeftoverMatcher.h"
 #include "Platform/RunningPrograms.h"
-#include "Scan/TreeScanner.h"
 
 #include <cstddef>
 #include <functional>
@@ -19,7 +18,7 @@ class SafetyPolicy;
 /// What goes with an application. A plain value, true for the moment in which it was made; each item is
 /// checked again when it is moved.
 struct UninstallPlan {
-    using Measure = std::function<TreeScanner::Measurement(const std::string& path)>;
+    using Measure = LeftoverItem::Measure;
     using Running = std::function<std::vector<platform::RunningProgram>()>;
 
     InstalledApp app;

@@ -29,6 +29,9 @@ struct InstalledApp {
     std::string source{};  ///< how it was installed, in words for people
     std::string reason{};  ///< why it is not removable, in words; empty when it is
     std::string command{}; ///< what removes it, for the user to run; empty when not known
+    /// What keeps its package, as in InstalledIds::packages; empty when nothing does.
+    std::string manager{};
+    std::string package{}; ///< its name there
     std::string icon{};    ///< a file, or a name in the desktop's icon themes; empty when it has none
     /// What its package takes on the disk, as the package says.
     std::optional<std::uint64_t> packageBytes{};

@@ -1,7 +1,7 @@
 #include "AppModel/AppEnvironment.h"
 
-#include "Delete/InUseChecker.h"
 #include "Find/AppInventory.h"
+#include "Find/SeenPackages.h"
 #include "Growth/GrowthStore.h"
 #include "Journal/JournalStore.h"
 #include "Platform/Home.h"
@@ -42,8 +42,11 @@ AppEnvironment AppEnvironment::ofThisUser() {
     const auto applicationSupport = platform::places(environment.home).applicationSupport;
     environment.journalPath = JournalStore::defaultPath(applicationSupport);
     // In another user's home, nothing is to be left.
-    if (!SafetyPolicy(environment.home).homeReason())
+    const SafetyPolicy policy(environment.home);
+    if (!policy.homeReason()) {
         environment.growthFolder = GrowthStore::defaultFolder(applicationSupport);
+        environment.seenPackagesPath = SeenPackages::defaultPath(applicationSupport);
+    }
     environment.scan = [](const std::string& root, const ScanCancellation& cancellation,
                           const ScanProgressCallback& progress, const Exclusions& exclusions) {
         return TreeScanner::scan(root, std::nullopt, cancellation, progress, exclusions);
@@ -59,7 +62,9 @@ AppEnvironment AppEnvironment::ofThisUser() {
     };
     environment.now = std::chrono::system_clock::now;
     environment.installedApps = [] { return AppInventory::scan(AppInventory::defaultFolders()); };
+    environment.installedIds = [home = policy.homePath()] { return platform::installedIds(home); };
     environment.runningPrograms = platform::runningPrograms;
+    environment.openFiles = [] { return InUseChecker::OpenFiles(takeMappedSnapshot()); };
     return environment;
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Delete/InUseChecker.h"
 #include "Delete/TrashOperations.h"
 #include "Find/InstalledApp.h"
 #include "Find/LargeOldQuery.h"
 #include "Find/SystemPlaces.h"
 #include "Launch/LaunchOptions.h"
+#include "Platform/InstalledIds.h"
 #include "Platform/MountTable.h"
 #include "Platform/RunningPrograms.h"
 #include "Ports/Appearance.h"
@@ -41,7 +43,8 @@ struct AppEnvironment {
     std::string dataVolumePath; ///< what "the whole disk" means
     std::string trashFolder;
     std::string journalPath;
-    std::string growthFolder; ///< of the summaries of earlier scans; empty when none are to be kept
+    std::string seenPackagesPath; ///< of what was installed; empty when it is not to be known later
+    std::string growthFolder;     ///< of the summaries of earlier scans; empty when none are to be kept
 
     /// Blocks until the scan is done. Progress comes on the thread that it is called on.
     std::function<ScanResult(const std::string& root, const ScanCancellation&, const ScanProgressCallback&,
@@ -63,7 +66,10 @@ struct AppEnvironment {
     std::function<std::chrono::system_clock::time_point()> now;
     /// The applications that are installed, those that show themselves first. Blocks.
     std::function<std::vector<InstalledApp>()> installedApps;
+    /// All names and packages that are installed; absent: nothing is taken for removed. Blocks.
+    std::function<platform::InstalledIds()> installedIds;
     std::function<std::vector<platform::RunningProgram>()> runningPrograms;
+    std::function<InUseChecker::OpenFiles()> openFiles; ///< absent: none are. Blocks.
     /// Asks these to quit, as their own menus would; false when none of them can be asked. Blocks.
     std::function<bool(const std::vector<platform::RunningProgram>&)> askToQuit;
 

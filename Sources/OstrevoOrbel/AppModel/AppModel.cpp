@@ -59,7 +59,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
     connect(&actions_, &ItemActions::inclusionWanted, &exclusions_, &ExclusionFlow::include);
     // What does not follow the tree is asked about again.
     connect(&exclusions_, &ExclusionFlow::changed, &duplicates_, &DuplicatesFlow::checkAll);
-    connect(&exclusions_, &ExclusionFlow::changed, &apps_, &AppsFlow::makePlan);
+    connect(&exclusions_, &ExclusionFlow::changed, &apps_, &AppsFlow::checkAgain);
     // What was moved leaves the tree, and what was put back returns to it, before the disk is
     // looked at again.
     connect(&moves_, &MoveFlow::moved, &treeEdits_, &TreeEdits::remove);

@@ -5,7 +5,9 @@
 #include "Models/Wording.h"
 #include "Platform/FileStatus.h"
 #include "Scan/TreeScanner.h"
+#include "Util/Iso8601.h"
 #include "Util/PathText.h"
+#include "Util/Utf8.h"
 
 #include <algorithm>
 #include <utility>
@@ -44,6 +46,38 @@ QString staysBehind(std::size_t leftovers, std::uint64_t bytes) {
         .arg(countOf(leftovers, AppsFlow::tr("item"), AppsFlow::tr("items")), ByteFigure(bytes).text());
 }
 
+QString sourceOf(RemovedApp::Kind kind) {
+    switch (kind) {
+    case RemovedApp::Kind::flatpak:
+        return QStringLiteral("Flatpak");
+    case RemovedApp::Kind::snap:
+        return QStringLiteral("Snap");
+    case RemovedApp::Kind::package:
+        return AppsFlow::tr("Package");
+    case RemovedApp::Kind::id:
+        break;
+    }
+    return AppsFlow::tr("Known by its id");
+}
+
+/// What is said of one that was removed, besides its names.
+AppFacts factsOf(const RemovedApp& app, AppFacts facts) {
+    facts.removed = true;
+    const bool wasInstalled = app.kind != RemovedApp::Kind::id;
+    facts.runningText = wasInstalled ? AppsFlow::tr("not installed any more") : AppsFlow::tr("not installed");
+    facts.total = ByteFigure(app.bytes()).text();
+    facts.parts = countOf(app.items.size(), AppsFlow::tr("item"), AppsFlow::tr("items"));
+    facts.warning = (wasInstalled ? AppsFlow::tr("%1 is not installed any more.")
+                                  : AppsFlow::tr("Nothing that is installed is called %1."))
+                        .arg(facts.name);
+    // At noon, so that it is the same day in nearly every time zone.
+    if (const auto day = parseIso8601(app.lastSeen + "T12:00:00Z"))
+        facts.explanation = AppsFlow::tr("It was on %1.").arg(dayText(*day)) + QLatin1Char(' ');
+    facts.explanation +=
+        AppsFlow::tr("What it left stays in this list until it is moved, or until you let it stay.");
+    return facts;
+}
+
 bool isCalled(const InstalledApp& app, const std::string& name) {
     const auto wanted = lowerCase(name);
     return app.path == name || lowerCase(app.name) == wanted
@@ -75,6 +109,7 @@ AppsFlow::AppsFlow(const AppEnvironment& environment, std::shared_ptr<const Safe
         leftovers_.remove(paths);
         for (const auto& path : paths)
             list_.remove(path);
+        dropRemovedItems(paths);
         readAgain();
     });
     connect(&moves, &MoveFlow::restored, this, [this] {
@@ -107,6 +142,8 @@ void AppsFlow::readAgain() {
 void AppsFlow::takeInventory(Inventory inventory) {
     inventory_ = std::move(inventory.apps);
     matcher_ = std::move(inventory.matcher);
+    const auto* const selected = list_.find(selectedPath_);
+    const auto was = selected == nullptr ? std::nullopt : std::optional(selected->app);
     // What was measured before stays until it is measured again.
     for (auto& entry : inventory.entries)
         if (const auto* known = list_.find(entry.app.path); known != nullptr && !entry.bytes)
@@ -114,11 +151,106 @@ void AppsFlow::takeInventory(Inventory inventory) {
     list_.setEntries(std::move(inventory.entries));
     measure();
     selectWanted();
-    if (list_.find(selectedPath_) != nullptr)
+    if (list_.find(selectedPath_) != nullptr) {
         makePlan();
-    else
+    } else {
         clearSelection();
+        if (was && !was->manager.empty())
+            awaited_ = was;
+    }
+    lookForRemoved();
     Q_EMIT changed();
+}
+
+void AppsFlow::lookForRemoved() {
+    removing_.run(
+        [look = RemovedLook::at(environment_, inventory_, matcher_, policy_, scan_.excluded().exclusions())](
+            const LatestJob::Run& run) { return look(run.cancellation()); },
+        [this](RemovedLook look) { takeRemoved(std::move(look)); });
+}
+
+void AppsFlow::takeRemoved(RemovedLook look) {
+    const bool wasRemoved = selectedRemoved() != nullptr;
+    removed_ = std::move(look.apps);
+    std::vector<AppsModel::Entry> entries;
+    entries.reserve(removed_.size());
+    for (const auto& [app, items] : removed_)
+        entries.push_back({.app = {.path = app.key(),
+                                   .name = app.name,
+                                   .bundleID = app.name == app.id ? "" : lossyUtf8(app.id),
+                                   .source = sourceOf(app.kind).toStdString()},
+                           .bytes = app.bytes(),
+                           .removedPath = app.items.front().path});
+    std::ranges::stable_sort(entries, {},
+                             [](const AppsModel::Entry& entry) { return lowerCase(entry.app.name); });
+    list_.setRemoved(std::move(entries));
+    for (const auto& failure : look.failures)
+        notice_.show(textOf(failure));
+    if (const auto* const removed = selectedRemoved())
+        takeRemovedPlan(*removed);
+    else if (wasRemoved)
+        clearSelection();
+    selectAwaited();
+    Q_EMIT changed();
+}
+
+void AppsFlow::selectAwaited() {
+    const auto gone = std::exchange(awaited_, std::nullopt);
+    if (!gone || !selectedPath_.empty())
+        return;
+    const auto found = std::ranges::find_if(removed_, [&](const RemovedLook::App& removed) {
+        const auto id = lowerCase(removed.app.id);
+        return id == lowerCase(gone->bundleID.value_or("")) || id == lowerCase(gone->package);
+    });
+    if (found != removed_.end())
+        selectPath(found->app.key());
+    else
+        notice_.show(tr("%1 is not installed any more, and left nothing that is certainly its own.")
+                         .arg(textOf(gone->name)));
+}
+
+const RemovedLook::App* AppsFlow::selectedRemoved() const {
+    const auto found = std::ranges::find_if(
+        removed_, [this](const RemovedLook::App& removed) { return removed.app.key() == selectedPath_; });
+    return found == removed_.end() ? nullptr : &*found;
+}
+
+/// What has moved is no leftover any more, before the next look says so.
+void AppsFlow::dropRemovedItems(const std::vector<std::string>& paths) {
+    const auto hasMoved = [&](const DeletionItem& item) {
+        return std::ranges::find(paths, item.path) != paths.end();
+    };
+    for (auto& [app, items] : removed_) {
+        std::erase_if(app.items, hasMoved);
+        std::erase_if(items, [&](const TickedItem& ticked) { return hasMoved(ticked.item); });
+        if (items.empty())
+            list_.remove(app.key());
+    }
+    std::erase_if(removed_, [](const RemovedLook::App& removed) { return removed.items.empty(); });
+}
+
+void AppsFlow::dismissRemoved() {
+    if (selectedRemoved() == nullptr)
+        return;
+    const auto key = selectedPath_;
+    clearSelection();
+    std::erase_if(removed_, [&](const RemovedLook::App& removed) { return removed.app.key() == key; });
+    list_.remove(key);
+    removing_.run(
+        [key, packages = SeenPackages(environment_.seenPackagesPath)] { return packages.dismiss(key); },
+        [this](std::expected<void, std::string> written) {
+            if (!written)
+                notice_.show(textOf(written.error()));
+            lookForRemoved();
+        });
+    Q_EMIT changed();
+}
+
+void AppsFlow::checkAgain() {
+    if (!isLoaded())
+        return;
+    makePlan();
+    lookForRemoved();
 }
 
 /// One after another, so that the disk is left to whoever waits for something.
@@ -187,6 +319,7 @@ void AppsFlow::clearSelection() {
     selectedPath_.clear();
     plan_.reset();
     quitting_ = Quitting::notAsked;
+    isLauncherSeen_ = false;
     planDelay_.stop();
     runningPoll_.stop();
     planning_.drop();
@@ -202,6 +335,10 @@ void AppsFlow::makePlan() {
     if (entry == nullptr)
         return;
     planDelay_.stop();
+    if (const auto* const removed = selectedRemoved()) {
+        takeRemovedPlan(*removed);
+        return;
+    }
     planning_.run(
         [app = entry->app, inventory = inventory_, matcher = matcher_, policy = policy_,
          running = environment_.runningPrograms,
@@ -213,11 +350,6 @@ void AppsFlow::makePlan() {
 }
 
 void AppsFlow::takePlan(AppPlan made) {
-    const bool isFirst = std::exchange(preselects_, false);
-    std::vector<TickedItem> ticked;
-    for (const auto& item : made.items)
-        if (isFirst ? item.item.preselected : ticks_.contains(item.item.id))
-            ticked.push_back(item);
     if (made.plan.runningProcesses.empty())
         quitting_ = Quitting::notAsked;
     // What may not be moved from here is not measured for the plan, but may be known.
@@ -225,31 +357,54 @@ void AppsFlow::takePlan(AppPlan made) {
     if (auto& app = made.items.front().item; !app.isSelectable() && entry != nullptr)
         app.estimatedBytes = entry->bytes.value_or(0);
     plan_ = std::move(made.plan);
+    isLauncherSeen_ = plan_->items.front().scanStamp != FileStamp();
     // What stands above the rows is known before they come: a list measures its headings once.
     Q_EMIT changed();
     const auto noneText = plan_->app.status == Status::system
                               ? tr("A part of the system: what it keeps belongs to the system")
                               : tr("Nothing was found that is only this app’s");
-    leftovers_.set(std::move(made.items), plan_->ownItems, plan_->systemLeftovers, noneText);
-    ticks_.clear();
-    ticks_.tickAll(std::move(ticked));
-    if (plan_->runningProcesses.empty())
+    showItems(std::move(made.items), plan_->ownItems, plan_->systemLeftovers, noneText);
+    if (plan_->runningProcesses.empty() && plan_->app.command.empty())
         runningPoll_.stop();
     else
         runningPoll_.start();
     Q_EMIT changed();
 }
 
-/// While it runs, nothing of it can be ticked: the plan is made anew as soon as it has quit.
+void AppsFlow::takeRemovedPlan(const RemovedLook::App& removed) {
+    Q_EMIT changed();
+    showItems(removed.items, 0, {}, {});
+    Q_EMIT changed();
+}
+
+void AppsFlow::showItems(std::vector<TickedItem> items, std::size_t ownItems,
+                         const std::vector<Leftover>& forAdministrators, const QString& noneText) {
+    const bool isFirst = std::exchange(preselects_, false);
+    std::vector<TickedItem> ticked;
+    for (const auto& item : items)
+        if (isFirst ? item.item.preselected : ticks_.contains(item.item.id))
+            ticked.push_back(item);
+    leftovers_.set(std::move(items), ownItems, forAdministrators, noneText);
+    ticks_.clear();
+    ticks_.tickAll(std::move(ticked));
+}
+
+/// While it runs, nothing of it can be ticked: the plan is made anew as soon as it has quit. What a command
+/// removes leaves the list as soon as that is done.
 void AppsFlow::watchRunning() {
     if (polling_.isRunning() || isPlanning() || !plan_ || shown_.screen() != Screen::uninstall)
         return;
     polling_.run(
-        [app = plan_->app, running = environment_.runningPrograms] {
-            return UninstallPlan::runningOf(app, running()).empty();
+        [app = plan_->app, wasRunning = !plan_->runningProcesses.empty(),
+         running = environment_.runningPrograms] {
+            const bool isThere = platform::fileStatus(app.path).has_value();
+            return std::pair(isThere, wasRunning && UninstallPlan::runningOf(app, running()).empty());
         },
-        [this](bool hasQuit) {
-            if (hasQuit && !isPlanning()) {
+        [this](std::pair<bool, bool> seen) {
+            const auto [isThere, hasQuit] = seen;
+            if (std::exchange(isLauncherSeen_, isThere) && !isThere && !isLoading())
+                readAgain();
+            else if (hasQuit && !isPlanning()) {
                 preselects_ = ticks_.count() == 0;
                 makePlan();
             }
@@ -299,18 +454,24 @@ void AppsFlow::sortBy(bool size) {
 }
 
 QString AppsFlow::countText() const {
-    return isLoaded() ? orbel::countText(list_.entries().size()) : QString();
+    return isLoaded() ? orbel::countText(list_.installedCount()) : QString();
 }
 
 QString AppsFlow::summary() const {
-    return isLoaded() ? countOf(list_.entries().size(), tr("app"), tr("apps")) : QString();
+    return isLoaded() ? countOf(list_.installedCount(), tr("app"), tr("apps")) : QString();
 }
 
 QString AppsFlow::shownText() const {
-    const auto shown = static_cast<std::size_t>(list_.rowCount());
-    return !isLoaded() || shown == list_.entries().size()
+    const auto shown = static_cast<std::size_t>(list_.rowCount()) - list_.shownRemoved().count;
+    return !isLoaded() || shown == list_.installedCount()
                ? summary()
                : tr("%1 of %2").arg(orbel::countText(shown), summary());
+}
+
+QString AppsFlow::removedText() const {
+    const auto [count, bytes] = list_.shownRemoved();
+    return count == 0 ? QString()
+                      : tr("%1 · %2").arg(countOf(count, tr("app"), tr("apps")), ByteFigure(bytes).text());
 }
 
 AppFacts AppsFlow::selected() const {
@@ -325,6 +486,8 @@ AppFacts AppsFlow::selected() const {
     facts.initial = entry->initial();
     facts.version = textOf(app.version.value_or(""));
     facts.source = textOf(app.source);
+    if (const auto* const removed = selectedRemoved())
+        return factsOf(removed->app, std::move(facts));
     if (!plan_)
         return facts;
 

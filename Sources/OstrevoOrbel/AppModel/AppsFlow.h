@@ -3,6 +3,7 @@
 #include "AppModel/AppPlan.h"
 #include "AppModel/LatestJob.h"
 #include "AppModel/MoveFlow.h"
+#include "AppModel/RemovedLook.h"
 #include "Models/AppFacts.h"
 #include "Models/AppsModel.h"
 #include "Models/LeftoversModel.h"
@@ -18,12 +19,15 @@
 
 namespace orbel {
 
-/// The applications that are installed, and what would go with the one that is selected. Belongs to
-/// the AppModel; used on the main thread, while what takes long runs on threads of its own.
+/// The applications that are installed, what would go with the one that is selected, and what those left that
+/// were removed. Belongs to the AppModel; used on the main thread, while what takes long runs on threads of
+/// its own.
 ///
 /// The inventory is read when the screen is first shown, on request, and after moves to the Trash and back. A
 /// plan is made for the application that is selected; one that was made for another selection, or from an
-/// older inventory, is dropped. Only the first plan after a selection ticks anything.
+/// older inventory, is dropped. Only the first plan after a selection ticks anything. While the command that
+/// removes the selected one is shown, its launcher is watched: once it is gone, the inventory is read again,
+/// and what it left is selected in its place.
 class AppsFlow final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -34,6 +38,8 @@ class AppsFlow final : public QObject {
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
     /// "34 apps", "3 of 34 apps" when only those are shown; empty until known.
     Q_PROPERTY(QString shownText READ shownText NOTIFY changed)
+    /// "3 apps · 1.2 GB": those shown that were removed, and what they left; empty when there are none.
+    Q_PROPERTY(QString removedText READ removedText NOTIFY changed)
 
     Q_PROPERTY(orbel::AppsModel* list READ list CONSTANT)
     Q_PROPERTY(orbel::LeftoversModel* leftovers READ leftovers CONSTANT)
@@ -42,6 +48,7 @@ class AppsFlow final : public QObject {
     Q_PROPERTY(bool loading READ isLoading NOTIFY changed)
     /// It has been read at least once.
     Q_PROPERTY(bool loaded READ isLoaded NOTIFY changed)
+    Q_PROPERTY(bool anyListed READ isAnyListed NOTIFY changed)
     Q_PROPERTY(bool anyShown READ isAnyShown NOTIFY changed)
     Q_PROPERTY(QString findText READ findText WRITE setFindText NOTIFY changed)
     /// -1 when none is selected, or the selected one is not shown.
@@ -60,12 +67,15 @@ public:
     /// The screen is shown: reads the inventory, the first time.
     Q_INVOKABLE void open();
     Q_INVOKABLE void readAgain();
-    /// Finds out again what goes with the selected one.
-    void makePlan();
+    /// Finds out again what goes with the selected one, and what removed ones left.
+    void checkAgain();
     Q_INVOKABLE void select(int row);
     /// The other way round when the list is sorted by that already.
     Q_INVOKABLE void sortBy(bool size);
     Q_INVOKABLE void askToQuit();
+    /// Of the selected one, which was removed: leaves what it left where it is, and out of the list from now
+    /// on.
+    Q_INVOKABLE void dismissRemoved();
     Q_INVOKABLE void toggleTick(int leftoverRow);
     /// Ticks all rows of the selected application that may move.
     Q_INVOKABLE void tickAll();
@@ -79,13 +89,17 @@ public:
     QString countText() const;
     QString summary() const;
     QString shownText() const;
+    QString removedText() const;
     /// Something is still being read, measured or planned.
-    bool isBusy() const { return isLoading() || isPlanning() || sizing_.isRunning(); }
+    bool isBusy() const {
+        return isLoading() || isPlanning() || sizing_.isRunning() || removing_.isRunning();
+    }
     AppsModel* list() { return &list_; }
     LeftoversModel* leftovers() { return &leftovers_; }
     Ticks* ticks() { return &ticks_; }
     bool isLoading() const { return loading_.isRunning(); }
     bool isLoaded() const { return inventory_ != nullptr; }
+    bool isAnyListed() const { return !list_.entries().empty(); }
     bool isAnyShown() const { return list_.rowCount() > 0; }
     const QString& findText() const { return findText_; }
     void setFindText(const QString& text);
@@ -111,9 +125,18 @@ private:
 
     void takeInventory(Inventory inventory);
     void measure();
+    void lookForRemoved();
+    void takeRemoved(RemovedLook look);
+    void selectAwaited();
+    void dropRemovedItems(const std::vector<std::string>& paths);
+    const RemovedLook::App* selectedRemoved() const;
+    void makePlan();
     void selectPath(const std::string& path);
     void clearSelection();
     void takePlan(AppPlan made);
+    void takeRemovedPlan(const RemovedLook::App& removed);
+    void showItems(std::vector<TickedItem> items, std::size_t ownItems,
+                   const std::vector<Leftover>& forAdministrators, const QString& noneText);
     void watchRunning();
     void selectWanted();
 
@@ -124,6 +147,7 @@ private:
     Notice& notice_;
     std::shared_ptr<const std::vector<InstalledApp>> inventory_;
     std::shared_ptr<const LeftoverMatcher> matcher_;
+    std::vector<RemovedLook::App> removed_;
     AppsModel list_;
     Ticks ticks_;
     LeftoversModel leftovers_;
@@ -133,10 +157,14 @@ private:
     Quitting quitting_ = Quitting::notAsked;
     QString findText_;
     std::optional<std::string> wanted_; ///< what the command line asked to select
+    /// It was selected and is gone: what it left is selected in its place.
+    std::optional<InstalledApp> awaited_;
+    bool isLauncherSeen_ = false; ///< the selected one was there when it was looked for last
     QTimer planDelay_;
     QTimer runningPoll_;
     LatestJob loading_{"orbel.apps"};
     LatestJob sizing_{"orbel.app-sizes"};
+    LatestJob removing_{"orbel.removed"};
     LatestJob planning_{"orbel.app-plan"};
     LatestJob polling_{"orbel.running"};
     LatestJob quitJob_{"orbel.quit"};

@@ -7,11 +7,21 @@ namespace orbel {
 
 std::span<const Command* const> commandTable() {
     static constexpr std::array table{
-        &scanCommand,       &mapCommand,         &ncduCommand,
-        &duplicatesCommand, &largeCommand,       &tidyCommand,
-        &rebuildableCommand, &systemCommand,     &trashCommand,
-        &putBackCommand,    &journalJsonCommand, &journalMarkdownCommand,
-        &appsCommand,       &leftoversCommand,
+        &scanCommand,
+        &mapCommand,
+        &ncduCommand,
+        &duplicatesCommand,
+        &largeCommand,
+        &tidyCommand,
+        &rebuildableCommand,
+        &trashCommand,
+        &putBackCommand,
+        &journalJsonCommand,
+        &journalMarkdownCommand,
+        &systemCommand,
+        &appsCommand,
+        &leftoversCommand,
+        &leftoversJsonCommand,
     };
     return table;
 }

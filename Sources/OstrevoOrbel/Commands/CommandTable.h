@@ -22,6 +22,7 @@ extern const Command journalMarkdownCommand;
 extern const Command systemCommand;
 extern const Command appsCommand;
 extern const Command leftoversCommand;
+extern const Command leftoversJsonCommand;
 
 /// All of them, in the order of the help.
 std::span<const Command* const> commandTable();

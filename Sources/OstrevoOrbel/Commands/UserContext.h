@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Find/SeenPackages.h"
 #include "Growth/GrowthStore.h"
 #include "Journal/JournalStore.h"
 #include "Safety/SafetyPolicy.h"
@@ -21,6 +22,9 @@ public:
     /// The earlier scans. Must not be written to when the policy has a reason against the home.
     const GrowthStore& growthStore() const { return growthStore_; }
 
+    /// Which packages were installed. Must not be written to likewise.
+    const SeenPackages& seenPackages() const { return seenPackages_; }
+
     /// The journal as the last run left it; what is beside it is not looked at.
     std::shared_ptr<JournalStore> journal() const;
 
@@ -34,6 +38,7 @@ private:
     std::string trashFolder_;
     std::string journalPath_;
     GrowthStore growthStore_;
+    SeenPackages seenPackages_;
 };
 
 } // namespace orbel

@@ -29,6 +29,8 @@ class AppFacts {
     Q_PROPERTY(QString command MEMBER command)
     /// It runs, and has not been asked to quit.
     Q_PROPERTY(bool canAskToQuit MEMBER canAskToQuit)
+    /// It is not installed any more: only what it left is there.
+    Q_PROPERTY(bool removed MEMBER removed)
 
 public:
     bool valid = false;
@@ -44,6 +46,7 @@ public:
     QString explanation;
     QString command;
     bool canAskToQuit = false;
+    bool removed = false;
 
     bool operator==(const AppFacts&) const = default;
 };

@@ -8,12 +8,16 @@
 #include "Util/TextMatcher.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
+#include <tuple>
 #include <utility>
 
 namespace orbel {
 
 QString AppsModel::Entry::id(const std::string& home) const {
+    if (isRemoved())
+        return textOf(app.bundleID.value_or(""));
     if (app.status == InstalledApp::Status::removable || !app.bundleID)
         return textOf(tildePath(app.path, home));
     return textOf(*app.bundleID);
@@ -36,7 +40,12 @@ AppsModel::AppsModel(std::string home, QObject* parent) : RoleList(parent), home
     const auto of = [this](auto read) {
         return [this, read](int row) -> QVariant { return read(*at(row)); };
     };
-    setRoles({{"key", of([](const Entry& entry) { return keyOf(entry.app.path); })},
+    setRoles({{"key", of([](const Entry& entry) {
+                   return keyOf(entry.isRemoved() ? entry.removedPath : entry.app.path);
+               })},
+              {"section", of([](const Entry& entry) {
+                   return entry.isRemoved() ? QStringLiteral("removed") : QStringLiteral("installed");
+               })},
               {"name", of([](const Entry& entry) { return textOf(entry.app.name); })},
               {"identity", of([this](const Entry& entry) { return entry.id(home_); })},
               {"picture", of([](const Entry& entry) { return iconAddress(entry.app.icon); })},
@@ -47,7 +56,21 @@ AppsModel::AppsModel(std::string home, QObject* parent) : RoleList(parent), home
 
 void AppsModel::setEntries(std::vector<Entry> entries) {
     beginResetModel();
+    const auto installed = entries.size();
+    std::move(entries_.begin() + static_cast<std::ptrdiff_t>(installed_), entries_.end(),
+              std::back_inserter(entries));
+    installed_ = installed;
     entries_ = std::move(entries);
+    arrange();
+    endResetModel();
+}
+
+void AppsModel::setRemoved(std::vector<Entry> entries) {
+    if (entries.empty() && installed_ == entries_.size())
+        return;
+    beginResetModel();
+    entries_.resize(installed_);
+    std::ranges::move(entries, std::back_inserter(entries_));
     arrange();
     endResetModel();
 }
@@ -77,6 +100,7 @@ void AppsModel::remove(const std::string& path) {
     if (row >= 0)
         beginRemoveRows({}, row, row);
     entries_.erase(entry);
+    installed_ -= number < installed_ ? 1 : 0;
     std::erase(rows_, number);
     for (auto& each : rows_)
         each -= each > number ? 1 : 0;
@@ -115,17 +139,25 @@ void AppsModel::arrange() {
         return !matcher.isIn(entry.app.name) && !matcher.isIn(withoutIsolates(entry.id(home_)).toStdString())
                && !matcher.isIn(entry.app.source);
     });
-    if (!bySize_) {
-        if (descending_)
-            std::ranges::reverse(rows_);
-        return;
-    }
+    if (!bySize_ && descending_)
+        std::ranges::reverse(rows_);
     // What is not known comes last either way.
     const auto rank = [this](std::size_t number) {
-        const auto& bytes = entries_[number].bytes;
-        return std::pair(!bytes, descending_ ? ~bytes.value_or(0) : bytes.value_or(0));
+        const auto& [app, bytes, removedPath] = entries_[number];
+        const auto known = bySize_ ? bytes.value_or(0) : 0;
+        return std::tuple(!removedPath.empty(), bySize_ && !bytes, descending_ ? ~known : known);
     };
     std::ranges::stable_sort(rows_, {}, rank);
+}
+
+AppsModel::Removed AppsModel::shownRemoved() const {
+    Removed removed;
+    for (const auto number : rows_)
+        if (number >= installed_) {
+            ++removed.count;
+            removed.bytes += entries_[number].bytes.value_or(0);
+        }
+    return removed;
 }
 
 const AppsModel::Entry* AppsModel::find(const std::string& path) const {

@@ -11,7 +11,8 @@
 
 namespace orbel {
 
-/// The applications as a list: found by a text, sorted by name or by size. Used on the main thread.
+/// The applications as a list: found by a text, sorted by name or by size; below them in a section of their
+/// own those that were removed and left something. Used on the main thread.
 class AppsModel : public orbel::RoleList {
     Q_OBJECT
     QML_ELEMENT
@@ -23,8 +24,10 @@ class AppsModel : public orbel::RoleList {
 public:
     /// One application, as it is shown. A plain value.
     struct Entry {
-        InstalledApp app;
+        InstalledApp app; ///< of one that was removed, its key in place of the path
         std::optional<std::uint64_t> bytes;
+        std::string removedPath{}; ///< of what it left, when it was removed
+        bool isRemoved() const { return !removedPath.empty(); }
 
         /// What tells it from others of its name: its place where that is the application, else its id.
         QString id(const std::string& home) const;
@@ -34,7 +37,10 @@ public:
 
     explicit AppsModel(std::string home, QObject* parent = nullptr);
 
+    /// Those that are installed; those that were removed stay.
     void setEntries(std::vector<Entry> entries);
+    /// Those that were removed, which always come last.
+    void setRemoved(std::vector<Entry> entries);
     /// Absent: nothing is known of its size.
     void setBytes(const std::string& path, std::optional<std::uint64_t> bytes);
     void remove(const std::string& path);
@@ -44,6 +50,14 @@ public:
 
     /// All, shown or not.
     const std::vector<Entry>& entries() const { return entries_; }
+    std::size_t installedCount() const { return installed_; }
+
+    /// Those rows that were removed.
+    struct Removed {
+        std::size_t count = 0;
+        std::uint64_t bytes = 0;
+    };
+    Removed shownRemoved() const;
     const Entry* find(const std::string& path) const;
     const Entry* at(int row) const;
     /// -1 for one that is not shown.
@@ -62,6 +76,7 @@ private:
 
     std::string home_;
     std::vector<Entry> entries_;
+    std::size_t installed_ = 0; ///< how many of them, from the first, are
     std::vector<std::size_t> rows_;
     QString filter_;
     bool bySize_ = false;

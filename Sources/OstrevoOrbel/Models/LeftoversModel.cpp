@@ -1,5 +1,6 @@
 #include "Models/LeftoversModel.h"
 
+#include "Find/LeftoverItem.h"
 #include "Models/ByteFigure.h"
 #include "Models/ItemKey.h"
 #include "Models/Wording.h"
@@ -9,21 +10,6 @@
 #include <utility>
 
 namespace orbel {
-
-namespace {
-
-/// What an item's detail says behind its path.
-std::string_view evidenceOf(const DeletionItem& item) {
-    constexpr std::string_view between = " · ";
-    std::string_view detail = item.detail;
-    if (detail.starts_with(item.path))
-        detail.remove_prefix(item.path.size());
-    if (detail.starts_with(between))
-        detail.remove_prefix(between.size());
-    return detail;
-}
-
-} // namespace
 
 LeftoversModel::LeftoversModel(std::string home, const Ticks& ticks, QObject* parent)
     : RoleList(parent), home_(std::move(home)), ticks_(ticks) {
@@ -114,7 +100,7 @@ QString LeftoversModel::titleOf(const Row& row) const {
     if (!row.words.isEmpty())
         return row.words;
     const auto& item = row.ticked.item;
-    const bool isApp = row.section == Section::app && evidenceOf(item).empty();
+    const bool isApp = row.section == Section::app && LeftoverItem::evidence(item).empty();
     return textOf(isApp ? item.title : tildePath(item.path, home_));
 }
 
@@ -122,13 +108,13 @@ QString LeftoversModel::detailOf(const Row& row) const {
     if (!row.words.isEmpty())
         return {};
     const auto& item = row.ticked.item;
-    const auto evidence = evidenceOf(item);
+    const auto evidence = LeftoverItem::evidence(item);
     return textOf(evidence.empty() ? tildePath(item.path, home_) : std::string(evidence));
 }
 
 /// What it is itself, whatever most of its content is.
 ContentKind LeftoversModel::kindOf(const Row& row, int number) {
-    if (number == 0)
+    if (number == 0 && row.section == Section::app)
         return ContentKind::application;
     return row.ticked.item.scanStamp.isDirectory ? ContentKind::folder : row.ticked.kind;
 }

@@ -19,7 +19,8 @@ FocusScope {
 
     function sectionTitle(section: string): string {
         return section === "app" ? qsTr("The app")
-            : section === "leftovers" ? qsTr("Leftovers and why they belong to it")
+            : section === "leftovers" ? pane.facts.removed ? qsTr("What it left and why it is taken for that")
+                : qsTr("Leftovers and why they belong to it")
             : qsTr("An administrator would have to remove");
     }
     function sectionRemark(section: string): string {
@@ -239,6 +240,7 @@ FocusScope {
                 x: pane.padding
 
                 onQuitWanted: pane.flow.askToQuit()
+                onStayWanted: pane.flow.dismissRemoved()
             }
             Rectangle {
                 color: Theme.sunk

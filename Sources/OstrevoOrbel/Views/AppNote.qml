@@ -8,6 +8,7 @@ Item {
     required property appFacts facts
 
     signal quitWanted()
+    signal stayWanted()
 
     implicitHeight: visible ? column.implicitHeight + 24 : 0
     visible: facts.warning !== ""
@@ -20,13 +21,18 @@ Item {
         y: 12
 
         Banner {
-            action: note.facts.canAskToQuit ? qsTr("Ask It to Quit") : ""
+            action: note.facts.canAskToQuit ? qsTr("Ask It to Quit") : note.facts.removed ? qsTr("Let It Stay") : ""
             explanation: note.facts.explanation
             objectName: "uninstall.note"
             statement: note.facts.warning
             width: parent.width
 
-            onTriggered: note.quitWanted()
+            onTriggered: {
+                if (note.facts.removed)
+                    note.stayWanted();
+                else
+                    note.quitWanted();
+            }
         }
         CommandLine {
             command: note.facts.command

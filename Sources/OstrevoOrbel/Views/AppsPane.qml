@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import OstrevoOrbel
 
@@ -72,7 +70,10 @@ FocusScope {
         menu: menu
         model: pane.flow.list
         objectName: "uninstall.apps"
+        section.property: "section"
 
+        // A section of Qt 6.4 cannot be what is bound to its context, so nothing in this file is.
+        // qmllint disable unqualified
         delegate: ItemRow {
             id: row
 
@@ -86,7 +87,8 @@ FocusScope {
             nameGap: 12
             opens: 1
             showsKind: false
-            words: [name, model.source, size].join(", ")
+            words: [name, model.section === "removed" ? qsTr("removed") : "", model.source, size].filter(
+                text => text !== "").join(", ")
 
             icon: AppIcon {
                 anchors.verticalCenter: parent.verticalCenter
@@ -106,6 +108,46 @@ FocusScope {
                 }
             ]
         }
+        section.delegate: Item {
+            id: heading
+
+            required property string section
+            // A list sets the visibility of its headings itself, and keeps those that it does not need.
+            readonly property bool shown: section === "removed" && pane.flow.removedText !== ""
+
+            height: shown ? Theme.tableHeadHeight : 0
+            width: ListView.view.width
+
+            Rectangle {
+                anchors.fill: parent
+                color: Theme.sunk
+                visible: heading.shown
+
+                Hairline {
+                    edge: Qt.TopEdge
+                }
+                Hairline {}
+                Heading {
+                    anchors.left: parent.left
+                    anchors.leftMargin: pane.padding
+                    anchors.right: sum.left
+                    anchors.rightMargin: 12
+                    anchors.verticalCenter: parent.verticalCenter
+                    objectName: "uninstall.removed"
+                    text: qsTr("Left by removed applications")
+                }
+                SmallText {
+                    id: sum
+
+                    anchors.right: parent.right
+                    anchors.rightMargin: pane.padding
+                    anchors.verticalCenter: parent.verticalCenter
+                    elide: Text.ElideNone
+                    text: pane.flow.removedText
+                }
+            }
+        }
+        // qmllint enable unqualified
 
         onActivated: pane.opened()
         onSelectedRowChanged: pane.flow.select(selectedRow)

@@ -6,9 +6,10 @@ ScreenFrame {
     id: screen
 
     readonly property AppsFlow flow: app.apps
-    readonly property bool hasApps: flow.loaded && flow.countText !== "0"
+    readonly property bool hasApps: flow.loaded && flow.anyListed
     /// Where there is no room for both: whether the selected app is shown in place of the list.
     property bool detailOpen: false
+    readonly property bool anySelected: flow.selected.valid
     readonly property bool showsDetail: hasApps && (!narrow || detailOpen)
 
     function showDetail(): void {
@@ -67,6 +68,13 @@ ScreenFrame {
     }
 
     Component.onCompleted: flow.open()
+    // What was looked at has been moved, removed or let stay: nothing is to be seen of it.
+    onAnySelectedChanged: {
+        if (!anySelected && detailOpen && detail.activeFocus)
+            showList();
+        else if (!anySelected)
+            detailOpen = false;
+    }
     onNarrowChanged: if (!narrow) detailOpen = false
 
     ListState {

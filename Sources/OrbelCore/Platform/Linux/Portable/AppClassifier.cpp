@@ -80,6 +80,8 @@ std::optional<ClassifiedApp> AppClassifier::flatpak(const LauncherFile& launcher
     app.source = isUsers ? "Flatpak (user)" : "Flatpak (system)";
     app.reason = "Remove it with Flatpak";
     app.command = (isUsers ? "flatpak uninstall --user " : "flatpak uninstall --system ") + id;
+    app.manager = "flatpak";
+    app.package = id;
     app.identifiers = {id};
     app.dataFolders = {joinedPath(search_.home, ".var/app/" + id)};
     app.programFolder = joinedPath(isUsers ? userInstallation : "/var/lib/flatpak", "app/" + id);
@@ -97,6 +99,8 @@ std::optional<ClassifiedApp> AppClassifier::snap(const LauncherFile& launcher) c
     app.source = "Snap";
     app.reason = "Remove it with Snap";
     app.command = "sudo snap remove " + name;
+    app.manager = "snap";
+    app.package = name;
     app.dataFolders = {joinedPath(search_.home, "snap/" + name)};
     return ClassifiedApp{.key = std::move(key), .app = std::move(app)};
 }
@@ -111,8 +115,10 @@ ClassifiedApp AppClassifier::package(const LauncherFile& launcher, const Package
     app.reason = owner.isEssential ? "A part of the system" : "Remove it with the package manager";
     if (!owner.isEssential)
         app.command = removalCommand(owner);
+    app.manager = rawValue(owner.manager);
+    app.package = owner.name.substr(0, owner.name.find(':'));
     app.packageBytes = owner.bytes;
-    app.names = {owner.name.substr(0, owner.name.find(':'))};
+    app.names = {app.package};
     if (const auto* programOwner = ownerOf(launcher.program);
         programOwner != nullptr && programOwner->name == owner.name)
         app.executables = {launcher.program};

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -31,19 +32,22 @@ bool isAnyInside(const auto& folders, std::string_view path) {
     return std::ranges::any_of(folders, [&](std::string_view folder) { return isPathInside(path, folder); });
 }
 
-/// Flatpak's installations besides the user's and the system's.
-void addFurtherInstallations(std::vector<std::string>& installations) {
+/// Flatpak's installations besides the user's and the system's. False when not all could be read.
+bool addFurtherInstallations(std::vector<std::string>& installations) {
+    bool isComplete = true;
     std::error_code error;
     fs::directory_iterator files("/etc/flatpak/installations.d", error);
+    if (error == std::errc::no_such_file_or_directory)
+        return true;
     for (; !error && files != fs::directory_iterator(); files.increment(error)) {
         const auto content = readRegularFile(files->path().string(), 1024 * 1024);
-        if (!content)
-            continue;
-        const auto list = DesktopEntry::parse(*content);
+        isComplete &= content.has_value();
+        const auto list = DesktopEntry::parse(content.value_or(""));
         for (const auto& group : list.groups())
             if (auto path = list.text("Path", group); path && path->starts_with('/'))
                 installations.push_back(*std::move(path));
     }
+    return isComplete && !error;
 }
 
 /// Whether a program lies at the path. In doubt, `unknown`: also for what is missing where volumes
@@ -89,13 +93,16 @@ LauncherTarget ExecResolver::resolve(const ExecCommand& command) const {
     }
     auto reach = paths();
     const bool isFlatpak = command.kind == ExecCommand::Kind::flatpak;
-    LauncherTarget target{.state = missing, .program = command.name};
+    LauncherTarget target{.state = isFlatpak && !knowsAllInstallations ? unknown : missing,
+                          .program = command.name};
     for (const auto& folder : isFlatpak ? flatpakInstallations : snapFolders) {
         const auto path = joinedPath(folder, isFlatpak ? "app/" + command.name : command.name);
         const auto resolved = reach.resolve(path);
         if (resolved.isFound())
             return {.state = found, .program = path};
-        if (resolved.state != ResolvedPath::State::missing)
+        const bool mayBeElsewhere = isFlatpak && std::ranges::count(namedInstallations, folder) > 0
+                                    && !reach.resolve(folder).isFound();
+        if (resolved.state != ResolvedPath::State::missing || mayBeElsewhere)
             target.state = unknown;
     }
     return target;
@@ -115,7 +122,8 @@ LauncherTarget ExecResolver::inSearchPath(const std::string& name) const {
     return target;
 }
 
-ExecResolver execResolver(const std::string& home, std::string_view path, std::string_view dataHome) {
+ExecResolver execResolver(const std::string& home, std::string_view path, std::string_view dataHome,
+                          std::span<const std::string> flatpakVariables) {
     ExecResolver resolver;
     const auto addFolder = [&](std::string_view folder) {
         if (folder.starts_with('/')
@@ -133,7 +141,12 @@ ExecResolver execResolver(const std::string& home, std::string_view path, std::s
     resolver.flatpakInstallations = {joinedPath(home, ".local/share/flatpak"), "/var/lib/flatpak"};
     if (dataHome.starts_with('/'))
         resolver.flatpakInstallations.push_back(joinedPath(dataHome, "flatpak"));
-    addFurtherInstallations(resolver.flatpakInstallations);
+    std::ranges::copy_if(flatpakVariables, std::back_inserter(resolver.namedInstallations),
+                         [](const std::string& folder) { return folder.starts_with('/'); });
+    resolver.knowsAllInstallations = addFurtherInstallations(resolver.namedInstallations);
+    resolver.flatpakInstallations.insert(resolver.flatpakInstallations.end(),
+                                         resolver.namedInstallations.begin(),
+                                         resolver.namedInstallations.end());
     resolver.snapFolders = {"/snap", "/var/lib/snapd/snap"};
     for (const auto& folder : {resolver.flatpakInstallations[0], resolver.flatpakInstallations[1]})
         addFolder(joinedPath(folder, "exports/bin"));

@@ -5,6 +5,7 @@
 #include "Platform/Linux/Portable/ExecLine.h"
 #include "Util/PathResolver.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,9 @@ struct ExecResolver {
     std::vector<std::string> flatpakInstallations; ///< each has what is installed in app/ID
     std::vector<std::string> snapFolders;          ///< each has what is installed in NAME
     std::vector<std::string> outOfReach;           ///< real paths; what lies in these is not asked for
+    /// Those of flatpak that were set up by name: a missing one may be on a disk that is not there.
+    std::vector<std::string> namedInstallations{};
+    bool knowsAllInstallations = true; ///< false when the list of flatpak's installations could not be read
 
     /// In doubt, `unknown`: what may not be looked at, what is not executable, relative paths, and what lies,
     /// also through links, where volumes come and go.
@@ -34,9 +38,10 @@ private:
     LauncherTarget inSearchPath(const std::string& name) const;
 };
 
-/// For this home and these values of $PATH and $XDG_DATA_HOME, which may be empty. Usual folders count
-/// although $PATH leaves them out: a session of the desktop has another one than a script. Reads the list of
-/// flatpak's further installations.
-ExecResolver execResolver(const std::string& home, std::string_view path, std::string_view dataHome);
+/// For this home and these values of $PATH and $XDG_DATA_HOME, which may be empty, and the installations that
+/// flatpak's own variables name. Usual folders count although $PATH leaves them out: a session of the desktop
+/// has another one than a script. Reads the list of flatpak's further installations.
+ExecResolver execResolver(const std::string& home, std::string_view path, std::string_view dataHome,
+                          std::span<const std::string> flatpakVariables = {});
 
 } // namespace orbel::platform

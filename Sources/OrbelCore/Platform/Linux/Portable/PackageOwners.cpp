@@ -31,6 +31,11 @@ void forEachLine(std::string_view text, const auto& use) {
     }
 }
 
+bool isFolder(const std::string& path) {
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
 /// The value of "Key: value"; empty when the line has another key.
 std::string_view valueOf(std::string_view line, std::string_view key) {
     if (!line.starts_with(key) || !line.substr(key.size()).starts_with(": "))
@@ -125,6 +130,13 @@ std::optional<std::uint64_t> pacmanSize(const std::string& description) {
     return size;
 }
 
+/// Where in NAME-VERSION-RELEASE, which pacman calls a package's folder, the version and its dash begin.
+std::size_t pacmanVersionAt(std::string_view folder) {
+    const auto release = folder.rfind('-');
+    return release == std::string_view::npos || release == 0 ? std::string_view::npos
+                                                             : folder.rfind('-', release - 1);
+}
+
 void addPacmanOwners(const Wanted& wanted, const std::string& folder, Owners& owners) {
     std::error_code error;
     fs::directory_iterator packages(folder, error);
@@ -137,11 +149,8 @@ void addPacmanOwners(const Wanted& wanted, const std::string& folder, Owners& ow
         });
         if (found.empty())
             continue;
-        // The folder is called NAME-VERSION-RELEASE.
         const auto called = packages->path().filename().string();
-        const auto release = called.rfind('-');
-        const auto version =
-            release == std::string::npos || release == 0 ? std::string::npos : called.rfind('-', release - 1);
+        const auto version = pacmanVersionAt(called);
         if (version == std::string::npos)
             continue;
         const auto size = pacmanSize((packages->path() / "desc").string());
@@ -233,11 +242,7 @@ std::map<std::string, PackageOwner> packageOwners(const std::set<std::string>& p
     Owners owners;
     addDpkgOwners(wanted, databases.dpkg, owners);
     addPacmanOwners(wanted, databases.pacman, owners);
-    const auto exists = [](const std::string& folder) {
-        std::error_code error;
-        return fs::is_directory(folder, error);
-    };
-    if (owners.empty() && run && std::ranges::any_of(databases.rpm, exists))
+    if (owners.empty() && run && std::ranges::any_of(databases.rpm, isFolder))
         addRpmOwners(wanted, paths, run, owners);
     for (auto& [path, owner] : owners)
         owner.isEssential |= isDesktopShell(std::string_view(owner.name).substr(0, owner.name.find(':')));
@@ -260,14 +265,40 @@ std::map<std::string, std::uint64_t> pacmanSizes(const std::string& database) {
     std::error_code error;
     fs::directory_iterator packages(database, error);
     for (; !error && packages != fs::directory_iterator(); packages.increment(error)) {
-        const auto folder = packages->path().filename().string(); // "{name}-{version}-{release}"
-        const auto release = folder.rfind('-');
-        const auto version = release == 0 ? std::string::npos : folder.rfind('-', release - 1);
-        if (release != std::string::npos && version != std::string::npos)
-            sizes.emplace(folder.substr(0, version),
+        const auto called = packages->path().filename().string();
+        if (const auto version = pacmanVersionAt(called); version != std::string::npos)
+            sizes.emplace(called.substr(0, version),
                           pacmanSize((packages->path() / "desc").string()).value_or(0));
     }
     return sizes;
+}
+
+std::map<std::string, std::set<std::string>> installedPackages(const PackageDatabases& databases,
+                                                               const RunProgram& run) {
+    std::map<std::string, std::set<std::string>> installed;
+    const auto add = [&](PackageOwner::Manager manager, std::string_view name) {
+        if (!name.empty())
+            installed[std::string(rawValue(manager))].emplace(name);
+    };
+    const auto status = readRegularFile(joinedPath(databases.dpkg, "status"), mostListBytes);
+    forEachStanza(status ? std::string_view(*status) : std::string_view(),
+                  [&](const DpkgStanza& stanza) { add(PackageOwner::Manager::dpkg, stanza.name); });
+    std::error_code error;
+    fs::directory_iterator packages(databases.pacman, error);
+    for (; !error && packages != fs::directory_iterator(); packages.increment(error)) {
+        const auto called = packages->path().filename().string();
+        if (const auto version = pacmanVersionAt(called); version != std::string::npos)
+            add(PackageOwner::Manager::pacman, std::string_view(called).substr(0, version));
+    }
+    // A part of them is no answer.
+    if (error)
+        installed.erase(std::string(rawValue(PackageOwner::Manager::pacman)));
+    if (run && std::ranges::any_of(databases.rpm, isFolder)) {
+        const auto output = run({"rpm", "-qa", "--qf", "%{NAME}\n"});
+        forEachLine(output ? std::string_view(*output) : std::string_view(),
+                    [&](std::string_view name) { add(PackageOwner::Manager::rpm, name); });
+    }
+    return installed;
 }
 
 std::string removalCommand(const PackageOwner& owner) {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Util/RawValue.h"
+
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -28,6 +31,15 @@ struct PackageOwner {
 /// not end soon.
 using RunProgram = std::function<std::optional<std::string>(const std::vector<std::string>& words)>;
 
+} // namespace orbel::platform
+
+template <>
+struct orbel::RawValues<orbel::platform::PackageOwner::Manager> {
+    static constexpr std::array<std::string_view, 3> names{"dpkg", "rpm", "pacman"};
+};
+
+namespace orbel::platform {
+
 /// Where the package managers keep what they know.
 struct PackageDatabases {
     std::string dpkg = "/var/lib/dpkg";
@@ -47,6 +59,11 @@ std::map<std::string, std::uint64_t> dpkgSizes(const std::string& database);
 
 /// The same of pacman, by name.
 std::map<std::string, std::uint64_t> pacmanSizes(const std::string& database);
+
+/// The names of all packages that are installed, by the raw name of their manager; those that have none, or
+/// cannot be asked, are not there.
+std::map<std::string, std::set<std::string>> installedPackages(const PackageDatabases& databases,
+                                                               const RunProgram& run);
 
 /// The command that removes a package; empty for a name that no package can have.
 std::string removalCommand(const PackageOwner& owner);
