@@ -11,7 +11,7 @@ windowPackages=(qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-s
 # The desktop's own tools for the Trash, which the moves are checked against and timed beside.
 trashPackages=(strace dbus dbus-daemon gvfs libglib2.0-bin trash-cli)
 testPackages=("${trashPackages[@]}" libgtest-dev git mount e2fsprogs xfsprogs btrfs-progs libxml2-utils qml6-module-qttest
-    fonts-dejavu-core xvfb xdotool weston squashfs-tools)
+    fonts-dejavu-core xvfb xdotool weston squashfs-tools ncdu)
 checkPackages=(ccache clang-format-14 clang-tidy-19)
 fuzzPackages=(clang-19 libclang-rt-19-dev)
 # What makes the packages, looks them over, and tries them in a bare Debian.
