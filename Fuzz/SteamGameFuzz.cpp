@@ -7,8 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
-// Whatever bytes are in the place of a game's list: reading them ends, and what goes into an address is
-// digits.
+// Whatever bytes are in the place of a game's list: reading them ends, and only digits go into an address.
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto game = orbel::steamGameIn({reinterpret_cast<const char*>(data), size});

@@ -12,8 +12,8 @@
 
 namespace orbel {
 
-/// All names that something on this system has, whatever their case: what is among them was not removed.
-/// Immutable.
+/// The names of everything that is installed here, in any case. What has one of them was not removed.
+/// Immutable; any thread may ask it.
 class InstalledNames {
 public:
     /// `apps`: all applications, hidden ones too.

@@ -15,8 +15,8 @@ struct InstalledIds {
     /// application's description, its settings or its icon has, and every word that launchers and services
     /// are made of. File names are whole, with their endings.
     std::set<std::string> names{};
-    /// False when a place of names is there and could not be read: then what is not in `names` may still be
-    /// installed.
+    /// False when a place of names is there and could not be read: then more may be installed than `names`
+    /// tells.
     bool isComplete = true;
     /// Where launchers, services and links in the search path lead to: absolute paths, as they are written
     /// and resolved.

@@ -109,7 +109,7 @@ private:
         tree_.linkCounts.resize(nodes_);
         tree_.nodeFlags.resize(nodes_);
         tree_.kinds.resize(nodes_);
-        tree_.childStart.resize(nodes_ + 1); // how many children, for now
+        tree_.childStart.resize(nodes_ + 1); // the counts of children until buildRelations()
         return true;
     }
 

@@ -73,8 +73,7 @@ public:
     /// The other way round when the list is sorted by that already.
     Q_INVOKABLE void sortBy(bool size);
     Q_INVOKABLE void askToQuit();
-    /// Of the selected one, which was removed: leaves what it left where it is, and out of the list from now
-    /// on.
+    /// Of the selected one, which was removed: leaves what it left where it is, and takes it out of the list.
     Q_INVOKABLE void dismissRemoved();
     Q_INVOKABLE void toggleTick(int leftoverRow);
     /// Ticks all rows of the selected application that may move.

@@ -12,8 +12,7 @@
 
 namespace orbel {
 
-/// What applications left that were removed, with all that a confirmation has to tell of each item. A plain
-/// value.
+/// What removed applications left, with all that a confirmation has to tell of each item. A plain value.
 struct RemovedLook {
     struct App {
         RemovedApp app;

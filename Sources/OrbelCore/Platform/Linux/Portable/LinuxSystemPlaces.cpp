@@ -235,8 +235,7 @@ private:
             isUpTo);
     }
 
-    /// Calls `use` with "ID/ARCH/BRANCH" and the metadata of all that lies in a folder of a Flatpak
-    /// installation.
+    /// Calls `use` with "ID/ARCH/BRANCH" and the metadata of each that lies in a folder of Flatpak's.
     void forEachFlatpak(const std::string& folder, const auto& use) {
         for (const auto& id : namesIn(folder))
             for (const auto& architecture : namesIn(joinedPath(folder, id)))
@@ -312,8 +311,7 @@ private:
                        "sudo timeshift --delete");
     }
 
-    /// Each is a subvolume that shares most with the others and with the system: all that is in use bounds
-    /// them.
+    /// Each is a subvolume that shares most of its blocks: what the volume uses is their upper bound.
     void addSnapper() {
         constexpr std::string_view path = "/.snapshots";
         const auto volume = volumeStatistics(inRoot(path));
