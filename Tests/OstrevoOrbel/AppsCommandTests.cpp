@@ -45,7 +45,8 @@ TEST_F(AppsCommandTest, PrintsTheInventory) {
 
 TEST_F(AppsCommandTest, PrintsWhatCommandsOfTheSystemFree) {
     // What there is depends on the system that this runs on.
-    for (const auto& place : home.json({"--system-json"}, 0).at("places")) {
+    const auto report = home.json({"--system-json"}, 0);
+    for (const auto& place : report.at("places")) {
         EXPECT_TRUE(place.at("path").get<std::string>().starts_with('/')) << place;
         EXPECT_GE(place.at("bytes").get<std::uint64_t>(), 100'000'000U) << place;
         EXPECT_TRUE(place.at("upTo").is_boolean()) << place;
