@@ -79,7 +79,7 @@ private:
     /// What is known of a node; a list is left open for its children.
     void begin(NodeIndex node) {
         const auto flags = tree_.flags(node);
-        json_ += isList(node) ? "[{\"name\":" : "{\"name\":";
+        json_ += isList(node) ? R"([{"name":)" : R"({"name":)";
         appendText(json_, node == 0 ? std::string_view(tree_.rootPath) : tree_.nameBytes(node));
         const auto [device, inode] = tree_.identity(node);
         const auto group = hardLink(node);
@@ -92,17 +92,17 @@ private:
         if (group) {
             number("ino", inode);
             number("nlink", tree_.linkCount(node));
-            json_ += ",\"hlnkc\":true";
+            json_ += R"(,"hlnkc":true)";
         }
         const auto modified = tree_.modified(node).time_since_epoch().count();
         if (modified >= 0)
             number("mtime", static_cast<std::uint64_t>(modified));
         if (flags.contains(NodeFlags::symlink))
-            json_ += ",\"notreg\":true";
+            json_ += R"(,"notreg":true)";
         if (flags.contains(NodeFlags::unreadable))
-            json_ += ",\"read_error\":true";
+            json_ += R"(,"read_error":true)";
         if (flags.contains(NodeFlags::otherVolume))
-            json_ += tree_.isExcluded(node) ? ",\"excluded\":\"pattern\"" : ",\"excluded\":\"otherfs\"";
+            json_ += tree_.isExcluded(node) ? R"(,"excluded":"pattern")" : R"(,"excluded":"otherfs")";
         json_ += '}';
     }
 

@@ -12,7 +12,7 @@ namespace orbel {
 namespace {
 
 /// The columns of a block.
-enum : std::size_t {
+enum : std::uint8_t {
     flagColumn,
     kindColumn,
     nameLengthColumn,
@@ -129,8 +129,8 @@ private:
                && readChildCounts(column(childColumn), begin, end);
     }
 
-    bool readBytes(const std::optional<std::string>& bytes, std::size_t begin, std::size_t end,
-                   Column<std::uint8_t>& into) const {
+    static bool readBytes(const std::optional<std::string>& bytes, std::size_t begin, std::size_t end,
+                          Column<std::uint8_t>& into) {
         if (!bytes || bytes->size() != end - begin)
             return false;
         std::ranges::copy(*bytes, reinterpret_cast<char*>(into.data() + begin));
@@ -174,8 +174,8 @@ private:
     }
 
     template <class T>
-    bool readNumbers(const std::optional<std::string>& bytes, std::size_t begin, std::size_t end,
-                     Column<T>& into) const {
+    static bool readNumbers(const std::optional<std::string>& bytes, std::size_t begin, std::size_t end,
+                            Column<T>& into) {
         ByteReader reader(bytes ? std::string_view(*bytes) : std::string_view());
         for (std::size_t node = begin; node < end; ++node)
             into[node] = static_cast<T>(reader.numberUpTo(std::numeric_limits<T>::max()));
