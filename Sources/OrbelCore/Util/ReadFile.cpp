@@ -38,15 +38,15 @@ namespace {
 /// Of what is no regular file, none.
 FileDescriptor openRegular(const std::string& path) {
     if (path.find('\0') != std::string::npos)
-        return FileDescriptor();
+        return {};
     const auto isRegular = [](const struct stat& status) { return S_ISREG(status.st_mode); };
     struct stat status {};
     // Asked before it is opened, because opening a device can do something, and again of what was opened.
     if (::stat(path.c_str(), &status) != 0 || !isRegular(status))
-        return FileDescriptor();
+        return {};
     FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!file || ::fstat(file.get(), &status) != 0 || !isRegular(status))
-        return FileDescriptor();
+        return {};
     return file;
 }
 
