@@ -18,12 +18,10 @@ struct LeftoverItem {
     /// Gives the size of an item and whether it holds protected data; empty walks the disk.
     using Measure = std::function<TreeScanner::Measurement(const std::string& path)>;
 
-    /// A leftover, neither asked about nor measured. `evidence`: why it belongs to its application, or
-    /// nothing.
+    /// A leftover, neither asked about nor measured. `evidence`: why it is one; may be empty.
     static DeletionItem at(const std::string& path, const std::string& evidence);
 
-    /// Asks the policy; only when the item may be moved at all, measures it and looks for what must stay
-    /// in it.
+    /// Asks the policy; what may be moved at all is measured and searched for what must stay.
     static void check(DeletionItem& item, const SafetyPolicy& policy, const Measure& measure);
 
     /// The evidence that the item was made with; empty when there was none.

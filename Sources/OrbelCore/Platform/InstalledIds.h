@@ -15,11 +15,9 @@ struct InstalledIds {
     /// application's description, its settings or its icon has, and every word that launchers and services
     /// are made of. File names are whole, with their endings.
     std::set<std::string> names{};
-    /// False when a place of names is there and could not be read: then more may be installed than `names`
-    /// tells.
+    /// False when a place of names could not be read: then more may be installed than `names` tells.
     bool isComplete = true;
-    /// Where launchers, services and links in the search path lead to: absolute paths, as they are written
-    /// and resolved.
+    /// Where launchers, services and links in the search path lead to: absolute paths, also resolved.
     std::set<std::string> programs{};
 };
 
