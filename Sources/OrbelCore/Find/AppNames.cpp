@@ -2,6 +2,7 @@
 
 #include "Find/CommonWords.h"
 #include "Util/PathText.h"
+#include "Util/Utf8.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -53,6 +54,10 @@ std::set<std::string> everyNameOf(const InstalledApp& app) {
     if (app.bundleID)
         add(*app.bundleID);
     return names;
+}
+
+std::string inQuotes(std::string_view name) {
+    return "“" + lossyUtf8(name) + "”";
 }
 
 } // namespace orbel

@@ -18,4 +18,7 @@ bool isTellingWord(std::string_view word);
 /// All names that an application might use, in lower case.
 std::set<std::string> everyNameOf(const InstalledApp& app);
 
+/// A name from the disk as evidence shows it: “org.example.App”.
+std::string inQuotes(std::string_view name);
+
 } // namespace orbel

@@ -9,7 +9,6 @@
 #include "Safety/PlaceRules.h"
 #include "Safety/RealPath.h"
 #include "Util/PathText.h"
-#include "Util/Utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -67,10 +66,6 @@ bool isOfVendor(const InstalledApp& app, std::string_view vendor) {
     for (const auto& program : app.executables)
         names.insert(lowerCase(program));
     return std::ranges::any_of(names, hasPart);
-}
-
-std::string inQuotes(std::string_view name) {
-    return "“" + lossyUtf8(name) + "”";
 }
 
 } // namespace

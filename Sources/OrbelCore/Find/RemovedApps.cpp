@@ -101,10 +101,6 @@ bool isSnapName(std::string_view name) {
     return name != "bin" && std::ranges::all_of(name, isPlain);
 }
 
-std::string inQuotes(std::string_view name) {
-    return "“" + lossyUtf8(name) + "”";
-}
-
 bool isNamedBy(const Candidate& candidate, const SeenPackages::App& app) {
     const auto name = lowerCase(candidate.name);
     return name == lowerCase(app.id) || name == lowerCase(app.package);

@@ -17,8 +17,8 @@ struct SteamGame {
     bool operator==(const SteamGame&) const = default;
 };
 
-/// The game that the text of an appmanifest_*.acf describes; absent when it names none. Any bytes are read to
-/// their end.
+/// The game that the text of an appmanifest_*.acf describes; absent when it names none. Any bytes
+/// may be given, and are read to their end.
 std::optional<SteamGame> steamGameIn(std::string_view manifest);
 
 /// The games in each library that was looked at, by the path of its folder "steamapps".

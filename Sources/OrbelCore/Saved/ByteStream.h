@@ -28,7 +28,6 @@ public:
         bytes_ += text;
     }
     void raw(std::string_view bytes) { bytes_ += bytes; }
-    void reserve(std::size_t bytes) { bytes_.reserve(bytes); }
 
     const std::string& bytes() const { return bytes_; }
 

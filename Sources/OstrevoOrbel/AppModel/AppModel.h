@@ -38,8 +38,8 @@ class AppModel final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("There is one, made by the application.")
 
-    /// "overview", "map", "large", "duplicates", "uninstall", "tidy" or "journal"; other words
-    /// change nothing.
+    /// "overview", "map", "large", "duplicates", "uninstall", "tidy" or "journal".
+    /// Other words change nothing.
     Q_PROPERTY(QString screen READ screenName WRITE setScreenName NOTIFY screenChanged)
     /// The same as a number, in the order of the sidebar.
     Q_PROPERTY(int screenIndex READ screenIndex NOTIFY screenChanged)

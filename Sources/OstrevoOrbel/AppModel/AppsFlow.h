@@ -20,8 +20,8 @@
 namespace orbel {
 
 /// The applications that are installed, what would go with the one that is selected, and what those left that
-/// were removed. Belongs to the AppModel; used on the main thread, while what takes long runs on threads of
-/// its own.
+/// were removed. Belongs to the AppModel; used on the main thread. What takes long runs on
+/// threads of its own.
 ///
 /// The inventory is read when the screen is first shown, on request, and after moves to the Trash and back. A
 /// plan is made for the application that is selected; one that was made for another selection, or from an

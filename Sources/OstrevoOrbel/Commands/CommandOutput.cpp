@@ -1,5 +1,6 @@
 #include "Commands/CommandOutput.h"
 
+#include "Platform/ReplaceFile.h"
 #include "Util/ShownText.h"
 
 #include <cstdio>
@@ -26,6 +27,15 @@ void finish(const std::string& output, int status) {
     if (!written)
         std::perror("orbel: could not write the result");
     std::_Exit(written ? status : ExitStatus::incomplete);
+}
+
+void finishInto(const std::string& file, const std::string& output) {
+    if (file == "-")
+        finish(output);
+    const auto written = replaceFile(file, output);
+    if (!written)
+        say(file + ": " + written.error());
+    finish("", written ? ExitStatus::done : ExitStatus::incomplete);
 }
 
 void finishWrongUsage(std::string_view words) {

@@ -3,7 +3,6 @@
 #include "Commands/Request.h"
 #include "Commands/RootScan.h"
 #include "Export/MapSvg.h"
-#include "Platform/ReplaceFile.h"
 #include "Safety/ByteFormat.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Scan/VolumeInfo.h"
@@ -89,13 +88,7 @@ void run(const Request& request) {
                                          .title = tree.path(0, PathCanonicalizer::shared()),
                                          .remark = remarkOn(scan.result),
                                          .size = size});
-    if (file == "-")
-        finish(picture);
-    if (const auto written = replaceFile(file, picture); !written) {
-        say(file + ": " + written.error());
-        finish("", ExitStatus::incomplete);
-    }
-    finish("");
+    finishInto(file, picture);
 }
 
 constexpr std::array options{CommandOption{.name = "--size", .takes = "WxH"}, excludeOption};

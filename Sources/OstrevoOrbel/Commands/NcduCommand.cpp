@@ -3,7 +3,6 @@
 #include "Commands/Request.h"
 #include "Commands/RootScan.h"
 #include "Export/NcduExport.h"
-#include "Platform/ReplaceFile.h"
 
 #include <array>
 #include <string>
@@ -22,11 +21,7 @@ void run(const Request& request) {
     }
     std::string text;
     exportAsNcdu(scan.result.tree, measuredAt, [&](std::string_view piece) { text += piece; });
-    if (const auto written = replaceFile(file, text); !written) {
-        say(file + ": " + written.error());
-        finish("", ExitStatus::incomplete);
-    }
-    finish("");
+    finishInto(file, text);
 }
 
 constexpr std::array options{excludeOption};

@@ -122,6 +122,17 @@ LauncherTarget ExecResolver::inSearchPath(const std::string& name) const {
     return target;
 }
 
+std::vector<std::string> foldersIn(std::string_view list) {
+    std::vector<std::string> folders;
+    while (!list.empty()) {
+        const auto end = std::min(list.find(':'), list.size());
+        if (list.starts_with('/'))
+            folders.emplace_back(list.substr(0, end));
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    return folders;
+}
+
 ExecResolver execResolver(const std::string& home, std::string_view path, std::string_view dataHome,
                           std::span<const std::string> flatpakVariables) {
     ExecResolver resolver;
@@ -130,11 +141,7 @@ ExecResolver execResolver(const std::string& home, std::string_view path, std::s
             && std::ranges::find(resolver.searchPath, folder) == resolver.searchPath.end())
             resolver.searchPath.emplace_back(folder);
     };
-    while (!path.empty()) {
-        const auto end = std::min(path.find(':'), path.size());
-        addFolder(path.substr(0, end));
-        path.remove_prefix(std::min(end + 1, path.size()));
-    }
+    std::ranges::for_each(foldersIn(path), addFolder);
     std::ranges::for_each(usualPrograms, addFolder);
     for (const auto* inHome : {".local/bin", "bin"})
         addFolder(joinedPath(home, inHome));

@@ -44,4 +44,7 @@ private:
 ExecResolver execResolver(const std::string& home, std::string_view path, std::string_view dataHome,
                           std::span<const std::string> flatpakVariables = {});
 
+/// The absolute folders in a list that colons separate, such as $PATH.
+std::vector<std::string> foldersIn(std::string_view list);
+
 } // namespace orbel::platform

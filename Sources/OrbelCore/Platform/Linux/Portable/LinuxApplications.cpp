@@ -259,13 +259,8 @@ std::vector<std::string> linuxApplicationFolders(const std::string& home, std::s
     };
     addData(dataHome);
     addData(joinedPath(home, ".local/share"));
-    if (dataFolders.empty())
-        dataFolders = "/usr/local/share:/usr/share";
-    while (!dataFolders.empty()) {
-        const auto end = std::min(dataFolders.find(':'), dataFolders.size());
-        addData(dataFolders.substr(0, end));
-        dataFolders.remove_prefix(std::min(end + 1, dataFolders.size()));
-    }
+    std::ranges::for_each(foldersIn(dataFolders.empty() ? "/usr/local/share:/usr/share" : dataFolders),
+                          addData);
     addData(joinedPath(home, ".local/share/flatpak/exports/share"));
     addData("/var/lib/flatpak/exports/share");
     addData("/var/lib/snapd/desktop");

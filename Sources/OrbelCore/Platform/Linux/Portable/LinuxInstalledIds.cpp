@@ -174,18 +174,6 @@ private:
     std::size_t entries_ = 0;
 };
 
-/// The absolute folders in a list that colons separate.
-std::vector<std::string> foldersIn(std::string_view list) {
-    std::vector<std::string> folders;
-    while (!list.empty()) {
-        const auto end = std::min(list.find(':'), list.size());
-        if (list.starts_with('/'))
-            folders.emplace_back(list.substr(0, end));
-        list.remove_prefix(std::min(end + 1, list.size()));
-    }
-    return folders;
-}
-
 } // namespace
 
 InstalledIdSearch installedIdSearch(const std::string& home, ExecResolver resolver,
