@@ -2,13 +2,13 @@
 
 #include "Find/AppInventory.h"
 #include "Find/SeenPackages.h"
-#include "Growth/GrowthStore.h"
 #include "Journal/JournalStore.h"
 #include "Platform/Home.h"
 #include "Platform/HomeTrash.h"
 #include "Platform/Places.h"
 #include "Safety/FullDiskAccess.h"
 #include "Safety/SafetyPolicy.h"
+#include "Saved/ScanArchive.h"
 #include "Scan/TreeScanner.h"
 
 #include <unistd.h>
@@ -44,7 +44,7 @@ AppEnvironment AppEnvironment::ofThisUser() {
     // In another user's home, nothing is to be left.
     const SafetyPolicy policy(environment.home);
     if (!policy.homeReason()) {
-        environment.growthFolder = GrowthStore::defaultFolder(applicationSupport);
+        environment.scansFolder = ScanArchive::defaultFolder(applicationSupport);
         environment.seenPackagesPath = SeenPackages::defaultPath(applicationSupport);
     }
     environment.scan = [](const std::string& root, const ScanCancellation& cancellation,

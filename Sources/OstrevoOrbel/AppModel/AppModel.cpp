@@ -30,6 +30,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       shown_(firstScreen(environment_.options)),
       disk_(environment_, activity_),
       scan_(environment_, disk_, activity_, notice_),
+      compare_(environment_, scan_, notice_),
       system_(environment_, scan_),
       recent_(environment_, scan_),
       drop_(environment_, scan_, activity_),
@@ -88,7 +89,7 @@ bool AppModel::isShownScreenBusy() const {
     case Screen::journal:
         return journal_.isBusy();
     case Screen::overview:
-        return system_.isBusy();
+        return system_.isBusy() || compare_.isBusy();
     case Screen::map:
         break;
     }

@@ -4,6 +4,7 @@
 #include "AppModel/AppearanceSettings.h"
 #include "AppModel/AppEnvironment.h"
 #include "AppModel/AppsFlow.h"
+#include "AppModel/CompareFlow.h"
 #include "AppModel/DiskState.h"
 #include "AppModel/DropFlow.h"
 #include "AppModel/DuplicatesFlow.h"
@@ -52,6 +53,8 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::ScanFlow* scan READ scan CONSTANT)
     /// One folder of it, measured again.
     Q_PROPERTY(orbel::RescanFlow* rescan READ rescan CONSTANT)
+    /// What changed since an earlier scan.
+    Q_PROPERTY(orbel::CompareFlow* compare READ compare CONSTANT)
     /// Outside the home, freed by a command.
     Q_PROPERTY(orbel::SystemPlacesFlow* system READ system CONSTANT)
     /// What is left out of measuring.
@@ -111,6 +114,7 @@ public:
     Notice* notice() { return &notice_; }
     DiskState* disk() { return &disk_; }
     ScanFlow* scan() { return &scan_; }
+    CompareFlow* compare() { return &compare_; }
     SystemPlacesFlow* system() { return &system_; }
     RecentFolders* recent() { return &recent_; }
     DropFlow* drop() { return &drop_; }
@@ -150,6 +154,7 @@ private:
     ShownScreen shown_;
     DiskState disk_;
     ScanFlow scan_;
+    CompareFlow compare_;
     SystemPlacesFlow system_;
     RecentFolders recent_;
     DropFlow drop_;

@@ -1,6 +1,5 @@
 #include "AppModel/ScanFlow.h"
 
-#include "AppModel/ScanGrowth.h"
 #include "Models/MapWords.h"
 #include "Safety/FullDiskAccess.h"
 #include "Safety/PathCanonicalizer.h"
@@ -56,7 +55,6 @@ void ScanFlow::startScan(const std::string& root) {
     lastEntries_ = known_.entriesOf(root);
     topLevel_.begin(rootText());
     disk_.beginCounting(root);
-    growth_.clear();
     ScanOutcome nothing;
     nothing.tree = sharedTree(FileTree());
     show(std::move(nothing));
@@ -65,7 +63,6 @@ void ScanFlow::startScan(const std::string& root) {
     environment_.mark("scanStarted");
     job_.run(
         [this, root, home = environment_.home, scan = environment_.scan, reader = disk_.reader(),
-         growthFolder = environment_.growthFolder,
          exclusions = excluded_.exclusions()](const LatestJob::Run& run) {
             const auto report = [this, run](const ScanProgress& progress) {
                 auto shown = progress;
@@ -73,9 +70,7 @@ void ScanFlow::startScan(const std::string& root) {
                 run.report([this, shown = std::move(shown)] { takeProgress(shown); });
             };
             auto result = scan(root, run.cancellation(), report, exclusions);
-            auto outcome = scanOutcome(std::move(result), reader, home);
-            outcome.growth = scanGrowth(outcome, growthFolder, home);
-            return outcome;
+            return scanOutcome(std::move(result), reader, home);
         },
         [this](ScanOutcome outcome) { takeOutcome(std::move(outcome)); });
 }
@@ -101,10 +96,7 @@ void ScanFlow::takeOutcome(ScanOutcome outcome) {
     scannedAt_ = outcome.finishedAt;
     scanSeconds_ = outcome.duration;
     scanState_ = outcome.cancelled ? ScanState::cancelled : ScanState::done;
-    growth_.set(std::move(outcome.growth), environment_.now());
-    if (!growth_.failure().isEmpty())
-        notice_.show(
-            tr("This scan could not be kept to compare the next one with: %1").arg(growth_.failure()));
+    origin_ = std::move(outcome.origin);
     disk_.takeCounted(outcome);
     show(std::move(outcome));
     // What is to be left out may have changed while it ran: then it does not tell how long the next one is.
@@ -121,7 +113,6 @@ void ScanFlow::takeOutcome(ScanOutcome outcome) {
 void ScanFlow::takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome edited) {
     if (tree_ != base || isScanning() || base->count() == 0)
         return;
-    growth_.follow(*base, *edited.tree, PathCanonicalizer::shared());
     disk_.takeCounted(edited);
     show(std::move(edited));
 }

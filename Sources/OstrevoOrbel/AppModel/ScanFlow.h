@@ -8,7 +8,6 @@
 #include "AppModel/LatestJob.h"
 #include "AppModel/Notice.h"
 #include "AppModel/ScanOutcome.h"
-#include "Models/GrowthModel.h"
 #include "Models/KindTotalsModel.h"
 #include "Models/ScanFigures.h"
 #include "Models/SizedFoldersModel.h"
@@ -64,8 +63,6 @@ class ScanFlow final : public QObject {
     Q_PROPERTY(orbel::RoleList* kinds READ kinds CONSTANT)
     Q_PROPERTY(orbel::RoleList* extensions READ extensions CONSTANT)
     Q_PROPERTY(orbel::RoleList* largestFolders READ largestFolders CONSTANT)
-    /// What grew since the scan before, once a complete one is done.
-    Q_PROPERTY(orbel::GrowthModel* growth READ growth CONSTANT)
     Q_PROPERTY(orbel::UnreadableModel* unreadable READ unreadable CONSTANT)
     /// "3": mount points that were not entered.
     Q_PROPERTY(QString otherVolumesSkipped READ otherVolumesSkipped NOTIFY treeChanged)
@@ -108,6 +105,8 @@ public:
     const std::shared_ptr<const FileTree>& tree() const { return tree_; }
     /// Grows whenever the tree is replaced or edited.
     int treeVersion() const { return treeVersion_; }
+    /// Of the scan that ended last, also once its tree was edited.
+    const ScanOrigin& origin() const { return origin_; }
     /// Only for a scan of the whole disk.
     const std::optional<Coverage>& coverage() const { return coverage_; }
     bool isIdle() const { return scanState_ == ScanState::idle; }
@@ -134,7 +133,6 @@ public:
     KindTotalsModel* kinds() { return &kinds_; }
     ExtensionTotalsModel* extensions() { return &extensions_; }
     SizedFoldersModel* largestFolders() { return &largestFolders_; }
-    GrowthModel* growth() { return &growth_; }
     UnreadableModel* unreadable() { return &unreadable_; }
     QString otherVolumesSkipped() const { return countText(tree_->otherVolumeCount); }
 
@@ -164,6 +162,7 @@ private:
     ExcludedFolders excluded_;
     std::optional<std::uint64_t> lastEntries_; ///< of the root that is being measured
     std::shared_ptr<const FileTree> tree_;
+    ScanOrigin origin_;
     int treeVersion_ = 0;
     std::optional<Coverage> coverage_;
     std::chrono::system_clock::time_point scannedAt_;
@@ -173,7 +172,6 @@ private:
     KindTotalsModel kinds_;
     ExtensionTotalsModel extensions_;
     SizedFoldersModel largestFolders_;
-    GrowthModel growth_;
     UnreadableModel unreadable_;
     LatestJob job_{"orbel.scan"};
 };

@@ -61,6 +61,7 @@ ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::
     outcome.finishedAt = std::chrono::system_clock::now();
     outcome.duration = result.duration;
     if (result.tree.count() > 0) {
+        outcome.origin = ScanOrigin::ofHere(result);
         const auto largest = tellingFolders(result.tree, mostLargestFolders);
         auto totals = ContentTotals::of(result.tree, largest);
         outcome.kinds = totals.kinds;

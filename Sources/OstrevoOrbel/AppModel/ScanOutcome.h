@@ -1,8 +1,8 @@
 #pragma once
 
 #include "AppModel/DiskMoment.h"
-#include "Models/GrowthModel.h"
 #include "Models/SizedFoldersModel.h"
+#include "Saved/ScanFile.h"
 #include "Scan/KindTotals.h"
 #include "Scan/ScanResult.h"
 
@@ -21,6 +21,7 @@ struct ScanOutcome {
     bool cancelled = false;
     std::chrono::system_clock::time_point finishedAt;
     double duration = 0; ///< seconds
+    ScanOrigin origin;   ///< of a whole scan
     DiskMoment disk;     ///< read when the tree was done
     KindTotals kinds{};
     KindTotals trashedKinds{}; ///< the part of it that lies in the Trash
@@ -29,7 +30,6 @@ struct ScanOutcome {
     std::int64_t bytesByExclusions = 0;
     std::vector<ExtensionTotal> extensions; ///< the heaviest
     std::vector<SizedFolder> largestFolders;
-    GrowthModel::Content growth;         ///< what scanGrowth() makes of it
     std::vector<std::string> unreadable; ///< visible paths of the first that could not be read
 };
 
