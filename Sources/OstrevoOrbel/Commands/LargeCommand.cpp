@@ -1,13 +1,13 @@
 #include "Commands/CommandOutput.h"
 #include "Commands/CommandTable.h"
 #include "Commands/ItemJson.h"
+#include "Commands/ListLimits.h"
 #include "Commands/Request.h"
 #include "Commands/RootScan.h"
 #include "Commands/UserContext.h"
 #include "Find/LargeOldQuery.h"
 #include "Util/JsonPath.h"
 #include "Util/JsonText.h"
-#include "Util/ParseNumber.h"
 
 #include <array>
 #include <nlohmann/json.hpp>
@@ -18,21 +18,10 @@ namespace {
 
 using nlohmann::json;
 
-/// The number that an option has; absent without the option. Anything else ends the process.
-std::optional<std::int64_t> countOf(const Request& request, std::string_view name) {
-    const auto text = request.value(name);
-    if (!text)
-        return std::nullopt;
-    const auto number = parseInteger(*text);
-    if (!number || *number < 0)
-        finishWrongUsage(std::string(name) + " takes a whole number, 0 or more");
-    return number;
-}
-
 LargeOldQuery queryIn(const Request& request) {
     constexpr double secondsPerDay = 24.0 * 60 * 60;
     LargeOldQuery query;
-    if (const auto bytes = countOf(request, "--min-bytes"))
+    if (const auto bytes = countOf(request, minBytesOption.name))
         query.minimumBytes = static_cast<std::uint64_t>(*bytes);
     if (const auto days = countOf(request, "--unused-days"))
         query.unusedFor =
@@ -77,8 +66,8 @@ void run(const Request& request) {
     finish(prettyJson(report) + "\n");
 }
 
-constexpr std::array options{CommandOption{.name = "--min-bytes", .takes = "N"},
-                             CommandOption{.name = "--unused-days", .takes = "N"}, excludeOption};
+constexpr std::array options{minBytesOption, CommandOption{.name = "--unused-days", .takes = "N"},
+                             excludeOption};
 
 } // namespace
 

@@ -25,17 +25,18 @@ namespace {
 
 } // namespace
 
-ScanResult scanOfRoot(const Request& request) {
+ScanResult scanOfRoot(const Request& request, const ScanWatch& watch) {
     const ScanCancellation nobodyCancels;
-    return TreeScanner::scan(request.operands.front(), std::nullopt, nobodyCancels, nullptr,
-                             {.paths = {}, .patterns = request.values(excludeOption.name)});
+    return TreeScanner::scan(request.operands.front(), std::nullopt,
+                             watch.cancellation != nullptr ? *watch.cancellation : nobodyCancels,
+                             watch.progress, {.paths = {}, .patterns = request.values(excludeOption.name)});
 }
 
-RootScan scanOrFileOfRoot(const Request& request) {
+RootScan scanOrFileOfRoot(const Request& request, const ScanWatch& watch) {
     const auto& root = request.operands.front();
     auto kept = readScanFile(root);
     if (!kept)
-        return {.result = scanOfRoot(request), .keptOrigin = std::nullopt};
+        return {.result = scanOfRoot(request, watch), .keptOrigin = std::nullopt};
     if (!*kept)
         finishUnread(root, kept->error());
     if (request.has(excludeOption.name))
@@ -51,8 +52,8 @@ RootScan scanOrFileOfRoot(const Request& request) {
         .keptOrigin = std::move(origin)};
 }
 
-RootScan scanOrFileOfExistingRoot(const Request& request) {
-    auto scan = scanOrFileOfRoot(request);
+RootScan scanOrFileOfExistingRoot(const Request& request, const ScanWatch& watch) {
+    auto scan = scanOrFileOfRoot(request, watch);
     if (scan.result.tree.count() == 0)
         finishUnmeasured(request.operands.front());
     return scan;

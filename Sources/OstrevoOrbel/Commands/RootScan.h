@@ -2,6 +2,8 @@
 
 #include "Commands/Command.h"
 #include "Saved/ScanFile.h"
+#include "Scan/ScanCancellation.h"
+#include "Scan/ScanProgress.h"
 
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
@@ -22,18 +24,24 @@ struct RootScan {
     }
 };
 
+/// What goes on beside a scan. A scan file is read without either.
+struct ScanWatch {
+    const ScanCancellation* cancellation = nullptr; ///< stops the scan; outlives it
+    ScanProgressCallback progress{};                ///< hears of it every 0.25 seconds
+};
+
 /// Measures the ROOT of a command without what the request excludes, or takes the scan that is in a scan
 /// file in its place. Ends the process when such a file is not to be believed.
-RootScan scanOrFileOfRoot(const Request& request);
+RootScan scanOrFileOfRoot(const Request& request, const ScanWatch& watch = {});
 
 /// Measures the ROOT of a command that has to look at the disk besides the scan: a scan file is measured like
 /// any other file.
-ScanResult scanOfRoot(const Request& request);
+ScanResult scanOfRoot(const Request& request, const ScanWatch& watch = {});
 
 // When nothing can be measured, these say why on standard error and end the process as incomplete: an empty
 // list would read as "nothing found".
 
-RootScan scanOrFileOfExistingRoot(const Request& request);
+RootScan scanOrFileOfExistingRoot(const Request& request, const ScanWatch& watch = {});
 ScanResult scanOfExistingRoot(const Request& request);
 
 /// How many entries were left out of a scan that was told to leave some out; else nothing.
