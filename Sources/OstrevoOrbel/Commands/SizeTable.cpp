@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -23,8 +24,11 @@ constexpr std::size_t gapColumns = 2; ///< between two columns
 struct Glyphs {
     std::string_view more, elided, branch, lastBranch, line, noLine;
     std::string_view fullCell;
-    std::array<std::string_view, 8> partCells; ///< by eighths
+    std::span<const std::string_view> partCells; ///< what may follow the full ones, from nothing on
 };
+
+constexpr std::array<std::string_view, 8> eighthsOfCells{"", "▏", "▎", "▍", "▌", "▋", "▊", "▉"};
+constexpr std::array<std::string_view, 1> noPartCells{""};
 
 constexpr Glyphs unicodeGlyphs{.more = "…",
                                .elided = "…",
@@ -33,7 +37,7 @@ constexpr Glyphs unicodeGlyphs{.more = "…",
                                .line = "│  ",
                                .noLine = "   ",
                                .fullCell = "█",
-                               .partCells = {"", "▏", "▎", "▍", "▌", "▋", "▊", "▉"}};
+                               .partCells = eighthsOfCells};
 constexpr Glyphs asciiGlyphs{.more = "...",
                              .elided = "...",
                              .branch = "|- ",
@@ -41,7 +45,7 @@ constexpr Glyphs asciiGlyphs{.more = "...",
                              .line = "|  ",
                              .noLine = "   ",
                              .fullCell = "#",
-                             .partCells = {}};
+                             .partCells = noPartCells};
 
 enum class RowKind { folder, other, more, total };
 
@@ -188,15 +192,13 @@ private:
     std::string barOf(const Row& row) const {
         if (row.kind == RowKind::total)
             return std::string(barColumns, ' ');
-        constexpr std::size_t parts = 8;
-        const auto eighths = (perMille(row.bytes, total_) * barColumns * parts + 500) / 1000;
-        const auto part = glyphs_.partCells.at(eighths % parts);
+        const auto parts = glyphs_.partCells.size();
+        const auto filled = (perMille(row.bytes, total_) * barColumns * parts + 500) / 1000;
         std::string bar;
-        for (std::size_t cell = 0; cell < eighths / parts; ++cell)
+        for (std::size_t cell = 0; cell < filled / parts; ++cell)
             bar += glyphs_.fullCell;
-        bar += part;
-        const auto taken = eighths / parts + (part.empty() ? 0 : 1);
-        return coloured("36", bar) + std::string(barColumns - taken, ' ');
+        bar += glyphs_.partCells[filled % parts];
+        return coloured("36", bar) + std::string(barColumns - displayWidth(bar), ' ');
     }
 
     std::string nameOf(const Row& row) const {
@@ -230,17 +232,18 @@ private:
 };
 
 /// Where and when a scan that was kept was made.
-std::string originLine(const RootScan& scan, const TableForm& form, const Glyphs& glyphs) {
-    const auto words = scan.result.tree.path(0, PathCanonicalizer::shared()) + " on "
-                       + scan.keptOrigin->machine + ", measured " + iso8601(scan.keptOrigin->measuredAt);
-    return isolatedText(elidedInMiddle(visibleText(words), form.columns, glyphs.elided)) + "\n";
+std::string originLine(const RootScan& scan) {
+    return isolatedText(visibleText(scan.result.tree.path(0, PathCanonicalizer::shared()) + " on "
+                                    + scan.keptOrigin->machine + ", measured "
+                                    + iso8601(scan.keptOrigin->measuredAt)))
+           + "\n";
 }
 
 } // namespace
 
 std::string sizeTable(const RootScan& scan, const ListLimits& limits, const TableForm& form) {
     const auto& glyphs = form.isUnicode ? unicodeGlyphs : asciiGlyphs;
-    const auto origin = form.isTerminal && scan.keptOrigin ? originLine(scan, form, glyphs) : "";
+    const auto origin = form.isTerminal && scan.keptOrigin ? originLine(scan) : "";
     return origin + TableWriter(RowMaker(scan, limits, glyphs).rows(), form, glyphs).text();
 }
 
