@@ -22,7 +22,7 @@ constexpr std::size_t fewestNameColumns = 16;
 constexpr std::size_t gapColumns = 2; ///< between two columns
 
 struct Glyphs {
-    std::string_view more, elided, branch, lastBranch, line, noLine;
+    std::string_view dots, branch, lastBranch, line, noLine;
     std::string_view fullCell;
     std::span<const std::string_view> partCells; ///< what may follow the full ones, from nothing on
 };
@@ -30,16 +30,14 @@ struct Glyphs {
 constexpr std::array<std::string_view, 8> eighthsOfCells{"", "▏", "▎", "▍", "▌", "▋", "▊", "▉"};
 constexpr std::array<std::string_view, 1> noPartCells{""};
 
-constexpr Glyphs unicodeGlyphs{.more = "…",
-                               .elided = "…",
+constexpr Glyphs unicodeGlyphs{.dots = "…",
                                .branch = "├─ ",
                                .lastBranch = "└─ ",
                                .line = "│  ",
                                .noLine = "   ",
                                .fullCell = "█",
                                .partCells = eighthsOfCells};
-constexpr Glyphs asciiGlyphs{.more = "...",
-                             .elided = "...",
+constexpr Glyphs asciiGlyphs{.dots = "...",
                              .branch = "|- ",
                              .lastBranch = "`- ",
                              .line = "|  ",
@@ -108,7 +106,7 @@ private:
                              .bytes = bytes,
                              .items = items,
                              .branch = isTree ? lines + branchOf(true) : "",
-                             .name = std::string(glyphs_.more) + " and "
+                             .name = std::string(glyphs_.dots) + " and "
                                      + std::to_string(all.size() - shown.size()) + " more"});
     }
 
@@ -204,9 +202,9 @@ private:
     std::string nameOf(const Row& row) const {
         if (!form_.isTerminal)
             return row.branch + row.name;
-        const auto branch = elidedInMiddle(row.branch, nameColumns_ / 2, glyphs_.elided);
+        const auto branch = elidedInMiddle(row.branch, nameColumns_ / 2, glyphs_.dots);
         const auto name =
-            isolatedText(elidedInMiddle(row.name, nameColumns_ - displayWidth(branch), glyphs_.elided));
+            isolatedText(elidedInMiddle(row.name, nameColumns_ - displayWidth(branch), glyphs_.dots));
         constexpr std::array<std::string_view, 4> styles{"1;34", "", "2", "1"};
         return coloured("2", branch) + coloured(styles.at(static_cast<std::size_t>(row.kind)), name);
     }
