@@ -42,14 +42,14 @@ _orbel() {
             mapfile -t COMPREPLY < <(compgen -W last -- "$current")
             return
             ;;
-        --top | --size | --min-bytes | --unused-days | --since | --scan-delay | --select-app | --snapshot-delay | --simulate-hover)
+        --top | --depth | --size | --min-bytes | --unused-days | --since | --scan-delay | --select-app | --snapshot-delay | --simulate-hover)
             return
             ;;
     esac
 
     local more=
     case $command in
-        --scan-json) more="--top --growth --save --exclude" ;;
+        --scan-json) more="--top --depth --min-bytes --growth --save --exclude" ;;
         --compare-json) more="--top --exclude" ;;
         --map-svg) more="--size --exclude" ;;
         --duplicates-json) more="--details --exclude" ;;
@@ -59,6 +59,7 @@ _orbel() {
         --journal-json | --journal-markdown) more=--since ;;
         "")
             more=$commands
+            [ "${COMP_WORDS[0]##*/}" != orbel ] || more+=" --top --depth --min-bytes --exclude"
             [ "${COMP_WORDS[0]##*/}" != ostrevo-orbel ] || more+=" $window"
             ;;
     esac
@@ -71,6 +72,11 @@ _orbel() {
             fi
             ;;
     esac
+    if [ -z "$command" ] && [ "${COMP_WORDS[0]##*/}" = orbel ] && [[ $current != -* ]]; then
+        compopt -o filenames 2>/dev/null
+        mapfile -t COMPREPLY < <(compgen -d -- "$current")
+        return
+    fi
     mapfile -t COMPREPLY < <(compgen -W "$more" -- "$current")
 }
 

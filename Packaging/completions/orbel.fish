@@ -33,11 +33,12 @@ for program in orbel ostrevo-orbel
     complete -c $program -n "$first" -s h -l help -d "Print the usage"
     complete -c $program -n "$first" -s V -l version -d "Print the version"
     complete -c $program -n "__orbel_has --scan-json --compare-json" -l top -x -d "List so many entries"
+    complete -c $program -n "__orbel_has --scan-json" -l depth -x -d "Show so many levels"
     complete -c $program -n "__orbel_has --scan-json" -l growth -d "Add what grew since the last scan"
     complete -c $program -n "__orbel_has --scan-json" -l save -r -d "Keep the scan in a file"
     complete -c $program -n "__orbel_has --map-svg" -l size -x -d "Width and height: 1440x900"
     complete -c $program -n "__orbel_has --duplicates-json" -l details -d "Add what each copy takes on disk"
-    complete -c $program -n "__orbel_has --large-json" -l min-bytes -x -d "Smallest size"
+    complete -c $program -n "__orbel_has --scan-json --large-json" -l min-bytes -x -d "Smallest size"
     complete -c $program -n "__orbel_has --large-json" -l unused-days -x -d "Days without a use"
     complete -c $program -n "__orbel_has --scan-json --compare-json --map-svg --export-ncdu --duplicates-json --large-json --tidy-json --rebuildable-json" -l exclude -r -F -d "Leave out what matches"
     complete -c $program -n "__orbel_has --trash" -l files0-from -r -F -d "Take the paths from a file"
@@ -46,6 +47,12 @@ for program in orbel ostrevo-orbel
     complete -c $program -n "__orbel_has --journal-json --journal-markdown" -l since -x -d "From this date on"
     complete -c $program -n "__orbel_has --trash --compare-json --map-svg --export-ncdu" -F
 end
+
+complete -c orbel -n "$first" -F
+complete -c orbel -n "$first" -l top -x -d "List so many entries"
+complete -c orbel -n "$first" -l depth -x -d "Show so many levels"
+complete -c orbel -n "$first" -l min-bytes -x -d "Smallest size"
+complete -c orbel -n "$first" -l exclude -r -F -d "Leave out what matches"
 
 complete -c ostrevo-orbel -n "$first" -l scan -x -a "(__fish_complete_directories) volume" -d "Measure at once"
 complete -c ostrevo-orbel -n "$first" -l scan-delay -x -d "Seconds before the scan"

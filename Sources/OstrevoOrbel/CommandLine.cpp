@@ -2,6 +2,7 @@
 
 #include "Commands/CommandHelp.h"
 #include "Commands/CommandOutput.h"
+#include "Commands/CommandTable.h"
 #include "Commands/Request.h"
 #include "HeadlessCommands.h"
 #include "ResourceFailure.h"
@@ -21,7 +22,7 @@ void runCommandIfRequested(std::span<const std::string> arguments, std::string_v
 
 void runCommandLine(std::span<const std::string> arguments) {
     runCommandIfRequested(arguments, "");
-    finishWrongUsage(noCommandReason(arguments));
+    HeadlessCommands::run(tableCommand, arguments);
 }
 
 } // namespace orbel

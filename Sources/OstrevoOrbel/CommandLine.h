@@ -11,7 +11,7 @@ namespace orbel {
 /// Returns when none of these is there.
 void runCommandIfRequested(std::span<const std::string> arguments, std::string_view moreHelp);
 
-/// The same for the program that has no window. With no command, two lines on standard error say so.
+/// The same for the program that has no window: without a command it prints the table of a folder.
 [[noreturn]] void runCommandLine(std::span<const std::string> arguments);
 
 } // namespace orbel

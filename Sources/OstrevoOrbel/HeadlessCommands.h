@@ -5,6 +5,8 @@
 
 namespace orbel {
 
+struct Command;
+
 /// The commands that print a result and end the process, before any window or model exists.
 struct HeadlessCommands {
     HeadlessCommands() = delete;
@@ -13,6 +15,9 @@ struct HeadlessCommands {
     /// is read strictly and not understood ends it too. Returns when no such command is there. `arguments`
     /// are all words of the command line, the program's own path first.
     static void runIfRequested(std::span<const std::string> arguments);
+
+    /// Runs a command that is read strictly with what the line asks of it, and ends the process.
+    [[noreturn]] static void run(const Command& command, std::span<const std::string> arguments);
 };
 
 } // namespace orbel

@@ -28,22 +28,28 @@ TEST(CommandLine, TellsItsUsageAndVersion) {
         EXPECT_EQ(runOrbel({word}).output, "orbel " + appVersion() + "\n");
 }
 
-TEST(CommandLine, WithoutACommandSaysSoInTwoLines) {
-    for (const auto& words :
-         std::vector<Words>{{}, {"--scan-json"}, {"--unknown"}, {"scan", "-x"}, {"--top", "3"}}) {
+TEST(CommandLine, WrongUsageIsSaidInTwoLines) {
+    for (const auto& words : std::vector<Words>{{"--scan-json"},
+                                                {"--unknown"},
+                                                {"-x", "scan"},
+                                                {"--top", "many"},
+                                                {"--depth", "0"},
+                                                {"--depth", "501"},
+                                                {"--min-bytes", "-1"}}) {
         const auto run = runOrbel(words);
         EXPECT_EQ(run.status, 2);
         EXPECT_EQ(run.output, "");
         EXPECT_EQ(lineCount(run.errors), 2);
         EXPECT_TRUE(run.errors.ends_with("\nTry orbel --help\n"));
-        EXPECT_TRUE(words.empty() || run.errors.contains(words.front())) << run.errors;
+        EXPECT_TRUE(run.errors.contains(words.front())) << run.errors;
     }
 }
 
 TEST(CommandLine, AMissingRootIsNoEmptyList) {
     const ProgramHome home;
     const auto missing = home.path("missing");
-    for (const auto& words : std::vector<Words>{{"--large-json", missing},
+    for (const auto& words : std::vector<Words>{{missing},
+                                                {"--large-json", missing},
                                                 {"--tidy-json", missing},
                                                 {"--rebuildable-json", missing},
                                                 {"--map-svg", missing, "map.svg"},

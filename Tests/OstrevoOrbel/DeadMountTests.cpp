@@ -64,6 +64,7 @@ TEST_F(DeadMount, NoCommandWaitsForIt) {
     test::inChildProcess([&] {
         mountAll();
         for (const std::vector<std::string>& words : {std::vector<std::string>{"--scan-json", home.path()},
+                                                      {home.path()},
                                                       {"--large-json", home.path()},
                                                       {"--tidy-json", home.path()},
                                                       {"--rebuildable-json", home.path()},

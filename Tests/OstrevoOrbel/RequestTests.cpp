@@ -95,9 +95,24 @@ TEST(Request, NamesTheWordAndWhatIsNearest) {
               "\"--dryrun\" is not an option of --trash: did you mean --dry-run?");
     EXPECT_EQ(errorOf({"--large-json", "/", "-n"}),
               "\"-n\" is not an option of --large-json: it has --min-bytes, --unused-days, --exclude");
-    EXPECT_EQ(noCommandReason(Words{"orbel", "tidy-jsn", "/"}),
-              "\"tidy-jsn\" is not a command: did you mean --tidy-json?");
-    EXPECT_EQ(noCommandReason(Words{"orbel", "--scan-json"}), "--scan-json takes ROOT");
+}
+
+TEST(Request, WithoutACommandTakesAFolderAndOptions) {
+    const auto read = [](Words words) {
+        words.insert(words.begin(), "orbel");
+        return strictRequest(tableCommand, words);
+    };
+    EXPECT_EQ(read({}), Request());
+    EXPECT_EQ(read({"--depth=2", "root", "--exclude", "a"}),
+              (Request{{"root"}, {{"--depth", "2"}, {"--exclude", "a"}}}));
+    EXPECT_EQ(read({"--", "--trash"}), (Request{{"--trash"}}));
+    EXPECT_EQ(read({"--tidy-jsn", "/"}).error(),
+              "\"--tidy-jsn\" is neither a command nor an option: did you mean --tidy-json?");
+    EXPECT_EQ(read({"/", "--dept", "2"}).error(),
+              "\"--dept\" is neither a command nor an option: did you mean --depth?");
+    EXPECT_EQ(read({"--scan-json"}).error(), "--scan-json takes ROOT");
+    EXPECT_EQ(read({"a", "b"}).error(), "\"b\" is a word too many: orbel takes [ROOT]");
+    EXPECT_EQ(read({""}).error(), "A word of orbel is empty");
 }
 
 TEST(Request, OfALenientCommandPassesOverTheRest) {

@@ -79,6 +79,39 @@ TEST(ScanReport, ListsAsManyChildrenAsAskedFor) {
     EXPECT_EQ(listed({"--top"}), 20);
 }
 
+TEST(ScanReport, NestsChildrenToTheDepth) {
+    const TemporaryFolder home;
+    home.file("a/inner/x", 300'000);
+    home.hardLink("b/y", "a/inner/x");
+    home.file("a/small", 5000);
+    home.file("a/smaller", 1000);
+    const json plain = reportOf({"--scan-json", home.path()});
+    const json one = reportOf({"--scan-json", home.path(), "--depth", "1"});
+    const json two = reportOf({"--scan-json", home.path(), "--depth", "2", "--top", "2"});
+    ASSERT_EQ(plain["children"].size(), 2);
+    EXPECT_EQ(keysOf(plain), keysOf(two)) << "the document itself stays as it is";
+    auto stripped = one["children"];
+    for (auto& child : stripped)
+        EXPECT_EQ(child.erase("entries"), 1);
+    EXPECT_EQ(stripped, plain["children"]);
+    EXPECT_EQ(keysOf(plain["children"][0]),
+              (std::vector<std::string>{"allocatedBytes", "hasHardLinks", "isFolder", "path"}));
+
+    const json& a = two["children"][0];
+    EXPECT_EQ(a["entries"], 5);
+    ASSERT_EQ(a["children"].size(), 2) << "N in each folder";
+    const json& inner = a["children"][0];
+    EXPECT_EQ(inner["path"], home.path("a/inner"));
+    EXPECT_EQ(keysOf(inner), (std::vector<std::string>{"allocatedBytes", "entries", "isFolder", "path"}));
+    EXPECT_EQ(inner["entries"], 2);
+    EXPECT_EQ(keysOf(a["children"][1]), (std::vector<std::string>{"allocatedBytes", "isFolder", "path"}));
+
+    const json large = reportOf({"--scan-json", home.path(), "--depth", "9", "--min-bytes", "100000"});
+    ASSERT_EQ(large["children"].size(), 1);
+    EXPECT_EQ(large["children"][0]["children"][0]["children"][0]["path"], home.path("a/inner/x"));
+    EXPECT_EQ(runOrbel({"--scan-json", home.path(), "--depth", "none"}).status, 2);
+}
+
 TEST(ScanReport, MarksChildrenThatShareHardLinks) {
     const TemporaryFolder home;
     home.file("a/inner/x", 5000);

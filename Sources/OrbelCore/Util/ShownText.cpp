@@ -1,5 +1,6 @@
 #include "Util/ShownText.h"
 
+#include "Util/Characters.h"
 #include "Util/Utf8.h"
 
 #include <algorithm>
@@ -9,10 +10,7 @@ namespace orbel {
 
 namespace {
 
-struct Range {
-    char32_t first;
-    char32_t last;
-};
+using Range = CharacterRange;
 
 constexpr std::array hiddenCharacters{Range{0x00, 0x1F},     Range{0x7F, 0x9F},     Range{0xAD, 0xAD},
                                       Range{0x61C, 0x61C},   Range{0x180E, 0x180E}, Range{0x200B, 0x200B},
@@ -23,11 +21,6 @@ constexpr std::array hiddenCharacters{Range{0x00, 0x1F},     Range{0x7F, 0x9F}, 
 /// The blocks of right-to-left scripts (Unicode's DerivedBidiClass).
 constexpr std::array rightToLeftBlocks{Range{0x590, 0x8FF}, Range{0xFB1D, 0xFDFF}, Range{0xFE70, 0xFEFE},
                                        Range{0x10800, 0x10FFF}, Range{0x1E800, 0x1EFFF}};
-
-bool isIn(const auto& ranges, char32_t character) {
-    return std::ranges::any_of(
-        ranges, [&](Range range) { return character >= range.first && character <= range.last; });
-}
 
 /// At least four digits, as Unicode writes a character's number.
 std::string hexadecimal(char32_t character) {
@@ -40,19 +33,6 @@ std::string hexadecimal(char32_t character) {
 
 bool isAscii(std::string_view text) {
     return std::ranges::all_of(text, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
-}
-
-/// Calls `use` with each character of valid UTF-8 and its bytes.
-void forEachCharacter(std::string_view text, const auto& use) {
-    while (!text.empty()) {
-        const auto lead = static_cast<unsigned char>(text.front());
-        const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-        char32_t character = length == 1 ? lead : lead & (0xFFU >> (length + 1));
-        for (const char byte : text.substr(1, length - 1))
-            character = character << 6U | (static_cast<unsigned char>(byte) & 0x3FU);
-        use(character, text.substr(0, length));
-        text.remove_prefix(length);
-    }
 }
 
 } // namespace

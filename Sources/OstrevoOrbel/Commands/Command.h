@@ -17,7 +17,7 @@ struct CommandOption {
 
 /// A headless command: all that the parser, the help and the programs know of it. A constant.
 struct Command {
-    std::string_view name;                       ///< "--large-json"
+    std::string_view name;                       ///< "--large-json"; empty for a line without a command
     std::string_view operands = {};              ///< their names, "ROOT FILE"; empty when it takes none
     std::size_t fewestOperands = 0;              ///< and without them it is wrong usage
     std::size_t mostOperands = fewestOperands;   ///< one more is wrong usage

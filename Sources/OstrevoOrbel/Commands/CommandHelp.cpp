@@ -14,7 +14,8 @@ namespace {
 constexpr std::size_t width = 80;
 constexpr std::size_t helpColumn = 16;
 
-constexpr std::string_view start = R"(Usage: orbel COMMAND [OPTION]...
+constexpr std::string_view start = R"(Usage: orbel [ROOT] [OPTION]...
+       orbel COMMAND [OPTION]...
 
 Measures where the space on a disk went, moves what you name to the Trash, and
 puts it back. Nothing is ever deleted.
@@ -73,27 +74,31 @@ std::vector<std::string> wordsOf(std::string_view text) {
 std::vector<std::string> synopsisOf(const Command& command) {
     std::vector<std::string> pieces{std::string(command.name)};
     if (!command.operands.empty())
-        pieces.front() += " " + std::string(command.operands);
+        pieces.front() += (command.name.empty() ? "" : " ") + std::string(command.operands);
     for (const auto& option : command.options)
         pieces.push_back("[" + std::string(option.name) + (option.takes.empty() ? "" : " ")
                          + std::string(option.takes) + "]" + (option.isRepeatable ? "..." : ""));
     return pieces;
 }
 
+void appendCommand(std::string& text, const Command& command) {
+    text += "  ";
+    appendWrapped(text, 2, synopsisOf(command));
+    text += "\n";
+    if (command.help.empty())
+        return;
+    text += std::string(helpColumn, ' ');
+    appendWrapped(text, helpColumn, wordsOf(command.help));
+    text += "\n";
+}
+
 } // namespace
 
 std::string commandHelp() {
     std::string text(start);
-    for (const auto* command : commandTable()) {
-        text += "  ";
-        appendWrapped(text, 2, synopsisOf(*command));
-        text += "\n";
-        if (command->help.empty())
-            continue;
-        text += std::string(helpColumn, ' ');
-        appendWrapped(text, helpColumn, wordsOf(command->help));
-        text += "\n";
-    }
+    appendCommand(text, tableCommand);
+    for (const auto* command : commandTable())
+        appendCommand(text, *command);
     return text + std::string(end);
 }
 

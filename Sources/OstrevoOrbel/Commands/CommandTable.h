@@ -25,6 +25,9 @@ extern const Command appsCommand;
 extern const Command leftoversCommand;
 extern const Command leftoversJsonCommand;
 
+/// What a line without a command asks of the program that has no window; nameless, and not in the table.
+extern const Command tableCommand;
+
 /// All of them, in the order of the help.
 std::span<const Command* const> commandTable();
 

@@ -1,6 +1,7 @@
 #include "Commands/CommandOutput.h"
 #include "Commands/CommandTable.h"
 #include "Commands/CountOption.h"
+#include "Commands/ListLimits.h"
 #include "Commands/Request.h"
 #include "Commands/RootScan.h"
 #include "Commands/ScanReport.h"
@@ -61,7 +62,7 @@ json rowJson(const Change& change, const FileTree& before, const FileTree& after
 }
 
 void run(const Request& request) {
-    const auto top = countOf(request, "--top");
+    const auto top = countOf(request, topOption.name);
     const auto& from = request.operands.front();
     const auto& to = request.operands.back();
     const auto earlier = earlierScan(from, request);
@@ -81,7 +82,7 @@ void run(const Request& request) {
     finish("\n  ],\n  \"to\": " + compactJson(sideJson(later)) + "\n}\n");
 }
 
-constexpr std::array options{CommandOption{.name = "--top", .takes = "N"}, excludeOption};
+constexpr std::array options{topOption, excludeOption};
 
 } // namespace
 

@@ -12,8 +12,13 @@ namespace {
 
 constinit ScanCancellation token;
 
-/// Nothing here may allocate or lock: it runs in between whatever the program was doing.
-void onSignal(int) {
+// Nothing in these two may allocate or lock: they run in between whatever the program was doing.
+
+void onSignalDuringScan(int) {
+    token.cancel();
+}
+
+void onSignalDuringChange(int) {
     const int before = errno;
     token.cancel();
     constexpr std::string_view words = "orbel: Stopping after this item\n";
@@ -21,21 +26,29 @@ void onSignal(int) {
     errno = before;
 }
 
-} // namespace
-
-const ScanCancellation& stopAfterThisItemOnInterrupt() {
+const ScanCancellation& cancelOnInterrupt(void (*handler)(int)) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction action {};
         if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
             continue;
         action = {};
-        action.sa_handler = onSignal;
+        action.sa_handler = handler;
         // The calls of the item in progress are to go on as if nothing had happened.
         action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
         static_cast<void>(sigemptyset(&action.sa_mask)); // a macro on some systems
         ::sigaction(signal, &action, nullptr);
     }
     return token;
+}
+
+} // namespace
+
+const ScanCancellation& stopAfterThisItemOnInterrupt() {
+    return cancelOnInterrupt(onSignalDuringChange);
+}
+
+const ScanCancellation& stopScanOnInterrupt() {
+    return cancelOnInterrupt(onSignalDuringScan);
 }
 
 } // namespace orbel

@@ -9,4 +9,7 @@ namespace orbel {
 /// ends the program at once. A signal that was ignored before stays ignored.
 const ScanCancellation& stopAfterThisItemOnInterrupt();
 
+/// The same for a scan, whose result says by itself that it was stopped: prints nothing.
+const ScanCancellation& stopScanOnInterrupt();
+
 } // namespace orbel

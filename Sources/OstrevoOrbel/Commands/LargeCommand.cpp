@@ -2,6 +2,7 @@
 #include "Commands/CommandTable.h"
 #include "Commands/CountOption.h"
 #include "Commands/ItemJson.h"
+#include "Commands/ListLimits.h"
 #include "Commands/Request.h"
 #include "Commands/RootScan.h"
 #include "Commands/UserContext.h"
@@ -21,7 +22,7 @@ using nlohmann::json;
 LargeOldQuery queryIn(const Request& request) {
     constexpr double secondsPerDay = 24.0 * 60 * 60;
     LargeOldQuery query;
-    if (const auto bytes = countOf(request, "--min-bytes"))
+    if (const auto bytes = countOf(request, minBytesOption.name))
         query.minimumBytes = *bytes;
     if (const auto days = countOf(request, "--unused-days"))
         query.unusedFor =
@@ -66,8 +67,8 @@ void run(const Request& request) {
     finish(prettyJson(report) + "\n");
 }
 
-constexpr std::array options{CommandOption{.name = "--min-bytes", .takes = "N"},
-                             CommandOption{.name = "--unused-days", .takes = "N"}, excludeOption};
+constexpr std::array options{minBytesOption, CommandOption{.name = "--unused-days", .takes = "N"},
+                             excludeOption};
 
 } // namespace
 

@@ -40,7 +40,23 @@ std::string didYouMean(std::string_view word, std::span<const std::string_view> 
     return nearest ? ": did you mean " + std::string(*nearest) + "?" : "";
 }
 
+std::string titleOf(const Command& command) {
+    return command.name.empty() ? "orbel" : std::string(command.name);
+}
+
+/// Where no command is named, the word may have been meant for one.
+std::string unknownCommand(const Command& nameless, std::string_view name) {
+    std::vector<std::string_view> known{"--help", "--version"};
+    for (const auto* command : commandTable())
+        known.push_back(command->name);
+    for (const auto& option : nameless.options)
+        known.push_back(option.name);
+    return inQuotes(name) + " is neither a command nor an option" + didYouMean(name, known);
+}
+
 std::string unknownOption(const Command& command, std::string_view name) {
+    if (command.name.empty())
+        return unknownCommand(command, name);
     const auto start = inQuotes(name) + " is not an option of " + std::string(command.name);
     if (command.options.empty())
         return start + ": it has none";
@@ -56,7 +72,7 @@ std::string unknownOption(const Command& command, std::string_view name) {
 
 std::string wrongOperands(const Command& command, Words operands) {
     const auto taken = " takes " + std::string(command.operands.empty() ? "no operand" : command.operands);
-    const auto rule = std::string(command.name) + taken;
+    const auto rule = titleOf(command) + taken;
     return operands.size() > command.mostOperands
                ? inQuotes(operands[command.mostOperands]) + " is a word too many: " + rule
                : rule;
@@ -65,7 +81,8 @@ std::string wrongOperands(const Command& command, Words operands) {
 /// Reads the words before "--" one by one.
 class StrictReader {
 public:
-    StrictReader(const Command& command, Words switches) : command_(command), rest_(switches) {}
+    StrictReader(const Command& command, Words switches)
+        : command_(command), rest_(switches), isAfterCommand_(command.name.empty()) {}
 
     std::expected<Request, std::string> read() {
         while (!rest_.empty()) {
@@ -94,8 +111,10 @@ private:
                 request_.operands.push_back(*std::move(word.value));
             return std::nullopt;
         }
-        if (commandNamed(word.name) != nullptr)
-            return inQuotes(word.name) + " is a second command beside " + std::string(command_.name);
+        if (const auto* other = commandNamed(word.name))
+            return command_.name.empty()
+                       ? wrongOperands(*other, {})
+                       : inQuotes(word.name) + " is a second command beside " + std::string(command_.name);
         const auto option = std::ranges::find(command_.options, word.name, &CommandOption::name);
         if (option == command_.options.end())
             return unknownOption(command_, word.name);
@@ -121,7 +140,7 @@ private:
 
     const Command& command_;
     Words rest_;
-    bool isAfterCommand_ = false;
+    bool isAfterCommand_;
     Request request_;
 };
 
@@ -166,7 +185,7 @@ std::expected<Request, std::string> strictRequest(const Command& command, Words 
     if (operands.size() < command.fewestOperands || operands.size() > command.mostOperands)
         return std::unexpected(wrongOperands(command, operands));
     if (std::ranges::find(operands, "") != operands.end())
-        return std::unexpected("A word of " + std::string(command.name) + " is empty");
+        return std::unexpected("A word of " + titleOf(command) + " is empty");
     return request;
 }
 
@@ -193,19 +212,6 @@ std::optional<Request> lenientRequest(const Command& command, Words arguments) {
         }
     }
     return request;
-}
-
-std::string noCommandReason(Words arguments) {
-    const auto words = withoutProgram(arguments);
-    if (words.empty())
-        return "There is no COMMAND";
-    const auto name = SwitchWord(words.front()).name;
-    if (const auto* command = commandNamed(name))
-        return wrongOperands(*command, {});
-    std::vector<std::string_view> known{"--help", "--version"};
-    for (const auto* command : commandTable())
-        known.push_back(command->name);
-    return inQuotes(name) + " is not a command" + didYouMean(name, known);
 }
 
 Words switchesIn(Words arguments) {

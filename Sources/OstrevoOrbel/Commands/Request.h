@@ -33,18 +33,15 @@ struct Request {
 /// first one of the line, unless a lenient command stands before it and it changes nothing.
 const Command* strictCommandIn(std::span<const std::string> arguments);
 
-/// What the line asks of `command`, which is in it, when all of it is understood. The first "--" ends the
-/// switches. The error says what is wrong: an unknown switch and which one is nearest, a second command, a
-/// value or an operand too many or too few.
+/// What the line asks of `command`, which is in it or nameless, when all of it is understood. The first "--"
+/// ends the switches. The error says what is wrong: an unknown switch and which one is nearest, a second
+/// command, a value or an operand too many or too few.
 std::expected<Request, std::string> strictRequest(const Command& command,
                                                   std::span<const std::string> arguments);
 
 /// What the line asks of `command`, with all else in it ignored; absent when the command, or the one operand
 /// that it takes, is missing.
 std::optional<Request> lenientRequest(const Command& command, std::span<const std::string> arguments);
-
-/// What is wrong with a line that holds no command, for the user.
-std::string noCommandReason(std::span<const std::string> arguments);
 
 /// The words before the first "--": only among these, a word that looks like a switch is one.
 std::span<const std::string> switchesIn(std::span<const std::string> arguments);

@@ -23,16 +23,17 @@ namespace {
     finishUnread(root, error ? error.message() : "could not be read");
 }
 
-ScanResult scanOf(const std::string& root, const Request& request) {
+ScanResult scanOf(const std::string& root, const Request& request, const ScanWatch& watch) {
     const ScanCancellation nobodyCancels;
-    return TreeScanner::scan(root, std::nullopt, nobodyCancels, nullptr,
-                             {.paths = {}, .patterns = request.values(excludeOption.name)});
+    return TreeScanner::scan(root, std::nullopt,
+                             watch.cancellation != nullptr ? *watch.cancellation : nobodyCancels,
+                             watch.progress, {.paths = {}, .patterns = request.values(excludeOption.name)});
 }
 
 } // namespace
 
 ScanResult scanOfRoot(const Request& request) {
-    return scanOf(request.operands.front(), request);
+    return scanOf(request.operands.front(), request, {});
 }
 
 RootScan RootScan::ofKept(KeptScan kept) {
@@ -58,24 +59,25 @@ std::optional<RootScan> scanInFile(const std::string& path, const Request& reque
     return RootScan::ofKept(**std::move(kept));
 }
 
-RootScan scanOrFileOf(const std::string& root, const Request& request) {
+RootScan scanOrFileOf(const std::string& root, const Request& request, const ScanWatch& watch) {
     auto kept = scanInFile(root, request);
-    return kept ? *std::move(kept) : RootScan{.result = scanOf(root, request), .keptOrigin = std::nullopt};
+    return kept ? *std::move(kept)
+                : RootScan{.result = scanOf(root, request, watch), .keptOrigin = std::nullopt};
 }
 
 RootScan scanOrFileOfRoot(const Request& request) {
     return scanOrFileOf(request.operands.front(), request);
 }
 
-RootScan scanOrFileOfExisting(const std::string& root, const Request& request) {
-    auto scan = scanOrFileOf(root, request);
+RootScan scanOrFileOfExisting(const std::string& root, const Request& request, const ScanWatch& watch) {
+    auto scan = scanOrFileOf(root, request, watch);
     if (scan.result.tree.count() == 0)
         finishUnmeasured(root);
     return scan;
 }
 
-RootScan scanOrFileOfExistingRoot(const Request& request) {
-    return scanOrFileOfExisting(request.operands.front(), request);
+RootScan scanOrFileOfExistingRoot(const Request& request, const ScanWatch& watch) {
+    return scanOrFileOfExisting(request.operands.front(), request, watch);
 }
 
 ScanResult scanOfExistingRoot(const Request& request) {

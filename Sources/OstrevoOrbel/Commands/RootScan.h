@@ -2,6 +2,8 @@
 
 #include "Commands/Command.h"
 #include "Saved/ScanFile.h"
+#include "Scan/ScanCancellation.h"
+#include "Scan/ScanProgress.h"
 
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
@@ -24,12 +26,18 @@ struct RootScan {
     }
 };
 
+/// What goes on beside a scan. A scan file is read without either.
+struct ScanWatch {
+    const ScanCancellation* cancellation = nullptr; ///< stops the scan; outlives it
+    ScanProgressCallback progress{};                ///< hears of it every 0.25 seconds
+};
+
 /// Measures the ROOT of a command without what the request excludes, or takes the scan that is in a scan
 /// file in its place. Ends the process when such a file is not to be believed.
 RootScan scanOrFileOfRoot(const Request& request);
 
 /// The same for one of several operands.
-RootScan scanOrFileOf(const std::string& root, const Request& request);
+RootScan scanOrFileOf(const std::string& root, const Request& request, const ScanWatch& watch = {});
 
 /// The scan in a scan file; absent for all that is none. Ends the process when it is not to be believed.
 std::optional<RootScan> scanInFile(const std::string& path, const Request& request);
@@ -41,8 +49,8 @@ ScanResult scanOfRoot(const Request& request);
 // When nothing can be measured, these say why on standard error and end the process as incomplete: an empty
 // list would read as "nothing found".
 
-RootScan scanOrFileOfExistingRoot(const Request& request);
-RootScan scanOrFileOfExisting(const std::string& root, const Request& request);
+RootScan scanOrFileOfExisting(const std::string& root, const Request& request, const ScanWatch& watch = {});
+RootScan scanOrFileOfExistingRoot(const Request& request, const ScanWatch& watch = {});
 ScanResult scanOfExistingRoot(const Request& request);
 
 /// How many entries were left out of a scan that was told to leave some out; else nothing.

@@ -6,7 +6,6 @@
 #include "Scan/VolumeInfo.h"
 #include "Util/Iso8601.h"
 
-#include <algorithm>
 #include <nlohmann/json.hpp>
 
 namespace orbel {
@@ -21,20 +20,34 @@ NodeIndex topLevelAncestor(const FileTree& tree, NodeIndex node) {
     return node;
 }
 
-json childrenOf(const FileTree& tree, std::size_t top) {
-    const auto linked = topLevelNodesSharingLinks(tree);
+/// The children of a folder, and when `isNested`, each folder's entries and its children down to `depth`.
+json childrenOf(const FileTree& tree, NodeIndex folder, const ListLimits& limits, bool isNested,
+                std::size_t depth) {
     json children = json::array();
-    if (tree.count() == 0)
-        return children;
-    const auto all = tree.children(0);
-    for (const NodeIndex child : all.first(std::min(top, all.size()))) {
-        children.push_back({{"path", tree.path(child, PathCanonicalizer::shared())},
-                            {"allocatedBytes", tree.allocated(child)},
-                            {"isFolder", tree.isFolder(child)},
-                            {"hasHardLinks", linked.contains(child)}});
+    for (const NodeIndex child : limits.shown(tree, folder)) {
+        json object = {{"path", tree.path(child, PathCanonicalizer::shared())},
+                       {"allocatedBytes", tree.allocated(child)},
+                       {"isFolder", tree.isFolder(child)}};
         if (tree.isExcluded(child))
-            children.back()["isExcluded"] = true;
+            object["isExcluded"] = true;
+        if (isNested && tree.isFolder(child)) {
+            object["entries"] = std::uint64_t{tree.descendantCount(child)} + 1;
+            if (depth > 1)
+                object["children"] = childrenOf(tree, child, limits, isNested, depth - 1);
+        }
+        children.push_back(std::move(object));
     }
+    return children;
+}
+
+json topLevelOf(const FileTree& tree, const ListLimits& limits, bool isNested) {
+    if (tree.count() == 0)
+        return json::array();
+    auto children = childrenOf(tree, 0, limits, isNested, limits.depth);
+    const auto linked = topLevelNodesSharingLinks(tree);
+    const auto shown = limits.shown(tree, 0);
+    for (std::size_t i = 0; i < shown.size(); ++i)
+        children[i]["hasHardLinks"] = linked.contains(shown[i]);
     return children;
 }
 
@@ -59,7 +72,7 @@ json originJson(const FileTree& tree, const ScanOrigin& origin) {
             {"user", origin.user}};
 }
 
-json scanReport(const std::string& root, const RootScan& scan, std::size_t top) {
+json scanReport(const std::string& root, const RootScan& scan, const ListLimits& limits, bool isNested) {
     const ScanResult& result = scan.result;
     const FileTree& tree = result.tree;
     json report = {
@@ -73,7 +86,7 @@ json scanReport(const std::string& root, const RootScan& scan, std::size_t top) 
         {"durationSeconds", result.duration},
         {"firstProgressSeconds", result.firstProgress.value_or(-1)},
         {"peakFootprintBytes", platform::peakFootprintBytes()},
-        {"children", childrenOf(tree, top)},
+        {"children", topLevelOf(tree, limits, isNested)},
     };
     if (const auto& origin = scan.keptOrigin)
         report["keptScan"] = originJson(tree, *origin);

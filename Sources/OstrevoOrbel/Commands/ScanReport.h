@@ -1,17 +1,19 @@
 #pragma once
 
+#include "Commands/ListLimits.h"
 #include "Commands/RootScan.h"
 
-#include <cstddef>
 #include <nlohmann/json_fwd.hpp>
 #include <set>
 #include <string>
 
 namespace orbel {
 
-/// What `--scan-json` prints of a finished scan. `root` is shown as it was given; at most `top` of its
-/// children are listed, the largest first. Of a scan that was kept it also says where and when it was made.
-nlohmann::json scanReport(const std::string& root, const RootScan& scan, std::size_t top);
+/// What `--scan-json` prints of a finished scan. `root` is shown as it was given; its children are listed as
+/// far as the limits go, the largest first, and where these have a depth to say so (`isNested`), folders with
+/// their children and how many entries they hold. Of a kept scan it also says where and when it was made.
+nlohmann::json scanReport(const std::string& root, const RootScan& scan, const ListLimits& limits,
+                          bool isNested = false);
 
 /// Where and when a scan was made, and of what: "root", "measuredAt", "machine" and "user".
 nlohmann::json originJson(const FileTree& tree, const ScanOrigin& origin);
