@@ -1,5 +1,6 @@
 #include "AppModel/DropFlow.h"
 #include "AppModel/RecentFolders.h"
+#include "SampleDisk.h"
 #include "Snapshots.h"
 #include "WindowScene.h"
 
@@ -69,6 +70,17 @@ TEST_F(DragOverTheWindow, TheFirstFolderIsNamedAndMeasuredAndAFileIsNot) {
     EXPECT_TRUE(scene.says(QStringLiteral("The first of 2 folders")));
     drop();
     EXPECT_TRUE(scene.waitUntil([&] { return *roots == std::vector{places.path("Films")}; }));
+}
+
+TEST_F(DragOverTheWindow, AScanThatWasKeptIsOpenedWhereThereIsNoFolder) {
+    SampleDisk::keptIn(places.path(), "larch");
+    drag({"kept.orbel", "Films"});
+    EXPECT_TRUE(scene.says(QStringLiteral("Measure ~/Films")));
+    drag({"notes.txt", "kept.orbel"});
+    EXPECT_TRUE(scene.says(QStringLiteral("Open ~/kept.orbel")));
+    drop();
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.app().scan()->isForeign(); }));
+    EXPECT_TRUE(roots->empty());
 }
 
 TEST(RecentFoldersInTheOverview, AreMeasuredByAClickAndForgottenOnRequest) {

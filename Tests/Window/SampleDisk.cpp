@@ -1,10 +1,12 @@
 #include "SampleDisk.h"
 
 #include "Safety/PathCanonicalizer.h"
+#include "Saved/ScanFile.h"
 #include "Support/TreeBuilder.h"
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
 
 namespace orbel::test {
 
@@ -89,6 +91,19 @@ std::vector<platform::Mount> SampleDisk::mounts() {
 
 ScanResult SampleDisk::measured() {
     return sample(1);
+}
+
+std::string SampleDisk::keptIn(const std::string& folder, const std::string& machine) {
+    const auto result = measured();
+    const ScanOrigin origin{.measuredAt = currentDate() - std::chrono::days(1),
+                            .duration = result.duration,
+                            .machine = machine,
+                            .user = {},
+                            .program = {},
+                            .volume = volume()};
+    auto path = folder + "/kept.orbel";
+    std::ofstream(path, std::ios::binary) << scanFileBytes(result.tree, origin);
+    return path;
 }
 
 ScanResult SampleDisk::partlyMeasured() {

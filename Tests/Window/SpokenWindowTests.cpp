@@ -317,6 +317,26 @@ TEST(SpokenWindowOf, AMeasuredDisk) {
     scene.expectSpoken("large-no-match");
 }
 
+TEST(SpokenWindowOf, AScanOfAnotherComputer) {
+    SpokenWindow scene;
+    scene.environment.options.openScanPath = SampleDisk::keptIn(scene.folder(), "larch");
+    scene.open();
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scan()->isForeign(); }));
+    for (const auto* const screen : {"overview", "map", "large", "duplicates", "uninstall", "tidy"}) {
+        scene.show(screen);
+        scene.expectSpoken((std::string("foreign-") + screen).c_str());
+    }
+    scene.show("overview");
+    scene.click(QStringLiteral("overview.volume"));
+    scene.expectSpoken("foreign-volumes");
+    scene.press(Qt::Key_Escape);
+    scene.show("map");
+    scene.item(QStringLiteral("map.view"))->forceActiveFocus(Qt::TabFocusReason);
+    scene.press(Qt::Key_Home);
+    scene.press(Qt::Key_F10, Qt::ShiftModifier);
+    scene.expectSpoken("foreign-map-menu");
+}
+
 TEST(SpokenWindowOf, ANarrowWindow) {
     SpokenWindow scene;
     scene.open(800, 560);

@@ -22,6 +22,8 @@ constexpr std::size_t mostTexts = 1024 * 1024;
 /// Trees of more nodes are not compressed further than this, so that no small file claims all memory.
 constexpr std::size_t fewNodes = 16 * 1024 * 1024;
 constexpr std::size_t mostNodesPerByte = 64;
+/// More than any volume has, and few enough to be taken from one another.
+constexpr std::uint64_t mostBytes = std::uint64_t{1} << 62U;
 
 void writeTexts(ByteWriter& writer, const std::vector<std::string>& texts) {
     writer.number(texts.size());
@@ -66,6 +68,17 @@ ScanOrigin readOrigin(ByteReader& reader) {
     if (hasUsedSpace)
         origin.usedSpace = usedSpace;
     return origin;
+}
+
+/// Figures that a volume can have, and times that the system's clock has.
+bool isSound(const ScanOrigin& origin) {
+    constexpr double longest = 1e8; // seconds
+    constexpr std::int64_t farthest = std::int64_t{1} << 53U;
+    const auto measuredAt = std::int64_t{origin.measuredAt.time_since_epoch().count()};
+    const auto volume = origin.volume.value_or(VolumeInfo());
+    return measuredAt >= -farthest && measuredAt <= farthest && origin.duration >= 0
+           && origin.duration <= longest && volume.total <= mostBytes && volume.free <= mostBytes
+           && volume.used <= mostBytes;
 }
 
 /// What few nodes have besides the columns. `Numbers` are pairs of a place and a value, by place.
@@ -208,7 +221,7 @@ std::expected<KeptScan, std::string> scanFromFile(std::string_view bytes) {
     ByteReader reader(*text);
     auto origin = readOrigin(reader);
     TreeHeader header(reader);
-    if (!reader.isAtEnd() || !header.isSound()
+    if (!reader.isAtEnd() || !isSound(origin) || !header.isSound() || header.allocatedBytes > mostBytes
         || header.nodes > std::max(fewNodes, bytes.size() * mostNodesPerByte)
         || !TreeBlocks::read(std::span(*parts).subspan(1), header.nodes, header.tree)
         || !agrees(header.tree, header.allocatedBytes))
@@ -216,11 +229,15 @@ std::expected<KeptScan, std::string> scanFromFile(std::string_view bytes) {
     return KeptScan{.tree = std::move(header.tree), .origin = std::move(origin)};
 }
 
+bool isScanFile(const std::string& path) {
+    constexpr std::size_t enough = 64;
+    const auto beginning = beginningOfRegularFile(path, enough);
+    return beginning && looksLikeScanFile(*beginning);
+}
+
 std::optional<std::expected<KeptScan, std::string>> readScanFile(const std::string& path) {
     constexpr std::uint64_t largest = 8ULL * 1024 * 1024 * 1024;
-    constexpr std::size_t enough = 64;
-    if (const auto beginning = beginningOfRegularFile(path, enough);
-        !beginning || !looksLikeScanFile(*beginning))
+    if (!isScanFile(path))
         return std::nullopt;
     const auto bytes = readRegularFile(path, largest);
     return bytes ? scanFromFile(*bytes) : std::unexpected("The scan file could not be read");

@@ -10,6 +10,7 @@
 #include "AppModel/ExclusionFlow.h"
 #include "AppModel/ItemActions.h"
 #include "AppModel/JournalFlow.h"
+#include "AppModel/KeptScanFlow.h"
 #include "AppModel/LargeOldFlow.h"
 #include "AppModel/MapModel.h"
 #include "AppModel/MoveFlow.h"
@@ -50,6 +51,8 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::Notice* notice READ notice CONSTANT)
     Q_PROPERTY(orbel::DiskState* disk READ disk CONSTANT)
     Q_PROPERTY(orbel::ScanFlow* scan READ scan CONSTANT)
+    /// Scans that were kept, shown in its place.
+    Q_PROPERTY(orbel::KeptScanFlow* kept READ kept CONSTANT)
     /// One folder of it, measured again.
     Q_PROPERTY(orbel::RescanFlow* rescan READ rescan CONSTANT)
     /// Outside the home, freed by a command.
@@ -79,6 +82,8 @@ public:
 
     /// Lets the user choose a folder to measure.
     Q_INVOKABLE void chooseFolderAndScan();
+    /// Lets the user choose the file of a scan to look at.
+    Q_INVOKABLE void chooseScanToOpen() { Q_EMIT scanFileWanted(homeFolder()); }
     Q_INVOKABLE void showAbout() { Q_EMIT aboutWanted(); }
     /// Shows what is left out of measuring, where that is chosen.
     Q_INVOKABLE void showExclusions() { Q_EMIT exclusionsWanted(); }
@@ -111,6 +116,7 @@ public:
     Notice* notice() { return &notice_; }
     DiskState* disk() { return &disk_; }
     ScanFlow* scan() { return &scan_; }
+    KeptScanFlow* kept() { return &kept_; }
     SystemPlacesFlow* system() { return &system_; }
     RecentFolders* recent() { return &recent_; }
     DropFlow* drop() { return &drop_; }
@@ -135,6 +141,7 @@ Q_SIGNALS:
     void opened();
     // Asks the window to do what only a window can.
     void folderWanted(const QString& prompt, const QUrl& startFolder);
+    void scanFileWanted(const QUrl& startFolder);
     void aboutWanted();
     void exclusionsWanted();
 
@@ -150,6 +157,7 @@ private:
     ShownScreen shown_;
     DiskState disk_;
     ScanFlow scan_;
+    KeptScanFlow kept_;
     SystemPlacesFlow system_;
     RecentFolders recent_;
     DropFlow drop_;

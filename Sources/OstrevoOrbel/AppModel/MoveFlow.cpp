@@ -85,7 +85,7 @@ MoveFlow::MoveFlow(const AppEnvironment& environment, DeletionSession& session, 
       activity_(activity),
       notice_(notice) {
     connect(&scan, &ScanFlow::scanStateChanged, this, [this] {
-        if (!scan_.isScanning())
+        if (!scan_.isScanning() && !scan_.isForeign())
             return;
         clearTicks();
         // The items of a confirmation are of the tree that has just gone.
@@ -143,6 +143,10 @@ void MoveFlow::ask(std::vector<TickedItem> items) {
         notice_.show(scan_.isScanning()
                          ? tr("Nothing moves while something is measured. Wait for the end, or stop it.")
                          : tr("Nothing moves while something is put back."));
+        return;
+    }
+    if (scan_.isForeign()) {
+        notice_.show(scan_.keptStatement());
         return;
     }
     if (items.empty()) {

@@ -76,7 +76,7 @@ public:
     /// Stops a batch after the item in progress, and waits for it.
     ~MoveFlow() override { batch_.stopAndWait(); }
 
-    /// Has these ticks cleared after every move and whenever a scan begins.
+    /// Has these ticks cleared after every move, and whenever a scan begins or one from elsewhere is shown.
     void watch(Ticks& ticks);
 
     /// Unticks what is at this path or inside it, on every screen.
@@ -86,8 +86,9 @@ public:
 
     // Intents.
 
-    /// Asks for a confirmation of what is ticked. Says so where nothing is, and while a scan or a put back
-    /// runs; ignored while a confirmation is asked for or a batch runs.
+    /// Asks for a confirmation of what is ticked. Says so where nothing is, while a scan or a put back runs,
+    /// and while what is shown was measured elsewhere; ignored while a confirmation is asked for or a batch
+    /// runs.
     Q_INVOKABLE void review(orbel::Ticks* ticks);
     /// The same for items that a screen has no ticks for.
     void ask(std::vector<TickedItem> items);

@@ -20,11 +20,12 @@ RescanFlow::RescanFlow(const AppEnvironment& environment, ScanFlow& scan, TreeEd
         if (!activity_.isIdle())
             stop();
     });
+    connect(&scan, &ScanFlow::scanRootChanged, this, &RescanFlow::stop);
 }
 
 void RescanFlow::start(quint32 node) {
     const auto& tree = scan_.tree();
-    if (isRunning() || !scan_.hasTree() || node >= tree->count())
+    if (isRunning() || !scan_.isMeasuredHere() || node >= tree->count())
         return;
     if (!activity_.isIdle()) {
         notice_.show(tr("A folder is measured again when nothing else runs."));

@@ -32,7 +32,7 @@ public:
                const Activity& activity, Notice& notice);
 
     /// Measures this node of the shown tree, or the folder that it is in; a root by a whole new scan. Ignored
-    /// while that or anything else is under way that measures or moves.
+    /// while that or anything else is under way that measures or moves, and for what was measured elsewhere.
     Q_INVOKABLE void start(quint32 node);
     /// The tree stays as it was.
     Q_INVOKABLE void stop();

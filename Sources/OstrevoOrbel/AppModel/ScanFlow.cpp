@@ -4,6 +4,7 @@
 #include "Models/MapWords.h"
 #include "Safety/FullDiskAccess.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Util/Check.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
 
@@ -52,6 +53,7 @@ void ScanFlow::startScan(const std::string& root) {
     activity_.begin(Activity::Kind::scan);
     scanRoot_ = root;
     scanState_ = ScanState::scanning;
+    kept_.reset();
     progress_.reset();
     lastEntries_ = known_.entriesOf(root);
     topLevel_.begin(rootText());
@@ -115,6 +117,25 @@ void ScanFlow::takeOutcome(ScanOutcome outcome) {
     activity_.end();
     Q_EMIT scanStateChanged();
     environment_.mark("scanComplete");
+    Q_EMIT scanFinished();
+}
+
+void ScanFlow::takeKept(KeptOutcome kept) {
+    ORBEL_CHECK(!isScanning(), "a scan would end in the place of what was kept");
+    const auto name = kept.origin.machine.empty() ? tr("Another disk") : textOf(kept.origin.machine);
+    kept_ = std::move(kept.origin);
+    scanRoot_ = kept.outcome.tree->rootPath;
+    scanState_ = ScanState::done;
+    scannedAt_ = kept.outcome.finishedAt;
+    scanSeconds_ = kept.outcome.duration;
+    progress_.reset();
+    growth_.clear();
+    disk_.beginCounting(scanRoot_, isForeign() ? std::optional(name) : std::nullopt);
+    disk_.takeCounted(kept.outcome);
+    show(std::move(kept.outcome));
+    Q_EMIT scanRootChanged();
+    Q_EMIT scanStateChanged();
+    environment_.mark("scanOpened");
     Q_EMIT scanFinished();
 }
 
@@ -189,6 +210,24 @@ QString ScanFlow::shareWords() const {
 
 QString ScanFlow::rootText() const {
     return textOf(tildePath(PathCanonicalizer::shared().visiblePath(scanRoot_), environment_.home));
+}
+
+QString ScanFlow::keptStatement() const {
+    if (!kept_)
+        return {};
+    if (!isForeign())
+        return tr("Measured %1").arg(whenText(scannedAt_, environment_.now()));
+    return kept_->machine.empty()
+               ? tr("Measured elsewhere; nothing can be moved from here")
+               : tr("Measured on %1; nothing can be moved from here").arg(textOf(kept_->machine));
+}
+
+QString ScanFlow::keptSentence() const {
+    if (!kept_)
+        return {};
+    if (!isForeign())
+        return tr("What has changed since is not in it. Whatever you move is measured again first.");
+    return tr("A scan of %1, made %2.").arg(rootText(), whenText(scannedAt_, environment_.now()));
 }
 
 QString ScanFlow::scopeText() const {

@@ -56,6 +56,12 @@ bool isDivided(const FileTree& tree, NodeIndex folder) {
 } // namespace
 
 ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::string& home) {
+    auto outcome = treeOutcome(std::move(result), reader.trashedItems(), home);
+    outcome.disk = reader.read(outcome.tree->rootPath);
+    return outcome;
+}
+
+ScanOutcome treeOutcome(ScanResult result, const std::string& trashedItems, const std::string& home) {
     ScanOutcome outcome;
     outcome.cancelled = result.cancelled;
     outcome.finishedAt = std::chrono::system_clock::now();
@@ -66,11 +72,13 @@ ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::
         outcome.kinds = totals.kinds;
         outcome.extensions = std::move(totals.extensions);
         outcome.largestFolders = sizedFolders(result.tree, largest, totals.folders, home);
-        if (const auto trash = result.tree.index(reader.trashedItems(), PathCanonicalizer::shared()))
+        const auto trash = trashedItems.empty()
+                               ? std::nullopt
+                               : result.tree.index(trashedItems, PathCanonicalizer::shared());
+        if (trash)
             outcome.trashedKinds = kindTotals(result.tree, *trash);
         outcome.unreadable = unreadablePaths(result.tree);
     }
-    outcome.disk = reader.read(result.tree.rootPath);
     outcome.tree = sharedTree(std::move(result.tree));
     return outcome;
 }

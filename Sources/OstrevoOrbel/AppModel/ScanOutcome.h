@@ -33,8 +33,24 @@ struct ScanOutcome {
     std::vector<std::string> unreadable; ///< visible paths of the first that could not be read
 };
 
+/// Where a scan that was kept is from.
+struct KeptOrigin {
+    std::string machine;    ///< its name; empty when that is not known
+    bool isForeign = false; ///< not to be taken for this computer as it is
+};
+
+/// A scan that was kept, as it is shown. Its moment of the disk is of then, as far as it is known.
+struct KeptOutcome {
+    ScanOutcome outcome;
+    KeptOrigin origin;
+};
+
 /// Takes the tree out of `result`, and reads the disk. `home` is what "~" stands for.
 ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::string& home);
+
+/// The same of the tree alone. `trashedItems`: the folder of the Trash's items; empty where the tree has
+/// none.
+ScanOutcome treeOutcome(ScanResult result, const std::string& trashedItems, const std::string& home);
 
 /// A tree to be shared; to drop the last reference takes no time (see FreedAside.h).
 std::shared_ptr<const FileTree> sharedTree(FileTree tree);

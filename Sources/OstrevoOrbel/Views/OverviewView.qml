@@ -11,7 +11,7 @@ ScreenFrame {
     firstFocus: (phase === "scanning" ? stop : body.item?.firstFocus ?? body.item) as Item
     objectName: "overview"
     scope: app.scan.scopeText
-    scopeLink: phase === "measured" ? app.exclusions.leftOutText : ""
+    scopeLink: phase === "measured" && !app.scan.foreign ? app.exclusions.leftOutText : ""
     status: app.scan.running ? app.scan.scopeText : body.item?.status ?? ""
     title: qsTr("Overview")
 
@@ -31,8 +31,8 @@ ScreenFrame {
             visible: view.phase === "measured"
         },
         RecentButton {
+            app: view.app
             iconOnly: view.narrow
-            recent: view.app.recent
             visible: view.phase !== "scanning" && recent.any
         },
         PushButton {
@@ -40,6 +40,7 @@ ScreenFrame {
             iconPath: view.narrow ? Theme.icons.folders : ""
             objectName: "overview.choose"
             text: qsTr("Choose Folder…")
+            variant: view.app.scan.foreign ? PushButton.Primary : PushButton.Plain
             visible: view.phase === "measured" || view.phase === "unreadable"
 
             onClicked: view.app.chooseFolderAndScan()
@@ -51,7 +52,7 @@ ScreenFrame {
             objectName: "overview.again"
             text: qsTr("Measure Again")
             variant: PushButton.Primary
-            visible: view.phase === "measured" || view.phase === "unreadable"
+            visible: (view.phase === "measured" || view.phase === "unreadable") && !view.app.scan.foreign
 
             onClicked: view.app.scan.measureAgain()
         },
