@@ -33,6 +33,40 @@ std::unexpected<std::string> failure(std::string_view words) {
     return std::unexpected(std::string(words));
 }
 
+/// What stands before the parts of a file.
+struct PartList {
+    std::string sizes;      ///< of each part, compressed and not
+    std::string_view parts; ///< what lies behind the list: one after another
+
+    static std::expected<PartList, std::string> of(std::string_view bytes) {
+        if (!FrameFile::isBegunBy(bytes))
+            return failure("Not a scan file");
+        if (bytes.size() < headSize)
+            return failure(FrameFile::damaged);
+        const auto numberAt = [&](std::size_t which) {
+            return fixedNumberIn(bytes.substr(magic.size() + which * numberSize));
+        };
+        if (numberAt(0) > version)
+            return failure("The scan file was written by a newer version of this program");
+        const auto rest = bytes.substr(headSize);
+        if (numberAt(0) != version || numberAt(1) > rest.size())
+            return failure(FrameFile::damaged);
+        auto sizes = unpacked({.bytes = rest.substr(0, numberAt(1)), .size = numberAt(2)});
+        if (!sizes)
+            return failure(FrameFile::damaged);
+        return PartList{.sizes = *std::move(sizes), .parts = rest.substr(numberAt(1))};
+    }
+};
+
+/// Takes a part off `rest`, of the size that `sizes` gives next.
+Frame nextPart(ByteReader& sizes, std::string_view& rest) {
+    const auto size = sizes.numberUpTo(rest.size());
+    const Frame part{.bytes = rest.substr(0, size),
+                     .size = sizes.numberUpTo(std::numeric_limits<std::uint32_t>::max())};
+    rest.remove_prefix(size);
+    return part;
+}
+
 } // namespace
 
 std::string FrameFile::bytesOf(std::span<const Packed> parts) {
@@ -60,31 +94,27 @@ bool FrameFile::isBegunBy(std::string_view bytes) {
 }
 
 std::expected<std::vector<Frame>, std::string> FrameFile::partsOf(std::string_view bytes) {
-    if (!isBegunBy(bytes))
-        return failure("Not a scan file");
-    if (bytes.size() < headSize)
-        return failure(damaged);
-    const auto numberAt = [&](std::size_t which) {
-        return fixedNumberIn(bytes.substr(magic.size() + which * numberSize));
-    };
-    if (numberAt(0) > version)
-        return failure("The scan file was written by a newer version of this program");
-    auto rest = bytes.substr(headSize);
-    if (numberAt(0) != version || numberAt(1) > rest.size())
-        return failure(damaged);
-    const auto list = unpacked({.bytes = rest.substr(0, numberAt(1)), .size = numberAt(2)});
-    rest.remove_prefix(numberAt(1));
-    ByteReader reader(list ? std::string_view(*list) : std::string_view());
+    const auto list = PartList::of(bytes);
+    if (!list)
+        return std::unexpected(list.error());
+    auto rest = list->parts;
     std::vector<Frame> parts;
-    while (list && !reader.isAtEnd() && !reader.hasFailed()) {
-        const auto size = reader.numberUpTo(rest.size());
-        parts.push_back({.bytes = rest.substr(0, size),
-                         .size = reader.numberUpTo(std::numeric_limits<std::uint32_t>::max())});
-        rest.remove_prefix(size);
-    }
-    if (!list || reader.hasFailed() || !rest.empty())
+    ByteReader reader(list->sizes);
+    while (!reader.isAtEnd() && !reader.hasFailed())
+        parts.push_back(nextPart(reader, rest));
+    if (reader.hasFailed() || !rest.empty())
         return failure(damaged);
     return parts;
+}
+
+std::optional<Frame> FrameFile::firstPartIn(std::string_view beginning) {
+    const auto list = PartList::of(beginning);
+    if (!list)
+        return std::nullopt;
+    auto rest = list->parts;
+    ByteReader reader(list->sizes);
+    const auto part = nextPart(reader, rest);
+    return reader.hasFailed() ? std::nullopt : std::optional(part);
 }
 
 } // namespace orbel

@@ -172,6 +172,25 @@ struct TreeHeader {
     bool isSound() const { return nodes > 0 && isPath(tree.rootPath); }
 };
 
+/// The first part of a scan file.
+struct FirstPart {
+    ScanOrigin origin;
+    TreeHeader header;
+
+    /// Absent when it is damaged.
+    static std::optional<FirstPart> of(const Frame& part) {
+        const auto text = unpacked(part);
+        if (!text)
+            return std::nullopt;
+        ByteReader reader(*text);
+        auto origin = readOrigin(reader);
+        FirstPart read{.origin = std::move(origin), .header = TreeHeader(reader)};
+        const bool isOne = reader.isAtEnd() && isSound(read.origin) && read.header.isSound()
+                           && read.header.allocatedBytes <= mostBytes;
+        return isOne ? std::optional(std::move(read)) : std::nullopt;
+    }
+};
+
 /// What the nodes say has to agree with what the header said.
 bool agrees(const FileTree& tree, std::uint64_t allocatedBytes) {
     const auto isOf = [&](NodeIndex node, NodeFlags flags) { return tree.flags(node).contains(flags); };
@@ -214,19 +233,25 @@ std::expected<KeptScan, std::string> scanFromFile(std::string_view bytes) {
     const auto parts = FrameFile::partsOf(bytes);
     if (!parts)
         return std::unexpected(parts.error());
-    const std::unexpected<std::string> damaged{std::string(FrameFile::damaged)};
-    const auto text = parts->empty() ? std::nullopt : unpacked(parts->front());
-    if (!text)
-        return damaged;
-    ByteReader reader(*text);
-    auto origin = readOrigin(reader);
-    TreeHeader header(reader);
-    if (!reader.isAtEnd() || !isSound(origin) || !header.isSound() || header.allocatedBytes > mostBytes
-        || header.nodes > std::max(fewNodes, bytes.size() * mostNodesPerByte)
-        || !TreeBlocks::read(std::span(*parts).subspan(1), header.nodes, header.tree)
-        || !agrees(header.tree, header.allocatedBytes))
-        return damaged;
-    return KeptScan{.tree = std::move(header.tree), .origin = std::move(origin)};
+    auto first = parts->empty() ? std::nullopt : FirstPart::of(parts->front());
+    if (!first || first->header.nodes > std::max(fewNodes, bytes.size() * mostNodesPerByte)
+        || !TreeBlocks::read(std::span(*parts).subspan(1), first->header.nodes, first->header.tree)
+        || !agrees(first->header.tree, first->header.allocatedBytes))
+        return std::unexpected(std::string(FrameFile::damaged));
+    return KeptScan{.tree = std::move(first->header.tree), .origin = std::move(first->origin)};
+}
+
+std::optional<ScanHeader> scanHeaderIn(std::string_view beginning) {
+    const auto part = FrameFile::firstPartIn(beginning);
+    auto first = part ? FirstPart::of(*part) : std::nullopt;
+    if (!first)
+        return std::nullopt;
+    auto& [origin, header] = *first;
+    return ScanHeader{.origin = std::move(origin),
+                      .root = std::move(header.tree.rootPath),
+                      .exclusions = std::move(header.tree.exclusions),
+                      .entries = header.nodes,
+                      .allocatedBytes = header.allocatedBytes};
 }
 
 bool isScanFile(const std::string& path) {

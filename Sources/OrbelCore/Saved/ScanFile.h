@@ -27,6 +27,17 @@ struct ScanOrigin {
     static ScanOrigin ofHere(const ScanResult& result);
 };
 
+/// What a scan file says of itself before its nodes. A plain value.
+struct ScanHeader {
+    ScanOrigin origin;
+    std::string root; ///< FileTree::rootPath
+    Exclusions exclusions{};
+    std::uint64_t entries = 0;        ///< the root included
+    std::uint64_t allocatedBytes = 0; ///< of all
+
+    bool operator==(const ScanHeader&) const = default;
+};
+
 /// A scan that was kept. What it says was true then: it proves nothing about the disk of today, and
 /// everything that is moved is measured and checked anew.
 struct KeptScan {
@@ -48,6 +59,10 @@ bool isScanFile(const std::string& path);
 /// Reads what scanFileBytes() wrote, from any bytes; the finished tree takes the memory that its scan took.
 /// The error says in words for people why the bytes are not believed: no part of them is then used.
 std::expected<KeptScan, std::string> scanFromFile(std::string_view bytes);
+
+/// The header alone, from the first bytes of a file: absent when they do not reach so far, and for what
+/// is no scan file. That the nodes agree with it is only known once they are read.
+std::optional<ScanHeader> scanHeaderIn(std::string_view beginning);
 
 /// The scan in the file at this path. Absent for a file that does not begin as one, and for what is no
 /// regular file; the error is in words for people.
