@@ -9,6 +9,7 @@
 #include "Platform/Places.h"
 #include "Safety/FullDiskAccess.h"
 #include "Safety/SafetyPolicy.h"
+#include "Saved/ScanArchive.h"
 #include "Scan/TreeScanner.h"
 
 #include <unistd.h>
@@ -44,6 +45,7 @@ AppEnvironment AppEnvironment::ofThisUser() {
     // In another user's home, nothing is to be left.
     const SafetyPolicy policy(environment.home);
     if (!policy.homeReason()) {
+        environment.scansFolder = ScanArchive::defaultFolder(applicationSupport);
         environment.growthFolder = GrowthStore::defaultFolder(applicationSupport);
         environment.seenPackagesPath = SeenPackages::defaultPath(applicationSupport);
     }

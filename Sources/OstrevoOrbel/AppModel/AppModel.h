@@ -11,6 +11,7 @@
 #include "AppModel/ItemActions.h"
 #include "AppModel/JournalFlow.h"
 #include "AppModel/KeptScanFlow.h"
+#include "AppModel/KeptScanSettings.h"
 #include "AppModel/LargeOldFlow.h"
 #include "AppModel/MapModel.h"
 #include "AppModel/MoveFlow.h"
@@ -53,6 +54,7 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::ScanFlow* scan READ scan CONSTANT)
     /// Scans that were kept, shown in its place.
     Q_PROPERTY(orbel::KeptScanFlow* kept READ kept CONSTANT)
+    Q_PROPERTY(orbel::KeptScanSettings* keeping READ keeping CONSTANT)
     /// One folder of it, measured again.
     Q_PROPERTY(orbel::RescanFlow* rescan READ rescan CONSTANT)
     /// Outside the home, freed by a command.
@@ -117,6 +119,7 @@ public:
     DiskState* disk() { return &disk_; }
     ScanFlow* scan() { return &scan_; }
     KeptScanFlow* kept() { return &kept_; }
+    KeptScanSettings* keeping() { return &keeping_; }
     SystemPlacesFlow* system() { return &system_; }
     RecentFolders* recent() { return &recent_; }
     DropFlow* drop() { return &drop_; }
@@ -157,6 +160,7 @@ private:
     ShownScreen shown_;
     DiskState disk_;
     ScanFlow scan_;
+    KeptScanSettings keeping_;
     KeptScanFlow kept_;
     SystemPlacesFlow system_;
     RecentFolders recent_;

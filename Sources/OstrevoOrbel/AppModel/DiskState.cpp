@@ -151,6 +151,11 @@ void DiskState::takeMoment(const DiskMoment& moment) {
     if (moment.number == 0 || moment.number < momentNumber_)
         return;
     momentNumber_ = moment.number;
+    // Of a scan of earlier the Trash is only known where the tree has it: else it was then as it is now.
+    if (counted_ && !counted_->atScan.trash) {
+        counted_->atScan.trash = moment.trash;
+        counted_->outsideTreeAtScan = counted_->outsideTree(moment);
+    }
     const bool isVolumeNew = moment.disk && moment.disk != volume_;
     const bool isTrashNew = moment.trash != trashBytes_;
     if (moment.disk)
@@ -209,7 +214,7 @@ void DiskState::addCounted(DiskLedger::Figures& figures, bool holdsTrash) const 
     if (holdsTrash) {
         for (std::size_t kind = 0; kind < figures.measured->size(); ++kind)
             figures.measured->at(kind) -= counted_->trashedKinds.at(kind);
-        figures.trash = trashBytes_.value_or(0);
+        figures.trash = trashBytes_.value_or(counted_->atScan.trash.value_or(0));
         accounted += counted_->atScan.trash.value_or(0);
     }
     if (const auto& then = holdsTrash ? counted_->atScan.disk : counted_->atScan.measured)

@@ -21,9 +21,14 @@ class KeptScanFlow final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppModel.")
 
+    /// The last scan is being read, and there is nothing else to show.
+    Q_PROPERTY(bool opening READ isOpeningLast NOTIFY openingChanged)
+
 public:
-    /// The arguments outlive this. Opens the file of the command line, unless that measures as well.
-    KeptScanFlow(const AppEnvironment& environment, ScanFlow& scan, const Activity& activity, Notice& notice);
+    /// The arguments outlive this. Opens the file of the command line, unless that measures as well; where it
+    /// asks for nothing, the last scan of what was measured last, if that was kept.
+    KeptScanFlow(const AppEnvironment& environment, ScanFlow& scan, const DiskState& disk,
+                 const Activity& activity, Notice& notice);
 
     /// Shows the scan in a file as one that was made elsewhere. Says so where the file is none or is damaged,
     /// and while something is measured or moved.
@@ -31,16 +36,25 @@ public:
     Q_INVOKABLE void openFile(const QUrl& file);
 
     bool isBusy() const { return job_.isRunning(); }
+    bool isOpeningLast() const { return isOpeningLast_; }
 
 Q_SIGNALS:
+    void openingChanged();
+    /// The last scan is shown.
+    void lastOpened();
     /// A file could not be shown; a notice has these words.
     void failed(const QString& words);
 
 private:
+    void openLast();
+    void setOpeningLast(bool opening);
+
     const AppEnvironment& environment_;
     ScanFlow& scan_;
+    const DiskState& disk_;
     const Activity& activity_;
     Notice& notice_;
+    bool isOpeningLast_ = false;
     LatestJob job_{"orbel.open-scan"};
 };
 

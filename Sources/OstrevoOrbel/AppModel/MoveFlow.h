@@ -83,6 +83,8 @@ public:
     void untickInside(const std::string& path);
     /// The same for what holds it, too.
     void untickAround(const std::string& path);
+    /// Unticks what is not in this tree of a new scan as it was when it was ticked.
+    void untickChanged(const FileTree& tree);
 
     // Intents.
 
@@ -133,7 +135,7 @@ Q_SIGNALS:
 
 private:
     void clearTicks();
-    void untick(const std::function<bool(const std::string& path)>& isMeant);
+    void untick(const std::function<bool(const DeletionItem& item)>& isMeant);
     class Steps;
 
     void takeSteps(Steps& steps);

@@ -60,6 +60,33 @@ void RescanFlow::start(quint32 node) {
     Q_EMIT changed();
 }
 
+void RescanFlow::startWhole() {
+    if (isRunning() || !scan_.isMeasuredHere() || !activity_.isIdle())
+        return;
+    text_ = tr("Measuring %1 again…").arg(scan_.rootText());
+    job_.run(
+        [root = scan_.scanRoot(), scan = environment_.scan, reader = DiskReader(environment_),
+         home = environment_.home, exclusions = scan_.excluded().exclusions()](const LatestJob::Run& run) {
+            auto result = scan(
+                root, run.cancellation(), [](const ScanProgress& /*progress*/) {}, exclusions);
+            return scanOutcome(std::move(result), reader, home);
+        },
+        [this](ScanOutcome fresh) { takeWhole(std::move(fresh)); });
+    Q_EMIT changed();
+}
+
+void RescanFlow::takeWhole(ScanOutcome fresh) {
+    text_.clear();
+    Q_EMIT changed();
+    const auto& tree = *fresh.tree;
+    if (tree.count() == 0 || tree.flags(0).contains(NodeFlags::unreadable)) {
+        notice_.show(tr("%1 could not be read.").arg(scan_.rootText()));
+        return;
+    }
+    moves_.untickChanged(tree);
+    scan_.takeFresh(std::move(fresh));
+}
+
 void RescanFlow::stop() {
     if (!isRunning())
         return;

@@ -100,6 +100,26 @@ void ScanFlow::takeProgress(const ScanProgress& progress) {
 }
 
 void ScanFlow::takeOutcome(ScanOutcome outcome) {
+    settle(std::move(outcome));
+    activity_.end();
+    tellEnd();
+}
+
+void ScanFlow::takeFresh(ScanOutcome fresh) {
+    ORBEL_CHECK(!isScanning() && !fresh.cancelled, "a whole scan takes the place of an earlier one");
+    kept_.reset();
+    disk_.beginCounting(scanRoot_);
+    settle(std::move(fresh));
+    tellEnd();
+}
+
+void ScanFlow::tellEnd() {
+    Q_EMIT scanStateChanged();
+    environment_.mark("scanComplete");
+    Q_EMIT scanFinished();
+}
+
+void ScanFlow::settle(ScanOutcome outcome) {
     scannedAt_ = outcome.finishedAt;
     scanSeconds_ = outcome.duration;
     scanState_ = outcome.cancelled ? ScanState::cancelled : ScanState::done;
@@ -114,17 +134,13 @@ void ScanFlow::takeOutcome(ScanOutcome outcome) {
     if (hasTree())
         known_.note(scanRoot_,
                     isPartial() || !isLikeTheNext ? std::nullopt : std::optional(entriesIn(*tree_)));
-    activity_.end();
-    Q_EMIT scanStateChanged();
-    environment_.mark("scanComplete");
-    Q_EMIT scanFinished();
 }
 
 void ScanFlow::takeKept(KeptOutcome kept) {
     ORBEL_CHECK(!isScanning(), "a scan would end in the place of what was kept");
     const auto name = kept.origin.machine.empty() ? tr("Another disk") : textOf(kept.origin.machine);
     kept_ = std::move(kept.origin);
-    scanRoot_ = kept.outcome.tree->rootPath;
+    scanRoot_ = kept.root.empty() ? kept.outcome.tree->rootPath : std::move(kept.root);
     scanState_ = ScanState::done;
     scannedAt_ = kept.outcome.finishedAt;
     scanSeconds_ = kept.outcome.duration;
@@ -133,6 +149,9 @@ void ScanFlow::takeKept(KeptOutcome kept) {
     disk_.beginCounting(scanRoot_, isForeign() ? std::optional(name) : std::nullopt);
     disk_.takeCounted(kept.outcome);
     show(std::move(kept.outcome));
+    // The ledger sets the disk as it is now against the figures of then, and names what changed since.
+    if (!isForeign())
+        disk_.refreshVolume();
     Q_EMIT scanRootChanged();
     Q_EMIT scanStateChanged();
     environment_.mark("scanOpened");

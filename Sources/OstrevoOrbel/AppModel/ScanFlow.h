@@ -105,6 +105,8 @@ public:
 
     /// Shows a scan that was kept. Not while another runs.
     void takeKept(KeptOutcome kept);
+    /// A whole new scan of the root that is shown, which ran beside it. Not while another runs.
+    void takeFresh(ScanOutcome fresh);
 
     /// An edited copy of the tree `base`; dropped unless that is still the tree that is shown.
     void takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome edited);
@@ -170,6 +172,8 @@ Q_SIGNALS:
 private:
     void takeProgress(const ScanProgress& progress);
     void takeOutcome(ScanOutcome outcome);
+    void settle(ScanOutcome outcome);
+    void tellEnd();
     void show(ScanOutcome outcome);
 
     const AppEnvironment& environment_;

@@ -42,6 +42,7 @@ struct KeptOrigin {
 /// A scan that was kept, as it is shown. Its moment of the disk is of then, as far as it is known.
 struct KeptOutcome {
     ScanOutcome outcome;
+    std::string root; ///< to be measured again; empty: that of the tree
     KeptOrigin origin;
 };
 

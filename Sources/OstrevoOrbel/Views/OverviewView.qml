@@ -6,7 +6,7 @@ ScreenFrame {
     id: view
 
     readonly property string phase: app.scan.running ? "scanning" : app.scan.rootUnreadable ? "unreadable"
-        : app.scan.measuredAny ? "measured" : "first"
+        : app.scan.measuredAny ? "measured" : app.kept.opening ? "opening" : "first"
 
     firstFocus: (phase === "scanning" ? stop : body.item?.firstFocus ?? body.item) as Item
     objectName: "overview"
@@ -77,7 +77,7 @@ ScreenFrame {
         anchors.fill: parent
         focus: true
         sourceComponent: view.phase === "scanning" ? scanning : view.phase === "measured" ? measured
-            : view.phase === "unreadable" ? unreadable : first
+            : view.phase === "unreadable" ? unreadable : view.phase === "first" ? first : null
     }
 
     // A Loader of Qt 6.4 cannot make what is bound to its context.
