@@ -1,3 +1,4 @@
+#include "Compare/ScanComparison.h"
 #include "Saved/Compression.h"
 #include "Saved/FrameFile.h"
 #include "Saved/ScanFile.h"
@@ -29,8 +30,14 @@ std::vector<Packed> partsIn(std::string_view bytes) {
 
 void tryToRead(std::string_view bytes) {
     const auto kept = scanFromFile(bytes);
+    const auto header = scanHeaderIn(bytes);
     if (!kept)
         return;
+    ORBEL_CHECK(header && header->origin == kept->origin && header->entries == kept->tree.count()
+                    && header->allocatedBytes == kept->tree.allocated(0),
+                "the header of a scan tells of its nodes");
+    ORBEL_CHECK(ScanComparison::between(kept->tree, kept->tree).changes.empty(),
+                "nothing changed since itself");
     const auto again = scanFileBytes(kept->tree, kept->origin);
     const auto second = scanFromFile(again);
     ORBEL_CHECK(second && scanFileBytes(second->tree, second->origin) == again, "a scan survives being kept");

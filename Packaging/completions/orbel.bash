@@ -2,7 +2,7 @@
 
 _orbel() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} word command=
-    local commands="--scan-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json --trash --put-back
+    local commands="--scan-json --compare-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json --trash --put-back
         --export-ncdu --journal-json --journal-markdown --system-json --apps-json --leftovers-dry-run --leftovers-json
         --help --version"
     local window="--scan --scan-delay --open-scan --open --select-app --appearance --snapshot --snapshot-delay --simulate-hover --diagnostics
@@ -19,7 +19,7 @@ _orbel() {
     done
 
     case $previous in
-        --scan-json | --duplicates-json | --large-json | --tidy-json | --rebuildable-json | --map-svg | --export-ncdu | --scan)
+        --scan-json | --compare-json | --duplicates-json | --large-json | --tidy-json | --rebuildable-json | --map-svg | --export-ncdu | --scan)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
             [ "$previous" != --scan ] || mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -W volume -- "$current")
@@ -50,6 +50,7 @@ _orbel() {
     local more=
     case $command in
         --scan-json) more="--top --growth --save --exclude" ;;
+        --compare-json) more="--top --exclude" ;;
         --map-svg) more="--size --exclude" ;;
         --duplicates-json) more="--details --exclude" ;;
         --large-json) more="--min-bytes --unused-days --exclude" ;;
@@ -62,7 +63,7 @@ _orbel() {
             ;;
     esac
     case $command in
-        --trash | --map-svg | --export-ncdu)
+        --trash | --compare-json | --map-svg | --export-ncdu)
             if [[ $current != -* ]]; then
                 compopt -o filenames 2>/dev/null
                 mapfile -t COMPREPLY < <(compgen -f -- "$current")

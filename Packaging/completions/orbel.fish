@@ -7,7 +7,7 @@ function __orbel_has
     return 1
 end
 
-set -l commands --scan-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json --trash --put-back \
+set -l commands --scan-json --compare-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json --trash --put-back \
     --export-ncdu --journal-json --journal-markdown --system-json --apps-json --leftovers-dry-run --leftovers-json \
     --help --version
 set -l first "not __orbel_has $commands"
@@ -15,6 +15,7 @@ set -l first "not __orbel_has $commands"
 for program in orbel ostrevo-orbel
     complete -c $program -f
     complete -c $program -n "$first" -l scan-json -x -a "(__fish_complete_directories)" -d "Measure a folder"
+    complete -c $program -n "$first" -l compare-json -r -F -d "List what changed between two scans"
     complete -c $program -n "$first" -l map-svg -x -a "(__fish_complete_directories)" -d "Draw the map of a folder"
     complete -c $program -n "$first" -l export-ncdu -x -a "(__fish_complete_directories)" -d "Export a scan for ncdu"
     complete -c $program -n "$first" -l duplicates-json -x -a "(__fish_complete_directories)" -d "List identical files"
@@ -31,19 +32,19 @@ for program in orbel ostrevo-orbel
     complete -c $program -n "$first" -l leftovers-json -d "The same as JSON, and what removed ones left"
     complete -c $program -n "$first" -s h -l help -d "Print the usage"
     complete -c $program -n "$first" -s V -l version -d "Print the version"
-    complete -c $program -n "__orbel_has --scan-json" -l top -x -d "List so many entries"
+    complete -c $program -n "__orbel_has --scan-json --compare-json" -l top -x -d "List so many entries"
     complete -c $program -n "__orbel_has --scan-json" -l growth -d "Add what grew since the last scan"
     complete -c $program -n "__orbel_has --scan-json" -l save -r -d "Keep the scan in a file"
     complete -c $program -n "__orbel_has --map-svg" -l size -x -d "Width and height: 1440x900"
     complete -c $program -n "__orbel_has --duplicates-json" -l details -d "Add what each copy takes on disk"
     complete -c $program -n "__orbel_has --large-json" -l min-bytes -x -d "Smallest size"
     complete -c $program -n "__orbel_has --large-json" -l unused-days -x -d "Days without a use"
-    complete -c $program -n "__orbel_has --scan-json --map-svg --export-ncdu --duplicates-json --large-json --tidy-json --rebuildable-json" -l exclude -r -F -d "Leave out what matches"
+    complete -c $program -n "__orbel_has --scan-json --compare-json --map-svg --export-ncdu --duplicates-json --large-json --tidy-json --rebuildable-json" -l exclude -r -F -d "Leave out what matches"
     complete -c $program -n "__orbel_has --trash" -l files0-from -r -F -d "Take the paths from a file"
     complete -c $program -n "__orbel_has --trash" -l keep -r -F -d "Move only copies of this file"
     complete -c $program -n "__orbel_has --trash" -l dry-run -d "Check, and write nothing"
     complete -c $program -n "__orbel_has --journal-json --journal-markdown" -l since -x -d "From this date on"
-    complete -c $program -n "__orbel_has --trash --map-svg --export-ncdu" -F
+    complete -c $program -n "__orbel_has --trash --compare-json --map-svg --export-ncdu" -F
 end
 
 complete -c ostrevo-orbel -n "$first" -l scan -x -a "(__fish_complete_directories) volume" -d "Measure at once"

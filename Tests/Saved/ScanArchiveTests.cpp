@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <set>
 
@@ -52,7 +53,11 @@ TEST(ScanArchive, KeepsTheScansOfEachRoot) {
     const TemporaryFolder home;
     const ScanArchive archive(home.path("data/scans"));
     EXPECT_FALSE(archive.newest("/data", {}));
+    const auto summary = home.file("data/growth/0123456789abcdef.json");
+    const auto other = home.file("data/growth/mine.json");
     ASSERT_TRUE(keepAt(archive, dataTree(1000), monday));
+    EXPECT_FALSE(std::filesystem::exists(summary)) << "of a version that kept less";
+    EXPECT_TRUE(std::filesystem::exists(other));
     ASSERT_TRUE(keepAt(archive, dataTree(9000, "/other"), monday + hours(1)));
     ASSERT_TRUE(keepAt(archive, dataTree(2000), monday + hours(2)));
     EXPECT_EQ(keptBytes(archive), (Sizes{2000, 1000})) << "the newest first";

@@ -30,7 +30,7 @@ struct ExclusionsInTheModel : testing::Test {
     ExclusionsInTheModel() {
         useRealHome(scene.environment, home.path());
         scene.environment.dataVolumePath = home.path();
-        scene.environment.growthFolder = growth.path();
+        scene.environment.scansFolder = scans.path();
         scene.environment.scan = [this, scan = scene.environment.scan](const auto& root, const auto& token,
                                                                        const auto& progress,
                                                                        const auto& exclusions) {
@@ -51,6 +51,7 @@ struct ExclusionsInTheModel : testing::Test {
     void measure() {
         app().scan()->startScan(home.path());
         finish();
+        scene.waitUntil([this] { return !app().compare()->isBusy(); });
     }
     AppModel& app() { return scene.model(); }
     ExclusionFlow& flow() { return *app().exclusions(); }
@@ -84,7 +85,7 @@ struct ExclusionsInTheModel : testing::Test {
     }
 
     TemporaryFolder home;
-    TemporaryFolder growth;
+    TemporaryFolder scans;
     std::atomic<bool> isHeld = false;
     ModelScene scene;
 };
@@ -235,7 +236,7 @@ TEST_F(ExclusionsInTheModel, GrowthAndTheKnownNumberOfEntriesStayHonest) {
     measure();
     const auto grown = [this] {
         std::vector<std::string> places;
-        for (const auto& folder : app().scan()->growth()->folders()->rows())
+        for (const auto& folder : app().compare()->growth()->folders()->rows())
             places.push_back(folder.place);
         return places;
     };

@@ -1,8 +1,8 @@
 #include "AppModel/AppsFlow.h"
 #include "AppModel/LargeOldFlow.h"
-#include "Growth/GrowthStore.h"
 #include "SampleApps.h"
 #include "SampleDisk.h"
+#include "Saved/ScanArchive.h"
 #include "Snapshots.h"
 #include "WindowScene.h"
 
@@ -51,6 +51,7 @@ void keepOverview(WindowScene& scene, const QString& suffix) {
     auto& large = *scene.app().largeOld();
     ASSERT_TRUE(scene.waitUntil(
         [&] { return scene.app().scan()->scanState() == ScanFlow::ScanState::done && large.isKnown(); }));
+    ASSERT_TRUE(scene.waitUntil([&] { return !scene.app().compare()->isBusy(); }));
     for (const auto row : {1U, 4U})
         large.toggleTick(large.largeOldRows().at(row).index);
     scene.settle();
@@ -69,11 +70,11 @@ class WindowSnapshot : public testing::TestWithParam<Sized> {};
 
 TEST_P(WindowSnapshot, IsNeitherBlankNorCutOff) {
     WindowScene scene;
-    scene.environment.growthFolder = scene.folder() + "/growth";
-    const auto lastWeek = currentDate() - std::chrono::days(7);
-    EXPECT_FALSE(GrowthStore(scene.environment.growthFolder)
-                     .keep(SampleDisk::partlyMeasured().tree, lastWeek)
-                     .failure);
+    scene.environment.scansFolder = scene.folder() + "/scans";
+    ScanOrigin lastWeek;
+    lastWeek.measuredAt = currentDate() - std::chrono::days(7);
+    EXPECT_TRUE(ScanArchive(scene.environment.scansFolder)
+                    .keep(SampleDisk::partlyMeasured().tree, lastWeek, currentDate()));
     scene.open(GetParam().width, GetParam().height);
     scene.setFontScale(GetParam().fontScale);
     const QLatin1String suffix(GetParam().suffix);

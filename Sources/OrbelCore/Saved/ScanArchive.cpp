@@ -50,11 +50,14 @@ struct ArchiveFile {
     bool isOf(const std::string& root) const { return name.starts_with(stableHash(root) + "-"); }
 };
 
+bool isHash(std::string_view text) {
+    return text.size() == hashDigits && text.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+}
+
 /// When the scan was made that a file of this name holds; absent for all names that are not the archive's.
 std::optional<Date> timeInName(std::string_view name) {
-    const bool isOurs = name.size() > hashDigits && name[hashDigits] == '-' && name.ends_with(ending)
-                        && name.find_first_not_of("0123456789abcdef") == hashDigits;
-    if (!isOurs)
+    if (name.size() <= hashDigits || name[hashDigits] != '-' || !isHash(name.substr(0, hashDigits))
+        || !name.ends_with(ending))
         return std::nullopt;
     name.remove_prefix(hashDigits + 1);
     name.remove_suffix(ending.size());
@@ -103,6 +106,21 @@ std::expected<void, std::string> removeFile(const std::string& path) {
     if (::unlink(path.c_str()) == 0 || errno == ENOENT)
         return {};
     return std::unexpected(path + ": " + std::generic_category().message(errno));
+}
+
+/// Versions before 0.2 kept the largest folders of a scan in JSON, in a folder beside the archive's.
+void removeOldSummaries(const std::string& archive) {
+    const std::filesystem::path folder = joinedPath(parentPath(archive), "growth");
+    std::error_code none;
+    std::vector<std::filesystem::path> summaries;
+    for (std::filesystem::directory_iterator at(folder, none), end; !none && at != end; at.increment(none))
+        if (at->path().extension() == ".json" && isHash(at->path().stem().string()))
+            summaries.push_back(at->path());
+    for (const auto& summary : summaries)
+        std::filesystem::remove(summary, none);
+    // Not when something else is in it.
+    if (!summaries.empty())
+        std::filesystem::remove(folder, none);
 }
 
 /// As a scan keeps them, their order and number tell nothing.
@@ -161,6 +179,7 @@ std::expected<void, std::string> ScanArchive::keep(const FileTree& tree, const S
     const auto path = joinedPath(folder_, nameOf(tree.rootPath, origin.measuredAt));
     if (const auto written = replaceFile(path, bytes, FileAccess::ownerOnly); !written)
         return std::unexpected(path + ": " + written.error());
+    removeOldSummaries(folder_);
     return thinOut(tree, path, now);
 }
 

@@ -2,7 +2,6 @@
 
 #include "Find/AppInventory.h"
 #include "Find/SeenPackages.h"
-#include "Growth/GrowthStore.h"
 #include "Journal/JournalStore.h"
 #include "Platform/Home.h"
 #include "Platform/HomeTrash.h"
@@ -46,7 +45,6 @@ AppEnvironment AppEnvironment::ofThisUser() {
     const SafetyPolicy policy(environment.home);
     if (!policy.homeReason()) {
         environment.scansFolder = ScanArchive::defaultFolder(applicationSupport);
-        environment.growthFolder = GrowthStore::defaultFolder(applicationSupport);
         environment.seenPackagesPath = SeenPackages::defaultPath(applicationSupport);
     }
     environment.scan = [](const std::string& root, const ScanCancellation& cancellation,

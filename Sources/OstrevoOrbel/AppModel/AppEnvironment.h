@@ -45,7 +45,6 @@ struct AppEnvironment {
     std::string journalPath;
     std::string seenPackagesPath; ///< of what was installed; empty when it is not to be known later
     std::string scansFolder;      ///< of earlier scans (ScanArchive); empty when none are to be kept
-    std::string growthFolder;     ///< of the summaries of earlier scans; empty when none are to be kept
 
     /// Blocks until the scan is done. Progress comes on the thread that it is called on.
     std::function<ScanResult(const std::string& root, const ScanCancellation&, const ScanProgressCallback&,

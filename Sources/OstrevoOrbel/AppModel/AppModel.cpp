@@ -31,6 +31,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       disk_(environment_, activity_),
       scan_(environment_, disk_, activity_, notice_),
       keeping_(environment_, notice_),
+      compare_(environment_, scan_, keeping_, notice_),
       kept_(environment_, scan_, disk_, activity_, notice_),
       system_(environment_, scan_),
       recent_(environment_, scan_),
@@ -94,7 +95,7 @@ bool AppModel::isShownScreenBusy() const {
     case Screen::journal:
         return journal_.isBusy();
     case Screen::overview:
-        return system_.isBusy();
+        return system_.isBusy() || compare_.isBusy();
     case Screen::map:
         break;
     }

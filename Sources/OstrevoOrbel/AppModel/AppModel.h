@@ -4,6 +4,7 @@
 #include "AppModel/AppearanceSettings.h"
 #include "AppModel/AppEnvironment.h"
 #include "AppModel/AppsFlow.h"
+#include "AppModel/CompareFlow.h"
 #include "AppModel/DiskState.h"
 #include "AppModel/DropFlow.h"
 #include "AppModel/DuplicatesFlow.h"
@@ -57,6 +58,8 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::KeptScanSettings* keeping READ keeping CONSTANT)
     /// One folder of it, measured again.
     Q_PROPERTY(orbel::RescanFlow* rescan READ rescan CONSTANT)
+    /// What changed since an earlier scan.
+    Q_PROPERTY(orbel::CompareFlow* compare READ compare CONSTANT)
     /// Outside the home, freed by a command.
     Q_PROPERTY(orbel::SystemPlacesFlow* system READ system CONSTANT)
     /// What is left out of measuring.
@@ -120,6 +123,7 @@ public:
     ScanFlow* scan() { return &scan_; }
     KeptScanFlow* kept() { return &kept_; }
     KeptScanSettings* keeping() { return &keeping_; }
+    CompareFlow* compare() { return &compare_; }
     SystemPlacesFlow* system() { return &system_; }
     RecentFolders* recent() { return &recent_; }
     DropFlow* drop() { return &drop_; }
@@ -161,6 +165,7 @@ private:
     DiskState disk_;
     ScanFlow scan_;
     KeptScanSettings keeping_;
+    CompareFlow compare_;
     KeptScanFlow kept_;
     SystemPlacesFlow system_;
     RecentFolders recent_;

@@ -16,12 +16,6 @@ namespace orbel {
 
 namespace {
 
-/// As a file tells it; empty where it is longer than the name of a host can be.
-std::string machineIn(ScanOrigin& origin) {
-    constexpr std::size_t longest = 255;
-    return origin.machine.size() > longest ? std::string() : std::move(origin.machine);
-}
-
 ScanOutcome outcomeOf(KeptScan kept, const std::string& trashedItems, const std::string& home) {
     using Clock = std::chrono::system_clock::duration;
     ScanResult result;
@@ -32,14 +26,16 @@ ScanOutcome outcomeOf(KeptScan kept, const std::string& trashedItems, const std:
         std::chrono::time_point_cast<Clock>(kept.origin.measuredAt)
         + std::chrono::duration_cast<Clock>(std::chrono::duration<double>(kept.origin.duration));
     outcome.disk.measured = kept.origin.volume;
+    outcome.origin = std::move(kept.origin);
     return outcome;
 }
 
 KeptOutcome foreignOutcome(KeptScan kept, const std::string& home) {
-    auto machine = machineIn(kept.origin);
-    return {.outcome = outcomeOf(std::move(kept), {}, home),
-            .root = {},
-            .origin = {.machine = std::move(machine), .isForeign = true}};
+    // Longer than the name of a host can be, it is none.
+    constexpr std::size_t longestName = 255;
+    if (kept.origin.machine.size() > longestName)
+        kept.origin.machine.clear();
+    return {.outcome = outcomeOf(std::move(kept), {}, home), .root = {}, .isForeign = true};
 }
 
 /// The newest of this root, as the disk was then: `root` is how it was asked for.
@@ -50,7 +46,7 @@ std::optional<KeptOutcome> lastOutcome(const std::string& root, const std::strin
     if (!kept)
         return std::nullopt;
     const auto trashedItems = reader.trashedItems();
-    KeptOutcome shown{.outcome = outcomeOf(*std::move(kept), trashedItems, home), .root = root, .origin = {}};
+    KeptOutcome shown{.outcome = outcomeOf(*std::move(kept), trashedItems, home), .root = root};
     shown.outcome.disk.disk = shown.outcome.disk.measured;
     if (shown.outcome.tree->index(trashedItems, PathCanonicalizer::shared()))
         shown.outcome.disk.trash = std::reduce(shown.outcome.trashedKinds.begin(),

@@ -1,6 +1,5 @@
 #include "AppModel/ScanFlow.h"
 
-#include "AppModel/ScanGrowth.h"
 #include "Models/MapWords.h"
 #include "Safety/FullDiskAccess.h"
 #include "Safety/PathCanonicalizer.h"
@@ -53,12 +52,11 @@ void ScanFlow::startScan(const std::string& root) {
     activity_.begin(Activity::Kind::scan);
     scanRoot_ = root;
     scanState_ = ScanState::scanning;
-    kept_.reset();
+    provenance_ = Provenance::now;
     progress_.reset();
     lastEntries_ = known_.entriesOf(root);
     topLevel_.begin(rootText());
     disk_.beginCounting(root);
-    growth_.clear();
     ScanOutcome nothing;
     nothing.tree = sharedTree(FileTree());
     show(std::move(nothing));
@@ -67,7 +65,6 @@ void ScanFlow::startScan(const std::string& root) {
     environment_.mark("scanStarted");
     job_.run(
         [this, root, home = environment_.home, scan = environment_.scan, reader = disk_.reader(),
-         growthFolder = environment_.growthFolder,
          exclusions = excluded_.exclusions()](const LatestJob::Run& run) {
             const auto report = [this, run](const ScanProgress& progress) {
                 auto shown = progress;
@@ -75,9 +72,7 @@ void ScanFlow::startScan(const std::string& root) {
                 run.report([this, shown = std::move(shown)] { takeProgress(shown); });
             };
             auto result = scan(root, run.cancellation(), report, exclusions);
-            auto outcome = scanOutcome(std::move(result), reader, home);
-            outcome.growth = scanGrowth(outcome, growthFolder, home);
-            return outcome;
+            return scanOutcome(std::move(result), reader, home);
         },
         [this](ScanOutcome outcome) { takeOutcome(std::move(outcome)); });
 }
@@ -107,7 +102,7 @@ void ScanFlow::takeOutcome(ScanOutcome outcome) {
 
 void ScanFlow::takeFresh(ScanOutcome fresh) {
     ORBEL_CHECK(!isScanning() && !fresh.cancelled, "a whole scan takes the place of an earlier one");
-    kept_.reset();
+    provenance_ = Provenance::now;
     disk_.beginCounting(scanRoot_);
     settle(std::move(fresh));
     tellEnd();
@@ -123,10 +118,7 @@ void ScanFlow::settle(ScanOutcome outcome) {
     scannedAt_ = outcome.finishedAt;
     scanSeconds_ = outcome.duration;
     scanState_ = outcome.cancelled ? ScanState::cancelled : ScanState::done;
-    growth_.set(std::move(outcome.growth), environment_.now());
-    if (!growth_.failure().isEmpty())
-        notice_.show(
-            tr("This scan could not be kept to compare the next one with: %1").arg(growth_.failure()));
+    origin_ = std::move(outcome.origin);
     disk_.takeCounted(outcome);
     show(std::move(outcome));
     // What is to be left out may have changed while it ran: then it does not tell how long the next one is.
@@ -138,15 +130,15 @@ void ScanFlow::settle(ScanOutcome outcome) {
 
 void ScanFlow::takeKept(KeptOutcome kept) {
     ORBEL_CHECK(!isScanning(), "a scan would end in the place of what was kept");
-    const auto name = kept.origin.machine.empty() ? tr("Another disk") : textOf(kept.origin.machine);
-    kept_ = std::move(kept.origin);
+    origin_ = std::move(kept.outcome.origin);
+    provenance_ = kept.isForeign ? Provenance::elsewhere : Provenance::earlier;
     scanRoot_ = kept.root.empty() ? kept.outcome.tree->rootPath : std::move(kept.root);
     scanState_ = ScanState::done;
     scannedAt_ = kept.outcome.finishedAt;
     scanSeconds_ = kept.outcome.duration;
     progress_.reset();
-    growth_.clear();
-    disk_.beginCounting(scanRoot_, isForeign() ? std::optional(name) : std::nullopt);
+    const auto disk = origin_.machine.empty() ? tr("Another disk") : textOf(origin_.machine);
+    disk_.beginCounting(scanRoot_, isForeign() ? std::optional(disk) : std::nullopt);
     disk_.takeCounted(kept.outcome);
     show(std::move(kept.outcome));
     // The ledger sets the disk as it is now against the figures of then, and names what changed since.
@@ -161,7 +153,6 @@ void ScanFlow::takeKept(KeptOutcome kept) {
 void ScanFlow::takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome edited) {
     if (tree_ != base || isScanning() || base->count() == 0)
         return;
-    growth_.follow(*base, *edited.tree, PathCanonicalizer::shared());
     disk_.takeCounted(edited);
     show(std::move(edited));
 }
@@ -232,17 +223,17 @@ QString ScanFlow::rootText() const {
 }
 
 QString ScanFlow::keptStatement() const {
-    if (!kept_)
+    if (!isKept())
         return {};
     if (!isForeign())
         return tr("Measured %1").arg(whenText(scannedAt_, environment_.now()));
-    return kept_->machine.empty()
+    return origin_.machine.empty()
                ? tr("Measured elsewhere; nothing can be moved from here")
-               : tr("Measured on %1; nothing can be moved from here").arg(textOf(kept_->machine));
+               : tr("Measured on %1; nothing can be moved from here").arg(textOf(origin_.machine));
 }
 
 QString ScanFlow::keptSentence() const {
-    if (!kept_)
+    if (!isKept())
         return {};
     if (!isForeign())
         return tr("What has changed since is not in it. Whatever you move is measured again first.");

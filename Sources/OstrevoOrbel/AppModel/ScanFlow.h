@@ -8,7 +8,6 @@
 #include "AppModel/LatestJob.h"
 #include "AppModel/Notice.h"
 #include "AppModel/ScanOutcome.h"
-#include "Models/GrowthModel.h"
 #include "Models/KindTotalsModel.h"
 #include "Models/ScanFigures.h"
 #include "Models/SizedFoldersModel.h"
@@ -71,8 +70,6 @@ class ScanFlow final : public QObject {
     Q_PROPERTY(orbel::RoleList* kinds READ kinds CONSTANT)
     Q_PROPERTY(orbel::RoleList* extensions READ extensions CONSTANT)
     Q_PROPERTY(orbel::RoleList* largestFolders READ largestFolders CONSTANT)
-    /// What grew since the scan before, once a complete one is done.
-    Q_PROPERTY(orbel::GrowthModel* growth READ growth CONSTANT)
     Q_PROPERTY(orbel::UnreadableModel* unreadable READ unreadable CONSTANT)
     /// "3": mount points that were not entered.
     Q_PROPERTY(QString otherVolumesSkipped READ otherVolumesSkipped NOTIFY treeChanged)
@@ -124,6 +121,8 @@ public:
     const std::shared_ptr<const FileTree>& tree() const { return tree_; }
     /// Grows whenever the tree is replaced or edited.
     int treeVersion() const { return treeVersion_; }
+    /// Of the scan that ended last, also once its tree was edited.
+    const ScanOrigin& origin() const { return origin_; }
     /// Only for a scan of the whole disk.
     const std::optional<Coverage>& coverage() const { return coverage_; }
     bool isIdle() const { return scanState_ == ScanState::idle; }
@@ -133,8 +132,8 @@ public:
     bool isPartial() const { return scanState_ == ScanState::cancelled; }
     /// There is a tree, and what is in it can be looked at on this disk.
     bool isMeasuredHere() const { return hasTree() && !isForeign(); }
-    bool isKept() const { return kept_.has_value(); }
-    bool isForeign() const { return kept_ && kept_->isForeign; }
+    bool isKept() const { return provenance_ != Provenance::now; }
+    bool isForeign() const { return provenance_ == Provenance::elsewhere; }
     QString keptStatement() const;
     QString keptSentence() const;
     bool isRootUnreadable() const;
@@ -156,7 +155,6 @@ public:
     KindTotalsModel* kinds() { return &kinds_; }
     ExtensionTotalsModel* extensions() { return &extensions_; }
     SizedFoldersModel* largestFolders() { return &largestFolders_; }
-    GrowthModel* growth() { return &growth_; }
     UnreadableModel* unreadable() { return &unreadable_; }
     QString otherVolumesSkipped() const { return countText(tree_->otherVolumeCount); }
 
@@ -170,6 +168,9 @@ Q_SIGNALS:
     void scanFinished();
 
 private:
+    /// Where what is shown is from: this run, an earlier one, or the file of another computer's scan.
+    enum class Provenance : std::uint8_t { now, earlier, elsewhere };
+
     void takeProgress(const ScanProgress& progress);
     void takeOutcome(ScanOutcome outcome);
     void settle(ScanOutcome outcome);
@@ -184,11 +185,12 @@ private:
     ScanState scanState_ = ScanState::idle;
     std::string scanRoot_;
     std::optional<ScanProgress> progress_;
-    std::optional<KeptOrigin> kept_; ///< of a scan of earlier
+    Provenance provenance_ = Provenance::now;
     KnownRoots known_;
     ExcludedFolders excluded_;
     std::optional<std::uint64_t> lastEntries_; ///< of the root that is being measured
     std::shared_ptr<const FileTree> tree_;
+    ScanOrigin origin_;
     int treeVersion_ = 0;
     std::optional<Coverage> coverage_;
     std::chrono::system_clock::time_point scannedAt_;
@@ -198,7 +200,6 @@ private:
     KindTotalsModel kinds_;
     ExtensionTotalsModel extensions_;
     SizedFoldersModel largestFolders_;
-    GrowthModel growth_;
     UnreadableModel unreadable_;
     LatestJob job_{"orbel.scan"};
 };

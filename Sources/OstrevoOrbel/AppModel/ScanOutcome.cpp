@@ -56,7 +56,10 @@ bool isDivided(const FileTree& tree, NodeIndex folder) {
 } // namespace
 
 ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::string& home) {
+    const bool hasRoot = result.tree.count() > 0;
+    auto origin = hasRoot ? ScanOrigin::ofHere(result) : ScanOrigin();
     auto outcome = treeOutcome(std::move(result), reader.trashedItems(), home);
+    outcome.origin = std::move(origin);
     outcome.disk = reader.read(outcome.tree->rootPath);
     return outcome;
 }

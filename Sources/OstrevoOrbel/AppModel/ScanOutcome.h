@@ -1,8 +1,8 @@
 #pragma once
 
 #include "AppModel/DiskMoment.h"
-#include "Models/GrowthModel.h"
 #include "Models/SizedFoldersModel.h"
+#include "Saved/ScanFile.h"
 #include "Scan/KindTotals.h"
 #include "Scan/ScanResult.h"
 
@@ -21,6 +21,7 @@ struct ScanOutcome {
     bool cancelled = false;
     std::chrono::system_clock::time_point finishedAt;
     double duration = 0; ///< seconds
+    ScanOrigin origin;   ///< of a whole scan, also of one that was kept
     DiskMoment disk;     ///< read when the tree was done
     KindTotals kinds{};
     KindTotals trashedKinds{}; ///< the part of it that lies in the Trash
@@ -29,21 +30,14 @@ struct ScanOutcome {
     std::int64_t bytesByExclusions = 0;
     std::vector<ExtensionTotal> extensions; ///< the heaviest
     std::vector<SizedFolder> largestFolders;
-    GrowthModel::Content growth;         ///< what scanGrowth() makes of it
     std::vector<std::string> unreadable; ///< visible paths of the first that could not be read
-};
-
-/// Where a scan that was kept is from.
-struct KeptOrigin {
-    std::string machine;    ///< its name; empty when that is not known
-    bool isForeign = false; ///< not to be taken for this computer as it is
 };
 
 /// A scan that was kept, as it is shown. Its moment of the disk is of then, as far as it is known.
 struct KeptOutcome {
     ScanOutcome outcome;
     std::string root; ///< to be measured again; empty: that of the tree
-    KeptOrigin origin;
+    bool isForeign = false; ///< of another computer, or not to be taken for this one
 };
 
 /// Takes the tree out of `result`, and reads the disk. `home` is what "~" stands for.

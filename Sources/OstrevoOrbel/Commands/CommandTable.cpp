@@ -7,21 +7,10 @@ namespace orbel {
 
 std::span<const Command* const> commandTable() {
     static constexpr std::array table{
-        &scanCommand,
-        &mapCommand,
-        &ncduCommand,
-        &duplicatesCommand,
-        &largeCommand,
-        &tidyCommand,
-        &rebuildableCommand,
-        &trashCommand,
-        &putBackCommand,
-        &journalJsonCommand,
-        &journalMarkdownCommand,
-        &systemCommand,
-        &appsCommand,
-        &leftoversCommand,
-        &leftoversJsonCommand,
+        &scanCommand,       &compareCommand, &mapCommand,         &ncduCommand,
+        &duplicatesCommand, &largeCommand,   &tidyCommand,        &rebuildableCommand,
+        &trashCommand,      &putBackCommand, &journalJsonCommand, &journalMarkdownCommand,
+        &systemCommand,     &appsCommand,    &leftoversCommand,   &leftoversJsonCommand,
     };
     return table;
 }

@@ -9,6 +9,7 @@ namespace orbel {
 
 // The commands, each in a source of its own.
 extern const Command scanCommand;
+extern const Command compareCommand;
 extern const Command mapCommand;
 extern const Command ncduCommand;
 extern const Command duplicatesCommand;

@@ -1,6 +1,6 @@
 #include "Commands/GrowthReport.h"
 
-#include "Growth/GrowthStore.h"
+#include "Compare/GrownFolders.h"
 #include "Safety/PathCanonicalizer.h"
 #include "Util/JsonPath.h"
 
@@ -10,27 +10,33 @@ using nlohmann::json;
 
 namespace {
 
-json growthJson(const std::optional<Growth>& growth) {
+json growthJson(const std::optional<KeptScan>& earlier, const FileTree& tree) {
     json folders = json::array();
-    if (!growth)
+    if (!earlier)
         return {{"since", nullptr}, {"folders", std::move(folders)}};
-    for (const auto& folder : growth->folders) {
-        folders.push_back({{"grownBytes", folder.grownBytes}, {"allocatedBytes", folder.bytes}});
-        putPath(folders.back(), "path", PathCanonicalizer::shared().visiblePath(folder.path));
+    const auto comparison = ScanComparison::between(earlier->tree, tree);
+    for (const auto& folder : grownFolders(comparison, earlier->tree, tree)) {
+        folders.push_back(
+            {{"grownBytes", folder.grownBytes}, {"allocatedBytes", tree.allocated(folder.node)}});
+        putPath(folders.back(), "path", tree.path(folder.node, PathCanonicalizer::shared()));
     }
-    return {{"since", iso8601(growth->since)}, {"folders", std::move(folders)}};
+    return {{"since", iso8601(earlier->origin.measuredAt)}, {"folders", std::move(folders)}};
 }
 
 } // namespace
 
 GrowthReport growthReport(const ScanResult& result, const UserContext& user) {
+    const auto& tree = result.tree;
     if (const auto& reason = user.policy().homeReason())
-        return {.growth = growthJson({}), .failure = reason};
+        return {.growth = growthJson({}, tree), .failure = reason};
     if (result.cancelled)
-        return {.growth = growthJson({}), .failure = "The scan is not complete"};
-    const auto kept =
-        user.growthStore().keep(result.tree, std::chrono::floor<Date::duration>(result.startedAt));
-    return {.growth = growthJson(kept.growth), .failure = kept.failure};
+        return {.growth = growthJson({}, tree), .failure = "The scan is not complete"};
+    const auto& archive = user.scanArchive();
+    GrowthReport report;
+    report.growth = growthJson(archive.newest(tree.rootPath, tree.exclusions.patterns), tree);
+    if (auto kept = archive.keep(tree, ScanOrigin::ofHere(result), currentDate()); !kept)
+        report.failure = std::move(kept.error());
+    return report;
 }
 
 } // namespace orbel

@@ -1,5 +1,6 @@
 #include "Commands/CommandOutput.h"
 #include "Commands/CommandTable.h"
+#include "Commands/CountOption.h"
 #include "Commands/ItemJson.h"
 #include "Commands/Request.h"
 #include "Commands/RootScan.h"
@@ -7,7 +8,6 @@
 #include "Find/LargeOldQuery.h"
 #include "Util/JsonPath.h"
 #include "Util/JsonText.h"
-#include "Util/ParseNumber.h"
 
 #include <array>
 #include <nlohmann/json.hpp>
@@ -18,22 +18,11 @@ namespace {
 
 using nlohmann::json;
 
-/// The number that an option has; absent without the option. Anything else ends the process.
-std::optional<std::int64_t> countOf(const Request& request, std::string_view name) {
-    const auto text = request.value(name);
-    if (!text)
-        return std::nullopt;
-    const auto number = parseInteger(*text);
-    if (!number || *number < 0)
-        finishWrongUsage(std::string(name) + " takes a whole number, 0 or more");
-    return number;
-}
-
 LargeOldQuery queryIn(const Request& request) {
     constexpr double secondsPerDay = 24.0 * 60 * 60;
     LargeOldQuery query;
     if (const auto bytes = countOf(request, "--min-bytes"))
-        query.minimumBytes = static_cast<std::uint64_t>(*bytes);
+        query.minimumBytes = *bytes;
     if (const auto days = countOf(request, "--unused-days"))
         query.unusedFor =
             *days == 0 ? std::nullopt : std::optional(static_cast<double>(*days) * secondsPerDay);

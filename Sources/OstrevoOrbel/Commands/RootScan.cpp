@@ -23,25 +23,20 @@ namespace {
     finishUnread(root, error ? error.message() : "could not be read");
 }
 
-} // namespace
-
-ScanResult scanOfRoot(const Request& request) {
+ScanResult scanOf(const std::string& root, const Request& request) {
     const ScanCancellation nobodyCancels;
-    return TreeScanner::scan(request.operands.front(), std::nullopt, nobodyCancels, nullptr,
+    return TreeScanner::scan(root, std::nullopt, nobodyCancels, nullptr,
                              {.paths = {}, .patterns = request.values(excludeOption.name)});
 }
 
-RootScan scanOrFileOfRoot(const Request& request) {
-    const auto& root = request.operands.front();
-    auto kept = readScanFile(root);
-    if (!kept)
-        return {.result = scanOfRoot(request), .keptOrigin = std::nullopt};
-    if (!*kept)
-        finishUnread(root, kept->error());
-    if (request.has(excludeOption.name))
-        finishWrongUsage("--exclude: the scan in " + root
-                         + " was made before; measure anew to leave something out");
-    auto& [tree, origin] = **kept;
+} // namespace
+
+ScanResult scanOfRoot(const Request& request) {
+    return scanOf(request.operands.front(), request);
+}
+
+RootScan RootScan::ofKept(KeptScan kept) {
+    auto& [tree, origin] = kept;
     return {
         .result = {.tree = std::move(tree),
                    .cancelled = false,
@@ -51,11 +46,36 @@ RootScan scanOrFileOfRoot(const Request& request) {
         .keptOrigin = std::move(origin)};
 }
 
-RootScan scanOrFileOfExistingRoot(const Request& request) {
-    auto scan = scanOrFileOfRoot(request);
+std::optional<RootScan> scanInFile(const std::string& path, const Request& request) {
+    auto kept = readScanFile(path);
+    if (!kept)
+        return std::nullopt;
+    if (!*kept)
+        finishUnread(path, kept->error());
+    if (request.has(excludeOption.name))
+        finishWrongUsage("--exclude: the scan in " + path
+                         + " was made before; measure anew to leave something out");
+    return RootScan::ofKept(**std::move(kept));
+}
+
+RootScan scanOrFileOf(const std::string& root, const Request& request) {
+    auto kept = scanInFile(root, request);
+    return kept ? *std::move(kept) : RootScan{.result = scanOf(root, request), .keptOrigin = std::nullopt};
+}
+
+RootScan scanOrFileOfRoot(const Request& request) {
+    return scanOrFileOf(request.operands.front(), request);
+}
+
+RootScan scanOrFileOfExisting(const std::string& root, const Request& request) {
+    auto scan = scanOrFileOf(root, request);
     if (scan.result.tree.count() == 0)
-        finishUnmeasured(request.operands.front());
+        finishUnmeasured(root);
     return scan;
+}
+
+RootScan scanOrFileOfExistingRoot(const Request& request) {
+    return scanOrFileOfExisting(request.operands.front(), request);
 }
 
 ScanResult scanOfExistingRoot(const Request& request) {

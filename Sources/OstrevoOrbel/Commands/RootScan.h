@@ -16,6 +16,8 @@ struct RootScan {
     ScanResult result;
     std::optional<ScanOrigin> keptOrigin; ///< of a scan file
 
+    static RootScan ofKept(KeptScan kept);
+
     /// The figures of the volume at the time of the scan.
     std::optional<VolumeInfo> volume() const {
         return keptOrigin ? keptOrigin->volume : VolumeInfo::read(result.tree.requestedRootPath);
@@ -26,6 +28,12 @@ struct RootScan {
 /// file in its place. Ends the process when such a file is not to be believed.
 RootScan scanOrFileOfRoot(const Request& request);
 
+/// The same for one of several operands.
+RootScan scanOrFileOf(const std::string& root, const Request& request);
+
+/// The scan in a scan file; absent for all that is none. Ends the process when it is not to be believed.
+std::optional<RootScan> scanInFile(const std::string& path, const Request& request);
+
 /// Measures the ROOT of a command that has to look at the disk besides the scan: a scan file is measured like
 /// any other file.
 ScanResult scanOfRoot(const Request& request);
@@ -34,6 +42,7 @@ ScanResult scanOfRoot(const Request& request);
 // list would read as "nothing found".
 
 RootScan scanOrFileOfExistingRoot(const Request& request);
+RootScan scanOrFileOfExisting(const std::string& root, const Request& request);
 ScanResult scanOfExistingRoot(const Request& request);
 
 /// How many entries were left out of a scan that was told to leave some out; else nothing.

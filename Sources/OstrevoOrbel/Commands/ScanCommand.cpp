@@ -70,9 +70,9 @@ constinit const Command scanCommand{
     .help =
         "Measure ROOT, a folder or a file, and print a report as JSON: totals, what could not be read, the "
         "figures of the volume and the N largest entries directly in ROOT (20 unless given). Sizes are bytes "
-        "on disk; a hard-linked file counts once, and other volumes are not entered. With --growth, a "
-        "summary "
-        "of the scan is kept for the next one, and the folders that grew most since the last one of the same "
+        "on disk; a hard-linked file counts once, and other volumes are not entered. With --growth, the "
+        "scan is kept by itself for the next one, and the folders that grew most since the last one of the "
+        "same "
         "ROOT with the same exclusions are added. With --save, the whole scan is kept in FILE, which can be "
         "given in place of ROOT later, and on another machine; with \"-\" it is written to standard output "
         "in "

@@ -52,6 +52,13 @@ std::set<NodeIndex> topLevelNodesSharingLinks(const FileTree& tree) {
     return sharing;
 }
 
+json originJson(const FileTree& tree, const ScanOrigin& origin) {
+    return {{"root", tree.path(0, PathCanonicalizer::shared())},
+            {"measuredAt", iso8601(origin.measuredAt)},
+            {"machine", origin.machine},
+            {"user", origin.user}};
+}
+
 json scanReport(const std::string& root, const RootScan& scan, std::size_t top) {
     const ScanResult& result = scan.result;
     const FileTree& tree = result.tree;
@@ -69,10 +76,7 @@ json scanReport(const std::string& root, const RootScan& scan, std::size_t top) 
         {"children", childrenOf(tree, top)},
     };
     if (const auto& origin = scan.keptOrigin)
-        report["keptScan"] = {{"root", tree.path(0, PathCanonicalizer::shared())},
-                              {"measuredAt", iso8601(origin->measuredAt)},
-                              {"machine", origin->machine},
-                              {"user", origin->user}};
+        report["keptScan"] = originJson(tree, *origin);
     if (const auto volume = scan.volume()) {
         json figures = *volume;
         figures["purgeable"] = volume->purgeable();

@@ -13,7 +13,7 @@ UserContext::UserContext()
     : policy_(platform::homeFolder()),
       trashFolder_(platform::homeTrash(policy_.homePath())),
       journalPath_(JournalStore::defaultPath(platform::places(policy_.homePath()).applicationSupport)),
-      growthStore_(GrowthStore::defaultFolder(platform::places(policy_.homePath()).applicationSupport)),
+      scanArchive_(ScanArchive::defaultFolder(platform::places(policy_.homePath()).applicationSupport)),
       seenPackages_(SeenPackages::defaultPath(platform::places(policy_.homePath()).applicationSupport)) {}
 
 std::shared_ptr<JournalStore> UserContext::journal() const {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Find/SeenPackages.h"
-#include "Growth/GrowthStore.h"
 #include "Journal/JournalStore.h"
 #include "Safety/SafetyPolicy.h"
+#include "Saved/ScanArchive.h"
 
 #include <memory>
 #include <string>
@@ -20,7 +20,7 @@ public:
     const std::string& trashFolder() const { return trashFolder_; }
 
     /// The earlier scans. Must not be written to when the policy has a reason against the home.
-    const GrowthStore& growthStore() const { return growthStore_; }
+    const ScanArchive& scanArchive() const { return scanArchive_; }
 
     /// Which packages were installed. Must not be written to likewise.
     const SeenPackages& seenPackages() const { return seenPackages_; }
@@ -37,7 +37,7 @@ private:
     SafetyPolicy policy_;
     std::string trashFolder_;
     std::string journalPath_;
-    GrowthStore growthStore_;
+    ScanArchive scanArchive_;
     SeenPackages seenPackages_;
 };
 

@@ -34,7 +34,7 @@ public:
     bool operator==(const GrowthFolder&) const = default;
 };
 
-/// The folders that grew most since the scan of the same root before, and since when; or why there is nothing
+/// The folders that grew most since an earlier scan of the same root, and since when; or why there is nothing
 /// to compare.
 class GrowthModel : public QObject {
     Q_OBJECT

@@ -325,7 +325,7 @@ FocusScope {
                 id: growthCard
 
                 height: cards.aside ? cards.tallest : cards.growthNeed
-                remark: measured.app.scan.growth.since
+                remark: measured.app.compare.growth.since
                 title: qsTr("Grew most")
                 width: cards.aside ? cards.rest : cards.width
                 x: Theme.along(cards.aside ? cards.width - width : 0, width, cards.width)
@@ -339,7 +339,7 @@ FocusScope {
                     height: Theme.compactRowHeight * Math.min(count,
                         Math.floor((growthCard.height - cards.headHeight - 10) / Theme.compactRowHeight))
                     menu: menu
-                    model: measured.app.scan.growth.folders
+                    model: measured.app.compare.growth.folders
                     objectName: "overview.growth"
                     scrolls: false
                     selects: false
@@ -360,8 +360,8 @@ FocusScope {
                     anchors.margins: Theme.cardPadding
                     iconPath: Theme.icons.up
                     objectName: "overview.nogrowth"
-                    sentence: measured.app.scan.growth.sentence
-                    statement: measured.app.scan.growth.statement
+                    sentence: measured.app.compare.growth.sentence
+                    statement: measured.app.compare.growth.statement
                     visible: growthList.count === 0
                 }
             }

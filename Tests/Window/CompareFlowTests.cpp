@@ -15,28 +15,33 @@ ScanResult scanOf(std::uint64_t films, bool cancelled = false) {
     builder.file(builder.folder(builder.folder(0, "home"), "films"), "a.mkv", films * MB);
     builder.file(builder.folder(0, "notes"), "a.pdf", 7 * MB);
     ScanResult result;
+    result.startedAt = std::chrono::system_clock::now();
     result.tree = builder.build();
     result.cancelled = cancelled;
     return result;
 }
 
-TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
+TEST(WindowCompare, ComparesCompleteScansOfOneFolder) {
     ModelScene scene;
     const TemporaryFolder folder;
-    scene.environment.growthFolder = folder.path("growth");
+    scene.environment.scansFolder = folder.path("scans");
     scene.world()->now = std::chrono::system_clock::now();
-    auto& growth = *scene.model().scan()->growth();
+    auto& growth = *scene.model().compare()->growth();
     const QAbstractItemModelTester tester(growth.folders());
-    scene.scanWith("/data", scanOf(10));
+    const auto scanWith = [&](ScanResult result) {
+        scene.scanWith("/data", std::move(result));
+        scene.waitUntil([&] { return !scene.model().compare()->isBusy(); });
+    };
+    scanWith(scanOf(10));
     EXPECT_EQ(growth.statement(), QStringLiteral("No comparison yet"));
     EXPECT_EQ(growth.since(), QString());
-    scene.scanWith("/data", scanOf(99, true));
+    scanWith(scanOf(99, true));
     EXPECT_EQ(growth.statement(), QStringLiteral("No comparison yet"));
-    scene.scanWith("/data", scanOf(10));
+    scanWith(scanOf(10));
     EXPECT_EQ(growth.statement(), QStringLiteral("Nothing grew")) << "what was stopped is not compared with";
 
     scene.world()->now += std::chrono::hours(24 * 400);
-    scene.scanWith("/data", scanOf(52));
+    scanWith(scanOf(52));
     ASSERT_EQ(growth.folders()->rowCount(), 1);
     EXPECT_EQ(growth.folders()->rows().front().path, QStringLiteral("/data/home/films"));
     EXPECT_EQ(growth.folders()->rows().front().size(), QStringLiteral("42 MB"));
@@ -67,11 +72,12 @@ TEST(WindowGrowth, ComparesCompleteScansOfOneFolder) {
     EXPECT_EQ(growth.folders()->rowCount(), 0) << "of the scan before, and its nodes are gone";
 }
 
-TEST(WindowGrowth, TellsWhenAScanCannotBeKept) {
+TEST(WindowCompare, TellsWhenAScanCannotBeKept) {
     ModelScene scene;
     const TemporaryFolder folder;
-    scene.environment.growthFolder = folder.file("growth");
+    scene.environment.scansFolder = folder.file("scans");
     scene.scanWith("/data", scanOf(10));
+    scene.waitUntil([&] { return !scene.model().compare()->isBusy(); });
     EXPECT_TRUE(scene.model().notice()->text().contains(QStringLiteral("could not be kept")));
 }
 
