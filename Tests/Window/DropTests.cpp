@@ -81,7 +81,8 @@ TEST_F(DragOverTheWindow, AScanThatWasKeptIsOpenedWhereThereIsNoFolder) {
     EXPECT_TRUE(scene.says(QStringLiteral("Measure ~/Films")));
     leave();
     drag({"notes.txt", "kept.orbel"});
-    EXPECT_TRUE(scene.says(QStringLiteral("Open ~/kept.orbel")));
+    EXPECT_TRUE(scene.says(QStringLiteral("Open ~/kept.orbel")))
+        << scene.app().drop()->statement().toStdString();
     drop();
     EXPECT_TRUE(scene.waitUntil([&] { return scene.app().scan()->isForeign(); }));
     EXPECT_TRUE(roots->empty());

@@ -1,16 +1,20 @@
 #include "AppModel/KeptScanFlow.h"
 
 #include "Models/Wording.h"
+#include "Platform/MountTable.h"
 #include "Safety/PathCanonicalizer.h"
-#include "Safety/RealPath.h"
 #include "Saved/ScanArchive.h"
 #include "Util/FileUrl.h"
+#include "Util/PathResolver.h"
 #include "Util/PathText.h"
 
 #include <chrono>
 #include <expected>
+#include <functional>
 #include <numeric>
+#include <span>
 #include <utility>
+#include <vector>
 
 namespace orbel {
 
@@ -38,21 +42,32 @@ KeptOutcome foreignOutcome(KeptScan kept, const std::string& home) {
     return {.outcome = outcomeOf(std::move(kept), {}, home), .root = {}, .isForeign = true};
 }
 
-/// The newest of this root, as the disk was then: `root` is how it was asked for.
-std::optional<KeptOutcome> lastOutcome(const std::string& root, const std::string& folder,
-                                       const std::vector<std::string>& patterns, const DiskReader& reader,
-                                       const std::string& home) {
-    auto kept = ScanArchive(folder).newest(RealPath::resolve(root).value_or(root), patterns);
-    if (!kept)
-        return std::nullopt;
-    const auto trashedItems = reader.trashedItems();
-    KeptOutcome shown{.outcome = outcomeOf(*std::move(kept), trashedItems, home), .root = root};
-    shown.outcome.disk.disk = shown.outcome.disk.measured;
-    if (shown.outcome.tree->index(trashedItems, PathCanonicalizer::shared()))
-        shown.outcome.disk.trash = std::reduce(shown.outcome.trashedKinds.begin(),
-                                               shown.outcome.trashedKinds.end(), std::uint64_t{0});
-    return shown;
-}
+/// What the last scan is looked for with.
+struct LastScan {
+    std::string root; ///< as it was asked for
+    std::vector<std::string> patterns;
+    ScanArchive archive;
+    DiskReader reader;
+    std::string home;
+    std::function<std::vector<platform::Mount>()> mountTable;
+
+    /// The newest, and the disk as it was then. Absent too where the root is not there now, or on a server.
+    std::optional<KeptOutcome> outcome() const {
+        PathResolver resolver(platform::mountPointsOutOfReach(mountTable(), std::span(&home, 1)));
+        const auto place = resolver.resolve(root);
+        auto kept = place.isFound() ? archive.newest(place.path, patterns) : std::nullopt;
+        if (!kept)
+            return std::nullopt;
+        const auto trashedItems = reader.trashedItems();
+        KeptOutcome shown{.outcome = outcomeOf(*std::move(kept), trashedItems, home), .root = root};
+        auto& disk = shown.outcome.disk;
+        disk.disk = disk.measured;
+        const auto& trashed = shown.outcome.trashedKinds;
+        if (shown.outcome.tree->index(trashedItems, PathCanonicalizer::shared()))
+            disk.trash = std::reduce(trashed.begin(), trashed.end(), std::uint64_t{0});
+        return shown;
+    }
+};
 
 /// A start that asks for nothing by itself.
 bool isPlain(const LaunchOptions& options) {
@@ -83,9 +98,12 @@ void KeptScanFlow::openLast() {
     if (!root || environment_.scansFolder.empty())
         return;
     setOpeningLast(true);
-    job_.run([root = *root, folder = environment_.scansFolder,
-              patterns = scan_.excluded().exclusions().patterns, reader = disk_.reader(),
-              home = environment_.home] { return lastOutcome(root, folder, patterns, reader, home); },
+    job_.run([last = LastScan{.root = *root,
+                              .patterns = scan_.excluded().exclusions().patterns,
+                              .archive = ScanArchive(environment_.scansFolder),
+                              .reader = disk_.reader(),
+                              .home = environment_.home,
+                              .mountTable = environment_.mountTable}] { return last.outcome(); },
              [this](std::optional<KeptOutcome> last) {
                  setOpeningLast(false);
                  if (!last)

@@ -36,7 +36,7 @@ struct ScanOutcome {
 /// A scan that was kept, as it is shown. Its moment of the disk is of then, as far as it is known.
 struct KeptOutcome {
     ScanOutcome outcome;
-    std::string root; ///< to be measured again; empty: that of the tree
+    std::string root;       ///< to be measured again; empty: that of the tree
     bool isForeign = false; ///< of another computer, or not to be taken for this one
 };
 

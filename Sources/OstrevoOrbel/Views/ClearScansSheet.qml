@@ -10,7 +10,7 @@ Sheet {
 
     closePolicy: T.Popup.CloseOnEscape
     objectName: "clearScans"
-    sentence: qsTr("They take up %1. This cannot be undone. Nothing that was measured is touched.").arg(keeping.size)
+    sentence: qsTr("This frees %1 and cannot be undone. Nothing that was measured is touched.").arg(keeping.size)
     showsRemark: false
     title: qsTr("Remove %1?").arg(keeping.count)
 

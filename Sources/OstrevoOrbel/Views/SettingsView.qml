@@ -236,7 +236,7 @@ ScreenFrame {
 
                 SettingRow {
                     explanation: qsTr("The window opens with the last scan, and what grew is told from those before. They stay on this computer; older ones are thinned out.")
-                        + (view.keeping.any ? "\n" + qsTr("%1 take up %2.").arg(view.keeping.count).arg(view.keeping.size) : "")
+                        + (view.keeping.any ? "\n" + qsTr("%1: %2 on disk.").arg(view.keeping.count).arg(view.keeping.size) : "")
                     label: qsTr("Keep scans")
                     objectName: "settings.keepRow"
                     width: parent.width
