@@ -153,21 +153,7 @@ namespace {
 
 /// A window that opens with a scan of the sample disk.
 struct WindowWithLastScan : WindowScene {
-    WindowWithLastScan() {
-        environment.scansFolder = folder() + "/scans";
-        auto volume = SampleDisk::volume();
-        volume.used -= 12'000'000'000;
-        volume.free += 12'000'000'000;
-        const auto result = SampleDisk::measured();
-        const ScanOrigin origin{.measuredAt = currentDate() - std::chrono::days(1),
-                                .duration = result.duration,
-                                .machine = {},
-                                .user = {},
-                                .program = {},
-                                .volume = volume};
-        EXPECT_TRUE(archive().keep(result.tree, origin, currentDate()));
-        KnownRoots(*environment.settings, environment.dataVolumePath).note("/", 35);
-    }
+    WindowWithLastScan() { SampleDisk::keepAsLast(environment, folder()); }
     ScanArchive archive() const { return ScanArchive(environment.scansFolder); }
     void show(int width, int height, double scale) {
         open(width, height);

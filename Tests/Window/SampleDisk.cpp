@@ -1,12 +1,14 @@
 #include "SampleDisk.h"
 
+#include "AppModel/KnownRoots.h"
 #include "Safety/PathCanonicalizer.h"
-#include "Saved/ScanFile.h"
+#include "Saved/ScanArchive.h"
 #include "Support/TreeBuilder.h"
 
 #include <algorithm>
 #include <cmath>
 #include <fstream>
+#include <gtest/gtest.h>
 
 namespace orbel::test {
 
@@ -65,6 +67,15 @@ ScanResult sample(double share) {
     return result;
 }
 
+ScanOrigin ofYesterday(const std::string& machine, const VolumeInfo& volume) {
+    return {.measuredAt = currentDate() - std::chrono::days(1),
+            .duration = 8.4,
+            .machine = machine,
+            .user = {},
+            .program = {},
+            .volume = volume};
+}
+
 } // namespace
 
 VolumeInfo SampleDisk::volume() {
@@ -94,16 +105,19 @@ ScanResult SampleDisk::measured() {
 }
 
 std::string SampleDisk::keptIn(const std::string& folder, const std::string& machine) {
-    const auto result = measured();
-    const ScanOrigin origin{.measuredAt = currentDate() - std::chrono::days(1),
-                            .duration = result.duration,
-                            .machine = machine,
-                            .user = {},
-                            .program = {},
-                            .volume = volume()};
     auto path = folder + "/kept.orbel";
-    std::ofstream(path, std::ios::binary) << scanFileBytes(result.tree, origin);
+    std::ofstream(path, std::ios::binary) << scanFileBytes(measured().tree, ofYesterday(machine, volume()));
     return path;
+}
+
+void SampleDisk::keepAsLast(AppEnvironment& environment, const std::string& folder) {
+    environment.scansFolder = folder + "/scans";
+    auto then = volume();
+    then.used -= bytes(12);
+    then.free += bytes(12);
+    const auto tree = measured().tree;
+    EXPECT_TRUE(ScanArchive(environment.scansFolder).keep(tree, ofYesterday({}, then), currentDate()));
+    KnownRoots(*environment.settings, environment.dataVolumePath).note(tree.rootPath, tree.count());
 }
 
 ScanResult SampleDisk::partlyMeasured() {

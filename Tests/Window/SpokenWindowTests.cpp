@@ -337,6 +337,25 @@ TEST(SpokenWindowOf, AScanOfAnotherComputer) {
     scene.expectSpoken("foreign-map-menu");
 }
 
+TEST(SpokenWindowOf, TheLastScanAndWhatIsKept) {
+    SpokenWindow scene;
+    SampleDisk::keepAsLast(scene.environment, scene.folder());
+    scene.open();
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scan()->isKept(); }));
+    for (const auto* const screen : {"overview", "tidy"}) {
+        scene.show(screen);
+        scene.expectSpoken((std::string("last-") + screen).c_str());
+    }
+    scene.press(Qt::Key_Comma, Qt::ControlModifier);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().keeping()->isAny(); }));
+    scene.item(QStringLiteral("settings.keep"))->forceActiveFocus(Qt::TabFocusReason);
+    scene.expectSpoken("last-settings");
+    scene.press(Qt::Key_Space);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("clearScans.cancel")); }));
+    scene.settle();
+    scene.expectSpoken("last-clear");
+}
+
 TEST(SpokenWindowOf, ANarrowWindow) {
     SpokenWindow scene;
     scene.open(800, 560);

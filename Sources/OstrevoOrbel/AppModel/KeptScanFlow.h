@@ -20,7 +20,6 @@ class KeptScanFlow final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the AppModel.")
-
     /// The last scan is being read, and there is nothing else to show.
     Q_PROPERTY(bool opening READ isOpeningLast NOTIFY openingChanged)
 
@@ -35,7 +34,6 @@ public:
     void open(const std::string& path);
     Q_INVOKABLE void openFile(const QUrl& file);
 
-    bool isBusy() const { return job_.isRunning(); }
     bool isOpeningLast() const { return isOpeningLast_; }
 
 Q_SIGNALS:

@@ -139,7 +139,9 @@ void ScanFlow::takeKept(KeptOutcome kept) {
     progress_.reset();
     const auto disk = origin_.machine.empty() ? tr("Another disk") : textOf(origin_.machine);
     disk_.beginCounting(scanRoot_, isForeign() ? std::optional(disk) : std::nullopt);
-    disk_.takeCounted(kept.outcome);
+    // Without the volume of then, nothing can be set against the disk.
+    if (kept.outcome.disk.measured)
+        disk_.takeCounted(kept.outcome);
     show(std::move(kept.outcome));
     // The ledger sets the disk as it is now against the figures of then, and names what changed since.
     if (!isForeign())

@@ -16,7 +16,8 @@ Card {
     readonly property bool wholeDisk: app.scan.wholeDisk || app.scan.root === "/"
     /// That something was left out explains it too.
     readonly property string leftOut: hasShared ? "" : app.exclusions.leftOutSentence
-    readonly property string unreadable: app.scan.unreadable.total > 0 ? app.scan.unreadable.headline : ""
+    /// With what can be done about it here.
+    readonly property string unreadable: !app.scan.foreign && app.scan.unreadable.total > 0 ? app.scan.unreadable.headline : ""
 
     signal unreadableWanted()
 
