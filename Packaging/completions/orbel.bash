@@ -5,7 +5,7 @@ _orbel() {
     local commands="--scan-json --compare-json --map-svg --duplicates-json --large-json --tidy-json --rebuildable-json --trash --put-back
         --export-ncdu --journal-json --journal-markdown --system-json --apps-json --leftovers-dry-run --leftovers-json
         --help --version"
-    local window="--scan --scan-delay --open --select-app --appearance --snapshot --snapshot-delay --simulate-hover --diagnostics
+    local window="--scan --scan-delay --open-scan --open --select-app --appearance --snapshot --snapshot-delay --simulate-hover --diagnostics
         --quit-after-scan"
     COMPREPLY=()
 
@@ -25,7 +25,7 @@ _orbel() {
             [ "$previous" != --scan ] || mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -W volume -- "$current")
             return
             ;;
-        --snapshot | --diagnostics | --files0-from | --keep | --exclude)
+        --snapshot | --diagnostics | --open-scan | --files0-from | --keep | --exclude)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             return

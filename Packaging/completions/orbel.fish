@@ -56,6 +56,7 @@ complete -c orbel -n "$first" -l exclude -r -F -d "Leave out what matches"
 
 complete -c ostrevo-orbel -n "$first" -l scan -x -a "(__fish_complete_directories) volume" -d "Measure at once"
 complete -c ostrevo-orbel -n "$first" -l scan-delay -x -d "Seconds before the scan"
+complete -c ostrevo-orbel -n "$first" -l open-scan -r -F -d "Show a scan that was kept"
 complete -c ostrevo-orbel -n "$first" -l open -x -a "overview map large duplicates uninstall tidy journal" -d "Show a screen"
 complete -c ostrevo-orbel -n "$first" -l select-app -x -d "Show an app on the screen Uninstall"
 complete -c ostrevo-orbel -n "$first" -l appearance -x -a "light dark" -d "Light or dark"

@@ -124,6 +124,20 @@ TEST_F(LargeOldTest, RefusedOnesAreListedAndCancellingKeepsWhatThereIs) {
     EXPECT_FALSE(some[0].item.isSelectable());
 }
 
+TEST_F(LargeOldTest, OfATreeAloneAsksTheDiskNothingAndLetsNothingMove) {
+    const auto docs = builder.folder(0, "docs");
+    builder.tree.modifiedMinutes[builder.file(docs, "idle", 200)] = 0;
+    builder.tree.modifiedMinutes[builder.hardLink(docs, "linked", 300, 7)] = 0;
+    builder.tree.modifiedMinutes[builder.file(docs, "changed", 200)] =
+        std::chrono::floor<std::chrono::minutes>(now - 24h).time_since_epoch().count();
+    used = {{"idle", now}};
+    const auto found = LargeOldQuery{.minimumBytes = 100}.runOnTree(builder.build(), now, "Far away");
+    ASSERT_EQ(found.size(), 2) << "by the last change, whatever lies at these paths here";
+    EXPECT_EQ(found[0].item.title, "linked");
+    EXPECT_EQ(found[1].lastUsed, (LastUsed{.date = Date()}));
+    EXPECT_EQ(found[1].item.blockedReason, "Far away");
+}
+
 TEST_F(LargeOldTest, TellsWhoUsesAFileOrAnythingInAPackage) {
     const auto docs = folder(0, "docs");
     const auto film = file(docs, "docs/film", 200);

@@ -13,9 +13,10 @@ LaunchOptions optionsOf(std::vector<std::string> words) {
 }
 
 TEST(LaunchOptions, ReadsEverySwitch) {
-    const auto options = optionsOf({"--open", "map", "--scan", "/a b", "--quit-after-scan", "--diagnostics",
-                                    "d.json", "--snapshot", "s.png", "--snapshot-delay", "2.5",
-                                    "--scan-delay", "1", "--simulate-hover", "+3", "--select-app", "Tool"});
+    const auto options =
+        optionsOf({"--open", "map", "--scan", "/a b", "--quit-after-scan", "--diagnostics", "d.json",
+                   "--snapshot", "s.png", "--snapshot-delay", "2.5", "--scan-delay", "1", "--simulate-hover",
+                   "+3", "--select-app", "Tool", "--open-scan", "kept.orbel"});
     EXPECT_EQ(options.openScreen, Screen::map);
     EXPECT_EQ(options.scanPath, "/a b");
     EXPECT_TRUE(options.quitAfterScan);
@@ -25,6 +26,7 @@ TEST(LaunchOptions, ReadsEverySwitch) {
     EXPECT_EQ(options.scanDelay, 1);
     EXPECT_EQ(options.simulatedHovers, 3);
     EXPECT_EQ(options.selectApp, "Tool");
+    EXPECT_EQ(options.openScanPath, "kept.orbel");
     EXPECT_FALSE(options.allowWithoutFullDiskAccess);
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <limits>
 #include <random>
 #include <string>
 #include <tuple>
@@ -117,7 +118,7 @@ const ScanOrigin fromElsewhere{
     .machine = "server",
     .user = "ann\xFF",
     .program = "1.2.3",
-    .volume = VolumeInfo{.total = 1ULL << 63U, .free = 3, .used = 4, .availableForImportantUsage = 5},
+    .volume = VolumeInfo{.total = 1ULL << 62U, .free = 3, .used = 4, .availableForImportantUsage = 5},
     .usedSpace = 0};
 
 TEST(ScanFile, GivesBackTheTreeThatWasKept) {
@@ -234,6 +235,21 @@ TEST(ScanFile, BelievesNoTreeThatCannotBe) {
     EXPECT_FALSE(isRead(with([](FileTree& tree) { tree.kinds[2] = 200; })));
     EXPECT_FALSE(isRead(with([](FileTree& tree) { tree.excludedNodes.insert(3); }))) << "a file with bytes";
     EXPECT_FALSE(isRead(with([](FileTree& tree) { tree.rootPath = "relative"; })));
+}
+
+TEST(ScanFile, BelievesNoTimeAndNoVolumeThatCannotBe) {
+    const auto tree = TreeBuilder().build();
+    const auto isRead = [&](auto change) {
+        auto origin = fromElsewhere;
+        change(origin);
+        return scanFromFile(scanFileBytes(tree, origin)).has_value();
+    };
+    EXPECT_TRUE(isRead([](ScanOrigin& origin) { origin.volume.reset(); }));
+    for (const double duration : {-1.0, 1e300, std::numeric_limits<double>::quiet_NaN()})
+        EXPECT_FALSE(isRead([&](ScanOrigin& origin) { origin.duration = duration; })) << duration;
+    for (const Date date : {Date::min(), Date::max()})
+        EXPECT_FALSE(isRead([&](ScanOrigin& origin) { origin.measuredAt = date; }));
+    EXPECT_FALSE(isRead([](ScanOrigin& origin) { origin.volume->used = 1ULL << 63U; }));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "AppModel/DropFlow.h"
 #include "AppModel/RecentFolders.h"
+#include "SampleDisk.h"
 #include "Snapshots.h"
 #include "WindowScene.h"
 
@@ -36,6 +37,12 @@ struct DragOverTheWindow : testing::Test {
         EXPECT_TRUE(scene.waitUntil([&] { return !scene.app().drop()->statement().isEmpty(); }));
         scene.settle();
     }
+    void leave() {
+        QDragLeaveEvent event;
+        QCoreApplication::sendEvent(&scene.window(), &event);
+        scene.settle();
+        EXPECT_FALSE(scene.isShown(QStringLiteral("drop.overlay")));
+    }
     void drop() {
         QDropEvent event({400, 300}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(&scene.window(), &event);
@@ -59,16 +66,26 @@ TEST_F(DragOverTheWindow, TheFirstFolderIsNamedAndMeasuredAndAFileIsNot) {
 
     drag({"Films"});
     EXPECT_TRUE(scene.says(QStringLiteral("Measure ~/Films")));
-    QDragLeaveEvent leave;
-    QCoreApplication::sendEvent(&scene.window(), &leave);
-    scene.settle();
-    EXPECT_FALSE(scene.isShown(QStringLiteral("drop.overlay")));
+    leave();
 
     drag({"notes.txt", "Films", "Music"});
     EXPECT_TRUE(scene.says(QStringLiteral("Measure ~/Films")));
     EXPECT_TRUE(scene.says(QStringLiteral("The first of 2 folders")));
     drop();
     EXPECT_TRUE(scene.waitUntil([&] { return *roots == std::vector{places.path("Films")}; }));
+}
+
+TEST_F(DragOverTheWindow, AScanThatWasKeptIsOpenedWhereThereIsNoFolder) {
+    SampleDisk::keptIn(places.path(), "larch");
+    drag({"kept.orbel", "Films"});
+    EXPECT_TRUE(scene.says(QStringLiteral("Measure ~/Films")));
+    leave();
+    drag({"notes.txt", "kept.orbel"});
+    EXPECT_TRUE(scene.says(QStringLiteral("Open ~/kept.orbel")))
+        << scene.app().drop()->statement().toStdString();
+    drop();
+    EXPECT_TRUE(scene.waitUntil([&] { return scene.app().scan()->isForeign(); }));
+    EXPECT_TRUE(roots->empty());
 }
 
 TEST(RecentFoldersInTheOverview, AreMeasuredByAClickAndForgottenOnRequest) {

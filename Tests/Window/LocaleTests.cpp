@@ -123,6 +123,11 @@ struct Figures {
     QString clock;
 };
 
+/// "17:05" of "on 14 November at 17:05"
+QString clockOf(const QString& recent) {
+    return recent.section(QStringLiteral(" at "), 1);
+}
+
 TEST(Figures, AreWrittenAsTheDesktopsLocaleDoes) {
     // 14 November 2026, 17:05:09 in local time.
     const auto then = std::chrono::sys_seconds(
@@ -149,6 +154,11 @@ TEST(Figures, AreWrittenAsTheDesktopsLocaleDoes) {
         EXPECT_EQ(dayText(then), day) << locale;
         EXPECT_EQ(dayAndClockText(then), dayAndClock) << locale;
         EXPECT_EQ(whenText(then, now), recent) << locale;
+        EXPECT_EQ(whenText(then, then + std::chrono::days(1)),
+                  QStringLiteral("yesterday at ") + clockOf(recent));
+        EXPECT_EQ(whenText(then, then + std::chrono::days(365)),
+                  QStringLiteral("on %1 at %2").arg(day, clockOf(recent)))
+            << "of another year";
         EXPECT_EQ(clockText(then), clock) << locale;
         EXPECT_EQ(ByteFigure(4'200'000'000).in(QStringLiteral("4.2 GB free.")),
                   ByteFigure(4'200'000'000).text() + QStringLiteral(" free."))

@@ -306,7 +306,8 @@ TEST(WindowSettings, ApplyAtOnce) {
     scene.press(Qt::Key_Down);
     scene.press(Qt::Key_Return);
     EXPECT_EQ(scene.app().alert()->lowDisk().threshold, 50'000'000'000U);
-    scene.click(QStringLiteral("settings.login"));
+    scene.item(QStringLiteral("settings.login"))->forceActiveFocus(Qt::TabFocusReason); // which scrolls to it
+    scene.press(Qt::Key_Space);
     EXPECT_TRUE(scene.app().alert()->opensAtLogin());
 }
 

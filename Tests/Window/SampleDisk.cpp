@@ -1,10 +1,14 @@
 #include "SampleDisk.h"
 
+#include "AppModel/KnownRoots.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Saved/ScanArchive.h"
 #include "Support/TreeBuilder.h"
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
+#include <gtest/gtest.h>
 
 namespace orbel::test {
 
@@ -63,6 +67,15 @@ ScanResult sample(double share) {
     return result;
 }
 
+ScanOrigin ofYesterday(const std::string& machine, const VolumeInfo& volume) {
+    return {.measuredAt = currentDate() - std::chrono::days(1),
+            .duration = 8.4,
+            .machine = machine,
+            .user = {},
+            .program = {},
+            .volume = volume};
+}
+
 } // namespace
 
 VolumeInfo SampleDisk::volume() {
@@ -89,6 +102,22 @@ std::vector<platform::Mount> SampleDisk::mounts() {
 
 ScanResult SampleDisk::measured() {
     return sample(1);
+}
+
+std::string SampleDisk::keptIn(const std::string& folder, const std::string& machine) {
+    auto path = folder + "/kept.orbel";
+    std::ofstream(path, std::ios::binary) << scanFileBytes(measured().tree, ofYesterday(machine, volume()));
+    return path;
+}
+
+void SampleDisk::keepAsLast(AppEnvironment& environment, const std::string& folder) {
+    environment.scansFolder = folder + "/scans";
+    auto then = volume();
+    then.used -= bytes(12);
+    then.free += bytes(12);
+    const auto tree = measured().tree;
+    EXPECT_TRUE(ScanArchive(environment.scansFolder).keep(tree, ofYesterday({}, then), currentDate()));
+    KnownRoots(*environment.settings, environment.dataVolumePath).note(tree.rootPath, tree.count());
 }
 
 ScanResult SampleDisk::partlyMeasured() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AppModel/AppEnvironment.h"
 #include "Find/LargeOldQuery.h"
 #include "Find/SystemPlaces.h"
 #include "Platform/MountTable.h"
@@ -20,6 +21,11 @@ struct SampleDisk {
     static std::vector<platform::Mount> mounts();
     /// What a scan of all of it finds, in 8.4 seconds.
     static ScanResult measured();
+    /// The same, kept as a file in this folder: its path. It was measured yesterday on a computer of this
+    /// name.
+    static std::string keptIn(const std::string& folder, const std::string& machine);
+    /// Has a scene that lives in this folder open with it: kept yesterday, when 12 GB more were free.
+    static void keepAsLast(AppEnvironment& environment, const std::string& folder);
     /// What a scan has found that is stopped after 3.9 seconds.
     static ScanResult partlyMeasured();
     /// Its large files, all of which are old; one is open, one shares its storage, some are protected.

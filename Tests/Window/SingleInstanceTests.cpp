@@ -21,8 +21,11 @@ bool startAnother(const QDBusConnection& bus, const QString& folder, const Insta
 }
 
 void handsOver(const std::function<QDBusConnection()>& connect, const QString& folder) {
-    const InstanceRequest request{
-        .scanPath = "/not \xFF text", .screen = Screen::map, .app = "a “b”", .activationToken = "t1"};
+    const InstanceRequest request{.scanPath = "/not \xFF text",
+                                  .openScanPath = "/a b/\xFE",
+                                  .screen = Screen::map,
+                                  .app = "a “b”",
+                                  .activationToken = "t1"};
     std::vector<InstanceRequest> taken;
     {
         SingleInstance first(connect(), folder);
@@ -58,7 +61,10 @@ TEST(SingleInstance, IsNotForScriptedRuns) {
 TEST(InstanceRequest, TakesARelativePathFromHereAndNonsenseAsNothing) {
     LaunchOptions options;
     options.scanPath = "below";
-    EXPECT_EQ(InstanceRequest::of(options).scanPath, std::filesystem::current_path().string() + "/below");
+    options.openScanPath = "kept.orbel";
+    const auto here = std::filesystem::current_path().string();
+    EXPECT_EQ(InstanceRequest::of(options).scanPath, here + "/below");
+    EXPECT_EQ(InstanceRequest::of(options).openScanPath, here + "/kept.orbel");
     for (const auto* text : {"", "[]", "{\"scan\":7}", "{\"scan\":\"http://x\",\"screen\":\"Map\"}"})
         EXPECT_EQ(InstanceRequest::fromText(text), InstanceRequest()) << text;
 }

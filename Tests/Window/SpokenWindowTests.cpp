@@ -317,6 +317,45 @@ TEST(SpokenWindowOf, AMeasuredDisk) {
     scene.expectSpoken("large-no-match");
 }
 
+TEST(SpokenWindowOf, AScanOfAnotherComputer) {
+    SpokenWindow scene;
+    scene.environment.options.openScanPath = SampleDisk::keptIn(scene.folder(), "larch");
+    scene.open();
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scan()->isForeign(); }));
+    for (const auto* const screen : {"overview", "map", "large", "duplicates", "uninstall", "tidy"}) {
+        scene.show(screen);
+        scene.expectSpoken((std::string("foreign-") + screen).c_str());
+    }
+    scene.show("overview");
+    scene.click(QStringLiteral("overview.volume"));
+    scene.expectSpoken("foreign-volumes");
+    scene.press(Qt::Key_Escape);
+    scene.show("map");
+    scene.item(QStringLiteral("map.view"))->forceActiveFocus(Qt::TabFocusReason);
+    scene.press(Qt::Key_Home);
+    scene.press(Qt::Key_F10, Qt::ShiftModifier);
+    scene.expectSpoken("foreign-map-menu");
+}
+
+TEST(SpokenWindowOf, TheLastScanAndWhatIsKept) {
+    SpokenWindow scene;
+    SampleDisk::keepAsLast(scene.environment, scene.folder());
+    scene.open();
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().scan()->isKept(); }));
+    for (const auto* const screen : {"overview", "tidy"}) {
+        scene.show(screen);
+        scene.expectSpoken((std::string("last-") + screen).c_str());
+    }
+    scene.press(Qt::Key_Comma, Qt::ControlModifier);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().keeping()->isAny(); }));
+    scene.item(QStringLiteral("settings.keep"))->forceActiveFocus(Qt::TabFocusReason);
+    scene.expectSpoken("last-settings");
+    scene.press(Qt::Key_Space);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("clearScans.cancel")); }));
+    scene.settle();
+    scene.expectSpoken("last-clear");
+}
+
 TEST(SpokenWindowOf, ANarrowWindow) {
     SpokenWindow scene;
     scene.open(800, 560);

@@ -99,6 +99,28 @@ TEST(WindowProgram, SaysWhichFileItCouldNotWrite) {
     EXPECT_TRUE(run.errors.contains("/nowhere/picture.png")) << run.errors.toStdString();
 }
 
+TEST(WindowProgram, ShowsAScanThatWasKeptAndEndsWhereItCannot) {
+    const TemporaryFolder folder;
+    folder.file("data/film.mkv", 100'000);
+    const auto file = QString::fromStdString(folder.path("kept"));
+    ASSERT_EQ(runWindow(folder,
+                        {QStringLiteral("--scan-json"), QString::fromStdString(folder.path("data")),
+                         QStringLiteral("--save"), file},
+                        QStringLiteral("offscreen"))
+                  .status,
+              0);
+    const auto picture = QString::fromStdString(folder.path("picture"));
+    const QStringList words{QStringLiteral("--open-scan"), file, QStringLiteral("--snapshot"), picture,
+                            QStringLiteral("--quit-after-scan")};
+    const auto shown = runWindow(folder, words, QStringLiteral("offscreen"));
+    EXPECT_EQ(shown.status, 0) << shown.errors.toStdString();
+    EXPECT_TRUE(QImage(picture, "PNG").width() >= 800);
+    folder.file("kept", "nothing of the kind");
+    const auto refused = runWindow(folder, words, QStringLiteral("offscreen"));
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(refused.errors.contains("is not a scan file")) << refused.errors.toStdString();
+}
+
 TEST(WindowProgram, RunsTheCommandsWithoutADisplayAndSaysSoOfTheWindow) {
     const TemporaryFolder folder;
     const auto window = runWindow(folder, {}, QStringLiteral("xcb"));

@@ -21,6 +21,13 @@ bool isPlainFolder(NodeFlags flags) {
 
 } // namespace
 
+/// What the tree does not know of a candidate. Without an item it has no row.
+struct LargeOldQuery::Asked {
+    std::function<LastUsed(NodeIndex node, const std::string& path)> lastUsed;
+    std::function<std::optional<DeletionItem>(NodeIndex node, const std::string& path)> item;
+    std::function<std::vector<ProcessUse>(NodeIndex node, const std::string& path)> openBy;
+};
+
 std::vector<NodeIndex> LargeOldQuery::candidates(const FileTree& tree) const {
     std::vector<NodeIndex> found;
     // What is inside a package is part of it, and what was detached is not on the disk any more. Parents come
@@ -51,17 +58,53 @@ std::vector<LargeOldQuery::Row> LargeOldQuery::run(const FileTree& tree, const S
                                                    const InUseChecker::OpenFiles& openFiles,
                                                    const IsCancelled& isCancelled,
                                                    const LastUsedReader& reader) const {
-    std::vector<Row> rows;
     auto seen = policy.seenFolders();
+    return rows(tree, now, isCancelled,
+                {.lastUsed = [&](NodeIndex node,
+                                 const std::string& path) { return reader.read(path, tree.modified(node)); },
+                 .item =
+                     [&](NodeIndex node, const std::string& /*path*/) {
+                         return DeletionItem::fromTree(tree, node, DeletionModule::largeOld, policy, seen);
+                     },
+                 .openBy =
+                     [&](NodeIndex node, const std::string& path) {
+                         return openFiles.users(tree.identity(node), path,
+                                                tree.flags(node).contains(NodeFlags::package));
+                     }});
+}
+
+std::vector<LargeOldQuery::Row> LargeOldQuery::runOnTree(const FileTree& tree, Date now,
+                                                         const std::string& reason,
+                                                         const IsCancelled& isCancelled) const {
+    return rows(tree, now, isCancelled,
+                {.lastUsed = [&](NodeIndex node,
+                                 const std::string& /*path*/) { return LastUsed{tree.modified(node)}; },
+                 .item =
+                     [&](NodeIndex node, const std::string& path) {
+                         auto item =
+                             DeletionItem::unasked(path, DeletionModule::largeOld, AllowedRoot::homeItem,
+                                                   FileStamp(), tree.allocated(node));
+                         item.blockedReason = reason;
+                         item.note = DeletionItem::noteOn(tree, node);
+                         return std::optional(std::move(item));
+                     },
+                 .openBy = [](NodeIndex /*node*/,
+                              const std::string& /*path*/) { return std::vector<ProcessUse>(); }});
+}
+
+std::vector<LargeOldQuery::Row> LargeOldQuery::rows(const FileTree& tree, Date now,
+                                                    const IsCancelled& isCancelled,
+                                                    const Asked& asked) const {
+    std::vector<Row> rows;
     for (const NodeIndex node : candidates(tree)) {
         if (isCancelled && isCancelled())
             break;
         const auto path = tree.path(node, PathCanonicalizer::shared());
-        const auto lastUsed = reader.read(path, tree.modified(node));
+        const auto lastUsed = asked.lastUsed(node, path);
         const std::chrono::duration<double> age = now - lastUsed.date;
         if (unusedFor && age.count() < *unusedFor)
             continue;
-        auto item = DeletionItem::fromTree(tree, node, DeletionModule::largeOld, policy, seen);
+        auto item = asked.item(node, path);
         if (!item)
             continue;
         rows.push_back({.index = node,
@@ -69,8 +112,7 @@ std::vector<LargeOldQuery::Row> LargeOldQuery::run(const FileTree& tree, const S
                         .bytes = tree.allocated(node),
                         .kind = tree.kind(node),
                         .lastUsed = lastUsed,
-                        .openBy = openFiles.users(tree.identity(node), path,
-                                                  tree.flags(node).contains(NodeFlags::package))});
+                        .openBy = asked.openBy(node, path)});
     }
     std::ranges::stable_sort(rows, std::ranges::greater(), &Row::bytes);
     return rows;

@@ -54,8 +54,17 @@ struct LargeOldQuery {
                          const InUseChecker::OpenFiles& openFiles, const IsCancelled& isCancelled,
                          const LastUsedReader& reader) const;
 
+    /// The same of the tree alone, for one that is not of the disk as it is here: a file was last used when
+    /// it was last changed, and every item is blocked for this reason. Any thread.
+    std::vector<Row> runOnTree(const FileTree& tree, Date now, const std::string& reason,
+                               const IsCancelled& isCancelled = nullptr) const;
+
 private:
+    struct Asked;
+
     std::vector<NodeIndex> candidates(const FileTree& tree) const;
+    std::vector<Row> rows(const FileTree& tree, Date now, const IsCancelled& isCancelled,
+                          const Asked& asked) const;
 };
 
 } // namespace orbel

@@ -22,6 +22,8 @@ constexpr std::size_t mostTexts = 1024 * 1024;
 /// Trees of more nodes are not compressed further than this, so that no small file claims all memory.
 constexpr std::size_t fewNodes = 16 * 1024 * 1024;
 constexpr std::size_t mostNodesPerByte = 64;
+/// More than any volume has, and few enough to be taken from one another.
+constexpr std::uint64_t mostBytes = std::uint64_t{1} << 62U;
 
 void writeTexts(ByteWriter& writer, const std::vector<std::string>& texts) {
     writer.number(texts.size());
@@ -66,6 +68,17 @@ ScanOrigin readOrigin(ByteReader& reader) {
     if (hasUsedSpace)
         origin.usedSpace = usedSpace;
     return origin;
+}
+
+/// Figures that a volume can have, and times that the system's clock has.
+bool isSound(const ScanOrigin& origin) {
+    constexpr double longest = 1e8; // seconds
+    constexpr std::int64_t farthest = std::int64_t{1} << 53U;
+    const auto measuredAt = std::int64_t{origin.measuredAt.time_since_epoch().count()};
+    const auto volume = origin.volume.value_or(VolumeInfo());
+    return measuredAt >= -farthest && measuredAt <= farthest && origin.duration >= 0
+           && origin.duration <= longest && volume.total <= mostBytes && volume.free <= mostBytes
+           && volume.used <= mostBytes;
 }
 
 /// What few nodes have besides the columns. `Numbers` are pairs of a place and a value, by place.
@@ -172,7 +185,9 @@ struct FirstPart {
         ByteReader reader(*text);
         auto origin = readOrigin(reader);
         FirstPart read{.origin = std::move(origin), .header = TreeHeader(reader)};
-        return reader.isAtEnd() && read.header.isSound() ? std::optional(std::move(read)) : std::nullopt;
+        const bool isOne = reader.isAtEnd() && isSound(read.origin) && read.header.isSound()
+                           && read.header.allocatedBytes <= mostBytes;
+        return isOne ? std::optional(std::move(read)) : std::nullopt;
     }
 };
 
@@ -239,11 +254,15 @@ std::optional<ScanHeader> scanHeaderIn(std::string_view beginning) {
                       .allocatedBytes = header.allocatedBytes};
 }
 
+bool isScanFile(const std::string& path) {
+    constexpr std::size_t enough = 64;
+    const auto beginning = beginningOfRegularFile(path, enough);
+    return beginning && looksLikeScanFile(*beginning);
+}
+
 std::optional<std::expected<KeptScan, std::string>> readScanFile(const std::string& path) {
     constexpr std::uint64_t largest = 8ULL * 1024 * 1024 * 1024;
-    constexpr std::size_t enough = 64;
-    if (const auto beginning = beginningOfRegularFile(path, enough);
-        !beginning || !looksLikeScanFile(*beginning))
+    if (!isScanFile(path))
         return std::nullopt;
     const auto bytes = readRegularFile(path, largest);
     return bytes ? scanFromFile(*bytes) : std::unexpected("The scan file could not be read");

@@ -53,6 +53,9 @@ std::string scanFileBytes(const FileTree& tree, const ScanOrigin& origin);
 /// Whether bytes, the first ones of a file at least, are those of such a file, whole or not.
 bool looksLikeScanFile(std::string_view beginning);
 
+/// Whether the file at this path is a regular one that begins so. Blocks: reads its beginning.
+bool isScanFile(const std::string& path);
+
 /// Reads what scanFileBytes() wrote, from any bytes; the finished tree takes the memory that its scan took.
 /// The error says in words for people why the bytes are not believed: no part of them is then used.
 std::expected<KeptScan, std::string> scanFromFile(std::string_view bytes);

@@ -30,10 +30,12 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       shown_(firstScreen(environment_.options)),
       disk_(environment_, activity_),
       scan_(environment_, disk_, activity_, notice_),
-      compare_(environment_, scan_, notice_),
+      keeping_(environment_, notice_),
+      compare_(environment_, scan_, keeping_, notice_),
+      kept_(environment_, scan_, disk_, activity_, notice_),
       system_(environment_, scan_),
       recent_(environment_, scan_),
-      drop_(environment_, scan_, activity_),
+      drop_(environment_, scan_, kept_, activity_),
       treeEdits_(environment_, scan_, disk_),
       putBack_(environment_, putBackService_, activity_),
       moves_(environment_, session_, scan_, putBack_, shown_, activity_, notice_),
@@ -58,6 +60,10 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
     connect(&actions_, &ItemActions::measureWanted, &rescan_, &RescanFlow::start);
     connect(&actions_, &ItemActions::exclusionWanted, &exclusions_, &ExclusionFlow::exclude);
     connect(&actions_, &ItemActions::inclusionWanted, &exclusions_, &ExclusionFlow::include);
+    connect(&kept_, &KeptScanFlow::lastOpened, &rescan_, [this] {
+        if (keeping_.measuresAtStart())
+            rescan_.startWhole();
+    });
     // What does not follow the tree is asked about again.
     connect(&exclusions_, &ExclusionFlow::changed, &duplicates_, &DuplicatesFlow::checkAll);
     connect(&exclusions_, &ExclusionFlow::changed, &apps_, &AppsFlow::checkAgain);

@@ -11,6 +11,8 @@
 #include "AppModel/ExclusionFlow.h"
 #include "AppModel/ItemActions.h"
 #include "AppModel/JournalFlow.h"
+#include "AppModel/KeptScanFlow.h"
+#include "AppModel/KeptScanSettings.h"
 #include "AppModel/LargeOldFlow.h"
 #include "AppModel/MapModel.h"
 #include "AppModel/MoveFlow.h"
@@ -51,6 +53,9 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::Notice* notice READ notice CONSTANT)
     Q_PROPERTY(orbel::DiskState* disk READ disk CONSTANT)
     Q_PROPERTY(orbel::ScanFlow* scan READ scan CONSTANT)
+    /// Scans that were kept, shown in its place.
+    Q_PROPERTY(orbel::KeptScanFlow* kept READ kept CONSTANT)
+    Q_PROPERTY(orbel::KeptScanSettings* keeping READ keeping CONSTANT)
     /// One folder of it, measured again.
     Q_PROPERTY(orbel::RescanFlow* rescan READ rescan CONSTANT)
     /// What changed since an earlier scan.
@@ -82,6 +87,8 @@ public:
 
     /// Lets the user choose a folder to measure.
     Q_INVOKABLE void chooseFolderAndScan();
+    /// Lets the user choose the file of a scan to look at.
+    Q_INVOKABLE void chooseScanToOpen() { Q_EMIT scanFileWanted(homeFolder()); }
     Q_INVOKABLE void showAbout() { Q_EMIT aboutWanted(); }
     /// Shows what is left out of measuring, where that is chosen.
     Q_INVOKABLE void showExclusions() { Q_EMIT exclusionsWanted(); }
@@ -114,6 +121,8 @@ public:
     Notice* notice() { return &notice_; }
     DiskState* disk() { return &disk_; }
     ScanFlow* scan() { return &scan_; }
+    KeptScanFlow* kept() { return &kept_; }
+    KeptScanSettings* keeping() { return &keeping_; }
     CompareFlow* compare() { return &compare_; }
     SystemPlacesFlow* system() { return &system_; }
     RecentFolders* recent() { return &recent_; }
@@ -139,6 +148,7 @@ Q_SIGNALS:
     void opened();
     // Asks the window to do what only a window can.
     void folderWanted(const QString& prompt, const QUrl& startFolder);
+    void scanFileWanted(const QUrl& startFolder);
     void aboutWanted();
     void exclusionsWanted();
 
@@ -154,7 +164,9 @@ private:
     ShownScreen shown_;
     DiskState disk_;
     ScanFlow scan_;
+    KeptScanSettings keeping_;
     CompareFlow compare_;
+    KeptScanFlow kept_;
     SystemPlacesFlow system_;
     RecentFolders recent_;
     DropFlow drop_;

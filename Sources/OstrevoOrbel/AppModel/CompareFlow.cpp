@@ -26,22 +26,30 @@ GrowthModel::Content growthSince(const KeptScan& earlier, const FileTree& tree, 
 
 } // namespace
 
-CompareFlow::CompareFlow(const AppEnvironment& environment, const ScanFlow& scan, Notice& notice)
-    : environment_(environment), scan_(scan), notice_(notice) {
+CompareFlow::CompareFlow(const AppEnvironment& environment, const ScanFlow& scan,
+                         const KeptScanSettings& keeping, Notice& notice)
+    : environment_(environment), scan_(scan), keeping_(keeping), notice_(notice) {
     connect(&scan, &ScanFlow::scanFinished, this, &CompareFlow::begin);
     connect(&scan, &ScanFlow::treeChanged, this, &CompareFlow::follow);
 }
 
 void CompareFlow::begin() {
+    if (scan_.isKept()) {
+        // It is no new one to keep, and the rows are of another.
+        clear();
+        return;
+    }
     if (scan_.isPartial() || !scan_.hasTree() || environment_.scansFolder.empty())
         return;
     tree_ = scan_.tree();
     job_.run(
         [archive = ScanArchive(environment_.scansFolder), tree = tree_, origin = scan_.origin(),
-         home = environment_.home](const LatestJob::Run& /*run*/) {
+         home = environment_.home, keeps = keeping_.keeps()](const LatestJob::Run& /*run*/) {
             GrowthModel::Content content;
             if (const auto earlier = archive.newest(tree->rootPath, tree->exclusions.patterns))
                 content = growthSince(*earlier, *tree, home);
+            if (!keeps)
+                return content;
             if (const auto kept = archive.keep(*tree, origin, currentDate()); !kept)
                 content.failure = textOf(kept.error());
             return content;
@@ -56,13 +64,16 @@ void CompareFlow::take(GrowthModel::Content content) {
     follow();
 }
 
+void CompareFlow::clear() {
+    job_.drop();
+    growth_.clear();
+    tree_.reset();
+}
+
 void CompareFlow::follow() {
     const auto& tree = scan_.tree();
     if (tree->count() == 0) {
-        // Another scan has begun.
-        job_.drop();
-        growth_.clear();
-        tree_.reset();
+        clear(); // another scan has begun
     } else if (tree_ && tree_ != tree && !job_.isRunning()) {
         growth_.follow(*tree_, *tree, PathCanonicalizer::shared());
         tree_ = tree;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AppModel/KeptScanSettings.h"
 #include "AppModel/LatestJob.h"
 #include "AppModel/Notice.h"
 #include "AppModel/ScanFlow.h"
@@ -25,7 +26,8 @@ class CompareFlow final : public QObject {
 
 public:
     /// The arguments outlive this.
-    CompareFlow(const AppEnvironment& environment, const ScanFlow& scan, Notice& notice);
+    CompareFlow(const AppEnvironment& environment, const ScanFlow& scan, const KeptScanSettings& keeping,
+                Notice& notice);
 
     GrowthModel* growth() { return &growth_; }
     bool isBusy() const { return job_.isRunning(); }
@@ -33,10 +35,12 @@ public:
 private:
     void begin();
     void take(GrowthModel::Content content);
+    void clear();
     void follow();
 
     const AppEnvironment& environment_;
     const ScanFlow& scan_;
+    const KeptScanSettings& keeping_;
     Notice& notice_;
     std::shared_ptr<const FileTree> tree_; ///< whose nodes the rows are; null without rows
     GrowthModel growth_;

@@ -105,8 +105,9 @@ void DiskState::openTrash() {
     environment_.desktop->openTrash(platform::trashedItemsFolder(environment_.trashFolder));
 }
 
-void DiskState::beginCounting(const std::string& root) {
-    root_ = root;
+void DiskState::beginCounting(const std::string& root, const std::optional<QString>& elsewhere) {
+    root_ = elsewhere ? environment_.dataVolumePath : root;
+    elsewhere_ = elsewhere;
     scannedVolume_.reset();
     counted_.reset();
     isMomentExpected_ = false;
@@ -124,6 +125,8 @@ void DiskState::takeCounted(const ScanOutcome& outcome) {
         counted_->atScan = outcome.disk;
         counted_->bytesAtScan = counted_->bytes();
         counted_->outsideTreeAtScan = counted_->outsideTree(outcome.disk);
+        if (elsewhere_)
+            scannedVolume_ = outcome.disk.measured;
     } else if (outcome.bytesByExclusions != 0) {
         // As if the scan had left out the same, the Trash perhaps among it.
         const auto trashLeft =
@@ -143,16 +146,22 @@ std::uint64_t DiskState::usedWithoutMoved(const VolumeInfo& disk, const DiskMome
                std::clamp<std::int64_t>(moved, 0, static_cast<std::int64_t>(disk.used)));
 }
 
-/// What was read earlier than what is shown is dropped.
+/// What was read earlier than what is shown is dropped, and so is what was not read now.
 void DiskState::takeMoment(const DiskMoment& moment) {
-    if (moment.number < momentNumber_)
+    if (moment.number == 0 || moment.number < momentNumber_)
         return;
     momentNumber_ = moment.number;
+    // Of a scan of earlier the Trash is only known where the tree has it: else it was then as it is now.
+    if (counted_ && !counted_->atScan.trash) {
+        counted_->atScan.trash = moment.trash;
+        counted_->outsideTreeAtScan = counted_->outsideTree(moment);
+    }
     const bool isVolumeNew = moment.disk && moment.disk != volume_;
     const bool isTrashNew = moment.trash != trashBytes_;
     if (moment.disk)
         volume_ = moment.disk;
-    scannedVolume_ = moment.measured;
+    if (!elsewhere_)
+        scannedVolume_ = moment.measured;
     trashBytes_ = moment.trash;
     ledgerVolume_ = volume_;
     updateLedgers();
@@ -178,7 +187,7 @@ void DiskState::updateLedgers() {
     const auto& ownPath = environment_.dataVolumePath;
     const auto* const ownMount = mountHolding(mounts_, ownPath);
     const auto* const scannedMount = mountHolding(mounts_, root_);
-    const bool isSameVolume = root_ == ownPath || ownMount == scannedMount;
+    const bool isSameVolume = !elsewhere_ && (root_ == ownPath || ownMount == scannedMount);
     DiskLedger::Figures own{
         .path = textOf(ownPath), .description = describe(ownMount), .volume = ledgerVolume_};
     if (isSameVolume)
@@ -187,6 +196,10 @@ void DiskState::updateLedgers() {
     DiskLedger::Figures scanned{.path = textOf(scannedMount == nullptr ? shownRoot : scannedMount->path),
                                 .description = describe(scannedMount),
                                 .volume = scannedVolume_};
+    if (elsewhere_) {
+        scanned.path = *elsewhere_;
+        scanned.description.clear();
+    }
     addCounted(scanned, false);
     ledger_.setFigures(isSameVolume ? own : std::move(scanned));
     ownLedger_.setFigures(std::move(own));
@@ -201,7 +214,7 @@ void DiskState::addCounted(DiskLedger::Figures& figures, bool holdsTrash) const 
     if (holdsTrash) {
         for (std::size_t kind = 0; kind < figures.measured->size(); ++kind)
             figures.measured->at(kind) -= counted_->trashedKinds.at(kind);
-        figures.trash = trashBytes_.value_or(0);
+        figures.trash = trashBytes_.value_or(counted_->atScan.trash.value_or(0));
         accounted += counted_->atScan.trash.value_or(0);
     }
     if (const auto& then = holdsTrash ? counted_->atScan.disk : counted_->atScan.measured)

@@ -41,8 +41,9 @@ public:
 
     // What a scan and the edits after it tell.
 
-    /// A scan of this path begins: nothing is counted.
-    void beginCounting(const std::string& root);
+    /// A scan of this path begins: nothing is counted. `elsewhere` names the disk of a scan that was made on
+    /// another one: its volume is the one that the scan counted at, and nothing here is asked about it.
+    void beginCounting(const std::string& root, const std::optional<QString>& elsewhere = {});
     /// What the scan counted; after that, what each edit of its tree comes to.
     void takeCounted(const ScanOutcome& outcome);
     /// The used bytes of that moment without those that were moved to the Trash since the scan: these are in
@@ -89,7 +90,8 @@ private:
 
     const AppEnvironment& environment_;
     const Activity& activity_;
-    std::string root_; ///< what is or was measured last
+    std::string root_; ///< what is or was measured last here
+    std::optional<QString> elsewhere_;
     std::optional<VolumeInfo> volume_;
     std::optional<VolumeInfo> ledgerVolume_; ///< of the disk, read at one moment with `trashBytes_`
     std::optional<VolumeInfo> scannedVolume_;

@@ -2,6 +2,7 @@
 
 #include "Models/Wording.h"
 #include "Platform/FileStatus.h"
+#include "Saved/ScanFile.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
 
@@ -10,8 +11,9 @@
 
 namespace orbel {
 
-DropFlow::DropFlow(const AppEnvironment& environment, ScanFlow& scan, const Activity& activity)
-    : environment_(environment), scan_(scan), activity_(activity) {
+DropFlow::DropFlow(const AppEnvironment& environment, ScanFlow& scan, KeptScanFlow& kept,
+                   const Activity& activity)
+    : environment_(environment), scan_(scan), kept_(kept), activity_(activity) {
     connect(&activity, &Activity::changed, this, &DropFlow::changed);
 }
 
@@ -30,10 +32,12 @@ void DropFlow::enter(const QList<QUrl>& urls) {
             Found found;
             for (const auto& path : paths) {
                 const auto status = platform::fileStatus(path);
-                if (!status || status->type != platform::FileType::directory)
-                    continue;
-                if (found.folders++ == 0)
-                    found.folder = path;
+                if (status && status->type == platform::FileType::directory) {
+                    if (found.folders++ == 0)
+                        found.folder = path;
+                } else if (!found.scanFile && isScanFile(path)) {
+                    found.scanFile = path;
+                }
             }
             return found;
         },
@@ -60,6 +64,8 @@ void DropFlow::drop() {
     isOver_ = false;
     if (found_ && found_->folder)
         scan_.startScan(*found_->folder);
+    else if (found_ && found_->scanFile)
+        kept_.open(*found_->scanFile);
     Q_EMIT changed();
 }
 
@@ -68,9 +74,10 @@ QString DropFlow::statement() const {
         return {};
     if (!activity_.isIdle())
         return tr("Not now");
-    if (!found_->folder)
-        return tr("Drop a folder");
-    return tr("Measure %1").arg(textOf(tildePath(*found_->folder, environment_.home)));
+    const auto shown = [&](const std::string& path) { return textOf(tildePath(path, environment_.home)); };
+    if (found_->folder)
+        return tr("Measure %1").arg(shown(*found_->folder));
+    return found_->scanFile ? tr("Open %1").arg(shown(*found_->scanFile)) : tr("Drop a folder");
 }
 
 QString DropFlow::sentence() const {
@@ -78,6 +85,8 @@ QString DropFlow::sentence() const {
         return {};
     if (!activity_.isIdle())
         return tr("Something is being measured or moved.");
+    if (!found_->folder && found_->scanFile)
+        return tr("It is a scan that was kept: it can be looked at and searched, and nothing moves.");
     if (!found_->folder)
         return tr("A folder is measured with all that is in it; a file by itself is not.");
     if (found_->folders > 1)

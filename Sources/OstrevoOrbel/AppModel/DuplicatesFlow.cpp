@@ -65,7 +65,7 @@ DuplicatesFlow::DuplicatesFlow(const AppEnvironment& environment, std::shared_pt
 }
 
 void DuplicatesFlow::search() {
-    if (duplicatesRunning() || !scan_.hasTree())
+    if (duplicatesRunning() || !scan_.isMeasuredHere())
         return;
     checking_.drop();
     reviewing_.drop();
@@ -130,7 +130,7 @@ void DuplicatesFlow::checkAll() {
 }
 
 void DuplicatesFlow::takeTree() {
-    if (scan_.isScanning()) {
+    if (scan_.isScanning() || scan_.isForeign()) {
         // Its tree is no longer the one that is shown.
         searching_.drop();
         clearTicks();
@@ -336,7 +336,7 @@ QString DuplicatesFlow::ruleFolderText() const {
 }
 
 QString DuplicatesFlow::countText() const {
-    return duplicatesSearched_ ? orbel::countText(groups_.totals().groups) : QString();
+    return isKnown() ? orbel::countText(groups_.totals().groups) : QString();
 }
 
 QString DuplicatesFlow::groupsText() const {
@@ -354,7 +354,7 @@ QString DuplicatesFlow::potentialText() const {
 }
 
 QString DuplicatesFlow::summary() const {
-    return duplicatesSearched_ ? tr("%1 · %2").arg(groupsText(), potentialText()) : QString();
+    return isKnown() ? tr("%1 · %2").arg(groupsText(), potentialText()) : QString();
 }
 
 bool DuplicatesFlow::isOutsideHome() const {

@@ -180,6 +180,8 @@ private:
     void check(const std::vector<std::size_t>& groups);
     void takeReviewed(int choice, Reviewed reviewed);
     void setRule(KeepRule rule, std::string folder);
+    /// What was found is of the disk that is shown.
+    bool isKnown() const { return duplicatesSearched_ && !scan_.isForeign(); }
     void noteChoice() { ++choice_; }
 
     const AppEnvironment& environment_;

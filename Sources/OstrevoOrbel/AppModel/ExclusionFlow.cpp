@@ -55,7 +55,7 @@ ExclusionFlow::ExclusionFlow(const AppEnvironment& environment, ScanFlow& scan, 
 
 void ExclusionFlow::exclude(quint32 node) {
     const auto& tree = *scan_.tree();
-    if (!scan_.hasTree() || node == 0 || node >= tree.count() || !tree.isFolder(node)
+    if (!scan_.isMeasuredHere() || node == 0 || node >= tree.count() || !tree.isFolder(node)
         || tree.isExcluded(node))
         return;
     if (!activity_.isIdle()) {
@@ -71,7 +71,7 @@ void ExclusionFlow::exclude(quint32 node) {
 
 void ExclusionFlow::include(quint32 node) {
     const auto& tree = *scan_.tree();
-    if (node >= tree.count() || !tree.isExcluded(node))
+    if (scan_.isForeign() || node >= tree.count() || !tree.isExcluded(node))
         return;
     takeOut(tree.path(node, PathCanonicalizer::shared()));
 }
@@ -132,7 +132,7 @@ void ExclusionFlow::followTree() {
 
 /// Brings the tree that is shown in line with the folders that are left out.
 void ExclusionFlow::reconcile() {
-    if (!scan_.hasTree() || edits_.isBusy())
+    if (!scan_.isMeasuredHere() || edits_.isBusy())
         return;
     const auto& tree = *scan_.tree();
     const auto& canonicalizer = PathCanonicalizer::shared();

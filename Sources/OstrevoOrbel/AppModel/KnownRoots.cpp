@@ -58,6 +58,10 @@ void KnownRoots::forgetEntries(const std::string& path) {
     write();
 }
 
+std::optional<std::string> KnownRoots::latest() const {
+    return roots_.empty() ? std::nullopt : std::optional(roots_.front().path);
+}
+
 std::vector<std::string> KnownRoots::folders() const {
     std::vector<std::string> folders;
     for (const auto& root : roots_) {

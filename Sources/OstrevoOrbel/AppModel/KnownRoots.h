@@ -30,6 +30,8 @@ public:
     /// What is left out of measuring has changed at this path: what holds it has another number of entries.
     void forgetEntries(const std::string& path);
 
+    /// What was measured last, the whole disk or a folder.
+    std::optional<std::string> latest() const;
     /// The folders that were measured, the latest first: eight at most.
     std::vector<std::string> folders() const;
     void forgetFolders();

@@ -88,9 +88,13 @@ void LargeOldFlow::refresh() {
     finding_.run(
         [tree = scan_.tree(), policy = policy_, query = query_, arrangement = std::move(arrangement),
          now = std::chrono::time_point_cast<Date::duration>(environment_.now()),
-         find = environment_.findLargeOld](const LatestJob::Run& run) {
+         find = environment_.findLargeOld,
+         elsewhere = scan_.isForeign() ? std::optional(scan_.keptStatement().toStdString())
+                                       : std::nullopt](const LatestJob::Run& run) {
             Found found{.list = nullptr, .arrangement = arrangement, .order = {}};
-            auto rows = find(query, *tree, *policy, now, [&] { return run.isCancelled(); });
+            const auto isCancelled = [&] { return run.isCancelled(); };
+            auto rows = elsewhere ? query.runOnTree(*tree, now, *elsewhere, isCancelled)
+                                  : find(query, *tree, *policy, now, isCancelled);
             constexpr std::size_t quicklyFreed = 2'000;
             const bool isLong = rows.size() > quicklyFreed;
             found.list = freedAside(std::make_unique<const LargeOldList>(std::move(rows), *tree), isLong);

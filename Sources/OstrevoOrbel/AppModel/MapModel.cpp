@@ -100,7 +100,10 @@ MapModel::MapModel(const AppEnvironment& environment, std::shared_ptr<const Safe
         list_.rows()->tellTicks();
         Q_EMIT ticksChanged();
     });
-    connect(&scan, &ScanFlow::treeChanged, this, [this, &scan] { setTree(scan.tree(), scan.coverage()); });
+    connect(&scan, &ScanFlow::treeChanged, this, [this, &scan] {
+        elsewhere_ = scan.isForeign() ? scan.keptStatement() : QString();
+        setTree(scan.tree(), scan.coverage());
+    });
     moves.watch(ticks_);
 }
 
@@ -305,10 +308,10 @@ void MapModel::updateLegend() {
 void MapModel::updateSafety() {
     selectionJob_.drop();
     isMovable_ = false;
-    refusal_.clear();
+    refusal_ = elsewhere_;
     Q_EMIT safetyChanged();
     updateContents();
-    if (!selected_)
+    if (!selected_ || !isTickable())
         return;
     selectionJob_.run([tree = tree_, node = *selected_,
                        policy = policy_] { return itemWithRepositories(*tree, node, *policy); },
@@ -378,7 +381,7 @@ void MapModel::checkRows(int first) {
         if (!refusals_.contains(rows.nodeAt(row)))
             asked.push_back(rows.nodeAt(row));
     }
-    if (asked.empty())
+    if (asked.empty() || !isTickable())
         return;
     rowsJob_.add(
         [tree = tree_, asked = std::move(asked), policy = policy_] {
@@ -396,6 +399,10 @@ void MapModel::checkRows(int first) {
 void MapModel::toggleTick(quint32 node) {
     if (node >= tree_->count() || !tree_->isAttached(node))
         return;
+    if (!isTickable()) {
+        tellRefusal(node);
+        return;
+    }
     const auto path = tree_->path(node, canonicalizer());
     if (const auto* over = ticks_.covering(path)) {
         if (over->item.path == path)
@@ -426,7 +433,7 @@ void MapModel::tellRefusal(quint32 node) const {
 }
 
 void MapModel::tickAll() {
-    if (tree_->count() == 0)
+    if (tree_->count() == 0 || !isTickable())
         return;
     tickingAll_.run(
         [this, tree = tree_, policy = policy_, rows = list_.rows()->shown()](const LatestJob::Run& run) {
@@ -450,8 +457,8 @@ Qt::CheckState MapModel::tickState(NodeIndex node) const {
 }
 
 QString MapModel::tickRefusal(quint32 node) const {
-    if (node >= tree_->count())
-        return {};
+    if (node >= tree_->count() || !isTickable())
+        return elsewhere_;
     if (ticks_.count() > 0) {
         const auto path = tree_->path(node, canonicalizer());
         if (const auto* over = ticks_.covering(path); over != nullptr && over->item.path != path)

@@ -64,6 +64,8 @@ class MapModel final : public QObject {
     /// What to know before the selected item moves; empty when there is nothing.
     Q_PROPERTY(QString note READ note NOTIFY safetyChanged)
 
+    /// Something of it may be moved: it was not measured elsewhere.
+    Q_PROPERTY(bool tickable READ isTickable NOTIFY focusChanged)
     Q_PROPERTY(orbel::Ticks* ticks READ ticks CONSTANT)
     /// The nodes that are ticked.
     Q_PROPERTY(QList<quint32> tickedNodes READ tickedNodes NOTIFY ticksChanged)
@@ -137,6 +139,7 @@ public:
     QString refusal() const { return refusal_; }
     bool isMovable() const { return isMovable_; }
     QString note() const { return selected_ ? noteOf(*selected_) : QString(); }
+    bool isTickable() const { return elsewhere_.isEmpty(); }
     Ticks* ticks() { return &ticks_; }
     QList<quint32> tickedNodes() const;
     /// For the diagnostics: how many tiles were laid out.
@@ -187,6 +190,7 @@ private:
     std::optional<std::uint64_t>
         extensionBytes_; ///< what the chosen extension takes up in the focus, once known
     QString contents_;
+    QString elsewhere_; ///< why nothing can be moved; empty for what was measured here
     QString refusal_;
     bool isMovable_ = false;
 

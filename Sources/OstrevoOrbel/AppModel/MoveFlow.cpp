@@ -5,6 +5,7 @@
 #include "Models/ByteFigure.h"
 #include "Models/Wording.h"
 #include "Platform/ReplaceFile.h"
+#include "Safety/PathCanonicalizer.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
 #include "Util/Uuid.h"
@@ -85,7 +86,7 @@ MoveFlow::MoveFlow(const AppEnvironment& environment, DeletionSession& session, 
       activity_(activity),
       notice_(notice) {
     connect(&scan, &ScanFlow::scanStateChanged, this, [this] {
-        if (!scan_.isScanning())
+        if (!scan_.isScanning() && !scan_.isForeign())
             return;
         clearTicks();
         // The items of a confirmation are of the tree that has just gone.
@@ -107,21 +108,33 @@ void MoveFlow::clearTicks() {
 }
 
 void MoveFlow::untickInside(const std::string& path) {
-    untick([&](const std::string& ticked) { return isPathInside(ticked, path); });
+    untick([&](const DeletionItem& ticked) { return isPathInside(ticked.path, path); });
 }
 
 void MoveFlow::untickAround(const std::string& path) {
-    untick(
-        [&](const std::string& ticked) { return isPathInside(ticked, path) || isPathInside(path, ticked); });
+    untick([&](const DeletionItem& ticked) {
+        return isPathInside(ticked.path, path) || isPathInside(path, ticked.path);
+    });
 }
 
-void MoveFlow::untick(const std::function<bool(const std::string& path)>& isMeant) {
+void MoveFlow::untickChanged(const FileTree& tree) {
+    const auto& canonicalizer = PathCanonicalizer::shared();
+    const auto root = canonicalizer.visiblePath(tree.rootPath);
+    untick([&](const DeletionItem& ticked) {
+        const auto node = tree.index(ticked.path, canonicalizer);
+        return isPathInside(ticked.path, root)
+               && (!node || tree.allocated(*node) != ticked.estimatedBytes
+                   || !tree.matchesScan(*node, ticked.scanStamp));
+    });
+}
+
+void MoveFlow::untick(const std::function<bool(const DeletionItem& item)>& isMeant) {
     for (const auto& ticks : watched_) {
         if (ticks.isNull())
             continue;
         std::vector<std::string> meant;
         for (const auto& ticked : ticks->items()) {
-            if (isMeant(ticked.item.path))
+            if (isMeant(ticked.item))
                 meant.push_back(ticked.item.id);
         }
         ticks->untickAll(meant);
@@ -143,6 +156,10 @@ void MoveFlow::ask(std::vector<TickedItem> items) {
         notice_.show(scan_.isScanning()
                          ? tr("Nothing moves while something is measured. Wait for the end, or stop it.")
                          : tr("Nothing moves while something is put back."));
+        return;
+    }
+    if (scan_.isForeign()) {
+        notice_.show(scan_.keptStatement());
         return;
     }
     if (items.empty()) {

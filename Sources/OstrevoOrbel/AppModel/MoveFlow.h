@@ -76,18 +76,21 @@ public:
     /// Stops a batch after the item in progress, and waits for it.
     ~MoveFlow() override { batch_.stopAndWait(); }
 
-    /// Has these ticks cleared after every move and whenever a scan begins.
+    /// Has these ticks cleared after every move, and whenever a scan begins or one from elsewhere is shown.
     void watch(Ticks& ticks);
 
     /// Unticks what is at this path or inside it, on every screen.
     void untickInside(const std::string& path);
     /// The same for what holds it, too.
     void untickAround(const std::string& path);
+    /// Unticks what is not in this tree of a new scan as it was when it was ticked.
+    void untickChanged(const FileTree& tree);
 
     // Intents.
 
-    /// Asks for a confirmation of what is ticked. Says so where nothing is, and while a scan or a put back
-    /// runs; ignored while a confirmation is asked for or a batch runs.
+    /// Asks for a confirmation of what is ticked. Says so where nothing is, while a scan or a put back runs,
+    /// and while what is shown was measured elsewhere; ignored while a confirmation is asked for or a batch
+    /// runs.
     Q_INVOKABLE void review(orbel::Ticks* ticks);
     /// The same for items that a screen has no ticks for.
     void ask(std::vector<TickedItem> items);
@@ -132,7 +135,7 @@ Q_SIGNALS:
 
 private:
     void clearTicks();
-    void untick(const std::function<bool(const std::string& path)>& isMeant);
+    void untick(const std::function<bool(const DeletionItem& item)>& isMeant);
     class Steps;
 
     void takeSteps(Steps& steps);

@@ -20,11 +20,12 @@ RescanFlow::RescanFlow(const AppEnvironment& environment, ScanFlow& scan, TreeEd
         if (!activity_.isIdle())
             stop();
     });
+    connect(&scan, &ScanFlow::scanRootChanged, this, &RescanFlow::stop);
 }
 
 void RescanFlow::start(quint32 node) {
     const auto& tree = scan_.tree();
-    if (isRunning() || !scan_.hasTree() || node >= tree->count())
+    if (isRunning() || !scan_.isMeasuredHere() || node >= tree->count())
         return;
     if (!activity_.isIdle()) {
         notice_.show(tr("A folder is measured again when nothing else runs."));
@@ -57,6 +58,33 @@ void RescanFlow::start(quint32 node) {
         },
         [this, tree](Measured measured) { take(*tree, std::move(measured)); });
     Q_EMIT changed();
+}
+
+void RescanFlow::startWhole() {
+    if (isRunning() || !scan_.isMeasuredHere() || !activity_.isIdle())
+        return;
+    text_ = tr("Measuring %1 again…").arg(scan_.rootText());
+    job_.run(
+        [root = scan_.scanRoot(), scan = environment_.scan, reader = DiskReader(environment_),
+         home = environment_.home, exclusions = scan_.excluded().exclusions()](const LatestJob::Run& run) {
+            auto result = scan(
+                root, run.cancellation(), [](const ScanProgress& /*progress*/) {}, exclusions);
+            return scanOutcome(std::move(result), reader, home);
+        },
+        [this](ScanOutcome fresh) { takeWhole(std::move(fresh)); });
+    Q_EMIT changed();
+}
+
+void RescanFlow::takeWhole(ScanOutcome fresh) {
+    text_.clear();
+    Q_EMIT changed();
+    const auto& tree = *fresh.tree;
+    if (tree.count() == 0 || tree.flags(0).contains(NodeFlags::unreadable)) {
+        notice_.show(tr("%1 could not be read.").arg(scan_.rootText()));
+        return;
+    }
+    moves_.untickChanged(tree);
+    scan_.takeFresh(std::move(fresh));
 }
 
 void RescanFlow::stop() {

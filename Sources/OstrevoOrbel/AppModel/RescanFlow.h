@@ -32,8 +32,11 @@ public:
                const Activity& activity, Notice& notice);
 
     /// Measures this node of the shown tree, or the folder that it is in; a root by a whole new scan. Ignored
-    /// while that or anything else is under way that measures or moves.
+    /// while that or anything else is under way that measures or moves, and for what was measured elsewhere.
     Q_INVOKABLE void start(quint32 node);
+    /// Measures all of what is shown beside it: the new tree then takes its place at once, so that the map's
+    /// folder, the selection, and what is ticked and has not changed stay. Ignored as the first is.
+    void startWhole();
     /// The tree stays as it was.
     Q_INVOKABLE void stop();
 
@@ -50,6 +53,7 @@ private:
     };
 
     void take(const FileTree& tree, Measured measured);
+    void takeWhole(ScanOutcome fresh);
 
     const AppEnvironment& environment_;
     ScanFlow& scan_;

@@ -3,6 +3,7 @@
 #include "Models/MapWords.h"
 #include "Safety/FullDiskAccess.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Util/Check.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
 
@@ -51,6 +52,7 @@ void ScanFlow::startScan(const std::string& root) {
     activity_.begin(Activity::Kind::scan);
     scanRoot_ = root;
     scanState_ = ScanState::scanning;
+    provenance_ = Provenance::now;
     progress_.reset();
     lastEntries_ = known_.entriesOf(root);
     topLevel_.begin(rootText());
@@ -93,6 +95,26 @@ void ScanFlow::takeProgress(const ScanProgress& progress) {
 }
 
 void ScanFlow::takeOutcome(ScanOutcome outcome) {
+    settle(std::move(outcome));
+    activity_.end();
+    tellEnd();
+}
+
+void ScanFlow::takeFresh(ScanOutcome fresh) {
+    ORBEL_CHECK(!isScanning() && !fresh.cancelled, "a whole scan takes the place of an earlier one");
+    provenance_ = Provenance::now;
+    disk_.beginCounting(scanRoot_);
+    settle(std::move(fresh));
+    tellEnd();
+}
+
+void ScanFlow::tellEnd() {
+    Q_EMIT scanStateChanged();
+    environment_.mark("scanComplete");
+    Q_EMIT scanFinished();
+}
+
+void ScanFlow::settle(ScanOutcome outcome) {
     scannedAt_ = outcome.finishedAt;
     scanSeconds_ = outcome.duration;
     scanState_ = outcome.cancelled ? ScanState::cancelled : ScanState::done;
@@ -104,9 +126,29 @@ void ScanFlow::takeOutcome(ScanOutcome outcome) {
     if (hasTree())
         known_.note(scanRoot_,
                     isPartial() || !isLikeTheNext ? std::nullopt : std::optional(entriesIn(*tree_)));
-    activity_.end();
+}
+
+void ScanFlow::takeKept(KeptOutcome kept) {
+    ORBEL_CHECK(!isScanning(), "a scan would end in the place of what was kept");
+    origin_ = std::move(kept.outcome.origin);
+    provenance_ = kept.isForeign ? Provenance::elsewhere : Provenance::earlier;
+    scanRoot_ = kept.root.empty() ? kept.outcome.tree->rootPath : std::move(kept.root);
+    scanState_ = ScanState::done;
+    scannedAt_ = kept.outcome.finishedAt;
+    scanSeconds_ = kept.outcome.duration;
+    progress_.reset();
+    const auto disk = origin_.machine.empty() ? tr("Another disk") : textOf(origin_.machine);
+    disk_.beginCounting(scanRoot_, isForeign() ? std::optional(disk) : std::nullopt);
+    // Without the volume of then, nothing can be set against the disk.
+    if (kept.outcome.disk.measured)
+        disk_.takeCounted(kept.outcome);
+    show(std::move(kept.outcome));
+    // The ledger sets the disk as it is now against the figures of then, and names what changed since.
+    if (!isForeign())
+        disk_.refreshVolume();
+    Q_EMIT scanRootChanged();
     Q_EMIT scanStateChanged();
-    environment_.mark("scanComplete");
+    environment_.mark("scanOpened");
     Q_EMIT scanFinished();
 }
 
@@ -180,6 +222,24 @@ QString ScanFlow::shareWords() const {
 
 QString ScanFlow::rootText() const {
     return textOf(tildePath(PathCanonicalizer::shared().visiblePath(scanRoot_), environment_.home));
+}
+
+QString ScanFlow::keptStatement() const {
+    if (!isKept())
+        return {};
+    if (!isForeign())
+        return tr("Measured %1").arg(whenText(scannedAt_, environment_.now()));
+    return origin_.machine.empty()
+               ? tr("Measured elsewhere; nothing can be moved from here")
+               : tr("Measured on %1; nothing can be moved from here").arg(textOf(origin_.machine));
+}
+
+QString ScanFlow::keptSentence() const {
+    if (!isKept())
+        return {};
+    if (!isForeign())
+        return tr("What has changed since is not in it. Whatever you move is measured again first.");
+    return tr("A scan of %1, made %2.").arg(rootText(), whenText(scannedAt_, environment_.now()));
 }
 
 QString ScanFlow::scopeText() const {

@@ -39,6 +39,13 @@ class ScanFlow final : public QObject {
     Q_PROPERTY(bool partial READ isPartial NOTIFY scanStateChanged)
     /// The last scan found nothing, because its root could not be read.
     Q_PROPERTY(bool rootUnreadable READ isRootUnreadable NOTIFY scanStateChanged)
+    /// What is shown was measured elsewhere: it can be looked at and searched, while nothing of it can be
+    /// moved, opened or measured again.
+    Q_PROPERTY(bool foreign READ isForeign NOTIFY scanStateChanged)
+    /// What a scan of earlier is to be known by: "Measured on larch; nothing can be moved from here", and
+    /// "A scan of /srv, made yesterday at 14:02." Empty for one of this run.
+    Q_PROPERTY(QString keptStatement READ keptStatement NOTIFY scanStateChanged)
+    Q_PROPERTY(QString keptSentence READ keptSentence NOTIFY scanStateChanged)
     /// The permission to read the disk is missing: the onboarding stands in place of all screens.
     Q_PROPERTY(bool needsFullDiskAccess READ needsFullDiskAccess NOTIFY fullDiskAccessChanged)
 
@@ -81,13 +88,22 @@ public:
     /// A row of the disk's volumes.
     Q_INVOKABLE void scanVolume(int row);
     Q_INVOKABLE void scanDisk() { startScan(environment_.dataVolumePath); }
-    Q_INVOKABLE void measureAgain() { startScan(std::string(scanRoot_)); }
+    /// Not what was measured elsewhere.
+    Q_INVOKABLE void measureAgain() {
+        if (!isForeign())
+            startScan(std::string(scanRoot_));
+    }
     /// Stops the scan that runs; what it has found so far is then shown as partial.
     Q_INVOKABLE void stop();
     /// Looks for the permission again. When it is there for the first time, starts the scan of
     /// the command line.
     Q_INVOKABLE void refreshFullDiskAccess();
     Q_INVOKABLE void openPrivacySettings();
+
+    /// Shows a scan that was kept. Not while another runs.
+    void takeKept(KeptOutcome kept);
+    /// A whole new scan of the root that is shown, which ran beside it. Not while another runs.
+    void takeFresh(ScanOutcome fresh);
 
     /// An edited copy of the tree `base`; dropped unless that is still the tree that is shown.
     void takeEdit(const std::shared_ptr<const FileTree>& base, ScanOutcome edited);
@@ -114,12 +130,18 @@ public:
     bool isStopping() const { return job_.isStopping(); }
     bool hasTree() const { return !isScanning() && tree_->count() > 0; }
     bool isPartial() const { return scanState_ == ScanState::cancelled; }
+    /// There is a tree, and what is in it can be looked at on this disk.
+    bool isMeasuredHere() const { return hasTree() && !isForeign(); }
+    bool isKept() const { return provenance_ != Provenance::now; }
+    bool isForeign() const { return provenance_ == Provenance::elsewhere; }
+    QString keptStatement() const;
+    QString keptSentence() const;
     bool isRootUnreadable() const;
     bool needsFullDiskAccess() const {
         return !environment_.options.allowWithoutFullDiskAccess && fullDiskAccess_ == false;
     }
     QString rootText() const;
-    bool isWholeDisk() const { return scanRoot_ == environment_.dataVolumePath; }
+    bool isWholeDisk() const { return !isForeign() && scanRoot_ == environment_.dataVolumePath; }
     QString scopeText() const;
     QString measuredText() const;
     KnownRoots& knownRoots() { return known_; }
@@ -146,8 +168,13 @@ Q_SIGNALS:
     void scanFinished();
 
 private:
+    /// Where what is shown is from: this run, an earlier one, or the file of another computer's scan.
+    enum class Provenance : std::uint8_t { now, earlier, elsewhere };
+
     void takeProgress(const ScanProgress& progress);
     void takeOutcome(ScanOutcome outcome);
+    void settle(ScanOutcome outcome);
+    void tellEnd();
     void show(ScanOutcome outcome);
 
     const AppEnvironment& environment_;
@@ -158,6 +185,7 @@ private:
     ScanState scanState_ = ScanState::idle;
     std::string scanRoot_;
     std::optional<ScanProgress> progress_;
+    Provenance provenance_ = Provenance::now;
     KnownRoots known_;
     ExcludedFolders excluded_;
     std::optional<std::uint64_t> lastEntries_; ///< of the root that is being measured

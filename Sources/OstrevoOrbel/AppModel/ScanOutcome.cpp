@@ -56,22 +56,32 @@ bool isDivided(const FileTree& tree, NodeIndex folder) {
 } // namespace
 
 ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::string& home) {
+    const bool hasRoot = result.tree.count() > 0;
+    auto origin = hasRoot ? ScanOrigin::ofHere(result) : ScanOrigin();
+    auto outcome = treeOutcome(std::move(result), reader.trashedItems(), home);
+    outcome.origin = std::move(origin);
+    outcome.disk = reader.read(outcome.tree->rootPath);
+    return outcome;
+}
+
+ScanOutcome treeOutcome(ScanResult result, const std::string& trashedItems, const std::string& home) {
     ScanOutcome outcome;
     outcome.cancelled = result.cancelled;
     outcome.finishedAt = std::chrono::system_clock::now();
     outcome.duration = result.duration;
     if (result.tree.count() > 0) {
-        outcome.origin = ScanOrigin::ofHere(result);
         const auto largest = tellingFolders(result.tree, mostLargestFolders);
         auto totals = ContentTotals::of(result.tree, largest);
         outcome.kinds = totals.kinds;
         outcome.extensions = std::move(totals.extensions);
         outcome.largestFolders = sizedFolders(result.tree, largest, totals.folders, home);
-        if (const auto trash = result.tree.index(reader.trashedItems(), PathCanonicalizer::shared()))
+        const auto trash = trashedItems.empty()
+                               ? std::nullopt
+                               : result.tree.index(trashedItems, PathCanonicalizer::shared());
+        if (trash)
             outcome.trashedKinds = kindTotals(result.tree, *trash);
         outcome.unreadable = unreadablePaths(result.tree);
     }
-    outcome.disk = reader.read(result.tree.rootPath);
     outcome.tree = sharedTree(std::move(result.tree));
     return outcome;
 }

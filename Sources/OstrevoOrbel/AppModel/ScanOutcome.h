@@ -21,7 +21,7 @@ struct ScanOutcome {
     bool cancelled = false;
     std::chrono::system_clock::time_point finishedAt;
     double duration = 0; ///< seconds
-    ScanOrigin origin;   ///< of a whole scan
+    ScanOrigin origin;   ///< of a whole scan, also of one that was kept
     DiskMoment disk;     ///< read when the tree was done
     KindTotals kinds{};
     KindTotals trashedKinds{}; ///< the part of it that lies in the Trash
@@ -33,8 +33,19 @@ struct ScanOutcome {
     std::vector<std::string> unreadable; ///< visible paths of the first that could not be read
 };
 
+/// A scan that was kept, as it is shown. Its moment of the disk is of then, as far as it is known.
+struct KeptOutcome {
+    ScanOutcome outcome;
+    std::string root;       ///< to be measured again; empty: that of the tree
+    bool isForeign = false; ///< of another computer, or not to be taken for this one
+};
+
 /// Takes the tree out of `result`, and reads the disk. `home` is what "~" stands for.
 ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::string& home);
+
+/// The same of the tree alone. `trashedItems`: the folder of the Trash's items; empty where the tree has
+/// none.
+ScanOutcome treeOutcome(ScanResult result, const std::string& trashedItems, const std::string& home);
 
 /// A tree to be shared; to drop the last reference takes no time (see FreedAside.h).
 std::shared_ptr<const FileTree> sharedTree(FileTree tree);

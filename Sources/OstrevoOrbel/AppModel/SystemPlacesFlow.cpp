@@ -15,7 +15,7 @@ SystemPlacesFlow::SystemPlacesFlow(const AppEnvironment& environment, const Scan
 }
 
 void SystemPlacesFlow::look() {
-    if (!scan_.isWholeDisk() || scan_.isPartial() || !scan_.hasTree())
+    if (!scan_.isWholeDisk() || scan_.isPartial() || scan_.isKept() || !scan_.hasTree())
         return;
     job_.run([find = environment_.systemPlaces, home = environment_.home, tree = scan_.tree()](
                  const LatestJob::Run& run) { return find(home, *tree, run.cancellation()); },

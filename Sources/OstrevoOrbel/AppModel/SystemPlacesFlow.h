@@ -13,7 +13,7 @@ namespace orbel {
 /// What commands of the system's own programs free outside the home. Belongs to the AppModel; used on the
 /// main thread, while the looking runs on a thread of its own.
 ///
-/// Looked for once a scan of the whole disk has ended, and emptied when another scan starts.
+/// Looked for once a scan of the whole disk has ended, and emptied when another one starts or is opened.
 class SystemPlacesFlow final : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -129,7 +129,7 @@ TidyFlow::TidyFlow(const AppEnvironment& environment, std::shared_ptr<const Safe
 }
 
 void TidyFlow::takeTree() {
-    if (scan_.isScanning())
+    if (scan_.isScanning() || scan_.isForeign())
         clear();
     refreshIfShown();
 }
@@ -159,12 +159,12 @@ void TidyFlow::clear() {
 }
 
 void TidyFlow::refreshIfShown() {
-    if (shown_.screen() == Screen::tidy && scan_.hasTree() && tidyVersion_ != scan_.treeVersion())
+    if (shown_.screen() == Screen::tidy && scan_.isMeasuredHere() && tidyVersion_ != scan_.treeVersion())
         refresh();
 }
 
 void TidyFlow::lookAgain() {
-    if (scan_.hasTree())
+    if (scan_.isMeasuredHere())
         refresh();
 }
 

@@ -33,6 +33,8 @@ TreeEdits::TreeEdits(const AppEnvironment& environment, ScanFlow& scan, DiskStat
     connect(&scan, &ScanFlow::scanStateChanged, this, [this] {
         if (scan_.isScanning())
             std::erase_if(waiting_, &Waiting::isOlderThanScan);
+        else if (scan_.isForeign())
+            waiting_.clear();
     });
 }
 
@@ -89,6 +91,8 @@ void TreeEdits::splice(std::string path, std::shared_ptr<const FileTree> fresh) 
 }
 
 void TreeEdits::add(Edit edit, bool isOlderThanScan) {
+    if (scan_.isForeign())
+        return; // it tells of another disk
     waiting_.push_back({std::move(edit), isOlderThanScan});
     startNext();
 }

@@ -13,6 +13,8 @@ ostrevo-orbel opens a window when no command is given. It takes these switches:
   --scan PATH   Measure PATH at once; "volume" is the whole disk.
   --scan-delay SECONDS
                 Wait that long before the scan.
+  --open-scan FILE
+                Show a scan that was kept in a file, unless --scan is given.
   --open SCREEN Show overview, map, large, duplicates, uninstall, tidy or
                 journal.
   --select-app NAME
@@ -39,6 +41,7 @@ LaunchOptions::LaunchOptions(std::span<const std::string> arguments) {
     scanPath = value("--scan");
     if (scanPath == "volume")
         scanPath = VolumeInfo::dataVolumePath();
+    openScanPath = value("--open-scan");
     quitAfterScan = contains(arguments, "--quit-after-scan");
     diagnosticsPath = value("--diagnostics");
     snapshotPath = value("--snapshot");

@@ -24,6 +24,7 @@ struct LaunchOptions {
 
     std::optional<Screen> openScreen;           ///< --open SCREEN
     std::optional<std::string> scanPath;        ///< --scan PATH; "volume" stands for the whole disk
+    std::optional<std::string> openScanPath;    ///< --open-scan FILE
     bool quitAfterScan = false;                 ///< --quit-after-scan
     std::optional<std::string> diagnosticsPath; ///< --diagnostics FILE
     std::optional<std::string> snapshotPath;    ///< --snapshot FILE

@@ -108,6 +108,11 @@ bool isSameDay(const QDateTime& time, std::chrono::system_clock::time_point now)
     return time.date() == localTime(now).date();
 }
 
+/// The year only where it is another one.
+QString recentDay(const QDateTime& time, std::chrono::system_clock::time_point now) {
+    return dayIn(time, time.date().year() == localTime(now).date().year() ? dayOfYearForm() : dayForm());
+}
+
 QString dayAndClock(const QDateTime& time) {
     return QStringLiteral("%1 at %2").arg(dayIn(time, dayForm()), clockIn(time));
 }
@@ -116,9 +121,11 @@ QString dayAndClock(const QDateTime& time) {
 
 QString whenText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now) {
     const auto then = localTime(time);
-    return isSameDay(then, now)
-               ? todayAt(then)
-               : QStringLiteral("on %1 at %2").arg(dayIn(then, dayOfYearForm()), clockIn(then));
+    if (isSameDay(then, now))
+        return todayAt(then);
+    if (then.date().addDays(1) == localTime(now).date())
+        return QStringLiteral("yesterday at %1").arg(clockIn(then));
+    return QStringLiteral("on %1 at %2").arg(recentDay(then, now), clockIn(then));
 }
 
 QString dateText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now) {
@@ -137,9 +144,7 @@ QString dayText(std::chrono::sys_time<std::chrono::microseconds> time) {
 QString recentDayText(std::chrono::sys_time<std::chrono::microseconds> time,
                       std::chrono::system_clock::time_point now) {
     const auto then = localTime(time);
-    if (isSameDay(then, now))
-        return todayAt(then);
-    return dayIn(then, then.date().year() == localTime(now).date().year() ? dayOfYearForm() : dayForm());
+    return isSameDay(then, now) ? todayAt(then) : recentDay(then, now);
 }
 
 QString clockText(std::chrono::sys_time<std::chrono::microseconds> time) {

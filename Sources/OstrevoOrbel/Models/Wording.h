@@ -36,7 +36,7 @@ QString durationText(double seconds);
 
 // Days and times of day, in the local time of this computer.
 
-/// "today at 09:12", "on 14 November at 17:40".
+/// "today at 09:12", "yesterday at 14:02", "on 14 November at 17:40", with the year where it is another one.
 QString whenText(std::chrono::system_clock::time_point time, std::chrono::system_clock::time_point now);
 
 /// "today at 09:26", "18 November 2026 at 21:04".

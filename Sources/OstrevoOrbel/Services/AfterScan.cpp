@@ -2,6 +2,7 @@
 
 #include "AppModel/AppModel.h"
 #include "Commands/CommandOutput.h"
+#include "Models/Wording.h"
 #include "Services/WindowSnapshot.h"
 
 #include <chrono>
@@ -23,8 +24,15 @@ constexpr std::chrono::milliseconds restInterval(200);
 AfterScan::AfterScan(AppModel& model, QQuickWindow& window, Quit quit)
     : model_(model), window_(window), quit_(std::move(quit)) {
     const auto& options = model.options();
-    if (options.snapshotPath || options.quitAfterScan)
-        connect(model.scan(), &ScanFlow::scanFinished, this, &AfterScan::begin);
+    if (!options.snapshotPath && !options.quitAfterScan)
+        return;
+    connect(model.scan(), &ScanFlow::scanFinished, this, &AfterScan::begin);
+    // Without a scan there is nothing to wait for.
+    connect(model.kept(), &KeptScanFlow::failed, this, [this](const QString& words) {
+        say(withoutIsolates(words).toStdString());
+        if (model_.options().quitAfterScan)
+            quit_(ExitStatus::incomplete);
+    });
 }
 
 void AfterScan::begin() {

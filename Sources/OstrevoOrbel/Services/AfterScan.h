@@ -19,7 +19,7 @@ public:
     using Quit = std::function<void(int status)>;
 
     /// `model` and `window` outlive this. `quit` gets the exit status: 1 when the picture or the diagnostics
-    /// could not be written, which is also said on standard error.
+    /// could not be written, or the scan of a file not be shown, which is also said on standard error.
     AfterScan(AppModel& model, QQuickWindow& window, Quit quit);
 
 private:

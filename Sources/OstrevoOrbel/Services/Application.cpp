@@ -130,6 +130,8 @@ public:
             }
             if (request.scanPath)
                 model_.scan()->startScan(*request.scanPath);
+            else if (request.openScanPath)
+                model_.kept()->open(*request.openScanPath);
         });
         connect(&instance, &SingleInstance::quitRequested, qApp, &QCoreApplication::quit);
     }

@@ -13,12 +13,16 @@
 namespace orbel {
 
 InstanceRequest InstanceRequest::of(const LaunchOptions& options) {
-    InstanceRequest request{
-        .scanPath = options.scanPath, .screen = options.openScreen, .app = options.selectApp};
-    if (request.scanPath && !request.scanPath->starts_with('/')) {
+    InstanceRequest request{.scanPath = options.scanPath,
+                            .openScanPath = options.openScanPath,
+                            .screen = options.openScreen,
+                            .app = options.selectApp};
+    for (auto* const path : {&request.scanPath, &request.openScanPath}) {
+        if (!*path || (*path)->starts_with('/'))
+            continue;
         std::error_code error;
         const auto here = std::filesystem::current_path(error);
-        request.scanPath = joinedPath(here.native(), *request.scanPath);
+        *path = joinedPath(here.native(), **path);
     }
     if (const auto token = qgetenv("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
         request.activationToken = token.toStdString();
@@ -30,6 +34,8 @@ QByteArray InstanceRequest::text() const {
     // A URL, because a path may be no text.
     if (scanPath)
         json["scan"] = fileUrl(*scanPath);
+    if (openScanPath)
+        json["open"] = fileUrl(*openScanPath);
     if (screen)
         json["screen"] = screenNames.at(static_cast<std::size_t>(*screen));
     if (app)
@@ -45,6 +51,8 @@ InstanceRequest InstanceRequest::fromText(const QByteArray& text) {
         const auto json = nlohmann::json::parse(text.begin(), text.end());
         if (json.contains("scan"))
             request.scanPath = pathOfFileUrl(textAt(json, "scan"));
+        if (json.contains("open"))
+            request.openScanPath = pathOfFileUrl(textAt(json, "open"));
         if (json.contains("screen"))
             request.screen = screenNamed(textAt(json, "screen"));
         if (json.contains("app"))

@@ -11,13 +11,14 @@ namespace orbel {
 
 /// What a second start asks of the application that runs already, besides coming to the front.
 struct InstanceRequest {
-    std::optional<std::string> scanPath; ///< absolute
+    std::optional<std::string> scanPath;       ///< absolute
+    std::optional<std::string> openScanPath{}; ///< of a file, absolute
     std::optional<Screen> screen{};
     std::optional<std::string> app{}; ///< name, id or path of the one to select on the screen Uninstall
     /// What the desktop gave the second start, and wants to see before the first one may take the focus.
     std::optional<std::string> activationToken{};
 
-    /// A relative path is taken from the current folder of this process, which the other one does not have;
+    /// Relative paths are taken from the current folder of this process, which the other one does not have;
     /// the token from its environment.
     static InstanceRequest of(const LaunchOptions& options);
 

@@ -19,6 +19,7 @@ ScreenFrame {
             keys: [
                 { keys: "Ctrl 1 … 7", does: qsTr("Show a screen, in the order of the sidebar") },
                 { keys: "Ctrl O", does: qsTr("Choose a folder and measure it") },
+                { keys: "Ctrl Shift O", does: qsTr("Open a scan that was kept, to look at it") },
                 { keys: "F5", does: qsTr("Measure again") },
                 { keys: "Esc", does: qsTr("Stop what runs; else close what is open, or empty the field") },
                 { keys: "Ctrl Z", does: qsTr("Put the last batch back") },

@@ -9,7 +9,8 @@ ScreenFrame {
     id: screen
 
     readonly property DuplicatesFlow flow: app.duplicates
-    readonly property bool hasList: flow.searched && !flow.running && table.count > 0
+    readonly property bool here: !app.scan.foreign
+    readonly property bool hasList: here && flow.searched && !flow.running && table.count > 0
 
     firstFocus: (flow.running ? stop : hasList ? table : nothingToShow) as Item
     objectName: "duplicates"
@@ -26,7 +27,7 @@ ScreenFrame {
             keys: screen.narrow ? "" : qsTr("Ctrl F")
             objectName: "duplicates.find"
             placeholderText: qsTr("Name or folder contains")
-            visible: screen.flow.searched && !screen.flow.running
+            visible: screen.here && screen.flow.searched && !screen.flow.running
             width: screen.narrow ? Theme.px(180) : Theme.px(260)
 
             Keys.onDownPressed: table.forceActiveFocus(Qt.TabFocusReason)
@@ -47,7 +48,7 @@ ScreenFrame {
             iconPath: Theme.icons.rescan
             objectName: "duplicates.search"
             text: qsTr("Search Again")
-            visible: screen.flow.searched && !screen.flow.running && screen.app.scan.measuredAny
+            visible: screen.here && screen.flow.searched && !screen.flow.running && screen.app.scan.measuredAny
 
             onClicked: screen.flow.search()
         },
@@ -75,7 +76,7 @@ ScreenFrame {
             middling: screen.middling
             narrow: screen.narrow
             padding: screen.padding
-            visible: screen.app.scan.measuredAny && !screen.flow.running || screen.hasList
+            visible: screen.here && screen.app.scan.measuredAny && !screen.flow.running || screen.hasList
             width: parent.width
 
             onFolderWanted: folderDialog.open()
@@ -93,7 +94,8 @@ ScreenFrame {
             radius: 0
             statement: stale ? qsTr("Measured again since this search.") : partial ? qsTr("Search stopped — partial.")
                 : qsTr("The search began with larger files.")
-            visible: screen.flow.searched && !screen.flow.running && (stale || partial || screen.flow.tooFew)
+            visible: screen.here && screen.flow.searched && !screen.flow.running
+                && (stale || partial || screen.flow.tooFew)
             width: parent.width
 
             onTriggered: screen.flow.search()
@@ -194,6 +196,7 @@ ScreenFrame {
         anchors.fill: parent
         app: screen.app
         iconPath: Theme.icons.duplicates
+        needsDisk: true
         objectName: "duplicates.empty"
         primary: !filtered
         sentence: screen.flow.outsideHome ? qsTr("%1 is not in the home folder, and duplicates are searched only there.").arg(screen.app.scan.root)

@@ -29,7 +29,7 @@ Item {
             elide: Text.ElideNone
             font.pixelSize: Theme.px(18)
             lineHeight: Theme.px(24)
-            text: qsTr("%1 free").arg(figure.ledger.free.unit)
+            text: (figure.app.scan.foreign ? qsTr("%1 free then") : qsTr("%1 free")).arg(figure.ledger.free.unit)
         }
     }
     VolumeChoice {

@@ -15,6 +15,9 @@ ActionMenu {
     /// What this list offers: a tick, opening the item, and, on the map, zooming and measuring a folder again.
     property bool tickable: true
     property bool openable: true
+    /// The items are on another computer: they can be looked at and copied as words.
+    property bool elsewhere: false
+    readonly property bool ticks: tickable && !elsewhere
     property bool zooms: false
     property bool zoomable: false
     property bool isFolder: false
@@ -54,7 +57,7 @@ ActionMenu {
         iconPath: Theme.icons.open
         objectName: menu.objectName + ".open"
         text: qsTr("Open")
-        visible: menu.openable
+        visible: menu.openable && !menu.elsewhere
 
         onTriggered: menu.actions.open(menu.key)
     }
@@ -62,7 +65,7 @@ ActionMenu {
         iconPath: Theme.icons.folders
         objectName: menu.objectName + ".show"
         text: qsTr("Show in File Manager")
-        visible: menu.key !== ""
+        visible: menu.key !== "" && !menu.elsewhere
 
         onTriggered: menu.actions.showInFileManager(menu.shownKey)
     }
@@ -70,7 +73,7 @@ ActionMenu {
         iconPath: Theme.icons.terminal
         objectName: menu.objectName + ".terminal"
         text: qsTr("Open in Terminal")
-        visible: menu.key !== "" && menu.actions.hasTerminal
+        visible: menu.key !== "" && menu.actions.hasTerminal && !menu.elsewhere
 
         onTriggered: menu.actions.openTerminal(menu.shownKey)
     }
@@ -127,7 +130,7 @@ ActionMenu {
         keys: qsTr("Shift F5")
         objectName: menu.objectName + ".rescan"
         text: qsTr("Rescan Here")
-        visible: menu.zooms && menu.isFolder && !menu.excluded
+        visible: menu.zooms && menu.isFolder && !menu.excluded && !menu.elsewhere
 
         onTriggered: menu.actions.measureAgain(menu.key)
     }
@@ -135,7 +138,7 @@ ActionMenu {
         iconPath: menu.excluded ? Theme.icons.plus : Theme.icons.exclude
         objectName: menu.objectName + ".exclude"
         text: menu.excluded ? qsTr("Include in Measuring") : qsTr("Exclude from Measuring")
-        visible: menu.excludable || menu.excluded
+        visible: (menu.excludable || menu.excluded) && !menu.elsewhere
 
         onTriggered: {
             if (menu.excluded)
@@ -145,7 +148,7 @@ ActionMenu {
         }
     }
     MenuLine {
-        visible: menu.tickable
+        visible: menu.ticks
     }
     MenuEntry {
         iconPath: menu.ticked ? Theme.icons.close : Theme.icons.check
@@ -153,19 +156,19 @@ ActionMenu {
         objectName: menu.objectName + ".tick"
         refusal: menu.refusal
         text: menu.ticked ? qsTr("Untick") : qsTr("Tick")
-        visible: menu.tickable
+        visible: menu.ticks
 
         onTriggered: menu.tickWanted(menu.key)
     }
     MenuLine {
-        visible: menu.tickable
+        visible: menu.ticks
     }
     MenuEntry {
         iconPath: Theme.icons.list
         keys: qsTr("Ctrl A")
         objectName: menu.objectName + ".all"
         text: qsTr("Select All")
-        visible: menu.tickable
+        visible: menu.ticks
 
         onTriggered: menu.allWanted(true)
     }
@@ -174,7 +177,7 @@ ActionMenu {
         keys: qsTr("Ctrl Shift A")
         objectName: menu.objectName + ".none"
         text: qsTr("Clear Ticks")
-        visible: menu.tickable
+        visible: menu.ticks
 
         onTriggered: menu.allWanted(false)
     }

@@ -16,9 +16,9 @@ ItemRow {
     detailElide: narrow && remarks.length > 0 ? Text.ElideRight : Text.ElideMiddle
     facts: [model.kindName, size].join(" · ")
     objectName: "large.row." + name
+    refusal: ticks ? model.refusal : ""
     status: [model.path, model.kindName, size].join(" · ")
     tickName: "large.tick." + name
-    ticks: true
     words: qsTr("%1, %2, %3, in %4, last used %5").arg(name).arg(model.kindName).arg(size).arg(model.folder)
         .arg(model.lastUsed)
 

@@ -43,7 +43,7 @@ ScreenFrame {
             iconPath: Theme.icons.rescan
             objectName: "large.measure"
             text: qsTr("Measure Again")
-            visible: !view.app.scan.idle
+            visible: !view.app.scan.idle && !view.app.scan.foreign
 
             onClicked: view.app.scan.measureAgain()
         }
@@ -174,7 +174,7 @@ ScreenFrame {
         TableHead {
             id: head
 
-            firstX: view.padding + Theme.tick + Theme.px(20) + 2 * gap
+            firstX: view.padding + Theme.px(20) + gap + (menu.ticks ? Theme.tick + gap : 0)
             inset: view.padding
             width: parent.width
 
@@ -235,6 +235,7 @@ ScreenFrame {
             delegate: LargeRow {
                 inset: view.padding
                 narrow: view.narrow
+                ticks: menu.ticks
                 usedWidth: view.usedWidth
             }
 
@@ -281,6 +282,7 @@ ScreenFrame {
         id: menu
 
         actions: view.app.actions
+        elsewhere: view.app.scan.foreign
         objectName: "large.menu"
     }
 

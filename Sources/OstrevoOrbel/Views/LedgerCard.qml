@@ -12,10 +12,12 @@ Card {
     readonly property bool hasFreed: ledger.freedSince.bytes > 0
     readonly property bool hasChanged: hasFreed || ledger.writtenSince.bytes > 0
     /// What could not be read explains what was not measured only where all of the disk was to be.
-    readonly property bool explainsUnreadable: app.scan.wholeDisk && !hasShared
+    readonly property bool explainsUnreadable: wholeDisk && !hasShared
+    readonly property bool wholeDisk: app.scan.wholeDisk || app.scan.root === "/"
     /// That something was left out explains it too.
     readonly property string leftOut: hasShared ? "" : app.exclusions.leftOutSentence
-    readonly property string unreadable: app.scan.unreadable.total > 0 ? app.scan.unreadable.headline : ""
+    /// With what can be done about it here.
+    readonly property string unreadable: !app.scan.foreign && app.scan.unreadable.total > 0 ? app.scan.unreadable.headline : ""
 
     signal unreadableWanted()
 
@@ -168,10 +170,10 @@ Card {
                 objectName: "overview.term.notmeasured"
                 link: card.explainsUnreadable ? card.unreadable : ""
                 remark: card.hasShared ? qsTr("counted at every file that shares it")
-                    : card.app.scan.wholeDisk && card.leftOut !== "" ? card.leftOut
+                    : card.wholeDisk && card.leftOut !== "" ? card.leftOut
                     : link !== "" ? ""
                     : card.app.scan.partial ? qsTr("most of it not reached yet")
-                    : card.app.scan.wholeDisk ? qsTr("not visible as files") : card.leftOut === ""
+                    : card.wholeDisk ? qsTr("not visible as files") : card.leftOut === ""
                     ? qsTr("outside of %1").arg(card.app.scan.root)
                     : qsTr("outside of %1; %2").arg(card.app.scan.root).arg(card.leftOut)
                 width: terms.cell
@@ -216,7 +218,7 @@ Card {
                 amount: card.ledger.free.text
                 joint: "+"
                 label: qsTr("Free")
-                remark: qsTr("available to you now")
+                remark: card.app.scan.foreign ? qsTr("available then") : qsTr("available to you now")
                 width: terms.cell
 
                 swatch: Swatch {

@@ -190,11 +190,38 @@ T.ApplicationWindow {
                         window.app.notice.dismiss();
                 }
             }
+            // That what is shown is of earlier, with the way to measure where the screen has none.
+            Banner {
+                id: kept
+
+                readonly property bool foreign: window.app.scan.foreign
+                readonly property string screen: window.app.screen
+
+                action: foreign && ["map", "large"].includes(screen) ? qsTr("Measure a Folder…")
+                    : !foreign && ["duplicates", "tidy"].includes(screen) ? qsTr("Measure Again") : ""
+                anchors.top: notice.bottom
+                explanation: window.app.scan.keptSentence
+                height: visible ? implicitHeight : 0
+                objectName: "kept"
+                radius: 0
+                statement: window.app.scan.keptStatement
+                tone: Banner.Info
+                visible: statement !== "" && (foreign || window.page === "" && !window.app.moves.reporting
+                    && !["uninstall", "journal"].includes(screen))
+                width: parent.width
+
+                onTriggered: {
+                    if (foreign)
+                        window.app.chooseFolderAndScan();
+                    else
+                        window.app.scan.measureAgain();
+                }
+            }
             // The journal's screen shows it in its own place.
             PutBackStrip {
                 id: putBackStrip
 
-                anchors.top: notice.bottom
+                anchors.top: kept.bottom
                 height: visible ? implicitHeight : 0
                 objectName: "putBack.strip"
                 putBack: window.app.putBack
@@ -309,6 +336,14 @@ T.ApplicationWindow {
 
         onAccepted: window.app.scan.scanFolder(selectedFolder)
     }
+    FileDialog {
+        id: scanFileDialog
+
+        acceptLabel: qsTr("Open")
+        title: qsTr("Open a scan that was kept")
+
+        onAccepted: window.app.kept.openFile(selectedFile)
+    }
 
     Connections {
         target: window.app
@@ -317,6 +352,10 @@ T.ApplicationWindow {
             folderDialog.title = prompt;
             folderDialog.currentFolder = startFolder;
             folderDialog.open();
+        }
+        function onScanFileWanted(startFolder: url): void {
+            scanFileDialog.currentFolder = startFolder;
+            scanFileDialog.open();
         }
         function onAboutWanted(): void {
             window.showPage("help", Qt.OtherFocusReason);
@@ -363,7 +402,13 @@ T.ApplicationWindow {
         onActivated: window.app.chooseFolderAndScan()
     }
     Shortcut {
-        enabled: !window.app.scan.running
+        enabled: !window.app.scan.running && !window.app.scan.needsFullDiskAccess
+        sequence: "Ctrl+Shift+O"
+
+        onActivated: window.app.chooseScanToOpen()
+    }
+    Shortcut {
+        enabled: !window.app.scan.running && !window.app.scan.foreign
         sequence: "F5"
 
         onActivated: window.app.scan.measureAgain()

@@ -6,13 +6,15 @@ import OstrevoOrbel
 QtObject {
     /// Of the whole list.
     property int width: 0
+    /// Rows have a tick.
+    property bool ticks: true
 
     readonly property int inset: Theme.cardPadding
     readonly property int gap: 12
     readonly property int tickGap: 6
     readonly property int nameGap: 8
     readonly property int chevronWidth: Theme.px(16)
-    readonly property int nameX: inset + Theme.tick + tickGap + chevronWidth + Theme.px(20) + nameGap
+    readonly property int nameX: inset + (ticks ? Theme.tick + tickGap : 0) + chevronWidth + Theme.px(20) + nameGap
     readonly property int sizeWidth: Theme.px(66)
     readonly property int shareWidth: Theme.px(52)
     readonly property int itemsWidth: Theme.px(76)

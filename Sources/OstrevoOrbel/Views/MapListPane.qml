@@ -38,6 +38,7 @@ FocusScope {
     MapListColumns {
         id: metrics
 
+        ticks: pane.map.tickable
         width: pane.width
     }
     Rectangle {
@@ -154,7 +155,7 @@ FocusScope {
         model: pane.flow.rows
         objectName: "map.list"
         opacity: pane.flow.running ? 0.55 : 1
-        tickable: true
+        tickable: pane.map.tickable
 
         delegate: MapListRow {
             id: row

@@ -26,7 +26,8 @@ ItemRow {
     selected: row.map.selection.valid && row.map.selection.node === node
     tickGap: columns.tickGap
     tickName: "map.tick." + name
-    ticks: true
+    refusal: ticks ? model.refusal : ""
+    ticks: columns.ticks
     words: [name, model.kindName, size, model.share, qsTr("level %1").arg(model.level + 1)].join(", ")
 
     Accessible.role: Accessible.TreeItem

@@ -86,7 +86,7 @@ ScreenFrame {
             iconOnly: screen.narrow
             iconPath: Theme.icons.rescan
             objectName: "map.measure"
-            visible: !screen.app.rescan.running
+            visible: !screen.app.rescan.running && !screen.app.scan.foreign
             text: screen.app.scan.idle ? qsTr("Measure This Disk") : qsTr("Measure Again")
 
             onClicked: screen.app.scan.measureAgain()
@@ -249,6 +249,7 @@ ScreenFrame {
                         controlHeight: Theme.smallButtonHeight
                         objectName: "map.include"
                         text: qsTr("Include in Measuring")
+                        visible: !screen.app.scan.foreign
 
                         onClicked: screen.app.actions.include(screen.map.facts(screen.map.focus).key)
                     }
@@ -296,6 +297,7 @@ ScreenFrame {
         property int node: -1
 
         actions: screen.app.actions
+        elsewhere: !screen.map.tickable
         objectName: "map.menu"
         zooms: true
         // What a menu opens on is selected, and being asked about.
@@ -315,7 +317,7 @@ ScreenFrame {
         }
     }
     Shortcut {
-        enabled: screen.visible && screen.hasMap
+        enabled: screen.visible && screen.hasMap && screen.map.tickable
         sequence: "Shift+F5"
 
         onActivated: screen.app.rescan.start(screen.map.selection.valid ? screen.map.selection.node : screen.map.focus)

@@ -377,6 +377,8 @@ FocusScope {
             Grid {
                 id: waysGrid
 
+                readonly property string elsewhere: qsTr("needs a folder of this computer")
+
                 columns: measured.columns === 1 ? 1 : 3
                 x: -1
                 y: -1
@@ -385,9 +387,11 @@ FocusScope {
                     model: [
                         { screen: "large", text: qsTr("Large and Old"), unknown: qsTr("not looked for"),
                             icon: Theme.icons.large, flow: measured.app.largeOld },
-                        { screen: "duplicates", text: qsTr("Duplicates"), unknown: qsTr("not searched"),
+                        { screen: "duplicates", text: qsTr("Duplicates"),
+                            unknown: measured.app.scan.foreign ? waysGrid.elsewhere : qsTr("not searched"),
                             icon: Theme.icons.duplicates, flow: measured.app.duplicates },
-                        { screen: "tidy", text: qsTr("Tidy"), unknown: qsTr("not looked for"),
+                        { screen: "tidy", text: qsTr("Tidy"),
+                            unknown: measured.app.scan.foreign ? waysGrid.elsewhere : qsTr("not looked for"),
                             icon: Theme.icons.tidy, flow: measured.app.tidy }
                     ]
 
@@ -409,6 +413,7 @@ FocusScope {
         id: menu
 
         actions: measured.app.actions
+        elsewhere: measured.app.scan.foreign
         objectName: "overview.menu"
         tickable: false
     }

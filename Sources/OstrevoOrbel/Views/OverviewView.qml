@@ -6,12 +6,12 @@ ScreenFrame {
     id: view
 
     readonly property string phase: app.scan.running ? "scanning" : app.scan.rootUnreadable ? "unreadable"
-        : app.scan.measuredAny ? "measured" : "first"
+        : app.scan.measuredAny ? "measured" : app.kept.opening ? "opening" : "first"
 
     firstFocus: (phase === "scanning" ? stop : body.item?.firstFocus ?? body.item) as Item
     objectName: "overview"
     scope: app.scan.scopeText
-    scopeLink: phase === "measured" ? app.exclusions.leftOutText : ""
+    scopeLink: phase === "measured" && !app.scan.foreign ? app.exclusions.leftOutText : ""
     status: app.scan.running ? app.scan.scopeText : body.item?.status ?? ""
     title: qsTr("Overview")
 
@@ -31,8 +31,8 @@ ScreenFrame {
             visible: view.phase === "measured"
         },
         RecentButton {
+            app: view.app
             iconOnly: view.narrow
-            recent: view.app.recent
             visible: view.phase !== "scanning" && recent.any
         },
         PushButton {
@@ -40,6 +40,7 @@ ScreenFrame {
             iconPath: view.narrow ? Theme.icons.folders : ""
             objectName: "overview.choose"
             text: qsTr("Choose Folder…")
+            variant: view.app.scan.foreign ? PushButton.Primary : PushButton.Plain
             visible: view.phase === "measured" || view.phase === "unreadable"
 
             onClicked: view.app.chooseFolderAndScan()
@@ -51,7 +52,7 @@ ScreenFrame {
             objectName: "overview.again"
             text: qsTr("Measure Again")
             variant: PushButton.Primary
-            visible: view.phase === "measured" || view.phase === "unreadable"
+            visible: (view.phase === "measured" || view.phase === "unreadable") && !view.app.scan.foreign
 
             onClicked: view.app.scan.measureAgain()
         },
@@ -76,7 +77,7 @@ ScreenFrame {
         anchors.fill: parent
         focus: true
         sourceComponent: view.phase === "scanning" ? scanning : view.phase === "measured" ? measured
-            : view.phase === "unreadable" ? unreadable : first
+            : view.phase === "unreadable" ? unreadable : view.phase === "first" ? first : null
     }
 
     // A Loader of Qt 6.4 cannot make what is bound to its context.

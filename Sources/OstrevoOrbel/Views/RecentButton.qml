@@ -8,7 +8,8 @@ import OstrevoOrbel
 PushButton {
     id: button
 
-    required property RecentFolders recent
+    required property AppModel app
+    readonly property RecentFolders recent: app.recent
 
     iconPath: iconOnly ? Theme.icons.large : Theme.icons.down
     objectName: "overview.recent"
@@ -56,6 +57,11 @@ PushButton {
             onObjectRemoved: (index, object) => menu?.removeItem(object)
         }
         MenuLine {
+        }
+        OpenScanEntry {
+            app: button.app
+            implicitWidth: Theme.px(330)
+            objectName: "overview.recent.openScan"
         }
         MenuEntry {
             iconPath: Theme.icons.close

@@ -8,6 +8,7 @@ import OstrevoOrbel
 ScreenFrame {
     id: view
 
+    readonly property KeptScanSettings keeping: app.keeping
     readonly property var appearances: ["system", "light", "dark"]
 
     firstFocus: page
@@ -21,6 +22,9 @@ ScreenFrame {
         addFolder.forceActiveFocus(marked ? Qt.ShortcutFocusReason : Qt.OtherFocusReason);
         page.show(exclusions);
     }
+
+    onVisibleChanged: if (visible) keeping.refresh()
+    Component.onCompleted: keeping.refresh()
 
     ScrollPage {
         id: page
@@ -221,6 +225,60 @@ ScreenFrame {
             height: 12
         }
         Heading {
+            text: qsTr("Kept scans")
+            width: parent.width
+        }
+        Card {
+            width: parent.width
+
+            Column {
+                width: parent.width
+
+                SettingRow {
+                    explanation: qsTr("The window opens with the last scan, and what grew is told from those before. They stay on this computer; older ones are thinned out.")
+                        + (view.keeping.any ? "\n" + qsTr("%1: %2 on disk.").arg(view.keeping.count).arg(view.keeping.size) : "")
+                    label: qsTr("Keep scans")
+                    objectName: "settings.keepRow"
+                    width: parent.width
+
+                    control: ToggleSwitch {
+                        id: keep
+
+                        Spoken.name: qsTr("Keep scans")
+                        checked: view.keeping.keeps
+                        objectName: "settings.keep"
+
+                        onToggled: {
+                            if (checked)
+                                view.keeping.keep();
+                            else if (view.keeping.any)
+                                clearing.open();
+                            else
+                                view.keeping.keepNone();
+                        }
+                    }
+                }
+                SettingRow {
+                    explanation: qsTr("What was shown last stays in use meanwhile.")
+                    label: qsTr("Measure again when the window opens")
+                    last: true
+                    width: parent.width
+
+                    control: ToggleSwitch {
+                        Spoken.name: qsTr("Measure again when the window opens")
+                        checked: view.keeping.measuresAtStart
+                        enabled: view.keeping.keeps
+                        objectName: "settings.measureAtStart"
+
+                        onToggled: view.keeping.measuresAtStart = checked
+                    }
+                }
+            }
+        }
+        Gap {
+            height: 12
+        }
+        Heading {
             text: qsTr("General")
             width: parent.width
         }
@@ -270,6 +328,17 @@ ScreenFrame {
         }
     }
 
+    ClearScansSheet {
+        id: clearing
+
+        keeping: view.keeping
+
+        onClosed: {
+            // A switch that was turned shows its setting again.
+            keep.checked = Qt.binding(() => view.keeping.keeps);
+            keep.forceActiveFocus(Qt.OtherFocusReason);
+        }
+    }
     FolderDialog {
         id: folderDialog
 

@@ -38,7 +38,7 @@ Rectangle {
     readonly property var counts: ({
         large: app.largeOld.countText,
         duplicates: app.duplicates.countText,
-        uninstall: app.apps.countText,
+        uninstall: app.scan.foreign ? "" : app.apps.countText,
         tidy: app.tidy.countText,
         journal: app.journal.countText
     })

@@ -178,6 +178,7 @@ ScreenFrame {
         anchors.fill: parent
         app: screen.app
         iconPath: Theme.icons.tidy
+        needsDisk: true
         objectName: "tidy.empty"
         unmeasured: qsTr("What programs make again, empty folders and broken shortcuts are found in what was measured.")
         visible: !screen.hasLists

@@ -290,7 +290,9 @@ QString TreemapItem::status() const {
     if (current_ < 0 || !hasActiveFocus())
         return {};
     return isFocusShown()
-               ? describe(current_) + tr(" · arrows move, Enter zooms, Space ticks, Backspace goes up")
+               ? describe(current_)
+                     + (map_->isTickable() ? tr(" · arrows move, Enter zooms, Space ticks, Backspace goes up")
+                                           : tr(" · arrows move, Enter zooms, Backspace goes up"))
                : describe(current_);
 }
 

@@ -6,7 +6,8 @@ ScreenFrame {
     id: screen
 
     readonly property AppsFlow flow: app.apps
-    readonly property bool hasApps: flow.loaded && flow.anyListed
+    readonly property bool here: !app.scan.foreign
+    readonly property bool hasApps: here && flow.loaded && flow.anyListed
     /// Where there is no room for both: whether the selected app is shown in place of the list.
     property bool detailOpen: false
     readonly property bool anySelected: flow.selected.valid
@@ -23,7 +24,7 @@ ScreenFrame {
         list.forceActiveFocus(Qt.TabFocusReason);
     }
 
-    firstFocus: (!hasApps ? nothing : list.visible ? list.table : detail.table) as Item
+    firstFocus: (!here ? elsewhere : !hasApps ? nothing : list.visible ? list.table : detail.table) as Item
     objectName: "uninstall"
     scope: flow.loaded ? qsTr("%1 on this computer").arg(flow.summary) : qsTr("Apps and their leftovers")
     status: detail.activeFocus ? detail.status : ""
@@ -40,6 +41,7 @@ ScreenFrame {
             objectName: "uninstall.find"
             placeholderText: qsTr("Find an app")
             text: screen.flow.findText
+            visible: screen.here
             width: screen.narrow ? Theme.px(190) : Theme.px(240)
 
             Keys.onDownPressed: screen.showList()
@@ -52,6 +54,7 @@ ScreenFrame {
             iconPath: Theme.icons.rescan
             objectName: "uninstall.readAgain"
             text: qsTr("Read Again")
+            visible: screen.here
 
             onClicked: screen.flow.readAgain()
         }
@@ -89,9 +92,19 @@ ScreenFrame {
         padding: screen.padding
         sentence: qsTr("No launcher of an app could be found in the places where this desktop keeps them.")
         statement: qsTr("No apps were found")
-        visible: !screen.hasApps
+        visible: screen.here && !screen.hasApps
 
         onTriggered: screen.flow.readAgain()
+    }
+    ListState {
+        id: elsewhere
+
+        anchors.fill: parent
+        app: screen.app
+        iconPath: Theme.icons.uninstall
+        needsDisk: true
+        objectName: "uninstall.elsewhere"
+        visible: !screen.here
     }
     AppsPane {
         id: list

@@ -91,5 +91,12 @@ T.AbstractButton {
             onObjectAdded: (index, object) => menu.insertItem(index, object)
             onObjectRemoved: (index, object) => menu?.removeItem(object)
         }
+        MenuLine {
+        }
+        OpenScanEntry {
+            app: choice.app
+            implicitWidth: Theme.px(430)
+            objectName: "overview.openScan"
+        }
     }
 }

@@ -6,7 +6,7 @@ import OstrevoOrbel
 Rectangle {
     id: banner
 
-    enum Tone { Ok, Warn, Error }
+    enum Tone { Ok, Warn, Error, Info }
 
     property int tone: Banner.Warn
     property string statement: ""
@@ -15,7 +15,7 @@ Rectangle {
     /// Whether it can be closed beside that.
     property bool closable: false
 
-    readonly property color foreground: [Theme.ok, Theme.warn, Theme.error][tone]
+    readonly property color foreground: [Theme.ok, Theme.warn, Theme.error, Theme.accent][tone]
 
     signal triggered()
     signal closed()
@@ -23,8 +23,8 @@ Rectangle {
     Accessible.description: explanation
     Accessible.name: statement
     Accessible.role: Accessible.AlertMessage
-    border.color: [Theme.okSoft, Theme.warnLine, Theme.errorLine][tone]
-    color: [Theme.okSoft, Theme.warnSoft, Theme.errorSoft][tone]
+    border.color: [Theme.okSoft, Theme.warnLine, Theme.errorLine, Theme.accentLine][tone]
+    color: [Theme.okSoft, Theme.warnSoft, Theme.errorSoft, Theme.accentSoft][tone]
     implicitHeight: Math.max(Theme.bannerHeight, row.implicitHeight + 12)
     implicitWidth: row.implicitWidth + 32
     radius: Theme.controlRadius
@@ -41,7 +41,7 @@ Rectangle {
             Layout.preferredHeight: Theme.icon
             Layout.preferredWidth: Theme.icon
             color: banner.foreground
-            path: banner.tone === Banner.Ok ? Theme.icons.check : Theme.icons.warn
+            path: [Theme.icons.check, Theme.icons.warn, Theme.icons.warn, Theme.icons.info][banner.tone]
         }
         Flow {
             Layout.alignment: Qt.AlignVCenter

@@ -30,7 +30,7 @@ T.Control {
     /// The menu of the rows; a list that has another one for some of them says so in `menuOf`.
     property ItemMenu menu: null
     /// Whether the rows have ticks.
-    property bool tickable: menu?.tickable === true
+    property bool tickable: menu?.ticks === true
     /// What a screen reader is told has the focus: the row, unless the keys act on something in it.
     property Item part: view.currentItem
     /// Of the row under the pointer, else of the one with the focus.

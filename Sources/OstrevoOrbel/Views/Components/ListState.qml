@@ -14,6 +14,8 @@ FocusScope {
     property AppModel app: null
     property string unmeasured: ""
     property string waiting: qsTr("The list appears when everything has been measured.")
+    /// The list is of this computer's disk, and not of a scan that was made elsewhere.
+    property bool needsDisk: false
     /// What is being looked for or read; empty when nothing is.
     property string looking: ""
 
@@ -28,8 +30,9 @@ FocusScope {
 
     readonly property bool scanning: app !== null && app.scan.running
     readonly property bool unreadable: app !== null && app.scan.rootUnreadable
+    readonly property bool elsewhere: needsDisk && app !== null && app.scan.foreign
     /// Whether there is a measurement that a list can be of.
-    readonly property bool measured: app === null || app.scan.measuredAny && !unreadable
+    readonly property bool measured: app === null || app.scan.measuredAny && !unreadable && !elsewhere
 
     /// The button that belongs to `action`.
     signal triggered()
@@ -37,7 +40,7 @@ FocusScope {
     function act(): void {
         if (scanning)
             app.scan.stop();
-        else if (unreadable)
+        else if (unreadable || elsewhere)
             app.chooseFolderAndScan();
         else if (!measured)
             app.scan.scanDisk();
@@ -115,6 +118,7 @@ FocusScope {
             horizontalAlignment: Text.AlignHCenter
             text: state.scanning ? state.app.scan.scopeText
                 : state.unreadable ? qsTr("%1 could not be read").arg(state.app.scan.root)
+                : state.elsewhere ? qsTr("This needs a folder of this computer")
                 : !state.measured ? qsTr("Not measured yet") : state.statement
             width: parent.width
             wrapMode: Text.Wrap
@@ -125,6 +129,7 @@ FocusScope {
             horizontalAlignment: Text.AlignHCenter
             text: state.scanning ? state.waiting
                 : state.unreadable ? qsTr("Nothing in it can be shown.")
+                : state.elsewhere ? qsTr("What is shown was measured elsewhere.")
                 : !state.measured ? state.unmeasured : state.sentence
             topPadding: 4
             visible: text !== ""
@@ -142,6 +147,7 @@ FocusScope {
             objectName: state.objectName + ".action"
             text: state.scanning ? qsTr("Stop")
                 : state.unreadable ? qsTr("Choose Folder…")
+                : state.elsewhere ? qsTr("Measure a Folder…")
                 : !state.measured ? qsTr("Measure This Disk") : state.action
             variant: state.primary && !state.scanning || !state.measured && !state.scanning ? PushButton.Primary
                 : PushButton.Plain

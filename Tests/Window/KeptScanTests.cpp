@@ -1,0 +1,281 @@
+#include "AppModel/KeptScanFlow.h"
+#include "AppModel/TreeEdits.h"
+#include "ModelScene.h"
+#include "RealHome.h"
+#include "SampleDisk.h"
+#include "Saved/ScanFile.h"
+#include "Snapshots.h"
+#include "Support/TreeBuilder.h"
+#include "WindowScene.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <QSignalSpy>
+
+namespace orbel::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A measured home, and a scan of the very same paths that was kept on another computer.
+struct KeptScanOf : testing::Test {
+    KeptScanOf() {
+        useRealHome(scene.environment, home.path());
+        scene.environment.dataVolumePath = home.path();
+        scene.environment.journalPath = home.path("journal/journal.jsonl");
+        scene.environment.systemPlaces = [looks = looks](const std::string&, const FileTree&,
+                                                         const ScanCancellation&) {
+            ++*looks;
+            return std::vector<SystemPlace>();
+        };
+        film = home.file("Videos/a.mkv", std::size_t{200'000});
+        copy = home.file("Videos/b.mkv", std::size_t{200'000});
+        home.folder("Empty");
+    }
+    void measure() {
+        app().scan()->startScan(home.path());
+        scene.waitUntil([this] { return app().scan()->hasTree(); });
+    }
+    std::string kept(const std::string& machine = "larch") {
+        auto result = scene.environment.scan(home.path(), {}, [](const ScanProgress&) {}, {});
+        ScanOrigin origin{.machine = machine, .user = {}, .program = {}};
+        origin.volume =
+            VolumeInfo{.total = 5000, .free = 1000, .used = 3000, .availableForImportantUsage = 1000};
+        return home.file("larch.orbel", scanFileBytes(result.tree, origin));
+    }
+    void open(const std::string& path) {
+        const QSignalSpy ended(app().scan(), &ScanFlow::scanFinished);
+        const QSignalSpy failed(app().kept(), &KeptScanFlow::failed);
+        app().kept()->openFile(QUrl::fromLocalFile(QString::fromStdString(path)));
+        scene.waitUntil([&] { return ended.count() + failed.count() > 0; });
+    }
+    AppModel& app() { return scene.model(); }
+    NodeIndex node(const std::string& path) {
+        return app().scan()->tree()->index(path, PathCanonicalizer::shared()).value();
+    }
+
+    TemporaryFolder home;
+    ModelScene scene;
+    std::shared_ptr<std::atomic<int>> looks = std::make_shared<std::atomic<int>>(0);
+    std::string film;
+    std::string copy;
+};
+
+} // namespace
+
+TEST_F(KeptScanOf, AnotherComputerIsShownAndNothingOfItMoves) {
+    const auto file = kept();
+    measure();
+    auto& map = *app().map();
+    auto& moves = *app().moves();
+    map.toggleTick(node(film));
+    scene.waitUntil([&] { return map.ticks()->count() == 1; });
+    const auto ticked = map.ticks()->items();
+    moves.review(map.ticks());
+    ASSERT_TRUE(moves.isConfirming());
+    const int looksBefore = *looks;
+    open(file);
+
+    ASSERT_TRUE(app().scan()->isForeign());
+    const auto statement = QStringLiteral("Measured on larch; nothing can be moved from here");
+    EXPECT_EQ(app().scan()->keptStatement(), statement);
+    EXPECT_FALSE(app().scan()->isWholeDisk()) << "not of this computer";
+    EXPECT_FALSE(moves.isConfirming()) << "of a tree that is gone";
+    EXPECT_EQ(map.ticks()->count(), 0);
+    map.toggleTick(node(film));
+    map.tickAll();
+    map.select(node(film));
+    EXPECT_EQ(map.refusal(), statement);
+    auto& large = *app().largeOld();
+    large.setLargeOldQuery({.minimumBytes = 1, .unusedFor = std::nullopt});
+    scene.waitUntil([&] { return large.isKnown() && !large.isBusy(); });
+    EXPECT_GE(large.largeOldRows().size(), 2) << "listed all the same";
+    large.toggleTick(node(film));
+    large.tickAll();
+    for (const auto screen : {Screen::tidy, Screen::duplicates})
+        app().setScreen(screen);
+    app().tidy()->lookAgain();
+    app().duplicates()->search();
+    app().rescan()->start(node(home.path("Videos")));
+    app().exclusions()->exclude(node(home.path("Videos")));
+    app().scan()->measureAgain();
+    EXPECT_FALSE(app().tidy()->isBusy() || app().duplicates()->isBusy() || app().rescan()->isRunning());
+    EXPECT_FALSE(app().scan()->isScanning() || app().exclusions()->isAny());
+    app().notice()->dismiss();
+    moves.ask(ticked);
+    EXPECT_FALSE(moves.isConfirming());
+    EXPECT_EQ(app().notice()->text(), statement);
+    QTest::qWait(50);
+    EXPECT_EQ(map.ticks()->count() + large.ticks()->count(), 0);
+    EXPECT_EQ(*looks, looksBefore) << "nothing is asked on behalf of it";
+
+    // Its own volume adds up, and the disk of this computer is not mixed with it.
+    const auto& ledger = *app().disk()->ledger();
+    EXPECT_EQ(ledger.total().bytes(), 5000);
+    EXPECT_EQ(ledger.path(), QStringLiteral("larch"));
+    EXPECT_FALSE(app().disk()->ownLedger()->isMeasured());
+    app().disk()->refreshVolume();
+    QTest::qWait(50);
+    EXPECT_EQ(ledger.total().bytes(), 5000) << "nor later";
+    EXPECT_EQ(app().disk()->ownLedger()->total().bytes(), 1000);
+
+    measure();
+    EXPECT_FALSE(app().scan()->isForeign());
+    EXPECT_TRUE(app().scan()->isWholeDisk() && app().scan()->keptStatement().isEmpty());
+    scene.waitUntil([&] { return app().disk()->ownLedger()->isMeasured(); });
+    EXPECT_EQ(ledger.total().bytes(), 1000);
+    map.toggleTick(node(film));
+    scene.waitUntil([&] { return map.ticks()->count() == 1; });
+    moves.review(map.ticks());
+    EXPECT_TRUE(moves.isConfirming());
+    EXPECT_TRUE(fs::exists(film) && fs::exists(copy));
+}
+
+TEST_F(KeptScanOf, AnotherComputerStaysAsItWasWhateverHappensHere) {
+    const auto file = kept("");
+    measure();
+    app().map()->toggleTick(node(film));
+    scene.waitUntil([&] { return app().map()->ticks()->count() == 1; });
+    app().moves()->review(app().map()->ticks());
+    app().moves()->confirm();
+    scene.waitUntil([&] { return app().moves()->isReporting() && !app().treeEdits().isBusy(); });
+    ASSERT_FALSE(fs::exists(film));
+    app().exclusions()->addFolder(QUrl::fromLocalFile(QString::fromStdString(home.path("Videos"))));
+    scene.waitUntil([&] { return app().exclusions()->isAny() && !app().treeEdits().isBusy(); });
+    open(file);
+    EXPECT_EQ(app().scan()->keptStatement(),
+              QStringLiteral("Measured elsewhere; nothing can be moved from here"));
+    const auto shown = app().scan()->tree();
+    app().moves()->putBackAll();
+    scene.waitUntil([&] { return !app().moves()->isPuttingBack() && fs::exists(film); });
+    QTest::qWait(50);
+    EXPECT_EQ(app().scan()->tree(), shown);
+    EXPECT_FALSE(shown->isExcluded(node(home.path("Videos")))) << "what is left out here is not";
+}
+
+TEST_F(KeptScanOf, AFileThatIsDamagedOrNoneChangesNothing) {
+    const auto file = kept();
+    measure();
+    const auto shown = app().scan()->tree();
+    fs::resize_file(file, fs::file_size(file) - 1);
+    open(file);
+    EXPECT_EQ(app().notice()->text().remove(QChar(0x2068)).remove(QChar(0x2069)),
+              QStringLiteral("~/larch.orbel could not be opened: The scan file is damaged"));
+    for (const auto& path : {film, home.path("nowhere"), home.path("Videos")}) {
+        open(path);
+        EXPECT_TRUE(app().notice()->text().endsWith(QStringLiteral("is not a scan file."))) << path;
+    }
+    EXPECT_EQ(app().scan()->tree(), shown);
+    EXPECT_FALSE(app().scan()->isKept());
+
+    // What begins meanwhile counts more.
+    const auto whole = kept();
+    app().kept()->open(whole);
+    measure();
+    EXPECT_FALSE(app().scan()->isKept());
+    app().kept()->open(whole);
+    app().scan()->startScan(home.path());
+    app().kept()->open(whole);
+    EXPECT_EQ(app().notice()->text(), QStringLiteral("A scan is opened when nothing else runs."));
+}
+
+TEST_F(KeptScanOf, TheCommandLineIsOpenedUnlessItMeasures) {
+    scene.environment.options.openScanPath = kept();
+    scene.waitUntil([this] { return app().scan()->isForeign(); });
+}
+
+namespace {
+
+/// A window that shows a scan of the sample disk that was kept on "larch".
+struct ForeignWindow : WindowScene {
+    void show(int width = 1440, int height = 900, double scale = 1) {
+        environment.options.openScanPath = SampleDisk::keptIn(folder(), "larch");
+        open(width, height);
+        if (scale != 1)
+            setFontScale(scale);
+        EXPECT_TRUE(waitUntil([this] { return app().scan()->isForeign() && app().largeOld()->isKnown(); }));
+        settle();
+    }
+};
+
+} // namespace
+
+TEST(ForeignScanInTheWindow, OffersNothingThatMovesOpensOrMeasuresIt) {
+    ForeignWindow scene;
+    scene.show();
+    auto& app = scene.app();
+    const auto statement = QStringLiteral("Measured on larch; nothing can be moved from here");
+    const auto noneOf = [&](const QString& menu, const QStringList& entries) {
+        for (const auto& entry : entries)
+            EXPECT_FALSE(scene.isShown(menu + entry)) << entry.toStdString();
+        EXPECT_TRUE(scene.isShown(menu + QStringLiteral(".copy"))) << "the path is only words";
+        scene.press(Qt::Key_Escape);
+    };
+    const QStringList actions{QStringLiteral(".open"),     QStringLiteral(".show"),
+                              QStringLiteral(".terminal"), QStringLiteral(".rescan"),
+                              QStringLiteral(".exclude"),  QStringLiteral(".tick"),
+                              QStringLiteral(".all"),      QStringLiteral(".none")};
+    EXPECT_FALSE(scene.isShown(QStringLiteral("overview.again")));
+    for (const auto* const screen : {"large", "map"}) {
+        SCOPED_TRACE(screen);
+        const QString name = QLatin1String(screen);
+        app.setScreenName(name);
+        scene.settle();
+        EXPECT_TRUE(scene.says(statement));
+        EXPECT_FALSE(scene.isShown(name + QStringLiteral(".measure")));
+        const auto list =
+            screen == std::string("map") ? QStringLiteral("map.list") : name + QStringLiteral(".table");
+        for (const auto& place : {list, QStringLiteral("map.view")}) {
+            if (!scene.isShown(place))
+                continue;
+            scene.item(place)->forceActiveFocus(Qt::TabFocusReason);
+            scene.press(Qt::Key_Home);
+            for (const auto& [key, with] : {std::pair{Qt::Key_Space, Qt::KeyboardModifiers()},
+                                            {Qt::Key_A, Qt::ControlModifier},
+                                            {Qt::Key_Delete, {}},
+                                            {Qt::Key_F5, {}},
+                                            {Qt::Key_F5, Qt::ShiftModifier}})
+                scene.press(key, with);
+            scene.press(Qt::Key_F10, Qt::ShiftModifier);
+            noneOf(name + QStringLiteral(".menu"), actions);
+        }
+        EXPECT_EQ(app.notice()->text(), statement) << "why Del did nothing";
+        app.notice()->dismiss();
+    }
+    EXPECT_FALSE(app.scan()->isScanning() || app.moves()->isConfirming() || app.rescan()->isRunning());
+    EXPECT_EQ(app.map()->ticks()->count() + app.largeOld()->ticks()->count(), 0);
+
+    for (const auto* const screen : {"duplicates", "uninstall", "tidy"}) {
+        app.setScreenName(QLatin1String(screen));
+        scene.settle();
+        EXPECT_TRUE(scene.says(QStringLiteral("This needs a folder of this computer"))) << screen;
+    }
+    bool isAsked = false;
+    QObject::connect(&app, &AppModel::folderWanted, [&] { isAsked = true; });
+    scene.click(QStringLiteral("tidy.empty.action"));
+    EXPECT_TRUE(isAsked) << "the way back";
+}
+
+TEST(ForeignScanInTheWindow, LooksTheSameInEverySize) {
+    struct Size {
+        const char* suffix;
+        int width;
+        int height;
+        double fontScale;
+    };
+    for (const auto& [suffix, width, height, fontScale] :
+         {Size{"", 1440, 900, 1}, {"-800x560", 800, 560, 1}, {"-large-font", 1440, 900, 2}}) {
+        ForeignWindow scene;
+        scene.show(width, height, fontScale);
+        for (const auto* const screen : {"overview", "map", "large", "duplicates", "uninstall", "tidy"}) {
+            scene.app().setScreenName(QLatin1String(screen));
+            scene.settle();
+            keepPicture(scene,
+                        QStringLiteral("foreign-%1%2").arg(QLatin1String(screen), QLatin1String(suffix)));
+        }
+    }
+}
+
+} // namespace orbel::test

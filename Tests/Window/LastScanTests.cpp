@@ -1,0 +1,219 @@
+#include "AppModel/KeptScanSettings.h"
+#include "AppModel/TreeEdits.h"
+#include "ModelScene.h"
+#include "RealHome.h"
+#include "SampleDisk.h"
+#include "Saved/ScanArchive.h"
+#include "Snapshots.h"
+#include "WindowScene.h"
+
+#include <filesystem>
+#include <future>
+#include <gtest/gtest.h>
+
+namespace orbel::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A home that was measured the day before, by a window that has been closed since.
+struct LastScanOf : testing::Test {
+    LastScanOf() {
+        useRealHome(scene.environment, home.path());
+        scene.environment.dataVolumePath = home.path();
+        scene.environment.scansFolder = home.path("scans");
+        scene.environment.systemPlaces = [looks = looks](const std::string&, const FileTree&,
+                                                         const ScanCancellation&) {
+            ++*looks;
+            return std::vector<SystemPlace>();
+        };
+        film = home.file("Videos/a.mkv", std::size_t{200'000});
+        copy = home.file("Videos/b.mkv", std::size_t{200'000});
+        const auto result = scene.environment.scan(home.path(), {}, [](const ScanProgress&) {}, {});
+        const auto now = std::chrono::floor<Date::duration>(scene.world()->now);
+        const ScanOrigin origin{
+            .measuredAt = now - std::chrono::days(1),
+            .machine = {},
+            .user = {},
+            .program = {},
+            .volume = VolumeInfo{.total = 1000, .free = 350, .used = 550, .availableForImportantUsage = 350}};
+        EXPECT_TRUE(ScanArchive(home.path("scans")).keep(result.tree, origin, now));
+        KnownRoots(*scene.environment.settings, home.path()).note(home.path(), result.tree.count());
+    }
+    AppModel& app() { return scene.model(); }
+    NodeIndex node(const std::string& path) {
+        return app().scan()->tree()->index(path, PathCanonicalizer::shared()).value();
+    }
+
+    TemporaryFolder home;
+    ModelScene scene;
+    std::shared_ptr<std::atomic<int>> looks = std::make_shared<std::atomic<int>>(0);
+    std::string film;
+    std::string copy;
+};
+
+} // namespace
+
+TEST_F(LastScanOf, IsShownAtTheStartAsOfThenAndMovesOnlyWhatIsStillTrue) {
+    auto& scan = *app().scan();
+    EXPECT_TRUE(app().kept()->isOpeningLast());
+    scene.waitUntil([&] { return scan.hasTree(); });
+    EXPECT_TRUE(scan.isKept() && !scan.isForeign() && scan.isWholeDisk());
+    EXPECT_FALSE(app().kept()->isOpeningLast());
+    EXPECT_TRUE(scan.keptStatement().startsWith(QStringLiteral("Measured yesterday at ")));
+    EXPECT_EQ(scan.coverage()->notMeasured(), 0) << "of the disk as it was then, which is smaller";
+
+    // What was written since has a term of its own, so that the sum is one.
+    const auto& ledger = *app().disk()->ledger();
+    scene.waitUntil([&] { return ledger.used().bytes() == 600 && ledger.isMeasured(); });
+    EXPECT_EQ(ledger.writtenSince().bytes(), 50);
+    EXPECT_EQ(ledger.free().bytes(), 300) << "now";
+    EXPECT_EQ(*looks, 0) << "what commands free is of now";
+
+    home.file("Videos/a.mkv", std::size_t{300'000});
+    auto& map = *app().map();
+    map.select(node(film));
+    scene.waitUntil([&] { return !map.refusal().isEmpty(); });
+    EXPECT_EQ(map.refusal(), QStringLiteral("Changed since the scan — scan again"));
+    map.toggleTick(node(copy));
+    scene.waitUntil([&] { return map.ticks()->count() == 1; });
+    app().moves()->review(map.ticks());
+    app().moves()->confirm();
+    scene.waitUntil([&] { return app().moves()->isReporting() && !app().treeEdits().isBusy(); });
+    EXPECT_FALSE(fs::exists(copy));
+    EXPECT_TRUE(fs::exists(film));
+    EXPECT_TRUE(scan.isKept()) << "the rest is as it was";
+
+    scan.measureAgain();
+    scene.waitUntil([&] { return scan.hasTree(); });
+    EXPECT_FALSE(scan.isKept());
+    EXPECT_TRUE(scan.keptStatement().isEmpty());
+    scene.waitUntil([&] { return *looks == 1; });
+}
+
+TEST_F(LastScanOf, IsNotShownToAStartThatAsksForSomething) {
+    scene.environment.options.openScreen = Screen::journal;
+    EXPECT_FALSE(app().kept()->isOpeningLast());
+    QTest::qWait(50);
+    EXPECT_TRUE(app().scan()->isIdle());
+}
+
+TEST_F(LastScanOf, GivesWayToANewOneWithoutLosingTheUsersPlace) {
+    scene.environment.settings->setValue(QStringLiteral("measureAtStart"), true);
+    const auto gate = std::make_shared<std::promise<void>>();
+    scene.environment.scan = [scan = scene.environment.scan, opened = gate->get_future().share()](
+                                 const auto& root, const auto& token, const auto& progress,
+                                 const auto& exclusions) {
+        opened.wait();
+        return scan(root, token, progress, exclusions);
+    };
+    auto& scan = *app().scan();
+    auto& map = *app().map();
+    scene.waitUntil([&] { return scan.isKept() && app().rescan()->isRunning(); });
+    EXPECT_FALSE(scan.isScanning()) << "the old picture stays in use";
+    map.show(node(home.path("Videos")));
+    map.select(node(copy));
+    for (const auto& path : {film, copy})
+        map.toggleTick(node(path));
+    scene.waitUntil([&] { return map.ticks()->count() == 2; });
+    home.file("Albums/cover.png", std::size_t{900'000}); // which is numbered before them
+    home.file("Videos/a.mkv", std::size_t{300'000});
+    const auto former = node(copy);
+    gate->set_value();
+    scene.waitUntil([&] { return !scan.isKept(); });
+    EXPECT_NE(node(copy), former);
+    EXPECT_EQ(map.focus(), node(home.path("Videos")));
+    EXPECT_EQ(map.selectedNode(), node(copy));
+    ASSERT_EQ(map.ticks()->count(), 1) << "the other one has changed";
+    EXPECT_EQ(map.ticks()->items().front().item.path, copy);
+    app().moves()->review(map.ticks());
+    EXPECT_TRUE(app().moves()->isConfirming());
+}
+
+TEST_F(LastScanOf, StaysWhereMeasuringIsEndedByAMove) {
+    scene.environment.settings->setValue(QStringLiteral("measureAtStart"), true);
+    scene.environment.scan = [](const auto& root, const auto& token, const auto&, const auto&) {
+        while (!token.isCancelled())
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return ScanResult{.tree = FileTree(root), .cancelled = true, .startedAt = {}, .firstProgress = {}};
+    };
+    auto& map = *app().map();
+    scene.waitUntil([&] { return app().rescan()->isRunning(); });
+    map.toggleTick(node(copy));
+    scene.waitUntil([&] { return map.ticks()->count() == 1; });
+    app().moves()->review(map.ticks());
+    app().moves()->confirm();
+    scene.waitUntil([&] { return app().moves()->isReporting() && !app().treeEdits().isBusy(); });
+    EXPECT_FALSE(app().rescan()->isRunning() || fs::exists(copy));
+    EXPECT_TRUE(app().scan()->isKept());
+}
+
+namespace {
+
+/// A window that opens with a scan of the sample disk.
+struct WindowWithLastScan : WindowScene {
+    WindowWithLastScan() { SampleDisk::keepAsLast(environment, folder()); }
+    ScanArchive archive() const { return ScanArchive(environment.scansFolder); }
+    void show(int width, int height, double scale) {
+        open(width, height);
+        if (scale != 1)
+            setFontScale(scale);
+        EXPECT_TRUE(waitUntil([this] { return app().scan()->isKept(); }));
+        settle();
+    }
+};
+
+} // namespace
+
+TEST(LastScanInTheWindow, LooksTheSameInEverySize) {
+    for (const auto& [suffix, width, height, scale] :
+         {std::tuple("", 1440, 900, 1.0), {"-800x560", 800, 560, 1.0}, {"-large-font", 1440, 900, 2.0}}) {
+        WindowWithLastScan scene;
+        scene.show(width, height, scale);
+        for (const auto* const screen : {"overview", "map", "tidy"}) {
+            scene.app().setScreenName(QLatin1String(screen));
+            scene.settle();
+            EXPECT_TRUE(scene.says(QStringLiteral("Measured yesterday at "))) << screen;
+            keepPicture(scene, QStringLiteral("last-%1%2").arg(QLatin1String(screen), QLatin1String(suffix)));
+        }
+        scene.press(Qt::Key_Comma, Qt::ControlModifier);
+        ASSERT_TRUE(scene.waitUntil([&] { return scene.app().keeping()->isAny(); }));
+        scene.item(QStringLiteral("settings.keep"))->forceActiveFocus(Qt::TabFocusReason);
+        scene.settle();
+        keepPicture(scene, QStringLiteral("last-settings") + QLatin1String(suffix));
+    }
+}
+
+TEST(LastScanInTheWindow, ScansAreKeptUntilTheUserSaysOtherwiseTwice) {
+    WindowWithLastScan scene;
+    scene.show(1440, 900, 1);
+    const auto turnOff = [&] {
+        scene.press(Qt::Key_Comma, Qt::ControlModifier);
+        EXPECT_TRUE(scene.waitUntil([&] { return scene.app().keeping()->isAny(); }));
+        scene.item(QStringLiteral("settings.keep"))->forceActiveFocus(Qt::TabFocusReason);
+        scene.press(Qt::Key_Space);
+        EXPECT_TRUE(scene.waitUntil([&] { return scene.isShown(QStringLiteral("clearScans.cancel")); }));
+        scene.settle();
+    };
+    const auto isOn = [&] {
+        return scene.item(QStringLiteral("settings.keep"))->property("checked").toBool();
+    };
+    turnOff();
+    EXPECT_TRUE(scene.says(QStringLiteral("Remove 1 kept scan?")));
+    scene.press(Qt::Key_Return);
+    scene.settle();
+    EXPECT_TRUE(isOn() && scene.app().keeping()->keeps()) << "Enter is no yes";
+    EXPECT_EQ(scene.archive().size().scans, 1);
+    turnOff();
+    // Over the settings, whose texts it hides.
+    scene.picture().save(QStringLiteral(ORBEL_SNAPSHOTS "/last-clear-light.png"));
+    scene.click(QStringLiteral("clearScans.remove"));
+    ASSERT_TRUE(scene.waitUntil([&] { return !scene.app().keeping()->isAny(); }));
+    EXPECT_FALSE(isOn());
+    EXPECT_EQ(scene.archive().size().scans, 0);
+    EXPECT_FALSE(scene.environment.settings->value(QStringLiteral("keepScans")).toBool());
+    EXPECT_FALSE(scene.item(QStringLiteral("settings.measureAtStart"))->isEnabled());
+}
+
+} // namespace orbel::test
