@@ -58,8 +58,7 @@ std::vector<LargeOldQuery::Row> LargeOldQuery::run(const FileTree& tree, const S
             break;
         const auto path = tree.path(node, PathCanonicalizer::shared());
         const auto lastUsed = reader.read(path, tree.modified(node));
-        const std::chrono::duration<double> age = now - lastUsed.date;
-        if (unusedFor && age.count() < *unusedFor)
+        if (!isOldEnough(lastUsed, now))
             continue;
         auto item = DeletionItem::fromTree(tree, node, DeletionModule::largeOld, policy, seen);
         if (!item)
@@ -74,6 +73,28 @@ std::vector<LargeOldQuery::Row> LargeOldQuery::run(const FileTree& tree, const S
     }
     std::ranges::stable_sort(rows, std::ranges::greater(), &Row::bytes);
     return rows;
+}
+
+std::vector<LargeOldQuery::Row> LargeOldQuery::shownOnly(const FileTree& tree, Date then) const {
+    std::vector<Row> rows;
+    for (const NodeIndex node : candidates(tree)) {
+        const LastUsed lastUsed{.date = tree.modified(node)};
+        if (unusedFor && (!tree.isModifiedKnown(node) || !isOldEnough(lastUsed, then)))
+            continue;
+        rows.push_back({.index = node,
+                        .item = DeletionItem::shownOnly(tree, node, DeletionModule::largeOld),
+                        .bytes = tree.allocated(node),
+                        .kind = tree.kind(node),
+                        .lastUsed = lastUsed,
+                        .openBy = {}});
+    }
+    std::ranges::stable_sort(rows, std::ranges::greater(), &Row::bytes);
+    return rows;
+}
+
+bool LargeOldQuery::isOldEnough(const LastUsed& lastUsed, Date now) const {
+    const std::chrono::duration<double> age = now - lastUsed.date;
+    return !unusedFor || age.count() >= *unusedFor;
 }
 
 } // namespace orbel

@@ -54,7 +54,13 @@ struct LargeOldQuery {
                          const InUseChecker::OpenFiles& openFiles, const IsCancelled& isCancelled,
                          const LastUsedReader& reader) const;
 
+    /// The same of a tree that may be of another machine, as it was `then`: asks nothing but the tree. Its
+    /// items are only shown, a last use is a last change, and nobody is known to use them. Where not even
+    /// that is known (FileTree::isModifiedKnown), a row is only there when any age will do.
+    std::vector<Row> shownOnly(const FileTree& tree, Date then) const;
+
 private:
+    bool isOldEnough(const LastUsed& lastUsed, Date now) const;
     std::vector<NodeIndex> candidates(const FileTree& tree) const;
 };
 

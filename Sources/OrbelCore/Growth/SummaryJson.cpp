@@ -18,10 +18,6 @@ namespace {
 
 constexpr std::uint64_t formatVersion = 1;
 
-bool isName(std::string_view name) {
-    return !name.empty() && name != "." && name != ".." && name.find('\0') == std::string_view::npos;
-}
-
 /// The folders with each one's parent found; absent when they are no tree in the order that is promised.
 std::optional<std::vector<ScanSummary::Folder>> foldersIn(const json& rows) {
     if (!rows.is_array() || rows.empty() || rows.size() > ScanSummary::mostFolders)
@@ -44,7 +40,7 @@ std::optional<std::vector<ScanSummary::Folder>> foldersIn(const json& rows) {
             const auto slash = path.rfind('/');
             const auto above = slash == std::string_view::npos ? std::string_view() : path.substr(0, slash);
             const auto parent = places.find(above);
-            if (slash == 0 || !isName(path.substr(slash + 1)) || parent == places.end()
+            if (slash == 0 || !isEntryName(path.substr(slash + 1)) || parent == places.end()
                 || folder.bytes > notYetTaken[parent->second])
                 return std::nullopt;
             folder.parent = parent->second;

@@ -6,7 +6,6 @@
 #include "Saved/FrameFile.h"
 #include "Saved/TreeBlocks.h"
 #include "Util/AppVersion.h"
-#include "Util/ReadFile.h"
 
 #include <algorithm>
 #include <bit>
@@ -214,16 +213,6 @@ std::expected<KeptScan, std::string> scanFromFile(std::string_view bytes) {
         || !agrees(header.tree, header.allocatedBytes))
         return damaged;
     return KeptScan{.tree = std::move(header.tree), .origin = std::move(origin)};
-}
-
-std::optional<std::expected<KeptScan, std::string>> readScanFile(const std::string& path) {
-    constexpr std::uint64_t largest = 8ULL * 1024 * 1024 * 1024;
-    constexpr std::size_t enough = 64;
-    if (const auto beginning = beginningOfRegularFile(path, enough);
-        !beginning || !looksLikeScanFile(*beginning))
-        return std::nullopt;
-    const auto bytes = readRegularFile(path, largest);
-    return bytes ? scanFromFile(*bytes) : std::unexpected("The scan file could not be read");
 }
 
 } // namespace orbel

@@ -13,7 +13,7 @@ namespace {
 
 void run(const Request& request) {
     const auto& file = request.operands.back();
-    const auto scan = scanOrFileOfExistingRoot(request);
+    const auto scan = scanOfExistingRoot(request);
     const auto measuredAt = std::chrono::floor<Date::duration>(scan.result.startedAt);
     if (file == "-") {
         exportAsNcdu(scan.result.tree, measuredAt, print);

@@ -38,7 +38,7 @@ int save(const RootScan& scan, const std::string& file) {
 
 void run(const Request& request) {
     const auto file = request.value("--save");
-    const auto scan = file ? scanOrFileOfExistingRoot(request) : scanOrFileOfRoot(request);
+    const auto scan = file ? scanOfExistingRoot(request) : scanOfRoot(request);
     const ScanResult& result = scan.result;
     if (scan.keptOrigin && request.has("--growth"))
         finishWrongUsage("--growth compares a scan that is made now, not one in a file");

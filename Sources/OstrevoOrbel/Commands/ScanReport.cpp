@@ -4,7 +4,6 @@
 #include "Safety/PathCanonicalizer.h"
 #include "Scan/Coverage.h"
 #include "Scan/VolumeInfo.h"
-#include "Util/Iso8601.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -68,11 +67,7 @@ json scanReport(const std::string& root, const RootScan& scan, std::size_t top) 
         {"peakFootprintBytes", platform::peakFootprintBytes()},
         {"children", childrenOf(tree, top)},
     };
-    if (const auto& origin = scan.keptOrigin)
-        report["keptScan"] = {{"root", tree.path(0, PathCanonicalizer::shared())},
-                              {"measuredAt", iso8601(origin->measuredAt)},
-                              {"machine", origin->machine},
-                              {"user", origin->user}};
+    putKeptScan(report, scan);
     if (const auto volume = scan.volume()) {
         json figures = *volume;
         figures["purgeable"] = volume->purgeable();
