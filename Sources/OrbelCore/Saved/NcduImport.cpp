@@ -112,6 +112,7 @@ private:
             else
                 json_.skip();
         });
+        givesInodesToRepeats_ = origin_.program == "gdu";
         if (!version.empty())
             origin_.program += (origin_.program.empty() ? "" : " ") + version;
     }
@@ -222,16 +223,18 @@ private:
             flags = flags | NodeFlags::unreadable;
         if (isLeftOut)
             flags = flags | NodeFlags::otherVolume;
-        const bool isLink = item_.inode && (item_.isHardLink || item_.links >= 2);
         const bool hasContent = !isFolder && !isLeftOut;
+        const bool isRepeat = hasContent && item_.isHardLink && givesInodesToRepeats_;
+        const bool isLink = hasContent && !isRepeat && item_.inode && (item_.isHardLink || item_.links >= 2);
+        if (isRepeat)
+            flags = flags | NodeFlags::linkCountedElsewhere;
         return {.parent = isRoot ? FileTree::noParent : open_.back().node,
                 .name = isRoot ? std::string_view() : name,
-                .allocated = hasContent ? item_.bytes.value_or(0) : 0,
+                .allocated = hasContent && !isRepeat ? item_.bytes.value_or(0) : 0,
                 .logical = isFolder ? 0 : item_.length.value_or(0),
                 .modifiedMinutes = item_.modifiedMinutes,
                 .inode = item_.inode.value_or(0),
-                .linkCount =
-                    walk::cappedLinks(hasContent && isLink ? std::max<std::uint64_t>(item_.links, 2) : 1),
+                .linkCount = walk::cappedLinks(isLink ? std::max<std::uint64_t>(item_.links, 2) : 1),
                 .flags = flags,
                 .kind = classify(name, isFolder, isBundle)};
     }
@@ -241,7 +244,9 @@ private:
     ScanOrigin origin_;
     ExportedItem item_;            ///< the one that was read last
     std::vector<OpenFolder> open_; ///< from the root to where the next entry belongs
-    std::uint64_t total_ = 0;      ///< bytes on disk that all entries claim
+    /// Whether only those links of a file are marked, and have an inode, that are counted with another one.
+    bool givesInodesToRepeats_ = false;
+    std::uint64_t total_ = 0; ///< bytes on disk that all entries claim
 };
 
 } // namespace

@@ -15,6 +15,7 @@ namespace orbel {
 ///
 /// Folders weigh what is in them, as everywhere here: their own blocks are left out. What is not a regular
 /// file is taken for a symbolic link. What was left out by a pattern and has no size is taken for a folder.
+/// Of the links of a file that gdu marks, none is the one that it counted.
 /// What an export does not tell is unknown here too: time of the last change (FileTree::isModifiedKnown),
 /// machine, user, volume, and when it was made (ScanOrigin::measuredAt).
 std::optional<std::expected<KeptScan, std::string>> scanFromNcdu(TextPieces& text);

@@ -172,30 +172,37 @@ private:
         return piece;
     }
 
+    /// What was unpacked before something failed is still given.
     Piece unpackedPiece() {
+        std::span<char> room(buffer_);
+        while (failure_.empty() && !room.empty() && !isAtEnd())
+            unpackInto(room);
+        const auto size = buffer_.size() - room.size();
+        if (!failure_.empty() && size == 0)
+            return std::unexpected(failure_);
+        return std::string_view(buffer_.data(), size);
+    }
+
+    bool isAtEnd() {
+        if (rest_.empty())
+            if (const auto more = takeRaw(); !more)
+                failure_ = more.error();
+        return rest_.empty() && state_ == Unpacker::State::between;
+    }
+
+    void unpackInto(std::span<char>& room) {
         constexpr std::uint64_t fewBytes = 256ULL * 1024 * 1024;
         constexpr std::uint64_t mostPerByte = 64;
-        std::span<char> room(buffer_);
-        while (!room.empty()) {
-            if (rest_.empty()) {
-                if (const auto more = takeRaw(); !more)
-                    return more;
-                if (rest_.empty() && state_ == Unpacker::State::between)
-                    break;
-            }
-            const auto roomBefore = room.size();
-            const bool isAtEnd = rest_.empty();
-            state_ = unpacker_->unpack(rest_, room);
-            if (state_ == Unpacker::State::damaged)
-                return failed("The compressed file is damaged");
-            if (isAtEnd && room.size() == roomBefore)
-                return failed("The compressed file ends too early");
-        }
-        const auto size = buffer_.size() - room.size();
-        unpackedBytes_ += size;
-        if (unpackedBytes_ > std::max(fewBytes, packedBytes_ * mostPerByte))
-            return failed("The compressed file holds more than can be true of a scan");
-        return std::string_view(buffer_.data(), size);
+        const bool isLast = rest_.empty();
+        const auto before = room.size();
+        state_ = unpacker_->unpack(rest_, room);
+        unpackedBytes_ += before - room.size();
+        if (state_ == Unpacker::State::damaged)
+            failure_ = "The compressed file is damaged";
+        else if (isLast && room.size() == before)
+            failure_ = "The compressed file ends too early";
+        else if (unpackedBytes_ > std::max(fewBytes, packedBytes_ * mostPerByte))
+            failure_ = "The compressed file holds more than can be true of a scan";
     }
 
     std::unique_ptr<TextPieces> raw_;
@@ -203,6 +210,7 @@ private:
     bool hasBegun_ = false;
     Unpacker::State state_ = Unpacker::State::inside;
     std::string_view rest_; ///< of the compressed bytes that were read
+    std::string failure_;   ///< empty while nothing has failed
     std::uint64_t packedBytes_ = 0;
     std::uint64_t unpackedBytes_ = 0;
     std::array<char, pieceBytes> buffer_{};
