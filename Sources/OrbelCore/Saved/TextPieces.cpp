@@ -1,17 +1,16 @@
 #include "Saved/TextPieces.h"
 
+#include "Util/ReadAt.h"
+
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdint>
 #include <new>
-#include <optional>
+#include <span>
 
 #define ZLIB_CONST
 #include <zlib.h>
 #include <zstd.h>
-
-#include <unistd.h>
 
 namespace orbel {
 
@@ -31,17 +30,13 @@ public:
     explicit FilePieces(FileDescriptor file) : file_(std::move(file)) {}
 
     Piece next() override {
-        while (true) {
-            const auto count = ::read(file_.get(), buffer_.data(), buffer_.size());
-            if (count < 0 && errno == EINTR)
-                continue;
-            if (count < 0)
-                return failed("The file could not be read");
-            bytes_ += static_cast<std::uint64_t>(count);
-            if (bytes_ > largestFile)
-                return failed("The file is too large to be read");
-            return std::string_view(buffer_.data(), static_cast<std::size_t>(count));
-        }
+        const auto count = readAt(file_.get(), buffer_, bytes_);
+        if (!count)
+            return failed("The file could not be read");
+        bytes_ += *count;
+        if (bytes_ > largestFile)
+            return failed("The file is too large to be read");
+        return std::string_view(buffer_.data(), *count);
     }
 
 private:

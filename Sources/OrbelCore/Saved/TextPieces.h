@@ -22,7 +22,7 @@ public:
     virtual std::expected<std::string_view, std::string> next() = 0;
 };
 
-/// The text of an open file from where it stands, or of bytes that live as long as the result. What gzip or
+/// The text of an open file from its begin, or of bytes that live as long as the result. What gzip or
 /// Zstandard compressed is the text that was, of which no more is given than what such a text grows to:
 /// 256 MiB, or 64 times what is compressed.
 std::unique_ptr<TextPieces> textPieces(FileDescriptor file);

@@ -103,7 +103,9 @@ constinit const Command largeCommand{
     .help =
         "Print as JSON the files and packages in ROOT that take N bytes or more on disk (100000000 unless "
         "given) and have not been used for N days (365 unless given, 0 for any age): when each was last "
-        "used and how that is known, who has it open, and whether it may be moved.",
+        "used and how that is known, who has it open, and whether it may be moved. Of a scan in the file "
+        "ROOT: "
+        "what had not been changed for N days when it was made.",
     .run = run,
 };
 

@@ -102,9 +102,9 @@ constinit const Command mapCommand{
     .fewestOperands = 2,
     .options = options,
     .help =
-        "Measure the folder ROOT, or take the scan file ROOT, and draw its map into FILE as an SVG picture "
-        "of W by H pixels (1440x900 "
-        "unless given). An existing FILE is replaced, and only by a complete one; \"-\" is standard output.",
+        "Measure the folder ROOT, or take the scan in the file ROOT, and draw its map into FILE as an SVG "
+        "picture of W by H pixels (1440x900 unless given). An existing FILE is replaced, and only by a "
+        "complete one; \"-\" is standard output.",
     .run = run,
 };
 

@@ -33,9 +33,9 @@ constinit const Command ncduCommand{
     .operands = "ROOT FILE",
     .fewestOperands = 2,
     .options = options,
-    .help =
-        "Measure ROOT, or take the scan file ROOT, and write all that is in it into FILE in the form that "
-        "ncdu exports (1.2) and many programs read; \"-\" is standard output.",
+    .help = "Measure ROOT, or take the scan in the file ROOT, and write all that is in it into FILE in the "
+            "form that "
+            "ncdu exports (1.2) and many programs read; \"-\" is standard output.",
     .run = run,
 };
 

@@ -76,7 +76,7 @@ constinit const Command scanCommand{
         "ROOT with the same exclusions are added. With --save, the whole scan is kept in FILE, which can be "
         "given in place of ROOT later, and on another machine; with \"-\" it is written to standard output "
         "in "
-        "place of the report.",
+        "place of the report. An export of ncdu (also compressed) can be given in place of ROOT likewise.",
     .run = run,
 };
 

@@ -86,7 +86,7 @@ constinit const Command tidyCommand{
     .options = options,
     .help = "Print as JSON the empty folders in ROOT, the topmost of those inside each other, and the broken "
             "shortcuts: links, launchers and autostart entries that lead nowhere, and the file manager's "
-            "bookmarks whose folder is gone.",
+            "bookmarks whose folder is gone. Of a scan in the file ROOT, only the empty folders.",
     .run = run,
 };
 
