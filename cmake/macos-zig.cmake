@@ -1,8 +1,8 @@
 # Compiles for macOS on Linux with the clang, libc++, headers and link stubs that come with zig. tools/build-macos
 # makes the programs in ORBEL_MACOS_TOOLS and passes the variables below; configuring by hand is not meant.
 #   ORBEL_MACOS_ARCH   arm64 or x86_64
-#   ORBEL_MACOS_TOOLS  folder with c++, ar, ranlib and libzstd.a for that architecture
-#   ORBEL_MACOS_ZSTD   folder with the sources of that library
+#   ORBEL_MACOS_TOOLS  folder with c++, ar, ranlib, libzstd.a and libz.a for that architecture
+#   ORBEL_MACOS_ZSTD, ORBEL_MACOS_ZLIB  folders with the sources of these libraries
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_PROCESSOR ${ORBEL_MACOS_ARCH})
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ORBEL_MACOS_ARCH ORBEL_MACOS_TOOLS)
@@ -28,3 +28,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(nlohmann_json_DIR ${CMAKE_CURRENT_LIST_DIR}/macos CACHE PATH "")
 set(zstd_DIR ${CMAKE_CURRENT_LIST_DIR}/macos CACHE PATH "")
+# Else CMake's own module would look for zlib.
+set(CMAKE_FIND_PACKAGE_PREFER_CONFIG ON)
+set(ZLIB_DIR ${CMAKE_CURRENT_LIST_DIR}/macos CACHE PATH "")

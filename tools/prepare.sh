@@ -3,7 +3,7 @@
 # program that is started.
 
 # What a build needs from Debian, and what each script needs besides.
-buildPackages=(g++ cmake ninja-build nlohmann-json3-dev libzstd-dev)
+buildPackages=(g++ cmake ninja-build nlohmann-json3-dev libzstd-dev zlib1g-dev)
 # The window's build, and the QML modules and platforms that it loads when it runs: none of these brings another.
 windowPackages=(qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     qml6-module-{qtquick{,-window,-controls,-templates,-layouts,-shapes,-dialogs},qtqml{,-models,-workerscript}}
@@ -11,7 +11,7 @@ windowPackages=(qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-s
 # The desktop's own tools for the Trash, which the moves are checked against and timed beside.
 trashPackages=(strace dbus dbus-daemon gvfs libglib2.0-bin trash-cli)
 testPackages=("${trashPackages[@]}" libgtest-dev git mount e2fsprogs xfsprogs btrfs-progs libxml2-utils qml6-module-qttest
-    fonts-dejavu-core xvfb xdotool weston squashfs-tools ncdu)
+    fonts-dejavu-core xvfb xdotool weston squashfs-tools ncdu gdu)
 checkPackages=(ccache clang-format-14 clang-tidy-19)
 fuzzPackages=(clang-19 libclang-rt-19-dev)
 # What makes the packages, looks them over, and tries them in a bare Debian.

@@ -92,7 +92,11 @@ TEST(NcduExport, IsUnderstoodByNcdu) {
     test::runOrbel({"--scan-json", home.path("data"), "--save", home.path("kept.scan")});
     const auto kept = test::runOrbel({"--export-ncdu", home.path("kept.scan"), "-"});
     EXPECT_EQ(kept.status, 0);
-    EXPECT_EQ(kept.output, test::runProgram({"cat", home.path("export.json")}).output);
+    const auto entriesIn = [](const std::string& text) { // behind the line with the time of the scan
+        return text.substr(text.find('\n'));
+    };
+    EXPECT_TRUE(entriesIn(kept.output)
+                == entriesIn(test::runProgram({"cat", home.path("export.json")}).output));
 }
 
 } // namespace

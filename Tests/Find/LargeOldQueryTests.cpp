@@ -131,7 +131,7 @@ TEST_F(LargeOldTest, OfATreeAloneAsksTheDiskNothingAndLetsNothingMove) {
     builder.tree.modifiedMinutes[builder.file(docs, "changed", 200)] =
         std::chrono::floor<std::chrono::minutes>(now - 24h).time_since_epoch().count();
     used = {{"idle", now}};
-    const auto found = LargeOldQuery{.minimumBytes = 100}.runOnTree(builder.build(), now, "Far away");
+    const auto found = LargeOldQuery{.minimumBytes = 100}.shownOnly(builder.build(), now, "Far away");
     ASSERT_EQ(found.size(), 2) << "by the last change, whatever lies at these paths here";
     EXPECT_EQ(found[0].item.title, "linked");
     EXPECT_EQ(found[1].lastUsed, (LastUsed{.date = Date()}));

@@ -30,21 +30,15 @@ FileTree TreeBuilder::build() {
 
 NodeIndex TreeBuilder::add(NodeIndex parent, std::string_view name, std::uint64_t bytes, NodeFlags flags,
                            std::uint64_t inode, std::uint16_t links) {
-    const auto node = static_cast<NodeIndex>(tree.count());
-    tree.nameStart.push_back(static_cast<std::uint32_t>(tree.names.size()));
-    tree.nameLength.push_back(static_cast<std::uint16_t>(name.size()));
-    tree.names.insert(tree.names.end(), name.begin(), name.end());
-    tree.parentIndex.push_back(parent);
-    tree.allocatedBytes.push_back(bytes);
-    tree.logicalBytes.push_back(bytes);
-    tree.modifiedMinutes.push_back(0);
-    tree.inodes.push_back(inode);
-    tree.linkCounts.push_back(links);
-    tree.nodeFlags.push_back(flags.rawValue);
-    const bool isFolder = flags.contains(NodeFlags::folder);
-    tree.kinds.push_back(
-        static_cast<std::uint8_t>(classify(name, isFolder, flags.contains(NodeFlags::package))));
-    return node;
+    const auto kind = classify(name, flags.contains(NodeFlags::folder), flags.contains(NodeFlags::package));
+    return tree.append({.parent = parent,
+                        .name = name,
+                        .allocated = bytes,
+                        .logical = bytes,
+                        .inode = inode,
+                        .linkCount = links,
+                        .flags = flags,
+                        .kind = kind});
 }
 
 std::vector<std::string> childNames(const FileTree& tree, NodeIndex folder) {

@@ -117,6 +117,13 @@ DeletionItem DeletionItem::unasked(const std::string& path, DeletionModule modul
             .estimatedBytes = bytes};
 }
 
+DeletionItem DeletionItem::shownOnly(const FileTree& tree, NodeIndex index, DeletionModule module) {
+    auto item = unasked(tree.path(index, PathCanonicalizer::shared()), module, AllowedRoot::homeItem, {},
+                        tree.allocated(index));
+    item.note = noteOn(tree, index);
+    return item;
+}
+
 std::optional<std::string> DeletionItem::noteOn(const FileTree& tree, NodeIndex index) {
     std::optional<std::string> note;
     if (tree.flags(index).contains(NodeFlags::mayShareBlocks))

@@ -63,6 +63,10 @@ struct DeletionItem {
     static DeletionItem unasked(const std::string& path, DeletionModule module, AllowedRoot root,
                                 const FileStamp& stamp, std::uint64_t bytes);
 
+    /// What a list shows of a node of a tree that may be of another machine: asks nothing but the tree, so
+    /// that nothing is known of whether it may move.
+    static DeletionItem shownOnly(const FileTree& tree, NodeIndex index, DeletionModule module);
+
     /// The note of a node's item. Asks nothing but the tree.
     static std::optional<std::string> noteOn(const FileTree& tree, NodeIndex index);
 

@@ -39,6 +39,10 @@ struct EmptyFolderFinder {
     /// row; cancelled, it returns what it has so far. Any thread.
     std::vector<Row> run(const FileTree& tree, const SafetyPolicy& policy, Date now,
                          const IsCancelled& isCancelled = nullptr) const;
+
+    /// The same of a tree that may be of another machine, whose home is not known: asks nothing but the tree.
+    /// Its items are only shown, and none is preselected.
+    static std::vector<Row> shownOnly(const FileTree& tree);
 };
 
 } // namespace orbel

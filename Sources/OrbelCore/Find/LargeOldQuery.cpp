@@ -21,13 +21,6 @@ bool isPlainFolder(NodeFlags flags) {
 
 } // namespace
 
-/// What the tree does not know of a candidate. Without an item it has no row.
-struct LargeOldQuery::Asked {
-    std::function<LastUsed(NodeIndex node, const std::string& path)> lastUsed;
-    std::function<std::optional<DeletionItem>(NodeIndex node, const std::string& path)> item;
-    std::function<std::vector<ProcessUse>(NodeIndex node, const std::string& path)> openBy;
-};
-
 std::vector<NodeIndex> LargeOldQuery::candidates(const FileTree& tree) const {
     std::vector<NodeIndex> found;
     // What is inside a package is part of it, and what was detached is not on the disk any more. Parents come
@@ -58,53 +51,16 @@ std::vector<LargeOldQuery::Row> LargeOldQuery::run(const FileTree& tree, const S
                                                    const InUseChecker::OpenFiles& openFiles,
                                                    const IsCancelled& isCancelled,
                                                    const LastUsedReader& reader) const {
-    auto seen = policy.seenFolders();
-    return rows(tree, now, isCancelled,
-                {.lastUsed = [&](NodeIndex node,
-                                 const std::string& path) { return reader.read(path, tree.modified(node)); },
-                 .item =
-                     [&](NodeIndex node, const std::string& /*path*/) {
-                         return DeletionItem::fromTree(tree, node, DeletionModule::largeOld, policy, seen);
-                     },
-                 .openBy =
-                     [&](NodeIndex node, const std::string& path) {
-                         return openFiles.users(tree.identity(node), path,
-                                                tree.flags(node).contains(NodeFlags::package));
-                     }});
-}
-
-std::vector<LargeOldQuery::Row> LargeOldQuery::runOnTree(const FileTree& tree, Date now,
-                                                         const std::string& reason,
-                                                         const IsCancelled& isCancelled) const {
-    return rows(tree, now, isCancelled,
-                {.lastUsed = [&](NodeIndex node,
-                                 const std::string& /*path*/) { return LastUsed{tree.modified(node)}; },
-                 .item =
-                     [&](NodeIndex node, const std::string& path) {
-                         auto item =
-                             DeletionItem::unasked(path, DeletionModule::largeOld, AllowedRoot::homeItem,
-                                                   FileStamp(), tree.allocated(node));
-                         item.blockedReason = reason;
-                         item.note = DeletionItem::noteOn(tree, node);
-                         return std::optional(std::move(item));
-                     },
-                 .openBy = [](NodeIndex /*node*/,
-                              const std::string& /*path*/) { return std::vector<ProcessUse>(); }});
-}
-
-std::vector<LargeOldQuery::Row> LargeOldQuery::rows(const FileTree& tree, Date now,
-                                                    const IsCancelled& isCancelled,
-                                                    const Asked& asked) const {
     std::vector<Row> rows;
+    auto seen = policy.seenFolders();
     for (const NodeIndex node : candidates(tree)) {
         if (isCancelled && isCancelled())
             break;
         const auto path = tree.path(node, PathCanonicalizer::shared());
-        const auto lastUsed = asked.lastUsed(node, path);
-        const std::chrono::duration<double> age = now - lastUsed.date;
-        if (unusedFor && age.count() < *unusedFor)
+        const auto lastUsed = reader.read(path, tree.modified(node));
+        if (!isOldEnough(lastUsed, now))
             continue;
-        auto item = asked.item(node, path);
+        auto item = DeletionItem::fromTree(tree, node, DeletionModule::largeOld, policy, seen);
         if (!item)
             continue;
         rows.push_back({.index = node,
@@ -112,10 +68,39 @@ std::vector<LargeOldQuery::Row> LargeOldQuery::rows(const FileTree& tree, Date n
                         .bytes = tree.allocated(node),
                         .kind = tree.kind(node),
                         .lastUsed = lastUsed,
-                        .openBy = asked.openBy(node, path)});
+                        .openBy = openFiles.users(tree.identity(node), path,
+                                                  tree.flags(node).contains(NodeFlags::package))});
     }
     std::ranges::stable_sort(rows, std::ranges::greater(), &Row::bytes);
     return rows;
+}
+
+std::vector<LargeOldQuery::Row> LargeOldQuery::shownOnly(const FileTree& tree, Date then,
+                                                         const std::optional<std::string>& reason,
+                                                         const IsCancelled& isCancelled) const {
+    std::vector<Row> rows;
+    for (const NodeIndex node : candidates(tree)) {
+        if (isCancelled && isCancelled())
+            break;
+        const LastUsed lastUsed{.date = tree.modified(node)};
+        if (unusedFor && (!tree.isModifiedKnown(node) || !isOldEnough(lastUsed, then)))
+            continue;
+        auto item = DeletionItem::shownOnly(tree, node, DeletionModule::largeOld);
+        item.blockedReason = reason;
+        rows.push_back({.index = node,
+                        .item = std::move(item),
+                        .bytes = tree.allocated(node),
+                        .kind = tree.kind(node),
+                        .lastUsed = lastUsed,
+                        .openBy = {}});
+    }
+    std::ranges::stable_sort(rows, std::ranges::greater(), &Row::bytes);
+    return rows;
+}
+
+bool LargeOldQuery::isOldEnough(const LastUsed& lastUsed, Date now) const {
+    const std::chrono::duration<double> age = now - lastUsed.date;
+    return !unusedFor || age.count() >= *unusedFor;
 }
 
 } // namespace orbel

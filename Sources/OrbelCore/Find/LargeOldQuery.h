@@ -54,17 +54,16 @@ struct LargeOldQuery {
                          const InUseChecker::OpenFiles& openFiles, const IsCancelled& isCancelled,
                          const LastUsedReader& reader) const;
 
-    /// The same of the tree alone, for one that is not of the disk as it is here: a file was last used when
-    /// it was last changed, and every item is blocked for this reason. Any thread.
-    std::vector<Row> runOnTree(const FileTree& tree, Date now, const std::string& reason,
+    /// The same of a tree that may be of another machine, as it was `then`: asks nothing but the tree. Its
+    /// items are only shown, blocked for `reason` if there is one; a last use is a last change, and nobody is
+    /// known to use them. Where not even that is known (FileTree::isModifiedKnown), a row is only there when
+    /// any age will do.
+    std::vector<Row> shownOnly(const FileTree& tree, Date then, const std::optional<std::string>& reason = {},
                                const IsCancelled& isCancelled = nullptr) const;
 
 private:
-    struct Asked;
-
+    bool isOldEnough(const LastUsed& lastUsed, Date now) const;
     std::vector<NodeIndex> candidates(const FileTree& tree) const;
-    std::vector<Row> rows(const FileTree& tree, Date now, const IsCancelled& isCancelled,
-                          const Asked& asked) const;
 };
 
 } // namespace orbel

@@ -33,14 +33,19 @@ PlaceMarks marksOfName(std::string_view name) {
     return marks;
 }
 
+PlaceMarks marksOfNames(std::string_view path) {
+    PlaceMarks marks;
+    for (const auto name : pathComponents(path))
+        marks = marks | marksOfName(name);
+    return marks;
+}
+
 PlaceMarks marksOfRoot(const std::string& root, const SafetyPolicy& policy) {
     const auto& home = policy.homePath();
     std::string_view below = root;
     if (RealPath::isInside(root, home))
         below.remove_prefix(home.size());
-    PlaceMarks marks;
-    for (const auto name : pathComponents(below))
-        marks = marks | marksOfName(name);
+    auto marks = marksOfNames(below);
     const auto holdsRoot = [&](const std::string& folder) { return RealPath::isInside(root, folder); };
     if (std::ranges::any_of(policy.guardedFolders(), holdsRoot))
         marks = marks | PlaceMarks::programData;
@@ -54,6 +59,21 @@ PlaceMarks marksOfRoot(const std::string& root, const SafetyPolicy& policy) {
     return marks;
 }
 
+/// Hands the marks of each folder down to what is in it. What `home` is called, and where it lies, does not
+/// count.
+void spread(const FileTree& tree, std::optional<NodeIndex> home, std::vector<PlaceMarks>& marks) {
+    for (const auto& [node, shape] : shapedFolders(tree))
+        marks[node] = marks[node] | PlaceMarks::shaped;
+    for (NodeIndex i = 1; i < tree.count(); ++i) { // parents come before their children
+        if (i == home)
+            continue;
+        const auto parent = tree.parentIndex[i];
+        marks[i] = marks[i] | (parent == FileTree::noParent ? PlaceMarks::gone : marks[parent]);
+        if (tree.isFolder(i))
+            marks[i] = marks[i] | marksOfName(tree.nameBytes(i));
+    }
+}
+
 } // namespace
 
 std::vector<PlaceMarks> placeMarks(const FileTree& tree, const SafetyPolicy& policy) {
@@ -64,19 +84,19 @@ std::vector<PlaceMarks> placeMarks(const FileTree& tree, const SafetyPolicy& pol
         if (const auto node = tree.index(folder, PathCanonicalizer::shared()))
             marks[*node] = PlaceMarks::programData;
     const auto home = tree.index(policy.homePath(), PathCanonicalizer::shared());
-    for (const auto& [node, shape] : shapedFolders(tree))
-        marks[node] = marks[node] | PlaceMarks::shaped;
     marks[0] = marks[0] | marksOfRoot(tree.path(0, PathCanonicalizer::shared()), policy);
     if (home && *home != 0)
         marks[0] = marks[0] | PlaceMarks::outsideHome;
-    for (NodeIndex i = 1; i < tree.count(); ++i) { // parents come before their children
-        if (i == home)
-            continue; // what it is called, and where it lies, does not count
-        const auto parent = tree.parentIndex[i];
-        marks[i] = marks[i] | (parent == FileTree::noParent ? PlaceMarks::gone : marks[parent]);
-        if (tree.isFolder(i))
-            marks[i] = marks[i] | marksOfName(tree.nameBytes(i));
-    }
+    spread(tree, home, marks);
+    return marks;
+}
+
+std::vector<PlaceMarks> placeMarks(const FileTree& tree) {
+    std::vector<PlaceMarks> marks(tree.count());
+    if (marks.empty())
+        return marks;
+    marks[0] = marksOfNames(tree.rootPath);
+    spread(tree, std::nullopt, marks);
     return marks;
 }
 

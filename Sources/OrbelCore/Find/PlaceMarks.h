@@ -45,4 +45,8 @@ constexpr PlaceMarks operator|(PlaceMarks left, PlaceMarks right) {
 /// rest is marked; a root elsewhere was asked for by name, so what is in it is not.
 std::vector<PlaceMarks> placeMarks(const FileTree& tree, const SafetyPolicy& policy);
 
+/// The same of a tree whose home is not known: names count from the top of the disk on, and nothing but the
+/// tree is asked.
+std::vector<PlaceMarks> placeMarks(const FileTree& tree);
+
 } // namespace orbel

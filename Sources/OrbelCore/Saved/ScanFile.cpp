@@ -6,7 +6,6 @@
 #include "Saved/FrameFile.h"
 #include "Saved/TreeBlocks.h"
 #include "Util/AppVersion.h"
-#include "Util/ReadFile.h"
 
 #include <algorithm>
 #include <bit>
@@ -252,20 +251,6 @@ std::optional<ScanHeader> scanHeaderIn(std::string_view beginning) {
                       .exclusions = std::move(header.tree.exclusions),
                       .entries = header.nodes,
                       .allocatedBytes = header.allocatedBytes};
-}
-
-bool isScanFile(const std::string& path) {
-    constexpr std::size_t enough = 64;
-    const auto beginning = beginningOfRegularFile(path, enough);
-    return beginning && looksLikeScanFile(*beginning);
-}
-
-std::optional<std::expected<KeptScan, std::string>> readScanFile(const std::string& path) {
-    constexpr std::uint64_t largest = 8ULL * 1024 * 1024 * 1024;
-    if (!isScanFile(path))
-        return std::nullopt;
-    const auto bytes = readRegularFile(path, largest);
-    return bytes ? scanFromFile(*bytes) : std::unexpected("The scan file could not be read");
 }
 
 } // namespace orbel

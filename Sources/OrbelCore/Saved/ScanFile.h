@@ -11,13 +11,13 @@
 
 namespace orbel {
 
-/// Where and when a scan was made.
+/// Where and when a scan was made; texts are empty where that is not known.
 struct ScanOrigin {
-    Date measuredAt{};                        ///< when it began
+    Date measuredAt{};                        ///< when it began; the begin of 1970 when that is not known
     double duration = 0;                      ///< seconds
     std::string machine;                      ///< the name of the host
     std::string user;                         ///< who scanned
-    std::string program;                      ///< the version that scanned
+    std::string program;                      ///< the version that scanned, or another program with its own
     std::optional<VolumeInfo> volume{};       ///< as the volume was then
     std::optional<std::uint64_t> usedSpace{}; ///< as VolumeInfo::spaceUsed() said then
 
@@ -53,9 +53,6 @@ std::string scanFileBytes(const FileTree& tree, const ScanOrigin& origin);
 /// Whether bytes, the first ones of a file at least, are those of such a file, whole or not.
 bool looksLikeScanFile(std::string_view beginning);
 
-/// Whether the file at this path is a regular one that begins so. Blocks: reads its beginning.
-bool isScanFile(const std::string& path);
-
 /// Reads what scanFileBytes() wrote, from any bytes; the finished tree takes the memory that its scan took.
 /// The error says in words for people why the bytes are not believed: no part of them is then used.
 std::expected<KeptScan, std::string> scanFromFile(std::string_view bytes);
@@ -63,9 +60,5 @@ std::expected<KeptScan, std::string> scanFromFile(std::string_view bytes);
 /// The header alone, from the first bytes of a file: absent when they do not reach so far, and for what
 /// is no scan file. That the nodes agree with it is only known once they are read.
 std::optional<ScanHeader> scanHeaderIn(std::string_view beginning);
-
-/// The scan in the file at this path. Absent for a file that does not begin as one, and for what is no
-/// regular file; the error is in words for people.
-std::optional<std::expected<KeptScan, std::string>> readScanFile(const std::string& path);
 
 } // namespace orbel

@@ -2,6 +2,7 @@
 
 #include "Platform/Parallel.h"
 #include "Saved/ByteStream.h"
+#include "Util/PathText.h"
 
 #include <algorithm>
 #include <atomic>
@@ -157,7 +158,7 @@ private:
         std::ranges::copy(rest, tree_.names.data() + start);
         for (std::size_t node = begin; node < end; ++node) {
             const auto length = reader.numberUpTo(std::numeric_limits<std::uint16_t>::max());
-            if (length > rest.size() || !(node == 0 ? length == 0 : isName(rest.substr(0, length))))
+            if (length > rest.size() || !(node == 0 ? length == 0 : isEntryName(rest.substr(0, length))))
                 return false;
             tree_.nameStart[node] = start;
             tree_.nameLength[node] = static_cast<std::uint16_t>(length);
@@ -165,12 +166,6 @@ private:
             rest.remove_prefix(length);
         }
         return reader.isAtEnd() && rest.empty();
-    }
-
-    static bool isName(std::string_view name) {
-        constexpr std::string_view never("/\0", 2);
-        return !name.empty() && name != "." && name != ".."
-               && name.find_first_of(never) == std::string_view::npos;
     }
 
     template <class T>

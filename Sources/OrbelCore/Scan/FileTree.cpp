@@ -83,6 +83,12 @@ std::chrono::sys_seconds FileTree::modified(NodeIndex node) const {
     return std::chrono::sys_seconds(std::chrono::minutes(modifiedMinutes[node]));
 }
 
+bool FileTree::isModifiedKnown(NodeIndex node) const {
+    // What was not entered was mostly not measured either.
+    const bool isUnmeasured = flags(node).contains(NodeFlags::otherVolume) && modifiedMinutes[node] == 0;
+    return !isUnmeasured && modifiedMinutes[node] != unknownTime;
+}
+
 NodeFlags FileTree::flags(NodeIndex node) const {
     requireNode(node);
     return {nodeFlags[node]};
@@ -116,6 +122,25 @@ std::uint64_t FileTree::unreadableIn(NodeIndex node) const {
 bool FileTree::containsProtectedData(NodeIndex node) const {
     requireNode(node);
     return protectedContainers.contains(node);
+}
+
+NodeIndex FileTree::append(const NewNode& node) {
+    const auto index = count();
+    ORBEL_CHECK(index < noParent, "fewer nodes than a 32-bit index can tell apart");
+    ORBEL_CHECK(node.name.size() <= std::numeric_limits<std::uint32_t>::max() - names.size(),
+                "at most 4 GiB of names");
+    nameStart.push_back(static_cast<std::uint32_t>(names.size()));
+    nameLength.push_back(static_cast<std::uint16_t>(node.name.size()));
+    names.insert(names.end(), node.name.begin(), node.name.end());
+    parentIndex.push_back(node.parent);
+    allocatedBytes.push_back(node.allocated);
+    logicalBytes.push_back(node.logical);
+    modifiedMinutes.push_back(node.modifiedMinutes);
+    inodes.push_back(node.inode);
+    linkCounts.push_back(node.linkCount);
+    nodeFlags.push_back(node.flags.rawValue);
+    kinds.push_back(static_cast<std::uint8_t>(node.kind));
+    return static_cast<NodeIndex>(index);
 }
 
 bool FileTree::isAttached(NodeIndex node) const {

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -41,6 +42,8 @@ using NodeIndex = std::uint32_t;
 /// or output here.
 struct FileTree {
     static constexpr NodeIndex noParent = 0xFFFFFFFF;
+    /// In `modifiedMinutes`, of a node whose time nothing tells.
+    static constexpr std::int32_t unknownTime = std::numeric_limits<std::int32_t>::min();
 
     FileTree() = default;
     /// An empty tree. Without a second path, what was asked for is what was walked.
@@ -112,7 +115,10 @@ struct FileTree {
     FileIdentity identity(NodeIndex node) const;
     std::uint16_t linkCount(NodeIndex node) const;
     std::uint32_t descendantCount(NodeIndex node) const;
+    /// Long before 1970 when it is not known.
     std::chrono::sys_seconds modified(NodeIndex node) const;
+    /// Whether the time of the last change was found out.
+    bool isModifiedKnown(NodeIndex node) const;
     NodeFlags flags(NodeIndex node) const;
     bool isFolder(NodeIndex node) const;
     FileKind kind(NodeIndex node) const;
@@ -142,6 +148,23 @@ struct FileTree {
     bool matchesScan(NodeIndex node, const FileStamp& stamp) const;
 
     // Building and editing.
+
+    /// What the columns hold of one node.
+    struct NewNode {
+        NodeIndex parent = noParent;
+        std::string_view name{};
+        std::uint64_t allocated = 0;
+        std::uint64_t logical = 0;
+        std::int32_t modifiedMinutes = 0;
+        std::uint64_t inode = 0;
+        std::uint16_t linkCount = 1;
+        NodeFlags flags{};
+        FileKind kind = FileKind::other;
+    };
+
+    /// Appends a node to a tree that is still to be completed, and returns its index. Stops the process when
+    /// there are more nodes, or more bytes of names, than 32 bits can tell apart.
+    NodeIndex append(const NewNode& node);
 
     struct HardLinkCandidate {
         NodeIndex node;

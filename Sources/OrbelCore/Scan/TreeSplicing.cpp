@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <limits>
 
 namespace orbel {
 
@@ -113,20 +112,15 @@ public:
     }
 
     void add(const FileTree& from, NodeIndex node, NodeIndex parent) {
-        const auto name = from.nameBytes(node);
-        ORBEL_CHECK(name.size() <= std::numeric_limits<std::uint32_t>::max() - tree_.names.size(),
-                    "at most 4 GiB of names");
-        tree_.nameStart.push_back(static_cast<std::uint32_t>(tree_.names.size()));
-        tree_.nameLength.push_back(static_cast<std::uint16_t>(name.size()));
-        tree_.names.insert(tree_.names.end(), name.begin(), name.end());
-        tree_.parentIndex.push_back(parent);
-        tree_.allocatedBytes.push_back(from.allocatedBytes[node]);
-        tree_.logicalBytes.push_back(from.logicalBytes[node]);
-        tree_.modifiedMinutes.push_back(from.modifiedMinutes[node]);
-        tree_.inodes.push_back(from.inodes[node]);
-        tree_.linkCounts.push_back(from.linkCounts[node]);
-        tree_.nodeFlags.push_back(from.nodeFlags[node]);
-        tree_.kinds.push_back(from.kinds[node]);
+        tree_.append({.parent = parent,
+                      .name = from.nameBytes(node),
+                      .allocated = from.allocatedBytes[node],
+                      .logical = from.logicalBytes[node],
+                      .modifiedMinutes = from.modifiedMinutes[node],
+                      .inode = from.inodes[node],
+                      .linkCount = from.linkCounts[node],
+                      .flags = from.flags(node),
+                      .kind = from.kind(node)});
     }
 
 private:

@@ -38,17 +38,13 @@ void appendRoot(FileTree& tree, const platform::FileStatus& status) {
     else if (status.type == platform::FileType::symbolicLink)
         flags = NodeFlags::symlink;
 
-    tree.nameStart.push_back(0);
-    tree.nameLength.push_back(0);
-    tree.parentIndex.push_back(FileTree::noParent);
-    tree.allocatedBytes.push_back(isFolder ? 0 : status.allocatedBytes);
-    tree.logicalBytes.push_back(status.size);
-    tree.modifiedMinutes.push_back(minutesOf(status.modifiedSeconds));
-    tree.inodes.push_back(status.inode);
-    tree.linkCounts.push_back(cappedLinks(status.linkCount));
-    tree.nodeFlags.push_back(flags.rawValue);
-    tree.kinds.push_back(
-        static_cast<std::uint8_t>(classify(lastPathComponent(tree.rootPath), isFolder, false)));
+    tree.append({.allocated = isFolder ? 0 : status.allocatedBytes,
+                 .logical = status.size,
+                 .modifiedMinutes = minutesOf(status.modifiedSeconds),
+                 .inode = status.inode,
+                 .linkCount = cappedLinks(status.linkCount),
+                 .flags = flags,
+                 .kind = classify(lastPathComponent(tree.rootPath), isFolder, false)});
     tree.device = status.device;
 }
 

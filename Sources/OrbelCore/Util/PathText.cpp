@@ -51,6 +51,12 @@ std::vector<std::string_view> pathComponents(std::string_view path) {
     return components;
 }
 
+bool isEntryName(std::string_view name) {
+    constexpr std::string_view never("/\0", 2);
+    return !name.empty() && name != "." && name != ".."
+           && name.find_first_of(never) == std::string_view::npos;
+}
+
 bool isPathInside(std::string_view path, std::string_view folder) {
     if (!path.starts_with(folder))
         return false;

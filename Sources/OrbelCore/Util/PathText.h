@@ -22,6 +22,9 @@ std::string joinedPath(std::string_view folder, std::string_view name);
 /// The names in `path`, without the empty ones that repeated slashes leave; views into `path`.
 std::vector<std::string_view> pathComponents(std::string_view path);
 
+/// Whether something in a folder can be called so: not empty, ".", "..", nor with a slash or a zero byte.
+bool isEntryName(std::string_view name);
+
 /// Whether `path` is `folder` or lies inside it, by whole names. Exact comparison of text.
 bool isPathInside(std::string_view path, std::string_view folder);
 

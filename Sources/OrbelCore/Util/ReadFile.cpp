@@ -1,7 +1,5 @@
 #include "Util/ReadFile.h"
 
-#include "Util/FileDescriptor.h"
-
 #include <array>
 #include <cerrno>
 
@@ -33,10 +31,7 @@ std::optional<std::string> readFile(int descriptor) {
     }
 }
 
-namespace {
-
-/// Of what is no regular file, none.
-FileDescriptor openRegular(const std::string& path) {
+FileDescriptor openRegularFile(const std::string& path) {
     if (path.find('\0') != std::string::npos)
         return {};
     const auto isRegular = [](const struct stat& status) { return S_ISREG(status.st_mode); };
@@ -49,6 +44,8 @@ FileDescriptor openRegular(const std::string& path) {
         return {};
     return file;
 }
+
+namespace {
 
 /// Up to `size` bytes, fewer where it ends earlier: a file may grow while it is read, and some tell no size.
 std::optional<std::string> readUpTo(const FileDescriptor& file, std::uint64_t size) {
@@ -71,12 +68,12 @@ std::optional<std::string> readUpTo(const FileDescriptor& file, std::uint64_t si
 } // namespace
 
 std::optional<std::string> readRegularFile(const std::string& path, std::uint64_t limit) {
-    auto content = readUpTo(openRegular(path), limit + 1);
+    auto content = readUpTo(openRegularFile(path), limit + 1);
     return content && content->size() <= limit ? std::move(content) : std::nullopt;
 }
 
 std::optional<std::string> beginningOfRegularFile(const std::string& path, std::size_t size) {
-    return readUpTo(openRegular(path), size);
+    return readUpTo(openRegularFile(path), size);
 }
 
 } // namespace orbel

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Util/FileDescriptor.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -14,6 +16,9 @@ std::optional<std::string> readFile(const std::string& path);
 
 /// The same for an open file, from where it stands.
 std::optional<std::string> readFile(int descriptor);
+
+/// An untrusted file opened for reading: only a regular file, or one that a link leads to; else an empty one.
+FileDescriptor openRegularFile(const std::string& path);
 
 /// The content of an untrusted file: only of a regular file, or of one that a link leads to, and only when it
 /// has at most `limit` bytes. Never waits for the other end of a pipe.

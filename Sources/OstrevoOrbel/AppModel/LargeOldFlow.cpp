@@ -93,7 +93,7 @@ void LargeOldFlow::refresh() {
                                        : std::nullopt](const LatestJob::Run& run) {
             Found found{.list = nullptr, .arrangement = arrangement, .order = {}};
             const auto isCancelled = [&] { return run.isCancelled(); };
-            auto rows = elsewhere ? query.runOnTree(*tree, now, *elsewhere, isCancelled)
+            auto rows = elsewhere ? query.shownOnly(*tree, now, elsewhere, isCancelled)
                                   : find(query, *tree, *policy, now, isCancelled);
             constexpr std::size_t quicklyFreed = 2'000;
             const bool isLong = rows.size() > quicklyFreed;

@@ -4,7 +4,6 @@
 #include "Commands/ListLimits.h"
 #include "Commands/Request.h"
 #include "Commands/RootScan.h"
-#include "Commands/ScanReport.h"
 #include "Commands/UserContext.h"
 #include "Compare/ScanComparison.h"
 #include "Safety/PathCanonicalizer.h"
@@ -37,7 +36,7 @@ RootScan earlierScan(const std::string& root, const Request& request) {
 
 json sideJson(const RootScan& scan) {
     const auto& tree = scan.result.tree;
-    auto side = originJson(tree, scan.keptOrigin ? *scan.keptOrigin : ScanOrigin::ofHere(scan.result));
+    auto side = originJson(scan);
     side["entries"] = tree.count();
     side["allocatedBytes"] = tree.allocated(0);
     return side;
@@ -66,7 +65,7 @@ void run(const Request& request) {
     const auto& from = request.operands.front();
     const auto& to = request.operands.back();
     const auto earlier = earlierScan(from, request);
-    const auto later = scanOrFileOfExisting(to, request);
+    const auto later = scanOfExisting(to, request);
     const auto& before = earlier.result.tree;
     const auto& after = later.result.tree;
     const auto changes = ScanComparison::between(before, after).changes;

@@ -52,7 +52,7 @@ void addDetails(json& listed, const DuplicateGroup& group, const SafetyPolicy& p
 }
 
 void run(const Request& request) {
-    const ScanResult scan = scanOfRoot(request);
+    const ScanResult scan = scanOfDisk(request, "--duplicates-json compares contents");
     const auto home = platform::homeFolder();
     const auto canonicalHome = PathCanonicalizer::shared().canonical(home).value_or(home);
     const bool isDetailed = request.has("--details");

@@ -43,25 +43,38 @@ json rowJson(const LargeOldQuery::Row& row) {
     return object;
 }
 
+std::vector<LargeOldQuery::Row> rowsOf(const RootScan& scan, const LargeOldQuery& query) {
+    const auto& tree = scan.result.tree;
+    if (scan.keptOrigin)
+        return query.shownOnly(tree, scan.measuredAt().value_or(currentDate()));
+    const UserContext user;
+    const InUseChecker::OpenFiles openFiles(takeMappedSnapshot());
+    return query.run(tree, user.policy(), currentDate(), openFiles);
+}
+
 void run(const Request& request) {
     const auto query = queryIn(request);
     const auto& root = request.operands.front();
     const auto scan = scanOfExistingRoot(request);
-    const UserContext user;
-    const InUseChecker::OpenFiles openFiles(takeMappedSnapshot());
+    const auto& tree = scan.result.tree;
     json files = json::array();
     std::uint64_t bytes = 0;
-    for (const auto& row : query.run(scan.tree, user.policy(), currentDate(), openFiles)) {
-        files.push_back(rowJson(row));
+    for (const auto& row : rowsOf(scan, query)) {
+        auto& object = files.emplace_back(rowJson(row));
+        if (scan.keptOrigin)
+            object.erase("openBy");
+        if (!tree.isModifiedKnown(row.index))
+            object["lastUsed"] = nullptr;
         bytes += row.bytes;
     }
     json report{{"minimumBytes", query.minimumBytes},
                 {"unusedForSeconds", nullptr},
                 {"bytes", bytes},
-                {"unreadable", scan.tree.unreadableCount},
+                {"unreadable", tree.unreadableCount},
                 {"files", std::move(files)}};
     putPath(report, "root", root);
-    putExcluded(report, scan.tree);
+    putExcluded(report, tree);
+    putKeptScan(report, scan);
     if (query.unusedFor)
         report["unusedForSeconds"] = static_cast<std::int64_t>(*query.unusedFor);
     finish(prettyJson(report) + "\n");
@@ -80,7 +93,9 @@ constinit const Command largeCommand{
     .help =
         "Print as JSON the files and packages in ROOT that take N bytes or more on disk (100000000 unless "
         "given) and have not been used for N days (365 unless given, 0 for any age): when each was last "
-        "used and how that is known, who has it open, and whether it may be moved.",
+        "used and how that is known, who has it open, and whether it may be moved. Of a scan in the file "
+        "ROOT: "
+        "what had not been changed for N days when it was made.",
     .run = run,
 };
 

@@ -57,14 +57,15 @@ std::string grouped(std::uint64_t number) {
     return digits;
 }
 
-std::string remarkOn(const ScanResult& result) {
-    const FileTree& tree = result.tree;
+std::string remarkOn(const RootScan& scan) {
+    const FileTree& tree = scan.result.tree;
     std::string remark = ByteFormat::string(tree.allocated(0)) + " · " + grouped(tree.count()) + " entries";
     if (tree.unreadableCount > 0)
         remark += " · " + grouped(tree.unreadableCount) + " could not be read";
     if (!tree.excludedNodes.empty())
         remark += " · " + grouped(tree.excludedNodes.size()) + " left out";
-    return remark + " · measured " + iso8601(std::chrono::floor<std::chrono::microseconds>(result.startedAt));
+    const auto measuredAt = scan.measuredAt();
+    return measuredAt ? remark + " · measured " + iso8601(*measuredAt) : remark;
 }
 
 std::optional<Coverage> coverageOf(const RootScan& scan) {
@@ -77,7 +78,7 @@ void run(const Request& request) {
     const auto size = requestedSize(request);
     const auto& root = request.operands.front();
     const auto& file = request.operands.back();
-    const auto scan = scanOrFileOfExistingRoot(request);
+    const auto scan = scanOfExistingRoot(request);
     const FileTree& tree = scan.result.tree;
     if (!tree.isFolder(0)) {
         say(root + ": is not a folder");
@@ -86,7 +87,7 @@ void run(const Request& request) {
     const auto picture = MapSvg::render({.tree = tree,
                                          .coverage = coverageOf(scan),
                                          .title = tree.path(0, PathCanonicalizer::shared()),
-                                         .remark = remarkOn(scan.result),
+                                         .remark = remarkOn(scan),
                                          .size = size});
     finishInto(file, picture);
 }
@@ -101,9 +102,9 @@ constinit const Command mapCommand{
     .fewestOperands = 2,
     .options = options,
     .help =
-        "Measure the folder ROOT, or take the scan file ROOT, and draw its map into FILE as an SVG picture "
-        "of W by H pixels (1440x900 "
-        "unless given). An existing FILE is replaced, and only by a complete one; \"-\" is standard output.",
+        "Measure the folder ROOT, or take the scan in the file ROOT, and draw its map into FILE as an SVG "
+        "picture of W by H pixels (1440x900 unless given). An existing FILE is replaced, and only by a "
+        "complete one; \"-\" is standard output.",
     .run = run,
 };
 

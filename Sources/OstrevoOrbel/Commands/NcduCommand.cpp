@@ -13,7 +13,7 @@ namespace {
 
 void run(const Request& request) {
     const auto& file = request.operands.back();
-    const auto scan = scanOrFileOfExistingRoot(request);
+    const auto scan = scanOfExistingRoot(request);
     const auto measuredAt = std::chrono::floor<Date::duration>(scan.result.startedAt);
     if (file == "-") {
         exportAsNcdu(scan.result.tree, measuredAt, print);
@@ -33,9 +33,9 @@ constinit const Command ncduCommand{
     .operands = "ROOT FILE",
     .fewestOperands = 2,
     .options = options,
-    .help =
-        "Measure ROOT, or take the scan file ROOT, and write all that is in it into FILE in the form that "
-        "ncdu exports (1.2) and many programs read; \"-\" is standard output.",
+    .help = "Measure ROOT, or take the scan in the file ROOT, and write all that is in it into FILE in the "
+            "form that "
+            "ncdu exports (1.2) and many programs read; \"-\" is standard output.",
     .run = run,
 };
 

@@ -28,7 +28,7 @@ json rowJson(const RebuildableFinder::Row& row) {
 
 void run(const Request& request) {
     const auto& root = request.operands.front();
-    const auto tree = scanOfExistingRoot(request).tree;
+    const auto tree = scanOfExistingDisk(request, "--rebuildable-json reads files and asks git").tree;
     const UserContext user;
     const InUseChecker::OpenFiles openFiles(takeMappedSnapshot());
     json folders = json::array();

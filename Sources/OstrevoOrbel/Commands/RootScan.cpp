@@ -2,7 +2,10 @@
 
 #include "Commands/CommandOutput.h"
 #include "Commands/Request.h"
+#include "Safety/PathCanonicalizer.h"
+#include "Saved/OpenScan.h"
 #include "Scan/TreeScanner.h"
+#include "Util/Utf8.h"
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -23,17 +26,23 @@ namespace {
     finishUnread(root, error ? error.message() : "could not be read");
 }
 
-ScanResult scanOf(const std::string& root, const Request& request, const ScanWatch& watch) {
+ScanResult measured(const std::string& root, const Request& request, const ScanWatch& watch = {}) {
     const ScanCancellation nobodyCancels;
     return TreeScanner::scan(root, std::nullopt,
                              watch.cancellation != nullptr ? *watch.cancellation : nobodyCancels,
                              watch.progress, {.paths = {}, .patterns = request.values(excludeOption.name)});
 }
 
+nlohmann::json knownText(const std::string& text) {
+    return text.empty() ? nlohmann::json(nullptr) : nlohmann::json(lossyUtf8(text));
+}
+
 } // namespace
 
-ScanResult scanOfRoot(const Request& request) {
-    return scanOf(request.operands.front(), request, {});
+std::optional<Date> RootScan::measuredAt() const {
+    if (!keptOrigin)
+        return std::chrono::floor<Date::duration>(result.startedAt);
+    return keptOrigin->measuredAt == Date() ? std::nullopt : std::optional(keptOrigin->measuredAt);
 }
 
 RootScan RootScan::ofKept(KeptScan kept) {
@@ -48,7 +57,7 @@ RootScan RootScan::ofKept(KeptScan kept) {
 }
 
 std::optional<RootScan> scanInFile(const std::string& path, const Request& request) {
-    auto kept = readScanFile(path);
+    auto kept = openScan(path);
     if (!kept)
         return std::nullopt;
     if (!*kept)
@@ -59,36 +68,59 @@ std::optional<RootScan> scanInFile(const std::string& path, const Request& reque
     return RootScan::ofKept(**std::move(kept));
 }
 
-RootScan scanOrFileOf(const std::string& root, const Request& request, const ScanWatch& watch) {
+RootScan scanOf(const std::string& root, const Request& request, const ScanWatch& watch) {
     auto kept = scanInFile(root, request);
     return kept ? *std::move(kept)
-                : RootScan{.result = scanOf(root, request, watch), .keptOrigin = std::nullopt};
+                : RootScan{.result = measured(root, request, watch), .keptOrigin = std::nullopt};
 }
 
-RootScan scanOrFileOfRoot(const Request& request) {
-    return scanOrFileOf(request.operands.front(), request);
+RootScan scanOfRoot(const Request& request) {
+    return scanOf(request.operands.front(), request);
 }
 
-RootScan scanOrFileOfExisting(const std::string& root, const Request& request, const ScanWatch& watch) {
-    auto scan = scanOrFileOf(root, request, watch);
+ScanResult scanOfDisk(const Request& request, std::string_view need) {
+    const auto& root = request.operands.front();
+    if (isScan(root))
+        finishWrongUsage(std::string(need) + ", so it needs the disk: give a folder");
+    return measured(root, request);
+}
+
+RootScan scanOfExisting(const std::string& root, const Request& request, const ScanWatch& watch) {
+    auto scan = scanOf(root, request, watch);
     if (scan.result.tree.count() == 0)
         finishUnmeasured(root);
     return scan;
 }
 
-RootScan scanOrFileOfExistingRoot(const Request& request, const ScanWatch& watch) {
-    return scanOrFileOfExisting(request.operands.front(), request, watch);
+RootScan scanOfExistingRoot(const Request& request) {
+    return scanOfExisting(request.operands.front(), request);
 }
 
-ScanResult scanOfExistingRoot(const Request& request) {
-    auto result = scanOfRoot(request);
+ScanResult scanOfExistingDisk(const Request& request, std::string_view need) {
+    auto result = scanOfDisk(request, need);
     if (result.tree.count() == 0)
         finishUnmeasured(request.operands.front());
     return result;
 }
 
+nlohmann::json originJson(const RootScan& scan) {
+    const auto& tree = scan.result.tree;
+    const auto origin = scan.keptOrigin ? *scan.keptOrigin : ScanOrigin::ofHere(scan.result);
+    const auto measuredAt = scan.measuredAt();
+    return {{"root", tree.path(0, PathCanonicalizer::shared())},
+            {"measuredAt", measuredAt ? nlohmann::json(iso8601(*measuredAt)) : nullptr},
+            {"program", knownText(origin.program)},
+            {"machine", knownText(origin.machine)},
+            {"user", knownText(origin.user)}};
+}
+
+void putKeptScan(nlohmann::json& report, const RootScan& scan) {
+    if (scan.keptOrigin)
+        report["keptScan"] = originJson(scan);
+}
+
 void putExcluded(nlohmann::json& report, const FileTree& tree) {
-    if (!tree.exclusions.isEmpty())
+    if (!tree.exclusions.isEmpty() || !tree.excludedNodes.empty())
         report["excluded"] = {{"count", tree.excludedNodes.size()}, {"patterns", tree.exclusions.patterns}};
 }
 

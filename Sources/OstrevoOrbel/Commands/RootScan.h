@@ -7,6 +7,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
+#include <string_view>
 
 namespace orbel {
 
@@ -16,7 +17,7 @@ inline constexpr CommandOption excludeOption{.name = "--exclude", .takes = "PATT
 /// A scan, and where it comes from when it was not made just now.
 struct RootScan {
     ScanResult result;
-    std::optional<ScanOrigin> keptOrigin; ///< of a scan file
+    std::optional<ScanOrigin> keptOrigin; ///< of a scan file or an export
 
     static RootScan ofKept(KeptScan kept);
 
@@ -24,6 +25,9 @@ struct RootScan {
     std::optional<VolumeInfo> volume() const {
         return keptOrigin ? keptOrigin->volume : VolumeInfo::read(result.tree.requestedRootPath);
     }
+
+    /// When it was made; absent when the file does not say so.
+    std::optional<Date> measuredAt() const;
 };
 
 /// What goes on beside a scan. A scan file is read without either.
@@ -33,25 +37,33 @@ struct ScanWatch {
 };
 
 /// Measures the ROOT of a command without what the request excludes, or takes the scan that is in a scan
-/// file in its place. Ends the process when such a file is not to be believed.
-RootScan scanOrFileOfRoot(const Request& request);
+/// file or an export in its place. Ends the process when such a file is not to be believed.
+RootScan scanOfRoot(const Request& request);
 
 /// The same for one of several operands.
-RootScan scanOrFileOf(const std::string& root, const Request& request, const ScanWatch& watch = {});
+RootScan scanOf(const std::string& root, const Request& request, const ScanWatch& watch = {});
 
-/// The scan in a scan file; absent for all that is none. Ends the process when it is not to be believed.
+/// The scan in a scan file or an export; absent for all that is none. Ends the process when it is not to be
+/// believed.
 std::optional<RootScan> scanInFile(const std::string& path, const Request& request);
 
-/// Measures the ROOT of a command that has to look at the disk besides the scan: a scan file is measured like
-/// any other file.
-ScanResult scanOfRoot(const Request& request);
+/// Measures the ROOT of a command that has to look at the disk besides the scan. A file with a scan in it is
+/// wrong usage, and `need` says why: "--duplicates-json compares contents".
+ScanResult scanOfDisk(const Request& request, std::string_view need);
 
-// When nothing can be measured, these say why on standard error and end the process as incomplete: an empty
-// list would read as "nothing found".
+/// As scanOfRoot(). When nothing can be measured, says why on standard error and ends the process as
+/// incomplete: an empty list would read as "nothing found".
+RootScan scanOfExistingRoot(const Request& request);
+/// The same as scanOfDisk().
+ScanResult scanOfExistingDisk(const Request& request, std::string_view need);
 
-RootScan scanOrFileOfExisting(const std::string& root, const Request& request, const ScanWatch& watch = {});
-RootScan scanOrFileOfExistingRoot(const Request& request, const ScanWatch& watch = {});
-ScanResult scanOfExistingRoot(const Request& request);
+RootScan scanOfExisting(const std::string& root, const Request& request, const ScanWatch& watch = {});
+
+/// Where and when a scan was made, and of what, as far as that is known.
+nlohmann::json originJson(const RootScan& scan);
+
+/// Of a scan that was kept, where and when it was made, as far as that is known; else nothing.
+void putKeptScan(nlohmann::json& report, const RootScan& scan);
 
 /// How many entries were left out of a scan that was told to leave some out; else nothing.
 void putExcluded(nlohmann::json& report, const FileTree& tree);

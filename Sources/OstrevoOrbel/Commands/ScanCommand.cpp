@@ -38,7 +38,7 @@ int save(const RootScan& scan, const std::string& file) {
 void run(const Request& request) {
     const auto limits = ListLimits::in(request, topIn(request));
     const auto file = request.value("--save");
-    const auto scan = file ? scanOrFileOfExistingRoot(request) : scanOrFileOfRoot(request);
+    const auto scan = file ? scanOfExistingRoot(request) : scanOfRoot(request);
     const ScanResult& result = scan.result;
     if (scan.keptOrigin && request.has("--growth"))
         finishWrongUsage("--growth compares a scan that is made now, not one in a file");
@@ -83,7 +83,7 @@ constinit const Command scanCommand{
         "ROOT with the same exclusions are added. With --save, the whole scan is kept in FILE, which can be "
         "given in place of ROOT later, and on another machine; with \"-\" it is written to standard output "
         "in "
-        "place of the report.",
+        "place of the report. An export of ncdu (also compressed) can be given in place of ROOT likewise.",
     .run = run,
 };
 

@@ -4,7 +4,6 @@
 #include "Safety/PathCanonicalizer.h"
 #include "Scan/Coverage.h"
 #include "Scan/VolumeInfo.h"
-#include "Util/Iso8601.h"
 
 #include <nlohmann/json.hpp>
 
@@ -65,13 +64,6 @@ std::set<NodeIndex> topLevelNodesSharingLinks(const FileTree& tree) {
     return sharing;
 }
 
-json originJson(const FileTree& tree, const ScanOrigin& origin) {
-    return {{"root", tree.path(0, PathCanonicalizer::shared())},
-            {"measuredAt", iso8601(origin.measuredAt)},
-            {"machine", origin.machine},
-            {"user", origin.user}};
-}
-
 json scanReport(const std::string& root, const RootScan& scan, const ListLimits& limits, bool isNested) {
     const ScanResult& result = scan.result;
     const FileTree& tree = result.tree;
@@ -88,8 +80,7 @@ json scanReport(const std::string& root, const RootScan& scan, const ListLimits&
         {"peakFootprintBytes", platform::peakFootprintBytes()},
         {"children", topLevelOf(tree, limits, isNested)},
     };
-    if (const auto& origin = scan.keptOrigin)
-        report["keptScan"] = originJson(tree, *origin);
+    putKeptScan(report, scan);
     if (const auto volume = scan.volume()) {
         json figures = *volume;
         figures["purgeable"] = volume->purgeable();

@@ -15,9 +15,6 @@ namespace orbel {
 nlohmann::json scanReport(const std::string& root, const RootScan& scan, const ListLimits& limits,
                           bool isNested = false);
 
-/// Where and when a scan was made, and of what: "root", "measuredAt", "machine" and "user".
-nlohmann::json originJson(const FileTree& tree, const ScanOrigin& origin);
-
 /// The children of the root that share a hard-linked file with another child of the root: what one of them
 /// occupies depends on the other.
 std::set<NodeIndex> topLevelNodesSharingLinks(const FileTree& tree);

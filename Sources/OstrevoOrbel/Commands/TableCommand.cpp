@@ -24,7 +24,7 @@ RootScan watchedScan(const Request& request) {
     ScanWatch watch{.cancellation = &stopScanOnInterrupt()};
     if (form.isTerminal)
         watch.progress = [&](const ScanProgress& progress) { line.show(progress); };
-    auto scan = scanOrFileOfExistingRoot(request, watch);
+    auto scan = scanOfExisting(request.operands.front(), request, watch);
     line.erase();
     return scan;
 }

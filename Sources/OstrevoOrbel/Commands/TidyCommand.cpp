@@ -43,16 +43,35 @@ json rowsJson(const std::vector<Row>& rows) {
     return list;
 }
 
-void run(const Request& request) {
-    const auto& root = request.operands.front();
-    const auto tree = scanOfExistingRoot(request).tree;
+/// What the tree of a kept scan tells by itself; where a shortcut leads only the disk tells.
+json keptLists(const FileTree& tree) {
+    json rows = json::array();
+    for (const auto& row : EmptyFolderFinder::shownOnly(tree)) {
+        auto& object = rows.emplace_back(rowJson(row));
+        if (!tree.isModifiedKnown(row.index))
+            object["changed"] = nullptr;
+    }
+    return {{"emptyFolders", std::move(rows)}, {"brokenShortcuts", nullptr}};
+}
+
+json listsOf(const RootScan& scan) {
+    const auto& tree = scan.result.tree;
+    if (scan.keptOrigin)
+        return keptLists(tree);
     const UserContext user;
     const auto now = currentDate();
-    json report{{"unreadable", tree.unreadableCount},
-                {"emptyFolders", rowsJson(EmptyFolderFinder().run(tree, user.policy(), now))},
-                {"brokenShortcuts", rowsJson(BrokenShortcutFinder().run(tree, user.policy(), now))}};
-    putPath(report, "root", root);
+    return {{"emptyFolders", rowsJson(EmptyFolderFinder().run(tree, user.policy(), now))},
+            {"brokenShortcuts", rowsJson(BrokenShortcutFinder().run(tree, user.policy(), now))}};
+}
+
+void run(const Request& request) {
+    const auto scan = scanOfExistingRoot(request);
+    const auto& tree = scan.result.tree;
+    auto report = listsOf(scan);
+    report["unreadable"] = tree.unreadableCount;
+    putPath(report, "root", request.operands.front());
     putExcluded(report, tree);
+    putKeptScan(report, scan);
     finish(prettyJson(report) + "\n");
 }
 
@@ -67,7 +86,7 @@ constinit const Command tidyCommand{
     .options = options,
     .help = "Print as JSON the empty folders in ROOT, the topmost of those inside each other, and the broken "
             "shortcuts: links, launchers and autostart entries that lead nowhere, and the file manager's "
-            "bookmarks whose folder is gone.",
+            "bookmarks whose folder is gone. Of a scan in the file ROOT, only the empty folders.",
     .run = run,
 };
 

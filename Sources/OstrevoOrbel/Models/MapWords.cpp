@@ -15,9 +15,7 @@ QString shareText(std::uint64_t bytes, std::uint64_t whole) {
 }
 
 QString changedText(const FileTree& tree, NodeIndex node) {
-    const bool isUnknown =
-        tree.flags(node).contains(NodeFlags::otherVolume) && tree.modifiedMinutes[node] == 0;
-    return isUnknown ? QStringLiteral("—") : dayAndClockText(tree.modified(node));
+    return tree.isModifiedKnown(node) ? dayAndClockText(tree.modified(node)) : QStringLiteral("—");
 }
 
 QString noteText(const FileTree& tree, NodeIndex node) {
