@@ -93,7 +93,8 @@ private:
     /// The two and all that is in both, when they are the same object under two paths; else nothing.
     Pairs pairsIfMoved(NodeIndex old, NodeIndex now) const {
         const bool isFolder = after_.isFolder(now);
-        const bool isSameTime = before_.modifiedMinutes[old] == after_.modifiedMinutes[now];
+        const bool isSameTime =
+            before_.isModifiedKnown(old) && before_.modifiedMinutes[old] == after_.modifiedMinutes[now];
         Pairs pairs{{old, now}};
         if (before_.isFolder(old) != isFolder || isKnown(before_, old) != isKnown(after_, now))
             return {};

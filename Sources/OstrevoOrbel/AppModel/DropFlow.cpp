@@ -2,7 +2,7 @@
 
 #include "Models/Wording.h"
 #include "Platform/FileStatus.h"
-#include "Saved/ScanFile.h"
+#include "Saved/OpenScan.h"
 #include "Util/FileUrl.h"
 #include "Util/PathText.h"
 
@@ -35,7 +35,7 @@ void DropFlow::enter(const QList<QUrl>& urls) {
                 if (status && status->type == platform::FileType::directory) {
                     if (found.folders++ == 0)
                         found.folder = path;
-                } else if (!found.scanFile && isScanFile(path)) {
+                } else if (!found.scanFile && isScan(path)) {
                     found.scanFile = path;
                 }
             }

@@ -3,6 +3,7 @@
 #include "Models/Wording.h"
 #include "Platform/MountTable.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Saved/OpenScan.h"
 #include "Saved/ScanArchive.h"
 #include "Util/FileUrl.h"
 #include "Util/PathResolver.h"
@@ -133,7 +134,7 @@ void KeptScanFlow::open(const std::string& path) {
     const auto shown = textOf(tildePath(path, environment_.home));
     job_.run(
         [path, shown, home = environment_.home]() -> Opened {
-            auto kept = readScanFile(path);
+            auto kept = openScan(path);
             if (!kept)
                 return std::unexpected(tr("%1 is not a scan file.").arg(shown));
             if (!*kept)
