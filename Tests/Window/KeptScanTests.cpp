@@ -1,15 +1,12 @@
 #include "AppModel/KeptScanFlow.h"
 #include "AppModel/TreeEdits.h"
-#include "ModelScene.h"
-#include "RealHome.h"
+#include "HomeWithFilms.h"
 #include "SampleDisk.h"
-#include "Saved/ScanFile.h"
+#include "Saved/ScanArchive.h"
 #include "Snapshots.h"
-#include "Support/TreeBuilder.h"
 #include "WindowScene.h"
 
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <QSignalSpy>
 
@@ -19,31 +16,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A measured home, and a scan of the very same paths that was kept on another computer.
-struct KeptScanOf : testing::Test {
-    KeptScanOf() {
-        useRealHome(scene.environment, home.path());
-        scene.environment.dataVolumePath = home.path();
-        scene.environment.journalPath = home.path("journal/journal.jsonl");
-        scene.environment.systemPlaces = [looks = looks](const std::string&, const FileTree&,
-                                                         const ScanCancellation&) {
-            ++*looks;
-            return std::vector<SystemPlace>();
-        };
-        film = home.file("Videos/a.mkv", std::size_t{200'000});
-        copy = home.file("Videos/b.mkv", std::size_t{200'000});
-        home.folder("Empty");
-    }
+/// A home, and a scan of the very same paths that was kept on another computer.
+struct KeptScanOf : HomeWithFilms {
     void measure() {
         app().scan()->startScan(home.path());
         scene.waitUntil([this] { return app().scan()->hasTree(); });
     }
     std::string kept(const std::string& machine = "larch") {
-        auto result = scene.environment.scan(home.path(), {}, [](const ScanProgress&) {}, {});
         ScanOrigin origin{.machine = machine, .user = {}, .program = {}};
         origin.volume =
             VolumeInfo{.total = 5000, .free = 1000, .used = 3000, .availableForImportantUsage = 1000};
-        return home.file("larch.orbel", scanFileBytes(result.tree, origin));
+        return home.file("larch.orbel", scanFileBytes(scanned().tree, origin));
     }
     void open(const std::string& path) {
         const QSignalSpy ended(app().scan(), &ScanFlow::scanFinished);
@@ -51,16 +34,6 @@ struct KeptScanOf : testing::Test {
         app().kept()->openFile(QUrl::fromLocalFile(QString::fromStdString(path)));
         scene.waitUntil([&] { return ended.count() + failed.count() > 0; });
     }
-    AppModel& app() { return scene.model(); }
-    NodeIndex node(const std::string& path) {
-        return app().scan()->tree()->index(path, PathCanonicalizer::shared()).value();
-    }
-
-    TemporaryFolder home;
-    ModelScene scene;
-    std::shared_ptr<std::atomic<int>> looks = std::make_shared<std::atomic<int>>(0);
-    std::string film;
-    std::string copy;
 };
 
 } // namespace
@@ -179,6 +152,27 @@ TEST_F(KeptScanOf, AFileThatIsDamagedOrNoneChangesNothing) {
     app().scan()->startScan(home.path());
     app().kept()->open(whole);
     EXPECT_EQ(app().notice()->text(), QStringLiteral("A scan is opened when nothing else runs."));
+}
+
+TEST_F(KeptScanOf, OnlyWhatIsMeasuredHereIsKeptAndOnlyWhileThatIsWanted) {
+    scene.environment.scansFolder = home.path("scans");
+    const ScanArchive archive(scene.environment.scansFolder);
+    const auto keptScans = [&] {
+        scene.waitUntil([this] { return !app().compare()->isBusy(); });
+        return archive.size().scans;
+    };
+    const auto file = kept();
+    measure();
+    EXPECT_EQ(keptScans(), 1);
+    open(file);
+    EXPECT_EQ(keptScans(), 1) << "not of another computer";
+    app().keeping()->keepNone();
+    scene.waitUntil([&] { return archive.size().scans == 0; });
+    measure();
+    EXPECT_EQ(keptScans(), 0);
+    app().keeping()->keep();
+    measure();
+    EXPECT_EQ(keptScans(), 1);
 }
 
 TEST_F(KeptScanOf, TheCommandLineIsOpenedUnlessItMeasures) {

@@ -1,7 +1,6 @@
 #include "AppModel/KeptScanSettings.h"
 #include "AppModel/TreeEdits.h"
-#include "ModelScene.h"
-#include "RealHome.h"
+#include "HomeWithFilms.h"
 #include "SampleDisk.h"
 #include "Saved/ScanArchive.h"
 #include "Snapshots.h"
@@ -18,19 +17,10 @@ namespace {
 namespace fs = std::filesystem;
 
 /// A home that was measured the day before, by a window that has been closed since.
-struct LastScanOf : testing::Test {
+struct LastScanOf : HomeWithFilms {
     LastScanOf() {
-        useRealHome(scene.environment, home.path());
-        scene.environment.dataVolumePath = home.path();
         scene.environment.scansFolder = home.path("scans");
-        scene.environment.systemPlaces = [looks = looks](const std::string&, const FileTree&,
-                                                         const ScanCancellation&) {
-            ++*looks;
-            return std::vector<SystemPlace>();
-        };
-        film = home.file("Videos/a.mkv", std::size_t{200'000});
-        copy = home.file("Videos/b.mkv", std::size_t{200'000});
-        const auto result = scene.environment.scan(home.path(), {}, [](const ScanProgress&) {}, {});
+        const auto tree = scanned().tree;
         const auto now = std::chrono::floor<Date::duration>(scene.world()->now);
         const ScanOrigin origin{
             .measuredAt = now - std::chrono::days(1),
@@ -38,19 +28,9 @@ struct LastScanOf : testing::Test {
             .user = {},
             .program = {},
             .volume = VolumeInfo{.total = 1000, .free = 350, .used = 550, .availableForImportantUsage = 350}};
-        EXPECT_TRUE(ScanArchive(home.path("scans")).keep(result.tree, origin, now));
-        KnownRoots(*scene.environment.settings, home.path()).note(home.path(), result.tree.count());
+        EXPECT_TRUE(ScanArchive(home.path("scans")).keep(tree, origin, now));
+        KnownRoots(*scene.environment.settings, home.path()).note(home.path(), tree.count());
     }
-    AppModel& app() { return scene.model(); }
-    NodeIndex node(const std::string& path) {
-        return app().scan()->tree()->index(path, PathCanonicalizer::shared()).value();
-    }
-
-    TemporaryFolder home;
-    ModelScene scene;
-    std::shared_ptr<std::atomic<int>> looks = std::make_shared<std::atomic<int>>(0);
-    std::string film;
-    std::string copy;
 };
 
 } // namespace
