@@ -72,6 +72,8 @@ const Change& ChangesModel::changeAt(int row) const {
 }
 
 QString ChangesModel::folderText(const FileTree& tree, NodeIndex node) const {
+    if (node == 0)
+        return tr("All that was measured");
     return textOf(tildePath(parentPath(tree.path(node, PathCanonicalizer::shared())), home_));
 }
 

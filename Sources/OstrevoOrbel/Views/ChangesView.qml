@@ -30,8 +30,7 @@ ScreenFrame {
 
     firstFocus: (listed ? table : state.visible ? state : null) as Item
     objectName: "changes"
-    scope: [app.scan.scopeText, compared ? qsTr("compared with the scan of %1").arg(app.compare.growth.since) : ""]
-        .filter(words => words !== "").join(" · ")
+    scope: app.scan.scopeText
     status: listed ? table.status : ""
     title: qsTr("All Changes")
 
@@ -48,7 +47,6 @@ ScreenFrame {
             choices: view.app.compare.scans
             menuWidth: Theme.px(320)
             mostValue: Theme.px(view.narrow ? 150 : 260)
-            narrow: view.narrow
             objectName: "changes.since"
             value: view.app.compare.growth.since
             visible: choices.length > 0

@@ -10,7 +10,8 @@ Rectangle {
     property int size: Theme.px(20)
 
     border.color: Theme.control
-    border.width: color === Theme.surface ? 1 : 0
+    // What has gone (NodeChange::went) has no colour of its own.
+    border.width: change === 3 ? 1 : 0
     color: Theme.map.changeFills[chip.change]
     implicitHeight: size
     implicitWidth: size
