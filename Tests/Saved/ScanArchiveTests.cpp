@@ -63,6 +63,7 @@ TEST(ScanArchive, KeepsTheScansOfEachRoot) {
     EXPECT_EQ(keptBytes(archive), (Sizes{2000, 1000})) << "the newest first";
     EXPECT_EQ(archive.newest("/data", {})->tree.allocated(0), 2000);
     EXPECT_EQ(archive.newest("/data", {})->origin.measuredAt, monday + hours(2));
+    EXPECT_EQ(archive.newest("/data", {}, monday + hours(2))->tree.allocated(0), 1000) << "made before";
     EXPECT_EQ(modeOf(home.path("data/scans")), 0700);
     const auto entry = archive.of("/other").at(0);
     EXPECT_EQ(modeOf(entry.path), 0600);

@@ -1,4 +1,5 @@
 #include "AppModel/AppearanceSettings.h"
+#include "FakeDesktop.h"
 #include "Platform/Linux/Portable/DesktopEntry.h"
 #include "Platform/Linux/Portable/ExecLine.h"
 #include "Services/AutostartLoginItem.h"

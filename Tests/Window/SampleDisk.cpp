@@ -20,8 +20,8 @@ std::uint64_t bytes(double gigabytes) {
     return static_cast<std::uint64_t>(std::llround(gigabytes * GB));
 }
 
-/// The share of each file that a scan has found which was stopped early.
-ScanResult sample(double share) {
+/// The share of each file that a scan has found which was stopped early; or the disk as it was a week before.
+ScanResult sample(double share, bool isEarlier = false) {
     TreeBuilder disk("/");
     const auto homes = disk.folder(0, "home");
     const auto home = disk.folder(homes, "mira");
@@ -29,14 +29,19 @@ ScanResult sample(double share) {
         disk.file(folder, name, bytes(size * share));
     };
     const auto videos = disk.folder(home, "Videos");
-    add(videos, "KJ_A014_ridge.mov", 46.3);
-    add(videos, "harbour_master.mov", 41.5);
+    add(videos, "KJ_A014_ridge.mov", isEarlier ? 31.7 : 46.3);
+    if (!isEarlier)
+        add(videos, "harbour_master.mov", 41.5);
     const auto machines = disk.folder(home, "virtual-machines");
     add(machines, "win11-build.qcow2", 38.4);
     add(machines, "fedora-test.qcow2", 35.1);
     const auto downloads = disk.folder(home, "Downloads");
     add(downloads, "raspios-full.img", 30.9);
-    add(downloads, "dataset-lidar-tampere.zip", 22.2);
+    const auto dataset =
+        disk.file(isEarlier ? home : downloads, "dataset-lidar-tampere.zip", bytes(22.2 * share));
+    disk.tree.inodes[dataset] = 77;
+    if (isEarlier)
+        add(downloads, "backup-of-the-old-laptop.tar", 18.9);
     const auto pictures = disk.folder(home, "Pictures");
     add(pictures, "raw.arw", 32.6);
     const auto projects = disk.folder(home, "Projects");
@@ -48,7 +53,7 @@ ScanResult sample(double share) {
     const auto documents = disk.folder(home, "Documents");
     add(documents, "scans.pdf", 20.4);
     const auto cache = disk.folder(home, ".cache");
-    add(cache, "yarn.tar.gz", 8.4);
+    add(cache, "yarn.tar.gz", isEarlier ? 12.1 : 8.4);
     const auto apps = disk.folder(home, "Apps");
     add(disk.folder(apps, "DaVinci.app", NodeFlags::package), "resolve", 24.3);
     const auto library = disk.folder(disk.folder(0, "var"), "lib");
@@ -122,6 +127,10 @@ void SampleDisk::keepAsLast(AppEnvironment& environment, const std::string& fold
 
 ScanResult SampleDisk::partlyMeasured() {
     return sample(0.48);
+}
+
+ScanResult SampleDisk::lastWeek() {
+    return sample(1, true);
 }
 
 std::vector<LargeOldQuery::Row> SampleDisk::largeOld(const LargeOldQuery& query, const FileTree& tree,

@@ -28,6 +28,8 @@ struct SampleDisk {
     static void keepAsLast(AppEnvironment& environment, const std::string& folder);
     /// What a scan has found that is stopped after 3.9 seconds.
     static ScanResult partlyMeasured();
+    /// What a scan found a week before: one file came since, one went, one moved, others grew or shrank.
+    static ScanResult lastWeek();
     /// Its large files, all of which are old; one is open, one shares its storage, some are protected.
     static std::vector<LargeOldQuery::Row> largeOld(const LargeOldQuery& query, const FileTree& tree,
                                                     const SafetyPolicy& policy, Date now,

@@ -2,7 +2,6 @@
 #include "AppModel/LargeOldFlow.h"
 #include "SampleApps.h"
 #include "SampleDisk.h"
-#include "Saved/ScanArchive.h"
 #include "Snapshots.h"
 #include "WindowScene.h"
 
@@ -20,10 +19,18 @@ void showScreen(WindowScene& scene, const char* screen) {
 
 /// Every screen as somebody sees it who has measured the disk, then the pages beside the screens.
 void keepScreens(WindowScene& scene, const QString& suffix) {
+    scene.app().showChanges();
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().changes()->isKnown(); }));
+    scene.settle();
+    keepPicture(scene, QStringLiteral("changes") + suffix);
     for (const auto* screen : {"overview", "map", "large", "duplicates", "uninstall", "tidy", "journal"}) {
         showScreen(scene, screen);
         keepPicture(scene, QLatin1String(screen) + suffix);
     }
+    scene.app().map()->setByChange(true);
+    ASSERT_TRUE(scene.waitUntil([&] { return scene.app().map()->nodeChanges() != nullptr; }));
+    showScreen(scene, "map");
+    keepPicture(scene, QStringLiteral("map-changes") + suffix);
     scene.press(Qt::Key_Comma, Qt::ControlModifier);
     keepPicture(scene, QStringLiteral("settings") + suffix);
     scene.press(Qt::Key_F1);
@@ -70,11 +77,7 @@ class WindowSnapshot : public testing::TestWithParam<Sized> {};
 
 TEST_P(WindowSnapshot, IsNeitherBlankNorCutOff) {
     WindowScene scene;
-    scene.environment.scansFolder = scene.folder() + "/scans";
-    ScanOrigin lastWeek;
-    lastWeek.measuredAt = currentDate() - std::chrono::days(7);
-    EXPECT_TRUE(ScanArchive(scene.environment.scansFolder)
-                    .keep(SampleDisk::partlyMeasured().tree, lastWeek, currentDate()));
+    scene.keepScan(SampleDisk::lastWeek(), 7);
     scene.open(GetParam().width, GetParam().height);
     scene.setFontScale(GetParam().fontScale);
     const QLatin1String suffix(GetParam().suffix);
@@ -154,6 +157,23 @@ TEST(WindowSnapshotOf, AppsAndWhatTheyLeave) {
         scene.press(Qt::Key_Up);
         rest();
         keepPicture(scene, name.arg(QStringLiteral("running")));
+    }
+}
+
+TEST(WindowSnapshotOf, TheScansToCompareWith) {
+    for (const auto& [suffix, width, height, fontScale] :
+         {Sized{"", 1440, 900, 1}, Sized{"-800x560", 800, 560, 1}, Sized{"-large-font", 1440, 900, 2}}) {
+        WindowScene scene;
+        scene.keepScan(SampleDisk::lastWeek(), 7);
+        scene.open(width, height);
+        scene.setFontScale(fontScale);
+        scene.app().scan()->scanDisk();
+        ASSERT_TRUE(scene.waitUntil([&] { return scene.app().compare()->scan() == 0; }));
+        scene.app().showChanges();
+        scene.settle();
+        scene.click(QStringLiteral("changes.since"));
+        scene.picture().save(QStringLiteral(ORBEL_SNAPSHOTS "/since-menu") + QLatin1String(suffix)
+                             + QLatin1String(".png"));
     }
 }
 

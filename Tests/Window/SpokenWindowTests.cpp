@@ -356,6 +356,36 @@ TEST(SpokenWindowOf, TheLastScanAndWhatIsKept) {
     scene.expectSpoken("last-clear");
 }
 
+TEST(SpokenWindowOf, WhatChanged) {
+    for (const auto& [suffix, width, height] : {std::tuple("", 1440, 900), {"-800x560", 800, 560}}) {
+        SpokenWindow scene;
+        scene.keepScan(SampleDisk::lastWeek(), 7);
+        scene.open(width, height);
+        scene.measure("/");
+        ASSERT_TRUE(scene.waitUntil([&] { return scene.app().compare()->scan() == 0; }));
+        const auto expectSpoken = [&](const char* name) {
+            scene.expectSpoken((std::string(name) + suffix).c_str());
+        };
+        scene.settle();
+        expectSpoken("overview-compared");
+        scene.app().showChanges();
+        ASSERT_TRUE(scene.waitUntil([&] { return scene.app().changes()->isKnown(); }));
+        scene.settle();
+        expectSpoken("changes");
+        scene.click(QStringLiteral("changes.since"));
+        expectSpoken("changes-since");
+        scene.press(Qt::Key_Escape);
+        scene.press(Qt::Key_F10, Qt::ShiftModifier);
+        expectSpoken("changes-menu");
+        scene.press(Qt::Key_Escape);
+        scene.app().map()->setByChange(true);
+        scene.show("map");
+        ASSERT_TRUE(scene.waitUntil([&] { return scene.app().map()->nodeChanges() != nullptr; }));
+        scene.settle();
+        expectSpoken("map-changes");
+    }
+}
+
 TEST(SpokenWindowOf, ANarrowWindow) {
     SpokenWindow scene;
     scene.open(800, 560);

@@ -2,6 +2,7 @@
 
 #include "Models/IconAddress.h"
 #include "SampleDisk.h"
+#include "Saved/ScanArchive.h"
 #include "Services/AppIcons.h"
 #include "Util/Check.h"
 
@@ -98,6 +99,13 @@ WindowScene::~WindowScene() {
     releaseScans();
     engine_.reset();
     app_.reset();
+}
+
+void WindowScene::keepScan(const ScanResult& scan, int daysAgo) {
+    environment.scansFolder = folder_.path("scans");
+    ScanOrigin origin;
+    origin.measuredAt = currentDate() - std::chrono::days(daysAgo);
+    EXPECT_TRUE(ScanArchive(environment.scansFolder).keep(scan.tree, origin, currentDate()));
 }
 
 void WindowScene::open(int width, int height) {

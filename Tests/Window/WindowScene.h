@@ -24,6 +24,8 @@ public:
 
     /// To be changed before `open`.
     AppEnvironment environment;
+    /// Keeps a scan of so many days ago, for the ones that follow to be compared with.
+    void keepScan(const ScanResult& scan, int daysAgo);
     void open(int width = 1440, int height = 900);
 
     AppModel& app() { return *app_; }

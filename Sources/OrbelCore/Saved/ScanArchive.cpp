@@ -155,10 +155,11 @@ std::expected<KeptScan, std::string> ScanArchive::read(const Entry& entry) const
     return bytes ? scanFromFile(*bytes) : std::unexpected(std::string("The kept scan could not be read"));
 }
 
-std::optional<KeptScan> ScanArchive::newest(const std::string& root,
-                                            const std::vector<std::string>& patterns) const {
+std::optional<KeptScan> ScanArchive::newest(const std::string& root, const std::vector<std::string>& patterns,
+                                            Date end) const {
     for (const auto& entry : of(root)) {
-        if (!arePatternsAlike(entry.header.exclusions.patterns, patterns))
+        if (entry.header.origin.measuredAt >= end
+            || !arePatternsAlike(entry.header.exclusions.patterns, patterns))
             continue;
         if (auto kept = read(entry))
             return *std::move(kept);

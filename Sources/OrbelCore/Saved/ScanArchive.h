@@ -51,9 +51,10 @@ public:
     /// The tree of one of them; the error is in words for people.
     std::expected<KeptScan, std::string> read(const Entry& entry) const;
 
-    /// The newest kept scan of that root which left out the same patterns; absent when there is none that
-    /// can be read.
-    std::optional<KeptScan> newest(const std::string& root, const std::vector<std::string>& patterns) const;
+    /// The newest kept scan of that root which left out the same patterns and was made before `end`; absent
+    /// when there is none that can be read.
+    std::optional<KeptScan> newest(const std::string& root, const std::vector<std::string>& patterns,
+                                   Date end = Date::max()) const;
 
     /// Of all that is kept, also of what cannot be read.
     Size size() const;

@@ -32,6 +32,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
       scan_(environment_, disk_, activity_, notice_),
       keeping_(environment_, notice_),
       compare_(environment_, scan_, keeping_, notice_),
+      changes_(environment_, compare_),
       kept_(environment_, scan_, disk_, activity_, notice_),
       system_(environment_, scan_),
       recent_(environment_, scan_),
@@ -57,6 +58,10 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
     connect(&shown_, &ShownScreen::changed, this, &AppModel::screenChanged);
     connect(&actions_, &ItemActions::mapWanted, this, &AppModel::showOnMap);
     connect(&map_, &MapModel::tickRefused, &actions_, &ItemActions::explainRefusal);
+    connect(&map_, &MapModel::byChangeChanged, &compare_,
+            [this] { compare_.need(CompareFlow::Need::map, map_.isByChange()); });
+    connect(&compare_, &CompareFlow::comparedChanged, &map_,
+            [this] { map_.setCompared(compare_.compared()); });
     connect(&actions_, &ItemActions::measureWanted, &rescan_, &RescanFlow::start);
     connect(&actions_, &ItemActions::exclusionWanted, &exclusions_, &ExclusionFlow::exclude);
     connect(&actions_, &ItemActions::inclusionWanted, &exclusions_, &ExclusionFlow::include);

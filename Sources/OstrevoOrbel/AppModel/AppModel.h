@@ -4,6 +4,7 @@
 #include "AppModel/AppearanceSettings.h"
 #include "AppModel/AppEnvironment.h"
 #include "AppModel/AppsFlow.h"
+#include "AppModel/ChangesFlow.h"
 #include "AppModel/CompareFlow.h"
 #include "AppModel/DiskState.h"
 #include "AppModel/DropFlow.h"
@@ -60,6 +61,8 @@ class AppModel final : public QObject {
     Q_PROPERTY(orbel::RescanFlow* rescan READ rescan CONSTANT)
     /// What changed since an earlier scan.
     Q_PROPERTY(orbel::CompareFlow* compare READ compare CONSTANT)
+    /// All of it, row by row.
+    Q_PROPERTY(orbel::ChangesFlow* changes READ changes CONSTANT)
     /// Outside the home, freed by a command.
     Q_PROPERTY(orbel::SystemPlacesFlow* system READ system CONSTANT)
     /// What is left out of measuring.
@@ -92,6 +95,8 @@ public:
     Q_INVOKABLE void showAbout() { Q_EMIT aboutWanted(); }
     /// Shows what is left out of measuring, where that is chosen.
     Q_INVOKABLE void showExclusions() { Q_EMIT exclusionsWanted(); }
+    /// Shows all that changed since an earlier scan.
+    Q_INVOKABLE void showChanges() { Q_EMIT changesWanted(); }
     Q_INVOKABLE void copyText(const QString& text) { environment_.desktop->copyText(text); }
     /// Shows a node of the current tree on the map.
     Q_INVOKABLE void showOnMap(quint32 node);
@@ -124,6 +129,7 @@ public:
     KeptScanFlow* kept() { return &kept_; }
     KeptScanSettings* keeping() { return &keeping_; }
     CompareFlow* compare() { return &compare_; }
+    ChangesFlow* changes() { return &changes_; }
     SystemPlacesFlow* system() { return &system_; }
     RecentFolders* recent() { return &recent_; }
     DropFlow* drop() { return &drop_; }
@@ -151,6 +157,7 @@ Q_SIGNALS:
     void scanFileWanted(const QUrl& startFolder);
     void aboutWanted();
     void exclusionsWanted();
+    void changesWanted();
 
 private:
     // Each stands on those above it. Threads may outlive this, so they share the policy.
@@ -166,6 +173,7 @@ private:
     ScanFlow scan_;
     KeptScanSettings keeping_;
     CompareFlow compare_;
+    ChangesFlow changes_;
     KeptScanFlow kept_;
     SystemPlacesFlow system_;
     RecentFolders recent_;

@@ -5,12 +5,14 @@
 #include "Delete/RepositoryNote.h"
 #include "Map/TreemapModel.h"
 #include "Models/ByteFigure.h"
+#include "Models/ChangeTable.h"
 #include "Models/ItemKey.h"
 #include "Models/Wording.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
 #include <bit>
+#include <cstdlib>
 #include <limits>
 #include <QScopeGuard>
 #include <utility>
@@ -249,12 +251,24 @@ void MapModel::toggleKind(int kind) {
     setFilter({.kinds = filter_.kinds ^ 1U << static_cast<unsigned>(kind), .extension = {}});
 }
 
+void MapModel::toggleChange(int change) {
+    changesShown_ ^= 1U << static_cast<unsigned>(change);
+    legend_.setChosen(changesShown_);
+    Q_EMIT legendChanged();
+}
+
 void MapModel::clearFilter() {
     setFilter({});
+    if (changesShown_ != 0) {
+        changesShown_ = 0;
+        legend_.setChosen(0);
+        Q_EMIT legendChanged();
+    }
 }
 
 void MapModel::showOnly(MapFilter filter) {
     goToRoot();
+    setByChange(false);
     setFilter(std::move(filter));
 }
 
@@ -262,6 +276,8 @@ void MapModel::jumpTo(quint32 node) {
     if (node >= tree_->count())
         return;
     // What was chosen in a folder is for that folder: another one is seen as it is.
+    if (changesShown_ != 0)
+        clearFilter();
     if (filter_.isSet() && (TreemapModel::isPlainFolder(*tree_, node) || !filter_.shows(*tree_, node)))
         clearFilter();
     show(node);
@@ -278,21 +294,68 @@ void MapModel::setFilter(MapFilter filter) {
     Q_EMIT legendChanged();
 }
 
+void MapModel::setByChange(bool isByChange) {
+    if (isByChange == isByChange_)
+        return;
+    // What the legend does not show would hide tiles for no reason to be seen.
+    clearFilter();
+    isByChange_ = isByChange;
+    Q_EMIT byChangeChanged();
+    followComparison();
+}
+
+void MapModel::setCompared(std::shared_ptr<const ComparedScans> compared) {
+    compared_ = std::move(compared);
+    followComparison();
+}
+
+void MapModel::followComparison() {
+    updateLegend();
+    Q_EMIT legendChanged();
+    Q_EMIT selectionChanged();
+}
+
+const std::vector<NodeChange>* MapModel::nodeChanges() const {
+    return isByChange_ && compared_ && compared_->after == tree_ ? &compared_->nodes : nullptr;
+}
+
+QString MapModel::changeText(NodeIndex node) const {
+    const auto* const changes = nodeChanges();
+    if (changes == nullptr)
+        return {};
+    const auto change = (*changes)[node];
+    const auto counterpart = compared_->comparison.counterparts[node];
+    if (change == NodeChange::grew || change == NodeChange::shrank) {
+        const auto bytes =
+            static_cast<std::int64_t>(tree_->allocated(node) - compared_->before->allocated(counterpart));
+        return tr("%1 by %2")
+            .arg(changeTitle(change), ByteFigure(static_cast<quint64>(std::abs(bytes))).text());
+    }
+    if (change == NodeChange::moved)
+        return tr("Moved from %1")
+            .arg(textOf(tildePath(compared_->before->path(counterpart, canonicalizer()), environment_.home)));
+    return changeTitle(change);
+}
+
 void MapModel::updateLegend() {
     struct Figures {
         KindTotals totals{};
-        std::optional<std::uint64_t> ofExtension;
+        MapLegendModel::ChangeTotals changes{};
+        std::optional<std::uint64_t> ofExtension{};
     };
     legendJob_.drop();
     extensionBytes_.reset();
-    const auto count = [tree = tree_, focus = focus_, extension = filter_.extension] {
-        Figures figures{.totals = kindTotals(*tree, focus), .ofExtension = std::nullopt};
+    const auto count = [tree = tree_, focus = focus_, extension = filter_.extension,
+                        compared = nodeChanges() == nullptr ? nullptr : compared_] {
+        Figures figures{.totals = kindTotals(*tree, focus)};
+        if (compared)
+            figures.changes = changeTotals(compared->nodes, *tree, focus);
         if (!extension.empty())
             figures.ofExtension = extensionBytes(*tree, focus, extension);
         return figures;
     };
     const auto take = [this](const Figures& figures) {
-        legend_.setTotals(figures.totals);
+        legend_.setTotals(figures.totals, figures.changes);
         extensionBytes_ = figures.ofExtension;
         Q_EMIT legendChanged();
     };
@@ -515,6 +578,7 @@ MapItemFacts MapModel::facts(quint32 node) const {
             .changed = changedText(*tree_, node),
             .share = isExcluded ? QStringLiteral("—")
                                 : tr("%1 of %2").arg(shareText(tree_->allocated(node), whole), focusName()),
+            .change = changeText(node),
             .zoomable = zoomTarget(node).has_value(),
             .isFolder = tree_->isFolder(node),
             .excluded = isExcluded};
@@ -558,7 +622,7 @@ QString MapModel::share() const {
     else
         words = coverage_ ? tr("%1 used").arg(words) : tr("%1 measured").arg(words);
     if (!filter_.isSet())
-        return words;
+        return changesShown_ == 0 ? words : tr("%1 · filtered to %2").arg(words, filterText());
     words = tr("%1 · filtered to %2").arg(words, filterText());
     auto shown = extensionBytes_;
     if (filter_.extension.empty()) {
@@ -572,6 +636,10 @@ QString MapModel::share() const {
 QString MapModel::filterText() const {
     if (!filter_.extension.empty())
         return tr(".%1 files").arg(textOf(filter_.extension));
+    if (changesShown_ != 0)
+        return std::has_single_bit(changesShown_)
+                   ? changeTitle(static_cast<NodeChange>(std::countr_zero(changesShown_)))
+                   : tr("%1 kinds of change").arg(std::popcount(changesShown_));
     const int count = std::popcount(filter_.kinds);
     if (count == 0)
         return {};

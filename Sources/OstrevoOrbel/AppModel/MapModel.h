@@ -5,6 +5,7 @@
 #include "AppModel/ScanFlow.h"
 #include "AppModel/TickAll.h"
 #include "Map/MapFilter.h"
+#include "Models/ComparedScans.h"
 #include "Models/KindTotalsModel.h"
 #include "Models/MapCrumbsModel.h"
 #include "Models/MapWords.h"
@@ -50,6 +51,10 @@ class MapModel final : public QObject {
     /// The ContentKind when exactly one is chosen, or that of the chosen extension, else -1.
     Q_PROPERTY(int filterKind READ filterKind NOTIFY legendChanged)
 
+    /// Whether tiles are coloured by what changed since an earlier scan, not by kind; so they are as soon as
+    /// there is a comparison of the tree that is shown.
+    Q_PROPERTY(bool byChange READ isByChange WRITE setByChange NOTIFY byChangeChanged)
+
     Q_PROPERTY(orbel::MapItemFacts selection READ selection NOTIFY selectionChanged)
     /// The row of what is selected; -1 where the list has none.
     Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedRowChanged)
@@ -89,6 +94,8 @@ public:
     Q_INVOKABLE void clearSelection();
     /// Shows only this kind among those that are chosen, or no longer.
     Q_INVOKABLE void toggleKind(int kind);
+    /// The same of a NodeChange, where tiles are coloured by these.
+    Q_INVOKABLE void toggleChange(int change);
     Q_INVOKABLE void clearFilter();
     /// Shows the root, and of it this alone.
     void showOnly(MapFilter filter);
@@ -109,6 +116,9 @@ public:
 
     /// Shows a tree. With that of a scan, this happens by itself.
     void setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage);
+
+    /// What changed, as far as that is known of a tree; needed while tiles are coloured by it.
+    void setCompared(std::shared_ptr<const ComparedScans> compared);
 
     // State.
 
@@ -131,6 +141,14 @@ public:
     const MapFilter& filter() const { return filter_; }
     QString filterText() const;
     int filterKind() const;
+    bool isByChange() const { return isByChange_; }
+    void setByChange(bool isByChange);
+    /// By node, what the tiles are to be coloured by; null where that is their kinds.
+    const std::vector<NodeChange>* nodeChanges() const;
+    /// One bit for each NodeChange that is chosen as a filter; 0: all are shown.
+    unsigned changesShown() const { return changesShown_; }
+    /// "Grew by 5.2 GB", "Moved from ~/Downloads/a.iso"; empty where tiles are coloured by kind.
+    QString changeText(NodeIndex node) const;
     std::optional<NodeIndex> selectedNode() const { return selected_; }
     MapItemFacts selection() const;
     int selectedRow() const { return selected_ ? list_.rows().rowOf(*selected_) : -1; }
@@ -154,6 +172,7 @@ Q_SIGNALS:
     void contentsChanged();
     void safetyChanged();
     void ticksChanged();
+    void byChangeChanged();
     /// What was to be ticked may not be, for this reason.
     void tickRefused(const QString& name, const QString& refusal) const;
 
@@ -162,6 +181,7 @@ private:
     void showFocus();
     void setFilter(MapFilter filter);
     void tellRefusal(quint32 node) const;
+    void followComparison();
     void updateLegend();
     void updateSafety();
     void updateContents();
@@ -187,6 +207,9 @@ private:
     MapListFlow list_;
     MapLegendModel legend_;
     MapFilter filter_;
+    bool isByChange_ = false;
+    unsigned changesShown_ = 0;
+    std::shared_ptr<const ComparedScans> compared_;
     std::optional<std::uint64_t>
         extensionBytes_; ///< what the chosen extension takes up in the focus, once known
     QString contents_;

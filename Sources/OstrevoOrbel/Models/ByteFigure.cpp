@@ -9,6 +9,12 @@ QString ByteFigure::text() const {
     return value() + QLatin1Char(' ') + unit();
 }
 
+QString differenceText(qint64 bytes) {
+    const auto count = static_cast<quint64>(bytes);
+    const auto sign = bytes > 0 ? QStringLiteral("+") : bytes < 0 ? QStringLiteral("\u2212") : QString();
+    return sign + ByteFigure(bytes < 0 ? -count : count).text();
+}
+
 QString ByteFigure::value() const {
     const auto value = ByteFormat::parts(bytes_).value;
     const auto point = value.find('.');

@@ -35,6 +35,9 @@ private:
     quint64 bytes_ = 0;
 };
 
+/// "+5.2 GB", "−5.2 GB"; nothing has no sign.
+QString differenceText(qint64 bytes);
+
 /// The share of a whole, for the length of a bar; 0 of nothing.
 inline double fractionOf(quint64 bytes, quint64 whole) {
     return whole == 0 ? 0 : static_cast<double>(bytes) / static_cast<double>(whole);

@@ -9,7 +9,7 @@ namespace orbel {
 
 void GrowthModel::set(Content content, std::chrono::system_clock::time_point now) {
     folders_.setRows(std::move(content.folders));
-    since_ = content.since ? tr("since %1").arg(recentDayText(*content.since, now)) : QString();
+    since_ = content.since ? recentDayText(*content.since, now) : QString();
     failure_ = std::move(content.failure);
     Q_EMIT changed();
 }

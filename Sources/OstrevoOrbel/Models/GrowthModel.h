@@ -42,7 +42,7 @@ class GrowthModel : public QObject {
     QML_UNCREATABLE("Belongs to the AppModel.")
 
     Q_PROPERTY(orbel::RoleList* folders READ folders CONSTANT)
-    /// "since 14 November"; empty when there is no comparison.
+    /// "14 November"; empty when there is no comparison.
     Q_PROPERTY(QString since READ since NOTIFY changed)
     /// What stands in place of the rows when there are none.
     Q_PROPERTY(QString statement READ statement NOTIFY changed)

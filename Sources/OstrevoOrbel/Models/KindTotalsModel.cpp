@@ -1,6 +1,7 @@
 #include "Models/KindTotalsModel.h"
 
 #include "Models/ByteFigure.h"
+#include "Models/ChangeTable.h"
 #include "Models/Wording.h"
 
 #include <algorithm>
@@ -29,6 +30,19 @@ std::vector<KindTotal> rowsOf(const KindTotals& totals) {
     return rows;
 }
 
+std::vector<KindTotal> rowsOf(const std::array<std::uint64_t, nodeChangeCount>& totals) {
+    std::vector<KindTotal> rows;
+    for (const auto& row : changeTable) {
+        const auto number = static_cast<std::size_t>(row.change);
+        if (totals.at(number) > 0)
+            rows.push_back({.kind = 0,
+                            .title = changeTitle(row.change),
+                            .size = ByteFigure(totals.at(number)).text(),
+                            .change = static_cast<int>(number)});
+    }
+    return rows;
+}
+
 } // namespace
 
 void KindTotalsModel::setTotals(const KindTotals& totals) {
@@ -47,20 +61,21 @@ void ExtensionTotalsModel::setTotals(const std::vector<ExtensionTotal>& totals) 
     setRows(std::move(rows));
 }
 
-void MapLegendModel::setTotals(const KindTotals& totals) {
+void MapLegendModel::setTotals(const KindTotals& totals, const ChangeTotals& changes) {
     totals_ = totals;
+    changes_ = changes;
     show();
 }
 
-void MapLegendModel::setChosen(unsigned kinds) {
-    chosen_ = kinds;
+void MapLegendModel::setChosen(unsigned numbers) {
+    chosen_ = numbers;
     show();
 }
 
 void MapLegendModel::show() {
-    auto rows = rowsOf(totals_);
+    auto rows = changes_ ? rowsOf(*changes_) : rowsOf(totals_);
     for (auto& row : rows)
-        row.active = (chosen_ >> static_cast<unsigned>(row.kind) & 1U) != 0;
+        row.active = (chosen_ >> static_cast<unsigned>(std::max(row.kind, row.change)) & 1U) != 0;
     setRows(std::move(rows));
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "Compare/NodeChanges.h"
 #include "Models/GadgetListModel.h"
 #include "Scan/KindTotals.h"
 
+#include <array>
+#include <optional>
 #include <QString>
 
 namespace orbel {
@@ -15,6 +18,7 @@ struct KindTotal {
     Q_PROPERTY(QString size MEMBER size)
     Q_PROPERTY(double fraction MEMBER fraction)
     Q_PROPERTY(bool active MEMBER active)
+    Q_PROPERTY(int change MEMBER change)
 
 public:
     int kind = 0; ///< a ContentKind
@@ -22,6 +26,7 @@ public:
     QString size;
     double fraction = 0; ///< of the largest one
     bool active = false; ///< chosen as a filter
+    int change = -1;     ///< of the row of a change: which NodeChange; it has no kind
 
     bool operator==(const KindTotal&) const = default;
 };
@@ -59,20 +64,25 @@ public:
     void setTotals(const std::vector<ExtensionTotal>& totals);
 };
 
-/// The kinds that the map shows, with what each takes up below the map's folder, and which of them are chosen
-/// as a filter. The largest first; kinds with nothing are left out.
+/// The kinds that the map shows, or the changes where it is coloured by these, with what each takes up below
+/// the map's folder, and which of them are chosen as a filter. Kinds are in the order of their size, changes
+/// always in the same; what has nothing is left out.
 class MapLegendModel : public GadgetListModel<KindTotal> {
 public:
-    void setTotals(const KindTotals& totals);
+    using ChangeTotals = std::optional<std::array<std::uint64_t, nodeChangeCount>>;
+
+    /// `changes`: absent where the kinds are shown.
+    void setTotals(const KindTotals& totals, const ChangeTotals& changes);
     const KindTotals& totals() const { return totals_; }
 
-    /// The chosen kinds, one bit for each; 0 when all are shown.
-    void setChosen(unsigned kinds);
+    /// The chosen kinds or changes, one bit for each; 0 when all are shown.
+    void setChosen(unsigned numbers);
 
 private:
     void show();
 
     KindTotals totals_{};
+    ChangeTotals changes_;
     unsigned chosen_ = 0;
 };
 

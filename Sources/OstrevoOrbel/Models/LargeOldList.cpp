@@ -1,5 +1,6 @@
 #include "Models/LargeOldList.h"
 
+#include "Models/SortedByKey.h"
 #include "Util/PathText.h"
 #include "Util/TextMatcher.h"
 
@@ -35,25 +36,6 @@ TickedItem LargeOldList::ticked(std::uint32_t row) const {
     return item;
 }
 
-namespace {
-
-/// Sorts by what `keyOf` gives for a row, which is asked once for each.
-template <class KeyOf>
-void sortBy(std::vector<std::uint32_t>& order, std::size_t rows, bool descending, KeyOf keyOf) {
-    std::vector<decltype(keyOf(0U))> keys(rows);
-    for (const auto row : order)
-        keys[row] = keyOf(row);
-    const auto key = [&](std::uint32_t row) -> const auto& {
-        return keys[row];
-    };
-    if (descending)
-        std::ranges::stable_sort(order, std::ranges::greater{}, key);
-    else
-        std::ranges::stable_sort(order, {}, key);
-}
-
-} // namespace
-
 LargeOldOrder arranged(const LargeOldList& list, const LargeOldArrangement& arrangement,
                        const std::string& home) {
     const auto& rows = list.rows();
@@ -65,20 +47,19 @@ LargeOldOrder arranged(const LargeOldList& list, const LargeOldArrangement& arra
     }
     switch (arrangement.column) {
     case LargeOldArrangement::Column::name:
-        sortBy(order.rows, rows.size(), arrangement.descending,
-               [&](std::uint32_t row) { return caseFolded(rows[row].item.title); });
+        sortByKey(order.rows, arrangement.descending,
+                  [&](std::uint32_t row) { return caseFolded(rows[row].item.title); });
         break;
     case LargeOldArrangement::Column::kind:
-        sortBy(order.rows, rows.size(), arrangement.descending,
-               [&](std::uint32_t row) { return title(list.kind(row)); });
+        sortByKey(order.rows, arrangement.descending,
+                  [&](std::uint32_t row) { return title(list.kind(row)); });
         break;
     case LargeOldArrangement::Column::lastUsed:
-        sortBy(order.rows, rows.size(), arrangement.descending,
-               [&](std::uint32_t row) { return rows[row].lastUsed.date; });
+        sortByKey(order.rows, arrangement.descending,
+                  [&](std::uint32_t row) { return rows[row].lastUsed.date; });
         break;
     case LargeOldArrangement::Column::size:
-        sortBy(order.rows, rows.size(), arrangement.descending,
-               [&](std::uint32_t row) { return rows[row].bytes; });
+        sortByKey(order.rows, arrangement.descending, [&](std::uint32_t row) { return rows[row].bytes; });
         break;
     }
     order.places.assign(rows.size(), LargeOldOrder::nowhere);

@@ -5,31 +5,7 @@
 #include "Models/MapWords.h"
 #include "Models/Wording.h"
 
-#include <algorithm>
-
 namespace orbel {
-
-namespace {
-
-bool isAscii(char16_t letter) {
-    return letter < 0x80;
-}
-
-/// Whether a name may begin with what was typed, as it is shown: false only where plain letters differ.
-bool mayBeginWith(std::string_view name, const QString& typed) {
-    for (qsizetype i = 0; i < typed.size(); ++i) {
-        if (static_cast<std::size_t>(i) == name.size())
-            return false;
-        const auto shown = static_cast<unsigned char>(name[static_cast<std::size_t>(i)]);
-        if (shown < ' ' || !isAscii(shown) || !isAscii(typed[i].unicode()))
-            return true;
-        if (QChar::toLower(char32_t{shown}) != typed[i].toLower().unicode())
-            return false;
-    }
-    return true;
-}
-
-} // namespace
 
 MapListModel::MapListModel(QObject* parent) : RoleList(parent), tree_(std::make_shared<FileTree>()) {
     const auto of = [this](auto read) {
@@ -154,20 +130,6 @@ int MapListModel::endOf(int row) const {
 
 int MapListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-}
-
-QModelIndexList MapListModel::match(const QModelIndex& start, int role, const QVariant& value, int hits,
-                                    Qt::MatchFlags flags) const {
-    if (role != Qt::DisplayRole || hits != 1 || flags != (Qt::MatchStartsWith | Qt::MatchWrap))
-        return RoleList::match(start, role, value, hits, flags);
-    const auto typed = value.toString();
-    for (int step = 0; step < rowCount(); ++step) {
-        const auto place = index((start.row() + step) % rowCount());
-        if (mayBeginWith(tree_->nameBytes(nodeAt(place.row())), typed)
-            && place.data().toString().startsWith(typed, Qt::CaseInsensitive))
-            return {place};
-    }
-    return {};
 }
 
 } // namespace orbel

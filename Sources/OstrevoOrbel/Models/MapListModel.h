@@ -51,9 +51,11 @@ public:
     /// Each folder before what lies in it.
     const std::vector<MapRow>& shown() const { return rows_; }
     int rowCount(const QModelIndex& parent = {}) const override;
-    /// Finds the first letters of a name at once, however many rows there are.
-    QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
-                          Qt::MatchFlags flags) const override;
+
+protected:
+    std::optional<std::string_view> nameBytes(int row) const override {
+        return tree_->nameBytes(nodeAt(row));
+    }
 
 private:
     std::uint32_t levelOf(int row) const { return rows_[static_cast<std::size_t>(row)].level; }

@@ -14,13 +14,16 @@ class MapPalette : public QObject {
     QML_SINGLETON
     /// Of the kinds of content, by value.
     Q_PROPERTY(QStringList glyphs READ glyphs CONSTANT)
+    /// Of the changes, by value.
+    Q_PROPERTY(QStringList changeGlyphs READ changeGlyphs CONSTANT)
 
 public:
     using QObject::QObject;
 
     QStringList glyphs() const;
+    QStringList changeGlyphs() const;
     /// "ground", "edge", "hatch", "hatchGround"; "frames" by depth; "fills" and "labels" by
-    /// a kind of content.
+    /// a kind of content, "changeFills" and "changeLabels" by a NodeChange.
     Q_INVOKABLE QVariantMap colors(bool dark, bool highContrast) const;
 };
 

@@ -1,30 +1,13 @@
 #include "Models/MapRows.h"
 
+#include "Models/SortedByKey.h"
 #include "Util/TextMatcher.h"
 
 #include <algorithm>
-#include <functional>
 
 namespace orbel {
 
 namespace {
-
-/// Sorts by what `keyOf` gives for a node, which is asked once for each.
-template <class KeyOf>
-void sortNodes(std::vector<NodeIndex>& nodes, bool isDescending, KeyOf keyOf) {
-    std::vector<std::pair<decltype(keyOf(NodeIndex())), NodeIndex>> keyed;
-    keyed.reserve(nodes.size());
-    for (const NodeIndex node : nodes)
-        keyed.emplace_back(keyOf(node), node);
-    const auto key = [](const auto& entry) -> const auto& {
-        return entry.first;
-    };
-    if (isDescending)
-        std::ranges::stable_sort(keyed, std::ranges::greater{}, key);
-    else
-        std::ranges::stable_sort(keyed, {}, key);
-    std::ranges::transform(keyed, nodes.begin(), [](const auto& entry) { return entry.second; });
-}
 
 std::vector<NodeIndex> sortedChildren(const FileTree& tree, NodeIndex folder, MapListOrder order) {
     const auto children = tree.children(folder);
@@ -36,14 +19,14 @@ std::vector<NodeIndex> sortedChildren(const FileTree& tree, NodeIndex folder, Ma
             std::ranges::reverse(nodes);
         break;
     case MapListOrder::Column::name:
-        sortNodes(nodes, order.isDescending,
+        sortByKey(nodes, order.isDescending,
                   [&](NodeIndex node) { return caseFolded(tree.nameBytes(node)); });
         break;
     case MapListOrder::Column::items:
-        sortNodes(nodes, order.isDescending, [&](NodeIndex node) { return tree.descendantCount(node); });
+        sortByKey(nodes, order.isDescending, [&](NodeIndex node) { return tree.descendantCount(node); });
         break;
     case MapListOrder::Column::changed:
-        sortNodes(nodes, order.isDescending, [&](NodeIndex node) { return tree.modified(node); });
+        sortByKey(nodes, order.isDescending, [&](NodeIndex node) { return tree.modified(node); });
         break;
     }
     return nodes;

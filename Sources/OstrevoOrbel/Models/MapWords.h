@@ -62,6 +62,8 @@ class MapItemFacts {
     Q_PROPERTY(bool zoomable MEMBER zoomable)
     /// A folder, a package too.
     Q_PROPERTY(bool isFolder MEMBER isFolder)
+    /// "Grew by 5.2 GB", where the map is coloured by change; else empty.
+    Q_PROPERTY(QString change MEMBER change)
     /// Left out of measuring: `size` and `share` say so.
     Q_PROPERTY(bool excluded MEMBER excluded)
 
@@ -77,6 +79,7 @@ public:
     QString folder;
     QString changed;
     QString share;
+    QString change;
     bool zoomable = false;
     bool isFolder = false;
     bool excluded = false;

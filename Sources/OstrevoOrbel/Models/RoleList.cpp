@@ -8,6 +8,28 @@
 
 namespace orbel {
 
+namespace {
+
+bool isAscii(char16_t letter) {
+    return letter < 0x80;
+}
+
+/// Whether a name may begin with what was typed, as it is shown: false only where plain letters differ.
+bool mayBeginWith(std::string_view name, const QString& typed) {
+    for (qsizetype i = 0; i < typed.size(); ++i) {
+        if (static_cast<std::size_t>(i) == name.size())
+            return false;
+        const auto shown = static_cast<unsigned char>(name[static_cast<std::size_t>(i)]);
+        if (shown < ' ' || !isAscii(shown) || !isAscii(typed[i].unicode()))
+            return true;
+        if (QChar::toLower(char32_t{shown}) != typed[i].toLower().unicode())
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 RoleList::RoleList(QObject* parent) : QAbstractListModel(parent) {
     connect(this, &RoleList::modelReset, this, &RoleList::countChanged);
     connect(this, &RoleList::rowsInserted, this, &RoleList::countChanged);
@@ -54,10 +76,23 @@ QVariant RoleList::value(int row, const QByteArray& role) const {
 
 QModelIndexList RoleList::match(const QModelIndex& start, int role, const QVariant& value, int hits,
                                 Qt::MatchFlags flags) const {
+    if (role == Qt::DisplayRole && hits == 1 && flags == (Qt::MatchStartsWith | Qt::MatchWrap)
+        && rowCount() > 0 && nameBytes(0))
+        return firstNamed(start.row(), value.toString());
     if (role != keyRole)
         return QAbstractListModel::match(start, role, value, hits, flags);
     const int row = rowOfKey(value.toString());
     return row < 0 ? QModelIndexList() : QModelIndexList{index(row)};
+}
+
+QModelIndexList RoleList::firstNamed(int from, const QString& typed) const {
+    for (int step = 0; step < rowCount(); ++step) {
+        const auto place = index((from + step) % rowCount());
+        if (mayBeginWith(*nameBytes(place.row()), typed)
+            && place.data().toString().startsWith(typed, Qt::CaseInsensitive))
+            return {place};
+    }
+    return {};
 }
 
 int RoleList::rowOfKey(const QString& key) const {

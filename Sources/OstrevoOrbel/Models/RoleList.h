@@ -1,8 +1,10 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
+#include <string_view>
 #include <vector>
 
 namespace orbel {
@@ -23,7 +25,7 @@ public:
     QHash<int, QByteArray> roleNames() const override;
     /// The same by name; nothing for a name or a row that there is none of.
     QVariant value(int row, const QByteArray& role) const;
-    /// A key is found by `rowOfKey`.
+    /// A key is found by `rowOfKey`, the first letters of a name at once where there is `nameBytes`.
     QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits = 1,
                           Qt::MatchFlags flags = {Qt::MatchStartsWith | Qt::MatchWrap}) const override;
 
@@ -42,12 +44,16 @@ protected:
     void setRoles(std::vector<Role> roles) { roles_ = std::move(roles); }
     /// The row that has this key, -1 for none. Asks each row; a long list knows a quicker way.
     virtual int rowOfKey(const QString& key) const;
+    /// The bytes that the display text of a row is made of, so that a long list is looked through without
+    /// making texts; absent where that is not possible, and then for every row.
+    virtual std::optional<std::string_view> nameBytes(int /*row*/) const { return std::nullopt; }
     /// What the rows show may have changed.
     void notifyRows();
 
 private:
     std::size_t numberOf(const char* name) const; ///< as many as there are when there is none
     QString displayText(int row) const;
+    QModelIndexList firstNamed(int from, const QString& typed) const;
 
     std::vector<Role> roles_;
 };

@@ -9,6 +9,8 @@ ActionMenu {
     /// The item, and the key of where it lies now when that is elsewhere.
     property string key: ""
     property string shownKey: key
+    /// Of what stands for it on the map.
+    property string mapKey: key
     property bool ticked: false
     property string refusal: ""
     property string itemSize: ""
@@ -50,7 +52,7 @@ ActionMenu {
         itemSize = row.size;
         refusal = row.tickRefusal;
         ticked = row.tick !== Qt.Unchecked;
-        measured = actions.isMeasured(row.key);
+        measured = actions.isMeasured(mapKey);
     }
 
     MenuEntry {
@@ -122,7 +124,7 @@ ActionMenu {
             if (menu.zooms)
                 menu.zoomWanted();
             else
-                menu.actions.showOnMap(menu.key);
+                menu.actions.showOnMap(menu.mapKey);
         }
     }
     MenuEntry {

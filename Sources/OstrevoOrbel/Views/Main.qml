@@ -8,7 +8,7 @@ T.ApplicationWindow {
     id: window
 
     required property AppModel app
-    /// The page that stands in place of a screen: "settings", "help", or none.
+    /// The page that stands in place of a screen: "settings", "help", "changes" of the overview, or none.
     property string page: ""
 
     readonly property bool narrow: width < Theme.narrowBelow
@@ -16,7 +16,8 @@ T.ApplicationWindow {
         // There are none before they are counted, and nothing but the count tells of them.
         : page !== "" ? pages.count > 0 ? (pages.itemAt(window.pageNames.indexOf(page)) as Loader).item : null
         : screens.count > app.screenIndex ? (screens.itemAt(app.screenIndex) as Loader).item : null) as ScreenFrame
-    readonly property var pageNames: ["settings", "help"]
+    readonly property var pageViews: ({ settings: "SettingsView", help: "AboutView", changes: "ChangesView" })
+    readonly property var pageNames: Object.keys(pageViews)
     /// Why the screen that is being opened gets the focus, where that is known; else the mark of the focus shows where
     /// it showed before.
     property int openingReason: -1
@@ -252,7 +253,7 @@ T.ApplicationWindow {
                     required property string modelData
 
                     shown: window.page === modelData
-                    view: modelData === "settings" ? "SettingsView" : "AboutView"
+                    view: window.pageViews[modelData]
                 }
             }
             Loader {
@@ -359,6 +360,10 @@ T.ApplicationWindow {
         }
         function onAboutWanted(): void {
             window.showPage("help", Qt.OtherFocusReason);
+        }
+        function onChangesWanted(): void {
+            window.showPage("changes",
+                window.isMarked(window.activeFocusItem) ? Qt.ShortcutFocusReason : Qt.OtherFocusReason);
         }
         function onExclusionsWanted(): void {
             const marked = window.isMarked(window.activeFocusItem);

@@ -124,6 +124,13 @@ Item {
             value: inspector.facts.changed
         }
         Fact {
+            isPath: true
+            label: qsTr("Compared")
+            objectName: "map.change"
+            value: inspector.facts.change
+            visible: value !== ""
+        }
+        Fact {
             label: qsTr("Share")
             value: inspector.facts.share
         }

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import OstrevoOrbel
 
-/// The kinds on the map and what each takes up, the largest first. Each is a toggle: what is not chosen is drawn
+/// The kinds on the map and what each takes up, the largest first, or the changes where it is coloured by these. Each is a toggle: what is not chosen is drawn
 /// pale. Only whole entries are shown; buttons and the wheel turn to those that have no room.
 FocusScope {
     id: bar
@@ -21,6 +21,7 @@ FocusScope {
     readonly property int rim: 4
 
     signal toggled(kind: int)
+    signal changeToggled(change: int)
 
     /// Null before it is there.
     function entryAt(entry: int): var {
@@ -103,6 +104,7 @@ FocusScope {
                     required property string title
                     required property string size
                     required property bool active
+                    required property int change
 
                     Spoken.name: title + ", " + size
                     Spoken.role: Accessible.CheckBox
@@ -112,12 +114,17 @@ FocusScope {
                     implicitHeight: Theme.smallButtonHeight
                     implicitWidth: contentItem.implicitWidth + 16
                     leftPadding: 8
-                    objectName: "map.kind." + kind
+                    objectName: change < 0 ? "map.kind." + kind : "map.change." + change
                     rightPadding: 8
 
                     ButtonKeys.enterClicks: true
                     onActiveFocusChanged: if (activeFocus) bar.reveal(index)
-                    onClicked: bar.toggled(kind)
+                    onClicked: {
+                        if (change < 0)
+                            bar.toggled(kind);
+                        else
+                            bar.changeToggled(change);
+                    }
 
                     background: Rectangle {
                         border.color: Theme.accent
@@ -138,6 +145,13 @@ FocusScope {
                             anchors.verticalCenter: parent.verticalCenter
                             kind: entry.kind
                             size: Theme.px(18)
+                            visible: entry.change < 0
+                        }
+                        ChangeChip {
+                            anchors.verticalCenter: parent.verticalCenter
+                            change: Math.max(0, entry.change)
+                            size: Theme.px(18)
+                            visible: entry.change >= 0
                         }
                         ThemedText {
                             anchors.verticalCenter: parent.verticalCenter

@@ -66,6 +66,18 @@ ScreenFrame {
 
             onClicked: screen.map.clearFilter()
         },
+        ChipMenu {
+            about: qsTr("Colours")
+            choice: screen.map.byChange ? 1 : 0
+            choices: [qsTr("by kind"), qsTr("by change since %1").arg(screen.app.compare.growth.since)]
+            menuWidth: Theme.px(280)
+            narrow: screen.narrow
+            objectName: "map.colours"
+            value: screen.map.byChange ? qsTr("by change") : qsTr("by kind")
+            visible: screen.hasMap && screen.app.compare.scan >= 0
+
+            onChosen: choice => screen.map.byChange = choice === 1
+        },
         FindButton {
             app: screen.app
             objectName: "map.find"
@@ -123,6 +135,7 @@ ScreenFrame {
             visible: screen.hasMap
             width: screen.width
 
+            onChangeToggled: change => screen.map.toggleChange(change)
             onToggled: kind => screen.map.toggleKind(kind)
         }
         TickBar {

@@ -178,16 +178,13 @@ FocusScope {
                 || room >= headHeight + kindCard.listHeight + factRows.height + explanation.implicitHeight + 31
             readonly property int foldersNeed: headHeight + 14
                 + Theme.compactRowHeight * Math.max(4, Math.min(10, folderList.model ? folderList.count : 0))
-            readonly property int growthNeed: growthList.count > 0
-                ? headHeight + 14 + Theme.compactRowHeight * growthList.count
-                : headHeight + noGrowth.implicitHeight + 48
             readonly property int tallest: Math.max(kindsNeed,
                 aside ? Math.min(room, Math.max(foldersNeed, Theme.px(440))) : foldersNeed)
             readonly property int barWidth: measured.columns === 1 ? Math.round(width * 0.4) : Theme.px(84)
 
             height: aside ? tallest
-                : measured.columns === 2 ? tallest + Theme.cardGap + growthNeed
-                : kindsNeed + foldersNeed + growthNeed + 2 * Theme.cardGap
+                : measured.columns === 2 ? tallest + Theme.cardGap + growthCard.need
+                : kindsNeed + foldersNeed + growthCard.need + 2 * Theme.cardGap
             width: parent.width
 
             Card {
@@ -321,49 +318,15 @@ FocusScope {
                     visible: folderList.count === 0
                 }
             }
-            Card {
+            GrowthCard {
                 id: growthCard
 
-                height: cards.aside ? cards.tallest : cards.growthNeed
-                remark: measured.app.compare.growth.since
-                title: qsTr("Grew most")
+                app: measured.app
+                height: cards.aside ? cards.tallest : need
+                menu: menu
                 width: cards.aside ? cards.rest : cards.width
                 x: Theme.along(cards.aside ? cards.width - width : 0, width, cards.width)
                 y: cards.aside ? 0 : folderCard.y + folderCard.height + Theme.cardGap
-
-                ItemTable {
-                    id: growthList
-
-                    Accessible.name: growthCard.title + " " + growthCard.remark
-                    // Whole rows only.
-                    height: Theme.compactRowHeight * Math.min(count,
-                        Math.floor((growthCard.height - cards.headHeight - 10) / Theme.compactRowHeight))
-                    menu: menu
-                    model: measured.app.compare.growth.folders
-                    objectName: "overview.growth"
-                    scrolls: false
-                    selects: false
-                    visible: count > 0
-                    width: parent.width
-                    y: 6
-
-                    delegate: GrowthRow {
-                        key: measured.app.actions.keyOf(model.node)
-                    }
-
-                    onActivated: row => measured.app.actions.showOnMap(itemAt(row).key)
-                }
-                ListState {
-                    id: noGrowth
-
-                    anchors.fill: parent
-                    anchors.margins: Theme.cardPadding
-                    iconPath: Theme.icons.up
-                    objectName: "overview.nogrowth"
-                    sentence: measured.app.compare.growth.sentence
-                    statement: measured.app.compare.growth.statement
-                    visible: growthList.count === 0
-                }
             }
         }
         Card {

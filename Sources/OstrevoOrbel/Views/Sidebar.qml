@@ -10,8 +10,10 @@ Rectangle {
 
     required property AppModel app
     property bool rail: false
-    /// The page that stands in place of a screen, or none: "settings", "help".
+    /// The page that stands in place of a screen, or none: "settings", "help", "changes".
     property string page: ""
+    /// Whether a screen is shown, or a page that belongs to it.
+    readonly property bool onScreen: page === "" || page === "changes"
 
     /// All screens in their order: the names that `app.screen` has, and the files that show them.
     readonly property var all: [
@@ -29,7 +31,7 @@ Rectangle {
 
     /// The item of the screen that is shown.
     function takeFocus(): void {
-        const place = (page === "" ? screens.itemAt(app.screenIndex) : page === "settings" ? settings : help) as Item;
+        const place = (onScreen ? screens.itemAt(app.screenIndex) : page === "settings" ? settings : help) as Item;
         place.forceActiveFocus(Qt.TabFocusReason);
     }
 
@@ -104,7 +106,7 @@ Rectangle {
                     required property var modelData
 
                     count: sidebar.counts[modelData.name] ?? ""
-                    current: sidebar.page === "" && sidebar.app.screenIndex === index
+                    current: sidebar.onScreen && sidebar.app.screenIndex === index
                     iconPath: modelData.icon
                     objectName: "sidebar." + modelData.name
                     rail: sidebar.rail

@@ -200,7 +200,7 @@ QColor TreemapItem::colorOf(quint32 node) const {
     const auto& colors = MapColors::of(isDark_, isContrastHigh_);
     if (map_ == nullptr || node >= map_->tree().count() || TreemapModel::isPlainFolder(map_->tree(), node))
         return {QRgb(0xFF000000U | colors.frame(0))};
-    return {QRgb(0xFF000000U | colors.of(contentKind(map_->tree(), node)).fill)};
+    return {QRgb(0xFF000000U | TreemapPainter::lookOf(node, style(colors, map_->tree())).paint.fill)};
 }
 
 void TreemapItem::paint(QPainter* painter) {
@@ -209,15 +209,24 @@ void TreemapItem::paint(QPainter* painter) {
     painter->scale(1 / pixel, 1 / pixel);
     painter->fillRect(QRectF(0, 0, width() * pixel, height() * pixel),
                       QColor(QRgb(0xFF000000U | colors.ground)));
-    const TreemapPainter::Style style{
+    if (shownTree_ == nullptr)
+        return;
+    const auto style = TreemapItem::style(colors, *shownTree_);
+    TreemapPainter(*painter, style).draw(tiles_);
+}
+
+TreemapPainter::Style TreemapItem::style(const MapColors& colors, const FileTree& tree) const {
+    const bool isOfMap = map_ != nullptr && &map_->tree() == &tree;
+    return {
         .colors = colors,
         .family = family_,
         .scale = scale(),
-        .tree = shownTree_.get(),
+        .tree = &tree,
         .filter = map_ == nullptr ? MapFilter() : map_->filter(),
+        .changes = isOfMap ? map_->nodeChanges() : nullptr,
+        .changesShown = isOfMap ? map_->changesShown() : 0,
         .isTicked = [this](NodeIndex node) { return moves(node); },
     };
-    TreemapPainter(*painter, style).draw(tiles_);
 }
 
 bool TreemapItem::moves(NodeIndex node) const {
@@ -242,6 +251,9 @@ QString TreemapItem::tileName(int tile) const {
         words << kindText(map_->tree(), *node);
     words << ByteFigure(shown.bytes).text()
           << tr("%1 of %2").arg(shareText(shown.bytes, map_->focusBytes()), map_->focusName());
+    if (const auto node = nodeOf(tile))
+        words << map_->changeText(*node);
+    words.removeAll(QString());
     return words.join(QStringLiteral(", "));
 }
 
@@ -252,8 +264,10 @@ QString TreemapItem::describe(int tile) const {
     const QString size = ByteFigure(shown.bytes).text();
     if (const auto node = nodeOf(tile)) {
         const auto facts = map_->facts(*node);
-        return QStringList{facts.path, facts.kindName, size, tr("changed %1").arg(facts.changed)}.join(
-            QStringLiteral(" · "));
+        QStringList words{facts.path, facts.kindName, size, facts.change,
+                          tr("changed %1").arg(facts.changed)};
+        words.removeAll(QString());
+        return words.join(QStringLiteral(" · "));
     }
     if (const auto* smaller = std::get_if<TreemapTile::SmallerItems>(&shown.content))
         return tr("%1 in %2 · %3 together")

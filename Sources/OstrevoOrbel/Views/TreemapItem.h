@@ -3,6 +3,7 @@
 #include "AppModel/MapModel.h"
 #include "Map/TileNavigation.h"
 #include "Map/TreemapTile.h"
+#include "Views/TreemapPainter.h"
 
 #include <optional>
 #include <QColor>
@@ -151,6 +152,7 @@ private:
     void zoomOneLevel(QPointF position);
     QString describe(int tile) const;
     double scale() const;
+    TreemapPainter::Style style(const MapColors& colors, const FileTree& tree) const;
 
     MapModel* map_ = nullptr;
     bool isDark_ = false;

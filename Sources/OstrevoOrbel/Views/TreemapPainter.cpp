@@ -2,6 +2,7 @@
 
 #include "Map/TreemapModel.h"
 #include "Models/ByteFigure.h"
+#include "Models/ChangeTable.h"
 #include "Models/MapWords.h"
 #include "Models/Wording.h"
 
@@ -68,9 +69,7 @@ void TreemapPainter::draw(std::span<const TreemapTile> tiles) {
         }
         const QRect rect(box.x, box.y, box.width, box.height);
         const auto* node = std::get_if<TreemapTile::Node>(&tile.content);
-        const bool isPale = style_.filter.isSet()
-                            && !std::holds_alternative<TreemapTile::NotMeasured>(tile.content)
-                            && (node == nullptr || !style_.filter.shows(*style_.tree, node->index));
+        const bool isPale = TreemapPainter::isPale(tile);
         drawGround(tile, rect, isPale);
         const bool isTicked = node != nullptr && style_.isTicked && style_.isTicked(node->index);
         if (!isPale)
@@ -111,15 +110,37 @@ void TreemapPainter::drawGround(const TreemapTile& tile, const QRect& rect, bool
     }
     QColor color(opaque(std::holds_alternative<TreemapTile::SmallerItems>(tile.content)
                             ? colors_.hatchGround
-                            : colors_.of(kindOf(tile)).fill));
+                            : lookOf(tile).paint.fill));
     if (isPale)
         color.setAlphaF(0.22F);
     painter_.fillRect(rect, color);
 }
 
-ContentKind TreemapPainter::kindOf(const TreemapTile& tile) const {
+bool TreemapPainter::isPale(const TreemapTile& tile) const {
+    const bool isByChange = style_.changes != nullptr && style_.changesShown != 0;
+    if (std::holds_alternative<TreemapTile::NotMeasured>(tile.content)
+        || !(style_.filter.isSet() || isByChange))
+        return false;
     const auto* const node = std::get_if<TreemapTile::Node>(&tile.content);
-    return node == nullptr ? ContentKind::other : TreemapModel::contentKind(*style_.tree, node->index);
+    return node == nullptr || !style_.filter.shows(*style_.tree, node->index)
+           || (isByChange && (style_.changesShown >> lookOf(tile).number & 1U) == 0);
+}
+
+TreemapPainter::Look TreemapPainter::lookOf(NodeIndex node, const Style& style) {
+    if (style.changes != nullptr) {
+        const auto& row = rowOf((*style.changes)[node]);
+        return {.paint = style.colors.isDark ? row.dark : row.light,
+                .glyph = row.glyph,
+                .number = static_cast<std::size_t>(row.change)};
+    }
+    const auto kind = TreemapModel::contentKind(*style.tree, node);
+    return {
+        .paint = style.colors.of(kind), .glyph = rowOf(kind).glyph, .number = static_cast<std::size_t>(kind)};
+}
+
+/// Of the tile of a node.
+TreemapPainter::Look TreemapPainter::lookOf(const TreemapTile& tile) const {
+    return lookOf(std::get<TreemapTile::Node>(tile.content).index, style_);
 }
 
 void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, const QRect& rect,
@@ -133,7 +154,7 @@ void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, co
     if (!face.showsName || (isTicked && widthInPoints < 64))
         return;
     const bool isNode = std::holds_alternative<TreemapTile::Node>(tile.content);
-    const QRgb color = opaque(isNode ? colors_.of(kindOf(tile)).label : colors_.secondInk);
+    const QRgb color = opaque(isNode ? lookOf(tile).paint.label : colors_.secondInk);
     const auto& bold = metrics(face, face.isBold);
     const double inset = px(face.nameInset);
     const double lineHeight = px(face.lineHeight);
@@ -152,8 +173,8 @@ void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, co
     drawLine(name, font(face, face.isBold), bold, first, Qt::AlignLeft, color);
     if (!below.isEmpty())
         drawLine(below, font(face, false), metrics(face, false), second, Qt::AlignLeft, color);
-    if (face.glyphSize > 0)
-        drawGlyph(kindOf(tile), rect, face);
+    if (isNode && face.glyphSize > 0)
+        drawGlyph(lookOf(tile), rect, face);
 }
 
 /// In as many lines as it takes, and as much of it as fits whole: a number cut short would be another number.
@@ -211,17 +232,15 @@ void TreemapPainter::drawLine(const QString& words, const QFont& font, const QFo
     painter_.setPen(Qt::NoPen);
 }
 
-void TreemapPainter::drawGlyph(ContentKind kind, const QRect& rect, const TileFace& face) {
-    QImage& glyph = glyphs_.at(static_cast<std::size_t>(kind));
+void TreemapPainter::drawGlyph(const Look& look, const QRect& rect, const TileFace& face) {
+    QImage& glyph = glyphs_.at(look.number);
     const int side = static_cast<int>(std::lround(px(face.glyphSize)));
     if (glyph.isNull()) {
-        const auto path = rowOf(kind).glyph;
         const auto picture =
             QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 16 16'><path d='%1' "
                            "fill='none' stroke='%2' stroke-width='1.4' stroke-linecap='round' "
                            "stroke-linejoin='round'/></svg>")
-                .arg(QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size())),
-                     QColor(opaque(colors_.of(kind).label)).name());
+                .arg(textOf(look.glyph), QColor(opaque(look.paint.label)).name());
         glyph = QImage(side, side, QImage::Format_ARGB32_Premultiplied);
         glyph.fill(Qt::transparent);
         QPainter painter(&glyph);

@@ -9,6 +9,8 @@ Rectangle {
     property string remark: ""
     /// In place of the title, for a card that shows one of two things.
     property alias choice: choiceSlot.data
+    /// In place of the remark.
+    property alias aside: asideSlot.data
     default property alias content: body.data
 
     readonly property int headHeight: title === "" ? 0 : Theme.px(40)
@@ -53,6 +55,15 @@ Rectangle {
             color: Theme.text3
             horizontalAlignment: Text.AlignRight
             text: card.remark
+        }
+        Item {
+            id: asideSlot
+
+            anchors.right: parent.right
+            anchors.rightMargin: Theme.cardPadding
+            anchors.verticalCenter: parent.verticalCenter
+            height: childrenRect.height
+            width: childrenRect.width
         }
         Hairline {
             soft: true

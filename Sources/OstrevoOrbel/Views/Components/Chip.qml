@@ -7,6 +7,8 @@ T.AbstractButton {
     id: chip
 
     property string value: ""
+    /// How wide the value may be; 0 for as wide as it is.
+    property int mostValue: 0
     /// Whether it narrows what is shown.
     property bool set: false
     property bool closable: false
@@ -55,6 +57,7 @@ T.AbstractButton {
             bold: chip.set
             text: chip.value
             visible: text !== ""
+            width: chip.mostValue > 0 ? Math.min(implicitWidth, chip.mostValue) : implicitWidth
         }
         Icon {
             anchors.verticalCenter: parent.verticalCenter

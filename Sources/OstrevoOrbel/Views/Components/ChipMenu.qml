@@ -13,6 +13,7 @@ Chip {
     property bool narrow: false
     property var choices: []
     property int choice: 0
+    property int menuWidth: Theme.px(200)
 
     signal chosen(choice: int)
 
@@ -32,7 +33,7 @@ Chip {
     ActionMenu {
         id: menu
 
-        implicitWidth: Theme.px(200)
+        implicitWidth: chip.menuWidth
         name: chip.about
         objectName: chip.objectName + ".menu"
 
@@ -51,7 +52,7 @@ Chip {
                 checkable: true
                 checked: modelData.chosen
                 height: implicitHeight
-                implicitWidth: Theme.px(190)
+                implicitWidth: chip.menuWidth - 10
                 objectName: modelData.name
                 text: modelData.text
 
