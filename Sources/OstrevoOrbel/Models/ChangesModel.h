@@ -12,10 +12,10 @@ namespace orbel {
 /// What changed, as it is shown. Each row is put into words when it is asked for, so a million cost no more
 /// than ten.
 ///
-/// Roles: `name`, `kind`, `kindName`; `folder` "~/Downloads", where it lies or lay, or that it is the root; `detail`, the same or
-/// where it moved from as well; `path`; `change`, a NodeChange, and `changeName` "Grew"; `before` and `after`
-/// "5.2 GB", a dash where it was not there; `difference` "+5.2 GB"; `gone`, whether it is not there any more,
-/// and then `folderKey` is the key of the folder that held it.
+/// Roles: `name`, `kind`, `kindName`; `folder` "~/Downloads", where it lies or lay, or that it is the root;
+/// `detail`, the same or where it moved from as well; `path`; `change`, a NodeChange, and `changeName`
+/// "Grew"; `before` and `after` "5.2 GB", a dash where it was not there; `difference` "+5.2 GB"; `gone`,
+/// whether it is not there any more, and then `folderKey` is the key of the folder that held it.
 class ChangesModel : public orbel::RoleList {
     Q_OBJECT
     QML_ELEMENT
