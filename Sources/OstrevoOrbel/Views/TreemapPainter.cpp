@@ -173,7 +173,7 @@ void TreemapPainter::drawWords(const TreemapTile& tile, const TileFace& face, co
     drawLine(name, font(face, face.isBold), bold, first, Qt::AlignLeft, color);
     if (!below.isEmpty())
         drawLine(below, font(face, false), metrics(face, false), second, Qt::AlignLeft, color);
-    if (isNode && face.glyphSize > 0)
+    if (face.glyphSize > 0)
         drawGlyph(lookOf(tile), rect, face);
 }
 
