@@ -136,6 +136,13 @@ TEST_F(LargeOldTest, OfATreeAloneAsksTheDiskNothingAndLetsNothingMove) {
     EXPECT_EQ(found[0].item.title, "linked");
     EXPECT_EQ(found[1].lastUsed, (LastUsed{.date = Date()}));
     EXPECT_EQ(found[1].item.blockedReason, "Far away");
+
+    builder.tree.modifiedMinutes[builder.file(docs, "undated", 400)] = FileTree::unknownTime;
+    const auto tree = builder.build();
+    EXPECT_EQ((LargeOldQuery{.minimumBytes = 400}.shownOnly(tree, now).size()), 0) << "how old is not known";
+    const auto undated = LargeOldQuery{.minimumBytes = 400, .unusedFor = std::nullopt}.shownOnly(tree, now);
+    ASSERT_EQ(undated.size(), 1);
+    EXPECT_FALSE(undated[0].lastUsed.isKnown);
 }
 
 TEST_F(LargeOldTest, TellsWhoUsesAFileOrAnythingInAPackage) {

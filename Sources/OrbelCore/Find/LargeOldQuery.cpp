@@ -82,8 +82,8 @@ std::vector<LargeOldQuery::Row> LargeOldQuery::shownOnly(const FileTree& tree, D
     for (const NodeIndex node : candidates(tree)) {
         if (isCancelled && isCancelled())
             break;
-        const LastUsed lastUsed{.date = tree.modified(node)};
-        if (unusedFor && (!tree.isModifiedKnown(node) || !isOldEnough(lastUsed, then)))
+        const LastUsed lastUsed{.date = tree.modified(node), .isKnown = tree.isModifiedKnown(node)};
+        if (unusedFor && (!lastUsed.isKnown || !isOldEnough(lastUsed, then)))
             continue;
         auto item = DeletionItem::shownOnly(tree, node, DeletionModule::largeOld);
         item.blockedReason = reason;

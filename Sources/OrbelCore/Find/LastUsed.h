@@ -25,6 +25,7 @@ struct LastUsed {
     Date date;
     Source source = Source::lastModified;
     Record record = Record::modificationTime;
+    bool isKnown = true; ///< false when nothing tells: the date means nothing then
 
     bool operator==(const LastUsed&) const = default;
 };

@@ -63,7 +63,7 @@ void run(const Request& request) {
         auto& object = files.emplace_back(rowJson(row));
         if (scan.keptOrigin)
             object.erase("openBy");
-        if (!tree.isModifiedKnown(row.index))
+        if (!row.lastUsed.isKnown)
             object["lastUsed"] = nullptr;
         bytes += row.bytes;
     }

@@ -56,8 +56,12 @@ LargeOldModel::LargeOldModel(const Ticks& ticks, std::string home)
               {"kind", [this](int place) { return static_cast<int>(kindAt(place)); }},
               {"kindName", [this](int place) { return textOf(title(kindAt(place))); }},
               {"size", of([](const Row& row) { return ByteFigure(row.bytes).text(); })},
-              {"lastUsed", of([](const Row& row) { return dayText(row.lastUsed.date); })},
-              {"record", of([](const Row& row) { return recordText(row.lastUsed.record); })},
+              {"lastUsed", of([](const Row& row) {
+                   return row.lastUsed.isKnown ? dayText(row.lastUsed.date) : QStringLiteral("—");
+               })},
+              {"record", of([](const Row& row) {
+                   return row.lastUsed.isKnown ? recordText(row.lastUsed.record) : QString();
+               })},
               {"tick", of([this](const Row& row) {
                    return ticks_.contains(row.id()) ? Qt::Checked : Qt::Unchecked;
                })},
