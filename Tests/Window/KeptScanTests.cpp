@@ -154,6 +154,18 @@ TEST_F(KeptScanOf, AFileThatIsDamagedOrNoneChangesNothing) {
     EXPECT_EQ(app().notice()->text(), QStringLiteral("A scan is opened when nothing else runs."));
 }
 
+TEST_F(KeptScanOf, AnExportShowsWhatItTells) {
+    open(home.file("nas.json",
+                   R"([1,2,{"progname":"ncdu","progver":"1.18","timestamp":1763370000},)"
+                   R"([{"name":"/srv"},{"name":"film.mkv","asize":9000000000,"dsize":9000000000}]])"));
+    auto& scan = *app().scan();
+    EXPECT_EQ(scan.keptStatement(), QStringLiteral("Measured elsewhere; nothing can be moved from here"));
+    EXPECT_TRUE(scan.scopeText().startsWith(QStringLiteral("/srv · measured on 17 November")))
+        << scan.scopeText().toStdString();
+    EXPECT_FALSE(scan.scopeText().contains(QStringLiteral(" in "))) << "how long it took is not known";
+    EXPECT_EQ(scan.measuredText(), QStringLiteral("Measured 9.0 GB · 2 entries"));
+}
+
 TEST_F(KeptScanOf, OnlyWhatIsMeasuredHereIsKeptAndOnlyWhileThatIsWanted) {
     scene.environment.scansFolder = home.path("scans");
     const ScanArchive archive(scene.environment.scansFolder);

@@ -251,14 +251,16 @@ QString ScanFlow::scopeText() const {
     const auto when = whenText(scannedAt_, environment_.now());
     if (isPartial())
         return tr("%1 · partly measured %2, stopped after %3").arg(what, when, durationText(scanSeconds_));
-    return tr("%1 · measured %2 in %3").arg(what, when, durationText(scanSeconds_));
+    return isDurationKnown() ? tr("%1 · measured %2 in %3").arg(what, when, durationText(scanSeconds_))
+                             : tr("%1 · measured %2").arg(what, when);
 }
 
 QString ScanFlow::measuredText() const {
     if (isIdle())
         return {};
-    const auto figures =
-        tr("%1 · %2 · %3").arg(figures_.measured().text(), figures_.entriesText(), figures_.duration());
+    auto figures = tr("%1 · %2").arg(figures_.measured().text(), figures_.entriesText());
+    if (isDurationKnown())
+        figures = tr("%1 · %2").arg(figures, figures_.duration());
     const auto state = isScanning() ? QString() : isPartial() ? tr("Partial · measured ") : tr("Measured ");
     return state + figures;
 }

@@ -168,6 +168,8 @@ Q_SIGNALS:
     void scanFinished();
 
 private:
+    /// Exports of other programs do not tell it.
+    bool isDurationKnown() const { return !isForeign() || scanSeconds_ > 0; }
     /// Where what is shown is from: this run, an earlier one, or the file of another computer's scan.
     enum class Provenance : std::uint8_t { now, earlier, elsewhere };
 
