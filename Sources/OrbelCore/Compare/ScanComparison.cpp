@@ -27,11 +27,10 @@ public:
     }
 
     ScanComparison run() && {
-        ORBEL_CHECK(before_.count() > 0 && after_.count() > 0, "only scans of something can be compared");
+        ORBEL_CHECK(std::min(before_.count(), after_.count()) > 0, "only scans of something are compared");
         if (before_.isFolder(0) == after_.isFolder(0)) {
             pairs_.emplace_back(0, 0);
-            for (std::size_t i = 0; i < pairs_.size(); ++i)
-                pairChildren(pairs_[i], pairs_, &came_, &went_);
+            pairBelow(pairs_, &came_, &went_);
         } else {
             came_.push_back(0);
             went_.push_back(0);
@@ -90,6 +89,13 @@ private:
         }
     }
 
+    /// Appends all that is in both of the first pair, level after level.
+    void pairBelow(Pairs& pairs, std::vector<NodeIndex>* came, std::vector<NodeIndex>* went) const {
+        std::size_t done = 0;
+        while (done < pairs.size())
+            pairChildren(pairs[done++], pairs, came, went);
+    }
+
     /// The two and all that is in both, when they are the same object under two paths; else nothing.
     Pairs pairsIfMoved(NodeIndex old, NodeIndex now) const {
         const bool isFolder = after_.isFolder(now);
@@ -100,8 +106,7 @@ private:
             return {};
         if (!isFolder)
             return isSameTime && before_.logical(old) == after_.logical(now) ? pairs : Pairs();
-        for (std::size_t i = 0; i < pairs.size(); ++i)
-            pairChildren(pairs[i], pairs, nullptr, nullptr);
+        pairBelow(pairs, nullptr, nullptr);
         const auto entries = before_.descendantCount(old);
         const bool isSame = entries == 0 ? isSameTime : (pairs.size() - 1) * 2 >= entries;
         return isSame ? pairs : Pairs();
