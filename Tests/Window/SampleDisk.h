@@ -21,8 +21,7 @@ struct SampleDisk {
     static std::vector<platform::Mount> mounts();
     /// What a scan of all of it finds, in 8.4 seconds.
     static ScanResult measured();
-    /// The same, kept as a file in this folder: its path. It was measured yesterday on a computer of this
-    /// name.
+    /// The same, kept as a file in this folder: its path. Measured yesterday on a computer of this name.
     static std::string keptIn(const std::string& folder, const std::string& machine);
     /// Has a scene that lives in this folder open with it: kept yesterday, when 12 GB more were free.
     static void keepAsLast(AppEnvironment& environment, const std::string& folder);

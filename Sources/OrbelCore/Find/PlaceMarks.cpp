@@ -59,8 +59,7 @@ PlaceMarks marksOfRoot(const std::string& root, const SafetyPolicy& policy) {
     return marks;
 }
 
-/// Hands the marks of each folder down to what is in it. What `home` is called, and where it lies, does not
-/// count.
+/// Hands the marks of each folder down to what is in it. The name and the place of `home` do not count.
 void spread(const FileTree& tree, std::optional<NodeIndex> home, std::vector<PlaceMarks>& marks) {
     for (const auto& [node, shape] : shapedFolders(tree))
         marks[node] = marks[node] | PlaceMarks::shaped;

@@ -12,8 +12,7 @@ namespace orbel {
 
 /// The scans of this computer that were kept by themselves, one file each, in a folder of this user's own
 /// (0700, the files 0600). Thinned with each scan that is added: see ScanThinning.h for those of one root
-/// and the same patterns, and `mostBytes` for all together. Damaged files and those of other users are never
-/// believed.
+/// and the same patterns, and `mostBytes` for all together. Damaged and other users' files are not believed.
 ///
 /// Any thread may use it, and other processes may use the same folder.
 class ScanArchive {
@@ -40,9 +39,8 @@ public:
     /// The archive's place in the folder where applications keep their data: beside the journal.
     static std::string defaultFolder(const std::string& applicationSupportFolder);
 
-    /// Keeps a complete scan that was made here, and thins out. What has no root that could be read, or a
-    /// file as its root, is not kept. The error is in words for people; the scans before are then still
-    /// there.
+    /// Keeps a complete scan that was made here, and thins out. A scan of a file, or of what could not be
+    /// read, is not kept. The error is in words for people; no earlier scan is then lost.
     std::expected<void, std::string> keep(const FileTree& tree, const ScanOrigin& origin, Date now) const;
 
     /// The kept scans of the root that was walked (FileTree::rootPath), the newest first.

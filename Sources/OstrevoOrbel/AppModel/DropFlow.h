@@ -24,8 +24,7 @@ class DropFlow final : public QObject {
     QML_UNCREATABLE("Belongs to the AppModel.")
     /// Something is over the window.
     Q_PROPERTY(bool over READ isOver NOTIFY changed)
-    /// "Measure ~/Videos", "Open ~/larch.orbel", or why a drop does nothing; empty while that is being found
-    /// out.
+    /// "Measure ~/Videos", "Open ~/larch.orbel", or why a drop does nothing; empty until that is known.
     Q_PROPERTY(QString statement READ statement NOTIFY changed)
     /// What to know besides; mostly empty.
     Q_PROPERTY(QString sentence READ sentence NOTIFY changed)

@@ -89,8 +89,7 @@ public:
     // Intents.
 
     /// Asks for a confirmation of what is ticked. Says so where nothing is, while a scan or a put back runs,
-    /// and while what is shown was measured elsewhere; ignored while a confirmation is asked for or a batch
-    /// runs.
+    /// and while what is shown was measured elsewhere. Ignored while one is asked for or a batch runs.
     Q_INVOKABLE void review(orbel::Ticks* ticks);
     /// The same for items that a screen has no ticks for.
     void ask(std::vector<TickedItem> items);

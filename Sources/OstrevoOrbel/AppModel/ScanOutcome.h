@@ -43,8 +43,7 @@ struct KeptOutcome {
 /// Takes the tree out of `result`, and reads the disk. `home` is what "~" stands for.
 ScanOutcome scanOutcome(ScanResult result, const DiskReader& reader, const std::string& home);
 
-/// The same of the tree alone. `trashedItems`: the folder of the Trash's items; empty where the tree has
-/// none.
+/// The same of the tree alone. `trashedItems`: the folder of the Trash's items; empty for no Trash.
 ScanOutcome treeOutcome(ScanResult result, const std::string& trashedItems, const std::string& home);
 
 /// A tree to be shared; to drop the last reference takes no time (see FreedAside.h).

@@ -24,8 +24,7 @@ void print(std::string_view part);
 /// tree of millions of nodes one by one would only cost time.
 [[noreturn]] void finish(const std::string& output, int status = ExitStatus::done);
 
-/// The same with a result that goes into this file, which is replaced whole or not at all; "-" is standard
-/// output.
+/// The same with a result for this file, which is replaced whole or not at all; "-" is standard output.
 [[noreturn]] void finishInto(const std::string& file, const std::string& output);
 
 /// Says what is wrong with the command line and ends the process.

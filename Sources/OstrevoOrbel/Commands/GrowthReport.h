@@ -15,8 +15,7 @@ struct GrowthReport {
     std::optional<std::string> failure; ///< why the scan is not kept for the next one, for the user
 };
 
-/// Compares a finished scan with the newest kept one of the same root and exclusions, and keeps it for the
-/// next.
+/// Compares a finished scan with the newest kept one of the same root and exclusions, and keeps it.
 GrowthReport growthReport(const ScanResult& result, const UserContext& user);
 
 } // namespace orbel

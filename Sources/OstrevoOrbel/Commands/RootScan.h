@@ -43,8 +43,7 @@ RootScan scanOfRoot(const Request& request);
 /// The same for one of several operands.
 RootScan scanOf(const std::string& root, const Request& request, const ScanWatch& watch = {});
 
-/// The scan in a scan file or an export; absent for all that is none. Ends the process when it is not to be
-/// believed.
+/// The scan in a scan file or an export; absent for other files. Ends the process when it is damaged.
 std::optional<RootScan> scanInFile(const std::string& path, const Request& request);
 
 /// Measures the ROOT of a command that has to look at the disk besides the scan. A file with a scan in it is
