@@ -101,8 +101,8 @@ std::string_view RawJson::key() {
 void RawJson::escape() {
     constexpr std::string_view written = "\"\\/bfnrt";
     constexpr std::string_view meant = "\"\\/\b\f\n\r\t";
-    if (const auto which = peek() == end ? written.npos : written.find(static_cast<char>(peek()));
-        which != written.npos) {
+    constexpr auto none = std::string_view::npos;
+    if (const auto which = peek() == end ? none : written.find(static_cast<char>(peek())); which != none) {
         piece_.remove_prefix(1);
         text_ += meant[which];
         return;

@@ -191,6 +191,7 @@ std::expected<void, std::string> ScanArchive::thinOut(const FileTree& tree, cons
         return !arePatternsAlike(entry.header.exclusions.patterns, tree.exclusions.patterns);
     });
     std::vector<Date> dates;
+    dates.reserve(entries.size());
     for (const auto& entry : entries)
         dates.push_back(entry.header.origin.measuredAt);
     for (const auto index : expiredScans(dates, now)) {

@@ -1,6 +1,7 @@
 #include "Saved/ScanThinning.h"
 
 #include <chrono>
+#include <cstdint>
 #include <set>
 #include <utility>
 
@@ -11,7 +12,7 @@ namespace {
 using std::chrono::days;
 using std::chrono::sys_days;
 
-enum class Span { day, week, month, past };
+enum class Span : std::uint8_t { day, week, month, past };
 
 /// The stretch of time that a scan stands for: the kind of it, and its number.
 using Stretch = std::pair<Span, long>;
