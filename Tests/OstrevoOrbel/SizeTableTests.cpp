@@ -132,6 +132,8 @@ TEST(SizeTable, MarksWhatWasNotMeasured) {
     EXPECT_TRUE(sizeTable(scan, {}, narrowForm)
                     .starts_with("/root on ser[U+001B]ver, measured 2026-01-02T03:04:05Z\n"));
     EXPECT_FALSE(sizeTable(scan, {}, pipeForm).contains("measured"));
+    scan.keptOrigin.emplace(); // of an export
+    EXPECT_TRUE(sizeTable(scan, {}, narrowForm).starts_with("/root\n"));
 }
 
 TEST(TableForm, ObeysTheEnvironment) {

@@ -104,8 +104,8 @@ void CompareFlow::compareWith(const ScanArchive::Entry& entry) {
 }
 
 /// The tree has been edited.
-void CompareFlow::compareAgain() {
-    job_.run([before = compared_->before, tree = tree_, since = *chosen_,
+void CompareFlow::compareAgain(Date since) {
+    job_.run([before = compared_->before, tree = tree_, since,
               home = environment_.home] { return compare(before, tree, since, home, true); },
              [this](Outcome outcome) { take(std::move(outcome)); });
     Q_EMIT changed();
@@ -147,8 +147,8 @@ void CompareFlow::follow() {
     } else if (tree_ && tree_ != tree && !job_.isRunning()) {
         growth_.follow(*tree_, *tree, PathCanonicalizer::shared());
         tree_ = tree;
-        if (compared_)
-            compareAgain();
+        if (compared_ && chosen_)
+            compareAgain(*chosen_);
     }
 }
 

@@ -80,7 +80,7 @@ private:
                            Date since, const std::string& home, bool isNeeded);
     void compareWith(const Entry& entry);
     void bringComparison();
-    void compareAgain();
+    void compareAgain(Date since);
     void setEntries(std::vector<Entry> entries);
     void setCompared(std::shared_ptr<const ComparedScans> compared);
     void follow();

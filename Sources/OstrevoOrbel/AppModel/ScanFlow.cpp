@@ -101,7 +101,8 @@ void ScanFlow::takeOutcome(ScanOutcome outcome) {
 }
 
 void ScanFlow::takeFresh(ScanOutcome fresh) {
-    ORBEL_CHECK(!isScanning() && !fresh.cancelled, "a whole scan takes the place of an earlier one");
+    ORBEL_CHECK(!isScanning(), "a scan would end in the place of a fresh one");
+    ORBEL_CHECK(!fresh.cancelled, "a whole scan takes the place of an earlier one");
     provenance_ = Provenance::now;
     disk_.beginCounting(scanRoot_);
     settle(std::move(fresh));
@@ -132,7 +133,7 @@ void ScanFlow::takeKept(KeptOutcome kept) {
     ORBEL_CHECK(!isScanning(), "a scan would end in the place of what was kept");
     origin_ = std::move(kept.outcome.origin);
     provenance_ = kept.isForeign ? Provenance::elsewhere : Provenance::earlier;
-    scanRoot_ = kept.root.empty() ? kept.outcome.tree->rootPath : std::move(kept.root);
+    scanRoot_ = kept.root.empty() ? kept.outcome.tree->rootPath : kept.root;
     scanState_ = ScanState::done;
     scannedAt_ = kept.outcome.finishedAt;
     scanSeconds_ = kept.outcome.duration;

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstdint>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -45,7 +47,7 @@ constexpr Glyphs asciiGlyphs{.dots = "...",
                              .fullCell = "#",
                              .partCells = noPartCells};
 
-enum class RowKind { folder, other, more, total };
+enum class RowKind : std::uint8_t { folder, other, more, total };
 
 struct Row {
     RowKind kind;
@@ -124,7 +126,7 @@ private:
 std::uint64_t perMille(std::uint64_t part, std::uint64_t whole) {
     return whole == 0 ? 0
                       : static_cast<std::uint64_t>(
-                          static_cast<double>(part) * 1000 / static_cast<double>(whole) + 0.5);
+                          std::llround(static_cast<double>(part) * 1000 / static_cast<double>(whole)));
 }
 
 std::string padded(const std::string& text, std::size_t columns) {
@@ -188,10 +190,9 @@ private:
     }
 
     std::string barOf(const Row& row) const {
-        if (row.kind == RowKind::total)
-            return std::string(barColumns, ' ');
         const auto parts = glyphs_.partCells.size();
-        const auto filled = (perMille(row.bytes, total_) * barColumns * parts + 500) / 1000;
+        const auto share = row.kind == RowKind::total ? 0 : perMille(row.bytes, total_);
+        const auto filled = (share * barColumns * parts + 500) / 1000;
         std::string bar;
         for (std::size_t cell = 0; cell < filled / parts; ++cell)
             bar += glyphs_.fullCell;
@@ -229,19 +230,21 @@ private:
     bool hasItems_ = true;
 };
 
-/// Where and when a scan that was kept was made.
-std::string originLine(const RootScan& scan) {
-    return isolatedText(visibleText(scan.result.tree.path(0, PathCanonicalizer::shared()) + " on "
-                                    + scan.keptOrigin->machine + ", measured "
-                                    + iso8601(scan.keptOrigin->measuredAt)))
-           + "\n";
+/// Where and when a scan that was kept was made, as far as that is known.
+std::string originLine(const RootScan& scan, const ScanOrigin& origin) {
+    auto line = scan.result.tree.path(0, PathCanonicalizer::shared());
+    if (!origin.machine.empty())
+        line += " on " + origin.machine;
+    if (const auto measuredAt = scan.measuredAt())
+        line += ", measured " + iso8601(*measuredAt);
+    return isolatedText(visibleText(line)) + "\n";
 }
 
 } // namespace
 
 std::string sizeTable(const RootScan& scan, const ListLimits& limits, const TableForm& form) {
     const auto& glyphs = form.isUnicode ? unicodeGlyphs : asciiGlyphs;
-    const auto origin = form.isTerminal && scan.keptOrigin ? originLine(scan) : "";
+    const auto origin = form.isTerminal && scan.keptOrigin ? originLine(scan, *scan.keptOrigin) : "";
     return origin + TableWriter(RowMaker(scan, limits, glyphs).rows(), form, glyphs).text();
 }
 

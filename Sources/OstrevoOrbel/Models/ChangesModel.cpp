@@ -31,7 +31,7 @@ ChangesModel::ChangesModel(std::string home) : home_(std::move(home)) {
          {"kindName", ofNode([](const FileTree& tree, NodeIndex node) { return kindText(tree, node); })},
          {"folder", ofNode([this](const FileTree& tree, NodeIndex node) { return folderText(tree, node); })},
          {"detail", of([this](const Change& change) {
-              const auto folder = folderText(scans_->treeOf(change), ComparedScans::nodeOf(change));
+              auto folder = folderText(scans_->treeOf(change), ComparedScans::nodeOf(change));
               if (change.kind != ChangeKind::moved)
                   return folder;
               const auto from = scans_->before->path(change.before, PathCanonicalizer::shared());

@@ -88,7 +88,7 @@ QModelIndexList RoleList::match(const QModelIndex& start, int role, const QVaria
 QModelIndexList RoleList::firstNamed(int from, const QString& typed) const {
     for (int step = 0; step < rowCount(); ++step) {
         const auto place = index((from + step) % rowCount());
-        if (mayBeginWith(*nameBytes(place.row()), typed)
+        if (mayBeginWith(nameBytes(place.row()).value_or(""), typed)
             && place.data().toString().startsWith(typed, Qt::CaseInsensitive))
             return {place};
     }
