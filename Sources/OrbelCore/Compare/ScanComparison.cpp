@@ -17,6 +17,14 @@ bool isKnown(const FileTree& tree, NodeIndex node) {
     return !flags.contains(NodeFlags::unreadable) && !flags.contains(NodeFlags::otherVolume);
 }
 
+/// The same in both scans, although the volume may have had another device number then.
+FileIdentity identityOnVolume(const FileTree& tree, NodeIndex node) {
+    auto identity = tree.identity(node);
+    if (identity.device == tree.device)
+        identity.device = 0;
+    return identity;
+}
+
 /// Pairs of nodes of two trees, the earlier one's first.
 using Pairs = std::vector<std::pair<NodeIndex, NodeIndex>>;
 
@@ -116,9 +124,9 @@ private:
         std::unordered_multimap<FileIdentity, NodeIndex*> gone;
         for (NodeIndex& node : went_)
             if (before_.inode(node) != 0)
-                gone.emplace(before_.identity(node), &node);
+                gone.emplace(identityOnVolume(before_, node), &node);
         for (NodeIndex& now : came_) {
-            auto [old, last] = gone.equal_range(after_.identity(now));
+            auto [old, last] = gone.equal_range(identityOnVolume(after_, now));
             Pairs pairs;
             while (old != last && (pairs = pairsIfMoved(*old->second, now)).empty())
                 ++old;

@@ -40,8 +40,8 @@ struct ScanComparison {
 
     bool isComparable(NodeIndex ofLaterTree) const;
 
-    /// Compares the roots and all that is in them, whatever the paths of the roots are. A root that is a
-    /// folder in one tree only has come and gone. Needs two trees with a root.
+    /// Compares the roots, which may have different paths, and all that is in them. A root that is a folder
+    /// in one tree only has come and gone. Needs two trees with a root.
     static ScanComparison between(const FileTree& before, const FileTree& after);
 };
 

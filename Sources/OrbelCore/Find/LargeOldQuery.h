@@ -54,9 +54,9 @@ struct LargeOldQuery {
                          const InUseChecker::OpenFiles& openFiles, const IsCancelled& isCancelled,
                          const LastUsedReader& reader) const;
 
-    /// The same of a tree that may be of another machine, as it was `then`: asks nothing but the tree. Its
-    /// items are only shown, blocked for `reason` if there is one; a last use is a last change, and nobody is
-    /// known to use them. Where not even that is known (FileTree::isModifiedKnown), a row is only there when
+    /// The same of a tree that may be of another machine, as it was `then`: asks nothing but the tree. The
+    /// items are blocked for `reason` if one is given; the last use is the last change, and nothing is said
+    /// of who uses them. Where not even that is known (FileTree::isModifiedKnown), a row is only there when
     /// any age will do.
     std::vector<Row> shownOnly(const FileTree& tree, Date then, const std::optional<std::string>& reason = {},
                                const IsCancelled& isCancelled = nullptr) const;

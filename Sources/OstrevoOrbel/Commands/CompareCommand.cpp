@@ -94,10 +94,8 @@ constinit const Command compareCommand{
     .help =
         "Print as JSON what changed between two scans: what grew, shrank, came, went and moved, the largest "
         "change first, only N of them if given. A and B are scan files or folders: of a folder, A is the "
-        "newest "
-        "scan that was kept with the same exclusions, and B is measured now. Without B, it is A that is "
-        "measured "
-        "now.",
+        "newest scan that was kept with the same exclusions, and B is measured now. Without B, it is A that "
+        "is measured now.",
     .run = run,
 };
 
