@@ -97,7 +97,7 @@ void findIdsInJournal(benchmark::State& state) {
     const JournalStore store(journal.path());
     for (auto _ : state) {
         const auto found = store.recorded(ids, ids);
-        if (!found || found->ids.size() != known)
+        if (!found || found->outcomes.size() != known)
             state.SkipWithError("ids are missing");
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(std::filesystem::file_size(journal.path()))
