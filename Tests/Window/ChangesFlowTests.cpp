@@ -108,7 +108,7 @@ TEST(WindowChanges, ListsAllThatChangedByHowMuch) {
     EXPECT_EQ(scene.of("Old.mkv", "folderKey"), QStringLiteral("file:///data/films"));
     EXPECT_EQ(scene.of("new.pdf", "before"), QStringLiteral("—"));
     EXPECT_EQ(scene.of("moving.pdf", "detail"),
-              QStringLiteral("Moved from /data/notes/moving.pdf to /data/films"));
+              QStringLiteral("Moved from /data/notes/moving.pdf, now in /data/films"));
 
     changes.setShown(false);
     EXPECT_EQ(changes.rows()->rowCount(), 0);

@@ -35,7 +35,7 @@ ChangesModel::ChangesModel(std::string home) : home_(std::move(home)) {
               if (change.kind != ChangeKind::moved)
                   return folder;
               const auto from = scans_->before->path(change.before, PathCanonicalizer::shared());
-              return tr("Moved from %1 to %2").arg(textOf(tildePath(from, home_)), folder);
+              return tr("Moved from %1, now in %2").arg(textOf(tildePath(from, home_)), folder);
           })},
          {"path",
           of([this](const Change& change) { return textOf(tildePath(scans_->pathOf(change), home_)); })},
