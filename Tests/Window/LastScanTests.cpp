@@ -6,6 +6,7 @@
 #include "Snapshots.h"
 #include "WindowScene.h"
 
+#include <cmath>
 #include <filesystem>
 #include <future>
 #include <gtest/gtest.h>
@@ -162,6 +163,32 @@ TEST(LastScanInTheWindow, LooksTheSameInEverySize) {
         scene.item(QStringLiteral("settings.keep"))->forceActiveFocus(Qt::TabFocusReason);
         scene.settle();
         keepPicture(scene, QStringLiteral("last-settings") + QLatin1String(suffix));
+    }
+}
+
+TEST(LastScanInTheWindow, GivesWayToANewOneWithoutScrollingTheLists) {
+    for (const auto& [list, head] :
+         {std::pair(QStringLiteral("large.table"), QStringLiteral("large.head.0")),
+          std::pair(QStringLiteral("map.list"), QStringLiteral("map.list.head.0"))}) {
+        WindowWithLastScan scene;
+        scene.environment.settings->setValue(QStringLiteral("measureAtStart"), true);
+        scene.holdScans();
+        scene.show(1440, 400, 1);
+        scene.app().setScreenName(list.section(QLatin1Char('.'), 0, 0));
+        scene.settle();
+        auto& view = *qvariant_cast<QQuickItem*>(scene.item(list)->property("contentItem"));
+        // Not as far as they go: they get taller when it is not said any more that the scan is an old one.
+        const double place = std::floor((view.property("contentHeight").toDouble() - view.height()) / 4);
+        ASSERT_GT(place, 5) << list.toStdString() << " has to be longer than its place";
+        view.setProperty("contentY", place);
+        scene.releaseScans();
+        ASSERT_TRUE(scene.waitUntil(
+            [&] { return !scene.app().scan()->isKept() && !scene.app().largeOld()->isBusy(); }));
+        scene.settle();
+        EXPECT_EQ(view.property("contentY").toDouble(), place) << list.toStdString();
+        scene.click(head);
+        EXPECT_TRUE(scene.waitUntil([&] { return view.property("contentY").toDouble() < place; }))
+            << list.toStdString() << ": in another order, what has the focus is in sight";
     }
 }
 

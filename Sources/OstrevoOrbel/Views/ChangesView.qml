@@ -244,6 +244,8 @@ ScreenFrame {
             Accessible.name: qsTr("Changes")
             anchors.bottom: parent.bottom
             anchors.top: head.bottom
+            arrangement: [view.app.compare.scan, view.changes.column, view.changes.descending, view.changes.kind,
+                view.changes.items, view.changes.text]
             menu: menu
             model: view.changes.rows
             objectName: "changes.table"

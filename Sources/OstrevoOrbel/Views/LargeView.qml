@@ -226,6 +226,8 @@ ScreenFrame {
             Accessible.name: qsTr("Large and old files")
             anchors.bottom: parent.bottom
             anchors.top: head.bottom
+            arrangement: [view.large.column, view.large.descending, view.large.size, view.large.age, view.large.kind,
+                view.large.text]
             menu: menu
             model: view.large.rows
             objectName: "large.table"

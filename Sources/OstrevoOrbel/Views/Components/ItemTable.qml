@@ -19,6 +19,9 @@ T.Control {
     property bool selects: true
     /// Whether they keep to their items when the rows change; a list that follows something else does not.
     property bool keepsPlaces: selects
+    /// How the user has the rows filtered and sorted. As long as it stays the same, rows that come anew are seen where the
+    /// former ones were; without it, from the top.
+    property var arrangement: null
     /// Whether it scrolls by itself; otherwise the page that it is on does.
     property alias scrolls: view.interactive
     /// Whether Enter acts on the row with the focus, and not on what is around the list.
@@ -162,6 +165,9 @@ T.Control {
         property bool holding: false
         property string heldKey: ""
         property string selectedKey: ""
+        /// How far they were scrolled before the rows came anew, -1 when they have not, and how they were arranged.
+        property real formerTop: -1
+        property string formerArrangement: ""
 
         function keyAt(row: int): string {
             return row < 0 || row >= count || !rows ? "" : rows.data(rows.index(row, 0), Qt.UserRole - 1) ?? "";
@@ -191,6 +197,16 @@ T.Control {
             currentIndex = place >= 0 || !table.activeFocus ? place : Math.min(Math.max(0, currentIndex), count - 1);
             const selected = table.rowOf(selectedKey);
             table.selectedRow = selected >= 0 || !table.activeFocus ? selected : currentIndex;
+            findTop();
+        }
+        function findTop(): void {
+            const arrangement = JSON.stringify(table.arrangement);
+            if (formerTop >= 0 && table.arrangement !== null && arrangement === formerArrangement) {
+                forceLayout();
+                contentY = Math.max(0, Math.min(formerTop, contentHeight - height));
+            }
+            formerTop = -1;
+            formerArrangement = arrangement;
         }
 
         activeFocusOnTab: false
@@ -205,6 +221,8 @@ T.Control {
             visible: view.interactive && size < 1
         }
 
+        Component.onCompleted: findTop()
+
         Timer {
             id: forget
 
@@ -217,6 +235,8 @@ T.Control {
 
             function onModelAboutToBeReset(): void {
                 view.holdPlaces();
+                if (view.formerTop < 0)
+                    view.formerTop = view.contentY;
             }
             function onModelReset(): void {
                 Qt.callLater(view.findPlaces);
