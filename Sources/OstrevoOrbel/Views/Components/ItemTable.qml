@@ -201,7 +201,7 @@ T.Control {
         }
         function findTop(): void {
             const arrangement = JSON.stringify(table.arrangement);
-            if (formerTop >= 0 && table.arrangement !== null && arrangement === formerArrangement) {
+            if (formerTop > 0 && table.arrangement !== null && arrangement === formerArrangement) {
                 forceLayout();
                 contentY = Math.max(0, Math.min(formerTop, contentHeight - height));
             }
