@@ -128,6 +128,40 @@ TEST_F(KeptScanOf, AnotherComputerStaysAsItWasWhateverHappensHere) {
     EXPECT_FALSE(shown->isExcluded(node(home.path("Videos")))) << "what is left out here is not";
 }
 
+TEST_F(KeptScanOf, AnotherComputerIsComparedWithAnEarlierFileOfIt) {
+    const auto earlier = home.path("earlier.scan");
+    fs::copy(kept(), earlier);
+    home.file("Videos/new.mkv", std::size_t{2'000'000});
+    const auto file = kept();
+    open(file);
+    auto& compare = *app().compare();
+    EXPECT_TRUE(compare.isPossible());
+    EXPECT_EQ(compare.scanTexts(), QStringList()) << "what this computer measured is of another disk";
+    const auto compareWith = [&](const std::string& path) {
+        compare.openFile(QUrl::fromLocalFile(QString::fromStdString(path)));
+        scene.waitUntil([&] { return !compare.isBusy(); });
+    };
+    compareWith(earlier);
+    EXPECT_EQ(compare.scan(), 0);
+    ASSERT_EQ(compare.scanTexts().size(), 1);
+    EXPECT_TRUE(compare.scanTexts().front().startsWith(QStringLiteral("earlier.scan · ")));
+    EXPECT_EQ(compare.growth()->since(), QStringLiteral("an unknown day"));
+    app().changes()->setShown(true);
+    scene.waitUntil([&] { return app().changes()->isKnown() && !app().changes()->isRunning(); });
+    const auto changes = app().changes()->rows();
+    EXPECT_TRUE(changes
+                    ->match(changes->index(0), Qt::DisplayRole, QStringLiteral("new.mkv"), 1,
+                            Qt::MatchStartsWith | Qt::MatchWrap)
+                    .size()
+                == 1);
+
+    compareWith(film);
+    EXPECT_TRUE(app().notice()->text().contains(QStringLiteral("is not a scan file")));
+    EXPECT_EQ(compare.scan(), 0) << "as before";
+    open(file);
+    EXPECT_EQ(compare.scan(), -1);
+}
+
 TEST_F(KeptScanOf, AFileThatIsDamagedOrNoneChangesNothing) {
     const auto file = kept();
     measure();
@@ -262,6 +296,19 @@ TEST(ForeignScanInTheWindow, OffersNothingThatMovesOpensOrMeasuresIt) {
     QObject::connect(&app, &AppModel::folderWanted, [&] { isAsked = true; });
     scene.click(QStringLiteral("tidy.empty.action"));
     EXPECT_TRUE(isAsked) << "the way back";
+}
+
+TEST(ForeignScanInTheWindow, IsComparedWithAFileOnly) {
+    ForeignWindow scene;
+    scene.show();
+    bool isAsked = false;
+    QObject::connect(&scene.app(), &AppModel::scanFileWanted,
+                     [&](const QUrl& /*folder*/, bool toCompare) { isAsked = toCompare; });
+    scene.click(QStringLiteral("overview.since"));
+    keepPicture(scene, QStringLiteral("foreign-since-menu"));
+    EXPECT_FALSE(scene.isShown(QStringLiteral("overview.since.1")));
+    scene.click(QStringLiteral("overview.since.0"));
+    EXPECT_TRUE(isAsked);
 }
 
 TEST(ForeignScanInTheWindow, LooksTheSameInEverySize) {

@@ -91,7 +91,9 @@ public:
     /// Lets the user choose a folder to measure.
     Q_INVOKABLE void chooseFolderAndScan();
     /// Lets the user choose the file of a scan to look at.
-    Q_INVOKABLE void chooseScanToOpen() { Q_EMIT scanFileWanted(homeFolder()); }
+    Q_INVOKABLE void chooseScanToOpen() { Q_EMIT scanFileWanted(homeFolder(), false); }
+    /// Lets the user choose the file of a scan that the one that is shown is compared with.
+    Q_INVOKABLE void chooseScanToCompare() { Q_EMIT scanFileWanted(homeFolder(), true); }
     Q_INVOKABLE void showAbout() { Q_EMIT aboutWanted(); }
     /// Shows what is left out of measuring, where that is chosen.
     Q_INVOKABLE void showExclusions() { Q_EMIT exclusionsWanted(); }
@@ -154,7 +156,7 @@ Q_SIGNALS:
     void opened();
     // Asks the window to do what only a window can.
     void folderWanted(const QString& prompt, const QUrl& startFolder);
-    void scanFileWanted(const QUrl& startFolder);
+    void scanFileWanted(const QUrl& startFolder, bool toCompare);
     void aboutWanted();
     void exclusionsWanted();
     void changesWanted();

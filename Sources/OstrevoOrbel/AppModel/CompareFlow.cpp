@@ -1,9 +1,11 @@
 #include "AppModel/CompareFlow.h"
 
+#include "AppModel/KeptScanFlow.h"
 #include "Compare/GrownFolders.h"
 #include "Models/FreedAside.h"
 #include "Models/Wording.h"
 #include "Safety/PathCanonicalizer.h"
+#include "Util/FileUrl.h"
 #include "Util/PathText.h"
 
 #include <algorithm>
@@ -28,6 +30,13 @@ GrowthModel::Content growthIn(const ComparedScans& scans, Date since, const std:
 
 Date dateOf(const ScanArchive::Entry& entry) {
     return entry.header.origin.measuredAt;
+}
+
+std::expected<KeptScan, QString> readIn(const ScanArchive& archive, const ScanArchive::Entry& entry) {
+    auto kept = archive.read(entry);
+    if (!kept)
+        return std::unexpected(textOf(kept.error()));
+    return *std::move(kept);
 }
 
 /// Those of `entries` that are among the others too.
@@ -91,13 +100,20 @@ void CompareFlow::begin() {
 void CompareFlow::compareWith(const ScanArchive::Entry& entry) {
     tree_ = scan_.tree();
     job_.run(
-        [archive = ScanArchive(environment_.scansFolder), entry, tree = tree_, home = environment_.home,
-         isNeeded = isNeeded()] {
-            auto kept = archive.read(entry);
+        [archive = ScanArchive(environment_.scansFolder), entry, isKeptHere = isKeptHere(entry), tree = tree_,
+         home = environment_.home, isNeeded = isNeeded()] {
+            auto kept = isKeptHere ? readIn(archive, entry) : KeptScanFlow::read(entry.path, home);
             if (!kept)
-                return Outcome{.failure = textOf(kept.error())};
-            return compare(std::make_shared<const FileTree>(std::move(kept->tree)), tree, dateOf(entry), home,
-                           isNeeded);
+                return Outcome{.failure = kept.error()};
+            const auto since = kept->origin.measuredAt;
+            std::optional<Entry> file;
+            if (!isKeptHere)
+                file = {.path = entry.path,
+                        .header = {.origin = kept->origin, .allocatedBytes = kept->tree.allocated(0)}};
+            auto outcome =
+                compare(std::make_shared<const FileTree>(std::move(kept->tree)), tree, since, home, isNeeded);
+            outcome.file = std::move(file);
+            return outcome;
         },
         [this](Outcome outcome) { take(std::move(outcome)); });
     Q_EMIT changed();
@@ -117,6 +133,8 @@ void CompareFlow::take(Outcome outcome) {
             notice_.show(tr("This scan could not be kept: %1").arg(outcome.content.failure));
         if (outcome.entries)
             setEntries(*std::move(outcome.entries));
+        if (outcome.file)
+            addFile(*std::move(outcome.file));
         chosen_ = outcome.chosen;
         growth_.set(std::move(outcome.content), environment_.now());
         setCompared(isNeeded() ? std::move(outcome.compared) : nullptr);
@@ -156,9 +174,15 @@ QStringList CompareFlow::scanTexts() const {
     QStringList words;
     for (const auto& entry : entries_)
         words << tr("%1 · %2").arg(
-            dateText(std::chrono::time_point_cast<Date::duration>(dateOf(entry)), environment_.now()),
+            isKeptHere(entry)
+                ? dateText(std::chrono::time_point_cast<Date::duration>(dateOf(entry)), environment_.now())
+                : textOf(lastPathComponent(entry.path)),
             ByteFigure(entry.header.allocatedBytes).text());
     return words;
+}
+
+bool CompareFlow::isKeptHere(const Entry& entry) const {
+    return parentPath(entry.path) == environment_.scansFolder;
 }
 
 int CompareFlow::scan() const {
@@ -170,6 +194,20 @@ int CompareFlow::scan() const {
 void CompareFlow::setScan(int number) {
     if (number != scan() && number >= 0 && number < static_cast<int>(entries_.size()))
         compareWith(entries_[static_cast<std::size_t>(number)]);
+}
+
+void CompareFlow::openFile(const QUrl& file) {
+    const auto path = pathOfFileUrl(file.toEncoded().toStdString());
+    if (path && isPossible())
+        compareWith({.path = *path, .header = {}});
+}
+
+/// In the place of one of the same time: those of which it is not known are told apart by nothing else.
+void CompareFlow::addFile(Entry file) {
+    auto entries = entries_;
+    std::erase_if(entries, [&](const Entry& entry) { return dateOf(entry) == dateOf(file); });
+    entries.insert(entries.begin(), std::move(file));
+    setEntries(std::move(entries));
 }
 
 void CompareFlow::bringComparison() {

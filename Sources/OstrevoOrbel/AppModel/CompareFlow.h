@@ -13,6 +13,7 @@
 #include <QObject>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
+#include <QUrl>
 #include <string>
 #include <vector>
 
@@ -22,9 +23,10 @@ namespace orbel {
 /// while scans are read, compared and kept on a thread of its own.
 ///
 /// A complete scan of this computer is compared with the newest kept one before it as soon as it is shown,
-/// and kept if it is new. What is moved or measured again afterwards changes the tree, and the rows follow
-/// it. Both scans and what changed between them node by node are in memory only while something needs them;
-/// when the tree changes then, it is compared again.
+/// and kept if it is new. Any complete scan, also one from elsewhere, can be compared with one in a file.
+/// What is moved or measured again afterwards changes the tree, and the rows follow it. Both scans and what
+/// changed between them node by node are in memory only while something needs them; when the tree changes
+/// then, it is compared again.
 class CompareFlow final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -37,6 +39,8 @@ class CompareFlow final : public QObject {
     /// The one that is compared with, -1 for none. Another one is read; a failure is a notice, and the
     /// comparison stays.
     Q_PROPERTY(int scan READ scan WRITE setScan NOTIFY changed)
+    /// Whether what is shown can be compared: it is a complete scan, from wherever.
+    Q_PROPERTY(bool possible READ isPossible NOTIFY changed)
 
 public:
     /// What may need the comparison itself.
@@ -51,6 +55,9 @@ public:
     QStringList scanTexts() const;
     int scan() const;
     void setScan(int number);
+    bool isPossible() const { return scan_.hasTree() && !scan_.isPartial(); }
+    /// Compares with the scan in a file, which is one of the scans from then on, until another one is shown.
+    Q_INVOKABLE void openFile(const QUrl& file);
 
     /// Brings the comparison into memory, or lets it go when nothing else needs it.
     void need(Need need, bool isNeeded);
@@ -69,6 +76,7 @@ private:
         std::shared_ptr<const ComparedScans> compared{}; ///< null when it was not needed
         std::optional<std::vector<Entry>> entries{};     ///< absent: as before
         std::optional<Date> chosen{};                    ///< when the scan was made that is compared with
+        std::optional<Entry> file{};                     ///< that scan, when it was not kept here
         QString failure{}; ///< why the one that was chosen cannot be; empty when it is
     };
 
@@ -81,6 +89,8 @@ private:
     void compareWith(const Entry& entry);
     void bringComparison();
     void compareAgain(Date since);
+    bool isKeptHere(const Entry& entry) const;
+    void addFile(Entry file);
     void setEntries(std::vector<Entry> entries);
     void setCompared(std::shared_ptr<const ComparedScans> compared);
     void follow();

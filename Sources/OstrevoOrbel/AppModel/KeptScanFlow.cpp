@@ -131,15 +131,12 @@ void KeptScanFlow::open(const std::string& path) {
     }
     setOpeningLast(false);
     using Opened = std::expected<KeptOutcome, QString>;
-    const auto shown = textOf(tildePath(path, environment_.home));
     job_.run(
-        [path, shown, home = environment_.home]() -> Opened {
-            auto kept = openScan(path);
+        [path, home = environment_.home]() -> Opened {
+            auto kept = read(path, home);
             if (!kept)
-                return std::unexpected(tr("%1 is not a scan file.").arg(shown));
-            if (!*kept)
-                return std::unexpected(tr("%1 could not be opened: %2").arg(shown, textOf(kept->error())));
-            return foreignOutcome(*std::move(*kept), home);
+                return std::unexpected(std::move(kept.error()));
+            return foreignOutcome(*std::move(kept), home);
         },
         [this](Opened opened) {
             if (opened) {
@@ -149,6 +146,16 @@ void KeptScanFlow::open(const std::string& path) {
             notice_.show(opened.error());
             Q_EMIT failed(opened.error());
         });
+}
+
+std::expected<KeptScan, QString> KeptScanFlow::read(const std::string& path, const std::string& home) {
+    const auto shown = textOf(tildePath(path, home));
+    auto kept = openScan(path);
+    if (!kept)
+        return std::unexpected(tr("%1 is not a scan file.").arg(shown));
+    if (!*kept)
+        return std::unexpected(tr("%1 could not be opened: %2").arg(shown, textOf(kept->error())));
+    return *std::move(*kept);
 }
 
 } // namespace orbel

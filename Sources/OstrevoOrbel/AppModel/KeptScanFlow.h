@@ -3,7 +3,9 @@
 #include "AppModel/LatestJob.h"
 #include "AppModel/Notice.h"
 #include "AppModel/ScanFlow.h"
+#include "Saved/ScanFile.h"
 
+#include <expected>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 #include <QUrl>
@@ -33,6 +35,10 @@ public:
     /// and while something is measured or moved.
     void open(const std::string& path);
     Q_INVOKABLE void openFile(const QUrl& file);
+
+    /// The scan in a file. The error is in words for people, with the path as `home` shortens it. Not for the
+    /// main thread.
+    static std::expected<KeptScan, QString> read(const std::string& path, const std::string& home);
 
     bool isOpeningLast() const { return isOpeningLast_; }
 

@@ -9,7 +9,9 @@ namespace orbel {
 
 void GrowthModel::set(Content content, std::chrono::system_clock::time_point now) {
     folders_.setRows(std::move(content.folders));
-    since_ = content.since ? recentDayText(*content.since, now) : QString();
+    since_ = !content.since             ? QString()
+             : *content.since == Date() ? tr("an unknown day")
+                                        : recentDayText(*content.since, now);
     failure_ = std::move(content.failure);
     Q_EMIT changed();
 }

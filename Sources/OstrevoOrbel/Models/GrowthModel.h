@@ -50,7 +50,7 @@ class GrowthModel : public QObject {
 
 public:
     struct Content {
-        std::optional<Date> since; ///< absent: there is nothing to compare with
+        std::optional<Date> since; ///< absent: no comparison; the begin of 1970: not known
         std::vector<GrowthFolder> folders;
         QString failure; ///< why the scan could not be kept for the next one; empty when it was
     };

@@ -41,17 +41,10 @@ ScreenFrame {
     }
 
     actions: [
-        ChipMenu {
-            about: qsTr("Since")
-            choice: view.app.compare.scan
-            choices: view.app.compare.scans
-            menuWidth: Theme.px(320)
+        SinceMenu {
+            app: view.app
             mostValue: Theme.px(view.narrow ? 150 : 260)
             objectName: "changes.since"
-            value: view.app.compare.growth.since
-            visible: choices.length > 0
-
-            onChosen: choice => view.app.compare.scan = choice
         },
         PushButton {
             iconOnly: true
@@ -301,6 +294,7 @@ ScreenFrame {
         }
 
         actions: view.app.actions
+        elsewhere: view.app.scan.foreign
         mapKey: shownKey
         objectName: "changes.menu"
         openable: !gone

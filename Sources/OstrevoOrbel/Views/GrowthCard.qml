@@ -17,21 +17,14 @@ Card {
 
     title: qsTr("Grew most")
 
-    aside: ChipMenu {
-        about: card.compared ? qsTr("Since") : qsTr("Compare with…")
-        choice: card.app.compare.scan
-        choices: card.app.compare.scans
+    aside: SinceMenu {
+        app: card.app
         implicitHeight: Theme.smallButtonHeight
-        menuWidth: Theme.px(320)
         // Where the words have no room, the day alone.
         mostValue: card.width - 2 * Theme.cardPadding - Theme.px(160)
         narrow: card.compared && card.width < Theme.px(330)
         objectName: "overview.since"
-        value: card.growth.since
-        visible: choices.length > 0
         width: visible ? implicitWidth : 0
-
-        onChosen: choice => card.app.compare.scan = choice
     }
 
     ItemTable {

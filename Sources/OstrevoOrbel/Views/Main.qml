@@ -340,10 +340,17 @@ T.ApplicationWindow {
     FileDialog {
         id: scanFileDialog
 
-        acceptLabel: qsTr("Open")
-        title: qsTr("Open a scan that was kept")
+        property bool compares: false
 
-        onAccepted: window.app.kept.openFile(selectedFile)
+        acceptLabel: compares ? qsTr("Compare") : qsTr("Open")
+        title: compares ? qsTr("Compare with a scan that was kept") : qsTr("Open a scan that was kept")
+
+        onAccepted: {
+            if (compares)
+                window.app.compare.openFile(selectedFile);
+            else
+                window.app.kept.openFile(selectedFile);
+        }
     }
 
     Connections {
@@ -354,7 +361,8 @@ T.ApplicationWindow {
             folderDialog.currentFolder = startFolder;
             folderDialog.open();
         }
-        function onScanFileWanted(startFolder: url): void {
+        function onScanFileWanted(startFolder: url, toCompare: bool): void {
+            scanFileDialog.compares = toCompare;
             scanFileDialog.currentFolder = startFolder;
             scanFileDialog.open();
         }

@@ -13,9 +13,12 @@ Chip {
     property bool narrow: false
     property var choices: []
     property int choice: 0
+    /// What the last entry does, which is no value to choose; empty for none.
+    property string lastAction: ""
     property int menuWidth: Theme.px(200)
 
     signal chosen(choice: int)
+    signal acted()
 
     function open(): void {
         menu.popup(chip, 0, chip.height + 4);
@@ -39,9 +42,10 @@ Chip {
 
         Instantiator {
             // All that an entry shows: it can outlive the chip for a moment.
-            model: chip.choices.map((text, index) => ({
+            model: chip.choices.concat(chip.lastAction || []).map((text, index) => ({
                 text: text,
                 name: chip.objectName + "." + index,
+                acts: index === chip.choices.length,
                 chosen: index === chip.choice
             }))
 
@@ -49,7 +53,7 @@ Chip {
                 required property int index
                 required property var modelData
 
-                checkable: true
+                checkable: !modelData.acts
                 checked: modelData.chosen
                 height: implicitHeight
                 implicitWidth: chip.menuWidth - 10
@@ -59,7 +63,10 @@ Chip {
                 // The choice may make other entries; one that is gone does not close its menu.
                 onTriggered: {
                     menu.close();
-                    chip.chosen(index);
+                    if (modelData.acts)
+                        chip.acted();
+                    else
+                        chip.chosen(index);
                 }
             }
 
