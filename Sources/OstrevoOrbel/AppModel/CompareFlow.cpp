@@ -109,7 +109,10 @@ void CompareFlow::compareWith(const ScanArchive::Entry& entry) {
             std::optional<Entry> file;
             if (!isKeptHere)
                 file = {.path = entry.path,
-                        .header = {.origin = kept->origin, .allocatedBytes = kept->tree.allocated(0)}};
+                        .header = {.origin = kept->origin,
+                                   .root = kept->tree.rootPath,
+                                   .entries = kept->tree.count(),
+                                   .allocatedBytes = kept->tree.allocated(0)}};
             auto outcome =
                 compare(std::make_shared<const FileTree>(std::move(kept->tree)), tree, since, home, isNeeded);
             outcome.file = std::move(file);
