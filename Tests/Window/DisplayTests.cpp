@@ -6,9 +6,8 @@
 #include <iterator>
 #include <QDir>
 #include <QImage>
-#include <QPainter>
 #include <QProcess>
-#include <QRasterWindow>
+#include <QQuickWindow>
 #include <QtEndian>
 #include <QTest>
 
@@ -22,17 +21,9 @@ constexpr QRgb darkSideColour = 0xFF0D1112;
 constexpr QRgb controlColour = 0xFF758280; ///< the border of a menu
 constexpr QRgb surfaceColour = 0xFFFFFFFF; ///< white is a sheet alone: the rest is dimmed below it
 constexpr QRgb videoColour = 0xFFD5B4F9;   ///< a film, on the map
-constexpr QRgb coverColour = 0xFFFF0000;   ///< a Cover
+constexpr QRgb coverColour = 0xFFFF0000;   ///< another program's window
 constexpr int sidebarWidth = 212;
 constexpr int listWidth = 344;
-
-/// Another program's window. Drawn without OpenGL, whose driver under Wayland leaves memory behind when it is
-/// unloaded.
-class Cover final : public QRasterWindow {
-    void paintEvent(QPaintEvent* /*event*/) override {
-        QPainter(this).fillRect(QRect(QPoint(), size()), QColor::fromRgb(coverColour));
-    }
-};
 
 /// The screen that Tests/Window/on-display has made, with its pointer and keyboard.
 struct Display {
@@ -217,7 +208,8 @@ TEST_F(WindowOnADisplay, AnswersKeysAndPointerAndASecondStart) {
     EXPECT_TRUE(sees([&] { return boxOf(Display::picture(), sideColour, everywhere) == window_; }));
     EXPECT_TRUE(std::filesystem::exists(folder_.path("data/film.mkv")));
 
-    Cover other;
+    QQuickWindow other;
+    other.setColor(QColor::fromRgb(coverColour));
     other.setGeometry({{0, 0}, Display::picture().size()});
     other.show();
     EXPECT_TRUE(sees([&] { return boxOf(Display::picture(), sideColour, everywhere).isNull(); }));
