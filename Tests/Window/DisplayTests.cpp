@@ -92,9 +92,9 @@ protected:
         environment_.insert(QStringLiteral("HOME"), QString::fromStdString(folder_.path()));
         environment_.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus_.address());
         environment_.insert(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
-        for (const auto* folder :
-             {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_CURRENT_DESKTOP"})
-            environment_.remove(QLatin1String(folder));
+        for (const auto* name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_CURRENT_DESKTOP",
+                                 "__EGL_VENDOR_LIBRARY_FILENAMES"})
+            environment_.remove(QLatin1String(name));
         setUp(program_);
     }
     ~WindowOnADisplay() override {
