@@ -17,16 +17,19 @@ void expectHeard(const std::string& heard, const char* wanted) {
 TEST(LatestJob, OnlyTheLastAnswerCountsAndNothingThatComesAfterIt) {
     std::string heard;
     LatestJob job("orbel.test");
+    std::latch hasReported(1);
     std::latch mayEnd(1);
     std::optional<LatestJob::Run> first;
     job.run(
         [&](const LatestJob::Run& run) {
             first = run;
             run.report([&] { heard += "reported too late "; });
+            hasReported.count_down();
             mayEnd.wait();
             return std::string("first ");
         },
         [&](const std::string& answer) { heard += answer; });
+    hasReported.wait();
     std::optional<LatestJob::Run> second;
     job.run(
         [&](const LatestJob::Run& run) {
