@@ -155,6 +155,10 @@ TEST_F(KeptScanOf, AnotherComputerIsComparedWithAnEarlierFileOfIt) {
                     .size()
                 == 1);
 
+    compare.openFile(QUrl::fromLocalFile(QString::fromStdString(earlier)));
+    compare.openFile(QUrl::fromLocalFile(QString::fromStdString(earlier)));
+    EXPECT_EQ(app().notice()->text(), QStringLiteral("A scan is compared when nothing else is."));
+    scene.waitUntil([&] { return !compare.isBusy(); });
     compareWith(film);
     EXPECT_TRUE(app().notice()->text().contains(QStringLiteral("is not a scan file")));
     EXPECT_EQ(compare.scan(), 0) << "as before";

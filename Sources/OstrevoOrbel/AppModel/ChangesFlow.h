@@ -26,7 +26,7 @@ class ChangesFlow final : public QObject {
     Q_PROPERTY(bool running READ isRunning NOTIFY changed)
     /// The rows of a comparison are there.
     Q_PROPERTY(bool known READ isKnown NOTIFY changed)
-    /// Nothing changed at all, whatever the filter.
+    /// There are no changes, not only none that pass the filter.
     Q_PROPERTY(bool unchanged READ isUnchanged NOTIFY changed)
     /// "1,204 changes", "12 of 1,204 changes"; empty until known.
     Q_PROPERTY(QString shownCount READ shownCount NOTIFY changed)

@@ -201,7 +201,12 @@ void CompareFlow::setScan(int number) {
 
 void CompareFlow::openFile(const QUrl& file) {
     const auto path = pathOfFileUrl(file.toEncoded().toStdString());
-    if (path && isPossible())
+    if (!path || !isPossible())
+        return;
+    // What runs may be about to tell which scans are kept.
+    if (job_.isRunning())
+        notice_.show(tr("A scan is compared when nothing else is."));
+    else
         compareWith({.path = *path, .header = {}});
 }
 

@@ -36,8 +36,7 @@ public:
     void open(const std::string& path);
     Q_INVOKABLE void openFile(const QUrl& file);
 
-    /// The scan in a file. The error is in words for people, with the path as `home` shortens it. Not for the
-    /// main thread.
+    /// The scan in a file; not for the main thread. The error is in words for people, `home` in it as "~".
     static std::expected<KeptScan, QString> read(const std::string& path, const std::string& home);
 
     bool isOpeningLast() const { return isOpeningLast_; }

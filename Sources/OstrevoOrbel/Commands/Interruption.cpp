@@ -12,7 +12,7 @@ namespace {
 
 constinit ScanCancellation token;
 
-// Nothing in these two may allocate or lock: they run in between whatever the program was doing.
+// A signal interrupts the program anywhere, so these two neither allocate nor lock.
 
 void onSignalDuringScan(int) {
     token.cancel();

@@ -197,7 +197,8 @@ T.Control {
             currentIndex = place >= 0 || !table.activeFocus ? place : Math.min(Math.max(0, currentIndex), count - 1);
             const selected = table.rowOf(selectedKey);
             table.selectedRow = selected >= 0 || !table.activeFocus ? selected : currentIndex;
-            findTop();
+            if (formerTop >= 0)
+                findTop();
         }
         function findTop(): void {
             const arrangement = JSON.stringify(table.arrangement);
