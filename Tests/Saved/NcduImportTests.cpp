@@ -180,6 +180,11 @@ TEST(NcduImport, TellsExportsFromOtherFiles) {
              {root(R"(,{"name":"a","dsize":1.5}]])"), damaged},
              {root(R"(,{"name":"a","dsize":18446744073709551616}]])"), damaged},
              {root(R"(,{"name":"a","dsize":18446744073709551615},{"name":"b","dsize":1}]])"), damaged},
+             {root(R"(,{"name":"a","dsize":4611686018427387904},[{"name":"b"},{"name":"c","dsize":1}]]])"),
+              damaged},
+             {R"([1,2,{"progname":")" + std::string(600'000, 'a') + R"(","progver":")"
+                  + std::string(600'000, 'b') + R"("},[{"name":"/r"}]])",
+              damaged},
              {root(R"(,{"name":"a","hlnkc":tru}]])"), damaged},
              {root(R"(,{"name":"a","x":}]])"), damaged},
              {root(R"(,{"name":")" + std::string(70'000, 'a') + R"("}]])"), damaged},
@@ -209,6 +214,24 @@ TEST(NcduImport, BelievesNothingThatIsDamaged) {
                 EXPECT_TRUE(scanFromFile(scanFileBytes((*kept)->tree, (*kept)->origin))) << "byte " << i;
             }
         }
+    }
+}
+
+/// What is opened is kept, exported and read again.
+TEST(NcduImport, TakesOnlyWhatCanBeKeptAndExported) {
+    std::string links = R"({"name":"whole","dsize":4611686018427387904,"ino":5,"nlink":9})";
+    for (char name = 'a'; name < 'j'; ++name)
+        links += R"(,{"name":")" + std::string(1, name) + R"(","dsize":1,"ino":5,"nlink":9})";
+    for (const std::string timestamp : {"1", "1700000000000", "-9223372036854775807"}) {
+        const auto kept =
+            imported(R"([1,2,{"timestamp":)" + timestamp + R"(},[{"name":"/r"},)" + links + "]]");
+        ASSERT_TRUE(kept && *kept) << kept->error();
+        const auto& [tree, origin] = **kept;
+        EXPECT_EQ(origin.measuredAt, timestamp == "1" ? Date(std::chrono::seconds(1)) : Date());
+        EXPECT_EQ(tree.allocated(0), std::uint64_t{1} << 62U);
+        const auto again = scanFromFile(scanFileBytes(tree, origin));
+        EXPECT_TRUE(again && test::described(again->tree) == test::described(tree));
+        EXPECT_EQ(errorOf(exportOf(tree, origin.measuredAt)), "none");
     }
 }
 

@@ -1,5 +1,7 @@
 #include "Saved/ScanFile.h"
+#include "Support/ChildProcess.h"
 #include "Support/MadeUpTree.h"
+#include "Support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -152,6 +154,23 @@ TEST(ScanFile, BelievesNoTimeAndNoVolumeThatCannotBe) {
     for (const Date date : {Date::min(), Date::max()})
         EXPECT_FALSE(isRead([&](ScanOrigin& origin) { origin.measuredAt = date; }));
     EXPECT_FALSE(isRead([](ScanOrigin& origin) { origin.volume->used = 1ULL << 63U; }));
+}
+
+TEST(ScanFile, LeavesOutAVolumeThatClaimsToBeEndless) {
+    if (!test::isRoot())
+        GTEST_SKIP() << "only root can mount such a volume";
+    const test::TemporaryFolder folder;
+    EXPECT_TRUE(test::inChildProcess([&] {
+        test::useOwnMountTable();
+        test::mountTmpfs(folder.path().c_str(), "6e");
+        ScanResult result;
+        result.tree = TreeBuilder(folder.path()).build();
+        ASSERT_GT(VolumeInfo::read(folder.path())->total, mostScanBytes);
+        const auto kept = scanFromFile(scanFileBytes(result.tree, ScanOrigin::ofHere(result)));
+        ASSERT_TRUE(kept) << kept.error();
+        EXPECT_FALSE(kept->origin.volume);
+        EXPECT_FALSE(kept->origin.machine.empty());
+    }));
 }
 
 } // namespace

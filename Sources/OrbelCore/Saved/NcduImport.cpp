@@ -76,9 +76,13 @@ public:
         }
         json_.expect(']');
         json_.expectEnd();
+        if (!json_.hasFailed()) {
+            tree_.finalize(tree_.hardLinkCandidates());
+            if (!origin_.isSound() || !isTotalSound())
+                json_.fail(damaged);
+        }
         if (json_.hasFailed())
             return std::unexpected(json_.failure());
-        tree_.finalize(tree_.hardLinkCandidates());
         return KeptScan{.tree = std::move(tree_), .origin = std::move(origin_)};
     }
 
@@ -117,9 +121,11 @@ private:
             origin_.program += (origin_.program.empty() ? "" : " ") + version;
     }
 
+    /// Unknown when no clock can have shown it.
     static Date dateOf(std::int64_t seconds) {
         constexpr auto farthest = std::chrono::floor<std::chrono::seconds>(Date::duration::max()).count();
-        return Date(std::chrono::seconds(std::clamp<std::int64_t>(seconds, -farthest, farthest)));
+        const Date date(std::chrono::seconds(std::clamp<std::int64_t>(seconds, -farthest, farthest)));
+        return ScanOrigin::isSound(date) ? date : Date();
     }
 
     void readEntry() {
@@ -201,14 +207,25 @@ private:
         return true;
     }
 
-    /// Whether all that is summed up or numbered has room for the item.
+    /// Whether all that is numbered has room for the item.
     bool fits(bool isRoot, std::size_t pathLength) {
         const auto nameBytes = isRoot ? 0 : item_.name.size();
         return open_.size() < deepestFolder && pathLength <= longestPath
                && nameBytes <= std::numeric_limits<std::uint16_t>::max()
                && nameBytes <= std::numeric_limits<std::uint32_t>::max() - tree_.names.size()
-               && tree_.count() < FileTree::noParent
-               && !__builtin_add_overflow(total_, item_.bytes.value_or(0), &total_);
+               && tree_.count() < FileTree::noParent;
+    }
+
+    /// Of the finished tree, whose totals may have wrapped around.
+    bool isTotalSound() const {
+        std::uint64_t total = 0;
+        for (NodeIndex node = 0; node < tree_.count(); ++node) {
+            const auto bytes = tree_.isFolder(node) ? 0 : tree_.allocated(node);
+            if (bytes > mostScanBytes - total)
+                return false;
+            total += bytes;
+        }
+        return true;
     }
 
     FileTree::NewNode newNode(bool isRoot, bool isFolder, bool isLeftOut) const {
@@ -246,7 +263,6 @@ private:
     std::vector<OpenFolder> open_; ///< from the root to where the next entry belongs
     /// Whether only those links of a file are marked, and have an inode, that are counted with another one.
     bool givesInodesToRepeats_ = false;
-    std::uint64_t total_ = 0; ///< bytes on disk that all entries claim
 };
 
 } // namespace

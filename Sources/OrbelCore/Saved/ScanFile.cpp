@@ -16,13 +16,11 @@ namespace orbel {
 
 namespace {
 
-constexpr std::size_t longestPath = 1024 * 1024;
+constexpr std::size_t longestText = 1024 * 1024;
 constexpr std::size_t mostTexts = 1024 * 1024;
 /// Trees of more nodes are not compressed further than this, so that no small file claims all memory.
 constexpr std::size_t fewNodes = 16 * 1024 * 1024;
 constexpr std::size_t mostNodesPerByte = 64;
-/// More than any volume has, and few enough to be taken from one another.
-constexpr std::uint64_t mostBytes = std::uint64_t{1} << 62U;
 
 void writeTexts(ByteWriter& writer, const std::vector<std::string>& texts) {
     writer.number(texts.size());
@@ -33,7 +31,7 @@ void writeTexts(ByteWriter& writer, const std::vector<std::string>& texts) {
 std::vector<std::string> readTexts(ByteReader& reader) {
     std::vector<std::string> texts;
     for (auto left = reader.numberUpTo(mostTexts); left > 0 && !reader.hasFailed(); --left)
-        texts.push_back(reader.text(longestPath));
+        texts.push_back(reader.text(longestText));
     return texts;
 }
 
@@ -55,7 +53,7 @@ ScanOrigin readOrigin(ByteReader& reader) {
     origin.measuredAt = Date(Date::duration(static_cast<std::int64_t>(reader.difference(0))));
     origin.duration = std::bit_cast<double>(reader.number());
     for (auto* text : {&origin.machine, &origin.user, &origin.program})
-        *text = reader.text(longestPath);
+        *text = reader.text(longestText);
     const bool hasVolume = reader.numberUpTo(1) == 1;
     VolumeInfo volume;
     for (auto* bytes : {&volume.total, &volume.free, &volume.used, &volume.availableForImportantUsage})
@@ -67,17 +65,6 @@ ScanOrigin readOrigin(ByteReader& reader) {
     if (hasUsedSpace)
         origin.usedSpace = usedSpace;
     return origin;
-}
-
-/// Figures that a volume can have, and times that the system's clock has.
-bool isSound(const ScanOrigin& origin) {
-    constexpr double longest = 1e8; // seconds
-    constexpr std::int64_t farthest = std::int64_t{1} << 53U;
-    const auto measuredAt = std::int64_t{origin.measuredAt.time_since_epoch().count()};
-    const auto volume = origin.volume.value_or(VolumeInfo());
-    return measuredAt >= -farthest && measuredAt <= farthest && origin.duration >= 0
-           && origin.duration <= longest && volume.total <= mostBytes && volume.free <= mostBytes
-           && volume.used <= mostBytes;
 }
 
 /// What few nodes have besides the columns. `Numbers` are pairs of a place and a value, by place.
@@ -147,8 +134,8 @@ struct TreeHeader {
     std::uint64_t allocatedBytes = 0; ///< of all
 
     explicit TreeHeader(ByteReader& reader) : nodes(reader.numberUpTo(FileTree::noParent - 1)) {
-        tree.rootPath = reader.text(longestPath);
-        tree.requestedRootPath = reader.text(longestPath);
+        tree.rootPath = reader.text(longestText);
+        tree.requestedRootPath = reader.text(longestText);
         tree.exclusions.paths = readTexts(reader);
         tree.exclusions.patterns = readTexts(reader);
         for (auto* number : {&tree.device, &tree.unreadableCount, &tree.datalessCount, &tree.otherVolumeCount,
@@ -184,8 +171,8 @@ struct FirstPart {
         ByteReader reader(*text);
         auto origin = readOrigin(reader);
         FirstPart read{.origin = std::move(origin), .header = TreeHeader(reader)};
-        const bool isOne = reader.isAtEnd() && isSound(read.origin) && read.header.isSound()
-                           && read.header.allocatedBytes <= mostBytes;
+        const bool isOne = reader.isAtEnd() && read.origin.isSound() && read.header.isSound()
+                           && read.header.allocatedBytes <= mostScanBytes;
         return isOne ? std::optional(std::move(read)) : std::nullopt;
     }
 };
@@ -204,14 +191,32 @@ bool agrees(const FileTree& tree, std::uint64_t allocatedBytes) {
 
 } // namespace
 
+bool ScanOrigin::isSound(Date date) {
+    constexpr std::int64_t farthest = std::int64_t{1} << 53U;
+    const auto sinceEpoch = std::int64_t{date.time_since_epoch().count()};
+    return sinceEpoch >= -farthest && sinceEpoch <= farthest;
+}
+
+bool ScanOrigin::isSound() const {
+    constexpr double longest = 1e8; // seconds
+    const auto figures = volume.value_or(VolumeInfo());
+    return isSound(measuredAt) && duration >= 0 && duration <= longest && figures.total <= mostScanBytes
+           && figures.free <= mostScanBytes && figures.used <= mostScanBytes
+           && std::max({machine.size(), user.size(), program.size()}) <= longestText;
+}
+
 ScanOrigin ScanOrigin::ofHere(const ScanResult& result) {
-    return {.measuredAt = std::chrono::floor<Date::duration>(result.startedAt),
-            .duration = result.duration,
-            .machine = platform::machineName(),
-            .user = platform::userName(),
-            .program = appVersion(),
-            .volume = VolumeInfo::read(result.tree.rootPath),
-            .usedSpace = VolumeInfo::spaceUsed(result.tree.rootPath)};
+    ScanOrigin origin{.measuredAt = std::chrono::floor<Date::duration>(result.startedAt),
+                      .duration = result.duration,
+                      .machine = platform::machineName(),
+                      .user = platform::userName(),
+                      .program = appVersion(),
+                      .volume = VolumeInfo::read(result.tree.rootPath),
+                      .usedSpace = VolumeInfo::spaceUsed(result.tree.rootPath)};
+    // Storage in a network may claim to be endless.
+    if (!origin.isSound())
+        origin.volume.reset();
+    return origin;
 }
 
 std::string scanFileBytes(const FileTree& tree, const ScanOrigin& origin) {

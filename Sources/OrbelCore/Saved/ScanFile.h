@@ -11,6 +11,10 @@
 
 namespace orbel {
 
+/// More bytes than any volume has, and few enough to be taken from one another: what claims more is not
+/// believed, wherever it comes from.
+constexpr std::uint64_t mostScanBytes = std::uint64_t{1} << 62U;
+
 /// Where and when a scan was made; texts are empty where that is not known.
 struct ScanOrigin {
     Date measuredAt{};                        ///< when it began; the begin of 1970 when that is not known
@@ -23,7 +27,13 @@ struct ScanOrigin {
 
     bool operator==(const ScanOrigin&) const = default;
 
-    /// Of a scan that ended just now, here. Asks the system about its volume.
+    /// Whether the system's clock has such a time; differences of two can then be taken.
+    static bool isSound(Date date);
+    /// Whether the figures are some that a volume can have, the times some that a clock has, and the texts
+    /// not endless: the only ones that a scan file is believed with.
+    bool isSound() const;
+    /// Of a scan that ended just now, here. Asks the system about its volume; figures that no volume can have
+    /// are left out.
     static ScanOrigin ofHere(const ScanResult& result);
 };
 
