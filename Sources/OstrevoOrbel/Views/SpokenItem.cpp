@@ -70,7 +70,7 @@ void collectSpoken(const QQuickItem& item, QList<QQuickItem*>& found) {
 
 void sortFromTop(const QQuickItem& item, QList<QQuickItem*>& children) {
     std::ranges::stable_sort(children, {},
-                             [&](const auto* child) { return child->mapToItem(&item, {}).y(); });
+                             [&](const auto* child) { return child->mapToItem(&item, QPointF()).y(); });
 }
 
 /// The words that can be seen in an item, without those of the buttons in it.
