@@ -123,6 +123,11 @@ struct Figures {
     QString clock;
 };
 
+/// With plain spaces, where newer Qt has narrow ones that do not break ("5:05 PM").
+QString plain(QString text) {
+    return text.replace(QChar(0x202f), QLatin1Char(' '));
+}
+
 /// "17:05" of "on 14 November at 17:05"
 QString clockOf(const QString& recent) {
     return recent.section(QStringLiteral(" at "), 1);
@@ -152,14 +157,14 @@ TEST(Figures, AreWrittenAsTheDesktopsLocaleDoes) {
         EXPECT_EQ(durationText(8.4), seconds) << locale;
         EXPECT_EQ(shareText(15, 1000), share) << locale;
         EXPECT_EQ(dayText(then), day) << locale;
-        EXPECT_EQ(dayAndClockText(then), dayAndClock) << locale;
-        EXPECT_EQ(whenText(then, now), recent) << locale;
-        EXPECT_EQ(whenText(then, then + std::chrono::days(1)),
+        EXPECT_EQ(plain(dayAndClockText(then)), dayAndClock) << locale;
+        EXPECT_EQ(plain(whenText(then, now)), recent) << locale;
+        EXPECT_EQ(plain(whenText(then, then + std::chrono::days(1))),
                   QStringLiteral("yesterday at ") + clockOf(recent));
-        EXPECT_EQ(whenText(then, then + std::chrono::days(365)),
+        EXPECT_EQ(plain(whenText(then, then + std::chrono::days(365))),
                   QStringLiteral("on %1 at %2").arg(day, clockOf(recent)))
             << "of another year";
-        EXPECT_EQ(clockText(then), clock) << locale;
+        EXPECT_EQ(plain(clockText(then)), clock) << locale;
         EXPECT_EQ(ByteFigure(4'200'000'000).in(QStringLiteral("4.2 GB free.")),
                   ByteFigure(4'200'000'000).text() + QStringLiteral(" free."))
             << locale;

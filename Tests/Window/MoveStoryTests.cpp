@@ -205,7 +205,7 @@ TEST_F(MovingInTheWindow, WhatIsNotAllBackSaysSo) {
     EXPECT_EQ(scene.item(QStringLiteral("fileNameTextField"))->property("text").toString(),
               QStringLiteral("Vanto report.md"));
     keep(QStringLiteral("save-dialog"));
-    scene.press(Qt::Key_Escape);
+    QTest::keyClick(scene.item(QStringLiteral("fileNameTextField"))->window(), Qt::Key_Escape);
     EXPECT_TRUE(scene.waitUntil([&] { return !scene.isShown(QStringLiteral("fileNameTextField")); }));
     EXPECT_TRUE(scene.isShown(QStringLiteral("report.headline"))) << "Esc is for what has opened last";
 }

@@ -9,7 +9,7 @@
 #include <condition_variable>
 #include <gtest/gtest.h>
 #include <mutex>
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QQmlEngine>
 #include <QQmlExpression>
 #include <QtTest/QTest>
@@ -51,6 +51,20 @@ void collect(QQuickItem& item, std::vector<QQuickItem*>& found,
     const auto children = item.childItems();
     for (auto* child : children)
         collect(*child, found, wanted);
+}
+
+/// Those in a window and in its dialogs, which are windows of their own since Qt 6.8.
+std::vector<QQuickItem*> collectFrom(QQuickWindow& window,
+                                     const std::function<bool(const QQuickItem&)>& wanted) {
+    std::vector<QQuickItem*> found;
+    collect(*window.contentItem(), found, wanted);
+    const auto others = QGuiApplication::topLevelWindows();
+    for (auto* other : others) {
+        auto* const dialog = qobject_cast<QQuickWindow*>(other);
+        if (dialog != nullptr && dialog->isVisible() && dialog->transientParent() == &window)
+            collect(*dialog->contentItem(), found, wanted);
+    }
+    return found;
 }
 
 } // namespace
@@ -142,28 +156,22 @@ void WindowScene::releaseScans() {
 }
 
 QQuickItem* WindowScene::item(const QString& name) {
-    std::vector<QQuickItem*> found;
-    collect(*window_->contentItem(), found,
-            [&](const QQuickItem& item) { return item.objectName() == name; });
+    const auto found =
+        collectFrom(*window_, [&](const QQuickItem& item) { return item.objectName() == name; });
     if (found.empty())
         ADD_FAILURE() << "Not to be seen: " << name.toStdString();
     return found.empty() ? nullptr : found.front();
 }
 
 bool WindowScene::isShown(const QString& name) {
-    std::vector<QQuickItem*> found;
-    collect(*window_->contentItem(), found,
-            [&](const QQuickItem& item) { return item.objectName() == name; });
-    return !found.empty();
+    return !collectFrom(*window_, [&](const QQuickItem& item) { return item.objectName() == name; }).empty();
 }
 
 std::vector<QQuickItem*> WindowScene::texts() {
-    std::vector<QQuickItem*> found;
-    collect(*window_->contentItem(), found, [](const QQuickItem& item) {
+    return collectFrom(*window_, [](const QQuickItem& item) {
         return inheritsText(item) && !item.property("text").toString().trimmed().isEmpty()
                && item.opacity() > 0;
     });
-    return found;
 }
 
 bool WindowScene::says(const QString& words) {
