@@ -100,15 +100,16 @@ TEST_F(ExclusionsInTheModel, AFolderLeavesTheTotalsAtOnceAndComesBack) {
     EXPECT_FALSE(app().actions()->isExcludable(keyOf(home.path())));
     EXPECT_FALSE(app().actions()->isExcludable(keyOf(home.path("Music/c.flac"))));
 
-    app().map()->toggleTick(*at("Archive/old"));
-    scene.waitUntil([this] { return app().map()->isTicked(*at("Archive/old")); });
-    app().map()->toggleTick(*at("Music/c.flac"));
-    scene.waitUntil([this] { return app().map()->isTicked(*at("Music/c.flac")); });
+    app().map()->ticking()->toggle(*at("Archive/old"));
+    scene.waitUntil([this] { return app().map()->ticking()->isTicked(*at("Archive/old")); });
+    app().map()->ticking()->toggle(*at("Music/c.flac"));
+    scene.waitUntil([this] { return app().map()->ticking()->isTicked(*at("Music/c.flac")); });
     exclude("Archive/old/deep");
     EXPECT_EQ(tree().allocated(0), whole - archived);
     EXPECT_FALSE(at("Archive/old/deep/b.mkv"));
-    EXPECT_FALSE(app().map()->isTicked(*at("Archive/old"))) << "what was approved is not what it shows now";
-    EXPECT_TRUE(app().map()->isTicked(*at("Music/c.flac")));
+    EXPECT_FALSE(app().map()->ticking()->isTicked(*at("Archive/old")))
+        << "what was approved is not what it shows now";
+    EXPECT_TRUE(app().map()->ticking()->isTicked(*at("Music/c.flac")));
     EXPECT_EQ(flow().leftOutText(), QStringLiteral("1 folder left out"));
     EXPECT_EQ(withoutIsolates(flow().leftOutSentence()), QStringLiteral("~/Archive/old/deep was left out"));
     EXPECT_EQ(app().map()->facts(*at("Archive/old/deep")).size, QStringLiteral("Not measured · excluded"));
@@ -116,8 +117,8 @@ TEST_F(ExclusionsInTheModel, AFolderLeavesTheTotalsAtOnceAndComesBack) {
                     .startsWith(QStringLiteral("~/Archive/old/deep is left out of")));
     EXPECT_EQ(app().notice()->action(), QStringLiteral("Undo"));
     app().map()->select(*at("Archive/old"));
-    scene.waitUntil([this] { return !app().map()->refusal().isEmpty(); });
-    EXPECT_EQ(withoutIsolates(app().map()->refusal()),
+    scene.waitUntil([this] { return !app().map()->ticking()->refusal().isEmpty(); });
+    EXPECT_EQ(withoutIsolates(app().map()->ticking()->refusal()),
               QStringLiteral("Holds a folder left out of measuring: ~/Archive/old/deep"));
 
     // What was changed meanwhile is seen when it is measured again, and nothing else is.

@@ -43,10 +43,10 @@ TEST_F(KeptScanOf, AnotherComputerIsShownAndNothingOfItMoves) {
     measure();
     auto& map = *app().map();
     auto& moves = *app().moves();
-    map.toggleTick(node(film));
-    scene.waitUntil([&] { return map.ticks()->count() == 1; });
-    const auto ticked = map.ticks()->items();
-    moves.review(map.ticks());
+    map.ticking()->toggle(node(film));
+    scene.waitUntil([&] { return map.ticking()->ticks()->count() == 1; });
+    const auto ticked = map.ticking()->ticks()->items();
+    moves.review(map.ticking()->ticks());
     ASSERT_TRUE(moves.isConfirming());
     const int looksBefore = *looks;
     open(file);
@@ -56,11 +56,11 @@ TEST_F(KeptScanOf, AnotherComputerIsShownAndNothingOfItMoves) {
     EXPECT_EQ(app().scan()->keptStatement(), statement);
     EXPECT_FALSE(app().scan()->isWholeDisk()) << "not of this computer";
     EXPECT_FALSE(moves.isConfirming()) << "of a tree that is gone";
-    EXPECT_EQ(map.ticks()->count(), 0);
-    map.toggleTick(node(film));
-    map.tickAll();
+    EXPECT_EQ(map.ticking()->ticks()->count(), 0);
+    map.ticking()->toggle(node(film));
+    map.ticking()->tickAll();
     map.select(node(film));
-    EXPECT_EQ(map.refusal(), statement);
+    EXPECT_EQ(map.ticking()->refusal(), statement);
     auto& large = *app().largeOld();
     large.setLargeOldQuery({.minimumBytes = 1, .unusedFor = std::nullopt});
     scene.waitUntil([&] { return large.isKnown() && !large.isBusy(); });
@@ -81,7 +81,7 @@ TEST_F(KeptScanOf, AnotherComputerIsShownAndNothingOfItMoves) {
     EXPECT_FALSE(moves.isConfirming());
     EXPECT_EQ(app().notice()->text(), statement);
     QTest::qWait(50);
-    EXPECT_EQ(map.ticks()->count() + large.ticks()->count(), 0);
+    EXPECT_EQ(map.ticking()->ticks()->count() + large.ticks()->count(), 0);
     EXPECT_EQ(*looks, looksBefore) << "nothing is asked on behalf of it";
 
     // Its own volume adds up, and the disk of this computer is not mixed with it.
@@ -99,9 +99,9 @@ TEST_F(KeptScanOf, AnotherComputerIsShownAndNothingOfItMoves) {
     EXPECT_TRUE(app().scan()->isWholeDisk() && app().scan()->keptStatement().isEmpty());
     scene.waitUntil([&] { return app().disk()->ownLedger()->isMeasured(); });
     EXPECT_EQ(ledger.total().bytes(), 1000);
-    map.toggleTick(node(film));
-    scene.waitUntil([&] { return map.ticks()->count() == 1; });
-    moves.review(map.ticks());
+    map.ticking()->toggle(node(film));
+    scene.waitUntil([&] { return map.ticking()->ticks()->count() == 1; });
+    moves.review(map.ticking()->ticks());
     EXPECT_TRUE(moves.isConfirming());
     EXPECT_TRUE(fs::exists(film) && fs::exists(copy));
 }
@@ -109,9 +109,9 @@ TEST_F(KeptScanOf, AnotherComputerIsShownAndNothingOfItMoves) {
 TEST_F(KeptScanOf, AnotherComputerStaysAsItWasWhateverHappensHere) {
     const auto file = kept("");
     measure();
-    app().map()->toggleTick(node(film));
-    scene.waitUntil([&] { return app().map()->ticks()->count() == 1; });
-    app().moves()->review(app().map()->ticks());
+    app().map()->ticking()->toggle(node(film));
+    scene.waitUntil([&] { return app().map()->ticking()->ticks()->count() == 1; });
+    app().moves()->review(app().map()->ticking()->ticks());
     app().moves()->confirm();
     scene.waitUntil([&] { return app().moves()->isReporting() && !app().treeEdits().isBusy(); });
     ASSERT_FALSE(fs::exists(film));
@@ -289,7 +289,7 @@ TEST(ForeignScanInTheWindow, OffersNothingThatMovesOpensOrMeasuresIt) {
         app.notice()->dismiss();
     }
     EXPECT_FALSE(app.scan()->isScanning() || app.moves()->isConfirming() || app.rescan()->isRunning());
-    EXPECT_EQ(app.map()->ticks()->count() + app.largeOld()->ticks()->count(), 0);
+    EXPECT_EQ(app.map()->ticking()->ticks()->count() + app.largeOld()->ticks()->count(), 0);
 
     for (const auto* const screen : {"duplicates", "uninstall", "tidy"}) {
         app.setScreenName(QLatin1String(screen));

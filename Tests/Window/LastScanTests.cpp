@@ -55,11 +55,11 @@ TEST_F(LastScanOf, IsShownAtTheStartAsOfThenAndMovesOnlyWhatIsStillTrue) {
     home.file("Videos/a.mkv", std::size_t{300'000});
     auto& map = *app().map();
     map.select(node(film));
-    scene.waitUntil([&] { return !map.refusal().isEmpty(); });
-    EXPECT_EQ(map.refusal(), QStringLiteral("Changed since the scan — scan again"));
-    map.toggleTick(node(copy));
-    scene.waitUntil([&] { return map.ticks()->count() == 1; });
-    app().moves()->review(map.ticks());
+    scene.waitUntil([&] { return !map.ticking()->refusal().isEmpty(); });
+    EXPECT_EQ(map.ticking()->refusal(), QStringLiteral("Changed since the scan — scan again"));
+    map.ticking()->toggle(node(copy));
+    scene.waitUntil([&] { return map.ticking()->ticks()->count() == 1; });
+    app().moves()->review(map.ticking()->ticks());
     app().moves()->confirm();
     scene.waitUntil([&] { return app().moves()->isReporting() && !app().treeEdits().isBusy(); });
     EXPECT_FALSE(fs::exists(copy));
@@ -96,8 +96,8 @@ TEST_F(LastScanOf, GivesWayToANewOneWithoutLosingTheUsersPlace) {
     map.show(node(home.path("Videos")));
     map.select(node(copy));
     for (const auto& path : {film, copy})
-        map.toggleTick(node(path));
-    scene.waitUntil([&] { return map.ticks()->count() == 2; });
+        map.ticking()->toggle(node(path));
+    scene.waitUntil([&] { return map.ticking()->ticks()->count() == 2; });
     home.file("Albums/cover.png", std::size_t{900'000}); // which is numbered before them
     home.file("Videos/a.mkv", std::size_t{300'000});
     const auto former = node(copy);
@@ -106,9 +106,9 @@ TEST_F(LastScanOf, GivesWayToANewOneWithoutLosingTheUsersPlace) {
     EXPECT_NE(node(copy), former);
     EXPECT_EQ(map.focus(), node(home.path("Videos")));
     EXPECT_EQ(map.selectedNode(), node(copy));
-    ASSERT_EQ(map.ticks()->count(), 1) << "the other one has changed";
-    EXPECT_EQ(map.ticks()->items().front().item.path, copy);
-    app().moves()->review(map.ticks());
+    ASSERT_EQ(map.ticking()->ticks()->count(), 1) << "the other one has changed";
+    EXPECT_EQ(map.ticking()->ticks()->items().front().item.path, copy);
+    app().moves()->review(map.ticking()->ticks());
     EXPECT_TRUE(app().moves()->isConfirming());
 }
 
@@ -121,9 +121,9 @@ TEST_F(LastScanOf, StaysWhereMeasuringIsEndedByAMove) {
     };
     auto& map = *app().map();
     scene.waitUntil([&] { return app().rescan()->isRunning(); });
-    map.toggleTick(node(copy));
-    scene.waitUntil([&] { return map.ticks()->count() == 1; });
-    app().moves()->review(map.ticks());
+    map.ticking()->toggle(node(copy));
+    scene.waitUntil([&] { return map.ticking()->ticks()->count() == 1; });
+    app().moves()->review(map.ticking()->ticks());
     app().moves()->confirm();
     scene.waitUntil([&] { return app().moves()->isReporting() && !app().treeEdits().isBusy(); });
     EXPECT_FALSE(app().rescan()->isRunning() || fs::exists(copy));

@@ -64,8 +64,8 @@ TEST_F(RescanInTheModel, BringsTheFolderUpToDateAndTheMapKeepsItsPlace) {
     map().show(*at("Videos"));
     map().select(*at("Videos/a.mkv"));
     for (const auto* path : {"Videos/a.mkv", "Music/c.flac"}) {
-        map().toggleTick(*at(path));
-        scene.waitUntil([&] { return map().isTicked(*at(path)); });
+        map().ticking()->toggle(*at(path));
+        scene.waitUntil([&] { return map().ticking()->isTicked(*at(path)); });
     }
     home.file("Videos/Old/new.mkv", 50'000);
     fs::remove(home.path("Videos/Old/b.mkv"));
@@ -77,8 +77,9 @@ TEST_F(RescanInTheModel, BringsTheFolderUpToDateAndTheMapKeepsItsPlace) {
     EXPECT_EQ(app().scan()->figures()->entries().toUInt(), app().scan()->tree()->descendantCount(0) + 1);
     EXPECT_EQ(map().focus(), *at("Videos"));
     EXPECT_EQ(map().selectedNode(), at("Videos/a.mkv"));
-    EXPECT_FALSE(map().isTicked(*at("Videos/a.mkv"))) << "what was measured again is not what was ticked";
-    EXPECT_TRUE(map().isTicked(*at("Music/c.flac")));
+    EXPECT_FALSE(map().ticking()->isTicked(*at("Videos/a.mkv")))
+        << "what was measured again is not what was ticked";
+    EXPECT_TRUE(map().ticking()->isTicked(*at("Music/c.flac")));
 
     fs::remove_all(home.path("Videos"));
     rescan("Videos/Old");
@@ -95,9 +96,9 @@ TEST_F(RescanInTheModel, IsStoppedAndGivesWayToWhatChangesTheDisk) {
     app().rescan()->stop();
     EXPECT_TRUE(app().rescan()->text().isEmpty());
     app().rescan()->start(*at("Videos"));
-    map().toggleTick(*at("Music/c.flac"));
-    scene.waitUntil([this] { return map().isTicked(*at("Music/c.flac")); });
-    app().moves()->review(map().ticks());
+    map().ticking()->toggle(*at("Music/c.flac"));
+    scene.waitUntil([this] { return map().ticking()->isTicked(*at("Music/c.flac")); });
+    app().moves()->review(map().ticking()->ticks());
     app().moves()->confirm();
     EXPECT_FALSE(app().rescan()->isRunning());
     app().rescan()->start(*at("Videos"));

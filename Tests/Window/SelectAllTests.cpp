@@ -61,14 +61,14 @@ TEST(SelectAllOnTheMap, TicksWhatLiesInTheFolderThatIsShown) {
     };
     open("Films/older");
     open("Films/mixed");
-    map.tickAll();
-    scene.waitUntil([&] { return map.ticks()->count() >= 5; });
+    map.ticking()->tickAll();
+    scene.waitUntil([&] { return map.ticking()->ticks()->count() >= 5; });
     std::set<std::string> paths;
-    for (const auto& [path, item] : map.ticks()->byPath())
+    for (const auto& [path, item] : map.ticking()->ticks()->byPath())
         paths.insert(path);
     EXPECT_EQ(paths, (std::set{home.path("Films/.git"), home.path("Films/a.mkv"), home.path("Films/b.mkv"),
                                home.path("Films/older"), home.path("Films/mixed/d.mkv")}));
-    EXPECT_EQ(map.ticks()->covering(home.path("notes.pdf")), nullptr);
+    EXPECT_EQ(map.ticking()->ticks()->covering(home.path("notes.pdf")), nullptr);
 }
 
 TEST(SelectAllInTheWindow, TicksWhatIsShownAndMayMove) {

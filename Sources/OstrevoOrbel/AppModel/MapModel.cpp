@@ -1,8 +1,5 @@
 #include "AppModel/MapModel.h"
 
-#include "Delete/DeletionItem.h"
-#include "Delete/ItemNote.h"
-#include "Delete/RepositoryNote.h"
 #include "Map/TreemapModel.h"
 #include "Models/ByteFigure.h"
 #include "Models/ChangeTable.h"
@@ -13,7 +10,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
-#include <limits>
 #include <QScopeGuard>
 #include <utility>
 
@@ -23,45 +19,6 @@ namespace {
 
 /// Up to this many nodes are summed up at once; more would hold up the main thread.
 constexpr std::uint32_t fewNodes = 20'000;
-
-/// What git says of a folder may take a while, so it is asked about a folder that is selected or ticked, and
-/// of the others only about those that are a repository's own.
-std::optional<DeletionItem> itemWithRepositories(const FileTree& tree, NodeIndex node,
-                                                 const SafetyPolicy& policy) {
-    auto item = DeletionItem::fromTree(tree, node, DeletionModule::map, policy);
-    if (item && item->isSelectable())
-        item->note = ItemNote::joined(item->note, repositoryNote(tree, node));
-    return item;
-}
-
-/// What of these rows can be ticked, and of the others why not. What lies in a folder that can be ticked is
-/// neither: it goes with the folder.
-struct SortedOut {
-    std::vector<TickedItem> items;
-    std::vector<std::pair<NodeIndex, std::optional<DeletionItem>>> refused;
-};
-
-SortedOut sortedOut(const FileTree& tree, const std::vector<MapRow>& rows, const SafetyPolicy& policy,
-                    const LatestJob::Run& run) {
-    SortedOut sorted;
-    constexpr auto noLevel = std::numeric_limits<std::uint32_t>::max();
-    std::uint32_t taken = noLevel; // the level of the ticked folder that the rows are in
-    for (const auto& [node, level] : rows) {
-        if (run.isCancelled())
-            break;
-        if (level > taken)
-            continue;
-        taken = noLevel;
-        auto item = itemWithRepositories(tree, node, policy);
-        if (item && item->isSelectable()) {
-            taken = level;
-            sorted.items.push_back(TickedItem::ofNode(std::move(*item), tree, node));
-        } else {
-            sorted.refused.emplace_back(node, std::move(item));
-        }
-    }
-    return sorted;
-}
 
 /// How many folders lie in a node, however deep.
 std::uint32_t foldersBelow(const FileTree& tree, NodeIndex node) {
@@ -84,44 +41,40 @@ std::uint32_t foldersBelow(const FileTree& tree, NodeIndex node) {
 
 MapModel::MapModel(const AppEnvironment& environment, std::shared_ptr<const SafetyPolicy> policy,
                    const ScanFlow& scan, MoveFlow& moves)
-    : environment_(environment), policy_(std::move(policy)), tree_(scan.tree()), list_(environment) {
-    list_.rows()->setTicking([this](NodeIndex node) { return tickState(node); },
-                             [this](NodeIndex node) { return tickRefusal(node); },
-                             [this](NodeIndex node) { return noteOf(node); });
+    : environment_(environment),
+      canonicalizer_(policy->canonicalizer()),
+      tree_(scan.tree()),
+      list_(environment),
+      ticking_(std::move(policy), *list_.rows()) {
+    ticking_.setTree(tree_, {});
     connect(this, &MapModel::selectionChanged, this, &MapModel::selectedRowChanged);
     connect(&list_, &MapListFlow::closing, this, &MapModel::leaveFolder);
     connect(&list_, &MapListFlow::turned, this, [this](int row) {
-        checkRows(row);
+        ticking_.checkRows(row);
         Q_EMIT selectedRowChanged();
     });
     connect(&list_, &MapListFlow::arranged, this, [this] {
-        checkRows(0);
+        ticking_.checkRows(0);
         Q_EMIT selectedRowChanged();
     });
-    connect(&ticks_, &Ticks::changed, this, [this] {
-        list_.rows()->tellTicks();
-        Q_EMIT ticksChanged();
-    });
+    connect(&ticking_, &MapTicking::refused, this,
+            [this](quint32 node, const QString& refusal) { Q_EMIT tickRefused(nameOf(node), refusal); });
     connect(&scan, &ScanFlow::treeChanged, this, [this, &scan] {
-        elsewhere_ = scan.isForeign() ? scan.keptStatement() : QString();
-        setTree(scan.tree(), scan.coverage());
+        setTree(scan.tree(), scan.coverage(), scan.isForeign() ? scan.keptStatement() : QString());
     });
-    moves.watch(ticks_);
+    moves.watch(*ticking_.ticks());
 }
 
-void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage) {
+void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage,
+                       QString elsewhere) {
     const bool isEdited = tree->count() > 0 && tree_->count() > 0 && tree->rootPath == tree_->rootPath;
     const auto former = std::exchange(tree_, std::move(tree));
     coverage_ = coverage;
-    refusals_.clear();
-    notes_.clear();
-    ticking_.drop();
-    tickingAll_.drop();
-    rowsJob_.drop();
+    ticking_.setTree(tree_, std::move(elsewhere));
     if (isEdited) {
         // An edited tree may number its nodes anew; their paths stay.
         const auto again = [&](NodeIndex node) {
-            return tree_->index(former->walkedPath(node), canonicalizer());
+            return tree_->index(former->walkedPath(node), canonicalizer_);
         };
         const auto follow = [&](std::vector<NodeIndex>& nodes) {
             std::vector<NodeIndex> left;
@@ -146,13 +99,12 @@ void MapModel::setTree(std::shared_ptr<const FileTree> tree, std::optional<Cover
         back_.clear();
         forward_.clear();
         selected_.reset();
-        const auto again = focusPath_.empty() ? std::nullopt : tree_->index(focusPath_, canonicalizer());
+        const auto again = focusPath_.empty() ? std::nullopt : tree_->index(focusPath_, canonicalizer_);
         focus_ = again && TreemapModel::isPlainFolder(*tree_, *again) ? *again : 0;
     }
     showFocus();
     Q_EMIT selectionChanged();
-    updateSafety();
-    Q_EMIT ticksChanged();
+    followSelection();
 }
 
 void MapModel::show(quint32 node) {
@@ -217,7 +169,7 @@ void MapModel::showFocus() {
     if (tree_->count() > 0)
         focusPath_ = tree_->walkedPath(focus_);
     crumbs_.setFolder(*tree_, focus_, rootName());
-    list_.show(tree_, focus_, canonicalizer());
+    list_.show(tree_, focus_, canonicalizer_);
     // A selection outside what is shown would be acted upon unseen.
     if (selected_ && holdingRow() < 0)
         clearSelection();
@@ -231,7 +183,7 @@ void MapModel::select(quint32 node) {
         return;
     selected_ = node;
     Q_EMIT selectionChanged();
-    updateSafety();
+    followSelection();
 }
 
 void MapModel::selectRow(int row) {
@@ -244,7 +196,7 @@ void MapModel::clearSelection() {
         return;
     selected_.reset();
     Q_EMIT selectionChanged();
-    updateSafety();
+    followSelection();
 }
 
 void MapModel::toggleKind(int kind) {
@@ -333,7 +285,7 @@ QString MapModel::changeText(NodeIndex node) const {
     }
     if (change == NodeChange::moved)
         return tr("Moved from %1")
-            .arg(textOf(tildePath(compared_->before->path(counterpart, canonicalizer()), environment_.home)));
+            .arg(textOf(tildePath(compared_->before->path(counterpart, canonicalizer_), environment_.home)));
     return changeTitle(change);
 }
 
@@ -367,26 +319,8 @@ void MapModel::updateLegend() {
         legendJob_.run(count, take);
 }
 
-/// Asking the policy asks the disk, which may be asleep.
-void MapModel::updateSafety() {
-    selectionJob_.drop();
-    isMovable_ = false;
-    refusal_ = elsewhere_;
-    Q_EMIT safetyChanged();
-    updateContents();
-    if (!selected_ || !isTickable())
-        return;
-    selectionJob_.run([tree = tree_, node = *selected_,
-                       policy = policy_] { return itemWithRepositories(*tree, node, *policy); },
-                      [this](const std::optional<DeletionItem>& item) {
-                          applyAnswers({{*selected_, item}});
-                          refusal_ = tickRefusal(*selected_);
-                          isMovable_ = refusal_.isEmpty();
-                          Q_EMIT safetyChanged();
-                      });
-}
-
-void MapModel::updateContents() {
+void MapModel::followSelection() {
+    ticking_.select(selected_);
     contentsJob_.drop();
     contents_.clear();
     const auto finish = qScopeGuard([this] { Q_EMIT contentsChanged(); });
@@ -413,143 +347,6 @@ void MapModel::leaveFolder(NodeIndex folder) {
         select(folder);
 }
 
-void MapModel::applyAnswers(const Answers& answers) {
-    bool isChanged = false;
-    for (const auto& [node, item] : answers) {
-        const auto refusal = item ? textOf(item->blockedReason.value_or("")) : tr("It is not there any more");
-        const auto note = item ? textOf(item->note.value_or("")) : QString();
-        if (refusals_.contains(node) && refusals_[node] == refusal && notes_[node] == note)
-            continue;
-        refusals_[node] = refusal;
-        notes_[node] = note;
-        isChanged = true;
-    }
-    if (isChanged)
-        list_.rows()->tellTicks();
-}
-
-QString MapModel::noteOf(NodeIndex node) const {
-    const auto known = notes_.find(node);
-    return known == notes_.end() ? noteText(*tree_, node) : known->second;
-}
-
-/// What the list shows from here on is locked where it has to be; of the rest, each row when it is wanted.
-void MapModel::checkRows(int first) {
-    constexpr int mostAsked = 100;
-    if (first == 0)
-        rowsJob_.drop();
-    const auto& rows = *list_.rows();
-    std::vector<NodeIndex> asked;
-    for (int row = first; row < std::min(rows.rowCount(), first + mostAsked); ++row) {
-        if (!refusals_.contains(rows.nodeAt(row)))
-            asked.push_back(rows.nodeAt(row));
-    }
-    if (asked.empty() || !isTickable())
-        return;
-    rowsJob_.add(
-        [tree = tree_, asked = std::move(asked), policy = policy_] {
-            Answers answers;
-            for (const NodeIndex node : asked)
-                answers.emplace_back(node,
-                                     isWorkFolder(*tree, node)
-                                         ? itemWithRepositories(*tree, node, *policy)
-                                         : DeletionItem::fromTree(*tree, node, DeletionModule::map, *policy));
-            return answers;
-        },
-        [this](const Answers& answers) { applyAnswers(answers); });
-}
-
-void MapModel::toggleTick(quint32 node) {
-    if (node >= tree_->count() || !tree_->isAttached(node))
-        return;
-    if (!isTickable()) {
-        tellRefusal(node);
-        return;
-    }
-    const auto path = tree_->path(node, canonicalizer());
-    if (const auto* over = ticks_.covering(path)) {
-        if (over->item.path == path)
-            ticks_.untick(std::string(over->item.id));
-        else
-            tellRefusal(node);
-        return;
-    }
-    using Answer = std::pair<std::optional<DeletionItem>, TickedItem>;
-    ticking_.add(
-        [tree = tree_, node, policy = policy_] {
-            Answer answer{itemWithRepositories(*tree, node, *policy), {}};
-            if (answer.first)
-                answer.second = TickedItem::ofNode(*answer.first, *tree, node);
-            return answer;
-        },
-        [this, node](Answer answer) {
-            applyAnswers({{node, answer.first}});
-            if (answer.first && answer.first->isSelectable())
-                ticks_.setTicked(std::move(answer.second), true);
-            else
-                tellRefusal(node);
-        });
-}
-
-void MapModel::tellRefusal(quint32 node) const {
-    Q_EMIT tickRefused(node == 0 ? rootName() : textOf(tree_->nameBytes(node)), tickRefusal(node));
-}
-
-void MapModel::tickAll() {
-    if (tree_->count() == 0 || !isTickable())
-        return;
-    tickingAll_.run(
-        [this, tree = tree_, policy = policy_, rows = list_.rows()->shown()](const LatestJob::Run& run) {
-            auto sorted = sortedOut(*tree, rows, *policy, run);
-            run.report([this, refused = std::move(sorted.refused)] { applyAnswers(refused); });
-            return std::move(sorted.items);
-        });
-}
-
-bool MapModel::isTicked(quint32 node) const {
-    return node < tree_->count() && tickState(node) == Qt::Checked;
-}
-
-Qt::CheckState MapModel::tickState(NodeIndex node) const {
-    if (ticks_.count() == 0)
-        return Qt::Unchecked;
-    const auto path = tree_->path(node, canonicalizer());
-    if (ticks_.covering(path) != nullptr)
-        return Qt::Checked;
-    return ticks_.anyInside(path) ? Qt::PartiallyChecked : Qt::Unchecked;
-}
-
-QString MapModel::tickRefusal(quint32 node) const {
-    if (node >= tree_->count() || !isTickable())
-        return elsewhere_;
-    if (ticks_.count() > 0) {
-        const auto path = tree_->path(node, canonicalizer());
-        if (const auto* over = ticks_.covering(path); over != nullptr && over->item.path != path)
-            return tr("Moves with %1").arg(textOf(over->item.title));
-    }
-    const auto known = refusals_.find(node);
-    return known == refusals_.end() ? QString() : known->second;
-}
-
-QList<quint32> MapModel::tickedNodes() const {
-    // Mostly many of few folders: each folder's names are looked through once.
-    std::unordered_map<std::string_view, std::unordered_map<std::string_view, NodeIndex>> folders;
-    QList<quint32> nodes;
-    for (const auto& [path, ticked] : ticks_.byPath()) {
-        const auto above = parentPath(path);
-        const auto [folder, isNew] = folders.try_emplace(above);
-        if (isNew) {
-            if (const auto node = tree_->index(std::string(above), canonicalizer())) {
-                for (const NodeIndex child : tree_->children(*node))
-                    folder->second.emplace(tree_->nameBytes(child), child);
-            }
-        }
-        if (const auto node = folder->second.find(lastPathComponent(path)); node != folder->second.end())
-            nodes << node->second;
-    }
-    return nodes;
-}
-
 std::optional<NodeIndex> MapModel::zoomTarget(NodeIndex node) const {
     while (!TreemapModel::isPlainFolder(*tree_, node)) {
         const auto parent = tree_->parent(node);
@@ -563,13 +360,13 @@ std::optional<NodeIndex> MapModel::zoomTarget(NodeIndex node) const {
 MapItemFacts MapModel::facts(quint32 node) const {
     if (node >= tree_->count())
         return {};
-    const auto path = tree_->path(node, canonicalizer());
+    const auto path = tree_->path(node, canonicalizer_);
     const auto whole = focusBytes();
     const bool isExcluded = tree_->isExcluded(node);
     return {.valid = true,
             .node = node,
             .key = keyOf(path),
-            .name = node == 0 ? rootName() : textOf(tree_->nameBytes(node)),
+            .name = nameOf(node),
             .kind = static_cast<int>(TreemapModel::contentKind(*tree_, node)),
             .kindName = kindText(*tree_, node),
             .size = isExcluded ? excludedText() : sizeText(*tree_, node),
@@ -587,13 +384,17 @@ MapItemFacts MapModel::facts(quint32 node) const {
 QString MapModel::focusName() const {
     if (tree_->count() == 0)
         return {};
-    return focus_ == 0 ? rootName() : textOf(tree_->nameBytes(focus_));
+    return nameOf(focus_);
 }
 
 std::uint64_t MapModel::focusBytes() const {
     if (tree_->count() == 0)
         return 0;
     return tree_->allocated(focus_) + (focus_ == 0 && coverage_ ? coverage_->notMeasured() : 0);
+}
+
+QString MapModel::nameOf(NodeIndex node) const {
+    return node == 0 ? rootName() : textOf(tree_->nameBytes(node));
 }
 
 QString MapModel::rootName() const {
@@ -654,10 +455,6 @@ int MapModel::filterKind() const {
 
 MapItemFacts MapModel::selection() const {
     return selected_ ? facts(*selected_) : MapItemFacts();
-}
-
-const PathCanonicalizer& MapModel::canonicalizer() const {
-    return policy_->canonicalizer();
 }
 
 void MapModel::noteTiles(int tiles) const {

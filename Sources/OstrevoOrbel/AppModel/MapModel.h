@@ -1,30 +1,28 @@
 #pragma once
 
 #include "AppModel/MapListFlow.h"
+#include "AppModel/MapTicking.h"
 #include "AppModel/MoveFlow.h"
 #include "AppModel/ScanFlow.h"
-#include "AppModel/TickAll.h"
 #include "Map/MapFilter.h"
 #include "Models/ComparedScans.h"
 #include "Models/KindTotalsModel.h"
 #include "Models/MapCrumbsModel.h"
 #include "Models/MapWords.h"
-#include "Models/Ticks.h"
 
 #include <memory>
 #include <optional>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace orbel {
 
 /// What the map screen is about: the folder that fills the map, the way there, what is selected in it, and
-/// the kinds that are shown. Lives on the main thread and follows the application's tree: after a new scan it
-/// shows the same folder again where there still is one, and after a change of the tree the nearest folder
-/// that is left.
+/// the kinds that are shown. What is ticked is the business of its MapTicking. Lives on the main thread and
+/// follows the application's tree: after a new scan it shows the same folder again where there still is one,
+/// and after a change of the tree the nearest folder that is left.
 class MapModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -63,17 +61,8 @@ class MapModel final : public QObject {
     /// What is in the selected folder: "1,234 items in 56 folders", without the folders until they have been
     /// counted. Empty for a file.
     Q_PROPERTY(QString contents READ contents NOTIFY contentsChanged)
-    /// Why what is selected cannot be moved to the Trash; empty when it can, or when that is not known yet.
-    Q_PROPERTY(QString refusal READ refusal NOTIFY safetyChanged)
-    Q_PROPERTY(bool movable READ isMovable NOTIFY safetyChanged)
-    /// What to know before the selected item moves; empty when there is nothing.
-    Q_PROPERTY(QString note READ note NOTIFY safetyChanged)
 
-    /// Something of it may be moved: it was not measured elsewhere.
-    Q_PROPERTY(bool tickable READ isTickable NOTIFY focusChanged)
-    Q_PROPERTY(orbel::Ticks* ticks READ ticks CONSTANT)
-    /// The nodes that are ticked.
-    Q_PROPERTY(QList<quint32> tickedNodes READ tickedNodes NOTIFY ticksChanged)
+    Q_PROPERTY(orbel::MapTicking* ticking READ ticking CONSTANT)
 
 public:
     /// The references outlive this.
@@ -101,21 +90,15 @@ public:
     void showOnly(MapFilter filter);
     /// As show(), for a place that was chosen elsewhere: a filter that would hide it goes.
     void jumpTo(quint32 node);
-    /// Ticks an item that may be moved, once that has been asked, or unticks it. What lies inside a ticked
-    /// folder moves with it and has no tick of its own.
-    Q_INVOKABLE void toggleTick(quint32 node);
-    /// Ticks all that lies directly in the folder that is shown and may move.
-    Q_INVOKABLE void tickAll();
-    Q_INVOKABLE bool isTicked(quint32 node) const;
-    /// Why an item cannot be ticked, as far as that is known by now; empty when nothing is known against it.
-    Q_INVOKABLE QString tickRefusal(quint32 node) const;
     Q_INVOKABLE orbel::MapItemFacts facts(quint32 node) const;
 
     /// Where zooming in on a node leads; absent when that is where the map is.
     std::optional<NodeIndex> zoomTarget(NodeIndex node) const;
 
-    /// Shows a tree. With that of a scan, this happens by itself.
-    void setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage);
+    /// Shows a tree. With that of a scan, this happens by itself. `elsewhere`: why nothing of it can be
+    /// moved, empty for what was measured here.
+    void setTree(std::shared_ptr<const FileTree> tree, std::optional<Coverage> coverage,
+                 QString elsewhere = {});
 
     /// What changed, as far as that is known of a tree; needed while tiles are coloured by it.
     void setCompared(std::shared_ptr<const ComparedScans> compared);
@@ -154,12 +137,7 @@ public:
     int selectedRow() const { return selected_ ? list_.rows().rowOf(*selected_) : -1; }
     int holdingRow() const { return selected_ ? list_.rows().rowHolding(*selected_) : -1; }
     QString contents() const { return contents_; }
-    QString refusal() const { return refusal_; }
-    bool isMovable() const { return isMovable_; }
-    QString note() const { return selected_ ? noteOf(*selected_) : QString(); }
-    bool isTickable() const { return elsewhere_.isEmpty(); }
-    Ticks* ticks() { return &ticks_; }
-    QList<quint32> tickedNodes() const;
+    MapTicking* ticking() { return &ticking_; }
     /// For the diagnostics: how many tiles were laid out.
     void noteTiles(int tiles) const;
 
@@ -170,8 +148,6 @@ Q_SIGNALS:
     void selectionChanged();
     void selectedRowChanged();
     void contentsChanged();
-    void safetyChanged();
-    void ticksChanged();
     void byChangeChanged();
     /// What was to be ticked may not be, for this reason.
     void tickRefused(const QString& name, const QString& refusal) const;
@@ -180,22 +156,15 @@ private:
     void setFocus(NodeIndex node);
     void showFocus();
     void setFilter(MapFilter filter);
-    void tellRefusal(quint32 node) const;
     void followComparison();
     void updateLegend();
-    void updateSafety();
-    void updateContents();
-    void checkRows(int first);
+    void followSelection();
     void leaveFolder(NodeIndex folder);
-    using Answers = std::vector<std::pair<NodeIndex, std::optional<DeletionItem>>>;
-    void applyAnswers(const Answers& answers);
-    QString noteOf(NodeIndex node) const;
-    Qt::CheckState tickState(NodeIndex node) const;
+    QString nameOf(NodeIndex node) const;
     QString rootName() const;
-    const PathCanonicalizer& canonicalizer() const;
 
     const AppEnvironment& environment_;
-    std::shared_ptr<const SafetyPolicy> policy_;
+    const PathCanonicalizer& canonicalizer_;
     std::shared_ptr<const FileTree> tree_;
     std::optional<Coverage> coverage_;
     NodeIndex focus_ = 0;
@@ -213,20 +182,9 @@ private:
     std::optional<std::uint64_t>
         extensionBytes_; ///< what the chosen extension takes up in the focus, once known
     QString contents_;
-    QString elsewhere_; ///< why nothing can be moved; empty for what was measured here
-    QString refusal_;
-    bool isMovable_ = false;
-
-    Ticks ticks_;
-    /// Of the nodes that were asked about, in this tree; empty words for what may be moved.
-    std::unordered_map<NodeIndex, QString> refusals_;
-    std::unordered_map<NodeIndex, QString> notes_; ///< of the same nodes
+    MapTicking ticking_;
     LatestJob legendJob_{"orbel.kinds"};
     LatestJob contentsJob_{"orbel.contents"};
-    LatestJob selectionJob_{"orbel.safety"};
-    LatestJob rowsJob_{"orbel.safety"};
-    LatestJob ticking_{"orbel.tick"};
-    TickAll tickingAll_{ticks_};
 };
 
 } // namespace orbel

@@ -8,7 +8,7 @@ Item {
     required property MapModel map
     required property ItemActions actions
     /// Of a program that manages what is refused here.
-    readonly property string manager: actions.managerOf(facts.key, map.refusal)
+    readonly property string manager: actions.managerOf(facts.key, map.ticking.refusal)
     readonly property mapItemFacts facts: map.selection
 
     component Fact: Item {
@@ -138,12 +138,12 @@ Item {
             label: qsTr("Safety")
             objectName: "map.safety"
             wraps: true
-            value: inspector.map.movable ? qsTr("Can be moved to the Trash") : inspector.map.refusal
-            valueColor: inspector.map.movable ? Theme.ok : Theme.ink
+            value: inspector.map.ticking.movable ? qsTr("Can be moved to the Trash") : inspector.map.ticking.refusal
+            valueColor: inspector.map.ticking.movable ? Theme.ok : Theme.ink
         }
         SmallText {
             objectName: "map.advice"
-            text: RefusalAdvice.on(inspector.map.refusal)
+            text: RefusalAdvice.on(inspector.map.ticking.refusal)
             visible: text !== ""
             width: parent.width
             wrapMode: Text.Wrap
@@ -155,7 +155,7 @@ Item {
         CommandLine {
             id: commandLine
 
-            command: inspector.actions.commandOf(inspector.facts.key, inspector.map.refusal)
+            command: inspector.actions.commandOf(inspector.facts.key, inspector.map.ticking.refusal)
             maximumWidth: parent.width
             objectName: "map.command"
             visible: commandLine.command !== ""
@@ -184,7 +184,7 @@ Item {
             anchors.left: parent.left
             iconPath: Theme.icons.warn
             objectName: "map.note"
-            text: inspector.map.note
+            text: inspector.map.ticking.note
             tone: Badge.Warn
             visible: text !== ""
             width: Math.min(implicitWidth, parent.width)

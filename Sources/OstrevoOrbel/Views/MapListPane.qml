@@ -38,7 +38,7 @@ FocusScope {
     MapListColumns {
         id: metrics
 
-        ticks: pane.map.tickable
+        ticks: pane.map.ticking.possible
         width: pane.width
     }
     Rectangle {
@@ -155,7 +155,7 @@ FocusScope {
         model: pane.flow.rows
         objectName: "map.list"
         opacity: pane.flow.running ? 0.55 : 1
-        tickable: pane.map.tickable
+        tickable: pane.map.ticking.possible
 
         delegate: MapListRow {
             id: row

@@ -25,9 +25,9 @@ ScreenFrame {
     }
     function tickAll(ticked: bool): void {
         if (ticked)
-            screen.map.tickAll();
+            screen.map.ticking.tickAll();
         else
-            screen.map.ticks.clear();
+            screen.map.ticking.ticks.clear();
     }
     function goUp(): void {
         if (!screen.map.canGoUp || treemap.held)
@@ -45,7 +45,7 @@ ScreenFrame {
         menu.itemFacts = [facts.kindName, facts.size].join(" · ");
         menu.zoomable = facts.zoomable;
         menu.isFolder = facts.isFolder;
-        menu.ticked = screen.map.isTicked(node);
+        menu.ticked = screen.map.ticking.isTicked(node);
         menu.popup(item, x, y);
     }
 
@@ -143,10 +143,10 @@ ScreenFrame {
 
             narrow: screen.narrow
             objectName: "map.tickBar"
-            ticks: screen.map.ticks
+            ticks: screen.map.ticking.ticks
             width: screen.width
 
-            onReviewed: screen.app.moves.review(screen.map.ticks)
+            onReviewed: screen.app.moves.review(screen.map.ticking.ticks)
         }
     }
 
@@ -174,12 +174,12 @@ ScreenFrame {
             map: screen.map
             objectName: "map.view"
             // The linter of Qt 6.4 knows no lists of C++ numbers.
-            ticked: screen.map.tickedNodes // qmllint disable type
+            ticked: screen.map.ticking.nodes // qmllint disable type
             unit: Theme.fontScale
 
             onAllWanted: ticked => screen.tickAll(ticked)
             onCopyWanted: (node, whole) => screen.copy(screen.map.facts(node).key, whole)
-            onTickWanted: node => screen.map.toggleTick(node)
+            onTickWanted: node => screen.map.ticking.toggle(node)
             onMenuWanted: (node, position) => screen.openMenu(node, treemap, position.x, position.y)
             onUpWanted: screen.goUp()
             onZoomWanted: (node, from) => screen.zoomTo(node, from)
@@ -285,7 +285,7 @@ ScreenFrame {
 
         onAllWanted: ticked => screen.tickAll(ticked)
         onCopyWanted: (key, whole) => screen.copy(key, whole)
-        onTickWanted: node => screen.map.toggleTick(node)
+        onTickWanted: node => screen.map.ticking.toggle(node)
         onMenuWanted: (node, item, x, y) => screen.openMenu(node, item, x, y)
         onUpWanted: screen.goUp()
         onZoomWanted: node => {
@@ -310,14 +310,14 @@ ScreenFrame {
         property int node: -1
 
         actions: screen.app.actions
-        elsewhere: !screen.map.tickable
+        elsewhere: !screen.map.ticking.possible
         objectName: "map.menu"
         zooms: true
         // What a menu opens on is selected, and being asked about.
-        refusal: screen.map.selection.valid && screen.map.selection.key === key ? screen.map.refusal : ""
+        refusal: screen.map.selection.valid && screen.map.selection.key === key ? screen.map.ticking.refusal : ""
 
         onAllWanted: ticked => screen.tickAll(ticked)
-        onTickWanted: screen.map.toggleTick(node)
+        onTickWanted: screen.map.ticking.toggle(node)
         onZoomWanted: screen.zoomTo(node, treemap.boxOf(node))
     }
 
@@ -330,7 +330,7 @@ ScreenFrame {
         }
     }
     Shortcut {
-        enabled: screen.visible && screen.hasMap && screen.map.tickable
+        enabled: screen.visible && screen.hasMap && screen.map.ticking.possible
         sequence: "Shift+F5"
 
         onActivated: screen.app.rescan.start(screen.map.selection.valid ? screen.map.selection.node : screen.map.focus)

@@ -303,11 +303,11 @@ QString TreemapItem::status() const {
         return describe(hovered_);
     if (current_ < 0 || !hasActiveFocus())
         return {};
-    return isFocusShown()
-               ? describe(current_)
-                     + (map_->isTickable() ? tr(" · arrows move, Enter zooms, Space ticks, Backspace goes up")
-                                           : tr(" · arrows move, Enter zooms, Backspace goes up"))
-               : describe(current_);
+    return isFocusShown() ? describe(current_)
+                                + (map_->ticking()->isPossible()
+                                       ? tr(" · arrows move, Enter zooms, Space ticks, Backspace goes up")
+                                       : tr(" · arrows move, Enter zooms, Backspace goes up"))
+                          : describe(current_);
 }
 
 // What the user does.
@@ -366,7 +366,7 @@ bool TreemapItem::isTickable(int tile) const {
 
 QString TreemapItem::tileRefusal(int tile) const {
     const auto node = isOfThisTree() ? nodeOf(tile) : std::nullopt;
-    return node ? map_->tickRefusal(*node) : QString();
+    return node ? map_->ticking()->refusalOf(*node) : QString();
 }
 
 bool TreemapItem::isTicked(int tile) const {
